@@ -1,0 +1,243 @@
+/**
+ * @file types.h
+ * The types, numbers and callback signatures that every header of the library shares.
+ *
+ * All records are opaque: they are reached through the functions of the other headers. The
+ * numbers written out here are part of the interface and never change.
+ */
+#ifndef ZRSCHEMA_TYPES_H
+#define ZRSCHEMA_TYPES_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+/** Marks a function or variable that the library exports under its own name. */
+#define ZR_API __attribute__((visibility("default")))
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** A context: owns modules, strings, search directories and load errors. */
+typedef struct ZrCtx ZrCtx;
+/** A loaded YANG module (RFC 7950, section 7.1). */
+typedef struct ZrMod ZrMod;
+/** A schema node: one data-definition statement of a module (RFC 7950, section 3). */
+typedef struct ZrNode ZrNode;
+/** A compiled "type" statement (RFC 7950, section 7.4). */
+typedef struct ZrtRealType ZrtRealType;
+/** An identity of a module (RFC 7950, section 7.18). */
+typedef struct ZrsIdentity ZrsIdentity;
+/** One base of an identity or of an identityref type: module name and identity name. */
+typedef struct ZrsIdentBase ZrsIdentBase;
+/** A use of an extension statement (RFC 7950, section 7.19). */
+typedef struct ZrsExtInst ZrsExtInst;
+/** One pattern of a type with its invert-match mark (RFC 7950, section 9.4.5). */
+typedef struct ZrtPatternItem ZrtPatternItem;
+/** The record of one validation fault, in the manner of rpc-error (RFC 6241, section 4.3). */
+typedef struct ZrdErrNode ZrdErrNode;
+/** One validation run. */
+typedef struct ZrdCheckAux ZrdCheckAux;
+
+/** Status codes: 0 is success, the others are errno numbers or codes of a check. */
+enum ZrStatus {
+    ZR_OK = 0,              /**< done */
+    ZR_ERR_FAILED = 1,      /**< generic failure or a broken rule; a load error is recorded */
+    ZR_ERR_NOT_FOUND = 2,   /**< no module file in any search directory */
+    ZR_ERR_NO_MEMORY = 12,  /**< an allocation failed */
+    ZR_ERR_REGISTERED = 17, /**< allocation hooks are registered already */
+    ZR_ERR_BAD_DIR = 20,    /**< not an absolute path of an existing directory */
+    ZR_ERR_INVALID = 22,    /**< invalid argument, malformed input or a reported fault */
+    ZR_ERR_LOCK = 37,       /**< a lock could not be taken */
+    ZR_ERR_COPY = 104,      /**< a segment could not be copied */
+    ZR_ERR_OVERFLOW = 126,  /**< a bounded copy did not fit */
+
+    ZR_ERR_VALUE_NO_BODY = 0x7000,  /**< a restriction of the type has no content */
+    ZR_ERR_VALUE_DERIVED = 0x7001,  /**< typedef not found, or more than 129 typedefs in a chain */
+    ZR_ERR_VALUE_IDENTITY = 0x7002, /**< identityref: no base accepts the identity */
+    ZR_ERR_VALUE_BITS = 0x7003,     /**< bits: unknown, repeated or malformed bit name */
+    ZR_ERR_VALUE_ENUM = 0x7004,     /**< enumeration: not one of the names */
+    ZR_ERR_VALUE_LENGTH = 0x7005,   /**< length outside every segment */
+    ZR_ERR_VALUE_LEAFREF = 0x7006,  /**< leafref: no target leaf */
+    ZR_ERR_VALUE_PATTERN = 0x7007,  /**< a pattern refuses the value */
+    ZR_ERR_VALUE_RANGE = 0x7008,    /**< number malformed or outside every segment */
+    ZR_ERR_VALUE_UNION = 0x7009,    /**< no member of the union accepts the value */
+    ZR_ERR_VALUE_BOOLEAN = 0x700A,  /**< neither "true" nor "false" */
+    ZR_ERR_VALUE_BINARY = 0x700B,   /**< not base64 */
+    ZR_ERR_VALUE_EMPTY = 0x700C     /**< a value for the type empty */
+};
+
+/** Option bits of ZR_CTX_Create(). */
+enum ZrCtxFlag {
+    ZR_CTX_LOAD_IMPORTS = 0x01,        /**< loading a module also loads what it imports */
+    ZR_CTX_KEEP_DESCRIPTIONS = 0x02,   /**< keep "description" texts */
+    ZR_CTX_KEEP_UNITS = 0x08,          /**< keep "units" texts */
+    ZR_CTX_IGNORE_IMPORT_ERRORS = 0x10 /**< go on when an import cannot be loaded */
+};
+
+/** Kinds of schema node, as ZR_NODE_GetNodeType() returns them. */
+enum ZrNodeKind {
+    ZR_NODE_UNKNOWN = 0,
+    ZR_NODE_CONTAINER = 1,
+    ZR_NODE_LEAF = 2,
+    ZR_NODE_LEAF_LIST = 3,
+    ZR_NODE_LIST = 4,
+    ZR_NODE_CHOICE = 5,
+    ZR_NODE_CASE = 6,
+    ZR_NODE_ANYDATA = 7,
+    ZR_NODE_ANYXML = 8,
+    ZR_NODE_ACTION = 9,
+    ZR_NODE_RPC = 10,
+    ZR_NODE_NOTIFICATION = 11,
+    ZR_NODE_INPUT = 12,
+    ZR_NODE_OUTPUT = 13,
+    ZR_NODE_AUGMENT = 14
+};
+
+/** Built-in types, as ZR_TYPE_GetBuiltInBaseType() returns them (RFC 7950, section 4.2.4). */
+enum ZrtBuiltInType {
+    ZRT_TYPE_DERIVED = 0, /**< the type statement names a typedef */
+    ZRT_TYPE_BINARY = 1,
+    ZRT_TYPE_BITS = 2,
+    ZRT_TYPE_BOOLEAN = 3,
+    ZRT_TYPE_DECIMAL64 = 4,
+    ZRT_TYPE_EMPTY = 5,
+    ZRT_TYPE_ENUMERATION = 6,
+    ZRT_TYPE_IDENTITYREF = 7,
+    ZRT_TYPE_INSTANCE_IDENTIFIER = 8,
+    ZRT_TYPE_INT8 = 9,
+    ZRT_TYPE_INT16 = 10,
+    ZRT_TYPE_INT32 = 11,
+    ZRT_TYPE_INT64 = 12,
+    ZRT_TYPE_LEAFREF = 13,
+    ZRT_TYPE_STRING = 14,
+    ZRT_TYPE_UINT8 = 15,
+    ZRT_TYPE_UINT16 = 16,
+    ZRT_TYPE_UINT32 = 17,
+    ZRT_TYPE_UINT64 = 18,
+    ZRT_TYPE_UNION = 19,
+    ZRT_TYPE_NONE = 20 /**< no type at all: the answer for a null record */
+};
+
+/** How a scan arrived at a node. */
+enum ZrArrival {
+    ZR_ARRIVAL_CHILD = 0,   /**< down to a first child; every child in a scan of children */
+    ZR_ARRIVAL_SIBLING = 1, /**< on to a next sibling */
+    ZR_ARRIVAL_PARENT = 2,  /**< back up to a parent that was visited before */
+    ZR_ARRIVAL_ROOT = 3     /**< the node where the scan starts; every top-level node */
+};
+
+/** Result of a ZrNodeScanFunc that keeps ZR_NODE_TreeScanAllNode() out of the node's subtree. */
+#define ZR_SCAN_SKIP_SUBTREE 0x5a6b7c8dU
+
+/** Kinds of value handed to the value checks. */
+enum ZrValueInput {
+    ZR_VALUE_STRING = 1, /**< a NUL-terminated string */
+    ZR_VALUE_XML = 2     /**< a libxml2 element (xmlNode *) whose text is the value */
+};
+
+/** Kinds of a recorded load error. */
+enum ZrLoadErrorKind { ZR_LOAD_ERROR = 0, ZR_LOAD_WARNING = 1 };
+
+/** Error types of an error record (RFC 6241, section 4.3). */
+enum ZrErrorType {
+    ZR_ERROR_TYPE_TRANSPORT = 1,
+    ZR_ERROR_TYPE_RPC = 2,
+    ZR_ERROR_TYPE_PROTOCOL = 3,
+    ZR_ERROR_TYPE_APPLICATION = 4
+};
+
+/** Severities of an error record (RFC 6241, section 4.3). */
+enum ZrErrorSeverity { ZR_ERROR_SEVERITY_ERROR = 1, ZR_ERROR_SEVERITY_WARNING = 2 };
+
+/** Error tags of an error record (RFC 6241, appendix A). */
+enum ZrErrorTag {
+    ZR_ERROR_TAG_IN_USE = 1,
+    ZR_ERROR_TAG_INVALID_VALUE = 2,
+    ZR_ERROR_TAG_TOO_BIG = 3,
+    ZR_ERROR_TAG_MISSING_ATTRIBUTE = 4,
+    ZR_ERROR_TAG_BAD_ATTRIBUTE = 5,
+    ZR_ERROR_TAG_UNKNOWN_ATTRIBUTE = 6,
+    ZR_ERROR_TAG_MISSING_ELEMENT = 7,
+    ZR_ERROR_TAG_BAD_ELEMENT = 8,
+    ZR_ERROR_TAG_UNKNOWN_ELEMENT = 9,
+    ZR_ERROR_TAG_UNKNOWN_NAMESPACE = 10,
+    ZR_ERROR_TAG_ACCESS_DENIED = 11,
+    ZR_ERROR_TAG_LOCK_DENIED = 12,
+    ZR_ERROR_TAG_RESOURCE_DENIED = 13,
+    ZR_ERROR_TAG_ROLLBACK_FAILED = 14,
+    ZR_ERROR_TAG_DATA_EXISTS = 15,
+    ZR_ERROR_TAG_DATA_MISSING = 16,
+    ZR_ERROR_TAG_OPERATION_NOT_SUPPORTED = 17,
+    ZR_ERROR_TAG_OPERATION_FAILED = 18,
+    ZR_ERROR_TAG_PARTIAL_OPERATION = 19,
+    ZR_ERROR_TAG_MALFORMED_MESSAGE = 20
+};
+
+/** Allocation hooks: like malloc(), realloc() and free(). Sizes are in bytes. */
+typedef void *(*ZrMallocFunc)(size_t size);
+typedef void *(*ZrReallocFunc)(void *block, size_t size);
+typedef void (*ZrFreeFunc)(void *block);
+
+/** Releases the application's private data of a node that is being freed. */
+typedef void (*ZrPridataFreeFunc)(ZrNode *node, void *privateData);
+/** Tells of a change to a node; the context is passed first and last. */
+typedef void (*ZrNodeChangeFunc)(ZrCtx *ctx, ZrNode *node, ZrCtx *sameCtx);
+/** Tells that a module is about to be destroyed during an unload. */
+typedef void (*ZrReloadModuleFunc)(ZrCtx *ctx, const char *moduleName);
+/** Decides on an extension instance while parsing: non-zero skips it. */
+typedef uint32_t (*ZrExtInstFilterFunc)(const char *moduleName, const char *extensionName);
+/**
+ * Receives one recorded load error or warning. `yinFile` is the base name of the file or null;
+ * `kind` is a ZrLoadErrorKind; `time` is in seconds since 1970-01-01 UTC. Non-zero stops the scan.
+ */
+typedef uint32_t (*ZrLoadFailScanFunc)(const char *moduleName, const char *yinFile, uint32_t kind,
+                                       const char *message, uint32_t time, void *userData);
+/** Receives a node and a ZrArrival; 0 goes on, any other value stops the scan. */
+typedef uint32_t (*ZrNodeScanFunc)(ZrNode *node, uint32_t arrival, void *userData);
+/** Receives an extension instance: module and extension name, argument or null. */
+typedef uint32_t (*ZrExtInstScanFunc)(const ZrsExtInst *instance, const char *moduleName,
+                                      const char *extensionName, const char *argument,
+                                      void *userData);
+/** Receives a "must": its condition with module names, error-message and error-app-tag or null. */
+typedef uint32_t (*ZrMustScanFunc)(const char *condition, const char *errorMessage,
+                                   const char *errorAppTag, void *userData);
+/** Receives an "if-feature": the module that defines the feature, and the feature's name. */
+typedef uint32_t (*ZrIfFeatureScanFunc)(const char *moduleName, const char *featureName,
+                                        void *userData);
+/** Receives one text of a list of texts. */
+typedef uint32_t (*ZrTextScanFunc)(const char *text, void *userData);
+/** Receives an identity of a module. */
+typedef uint32_t (*ZrIdentityScanFunc)(const ZrsIdentity *identity, void *userData);
+/** Receives one base of an identity or identityref type, and the array that holds it. */
+typedef uint32_t (*ZrIdentBaseScanFunc)(const char *moduleName, const char *identityName,
+                                        void *userData, const ZrsIdentBase *bases);
+/** Receives one link of a typedef chain; both names are null for a built-in type. */
+typedef uint32_t (*ZrDerivedTypeScanFunc)(const char *moduleName, const char *typedefName,
+                                          const ZrtRealType *type, void *userData);
+/** Receives an enum or bit: name, description or null, value or position. */
+typedef uint32_t (*ZrNameValueScanFunc)(const char *name, const char *description, int64_t value,
+                                        void *userData);
+/**
+ * Receives one segment of a range or length as 64-bit patterns: signed for signed types and
+ * decimal64 (scaled by ten to the power of its fraction digits), else unsigned.
+ */
+typedef uint32_t (*ZrStartEndScanFunc)(uint64_t start, uint64_t end, void *userData);
+/** Receives a member type of a union; both names are null. */
+typedef uint32_t (*ZrUnionScanFunc)(const char *moduleName, const char *typedefName,
+                                    const ZrtRealType *member, void *userData);
+/** Receives a pattern, 1 for invert-match or else 0, and the array that holds it. */
+typedef uint32_t (*ZrPatternScanFunc)(const char *pattern, uint32_t invertMatch, void *userData,
+                                      const ZrtPatternItem *patterns);
+/** Receives a piece of printed text, `length` bytes and a NUL; non-zero stops the printing. */
+typedef uint32_t (*ZrPrintFunc)(const char *text, uint32_t length, void *userData);
+/** Receives an element (xmlNode *) that default completion added and that stays. */
+typedef void (*ZrDefaultNodeFunc)(void *element, void *userData);
+/** Receives the validated document as UTF-8 text; its result is the validation's status. */
+typedef uint32_t (*ZrDocumentFunc)(const char *text, void *userData);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
