@@ -1,0 +1,340 @@
+/**
+ * @file context.h
+ * Contexts: creation, callbacks, search directories, loading and lookups.
+ *
+ * A context owns its modules with all their nodes and types, the strings in them, the search
+ * directories and the load errors. Contexts know nothing of each other and may be used at the same
+ * time. A context has no lock of its own: loading, unloading, changes of the search directories,
+ * features and callbacks, and deletion must not run at the same time as anything else on the same
+ * context. Lookups only read and may run in parallel with each other.
+ *
+ * In the order of use: create, set callbacks, add search directories, load modules, query and
+ * validate, unload, delete.
+ */
+#ifndef ZRSCHEMA_CONTEXT_H
+#define ZRSCHEMA_CONTEXT_H
+#include <zrschema/types.h>
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/**
+ * @name Life cycle
+ * @{
+ */
+
+/**
+ * Creates an empty context.
+ *
+ * @param flags  the sum of ZrCtxFlag bits, fixed for the context's life; other bits are ignored
+ * @return the context, to be deleted with ZR_CTX_Delete(), or null when memory runs out. When
+ * memory is too short for the store of load errors alone, the context works but records no errors.
+ */
+ZR_API ZrCtx *ZR_CTX_Create(uint32_t flags);
+
+/**
+ * Deletes a context with all that it owns.
+ *
+ * Modules, nodes, types and all texts that were read from them are gone afterwards. The callback
+ * for private data is called for each node that carries some.
+ *
+ * @param ctx  the context; null is ignored
+ */
+ZR_API void ZR_CTX_Delete(ZrCtx *ctx);
+
+/**
+ * Sets the load stage, a number that is copied into each load error recorded from now on.
+ *
+ * The stage is the loader's own bookkeeping, and loading changes it.
+ *
+ * @param ctx    the context; null is ignored
+ * @param stage  the stage
+ */
+ZR_API void ZR_CTX_SetLoadStage(ZrCtx *ctx, uint32_t stage);
+
+/**
+ * Tells the load stage.
+ *
+ * @param ctx  the context; null gives 0
+ * @return the stage, 0 in a new context
+ */
+ZR_API uint32_t ZR_CTX_GetLoadStage(const ZrCtx *ctx);
+
+/**
+ * Tells whether a module is accepted although an import of it cannot be loaded.
+ *
+ * @param ctx  the context; null gives 0
+ * @return 1 when the context was created with ZR_CTX_IGNORE_IMPORT_ERRORS, else 0
+ */
+ZR_API uint32_t ZT_CTX_IgnoreImportModError(const ZrCtx *ctx);
+
+/** @} */
+
+/**
+ * @name Callbacks
+ * None is set in a new context. Each setter replaces the function that was set before; a null
+ * function is allowed and means that nothing is called. A callback runs on the thread that called
+ * into the library and must not load, unload or delete anything in the context.
+ * @{
+ */
+
+/**
+ * Sets the function that releases an application's private data.
+ *
+ * It is called when a schema node that carries private data (ZR_NODE_SetPrivate()) is freed; the
+ * node is still whole, and its private pointer is cleared afterwards.
+ *
+ * @param ctx   the context; null is ignored
+ * @param func  the function, or null
+ */
+ZR_API void ZR_CTX_SetPridataFreeFunc(ZrCtx *ctx, ZrPridataFreeFunc func);
+
+/**
+ * Sets the function that is told when the first child of an augment is linked into the augment's
+ * target (RFC 7950, section 7.17).
+ *
+ * @param ctx   the context; null is ignored
+ * @param func  the function, or null
+ */
+ZR_API void ZR_CTX_SetFirstAugChildRelinkFunc(ZrCtx *ctx, ZrNodeChangeFunc func);
+
+/**
+ * Sets the function that is told just before a "not-supported" deviation removes a node (RFC 7950,
+ * section 7.20.3.2).
+ *
+ * @param ctx   the context; null is ignored
+ * @param func  the function, or null
+ */
+ZR_API void ZR_CTX_SetBeforeDeviateNotSupportFunc(ZrCtx *ctx, ZrNodeChangeFunc func);
+
+/**
+ * Sets the function that is told just before a deviation changes the extension instances of a node.
+ *
+ * @param ctx   the context; null is ignored
+ * @param func  the function, or null
+ */
+ZR_API void ZR_CTX_SetBeforeDeviateExtInstFunc(ZrCtx *ctx, ZrNodeChangeFunc func);
+
+/**
+ * Sets the function that is told during an unload just before each module of the unload is
+ * destroyed, also before one that is loaded again afterwards.
+ *
+ * Private pointers on the module and its nodes do not come back with a reload: this is the
+ * application's chance to take note.
+ *
+ * @param ctx   the context; null is ignored
+ * @param func  the function, or null
+ */
+ZR_API void ZR_CTX_SetReloadModuleCbFunc(ZrCtx *ctx, ZrReloadModuleFunc func);
+
+/**
+ * Sets the function that decides, while a module is read, whether an extension instance is kept
+ * (RFC 7950, section 7.19).
+ *
+ * It is given the name of the module that defines the extension and the extension's name; a
+ * non-zero result skips the instance. Without a function every instance is kept.
+ *
+ * @param ctx   the context; null is ignored
+ * @param func  the function, or null
+ */
+ZR_API void ZR_CTX_SetExtInstFilterCbFunc(ZrCtx *ctx, ZrExtInstFilterFunc func);
+
+/** @} */
+
+/**
+ * @name Search directories
+ * Module files are searched in the directories in the order in which these were added. There may
+ * be any number of them.
+ * @{
+ */
+
+/**
+ * Adds a search directory at the end of the list.
+ *
+ * Slashes at the end of the path do not count; nothing else is normalised. A directory that is in
+ * the list already stays where it is, and nothing is added.
+ *
+ * @param ctx        the context; null gives 22
+ * @param directory  an absolute path of an existing directory; copied; null gives 22
+ * @retval 0   the directory is in the list
+ * @retval 12  memory ran out
+ * @retval 20  the path is not absolute, or there is no such directory; also when memory ran out for
+ *             the copy of the path
+ * @retval 22  a null argument, or memory ran out for the text
+ */
+ZR_API uint32_t ZR_CTX_SetSearchDir(ZrCtx *ctx, const char *directory);
+
+/**
+ * Removes a search directory, or all of them.
+ *
+ * The directory must still exist: one that has vanished from the disk goes only with all others.
+ *
+ * @param ctx        the context; null does nothing
+ * @param directory  an absolute path, compared without the slashes at its end; null removes all
+ * @retval 0   the directory is not in the list (any more)
+ * @retval 20  the path is not absolute, or there is no such directory; nothing changed
+ */
+ZR_API uint32_t ZR_CTX_UnSetSearchDir(ZrCtx *ctx, const char *directory);
+
+/** @} */
+
+/**
+ * @name Loading and unloading
+ * @{
+ */
+
+/**
+ * Loads a module by name from the search directories.
+ *
+ * The files are name.yin, or else name\@revision.yin and the parts name\@\@suffix.yin, which are
+ * merged into one module. The module's augments and deviations are applied to the modules that are
+ * loaded, and theirs to it, in whatever order modules arrive. Loading a module that is loaded
+ * already does nothing and gives 0, but for parts with new suffixes, which are merged in. In a
+ * context with ZR_CTX_LOAD_IMPORTS the modules that it imports follow, and those that they import.
+ *
+ * Why a module is missing or incomplete is recorded: see ZR_CTX_ScanAllSchemaLoadFail(). A module
+ * whose augments or deviations could not be applied is loaded, with an error recorded.
+ *
+ * @param ctx         the context; null gives 22
+ * @param moduleName  the module's name, at most 64 characters; null gives 22
+ * @retval 0   the module is loaded
+ * @retval 1   its name or its namespace is taken by another module, or an import failed
+ * @retval 2   no search directory has a file of it, or of a module that it imports
+ * @retval 12  memory ran out
+ * @retval 22  a null argument, or a file that cannot be read or is no such module
+ * @note An import's status is passed on; the module itself stays loaded then. A failed load leaves
+ *       nothing of the module in the context but its recorded errors.
+ */
+ZR_API uint32_t ZR_CTX_LoadModule(ZrCtx *ctx, const char *moduleName);
+
+/**
+ * Loads a module from memory.
+ *
+ * A module whose name is loaded already stays as it is, and the new text is dropped. Imports are
+ * not loaded here. libxml2's process-wide keep-blanks default is switched off and left so.
+ *
+ * @param ctx      the context; null gives 22
+ * @param yinText  the module in YIN form (RFC 7950, section 13), NUL-terminated, with its groupings
+ *                 expanded; null gives 22
+ * @retval 0   the module, or another one of its name, is loaded
+ * @retval 1   the text is no module, or its namespace is taken
+ * @retval 12  memory ran out
+ * @retval 22  a null argument, or text that is not well-formed XML
+ */
+ZR_API uint32_t ZR_CTX_LoadMemory(ZrCtx *ctx, const char *yinText);
+
+/**
+ * Unloads a module.
+ *
+ * Modules whose augments or deviations reach into it, or into which it reaches, are taken out and
+ * loaded again from the search directories, so that the schema is as if the module had never been
+ * there; their enabled features are enabled again, their private pointers are empty. A module that
+ * was put together from suffixed parts is loaded again itself, from the files that are there now.
+ * Recorded errors of the module are forgotten.
+ *
+ * @param ctx         the context; null gives 0
+ * @param moduleName  the module's name; one that is not loaded gives 0
+ * @retval 0   done
+ * @retval 12  memory ran out; the context may have changed in part
+ * @return any other status: at least one module could not be loaded again; its load errors say why
+ */
+ZR_API uint32_t ZR_CTX_UnloadModule(ZrCtx *ctx, const char *moduleName);
+
+/** @} */
+
+/**
+ * @name Lookups
+ * The results belong to the context and live until their module is unloaded.
+ * @{
+ */
+
+/**
+ * Finds a module by its name.
+ *
+ * @param ctx   the context; null gives null
+ * @param name  the module's name; null gives null
+ * @return the module, or null when none of that name is loaded
+ */
+ZR_API ZrMod *ZR_CTX_GetModuleByModName(const ZrCtx *ctx, const char *name);
+
+/**
+ * Finds a module by its namespace (RFC 7950, section 7.1.3).
+ *
+ * @param ctx  the context; null gives null
+ * @param ns   the namespace URI, compared byte by byte; null gives null
+ * @return the module, or null when none of that namespace is loaded
+ */
+ZR_API ZrMod *ZR_CTX_GetModuleByModNs(const ZrCtx *ctx, const char *ns);
+
+/**
+ * Tells whether a feature is enabled (RFC 7950, section 7.20.1).
+ *
+ * Compare the result with 1: a null argument gives 22, which is not zero either.
+ *
+ * @param ctx          the context; null gives 22
+ * @param moduleName   the module's name; null gives 22
+ * @param featureName  the feature's name; null gives 22
+ * @retval 0   the feature is disabled, or there is no such module or feature
+ * @retval 1   the feature is enabled
+ * @retval 22  a null argument
+ */
+ZR_API uint32_t ZR_CTX_IsModFeatureEnable(const ZrCtx *ctx, const char *moduleName,
+                                          const char *featureName);
+
+/**
+ * Turns a feature of a loaded module off.
+ *
+ * The effect is immediate, as with ZR_MOD_EnableFeature(), which turns it on again.
+ *
+ * @param ctx          the context; null gives 22
+ * @param moduleName   the module's name; null gives 22
+ * @param featureName  the feature's name; null gives 22
+ * @retval 0   the feature is off
+ * @retval 22  a null argument, or no such module or feature; nothing changed
+ * @note Not to be called while another thread uses the same context.
+ */
+ZR_API uint32_t ZR_CTX_DisableModFeature(ZrCtx *ctx, const char *moduleName,
+                                         const char *featureName);
+
+/**
+ * Finds a schema node by its absolute path.
+ *
+ * The path is a schema node identifier (RFC 7950, section 6.5) with module names in the place of
+ * prefixes: "/module:name/name/...". The first step always names its module, a later one where the
+ * module changes, which is where an augment added it. Choices, cases, inputs and outputs are steps
+ * of their own. This is the form that ZR_NODE_PrintPath() gives. Predicates are passed over.
+ *
+ * @param ctx         the context; null gives null
+ * @param path        the path; module and node names have at most 64 characters; null gives null
+ * @param augmentOut  receives the augment node that added the target, or null when it stands in its
+ *                    module's own tree; may be null
+ * @return the node, or null when there is none or the path is malformed
+ */
+ZR_API ZrNode *ZR_CTX_GetTargetNode(const ZrCtx *ctx, const char *path, ZrNode **augmentOut);
+
+/**
+ * Reads the recorded load errors and warnings of all modules.
+ *
+ * Modules come in the order of their names, the entries of each in the order in which they were
+ * recorded. Of each module the first two entries are kept; they are forgotten when the module is
+ * unloaded or loaded afresh.
+ *
+ * @param ctx       the context; null gives 0
+ * @param callback  called for each entry; its texts live until it returns; a non-zero result ends
+ *                  the scan; null gives 0
+ * @param userData  handed to the callback
+ * @retval 0   all entries were visited
+ * @retval 37  the store's lock could not be taken; nothing was visited
+ * @return any other value: the callback's result that ended the scan
+ * @note Takes the store's own lock for reading: scans may run at the same time as each other. The
+ *       callback must not call back into loading, which records errors and would wait for itself.
+ */
+ZR_API uint32_t ZR_CTX_ScanAllSchemaLoadFail(ZrCtx *ctx, ZrLoadFailScanFunc callback,
+                                             void *userData);
+
+/** @} */
+
+#ifdef __cplusplus
+}
+#endif
+#endif

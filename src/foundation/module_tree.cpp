@@ -1,0 +1,86 @@
+#include "foundation/module_tree.h"
+
+#include <cstddef>
+
+#include "foundation/context_record.h"
+#include "platform/avl.h"
+#include "platform/text.h"
+#include "schema/module_record.h"
+
+namespace {
+
+constexpr PalAvlInfo kByName = {ZR_CTX_ModTreeKeyCompare, offsetof(ZrMod, name),
+                                offsetof(ZrMod, byNameLink)};
+constexpr PalAvlInfo kByNamespace = {ZR_CTX_ModTreeKeyCompare, offsetof(ZrMod, ns),
+                                     offsetof(ZrMod, byNamespaceLink)};
+
+} // namespace
+
+void ZR_CTX_InitModuleTree(ZrCtx *ctx)
+{
+    if (ctx == nullptr)
+        return;
+    PAL_AVL3_Init(&ctx->modulesByName);
+    PAL_AVL3_Init(&ctx->modulesByNamespace);
+}
+
+// A module without a namespace equals every other one, so that it never sorts apart from them.
+int32_t ZR_CTX_ModTreeKeyCompare(const void *keyA, const void *keyB)
+{
+    if (keyA == nullptr || keyB == nullptr)
+        return 0;
+    return PAL_StrCmp(static_cast<const char *>(keyA), static_cast<const char *>(keyB));
+}
+
+uint32_t ZR_CTX_AddModuleNode(ZrCtx *ctx, ZrMod *module)
+{
+    if (ctx == nullptr || module == nullptr)
+        return ZR_ERR_FAILED;
+    if (PAL_AVL3_Insert_Or_Find(&ctx->modulesByName, module, &kByName) != nullptr)
+        return ZR_ERR_FAILED;
+    if (PAL_AVL3_Insert_Or_Find(&ctx->modulesByNamespace, module, &kByNamespace) != nullptr) {
+        PAL_AVL3_Delete(&ctx->modulesByName, module, &kByName);
+        return ZR_ERR_FAILED;
+    }
+    return ZR_OK;
+}
+
+ZrMod *ZR_CTX_GetModuleByModName(const ZrCtx *ctx, const char *name)
+{
+    if (ctx == nullptr || name == nullptr)
+        return nullptr;
+    return static_cast<ZrMod *>(PAL_AVL3_Find(&ctx->modulesByName, name, &kByName));
+}
+
+ZrMod *ZR_CTX_GetModuleByModNs(const ZrCtx *ctx, const char *ns)
+{
+    if (ctx == nullptr || ns == nullptr)
+        return nullptr;
+    return static_cast<ZrMod *>(PAL_AVL3_Find(&ctx->modulesByNamespace, ns, &kByNamespace));
+}
+
+namespace zr {
+
+void RemoveModuleNode(ZrCtx *ctx, ZrMod *module)
+{
+    if (ctx == nullptr || module == nullptr)
+        return;
+    PAL_AVL3_Delete(&ctx->modulesByName, module, &kByName);
+    PAL_AVL3_Delete(&ctx->modulesByNamespace, module, &kByNamespace);
+}
+
+ZrMod *FirstModule(const ZrCtx *ctx)
+{
+    if (ctx == nullptr)
+        return nullptr;
+    return static_cast<ZrMod *>(PAL_AVL3_First(&ctx->modulesByName, &kByName));
+}
+
+ZrMod *NextModule(const ZrCtx *ctx, const ZrMod *module)
+{
+    if (ctx == nullptr || module == nullptr)
+        return nullptr;
+    return static_cast<ZrMod *>(PAL_AVL3_Next(&ctx->modulesByName, module, &kByName));
+}
+
+} // namespace zr

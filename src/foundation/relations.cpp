@@ -1,0 +1,244 @@
+#include "foundation/relations.h"
+
+#include <cstddef>
+
+#include "foundation/array.h"
+#include "foundation/context_record.h"
+#include "foundation/memory.h"
+#include "platform/text.h"
+
+namespace {
+
+constexpr PalAvlInfo kByTarget = {ZR_CTX_CompareModRelationTbl, offsetof(ZrModRelTbl, moduleName),
+                                  offsetof(ZrModRelTbl, treeNode)};
+
+static_assert(offsetof(ZrModRelItem, link) == 0, "a link is its item");
+
+// Items of a table in list order; null at the end.
+ZrModRelItem *ItemAfter(const ZrModRelTbl *table, const ZrListLink *link)
+{
+    return link->next != &table->items ? reinterpret_cast<ZrModRelItem *>(link->next) : nullptr;
+}
+
+ZrModRelItem *FirstItem(const ZrModRelTbl *table)
+{
+    return ItemAfter(table, &table->items);
+}
+
+ZrModRelItem *NextItem(const ZrModRelTbl *table, const ZrModRelItem *item)
+{
+    return ItemAfter(table, &item->link);
+}
+
+void PutAtHead(ZrModRelTbl *table, ZrModRelItem *item)
+{
+    item->link.next = table->items.next;
+    item->link.prev = &table->items;
+    item->link.next->prev = &item->link;
+    table->items.next = &item->link;
+}
+
+void DeleteItem(ZrModRelTbl *table, ZrModRelItem *item)
+{
+    item->link.prev->next = item->link.next;
+    item->link.next->prev = item->link.prev;
+    ZR_DICT_Remove(table->dict, item->otherName);
+    zr::Free(item);
+}
+
+void DeleteTable(ZrCtx *ctx, ZrModRelTbl *table)
+{
+    PAL_AVL3_Delete(&ctx->modRelations, table, &kByTarget);
+    while (ZrModRelItem *item = FirstItem(table))
+        DeleteItem(table, item);
+    ZR_DICT_Remove(table->dict, table->moduleName);
+    zr::Free(table);
+}
+
+void DeleteTableIfEmpty(ZrCtx *ctx, ZrModRelTbl *table)
+{
+    if (FirstItem(table) == nullptr)
+        DeleteTable(ctx, table);
+}
+
+ZrModRelTbl *FindOrCreateTable(ZrCtx *ctx, const char *moduleName)
+{
+    ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
+    if (table != nullptr)
+        return table;
+    zr::ScopedBlock<ZrModRelTbl> created(zr::AllocRecord<ZrModRelTbl>());
+    if (!created)
+        return nullptr;
+    table = created.get();
+    table->dict = &ctx->dict;
+    table->moduleName = ZR_DICT_Insert(&ctx->dict, moduleName);
+    if (table->moduleName == nullptr)
+        return nullptr;
+    table->items = {&table->items, &table->items};
+    PAL_AVL3_InitNode(&table->treeNode);
+    PAL_AVL3_Insert_Or_Find(&ctx->modRelations, table, &kByTarget);
+    return created.release();
+}
+
+// Adds a relation to its table unless it is there. The name is interned first, since relations
+// are told apart by the pointer.
+uint32_t AddItem(ZrModRelTbl *table, const char *otherName, uint32_t kind)
+{
+    const char *interned = ZR_DICT_Insert(table->dict, otherName);
+    if (interned == nullptr)
+        return ZR_ERR_NO_MEMORY;
+    bool known = ZR_CTX_FindModRelationItem(table, kind, interned) != nullptr;
+    auto *item = known ? nullptr : zr::AllocRecord<ZrModRelItem>();
+    if (item == nullptr) {
+        ZR_DICT_Remove(table->dict, interned);
+        return known ? ZR_OK : ZR_ERR_NO_MEMORY;
+    }
+    item->kind = kind;
+    item->otherName = interned;
+    item->refCount = 1;
+    PutAtHead(table, item);
+    return ZR_OK;
+}
+
+// A growing list of names without repetition.
+struct NameList {
+    const char **names;
+    uint32_t count;
+    uint32_t capacity;
+};
+
+constexpr uint32_t kNameListStep = 32;
+
+bool HasName(const NameList *list, const char *name)
+{
+    for (uint32_t i = 0; i < list->count; ++i) {
+        if (list->names[i] == name)
+            return true;
+    }
+    return false;
+}
+
+uint32_t AppendName(NameList *list, const char *name)
+{
+    if (HasName(list, name))
+        return ZR_OK;
+    if (list->count == list->capacity) {
+        if (zr::ExpandArray(&list->names, list->capacity, kNameListStep) != ZR_OK)
+            return ZR_ERR_NO_MEMORY;
+        list->capacity += kNameListStep;
+    }
+    list->names[list->count++] = name;
+    return ZR_OK;
+}
+
+uint32_t AppendNamesOf(const ZrCtx *ctx, const char *moduleName, uint32_t kind, NameList *list)
+{
+    const ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
+    if (table == nullptr)
+        return ZR_OK;
+    for (auto *item = FirstItem(table); item != nullptr; item = NextItem(table, item)) {
+        if (item->kind == kind && AppendName(list, item->otherName) != ZR_OK)
+            return ZR_ERR_NO_MEMORY;
+    }
+    return ZR_OK;
+}
+
+// Breadth first: the list is its own queue.
+uint32_t CollectNames(const ZrCtx *ctx, const char *moduleName, uint32_t kind, NameList *list)
+{
+    uint32_t status = AppendNamesOf(ctx, moduleName, kind, list);
+    for (uint32_t i = 0; status == ZR_OK && i < list->count; ++i)
+        status = AppendNamesOf(ctx, list->names[i], kind, list);
+    return status;
+}
+
+} // namespace
+
+void ZR_CTX_InitModRelationTree(ZrCtx *ctx)
+{
+    if (ctx != nullptr)
+        PAL_AVL3_Init(&ctx->modRelations);
+}
+
+void ZR_CTX_DeInitModRelationTree(ZrCtx *ctx)
+{
+    if (ctx == nullptr)
+        return;
+    while (void *table = PAL_AVL3_First(&ctx->modRelations, &kByTarget))
+        DeleteTable(ctx, static_cast<ZrModRelTbl *>(table));
+}
+
+int32_t ZR_CTX_CompareModRelationTbl(const void *keyA, const void *keyB)
+{
+    if (keyA == keyB)
+        return 0;
+    return PAL_StrCmp(static_cast<const char *>(keyA), static_cast<const char *>(keyB));
+}
+
+uint32_t ZR_CTX_AddTwoModRelation(ZrCtx *ctx, const char *targetModuleName,
+                                  const char *otherModuleName, uint32_t kind)
+{
+    if (ctx == nullptr || targetModuleName == nullptr || otherModuleName == nullptr)
+        return ZR_ERR_INVALID;
+    ZrModRelTbl *table = FindOrCreateTable(ctx, targetModuleName);
+    if (table == nullptr)
+        return ZR_ERR_NO_MEMORY;
+    uint32_t status = AddItem(table, otherModuleName, kind);
+    DeleteTableIfEmpty(ctx, table);
+    return status;
+}
+
+void ZR_CTX_DelTwoModRelation(ZrCtx *ctx, const char *targetModuleName, const char *otherModuleName,
+                              uint32_t kind)
+{
+    ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, targetModuleName);
+    if (table == nullptr || otherModuleName == nullptr)
+        return;
+    // The name of a stored relation is in the dictionary, so that this allocates nothing for it.
+    const char *interned = ZR_DICT_Insert(table->dict, otherModuleName);
+    if (interned == nullptr)
+        return;
+    if (ZrModRelItem *item = ZR_CTX_FindModRelationItem(table, kind, interned))
+        DeleteItem(table, item);
+    ZR_DICT_Remove(&ctx->dict, interned);
+    DeleteTableIfEmpty(ctx, table);
+}
+
+ZrModRelTbl *ZR_CTX_FindModRelationTbl(const ZrCtx *ctx, const char *moduleName)
+{
+    if (ctx == nullptr || moduleName == nullptr)
+        return nullptr;
+    return static_cast<ZrModRelTbl *>(PAL_AVL3_Find(&ctx->modRelations, moduleName, &kByTarget));
+}
+
+ZrModRelItem *ZR_CTX_FindModRelationItem(const ZrModRelTbl *table, uint32_t kind,
+                                         const char *otherName)
+{
+    if (table == nullptr)
+        return nullptr;
+    for (auto *item = FirstItem(table); item != nullptr; item = NextItem(table, item)) {
+        if (item->kind == kind && item->otherName == otherName)
+            return item;
+    }
+    return nullptr;
+}
+
+uint32_t ZR_CTX_CollectDepModNamesRecursive(ZrCtx *ctx, const char *moduleName, uint32_t kind,
+                                            const char ***namesOut, uint32_t *countOut)
+{
+    if (ctx == nullptr || moduleName == nullptr || namesOut == nullptr || countOut == nullptr)
+        return ZR_ERR_INVALID;
+    *namesOut = nullptr;
+    *countOut = 0;
+    NameList list{};
+    uint32_t status = CollectNames(ctx, moduleName, kind, &list);
+    if (status == ZR_OK && list.count != 0 && list.names[0] == nullptr)
+        status = ZR_ERR_INVALID;
+    if (status != ZR_OK || list.count == 0) {
+        zr::Free(list.names);
+        return status;
+    }
+    *namesOut = list.names;
+    *countOut = list.count;
+    return ZR_OK;
+}

@@ -1,0 +1,27 @@
+// Text comparison, search and conversion, and the clock.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+extern "C" {
+// Compares byte by byte as unsigned: negative, 0 or positive. Null sorts before every text.
+int32_t PAL_StrCmp(const char *a, const char *b);
+// The same over at most `length` bytes.
+int32_t PAL_StrNCmp(const char *a, const char *b, size_t length);
+// Bytes before the NUL; 0 for null.
+size_t PAL_StrLen(const char *text);
+// The first and the last occurrence of `ch`, null when there is none. The NUL counts as a
+// character of the text.
+const char *PAL_StrChr(const char *text, char ch);
+const char *PAL_StrRChr(const char *text, char ch);
+// The first occurrence of `part`, null when there is none.
+const char *PAL_StrStr(const char *text, const char *part);
+// Converts what the number() function of XPath 1.0 (section 4.4) accepts: blanks, an optional "-",
+// digits with an optional ".", blanks. 0, or 22 when the text is anything else ("", "+1", "1e5",
+// "inf"); the value is then left alone. A number too large for a double becomes an infinity. The
+// locale has no say.
+uint32_t PAL_StrToFloat(const char *text, double *valueOut);
+// Seconds since 1970-01-01 UTC.
+uint32_t PAL_SystimeGet(void);
+}

@@ -1,0 +1,47 @@
+// The module record: header texts, eight counted arrays of members, and the heads of four chains of
+// top-level nodes. All strings are interned. The module owns everything in it but the private data.
+#pragma once
+
+#include <cstdint>
+#include <zrschema/types.h>
+
+#include "foundation/context_record.h"
+#include "platform/avl.h"
+#include "schema/member_records.h"
+
+struct ZrMod {
+    ZrCtx *ctx;
+    const char *name;
+    const char *ns; // XML namespace
+    const char *prefix;
+    const char *organization;
+    uint32_t yangVersion; // 0 for "1", 1 for "1.1"
+    uint16_t importCount;
+    uint16_t includeCount;
+    ZrsImport *imports;
+    ZrsInclude *includes;
+    const char *description;
+    const char *revision; // the newest
+    uint16_t featureCount;
+    uint16_t identityCount;
+    uint16_t extensionCount;
+    uint16_t typedefCount;
+    uint16_t deviationCount;
+    uint16_t extInstCount;
+    ZrsFeature *features;
+    ZrsIdentity *identities;
+    ZrsExtension *extensions;
+    ZrsTypDef *typedefs;
+    ZrsDeviation *deviations;
+    ZrsExtInst *extInsts;
+    // The first nodes of four chains of siblings.
+    ZrNode *dataNodes;
+    ZrNode *rpcs;
+    ZrNode *notifications;
+    ZrNode *augments;
+    uint16_t mergeSourceCount;
+    const char **mergeSources; // suffixes of the files loaded into this module
+    void *privateData;         // the application's
+    PalAvlNode byNameLink;     // the context's two trees
+    PalAvlNode byNamespaceLink;
+};

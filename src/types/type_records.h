@@ -1,0 +1,147 @@
+// The type record and the bodies of its constraint slots.
+#pragma once
+
+#include <cstdint>
+#include <zrschema/types.h>
+
+enum ZrtConsKind : uint32_t {
+    ZRT_CONS_DERIVED = 0,
+    ZRT_CONS_BASE = 1,
+    ZRT_CONS_BIT = 2,
+    ZRT_CONS_ENUM = 3,
+    ZRT_CONS_FRACTION = 4,
+    ZRT_CONS_LENGTH = 5,
+    ZRT_CONS_PATH = 6,
+    ZRT_CONS_PATTERN = 7,
+    ZRT_CONS_RANGE = 8,
+    ZRT_CONS_UNION = 9,
+    ZRT_CONS_KIND_COUNT = 10
+};
+
+// Bits of ZrtRealType::boundsFlags.
+enum : uint16_t {
+    ZRT_BOUNDS_GIVEN = 0x1,    // the type carries a range or length
+    ZRT_BOUNDS_EXPLICIT = 0x2, // its bounds stand for themselves
+    ZRT_BOUNDS_RELATIVE = 0x4  // "min" or "max" refer to the parent typedef's bounds
+};
+
+struct ZrtConsSlot {
+    uint32_t kind; // ZrtConsKind
+    void *body;    // ZrtCons..., owned
+};
+
+struct ZrtRealType {
+    uint32_t baseType; // ZrtBuiltInType
+    uint16_t boundsFlags;
+    uint16_t consCount;
+    ZrtConsSlot *constraints; // ascending by kind
+};
+
+struct ZrtConsDerived {
+    const char *moduleName;
+    const char *typedefName;
+    const ZrtRealType *resolved; // the typedef's type, not owned; null until resolved
+};
+
+struct ZrsIdentBase {
+    const char *moduleName;
+    const char *identityName;
+};
+
+struct ZrtConsBase {
+    uint16_t count;
+    ZrsIdentBase *items;
+};
+
+struct ZrtBitItem {
+    const char *name;
+    uint32_t position;
+};
+
+struct ZrtConsBit {
+    uint16_t count;
+    ZrtBitItem *items;
+};
+
+struct ZrtEnumItem {
+    const char *name;
+    int32_t value;
+};
+
+struct ZrtConsEnum {
+    uint16_t count;
+    ZrtEnumItem *items;
+    const char **descriptions; // parallel to items; null when descriptions are not kept
+};
+
+struct ZrtConsFraction {
+    uint8_t fractionDigits;
+};
+
+// Bits of ZrtGenericSeg::flags.
+enum : uint32_t {
+    ZRT_SEG_SIGNED = 0x01,
+    ZRT_SEG_UNSIGNED = 0x02,
+    ZRT_SEG_START_MIN = 0x04,
+    ZRT_SEG_START_MAX = 0x08,
+    ZRT_SEG_END_MIN = 0x10,
+    ZRT_SEG_END_MAX = 0x20
+};
+
+// The widest segment: 20 bytes in every build.
+struct __attribute__((packed, aligned(4))) ZrtGenericSeg {
+    uint64_t start; // signed or unsigned as the flags say
+    uint64_t end;
+    uint32_t flags;
+};
+static_assert(sizeof(ZrtGenericSeg) == 20);
+
+// A range or a length.
+struct ZrtConsRange {
+    uint16_t segCount;
+    uint16_t segSize; // bytes: 2, 4, 8 or 20
+    void *segments;
+};
+
+struct ZrtConsPath {
+    const char *path;
+    uint32_t requireInstance;
+};
+
+struct ZrtPatternItem {
+    const char *pattern;
+    uint32_t invertMatch;
+};
+
+struct ZrtConsPattern {
+    uint16_t count;
+    ZrtPatternItem *items;
+};
+
+struct ZrtConsUnion {
+    uint16_t count;
+    ZrtRealType *items;
+};
+
+// The counters of one type statement: entries 0 to 9 by kind, entry 10 the kinds that occur.
+struct ZrtTypeSubElemCount {
+    uint16_t counts[11];
+};
+
+// One validation of one value; zeroed by the caller.
+struct ZrtValidateCtx {
+    uint16_t derivedDepth;
+    uint16_t fractionDigits;
+    uint32_t baseType;       // of the innermost built-in type reached
+    uint32_t explicitBounds; // nesting counter
+    uint32_t parentBounds;   // 1: bounds of an outer type are relative to its parent
+    ZrtGenericSeg bounds;    // the latest parent bounds
+    ZrtGenericSeg value;     // the value under check
+    uint32_t binaryLength;   // octets that the base64 check decoded
+    uint32_t nesting;        // types that the value has been handed on through
+    uint32_t tooDeep;        // 1: nesting reached its bound, nothing more is tried
+    const ZrCtx *ctx;
+    const ZrNode *node;
+    const ZrtRealType *current;
+    const ZrtRealType *matched;
+};

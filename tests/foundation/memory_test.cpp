@@ -1,0 +1,179 @@
+#include "foundation/memory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+#include "support/alloc.h"
+
+namespace {
+
+int g_mallocCalls = 0;
+int g_freeCalls = 0;
+
+void *CountingMalloc(size_t size)
+{
+    ++g_mallocCalls;
+    void *block = std::malloc(size);
+    std::memset(block, 0x5a, size);
+    return block;
+}
+
+void *OtherMalloc(size_t size)
+{
+    return std::malloc(size);
+}
+
+void *CountingRealloc(void *block, size_t size)
+{
+    return std::realloc(block, size);
+}
+
+void CountingFree(void *block)
+{
+    ++g_freeCalls;
+    std::free(block);
+}
+
+// Registration is once in a process; these tests put the state before it back.
+class MemRegister : public testing::Test {
+protected:
+    MemRegister() { Reset(); }
+    ~MemRegister() override { Reset(); }
+
+    static void Reset()
+    {
+        g_zrMemMallocFunc = std::malloc;
+        g_zrMemReAllocFunc = std::realloc;
+        g_zrMemFreeFunc = std::free;
+        g_zrMemRegistered = 0;
+        g_mallocCalls = 0;
+        g_freeCalls = 0;
+    }
+    static bool DefaultsAreInForce()
+    {
+        return g_zrMemMallocFunc == std::malloc && g_zrMemReAllocFunc == std::realloc &&
+               g_zrMemFreeFunc == std::free && g_zrMemRegistered == 0;
+    }
+};
+
+TEST_F(MemRegister, TheHooksAreTheCLibrarysAtFirst)
+{
+    EXPECT_TRUE(DefaultsAreInForce());
+}
+
+TEST_F(MemRegister, PutsTheThreeHooksInForce)
+{
+    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree), ZR_OK);
+    EXPECT_EQ(g_zrMemMallocFunc, CountingMalloc);
+    EXPECT_EQ(g_zrMemReAllocFunc, CountingRealloc);
+    EXPECT_EQ(g_zrMemFreeFunc, CountingFree);
+    EXPECT_EQ(g_zrMemRegistered, 1u);
+}
+
+TEST_F(MemRegister, ASecondRegistrationIs17EvenWithTheSameFunctions)
+{
+    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree), ZR_OK);
+    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree), 17u);
+    EXPECT_EQ(ZR_MemRegisterCallBack(OtherMalloc, CountingRealloc, CountingFree), 17u);
+    EXPECT_EQ(ZR_MemRegisterHandleInner(OtherMalloc, CountingRealloc, CountingFree), 17u);
+    EXPECT_EQ(g_zrMemMallocFunc, CountingMalloc);
+}
+
+TEST_F(MemRegister, ANullFunctionIs22AndLeavesTheDefaultsInForce)
+{
+    EXPECT_EQ(ZR_MemRegisterCallBack(nullptr, CountingRealloc, CountingFree), 22u);
+    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, nullptr, CountingFree), 22u);
+    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, nullptr), 22u);
+    EXPECT_TRUE(DefaultsAreInForce());
+}
+
+TEST_F(MemRegister, ANullFunctionIs22AlsoAfterARegistration)
+{
+    ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree);
+    EXPECT_EQ(ZR_MemRegisterCallBack(nullptr, nullptr, nullptr), 22u);
+}
+
+TEST_F(MemRegister, LeavesTheMutexUnlocked)
+{
+    ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree);
+    ASSERT_EQ(pthread_mutex_trylock(&g_zrMemMutex), 0);
+    pthread_mutex_unlock(&g_zrMemMutex);
+}
+
+TEST_F(MemRegister, OneOfManyThreadsWins)
+{
+    constexpr int kThreads = 8;
+    std::vector<uint32_t> results(kThreads);
+    std::vector<std::thread> threads;
+    for (uint32_t &result : results)
+        threads.emplace_back([&result] {
+            result = ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree);
+        });
+    for (std::thread &thread : threads)
+        thread.join();
+    int won = 0;
+    for (uint32_t result : results) {
+        EXPECT_TRUE(result == ZR_OK || result == 17u);
+        won += result == ZR_OK ? 1 : 0;
+    }
+    EXPECT_EQ(won, 1);
+}
+
+TEST_F(MemRegister, BlocksComeThroughTheHooksAndAreZeroFilled)
+{
+    ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree);
+    auto *block = static_cast<unsigned char *>(zr::AllocZeroed(64));
+    ASSERT_NE(block, nullptr);
+    for (int i = 0; i < 64; ++i)
+        EXPECT_EQ(block[i], 0);
+    zr::Free(block);
+    EXPECT_EQ(g_mallocCalls, 1);
+    EXPECT_EQ(g_freeCalls, 1);
+}
+
+TEST_F(MemRegister, TheFreeHookIsNotCalledForNull)
+{
+    ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree);
+    zr::Free(nullptr);
+    EXPECT_EQ(g_freeCalls, 0);
+}
+
+TEST(AllocZeroed, IsNullWhenMemoryRunsOut)
+{
+    zrtest::AllocGuard guard;
+    guard.FailAt(0);
+    EXPECT_EQ(zr::AllocZeroed(8), nullptr);
+    guard.FailAt(0);
+    EXPECT_EQ(zr::AllocRecord<uint64_t>(), nullptr);
+}
+
+TEST(ScopedBlock, ReleasesItsBlockAtTheEndOfTheScope)
+{
+    zrtest::AllocGuard guard;
+    {
+        zr::ScopedBlock<int> block(zr::AllocRecord<int>());
+        ASSERT_TRUE(block);
+        EXPECT_EQ(*block.get(), 0);
+        EXPECT_EQ(guard.LiveBlocks(), 1);
+    }
+    EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
+TEST(ScopedBlock, GivesItsBlockAwayOnRelease)
+{
+    zrtest::AllocGuard guard;
+    int *kept;
+    {
+        zr::ScopedBlock<int> block(zr::AllocRecord<int>());
+        kept = block.release();
+        EXPECT_FALSE(block);
+    }
+    EXPECT_EQ(guard.LiveBlocks(), 1);
+    zr::Free(kept);
+}
+
+} // namespace
