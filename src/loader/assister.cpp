@@ -1,0 +1,162 @@
+#include "loader/assister.h"
+
+#include "foundation/array.h"
+#include "foundation/memory.h"
+#include "foundation/text.h"
+#include "platform/secure.h"
+#include "platform/text.h"
+#include "schema/module_record.h"
+
+namespace {
+
+bool HasSuffix(const ZrsLoadAssister *assister, const char *suffix)
+{
+    for (uint32_t i = 0; i < assister->suffixCount; ++i)
+        if (PAL_StrCmp(assister->suffixes[i].suffix, suffix) == 0)
+            return true;
+    return false;
+}
+
+bool HasMergeSource(const ZrMod *module, const char *suffix)
+{
+    for (uint32_t i = 0; i < module->mergeSourceCount; ++i)
+        if (PAL_StrCmp(module->mergeSources[i], suffix) == 0)
+            return true;
+    return false;
+}
+
+uint32_t AppendMergeSource(ZrMod *module, const char *suffix)
+{
+    if (module->mergeSourceCount == UINT16_MAX)
+        return ZR_ERR_INVALID;
+    const char *kept = ZR_DICT_Insert(&module->ctx->dict, suffix);
+    if (kept == nullptr)
+        return ZR_ERR_NO_MEMORY;
+    uint32_t status = zr::ExpandArray(&module->mergeSources, module->mergeSourceCount, 1);
+    if (status != ZR_OK) {
+        ZR_DICT_Remove(&module->ctx->dict, kept);
+        return status;
+    }
+    module->mergeSources[module->mergeSourceCount++] = kept;
+    return ZR_OK;
+}
+
+// The first object with that suffix; a plain file that stands before it is taken in its place.
+const ZrsPathObj *FindObject(const ZrsPathCollection *collection, const char *suffix)
+{
+    for (uint32_t i = 0; i < collection->count; ++i) {
+        const ZrsPathObj *object = &collection->objects[i];
+        if (object->suffix[0] == '\0' || PAL_StrCmp(object->suffix, suffix) == 0)
+            return object;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+uint32_t ZRS_LOADER_AppendOneSuffixToAssister(ZrsLoadAssister *assister, const char *suffix,
+                                              uint8_t done)
+{
+    if (suffix == nullptr)
+        return ZR_ERR_INVALID;
+    if (suffix[0] == '\0' || HasSuffix(assister, suffix))
+        return ZR_OK;
+    if (assister->suffixCount == UINT16_MAX)
+        return ZR_ERR_INVALID;
+    ZrsSuffix entry = {};
+    if (strcpy_s(entry.suffix, sizeof(entry.suffix), suffix) != 0)
+        return ZR_ERR_INVALID;
+    entry.done = done;
+    if (zr::ExpandArray(&assister->suffixes, assister->suffixCount, 1) != ZR_OK)
+        return ZR_ERR_NO_MEMORY;
+    assister->current = nullptr; // pointed into the old array
+    assister->suffixes[assister->suffixCount++] = entry;
+    return ZR_OK;
+}
+
+uint32_t ZRS_LOADER_AppendSuffixsToAssister(ZrsLoadAssister *assister, uint32_t count,
+                                            const char *const *suffixes, uint8_t done)
+{
+    uint32_t status = ZR_OK;
+    for (uint32_t i = 0; i < count && status == ZR_OK; ++i)
+        status = ZRS_LOADER_AppendOneSuffixToAssister(assister, suffixes[i], done);
+    return status;
+}
+
+uint32_t ZRS_LOADER_AddPathObjToLoadAssister(ZrsLoadAssister *assister,
+                                             const ZrsPathCollection *collection)
+{
+    uint32_t status = ZR_OK;
+    if (collection->hasSuffixed == 0)
+        return status;
+    for (uint32_t i = 0; i < collection->count && status == ZR_OK; ++i)
+        status = ZRS_LOADER_AppendOneSuffixToAssister(assister, collection->objects[i].suffix, 0);
+    return status;
+}
+
+uint32_t ZRS_LOADER_PreFillLoadAssisterFromExisting(const ZrMod *existingModule,
+                                                    const ZrsPathCollection *collection,
+                                                    ZrsLoadAssister *assister, uint32_t *proceed)
+{
+    if (existingModule != nullptr && existingModule->mergeSourceCount == 0) {
+        *proceed = 0;
+        return ZR_OK;
+    }
+    if (existingModule != nullptr) {
+        uint32_t status = ZRS_LOADER_AppendSuffixsToAssister(
+            assister, existingModule->mergeSourceCount, existingModule->mergeSources, 1);
+        if (status != ZR_OK)
+            return status;
+    }
+    return ZRS_LOADER_AddPathObjToLoadAssister(assister, collection);
+}
+
+const char *ZRS_LOADER_UpdateNextLoadingSuffix(ZrsLoadAssister *assister)
+{
+    for (uint32_t i = 0; assister->current == nullptr && i < assister->suffixCount; ++i)
+        if (assister->suffixes[i].done == 0)
+            assister->current = &assister->suffixes[i];
+    return assister->current != nullptr ? assister->current->suffix : nullptr;
+}
+
+void ZRS_LOADER_ResetCurrentLoadingSuffix(ZrsLoadAssister *assister, uint8_t done)
+{
+    if (assister->current != nullptr)
+        assister->current->done = done;
+    assister->current = nullptr;
+}
+
+const ZrsPathObj *ZRS_LOADER_GetNextPathObjToProc(ZrsPathCollection *collection,
+                                                  ZrsLoadAssister *assister)
+{
+    const char *suffix = ZRS_LOADER_UpdateNextLoadingSuffix(assister);
+    if (suffix == nullptr && collection->processed > 0)
+        return nullptr;
+    if (collection->count == 0 || collection->processed >= collection->limit)
+        return nullptr;
+    const ZrsPathObj *object =
+        suffix == nullptr ? &collection->objects[0] : FindObject(collection, suffix);
+    if (object != nullptr)
+        ++collection->processed;
+    return object;
+}
+
+void ZRS_LOADER_ClearLoadAssister(ZrsLoadAssister *assister)
+{
+    zr::Free(assister->suffixes);
+    assister->suffixes = nullptr;
+    assister->suffixCount = 0;
+    assister->current = nullptr;
+}
+
+uint32_t ZRS_LOADER_SaveSuccLoadingSuffix(ZrMod *module, const ZrsLoadAssister *assister)
+{
+    uint32_t status = ZR_OK;
+    for (uint32_t i = 0; i < assister->suffixCount && status == ZR_OK; ++i) {
+        const ZrsSuffix *entry = &assister->suffixes[i];
+        // A part that was not loaded may still be loaded by a later call.
+        if (entry->done != 0 && !HasMergeSource(module, entry->suffix))
+            status = AppendMergeSource(module, entry->suffix);
+    }
+    return status;
+}

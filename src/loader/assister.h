@@ -1,0 +1,47 @@
+// The load assister: which suffixed files of a module are loaded and which are still to come.
+#pragma once
+
+#include <cstdint>
+#include <zrschema/types.h>
+
+#include "loader/discovery.h"
+
+struct ZrsSuffix {
+    char suffix[10];
+    uint8_t done;
+};
+
+struct ZrsLoadAssister {
+    const char *moduleName;
+    uint16_t suffixCount;
+    ZrsSuffix *suffixes;
+    ZrsSuffix *current; // the one that is being loaded, or null
+};
+
+extern "C" {
+// Adds a suffix unless it is there or empty: 0, 22 for a null or over-long one, 12 without memory.
+ZR_API uint32_t ZRS_LOADER_AppendOneSuffixToAssister(ZrsLoadAssister *assister, const char *suffix,
+                                                     uint8_t done);
+// Adds several, stopping at the first failure.
+ZR_API uint32_t ZRS_LOADER_AppendSuffixsToAssister(ZrsLoadAssister *assister, uint32_t count,
+                                                   const char *const *suffixes, uint8_t done);
+// Adds the suffixes of the collected files as still to be loaded.
+ZR_API uint32_t ZRS_LOADER_AddPathObjToLoadAssister(ZrsLoadAssister *assister,
+                                                    const ZrsPathCollection *collection);
+// Fills the assister from what is loaded under the name (null: nothing) and what was collected;
+// `*proceed` becomes 0 when there is nothing to load: a module of one file is loaded already.
+ZR_API uint32_t ZRS_LOADER_PreFillLoadAssisterFromExisting(const ZrMod *existingModule,
+                                                           const ZrsPathCollection *collection,
+                                                           ZrsLoadAssister *assister,
+                                                           uint32_t *proceed);
+// The suffix to load now: the current one, else the first that is not done; null when all are.
+ZR_API const char *ZRS_LOADER_UpdateNextLoadingSuffix(ZrsLoadAssister *assister);
+// Ends the loading of the current suffix.
+ZR_API void ZRS_LOADER_ResetCurrentLoadingSuffix(ZrsLoadAssister *assister, uint8_t done);
+// The next file to load, or null when no further one is to be loaded.
+ZR_API const ZrsPathObj *ZRS_LOADER_GetNextPathObjToProc(ZrsPathCollection *collection,
+                                                         ZrsLoadAssister *assister);
+ZR_API void ZRS_LOADER_ClearLoadAssister(ZrsLoadAssister *assister);
+// Keeps the suffixes that were loaded as the module's merge sources: 0, 12 or 22.
+ZR_API uint32_t ZRS_LOADER_SaveSuccLoadingSuffix(ZrMod *module, const ZrsLoadAssister *assister);
+}

@@ -1,0 +1,84 @@
+#include "loader/coupling.h"
+
+#include <zrschema/module.h>
+
+#include "schema/augment.h"
+#include "schema/change_events.h"
+#include "schema/deviation.h"
+#include "schema/node.h"
+#include "types/real_type.h"
+
+namespace {
+
+// Resolves the type of a node of the module. Other modules' nodes below it are left out: what they
+// refer to may go before they do.
+uint32_t ResolveNodeType(ZrNode *node, uint32_t arrival, void *userData)
+{
+    const auto *module = static_cast<const ZrMod *>(userData);
+    if (node->module != module)
+        return ZR_SCAN_SKIP_SUBTREE;
+    if (arrival == ZR_ARRIVAL_PARENT)
+        return 0;
+    // A reference that leads nowhere shows when a value is validated.
+    auto *type = const_cast<ZrtRealType *>(ZRS_NODE_GetLeafSchemaRealType(node));
+    if (type != nullptr)
+        ZRT_TYPE_UpdateRealTypeDerivedFrom(type, module);
+    return 0;
+}
+
+uint32_t ResolveTreeTypes(ZrNode *root, uint32_t, void *userData)
+{
+    ZR_NODE_TreeScanAllNode(root, ResolveNodeType, userData);
+    return 0;
+}
+
+// The children of an augment stand in its target when it is coupled, and are scanned from there.
+uint32_t ResolveAugmentTypes(ZrNode *augment, uint32_t, void *userData)
+{
+    ZR_NODE_IterScanChildrenNode(augment, ResolveTreeTypes, userData);
+    return 0;
+}
+
+} // namespace
+
+uint32_t ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(ZrMod *module)
+{
+    if (module == nullptr)
+        return ZR_ERR_INVALID;
+    uint32_t result = ZR_OK;
+    for (uint32_t i = 0; i < module->typedefCount; ++i) {
+        uint32_t status = ZRT_TYPE_UpdateRealTypeDerivedFrom(&module->typedefs[i].realType, module);
+        if (result == ZR_OK)
+            result = status;
+    }
+    ZR_MOD_IterScanTopmostNode(module, ResolveTreeTypes, module);
+    ZR_MOD_IterScanAugmentNode(module, ResolveAugmentTypes, module);
+    return result;
+}
+
+uint32_t ZRS_LOADER_CoupleAugmentAndGenRelation(ZrCtx *ctx, ZrMod *module)
+{
+    if (ctx == nullptr || module == nullptr)
+        return ZR_ERR_INVALID;
+    return zr::CoupleModuleAugments(module);
+}
+
+uint32_t ZRS_LOADER_CoupleDeviationAndGenRelation(ZrCtx *ctx, ZrMod *module)
+{
+    if (ctx == nullptr || module == nullptr)
+        return ZR_ERR_INVALID;
+    return zr::CoupleModuleDeviations(module);
+}
+
+void ZRS_LOADER_CoupleModPendTblAndCurMod(ZrCtx *ctx, ZrsPendTbl *table,
+                                          const char *startModuleName)
+{
+    if (ctx == nullptr || table == nullptr)
+        return;
+    for (ZrListLink *link = table->nodes.next; link != &table->nodes; link = link->next) {
+        const char *name = reinterpret_cast<ZrsPendNode *>(link)->moduleName;
+        if (ZR_CTX_GetModuleByModName(ctx, name) != nullptr)
+            ZRS_MOD_NotifyModuleChangeEvent(ctx, name, ZRS_MODULE_LOADED, nullptr);
+    }
+    ZRS_MOD_NotifyModuleChangeEvent(ctx, startModuleName, ZRS_MODULE_LOADED, nullptr);
+}

@@ -1,0 +1,192 @@
+#include "loader/header.h"
+
+#include <algorithm>
+#include <iterator>
+#include <span>
+
+#include "foundation/array.h"
+#include "foundation/load_errors.h"
+#include "loader/parsers.h"
+#include "schema/module_record.h"
+
+namespace {
+
+enum HeadBit : uint32_t {
+    HEAD_YANG_VERSION = 1,
+    HEAD_NAMESPACE = 2,
+    HEAD_PREFIX = 4,
+    HEAD_ALL = 7
+};
+
+struct HeadStatement {
+    uint32_t statement;
+    uint32_t bit;
+    ZrsParseFunc parse;
+    void *(*destination)(ZrMod *module);
+};
+
+// clang-format off
+constexpr HeadStatement kHeadStatements[] = {
+    // statement             bit                parser                       goes to
+    {ZRS_STMT_YANG_VERSION, HEAD_YANG_VERSION, ZRS_LOADER_ParseYangVersion, [](ZrMod *module) -> void * { return &module->yangVersion; }},
+    {ZRS_STMT_NAMESPACE,    HEAD_NAMESPACE,    ZRS_LOADER_ParseNamespace,   [](ZrMod *module) -> void * { return &module->ns; }},
+    {ZRS_STMT_PREFIX,       HEAD_PREFIX,       ZRS_LOADER_ParsePrefix,      [](ZrMod *module) -> void * { return &module->prefix; }},
+};
+// clang-format on
+
+const HeadStatement *FindHeadStatement(uint32_t statement)
+{
+    for (const HeadStatement &row : kHeadStatements)
+        if (row.statement == statement)
+            return &row;
+    return nullptr;
+}
+
+uint32_t ParseHeadStatement(ZrMod *module, xmlNode *element, const HeadStatement &row)
+{
+    uint32_t status = row.parse(module, element, ZRS_STMT_MODULE, row.destination(module));
+    if (status != ZR_OK)
+        ZR_CTX_AddModError(module->ctx, module->name, "Failed to parse statement \"%s\".",
+                           ZRS_LOADER_GetKeywordByStmt(row.statement));
+    return status;
+}
+
+// The rows of a body. Those of the statements that describe the module itself stand first and last,
+// so that the rows of a submodule, which leave them out, are the ones in between.
+constexpr uint32_t kBodyRowCount = 19;
+constexpr uint32_t kModuleOnlyInFront = 2;
+constexpr uint32_t kModuleOnlyBehind = 1;
+
+struct Body {
+    uint16_t extensions, features, identities, typedefs, deviations, extInsts;
+    ZrsSubElem rows[kBodyRowCount];
+};
+
+Body MakeBody(ZrMod *module)
+{
+    Body body = {};
+    body.extensions = module->extensionCount;
+    body.features = module->featureCount;
+    body.identities = module->identityCount;
+    body.typedefs = module->typedefCount;
+    body.deviations = module->deviationCount;
+    body.extInsts = module->extInstCount;
+    return body;
+}
+
+// Takes the body in place: the rows point at its counters.
+void FillRows(ZrMod *module, Body *body)
+{
+    // clang-format off
+    const ZrsSubElem rows[] = {
+        zr::RepeatedRow(ZRS_STMT_REVISION,        &module->revision),
+        zr::UniqueRow(ZRS_STMT_DESCRIPTION,       &module->description),
+        zr::ArrayRow(ZRS_STMT_EXTENSION,          &module->extensions, &body->extensions, &module->extensionCount),
+        zr::ArrayRow(ZRS_STMT_FEATURE,            &module->features,   &body->features,   &module->featureCount),
+        zr::ArrayRow(ZRS_STMT_IDENTITY,           &module->identities, &body->identities, &module->identityCount),
+        zr::ArrayRow(ZRS_STMT_TYPEDEF,            &module->typedefs,   &body->typedefs,   &module->typedefCount),
+        zr::RepeatedRow(ZRS_STMT_CONTAINER,       module),
+        zr::RepeatedRow(ZRS_STMT_LEAF,            module),
+        zr::RepeatedRow(ZRS_STMT_LEAF_LIST,       module),
+        zr::RepeatedRow(ZRS_STMT_LIST,            module),
+        zr::RepeatedRow(ZRS_STMT_CHOICE,          module),
+        zr::RepeatedRow(ZRS_STMT_ANYDATA,         module),
+        zr::RepeatedRow(ZRS_STMT_ANYXML,          module),
+        zr::RepeatedRow(ZRS_STMT_AUGMENT,         module),
+        zr::RepeatedRow(ZRS_STMT_RPC,             module),
+        zr::RepeatedRow(ZRS_STMT_NOTIFICATION,    module),
+        zr::ArrayRow(ZRS_STMT_DEVIATION,          &module->deviations, &body->deviations, &module->deviationCount),
+        zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &module->extInsts,   &body->extInsts,   &module->extInstCount),
+        zr::UniqueRow(ZRS_STMT_ORGANIZATION,      &module->organization),
+    };
+    // clang-format on
+    static_assert(std::size(rows) == kBodyRowCount);
+    std::ranges::copy(rows, body->rows);
+}
+
+uint32_t ParseBody(ZrMod *module, xmlNode *root, std::span<ZrsSubElem> rows)
+{
+    auto rowCount = static_cast<uint32_t>(rows.size());
+    uint32_t status = ZRS_LOADER_CounterAndExpandBodyStmtArray(module, root, rows.data(), rowCount);
+    if (status != ZR_OK)
+        return status;
+    return ZRS_LOADER_ParseSubStatementsInner(module, root, ZRS_STMT_MODULE, rows.data(), rowCount);
+}
+
+} // namespace
+
+uint32_t ZRS_LOADER_MapModuleHeadStmtToBit(uint32_t statement)
+{
+    const HeadStatement *row = FindHeadStatement(statement);
+    return row != nullptr ? row->bit : 0;
+}
+
+uint32_t ZRS_LOADER_ParseModuleHeadStmts(ZrMod *module, xmlNode *root)
+{
+    uint32_t seen = 0;
+    for (xmlNode *child = root->children; child != nullptr && seen != HEAD_ALL;
+         child = child->next) {
+        if (child->type != XML_ELEMENT_NODE)
+            continue;
+        const HeadStatement *row = FindHeadStatement(ZRS_LOADER_GetXmlNodeYangStmt(child));
+        if (row == nullptr)
+            continue;
+        if ((seen & row->bit) != 0) {
+            ZR_CTX_AddModError(module->ctx, module->name,
+                               "Statement \"%s\" under statement \"%s\" has repeated.",
+                               ZRS_LOADER_GetKeywordByStmt(row->statement),
+                               ZRS_LOADER_GetKeywordByStmt(ZRS_STMT_MODULE));
+            return ZR_ERR_FAILED;
+        }
+        seen |= row->bit;
+        uint32_t status = ParseHeadStatement(module, child, *row);
+        if (status != ZR_OK)
+            return status;
+    }
+    return ZR_OK;
+}
+
+uint32_t ZRS_LOADER_CounterAndExpandBodyStmtArray(ZrMod *module, xmlNode *root, ZrsSubElem *rows,
+                                                  uint32_t rowCount)
+{
+    uint32_t status = ZRS_LOADER_MarkSubNodeAndCountArraySize(module, root, rows, rowCount);
+    if (status != ZR_OK)
+        return status;
+    for (ZrsSubElem &row : std::span(rows, rowCount)) {
+        if ((row.flags & ZRS_ROW_ARRAY) == 0)
+            continue;
+        if (status == ZR_OK)
+            status = ZR_UTL_ExpandArray(static_cast<void **>(row.destination), *row.indexCount,
+                                        static_cast<uint32_t>(*row.arrayCount - *row.indexCount),
+                                        row.elementSize);
+        if (status != ZR_OK)
+            *row.arrayCount = *row.indexCount; // the array is as long as it was
+    }
+    return status;
+}
+
+uint32_t zr::ParseModuleBody(ZrMod *module, xmlNode *root)
+{
+    Body body = MakeBody(module);
+    FillRows(module, &body);
+    return ParseBody(module, root, body.rows);
+}
+
+uint32_t zr::ParseSubmoduleBody(ZrMod *module, xmlNode *root)
+{
+    constexpr uint32_t kCount = kBodyRowCount - kModuleOnlyInFront - kModuleOnlyBehind;
+    Body body = MakeBody(module);
+    FillRows(module, &body);
+    return ParseBody(module, root, std::span(body.rows).subspan(kModuleOnlyInFront, kCount));
+}
+
+uint32_t ZRS_LOADER_ParseModuleContent(ZrMod *module, xmlNode *root, const char * /*expectedName*/)
+{
+    ZRS_LOADER_MarkSubNode(root);
+    uint32_t status = ZRS_LOADER_ParseModuleHeadStmts(module, root);
+    if (status == ZR_OK)
+        status = ZRS_LOADER_ParseLinkageStmts(module, root);
+    if (status == ZR_OK)
+        status = zr::ParseModuleBody(module, root);
+    return status;
+}

@@ -1,0 +1,77 @@
+#include "loader/pending.h"
+
+#include "foundation/memory.h"
+#include "foundation/text.h"
+#include "platform/text.h"
+#include "schema/module_record.h"
+
+namespace {
+
+void FreeFeatures(ZrsPendNode *node)
+{
+    for (ZrListLink *link = node->features.next; link != &node->features;) {
+        auto *feature = reinterpret_cast<ZrsPendFeature *>(link);
+        link = link->next;
+        zr::Free(feature->name);
+        zr::Free(feature);
+    }
+}
+
+} // namespace
+
+void zr::InitPendTable(ZrsPendTbl *table)
+{
+    table->nodes.next = &table->nodes;
+    table->nodes.prev = &table->nodes;
+}
+
+uint32_t zr::AppendPending(ZrsPendTbl *table, const char *moduleName)
+{
+    if (ZRS_LOADER_FindModPendNodeByName(table, moduleName) != nullptr)
+        return ZR_OK;
+    auto *node = zr::AllocRecord<ZrsPendNode>();
+    if (node == nullptr)
+        return ZR_ERR_NO_MEMORY;
+    node->moduleName = ZR_UTL_StrDup(moduleName);
+    if (node->moduleName == nullptr) {
+        zr::Free(node);
+        return ZR_ERR_NO_MEMORY;
+    }
+    node->features.next = &node->features;
+    node->features.prev = &node->features;
+    node->link.prev = table->nodes.prev;
+    node->link.next = &table->nodes;
+    node->link.prev->next = &node->link;
+    table->nodes.prev = &node->link;
+    return ZR_OK;
+}
+
+void zr::FreePendTable(ZrsPendTbl *table)
+{
+    for (ZrListLink *link = table->nodes.next; link != &table->nodes;) {
+        auto *node = reinterpret_cast<ZrsPendNode *>(link);
+        link = link->next;
+        FreeFeatures(node);
+        zr::Free(node->moduleName);
+        zr::Free(node);
+    }
+    zr::InitPendTable(table);
+}
+
+ZrsPendNode *ZRS_LOADER_FindModPendNodeByName(const ZrsPendTbl *table, const char *moduleName)
+{
+    for (ZrListLink *link = table->nodes.next; link != &table->nodes; link = link->next) {
+        auto *node = reinterpret_cast<ZrsPendNode *>(link);
+        if (PAL_StrCmp(node->moduleName, moduleName) == 0)
+            return node;
+    }
+    return nullptr;
+}
+
+uint32_t ZRS_LOADER_AppendZrModImportsAsPending(ZrsPendTbl *table, const ZrMod *module)
+{
+    uint32_t status = ZR_OK;
+    for (uint32_t i = 0; i < module->importCount && status == ZR_OK; ++i)
+        status = zr::AppendPending(table, module->imports[i].moduleName);
+    return status;
+}

@@ -1,0 +1,192 @@
+#include "loader/assister.h"
+
+#include <gtest/gtest.h>
+
+#include "foundation/array.h"
+#include "foundation/memory.h"
+#include "platform/secure.h"
+#include "schema/module.h"
+#include "support/alloc.h"
+#include "support/context.h"
+
+namespace {
+
+class AssisterTest : public testing::Test {
+protected:
+    ~AssisterTest() override
+    {
+        ZRS_LOADER_ClearLoadAssister(&assister);
+        zr::FreePathCollection(collection);
+    }
+    // Collects made-up files with these suffixes ("" for a plain file).
+    void Collect(const std::vector<const char *> &suffixes)
+    {
+        collection = zr::AllocRecord<ZrsPathCollection>();
+        collection->limit = 10;
+        for (const char *suffix : suffixes) {
+            ASSERT_EQ(zr::ExpandArray(&collection->objects, collection->count, 1), 0u);
+            strcpy_s(collection->objects[collection->count++].suffix, 10, suffix);
+            (suffix[0] == '\0' ? collection->hasPlain : collection->hasSuffixed) = 1;
+        }
+    }
+    // Index of the file that is handed out next, -1 for none; it counts as loaded.
+    int Next()
+    {
+        const ZrsPathObj *object = ZRS_LOADER_GetNextPathObjToProc(collection, &assister);
+        ZRS_LOADER_ResetCurrentLoadingSuffix(&assister, 1);
+        return object == nullptr ? -1 : static_cast<int>(object - collection->objects);
+    }
+    ZrsLoadAssister assister = {};
+    ZrsPathCollection *collection = nullptr;
+};
+
+TEST_F(AssisterTest, KeepsEachSuffixOnce)
+{
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 0), 0u);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 1), 0u);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "b", 1), 0u);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "", 0), 0u);
+    ASSERT_EQ(assister.suffixCount, 2);
+    EXPECT_STREQ(assister.suffixes[0].suffix, "a");
+    EXPECT_EQ(assister.suffixes[0].done, 0);
+    EXPECT_EQ(assister.suffixes[1].done, 1);
+}
+
+TEST_F(AssisterTest, RefusesNullAndOverLongSuffixes)
+{
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, nullptr, 0), 22u);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "1234567890", 0), 22u);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "123456789", 0), 0u);
+    const char *mixed[] = {"x", nullptr, "y"};
+    EXPECT_EQ(ZRS_LOADER_AppendSuffixsToAssister(&assister, 3, mixed, 0), 22u);
+    EXPECT_EQ(assister.suffixCount, 2) << "stops at the first failure";
+}
+
+TEST_F(AssisterTest, ReportsMemoryThatCannotBeHad)
+{
+    zrtest::AllocGuard guard;
+    guard.FailAt(0);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 0), 12u);
+    EXPECT_EQ(assister.suffixCount, 0);
+}
+
+TEST_F(AssisterTest, TakesSuffixesOnlyFromACollectionThatHasSome)
+{
+    Collect({"", ""});
+    EXPECT_EQ(ZRS_LOADER_AddPathObjToLoadAssister(&assister, collection), 0u);
+    EXPECT_EQ(assister.suffixCount, 0);
+}
+
+TEST_F(AssisterTest, GoesThroughTheSuffixesThatAreNotDone)
+{
+    const char *loaded[] = {"a"};
+    ZRS_LOADER_AppendSuffixsToAssister(&assister, 1, loaded, 1);
+    ZRS_LOADER_AppendOneSuffixToAssister(&assister, "b", 0);
+    ZRS_LOADER_AppendOneSuffixToAssister(&assister, "c", 0);
+    EXPECT_STREQ(ZRS_LOADER_UpdateNextLoadingSuffix(&assister), "b");
+    EXPECT_STREQ(ZRS_LOADER_UpdateNextLoadingSuffix(&assister), "b") << "still the current one";
+    ZRS_LOADER_ResetCurrentLoadingSuffix(&assister, 1);
+    EXPECT_STREQ(ZRS_LOADER_UpdateNextLoadingSuffix(&assister), "c");
+    ZRS_LOADER_ResetCurrentLoadingSuffix(&assister, 1);
+    EXPECT_EQ(ZRS_LOADER_UpdateNextLoadingSuffix(&assister), nullptr);
+}
+
+TEST_F(AssisterTest, HandsOutOneFileWhenThereAreNoSuffixes)
+{
+    Collect({"", "", ""});
+    ZRS_LOADER_AddPathObjToLoadAssister(&assister, collection);
+    EXPECT_EQ(Next(), 0);
+    EXPECT_EQ(Next(), -1);
+}
+
+TEST_F(AssisterTest, HandsOutOneFileForEachSuffix)
+{
+    Collect({"a", "b", "a", "c"});
+    ZRS_LOADER_AddPathObjToLoadAssister(&assister, collection);
+    EXPECT_EQ(Next(), 0);
+    EXPECT_EQ(Next(), 1);
+    EXPECT_EQ(Next(), 3);
+    EXPECT_EQ(Next(), -1);
+}
+
+TEST_F(AssisterTest, HandsOutAPlainFileThatStandsBeforeTheSuffixedOne)
+{
+    Collect({"a", "", "b"});
+    ZRS_LOADER_AddPathObjToLoadAssister(&assister, collection);
+    EXPECT_EQ(Next(), 0);
+    EXPECT_EQ(Next(), 1);
+    EXPECT_EQ(Next(), -1);
+}
+
+TEST_F(AssisterTest, HandsOutNoFileForASuffixThatIsNotThere)
+{
+    Collect({"a"});
+    ZRS_LOADER_AppendOneSuffixToAssister(&assister, "z", 0);
+    EXPECT_EQ(Next(), -1);
+    EXPECT_EQ(collection->processed, 0);
+}
+
+TEST_F(AssisterTest, StopsAtTheLimit)
+{
+    Collect({"a", "b", "c"});
+    collection->limit = 2;
+    ZRS_LOADER_AddPathObjToLoadAssister(&assister, collection);
+    EXPECT_EQ(Next(), 0);
+    EXPECT_EQ(Next(), 1);
+    EXPECT_EQ(Next(), -1);
+}
+
+TEST_F(AssisterTest, ProceedsForAModuleThatIsNotLoadedOrHasMergeSources)
+{
+    zrtest::TestContext ctx;
+    ZrMod *module = zr::NewModule(ctx);
+    Collect({"a", "b"});
+    uint32_t proceed = 1;
+    EXPECT_EQ(ZRS_LOADER_PreFillLoadAssisterFromExisting(module, collection, &assister, &proceed),
+              0u);
+    EXPECT_EQ(proceed, 0u) << "a module of one file is loaded already";
+    EXPECT_EQ(assister.suffixCount, 0);
+
+    proceed = 1;
+    EXPECT_EQ(ZRS_LOADER_PreFillLoadAssisterFromExisting(nullptr, collection, &assister, &proceed),
+              0u);
+    EXPECT_EQ(proceed, 1u);
+    EXPECT_EQ(assister.suffixCount, 2);
+
+    assister.suffixes[0].done = 1; // "a" was loaded, "b" was not
+    EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), 0u);
+    EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), 0u);
+    ASSERT_EQ(module->mergeSourceCount, 1) << "each loaded suffix once";
+    EXPECT_STREQ(module->mergeSources[0], "a");
+
+    ZRS_LOADER_ClearLoadAssister(&assister);
+    EXPECT_EQ(ZRS_LOADER_PreFillLoadAssisterFromExisting(module, collection, &assister, &proceed),
+              0u);
+    EXPECT_EQ(proceed, 1u);
+    ASSERT_EQ(assister.suffixCount, 2);
+    EXPECT_EQ(assister.suffixes[0].done, 1);
+    EXPECT_EQ(assister.suffixes[1].done, 0);
+    ZRS_MOD_Free(module);
+}
+
+TEST_F(AssisterTest, SavingReportsMemoryThatCannotBeHad)
+{
+    zrtest::AllocGuard guard;
+    {
+        zrtest::TestContext ctx;
+        ZrMod *module = zr::NewModule(ctx);
+        ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 1);
+        for (uint64_t n = 0; n < 3; ++n) {
+            guard.FailAt(n);
+            EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), 12u);
+            EXPECT_EQ(module->mergeSourceCount, 0);
+        }
+        guard.FailNone();
+        EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), 0u);
+        ZRS_MOD_Free(module);
+        ZRS_LOADER_ClearLoadAssister(&assister);
+    }
+    EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
+} // namespace

@@ -1,0 +1,187 @@
+#include "loader/discovery.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "foundation/memory.h"
+#include "platform/files.h"
+#include "support/alloc.h"
+#include "support/context.h"
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::UnorderedElementsAre;
+using zrtest::TempDir;
+using zrtest::TestContext;
+
+namespace {
+
+struct Collection {
+    ZrsPathCollection *files;
+    Collection(const ZrCtx *ctx, const char *name)
+        : files(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, name))
+    {
+    }
+    ~Collection() { zr::FreePathCollection(files); }
+    std::vector<std::string> Paths() const
+    {
+        std::vector<std::string> paths;
+        for (uint32_t i = 0; files != nullptr && i < files->count; ++i)
+            paths.emplace_back(files->objects[i].path);
+        return paths;
+    }
+};
+
+} // namespace
+
+TEST(CollectFiles, FindsNothingWhereThereIsNothing)
+{
+    TempDir dir;
+    TestContext ctx;
+    EXPECT_EQ(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, "m"), nullptr);
+    ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
+    dir.Write("other.yin", "");
+    dir.Write("m.yang", "");
+    dir.Write("mm.yin", "");
+    EXPECT_EQ(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, "m"), nullptr);
+}
+
+TEST(CollectFiles, TakesThePlainFileAloneWhereThereIsOne)
+{
+    TempDir dir;
+    TestContext ctx;
+    dir.Write("m.yin", "");
+    dir.Write("m@2021-01-01.yin", "");
+    dir.Write("m@@ext.yin", "");
+    ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
+    Collection collection(ctx, "m");
+    EXPECT_THAT(collection.Paths(), ElementsAre(dir.path() + "/m.yin"));
+    EXPECT_EQ(collection.files->hasPlain, 1);
+    EXPECT_EQ(collection.files->hasSuffixed, 0);
+    EXPECT_EQ(collection.files->limit, 1);
+    EXPECT_EQ(collection.files->processed, 0);
+}
+
+TEST(CollectFiles, StopsAtTheFirstDirectoryWithThePlainFile)
+{
+    TempDir a, b;
+    TestContext ctx;
+    a.Write("m.yin", "");
+    b.Write("m.yin", "");
+    ZR_CTX_SetSearchDir(ctx, b.path().c_str());
+    ZR_CTX_SetSearchDir(ctx, a.path().c_str());
+    EXPECT_THAT(Collection(ctx, "m").Paths(), ElementsAre(b.path() + "/m.yin"));
+}
+
+TEST(CollectFiles, KeepsRevisionFilesOfEarlierDirectoriesBeforeAPlainFile)
+{
+    TempDir a, b, c;
+    TestContext ctx;
+    a.Write("m@2020-01-01.yin", "");
+    b.Write("m.yin", "");
+    c.Write("m@2022-01-01.yin", "");
+    for (const TempDir *dir : {&a, &b, &c})
+        ZR_CTX_SetSearchDir(ctx, dir->path().c_str());
+    EXPECT_THAT(Collection(ctx, "m").Paths(),
+                ElementsAre(a.path() + "/m@2020-01-01.yin", b.path() + "/m.yin"));
+}
+
+TEST(CollectFiles, ReadsTheSuffixBetweenTheMarkAndTheNextDot)
+{
+    TempDir dir;
+    TestContext ctx;
+    dir.Write("m@@ext.yin", "");
+    dir.Write("m@@a.b.yin", "");
+    dir.Write("m@2020-01-01.yin", "");
+    dir.Write("m@@.yin", "");
+    ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
+    Collection collection(ctx, "m");
+    std::vector<std::string> suffixes;
+    for (uint32_t i = 0; i < collection.files->count; ++i)
+        suffixes.emplace_back(collection.files->objects[i].suffix);
+    EXPECT_THAT(suffixes, UnorderedElementsAre("ext", "a", "", ""));
+    EXPECT_EQ(collection.files->hasPlain, 1);
+    EXPECT_EQ(collection.files->hasSuffixed, 1);
+}
+
+TEST(CollectFiles, CutsASuffixToNineCharacters)
+{
+    TempDir dir;
+    TestContext ctx;
+    dir.Write("m@@123456789abc.yin", "");
+    ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
+    EXPECT_STREQ(Collection(ctx, "m").files->objects[0].suffix, "123456789");
+}
+
+TEST(CollectFiles, PassesOverPathsThatDoNotFit)
+{
+    TempDir dir;
+    TestContext ctx;
+    std::string name(200, 'm');
+    std::string deep(60, 'd');
+    dir.Write(deep + "/" + name + ".yin", "");
+    dir.Write(deep + "/" + name + "@1.yin", "");
+    ZR_CTX_SetSearchDir(ctx, (dir.path() + "/" + deep).c_str());
+    EXPECT_EQ(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, name.c_str()), nullptr);
+}
+
+TEST(CollectFiles, SurvivesEveryFailingAllocation)
+{
+    TempDir dir;
+    dir.Write("m@@a.yin", "");
+    dir.Write("m@@b.yin", "");
+    zrtest::AllocGuard guard;
+    {
+        TestContext ctx;
+        ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
+        int64_t before = guard.LiveBlocks();
+        for (uint64_t n = 0; n < 4; ++n) {
+            guard.FailAt(n);
+            zr::FreePathCollection(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, "m"));
+            guard.FailNone();
+            EXPECT_EQ(guard.LiveBlocks(), before) << "allocation " << n;
+        }
+    }
+    EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
+TEST(ReadYinFile, ReturnsTheDocumentOfAWellFormedFile)
+{
+    TempDir dir;
+    xmlDoc *document = ZRS_LOADER_ReadYinFileToXmlDoc(dir.Write("m.yin", "<a> <b/> </a>").c_str());
+    ASSERT_NE(document, nullptr);
+    xmlNode *root = xmlDocGetRootElement(document);
+    EXPECT_STREQ(reinterpret_cast<const char *>(root->children->name), "b") << "blanks are dropped";
+    xmlFreeDoc(document);
+}
+
+TEST(ReadYinFile, ReturnsNothingForWhatIsNoXmlFile)
+{
+    TempDir dir;
+    EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc((dir.path() + "/absent").c_str()), nullptr);
+    EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc(dir.path().c_str()), nullptr) << "a directory";
+    EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc(dir.Write("empty", "").c_str()), nullptr);
+    EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc(dir.Write("text", "module m {}").c_str()), nullptr);
+    EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc(dir.Write("cut", "<module><leaf").c_str()), nullptr);
+}
+
+TEST(ReadYinFile, PrintsNothingAboutMalformedText)
+{
+    TempDir dir;
+    std::string path = dir.Write("bad", "<a><b></a>&undefined;");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc(path.c_str()), nullptr);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(ReadYinFile, ReturnsNothingWhenTheBufferCannotBeHad)
+{
+    TempDir dir;
+    std::string path = dir.Write("m.yin", "<a/>");
+    zrtest::AllocGuard guard;
+    for (uint64_t n = 0; n < 2; ++n) {
+        guard.FailAt(n, true);
+        EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc(path.c_str()), nullptr);
+        EXPECT_EQ(guard.LiveBlocks(), 0);
+    }
+}

@@ -1,0 +1,136 @@
+#include <string>
+
+#include "loader/header.h"
+#include "loader/loader_fixture.h"
+#include "schema/module_record.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using zrtest::ModuleUnderTest;
+using zrtest::TestContext;
+
+namespace {
+
+std::string Import(const std::string &module, const std::string &prefix)
+{
+    return "<import module='" + module + "'><prefix value='" + prefix + "'/></import>";
+}
+
+// "module=prefix" of every import.
+std::string Imports(const ZrMod *module)
+{
+    std::string text;
+    for (uint32_t i = 0; i < module->importCount; ++i)
+        text += std::string(i != 0 ? " " : "") + module->imports[i].moduleName + "=" +
+                module->imports[i].prefix;
+    return text;
+}
+
+TEST(Import, IsKeptWithItsPrefix)
+{
+    TestContext ctx;
+    ASSERT_EQ(
+        ctx.LoadBody("m", Import("a", "pa") +
+                              "<import module='b'><revision-date date='2000-01-01'/>"
+                              "<x:prefix xmlns:x='urn:x' value='no'/><prefix xmlns='' "
+                              "value='no'/><prefix value='pb'/><prefix value='no'/></import>"),
+        0u);
+    EXPECT_EQ(Imports(ctx.Module("m")), "a=pa b=pb");
+}
+
+TEST(Import, OfTheSameModuleUnderTheSamePrefixIsKeptOnce)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Import("a", "p") + Import("a", "p") + Import("a", "q")), 0u);
+    EXPECT_EQ(Imports(ctx.Module("m")), "a=p a=q");
+}
+
+TEST(Import, OfAnotherModuleUnderTheSamePrefixIsKeptButTheFirstOneCounts)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Import("a", "p") + Import("b", "p") +
+                                    "<container name='c'><if-feature name='p:f'/></container>"),
+              0u);
+    EXPECT_EQ(Imports(ctx.Module("m")), "a=p b=p");
+    EXPECT_STREQ(ctx.Node("/m:c")->ifFeatures[0].moduleName, "a");
+}
+
+TEST(Import, OfTheModuleItselfUnderItsOwnPrefixIsNoImport)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Import("m", "m")), 0u);
+    EXPECT_EQ(Imports(ctx.Module("m")), "");
+}
+
+struct BadImport {
+    const char *xml;
+    const char *first, *second;
+};
+
+const BadImport kBadImports[] = {
+    {"<import/>", "Failed to get value of statement \"import\".",
+     "Failed to parse statement \"import\"."},
+    {"<import module='a'/>", "Failed to get value of statement \"prefix\".",
+     "Failed to parse value \"a\" of statement \"import\"."},
+    {"<import module='a'><prefix/></import>", "Failed to get value of statement \"prefix\".",
+     "Failed to parse value \"a\" of statement \"import\"."},
+    {"<import module='a'><prefix/><prefix value='p'/></import>",
+     "Failed to get value of statement \"prefix\".",
+     "Failed to parse value \"a\" of statement \"import\"."},
+    {"<import module='a'><x:prefix xmlns:x='urn:x' value='p'/></import>",
+     "Failed to get value of statement \"prefix\".",
+     "Failed to parse value \"a\" of statement \"import\"."},
+};
+
+TEST(Import, WithoutNameOrPrefixFails)
+{
+    for (const BadImport &row : kBadImports) {
+        TestContext ctx;
+        EXPECT_EQ(ctx.LoadBody("m", row.xml), 1u);
+        EXPECT_THAT(ctx.Messages(), ElementsAre(row.first, row.second)) << row.xml;
+    }
+}
+
+TEST(Import, HasStatus22WhenItFails)
+{
+    for (const BadImport &row : kBadImports) {
+        ModuleUnderTest module;
+        EXPECT_EQ(Parse(module, ZRS_LOADER_ParseImport, row.xml, module.get()), 22u) << row.xml;
+    }
+}
+
+TEST(Linkage, StopsAtTheFirstFailure)
+{
+    ModuleUnderTest module;
+    zrtest::Yin yin(Import("a", "pa") + "<include/>" + Import("b", "pb"));
+    EXPECT_EQ(ZRS_LOADER_ParseLinkageStmts(module, yin.wrap()), 22u);
+    EXPECT_EQ(Imports(module), "x-mod=x ietf-netconf-acm=acm a=pa");
+    EXPECT_THAT(module.Messages(), ElementsAre("Failed to get value of statement \"include\".",
+                                               "Failed to parse statement \"include\"."));
+}
+
+TEST(Include, OfASubmoduleThatIsIncludedAlreadyDoesNothing)
+{
+    ModuleUnderTest module;
+    ASSERT_EQ(ZRS_MOD_AppendOneInclude(module, "s"), 0u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseInclude, "<include module='s'/>", module.get()), 0u);
+    EXPECT_EQ(module->includeCount, 1);
+    EXPECT_THAT(module.Messages(), IsEmpty());
+}
+
+TEST(Include, OfASubmoduleWithoutAFileFails)
+{
+    ModuleUnderTest module;
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseInclude, "<include module='s'/>", module.get()), 2u);
+    EXPECT_THAT(module.Messages(), ElementsAre("Failed to load submodule \"s\"."));
+}
+
+TEST(Linkage, NamesTheStatementThatFailed)
+{
+    TestContext ctx;
+    EXPECT_EQ(ctx.LoadBody("m", "<include module='s'/>"), 1u);
+    EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to load submodule \"s\".",
+                                            "Failed to parse statement \"include\"."));
+}
+
+} // namespace

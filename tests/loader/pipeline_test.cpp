@@ -1,0 +1,344 @@
+#include "loader/pipeline.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "foundation/context_record.h"
+#include "foundation/search_dirs.h"
+#include "schema/module_record.h"
+#include "support/alloc.h"
+#include "support/context.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using zrtest::ModuleText;
+using zrtest::TempDir;
+using zrtest::TestContext;
+
+namespace {
+
+std::string Leaf(const std::string &name)
+{
+    return "<leaf name='" + name + "'><type name='string'/></leaf>";
+}
+
+class LoadModule : public testing::Test {
+protected:
+    LoadModule() { ZR_CTX_SetSearchDir(ctx, dir.path().c_str()); }
+    void Write(const std::string &file, const std::string &name, const std::string &body = "")
+    {
+        dir.Write(file, ModuleText(name, body));
+    }
+    uint32_t Load(const char *name) { return ZR_CTX_LoadModule(ctx, name); }
+    TempDir dir;
+    TestContext ctx;
+};
+
+} // namespace
+
+TEST_F(LoadModule, LoadsTheModuleOfTheFile)
+{
+    Write("m.yin", "m", Leaf("x"));
+    EXPECT_EQ(Load("m"), 0u);
+    ASSERT_NE(ctx.Module("m"), nullptr);
+    EXPECT_EQ(ZR_CTX_GetModuleByModNs(ctx, "urn:m"), ctx.Module("m"));
+    EXPECT_NE(ctx.Node("/m:x"), nullptr);
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+    EXPECT_STREQ(ZR_CTX_GetCurYinFile(ctx), "");
+}
+
+TEST_F(LoadModule, RefusesNullArguments)
+{
+    EXPECT_EQ(ZR_CTX_LoadModule(nullptr, "m"), 22u);
+    EXPECT_EQ(ZR_CTX_LoadModule(ctx, nullptr), 22u);
+    EXPECT_EQ(ZR_CTX_LoadMemory(nullptr, "<a/>"), 22u);
+    EXPECT_EQ(ZR_CTX_LoadMemory(ctx, nullptr), 22u);
+    EXPECT_EQ(ZRS_LOADER_AppendModuleToCtx(ctx, nullptr, nullptr), 22u);
+}
+
+TEST_F(LoadModule, WarnsOfAModuleThatIsNotFound)
+{
+    EXPECT_EQ(Load("m"), 2u);
+    EXPECT_THAT(ctx.Messages("m"), ElementsAre("Module \"m\" not found from search directories."));
+}
+
+TEST_F(LoadModule, RecordsAFileThatCannotBeRead)
+{
+    dir.Write("m.yin", "no xml at all");
+    EXPECT_EQ(Load("m"), 22u);
+    EXPECT_THAT(ctx.Messages("m"), ElementsAre("Failed to read content from the yin file.",
+                                               "Failed to parse module \"m\" from the yin file."));
+    EXPECT_EQ(ctx.Module("m"), nullptr);
+}
+
+TEST_F(LoadModule, ForgetsEarlierErrorsOfAModuleThatIsNotLoaded)
+{
+    EXPECT_EQ(Load("m"), 2u);
+    Write("m.yin", "m");
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_THAT(ctx.Messages("m"), IsEmpty());
+}
+
+TEST_F(LoadModule, RefusesAFileWhoseModuleHasAnotherName)
+{
+    Write("m.yin", "n");
+    EXPECT_EQ(Load("m"), 22u);
+    EXPECT_THAT(ctx.Messages("m"), ElementsAre("Failed to parse module \"m\" from the yin file."));
+    EXPECT_EQ(ctx.Module("n"), nullptr);
+}
+
+TEST_F(LoadModule, RefusesRootsThatAreNoModule)
+{
+    dir.Write("m.yin", "<submodule name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'/>");
+    EXPECT_EQ(Load("m"), 22u);
+    EXPECT_THAT(ctx.Messages("m"), ElementsAre("Failed to parse module \"m\" from the yin file."));
+    EXPECT_EQ(ctx.Load("<submodule name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'/>"), 1u);
+    EXPECT_EQ(ctx.Load("<container name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'/>"), 1u);
+}
+
+TEST_F(LoadModule, RefusesAModuleWithoutAName)
+{
+    EXPECT_EQ(ctx.Load("<module xmlns='urn:ietf:params:xml:ns:yang:yin:1'/>"), 1u);
+    EXPECT_EQ(ctx.Load("<module name='' xmlns='urn:ietf:params:xml:ns:yang:yin:1'/>"), 1u);
+}
+
+TEST_F(LoadModule, NamesTheFileInTheErrors)
+{
+    dir.Write("m@2020-01-01.yin", "<");
+    Load("m");
+    std::string file;
+    ZR_CTX_ScanAllSchemaLoadFail(
+        ctx,
+        [](const char *, const char *yinFile, uint32_t, const char *, uint32_t, void *out) {
+            *static_cast<std::string *>(out) = yinFile;
+            return 0u;
+        },
+        &file);
+    EXPECT_EQ(file, "m@2020-01-01.yin");
+}
+
+TEST_F(LoadModule, TakesTheDirectoryThatWasAddedFirst)
+{
+    TempDir second;
+    Write("m.yin", "m", Leaf("first"));
+    second.Write("m.yin", ModuleText("m", Leaf("second")));
+    ZR_CTX_SetSearchDir(ctx, second.path().c_str());
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_NE(ctx.Node("/m:first"), nullptr);
+    EXPECT_EQ(ctx.Node("/m:second"), nullptr);
+}
+
+TEST_F(LoadModule, LoadsOneFileOfSeveralRevisions)
+{
+    TempDir second;
+    Write("m@2020-01-01.yin", "m", Leaf("revision"));
+    second.Write("m.yin", ModuleText("m", Leaf("plain")));
+    ZR_CTX_SetSearchDir(ctx, second.path().c_str());
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_NE(ctx.Node("/m:revision"), nullptr);
+    EXPECT_EQ(ctx.Node("/m:plain"), nullptr);
+}
+
+TEST_F(LoadModule, ChangesNothingWhenItIsLoadedAlready)
+{
+    Write("m.yin", "m", Leaf("x"));
+    Load("m");
+    const ZrMod *module = ctx.Module("m");
+    Write("m.yin", "m", Leaf("y"));
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_EQ(ctx.Module("m"), module);
+    EXPECT_EQ(ctx.Node("/m:y"), nullptr);
+}
+
+TEST_F(LoadModule, MergesThePartsOfAModuleInSuffixedFiles)
+{
+    Write("m@@a.yin", "m", "<container name='c'>" + Leaf("a") + "</container>");
+    Write("m@@b.yin", "m", "<container name='c'>" + Leaf("b") + "</container>");
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+    EXPECT_NE(ctx.Node("/m:c/a"), nullptr);
+    EXPECT_NE(ctx.Node("/m:c/b"), nullptr);
+    EXPECT_EQ(ctx.Module("m")->mergeSourceCount, 2);
+}
+
+TEST_F(LoadModule, AddsAPartThatAppearsLater)
+{
+    Write("m@@a.yin", "m", "<container name='c'>" + Leaf("a") + "</container>");
+    Load("m");
+    const ZrMod *module = ctx.Module("m");
+    EXPECT_EQ(Load("m"), 0u) << "nothing is pending";
+    Write("m@@b.yin", "m", "<container name='c'>" + Leaf("b") + "</container>");
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_EQ(ctx.Module("m"), module);
+    EXPECT_NE(ctx.Node("/m:c/b"), nullptr);
+    EXPECT_EQ(module->mergeSourceCount, 2);
+}
+
+TEST_F(LoadModule, ProcessesTenFilesAtTheMost)
+{
+    for (char part = 'a'; part < 'a' + 12; ++part)
+        Write(std::string("m@@") + part + ".yin", "m", "<container name='c'/>");
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_EQ(ctx.Module("m")->mergeSourceCount, 10);
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_EQ(ctx.Module("m")->mergeSourceCount, 12) << "the next load takes the others";
+}
+
+TEST_F(LoadModule, KeepsThePartsBeforeOneThatCannotBeMerged)
+{
+    dir.Write("m@@a.yin", ModuleText("m", Leaf("x")));
+    EXPECT_EQ(Load("m"), 0u);
+    dir.Write("m@@b.yin", ModuleText("m", "<import module='other'><prefix value='p'/></import>"));
+    dir.Write("m@@c.yin", ModuleText("m", "<import module='another'><prefix value='p'/></import>"));
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_THAT(ctx.Messages("m"), testing::SizeIs(2));
+    EXPECT_NE(ctx.Node("/m:x"), nullptr);
+    EXPECT_EQ(ctx.Module("m")->mergeSourceCount, 2) << "the part that failed is not kept as loaded";
+}
+
+TEST_F(LoadModule, RecordsAFailedMergeWithItsSummaries)
+{
+    dir.Write("m@@a.yin", ModuleText("m", "<feature name='f'/>"));
+    EXPECT_EQ(Load("m"), 0u);
+    dir.Write("m@@b.yin", ModuleText("m", "<feature name='g'/><feature name='f'>"
+                                          "<if-feature name='g'/></feature>"));
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_THAT(ctx.Messages("m"),
+                ElementsAre("The if-feature informations of the feature \"f\" are different from "
+                            "the existing feature",
+                            "Failed to merge global definitions."));
+}
+
+TEST_F(LoadModule, RefusesANamespaceThatIsTaken)
+{
+    Write("a.yin", "a");
+    dir.Write("b.yin", "<module name='b' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
+                       "<namespace uri='urn:a'/><prefix value='b'/></module>");
+    EXPECT_EQ(Load("a"), 0u);
+    EXPECT_EQ(Load("b"), 1u);
+    EXPECT_THAT(ctx.Messages("b"), ElementsAre("Failed to load module \"b\"."));
+    EXPECT_EQ(ctx.Module("b"), nullptr);
+    EXPECT_EQ(ZR_CTX_GetModuleByModNs(ctx, "urn:a"), ctx.Module("a")) << "the first one stays";
+}
+
+TEST_F(LoadModule, LoadsImportsBreadthFirstOnRequest)
+{
+    TestContext importing(ZR_CTX_LOAD_IMPORTS);
+    ZR_CTX_SetSearchDir(importing, dir.path().c_str());
+    Write("a.yin", "a",
+          "<import module='b'><prefix value='b'/></import><import module='c'><prefix value='c'/>"
+          "</import>");
+    Write("b.yin", "b", "<import module='d'><prefix value='d'/></import>");
+    Write("c.yin", "c");
+    Write("d.yin", "d");
+    EXPECT_EQ(ZR_CTX_LoadModule(importing, "a"), 0u);
+    for (const char *name : {"a", "b", "c", "d"})
+        EXPECT_NE(importing.Module(name), nullptr) << name;
+    EXPECT_EQ(Load("a"), 0u);
+    EXPECT_EQ(ctx.Module("b"), nullptr) << "without the option imports stay where they are";
+}
+
+TEST_F(LoadModule, StopsAtAnImportThatFails)
+{
+    TestContext importing(ZR_CTX_LOAD_IMPORTS);
+    ZR_CTX_SetSearchDir(importing, dir.path().c_str());
+    Write("a.yin", "a",
+          "<import module='gone'><prefix value='g'/></import><import module='c'><prefix value='c'/>"
+          "</import>");
+    Write("c.yin", "c");
+    EXPECT_EQ(ZR_CTX_LoadModule(importing, "a"), 2u);
+    EXPECT_NE(importing.Module("a"), nullptr);
+    EXPECT_EQ(importing.Module("c"), nullptr);
+    EXPECT_THAT(importing.Messages("gone"),
+                ElementsAre("Module \"gone\" not found from search directories."));
+}
+
+TEST_F(LoadModule, GoesOnAfterAFailingImportOnRequest)
+{
+    TestContext importing(ZR_CTX_LOAD_IMPORTS | ZR_CTX_IGNORE_IMPORT_ERRORS);
+    ZR_CTX_SetSearchDir(importing, dir.path().c_str());
+    Write("a.yin", "a",
+          "<import module='gone'><prefix value='g'/></import><import module='c'><prefix value='c'/>"
+          "</import>");
+    Write("c.yin", "c");
+    EXPECT_EQ(ZR_CTX_LoadModule(importing, "a"), 0u);
+    EXPECT_NE(importing.Module("c"), nullptr);
+}
+
+TEST_F(LoadModule, LoadsModulesThatImportThemselvesOrEachOther)
+{
+    TestContext importing(ZR_CTX_LOAD_IMPORTS);
+    ZR_CTX_SetSearchDir(importing, dir.path().c_str());
+    Write("self.yin", "self", "<import module='self'><prefix value='me'/></import>");
+    Write("a.yin", "a", "<import module='b'><prefix value='b'/></import>");
+    Write("b.yin", "b", "<import module='a'><prefix value='a'/></import>");
+    EXPECT_EQ(ZR_CTX_LoadModule(importing, "self"), 0u);
+    EXPECT_EQ(ZR_CTX_LoadModule(importing, "a"), 0u);
+    EXPECT_NE(importing.Module("b"), nullptr);
+}
+
+TEST_F(LoadModule, RecordsATypedefThatCannotBeResolved)
+{
+    Write("m.yin", "m", "<typedef name='t'><type name='nowhere'/></typedef>");
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_THAT(ctx.Messages("m"), ElementsAre("Failed to update typedef statements."));
+}
+
+TEST_F(LoadModule, LeavesNothingBehindWhateverAllocationFails)
+{
+    Write("m@@a.yin", "m", "<feature name='f'/><container name='c'>" + Leaf("a") + "</container>");
+    Write("m@@b.yin", "m", "<container name='c'>" + Leaf("b") + "</container>");
+    zrtest::AllocGuard guard;
+    bool failed = true;
+    for (uint64_t n = 0; failed; ++n) {
+        TestContext fresh;
+        ASSERT_EQ(ZR_CTX_SetSearchDir(fresh, dir.path().c_str()), 0u);
+        guard.FailAt(n);
+        uint32_t status = ZR_CTX_LoadModule(fresh, "m");
+        failed = guard.Count() > n;
+        guard.FailNone();
+        EXPECT_EQ(status == 0, fresh.Module("m") != nullptr);
+        EXPECT_EQ(ZR_CTX_LoadModule(fresh, "m"), 0u)
+            << "the context stays usable, allocation " << n;
+    }
+    EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
+TEST(LoadMemory, RefusesTextThatIsNoXml)
+{
+    TestContext ctx;
+    EXPECT_EQ(ctx.Load("not xml"), 22u);
+    EXPECT_EQ(ctx.Load(""), 22u);
+    EXPECT_EQ(ctx.Load("<module name='m'"), 22u);
+}
+
+TEST(LoadMemory, KeepsTheFirstModuleOfAName)
+{
+    TestContext ctx;
+    EXPECT_EQ(ctx.LoadBody("m", Leaf("x")), 0u);
+    const ZrMod *module = ctx.Module("m");
+    EXPECT_EQ(ctx.LoadBody("m", Leaf("y")), 0u);
+    EXPECT_EQ(ctx.Module("m"), module);
+    EXPECT_EQ(ctx.Node("/m:y"), nullptr);
+}
+
+TEST(LoadMemory, RefusesANamespaceThatIsTaken)
+{
+    TestContext ctx;
+    EXPECT_EQ(ctx.LoadBody("a", ""), 0u);
+    EXPECT_EQ(ctx.Load("<module name='b' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
+                       "<namespace uri='urn:a'/><prefix value='b'/></module>"),
+              1u);
+    EXPECT_EQ(ctx.Module("b"), nullptr);
+    EXPECT_EQ(ZR_CTX_GetModuleByModNs(ctx, "urn:a"), ctx.Module("a"));
+}
+
+TEST(LoadMemory, LoadsNoImports)
+{
+    TempDir dir;
+    dir.Write("b.yin", ModuleText("b", ""));
+    TestContext ctx(ZR_CTX_LOAD_IMPORTS);
+    ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
+    EXPECT_EQ(ctx.LoadBody("a", "<import module='b'><prefix value='b'/></import>"), 0u);
+    EXPECT_EQ(ctx.Module("b"), nullptr);
+}

@@ -1,0 +1,349 @@
+#include <string>
+
+#include "foundation/context_record.h"
+#include "foundation/search_dirs.h"
+#include "loader/header.h"
+#include "loader/loader_fixture.h"
+#include "schema/module_record.h"
+#include "schema/node_record.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using zrtest::ModuleText;
+using zrtest::TempDir;
+using zrtest::TestContext;
+
+namespace {
+
+const char *const kOpen = "xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:p='urn:m'>";
+
+std::string Leaf(const std::string &name)
+{
+    return "<leaf name='" + name + "'><type name='string'/></leaf>";
+}
+
+// Submodule `name` of module "m", which it calls "p".
+std::string SubmoduleText(const std::string &name, const std::string &content)
+{
+    return "<submodule name='" + name + "' " + kOpen +
+           "<belongs-to module='m'><prefix value='p'/></belongs-to>" + content + "</submodule>";
+}
+
+std::vector<std::string> g_files;
+
+uint32_t CollectFile(const char *, const char *yinFile, uint32_t, const char *message, uint32_t,
+                     void *)
+{
+    g_files.push_back(std::string(yinFile != nullptr ? yinFile : "-") + ": " + message);
+    return 0;
+}
+
+class Submodule : public testing::Test {
+protected:
+    Submodule() { ZR_CTX_SetSearchDir(ctx, dir.path().c_str()); }
+    // Writes a file and loads a module "m" (prefix "m") from memory.
+    void Write(const std::string &file, const std::string &content) { dir.Write(file, content); }
+    uint32_t Load(const std::string &body) { return ctx.LoadBody("m", body); }
+    std::string TopNodes()
+    {
+        std::string names;
+        for (const ZrNode *node = ctx.Module("m")->dataNodes; node != nullptr; node = node->next)
+            names += std::string(names.empty() ? "" : " ") + node->name;
+        return names;
+    }
+    std::string Imports()
+    {
+        std::string text;
+        for (uint32_t i = 0; i < ctx.Module("m")->importCount; ++i)
+            text += std::string(i != 0 ? " " : "") + ctx.Module("m")->imports[i].moduleName + "=" +
+                    ctx.Module("m")->imports[i].prefix;
+        return text;
+    }
+    TempDir dir;
+    TestContext ctx{ZR_CTX_KEEP_DESCRIPTIONS};
+};
+
+TEST_F(Submodule, BringsItsStatementsIntoTheModuleThatIncludesIt)
+{
+    Write("s.yin", SubmoduleText("s", R"(
+        <extension name='e1'/> <feature name='f1'/> <identity name='i1'/>
+        <typedef name='t1'><type name='int8'/></typedef>
+        <leaf name='n1'><type name='t1'/></leaf> <leaf name='n2'><type name='p:t1'/></leaf>
+        <rpc name='r1'/> <notification name='o1'/> <p:x1/>
+        <augment target-node='/p:n3'><leaf name='n4'><type name='string'/></leaf></augment>
+        <deviation target-node='/p:n5'/>)"));
+    ASSERT_EQ(Load("<include module='s'/><extension name='e2'/><feature name='f2'/>"
+                   "<identity name='i2'/><typedef name='t2'><type name='t1'/></typedef>"
+                   "<container name='n3'/><m:x2/><deviation target-node='/m:n6'/>"),
+              0u);
+    const ZrMod *m = ctx.Module("m");
+    ASSERT_EQ(m->extensionCount, 2);
+    EXPECT_STREQ(m->extensions[0].name, "e1");
+    EXPECT_STREQ(m->extensions[1].name, "e2");
+    ASSERT_EQ(m->featureCount, 2);
+    EXPECT_STREQ(m->features[0].name, "f1");
+    ASSERT_EQ(m->identityCount, 2);
+    EXPECT_STREQ(m->identities[0].name, "i1");
+    ASSERT_EQ(m->typedefCount, 2);
+    EXPECT_STREQ(m->typedefs[0].name, "t1");
+    ASSERT_EQ(m->deviationCount, 2);
+    EXPECT_STREQ(m->deviations[0].targetPath, "/m:n5");
+    ASSERT_EQ(m->extInstCount, 2);
+    EXPECT_STREQ(m->extInsts[0].moduleName, "m");
+    EXPECT_STREQ(m->extInsts[0].extensionName, "x1");
+    EXPECT_EQ(TopNodes(), "n1 n2 n3");
+    EXPECT_STREQ(m->rpcs->name, "r1");
+    EXPECT_STREQ(m->notifications->name, "o1");
+    EXPECT_STREQ(m->augments->name, "/m:n3");
+    ASSERT_EQ(m->includeCount, 1);
+    EXPECT_STREQ(m->includes[0].submoduleName, "s");
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+}
+
+TEST_F(Submodule, DoesNotReplaceWhatDescribesTheModule)
+{
+    Write("s.yin", SubmoduleText("s", R"(
+        <yang-version value='9'/> <namespace uri='urn:s'/> <prefix value='s'/>
+        <organization><text>s</text></organization>
+        <description><text>s</text></description>
+        <revision date='2099-01-01'/>)"));
+    ASSERT_EQ(Load("<include module='s'/><revision date='2000-01-01'/>"
+                   "<organization><text>m</text></organization>"),
+              0u);
+    const ZrMod *m = ctx.Module("m");
+    EXPECT_STREQ(m->ns, "urn:m");
+    EXPECT_STREQ(m->prefix, "m");
+    EXPECT_EQ(m->yangVersion, 0u);
+    EXPECT_STREQ(m->organization, "m");
+    EXPECT_EQ(m->description, nullptr);
+    EXPECT_STREQ(m->revision, "2000-01-01");
+}
+
+// ---- prefixes
+
+TEST_F(Submodule, CallsTheModuleByThePrefixOfItsBelongsTo)
+{
+    Write("s.yin", SubmoduleText("s", "<container name='c'><when condition=\"p:a = 'p:b'\"/>"
+                                      "<if-feature name='p:f'/></container>"));
+    ASSERT_EQ(Load("<include module='s'/><container name='d'><when condition='m:a'/></container>"),
+              0u);
+    EXPECT_STREQ(ctx.Node("/m:c")->when, "m:a = 'm:b'");
+    EXPECT_STREQ(ctx.Node("/m:c")->ifFeatures[0].moduleName, "m");
+    EXPECT_STREQ(ctx.Node("/m:d")->when, "m:a");
+}
+
+TEST_F(Submodule, DoesNotKnowThePrefixesOfTheModule)
+{
+    Write("s.yin", SubmoduleText("s", "<container name='c'><if-feature name='a:f'/></container>"));
+    EXPECT_EQ(Load("<import module='a'><prefix value='a'/></import><include module='s'/>"), 1u);
+    EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to find module by prefix \"a\".",
+                                            "Failed to parse \"container\" statement \"c\"."));
+}
+
+TEST_F(Submodule, AddsItsImportsBehindThoseOfTheModule)
+{
+    Write("s.yin", SubmoduleText("s", "<import module='b'><prefix value='x'/></import>"
+                                      "<import module='a'><prefix value='x2'/></import>"
+                                      "<import module='a'><prefix value='y'/></import>"
+                                      "<container name='c'><if-feature name='x:f'/></container>"));
+    // The prefix "x" means one thing here and another there, whatever stands first.
+    ASSERT_EQ(Load("<include module='s'/><import module='a'><prefix value='x'/></import>"
+                   "<import module='a'><prefix value='y'/></import>"
+                   "<import module='c'><prefix value='z'/></import>"
+                   "<container name='d'><if-feature name='x:f'/></container>"),
+              0u);
+    EXPECT_STREQ(ctx.Node("/m:c")->ifFeatures[0].moduleName, "b");
+    EXPECT_STREQ(ctx.Node("/m:d")->ifFeatures[0].moduleName, "a");
+    EXPECT_EQ(Imports(), "a=x c=z b=x a=x2 a=y");
+}
+
+TEST_F(Submodule, DoesNotRepeatAnImportOfTheModule)
+{
+    Write("s.yin", SubmoduleText("s", "<import module='a'><prefix value='x'/></import>"));
+    ASSERT_EQ(Load("<import module='a'><prefix value='x'/></import><include module='s'/>"), 0u);
+    EXPECT_EQ(Imports(), "a=x");
+}
+
+// ---- includes in submodules
+
+TEST_F(Submodule, MayIncludeOthers)
+{
+    Write("s1.yin", SubmoduleText("s1", "<import module='a'><prefix value='x'/></import>"
+                                        "<include module='s2'/>" +
+                                            Leaf("n1")));
+    Write("s2.yin",
+          SubmoduleText("s2", "<import module='b'><prefix value='x'/></import>" + Leaf("n2")));
+    ASSERT_EQ(Load("<include module='s1'/><include module='s2'/>" + Leaf("n3")), 0u);
+    EXPECT_EQ(TopNodes(), "n2 n1 n3");
+    EXPECT_EQ(ctx.Module("m")->includeCount, 2);
+    EXPECT_EQ(Imports(), "a=x b=x");
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+}
+
+TEST_F(Submodule, ThatIncludesItselfIsReadOnce)
+{
+    Write("s.yin", SubmoduleText("s", "<include module='s'/>" + Leaf("n")));
+    ASSERT_EQ(Load("<include module='s'/>"), 0u);
+    EXPECT_EQ(TopNodes(), "n");
+}
+
+TEST_F(Submodule, ThatIsIncludedInACircleIsReadOnce)
+{
+    Write("s1.yin", SubmoduleText("s1", "<include module='s2'/>" + Leaf("n1")));
+    Write("s2.yin", SubmoduleText("s2", "<include module='s1'/>" + Leaf("n2")));
+    ASSERT_EQ(Load("<include module='s1'/>"), 0u);
+    EXPECT_EQ(TopNodes(), "n2 n1");
+}
+
+TEST_F(Submodule, MayBeIncluded128Deep)
+{
+    for (int i = 1; i <= 129; ++i)
+        Write("s" + std::to_string(i) + ".yin",
+              SubmoduleText("s" + std::to_string(i),
+                            i != 129 ? "<include module='s" + std::to_string(i + 1) + "'/>" : ""));
+    EXPECT_EQ(Load("<include module='s2'/>"), 0u);
+    EXPECT_EQ(ctx.Module("m")->includeCount, 128);
+    TestContext fresh;
+    ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
+    EXPECT_EQ(fresh.LoadBody("m", "<include module='s1'/>"), 1u);
+    EXPECT_THAT(fresh.Messages(), ElementsAre("Failed to load submodule \"s129\".",
+                                              "Failed to parse statement \"include\"."));
+}
+
+// ---- files
+
+TEST_F(Submodule, IsOneFileUnlessItHasSuffixedParts)
+{
+    Write("s@2020-01-01.yin", SubmoduleText("s", Leaf("n1")));
+    ASSERT_EQ(Load("<include module='s'/>"), 0u);
+    EXPECT_EQ(TopNodes(), "n1");
+}
+
+TEST_F(Submodule, IsAllOfItsSuffixedParts)
+{
+    Write("s@@a.yin", SubmoduleText("s", Leaf("n1")));
+    Write("s@@b.yin", SubmoduleText("s", Leaf("n2")));
+    ASSERT_EQ(Load("<include module='s'/>"), 0u);
+    std::string nodes = TopNodes();
+    EXPECT_TRUE(nodes == "n1 n2" || nodes == "n2 n1") << nodes; // in the directory's own order
+}
+
+TEST_F(Submodule, CannotBeLoadedAsAModule)
+{
+    Write("s.yin", SubmoduleText("s", ""));
+    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "s"), 22u);
+    EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to parse module \"s\" from the yin file."));
+}
+
+TEST_F(Submodule, LeavesTheNameOfTheIncludingFileInItsMessages)
+{
+    Write("m.yin", ModuleText("m", "<include module='s'/>"));
+    Write("s.yin", SubmoduleText("s", "<leaf/>"));
+    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), 22u);
+    g_files.clear();
+    ZR_CTX_ScanAllSchemaLoadFail(ctx, CollectFile, nullptr);
+    EXPECT_THAT(g_files, ElementsAre("s.yin: Failed to get value of statement \"leaf\".",
+                                     "m.yin: Failed to load submodule \"s\"."));
+    EXPECT_STREQ(ZR_CTX_GetCurYinFile(ctx), "");
+}
+
+TEST_F(Submodule, LeavesNoFileNameBehindForAModuleFromMemory)
+{
+    Write("s.yin", SubmoduleText("s", "<leaf/>"));
+    EXPECT_EQ(Load("<include module='s'/>"), 1u);
+    g_files.clear();
+    ZR_CTX_ScanAllSchemaLoadFail(ctx, CollectFile, nullptr);
+    EXPECT_THAT(g_files, ElementsAre("s.yin: Failed to get value of statement \"leaf\".",
+                                     "-: Failed to load submodule \"s\"."));
+}
+
+// ---- what is wrong with it
+
+const std::string kLoadFailed = "Failed to load submodule \"s\".";
+const std::string kIncludeFailed = "Failed to parse statement \"include\".";
+const std::string kNoPrefix = "Failed to get value of statement \"prefix\".";
+
+TEST_F(Submodule, ThatIsWrongFailsTheModule)
+{
+    const std::string yin = "xmlns='urn:ietf:params:xml:ns:yang:yin:1'";
+    struct {
+        std::string content, first, second;
+    } const rows[] = {
+        {"", "Failed to read content from the yin file.", kLoadFailed},
+        {"<submodule", "Failed to read content from the yin file.", kLoadFailed},
+        {ModuleText("s", ""), kLoadFailed, kIncludeFailed},
+        {"<submodule " + yin + "/>", "Failed to get value of statement \"submodule\".",
+         kLoadFailed},
+        {"<submodule name='t' " + yin + "/>",
+         "Failed to parse value \"t\" of statement \"submodule\".", kLoadFailed},
+        {"<submodule name='s' " + yin + "/>", "Failed to get value of statement \"belongs-to\".",
+         kLoadFailed},
+        {"<submodule name='s' " + yin + "><belongs-to/></submodule>",
+         "Failed to get value of statement \"belongs-to\".", kLoadFailed},
+        {"<submodule name='s' " + yin +
+             "><belongs-to module='n'><prefix value='n'/></belongs-to>"
+             "</submodule>",
+         "Failed to parse value \"n\" of statement \"belongs-to\".", kLoadFailed},
+        {"<submodule name='s' " + yin + "><belongs-to module='m'/></submodule>", kNoPrefix,
+         "Failed to parse value \"m\" of statement \"belongs-to\"."},
+        {"<submodule name='s' " + yin +
+             "><belongs-to module='m'><prefix/></belongs-to>"
+             "</submodule>",
+         kNoPrefix, "Failed to parse value \"m\" of statement \"belongs-to\"."},
+        {SubmoduleText("s", "<import/>"), "Failed to get value of statement \"import\".",
+         "Failed to parse statement \"import\"."},
+        {SubmoduleText("s", "<include module='none'/>"), "Failed to load submodule \"none\".",
+         "Failed to parse statement \"include\"."},
+        {SubmoduleText("s", "<p:a/><container/>"),
+         "Failed to get value of statement \"container\".", kLoadFailed},
+    };
+    for (const auto &row : rows) {
+        TestContext fresh;
+        ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
+        Write("s.yin", row.content);
+        EXPECT_EQ(fresh.LoadBody("m", "<include module='s'/>"), 1u) << row.content;
+        EXPECT_THAT(fresh.Messages(), ElementsAre(row.first, row.second)) << row.content;
+        EXPECT_EQ(fresh.Module("m"), nullptr);
+        EXPECT_EQ(fresh.LoadBody("m", Leaf("a")), 0u) << "the context stays usable";
+    }
+}
+
+TEST_F(Submodule, HasTheStatusOfWhatIsWrong)
+{
+    zrtest::ModuleUnderTest module;
+    ZR_CTX_SetSearchDir(module.ctx, dir.path().c_str());
+    EXPECT_EQ(ZRS_LOADER_LoadSubModule(module, "s"), 2u);
+    Write("s.yin", "<x/>");
+    EXPECT_EQ(ZRS_LOADER_LoadSubModule(module, "s"), 22u);
+    Write("s.yin", "<submodule name='s' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
+                   "<belongs-to module='t'><prefix value='p'/></belongs-to>"
+                   "<deviation target-node='/p:a'><deviate value='x'/></deviation></submodule>");
+    EXPECT_EQ(ZRS_LOADER_LoadSubModule(module, "s"), UINT32_MAX);
+    EXPECT_STREQ(module->prefix, "t");
+    EXPECT_EQ(module->importCount, 2);
+}
+
+TEST_F(Submodule, LeavesNothingBehindWhenAnyAllocationFails)
+{
+    Write("s.yin", SubmoduleText("s", "<import module='a1'><prefix value='x1'/></import>"
+                                      "<feature name='f1'/><leaf name='n1'><type name='int8'/>"
+                                      "</leaf><p:e1/>"));
+    const std::string text = ModuleText("m", "<include module='s'/><feature name='f2'/>");
+    for (uint64_t n = 0;; ++n) {
+        zrtest::AllocGuard guard;
+        bool wasReached = false;
+        {
+            TestContext fresh;
+            ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
+            guard.FailAt(n);
+            fresh.Load(text);
+            wasReached = guard.Count() > n;
+            guard.FailNone();
+        }
+        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
+        if (!wasReached)
+            break;
+    }
+}
+
+} // namespace
