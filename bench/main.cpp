@@ -1,0 +1,99 @@
+// Runs the benchmarks and prints the table of ratios.
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <map>
+#include <vector>
+
+#include "ratios.h"
+
+namespace {
+
+struct Ratio {
+    std::string name;
+    double aim;
+    std::function<std::optional<double>()> value;
+};
+
+std::vector<Ratio> &Ratios()
+{
+    static std::vector<Ratio> ratios;
+    return ratios;
+}
+
+std::map<std::string, double> &Times()
+{
+    static std::map<std::string, double> times;
+    return times;
+}
+
+// Prints as usual and keeps each benchmark's processor time.
+class Reporter : public benchmark::ConsoleReporter {
+public:
+    Reporter() : ConsoleReporter(isatty(STDOUT_FILENO) == 1 ? OO_ColorTabular : OO_Tabular) {}
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &run : runs)
+            if (!run.error_occurred && run.iterations > 0)
+                Times()[run.run_name.str()] =
+                    run.cpu_accumulated_time / static_cast<double>(run.iterations) * 1e9;
+        ConsoleReporter::ReportRuns(runs);
+    }
+};
+
+void PrintRatios()
+{
+    std::printf("\n%-72s %10s %8s\n", "ratio", "measured", "aim");
+    for (const Ratio &ratio : Ratios()) {
+        std::optional<double> value = ratio.value();
+        if (!value)
+            continue;
+        std::printf("%-72s %10.2f ", ratio.name.c_str(), *value);
+        if (ratio.aim > 0)
+            std::printf("%8.2f  %s\n", ratio.aim, *value <= ratio.aim ? "met" : "missed");
+        else
+            std::printf("%8s\n", "-");
+    }
+}
+
+} // namespace
+
+namespace bench {
+
+std::optional<double> CpuTime(const std::string &name)
+{
+    auto found = Times().find(name);
+    if (found == Times().end())
+        return std::nullopt;
+    return found->second;
+}
+
+void AddRatio(const std::string &name, double aim, std::function<std::optional<double>()> value)
+{
+    Ratios().push_back({name, aim, std::move(value)});
+}
+
+void AddTimeRatio(const std::string &name, double aim, const std::string &measured,
+                  const std::string &base)
+{
+    AddRatio(name, aim, [measured, base]() -> std::optional<double> {
+        auto over = CpuTime(measured), under = CpuTime(base);
+        if (!over || !under)
+            return std::nullopt;
+        return *over / *under;
+    });
+}
+
+} // namespace bench
+
+int main(int argc, char **argv)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    Reporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    PrintRatios();
+    return 0;
+}

@@ -1,0 +1,193 @@
+// Validating a request of many list entries against parsing its text and against RELAX NG.
+#include <benchmark/benchmark.h>
+#include <libxml/parser.h>
+#include <libxml/relaxng.h>
+#include <libxml/tree.h>
+#include <zrschema/zrschema.h>
+
+#include <map>
+#include <string>
+
+#include "ratios.h"
+
+namespace {
+
+// Ten leaves an entry; the conditions are put in on request.
+std::string ModuleText(bool conditions)
+{
+    std::string when = conditions ? "<when condition=\"../kind = 'fast'\"/>" : "";
+    std::string must = conditions ? "<must condition=\"../size &lt;= 100000\"/>" : "";
+    return "<module name='b' xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:b='urn:b'>"
+           "<namespace uri='urn:b'/><prefix value='b'/>"
+           "<identity name='color'/><identity name='red'><base name='color'/></identity>"
+           "<container name='names'><leaf name='name'><type name='string'/></leaf></container>"
+           "<rpc name='store'><input><list name='entry'><key value='name'/>"
+           "<leaf name='name'><type name='string'><length value='1..64'/></type></leaf>"
+           "<leaf name='size'>" +
+           must +
+           "<type name='uint32'/></leaf>"
+           "<leaf name='offset'><type name='int64'><range value='-1000000..1000000'/></type></leaf>"
+           "<leaf name='kind'><type name='enumeration'><enum name='slow'/><enum "
+           "name='fast'/></type>"
+           "</leaf>"
+           "<leaf name='boost'>" +
+           when +
+           "<type name='uint8'/></leaf>"
+           "<leaf name='text'><type name='string'/></leaf>"
+           "<leaf name='either'><type name='union'><type name='uint16'/><type "
+           "name='boolean'/></type>"
+           "</leaf>"
+           "<leaf name='other'><type name='leafref'><path value='/b:names/b:name'/></type></leaf>"
+           "<leaf name='color'><type name='identityref'><base name='color'/></type></leaf>"
+           "<leaf name='weight'><type name='uint8'/><default value='1'/></leaf>"
+           "</list></input></rpc></module>";
+}
+
+// The same as a grammar, by the mapping of RFC 6110.
+const char *const kGrammar =
+    "<grammar xmlns='http://relaxng.org/ns/structure/1.0' ns='urn:b'"
+    " datatypeLibrary='http://www.w3.org/2001/XMLSchema-datatypes'><start><element name='store'>"
+    "<zeroOrMore><element name='entry'>"
+    "<element name='name'><data type='string'><param name='minLength'>1</param>"
+    "<param name='maxLength'>64</param></data></element>"
+    "<optional><element name='size'><data type='unsignedInt'/></element></optional>"
+    "<optional><element name='offset'><data type='long'><param name='minInclusive'>-1000000</param>"
+    "<param name='maxInclusive'>1000000</param></data></element></optional>"
+    "<optional><element "
+    "name='kind'><choice><value>slow</value><value>fast</value></choice></element>"
+    "</optional>"
+    "<optional><element name='boost'><data type='unsignedByte'/></element></optional>"
+    "<optional><element name='text'><data type='string'/></element></optional>"
+    "<optional><element name='either'><choice><data type='unsignedShort'/><data type='boolean'/>"
+    "</choice></element></optional>"
+    "<optional><element name='other'><data type='string'/></element></optional>"
+    "<optional><element name='color'><choice><value>b:red</value><value>b:color</value></choice>"
+    "</element></optional>"
+    "<optional><element name='weight'><data type='unsignedByte'/></element></optional>"
+    "</element></zeroOrMore></element></start></grammar>";
+
+const std::string &Request(int64_t entries)
+{
+    static std::map<int64_t, std::string> requests;
+    std::string &text = requests[entries];
+    if (!text.empty())
+        return text;
+    text = "<store xmlns=\"urn:b\" xmlns:b=\"urn:b\">";
+    for (int64_t i = 0; i < entries; ++i) {
+        std::string number = std::to_string(i);
+        text += "<entry><name>entry-" + number + "</name><size>" + std::to_string(i % 100000) +
+                "</size><offset>-" + std::to_string(i % 1000) +
+                "</offset><kind>fast</kind><boost>" + std::to_string(i % 256) +
+                "</boost><text>the text of entry " + number + "</text><either>" +
+                (i % 2 == 0 ? "true" : "17") + "</either><other>entry-" + number +
+                "</other><color>b:red</color></entry>";
+    }
+    text += "</store>";
+    return text;
+}
+
+xmlDoc *Parse(const std::string &text)
+{
+    xmlKeepBlanksDefault(0);
+    return xmlParseMemory(text.data(), static_cast<int>(text.size()));
+}
+
+void ParseRequest(benchmark::State &state)
+{
+    const std::string &text = Request(state.range(0));
+    for (auto _ : state) {
+        xmlDoc *document = Parse(text);
+        benchmark::DoNotOptimize(document);
+        xmlFreeDoc(document);
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
+}
+
+// Each run validates a freshly parsed tree, since the run before completed its defaults.
+void ValidateRequest(benchmark::State &state)
+{
+    const std::string &text = Request(state.range(0));
+    ZrCtx *ctx = ZR_CTX_Create(0);
+    ZR_CTX_LoadMemory(ctx, ModuleText(state.range(1) != 0).c_str());
+    for (auto _ : state) {
+        state.PauseTiming();
+        xmlDoc *document = Parse(text);
+        state.ResumeTiming();
+        ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(
+            ctx, ZR_VALUE_XML, xmlDocGetRootElement(document), nullptr, nullptr);
+        state.PauseTiming();
+        if (error != nullptr)
+            state.SkipWithError(ZR_GetErrorMessage(error));
+        ZR_FreeErrNode(error);
+        xmlFreeDoc(document);
+        state.ResumeTiming();
+    }
+    ZR_CTX_Delete(ctx);
+    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
+}
+
+void ValidateRelaxNg(benchmark::State &state)
+{
+    const std::string &text = Request(state.range(0));
+    std::string grammarText = kGrammar;
+    xmlRelaxNGParserCtxt *parser =
+        xmlRelaxNGNewMemParserCtxt(grammarText.data(), static_cast<int>(grammarText.size()));
+    xmlRelaxNG *grammar = xmlRelaxNGParse(parser);
+    xmlDoc *document = Parse(text);
+    for (auto _ : state) {
+        xmlRelaxNGValidCtxt *validation = xmlRelaxNGNewValidCtxt(grammar);
+        if (xmlRelaxNGValidateDoc(validation, document) != 0)
+            state.SkipWithError("the grammar refuses the request");
+        xmlRelaxNGFreeValidCtxt(validation);
+    }
+    xmlFreeDoc(document);
+    xmlRelaxNGFree(grammar);
+    xmlRelaxNGFreeParserCtxt(parser);
+}
+
+std::string Name(const char *name, int64_t entries)
+{
+    return name + ("/" + std::to_string(entries));
+}
+
+std::optional<double> CostPerEntry(int64_t entries, const char *conditions)
+{
+    auto one = bench::CpuTime(Name("ValidateRequest", 1000) + conditions);
+    auto many = bench::CpuTime(Name("ValidateRequest", entries) + conditions);
+    if (!one || !many)
+        return std::nullopt;
+    return *many / static_cast<double>(entries) / (*one / 1000);
+}
+
+const bool g_registered = [] {
+    for (int64_t entries : {1000, 10000, 100000}) {
+        benchmark::RegisterBenchmark("ParseRequest", ParseRequest)
+            ->Arg(entries)
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("ValidateRequest", ValidateRequest)
+            ->Args({entries, 0})
+            ->Args({entries, 1})
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("ValidateRelaxNg", ValidateRelaxNg)
+            ->Arg(entries)
+            ->Unit(benchmark::kMillisecond);
+        std::string size = " (" + std::to_string(entries) + " entries)";
+        bench::AddTimeRatio("validation with conditions / parse" + size, 2.5,
+                            Name("ValidateRequest", entries) + "/1", Name("ParseRequest", entries));
+        bench::AddTimeRatio("validation without conditions / parse" + size, 1.5,
+                            Name("ValidateRequest", entries) + "/0", Name("ParseRequest", entries));
+        bench::AddTimeRatio("validation without conditions / RELAX NG" + size, 1.0,
+                            Name("ValidateRequest", entries) + "/0",
+                            Name("ValidateRelaxNg", entries));
+        bench::AddTimeRatio("RELAX NG / parse" + size, 0, Name("ValidateRelaxNg", entries),
+                            Name("ParseRequest", entries));
+    }
+    for (int64_t entries : {10000, 100000})
+        for (const char *conditions : {"/0", "/1"})
+            bench::AddRatio("cost of one entry among " + std::to_string(entries) + " / among 1000" +
+                                (conditions[1] == '1' ? ", with conditions" : ""),
+                            1.3, [=] { return CostPerEntry(entries, conditions); });
+    return true;
+}();
+
+} // namespace

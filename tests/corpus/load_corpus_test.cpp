@@ -1,0 +1,134 @@
+// The real modules: each loads alone, with what it imports, and with all others.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "support/context.h"
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using zrtest::TestContext;
+
+namespace {
+
+// Refused for an enumeration value at the largest 32-bit number.
+constexpr const char *kRefused = "ietf-syslog";
+
+// Coupling messages of a module that is loaded before its target.
+bool IsCoupling(const std::string &message)
+{
+    return message == "Failed to couple augment statements." ||
+           message == "Failed to couple deviation statements.";
+}
+
+std::string ReadFile(const fs::path &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+class Corpus : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        dir = zrtest::CorpusDir();
+        if (dir.empty())
+            GTEST_SKIP() << "the folder of real modules is absent";
+        for (const fs::directory_entry &entry : fs::directory_iterator(dir))
+            if (entry.path().extension() == ".yin")
+                names.push_back(entry.path().stem().string());
+        std::sort(names.begin(), names.end());
+    }
+    std::vector<std::string> Problems(TestContext &ctx) const
+    {
+        std::vector<std::string> messages = ctx.Messages();
+        std::erase_if(messages, IsCoupling);
+        return messages;
+    }
+    std::string dir;
+    std::vector<std::string> names;
+};
+
+} // namespace
+
+TEST_F(Corpus, HoldsSeventyNineModules)
+{
+    EXPECT_EQ(names.size(), 79u);
+}
+
+TEST_F(Corpus, EveryModuleButOneLoadsAlone)
+{
+    for (const std::string &name : names) {
+        TestContext ctx(ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS);
+        ZR_CTX_SetSearchDir(ctx, dir.c_str());
+        uint32_t status = ZR_CTX_LoadModule(ctx, name.c_str());
+        EXPECT_EQ(status, name == kRefused ? 22u : 0u) << name;
+        if (name != kRefused) {
+            EXPECT_THAT(Problems(ctx), IsEmpty()) << name;
+        }
+    }
+}
+
+TEST_F(Corpus, EveryModuleButOneLoadsWithItsImports)
+{
+    for (const std::string &name : names) {
+        TestContext ctx(ZR_CTX_LOAD_IMPORTS);
+        ZR_CTX_SetSearchDir(ctx, dir.c_str());
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), name == kRefused ? 22u : 0u) << name;
+        if (name != kRefused) {
+            EXPECT_THAT(ctx.Messages(), IsEmpty()) << name;
+        }
+    }
+}
+
+TEST_F(Corpus, AllModulesLoadTogether)
+{
+    TestContext ctx;
+    ZR_CTX_SetSearchDir(ctx, dir.c_str());
+    for (const std::string &name : names)
+        ZR_CTX_LoadModule(ctx, name.c_str());
+    for (const std::string &name : names)
+        EXPECT_EQ(ctx.Module(name.c_str()) != nullptr, name != kRefused) << name;
+    EXPECT_THAT(ctx.Messages(),
+                ElementsAre("Failed to parse value \"enumeration\" of statement \"type\".",
+                            "Failed to parse value \"union\" of statement \"type\"."));
+}
+
+TEST_F(Corpus, TreesAreAsTheModulesSay)
+{
+    std::vector<std::string> compared;
+    for (const fs::directory_entry &entry : fs::directory_iterator(ZR_TEST_DATA_DIR "/trees")) {
+        std::string name = entry.path().stem().string();
+        TestContext ctx(ZR_CTX_LOAD_IMPORTS);
+        ZR_CTX_SetSearchDir(ctx, dir.c_str());
+        ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u);
+        ZR_MOD_EnableFeature(ctx.Module(name.c_str()), "*");
+        EXPECT_EQ(zrtest::Tree(ctx.Module(name.c_str())), ReadFile(entry.path())) << name;
+        compared.push_back(name);
+    }
+    EXPECT_GE(compared.size(), 6u);
+}
+
+TEST_F(Corpus, EveryTreePrintsWithAllFeaturesOn)
+{
+    TestContext ctx;
+    ZR_CTX_SetSearchDir(ctx, dir.c_str());
+    for (const std::string &name : names)
+        ZR_CTX_LoadModule(ctx, name.c_str());
+    for (const std::string &name : names)
+        ZR_MOD_EnableFeature(ctx.Module(name.c_str()), "*");
+    for (const std::string &name : names) {
+        if (name == kRefused)
+            continue;
+        std::string tree = zrtest::Tree(ctx.Module(name.c_str()));
+        EXPECT_THAT(tree, testing::StartsWith("module: " + name + "\n")) << name;
+        EXPECT_EQ(tree.back(), '\n') << name;
+    }
+}

@@ -1,0 +1,15 @@
+// Runs the command-line program and catches what it prints.
+#pragma once
+
+#include <string>
+
+struct ToolRun {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+// `arguments` is the rest of a shell command line.
+ToolRun RunTool(const std::string &arguments);
+
+inline const std::string kExampleModules = "-p " ZR_EXAMPLES_DIR "/modules";

@@ -1,0 +1,54 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "support.h"
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+TEST(Tree, PrintsAModuleWithWhatIsCoupledToIt)
+{
+    ToolRun run = RunTool("tree " + kExampleModules + " example-routing example-router");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_THAT(run.out, StartsWith("module: example-routing\n"));
+    EXPECT_THAT(run.out, HasSubstr("\nmodule: example-router\n"));
+    EXPECT_THAT(run.out, HasSubstr("+--rw example-routing:routing"));
+}
+
+TEST(Tree, ShowsWhatAFeatureTurnsOn)
+{
+    std::string plain = RunTool("tree " + kExampleModules + " example-router").out;
+    EXPECT_THAT(plain, Not(HasSubstr("tunnel")));
+    EXPECT_THAT(plain, Not(HasSubstr("jumbo")));
+    std::string one =
+        RunTool("tree " + kExampleModules + " --feature example-router:tunnels example-router").out;
+    EXPECT_THAT(one, HasSubstr("tunnel!"));
+    EXPECT_THAT(one, Not(HasSubstr("jumbo")));
+    std::string types =
+        RunTool("tree " + kExampleModules + " --feature 'example-types:*' example-router").out;
+    EXPECT_THAT(types, HasSubstr("jumbo"));
+    std::string all = RunTool("tree " + kExampleModules + " --all-features example-router").out;
+    EXPECT_THAT(all, HasSubstr("tunnel!"));
+    EXPECT_THAT(all, HasSubstr("jumbo"));
+}
+
+TEST(Tree, NamesAFeatureThatIsNotThere)
+{
+    ToolRun run =
+        RunTool("tree " + kExampleModules + " --feature example-router:wings example-router");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "zrschema: no such feature: example-router:wings\n");
+    EXPECT_THAT(run.out, StartsWith("module: example-router\n"));
+}
+
+TEST(Tree, PrintsTheOthersWhenOneCannotBeLoaded)
+{
+    ToolRun run = RunTool("tree " + kExampleModules + " no-such-module example-types");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "module: example-types\n");
+    EXPECT_THAT(run.err, HasSubstr("zrschema: cannot load module no-such-module\n"));
+}
