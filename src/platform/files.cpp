@@ -150,8 +150,8 @@ PalFind *PAL_VFS_FindFirst(const char *pattern, char *pathOut, size_t pathSize)
         return nullptr;
     char *directory = reinterpret_cast<char *>(find + 1);
     char *glob = directory + directoryLength + 1;
-    whole.copy(directory, directoryLength);
-    whole.copy(glob, whole.size() - directoryLength, directoryLength);
+    std::memcpy(directory, pattern, directoryLength);
+    std::memcpy(glob, pattern + directoryLength, whole.size() - directoryLength);
     find->directory = directory;
     find->glob = glob;
     find->dir = opendir(directoryLength == 0 ? "." : directory);

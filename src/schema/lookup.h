@@ -1,0 +1,46 @@
+// Schema nodes by path, paths of schema nodes, and the placing of top-level nodes.
+//
+// Paths are in module-name form: a step carries a module's name where the path enters that module,
+// so the first step always does. Predicates are passed over. A path that does not resolve yields
+// null; the caller knows what to say about it.
+#pragma once
+
+#include <zrschema/context.h>
+
+extern "C" {
+// Appends a node to the module's chain for its kind; 22 for a kind that is no top-level one.
+ZR_API uint32_t ZRS_MOD_AddTopNodeToSchemaTree(ZrMod *module, ZrNode *node);
+// The first data node, else RPC, else notification of that name; never an augment.
+ZR_API ZrNode *ZRS_MOD_FindTopLevelSchemaNode(const ZrMod *module, const char *name);
+// By schema node identifier, from `start` or else from the module's top-level nodes: every schema
+// node is a step, choice, case, input and output too (RFC 7950, section 6.5).
+ZR_API ZrNode *ZRS_MOD_GetNodeBySchemaNodeId(const ZrMod *module, ZrNode *start, const char *path);
+// Below the module's own augments of exactly that target; `*augmentOut`, which may be left out,
+// becomes the augment in which the node was found, or null.
+ZR_API ZrNode *ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(const ZrMod *module,
+                                                         const char *augmentTarget,
+                                                         const char *restPath, ZrNode **augmentOut);
+// Through the data tree, as a leafref's path goes: choice and case are no steps. A relative path
+// starts at the context node, with ".." for its parents (RFC 7950, section 9.9.2).
+ZR_API ZrNode *ZRS_MOD_GetNodeByXpath(const ZrMod *module, const ZrNode *contextNode,
+                                      const char *path);
+// Its steps: where a path starts (null: above the top level) and what is left of it, 0 or 22; the
+// same for a path that begins with ".", null when it leads nowhere; one step by names.
+ZR_API uint32_t ZRS_MOD_GetStartPathAndNode(const ZrNode *contextNode, const char *path,
+                                            const char **restOut, ZrNode **startOut);
+ZR_API const char *ZRS_MOD_GetRelativePathRealStartNode(const ZrNode *contextNode, const char *path,
+                                                        ZrNode **startOut);
+ZR_API ZrNode *ZRS_MOD_GetDataTreeNodeByNodeIdentifier(const ZrMod *module, ZrNode *current,
+                                                       const char *moduleName, const char *name);
+// The target of an augment of the module's own nodes, without the context. 0 with null when the
+// target lies in another module or is not there; the split's failure leaves `*nodeOut` alone.
+ZR_API uint32_t ZRS_MOD_FindAugNodeTargetInSelfMod(const ZrMod *module, const ZrNode *augment,
+                                                   ZrNode **nodeOut);
+// A node's path as a new text, freed with the free hook; null when it is longer than 3095
+// characters or memory runs out. ZR_CTX_GetTargetNode() finds the node by it again.
+ZR_API char *ZRS_NODE_PrintPath(const ZrNode *node);
+// Writes the path behind the first `*length` characters and adds to them: 0, 22 for a null
+// argument, 12 when it does not fit.
+ZR_API uint32_t ZRS_NODE_PrintJsonPathRecursive(const ZrNode *node, char *buffer, uint32_t size,
+                                                uint32_t *length);
+}

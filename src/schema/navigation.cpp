@@ -1,0 +1,99 @@
+// The data tree seen through the schema tree (RFC 7950, section 3: choice, case, input, output and
+// augment have no instance in data, so their children stand where they would).
+#include "schema/navigation.h"
+
+#include "platform/text.h"
+#include "schema/module_record.h"
+#include "schema/node_record.h"
+
+namespace {
+
+constexpr uint32_t Bit(uint32_t kind)
+{
+    return UINT32_C(1) << kind;
+}
+
+constexpr uint32_t kDataKinds = Bit(ZR_NODE_CONTAINER) | Bit(ZR_NODE_LEAF) |
+                                Bit(ZR_NODE_LEAF_LIST) | Bit(ZR_NODE_LIST) | Bit(ZR_NODE_ANYDATA) |
+                                Bit(ZR_NODE_ANYXML) | Bit(ZR_NODE_ACTION) | Bit(ZR_NODE_RPC) |
+                                Bit(ZR_NODE_NOTIFICATION);
+
+bool HasName(const ZrNode *node, const char *moduleName, const char *name)
+{
+    return node->name != nullptr && PAL_StrCmp(node->name, name) == 0 && node->module != nullptr &&
+           node->module->name != nullptr && PAL_StrCmp(node->module->name, moduleName) == 0;
+}
+
+// Goes down through choices and cases, whose nesting bounds the recursion. The last child ends the
+// scan: a coupled augment's children go on into those of its target.
+ZrNode *FindBelow(const ZrNode *parent, const char *moduleName, const char *name)
+{
+    for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
+        if (zr::HasDataInstance(child->kind)) {
+            if (HasName(child, moduleName, name))
+                return child;
+        } else if (ZrNode *found = FindBelow(child, moduleName, name); found != nullptr) {
+            return found;
+        }
+        if (child == parent->lastChild)
+            break;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+namespace zr {
+
+bool HasDataInstance(uint32_t kind)
+{
+    return kind <= ZR_NODE_AUGMENT && (kDataKinds & Bit(kind)) != 0;
+}
+
+} // namespace zr
+
+ZrNode *ZRS_NODE_GetParentDataTreeNode(const ZrNode *node)
+{
+    ZrNode *parent = node != nullptr ? node->parent : nullptr;
+    while (parent != nullptr && !zr::HasDataInstance(parent->kind))
+        parent = parent->parent;
+    return parent;
+}
+
+ZrNode *ZRS_NODE_GetFirstSlibingDataTreeNode(ZrNode *node, const ZrNode *stop)
+{
+    while (node != nullptr && !zr::HasDataInstance(node->kind)) {
+        if (node->firstChild == nullptr)
+            return ZRS_NODE_GetNextDataTreeNode(node, stop);
+        node = node->firstChild;
+    }
+    return node;
+}
+
+ZrNode *ZRS_NODE_GetNextDataTreeNode(const ZrNode *node, const ZrNode *stop)
+{
+    while (node != nullptr) {
+        while (node->next == nullptr) {
+            node = node->parent;
+            if (node == nullptr || node == stop || zr::HasDataInstance(node->kind))
+                return nullptr;
+        }
+        ZrNode *candidate = node->next;
+        while (!zr::HasDataInstance(candidate->kind) && candidate->firstChild != nullptr)
+            candidate = candidate->firstChild;
+        if (zr::HasDataInstance(candidate->kind))
+            return candidate;
+        node = candidate; // a choice or case without children: go on after it
+    }
+    return nullptr;
+}
+
+ZrNode *ZRS_NODE_FindChildDataTreeNodeByName(const ZrNode *node, const char *moduleName,
+                                             const char *name)
+{
+    if (node == nullptr || name == nullptr)
+        return nullptr;
+    if (moduleName == nullptr || *moduleName == '\0')
+        moduleName = node->module != nullptr ? node->module->name : nullptr;
+    return moduleName != nullptr ? FindBelow(node, moduleName, name) : nullptr;
+}

@@ -1,0 +1,140 @@
+// Links between schema nodes: parent, children, siblings, and the heads of the top-level chains.
+#include "platform/text.h"
+#include "schema/module_record.h"
+#include "schema/node.h"
+
+namespace {
+
+// The chains of a module's top-level nodes, in the order in which their heads are tried.
+constexpr ZrNode *ZrMod::*kTopHeads[] = {&ZrMod::dataNodes, &ZrMod::rpcs, &ZrMod::notifications,
+                                         &ZrMod::augments};
+
+} // namespace
+
+void ZR_NODE_CalibrateTopNodeAddress(ZrNode *node)
+{
+    if (node == nullptr || node->module == nullptr)
+        return;
+    for (ZrNode *ZrMod::*head : kTopHeads) {
+        if (node->module->*head == node) {
+            node->module->*head = node->next;
+            return;
+        }
+    }
+}
+
+void ZRS_NODE_Unlink(ZrNode *node)
+{
+    if (node == nullptr)
+        return;
+    if (ZrNode *parent = node->parent; parent != nullptr) {
+        if (parent->firstChild == node)
+            parent->firstChild = node->next;
+        if (parent->lastChild == node)
+            parent->lastChild = node->prev;
+        node->parent = nullptr;
+    } else {
+        ZR_NODE_CalibrateTopNodeAddress(node);
+    }
+    if (node->prev != nullptr)
+        node->prev->next = node->next;
+    if (node->next != nullptr)
+        node->next->prev = node->prev;
+    node->next = nullptr;
+    node->prev = nullptr;
+}
+
+uint32_t ZRS_NODE_AddAsFirstChild(ZrNode *parent, ZrNode *node)
+{
+    if (parent == nullptr || node == nullptr)
+        return ZR_ERR_INVALID;
+    node->parent = parent;
+    node->prev = nullptr;
+    node->next = parent->firstChild;
+    if (node->next != nullptr)
+        node->next->prev = node;
+    else
+        parent->lastChild = node;
+    parent->firstChild = node;
+    return ZR_OK;
+}
+
+uint32_t ZRS_NODE_AddChild(ZrNode *parent, ZrNode *node)
+{
+    if (parent == nullptr || node == nullptr)
+        return ZR_ERR_INVALID;
+    node->parent = parent;
+    node->next = nullptr;
+    node->prev = parent->lastChild;
+    if (node->prev != nullptr)
+        node->prev->next = node;
+    else
+        parent->firstChild = node;
+    parent->lastChild = node;
+    return ZR_OK;
+}
+
+uint32_t ZRS_NODE_AddSibling(ZrNode *node, ZrNode *newNode)
+{
+    if (node == nullptr || newNode == nullptr)
+        return ZR_ERR_INVALID;
+    ZrNode *last = ZRS_NODE_GetLastSibling(node);
+    newNode->parent = node->parent;
+    newNode->next = nullptr;
+    newNode->prev = last;
+    last->next = newNode;
+    if (node->parent != nullptr)
+        node->parent->lastChild = newNode;
+    return ZR_OK;
+}
+
+uint32_t ZRS_NODE_LinkTreeNode(ZrNode *anchor, ZrNode *node, uint32_t mode)
+{
+    switch (mode) {
+    case ZRS_LINK_AS_CHILD:
+        return ZRS_NODE_AddChild(anchor, node);
+    case ZRS_LINK_AS_SIBLING:
+        return ZRS_NODE_AddSibling(anchor, node);
+    default:
+        return ZR_ERR_INVALID;
+    }
+}
+
+ZrNode *ZRS_NODE_GetLastSibling(const ZrNode *node)
+{
+    if (node == nullptr)
+        return nullptr;
+    if (node->parent != nullptr)
+        return node->parent->lastChild;
+    while (node->next != nullptr)
+        node = node->next;
+    return const_cast<ZrNode *>(node);
+}
+
+uint32_t ZRS_NODE_IsChildNode(const ZrNode *parent, const ZrNode *node)
+{
+    if (parent == nullptr || node == nullptr)
+        return 0;
+    for (const ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
+        if (child == node)
+            return 1;
+    }
+    return 0;
+}
+
+ZrNode *ZRS_NODE_FindChildNodeByName(const ZrNode *parent, const char *moduleName, const char *name)
+{
+    if (parent == nullptr || name == nullptr)
+        return nullptr;
+    bool anyModule = moduleName == nullptr || *moduleName == '\0';
+    // The last child ends the scan: a coupled augment's own stretch ends inside the target's chain.
+    for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
+        if (child->name != nullptr && PAL_StrCmp(child->name, name) == 0 &&
+            (anyModule || (child->module != nullptr && child->module->name != nullptr &&
+                           PAL_StrCmp(child->module->name, moduleName) == 0)))
+            return child;
+        if (child == parent->lastChild)
+            break;
+    }
+    return nullptr;
+}

@@ -1,0 +1,160 @@
+// What a leaf or leaf-list says of its values: type, default, units, leafref target, checks.
+#include "schema/lookup.h"
+#include "schema/module.h"
+#include "schema/node.h"
+#include "types/real_type.h"
+
+namespace {
+
+constexpr uint32_t kMaxChain = 129; // links of a typedef chain, resolutions of a leafref chain
+
+const ZrCtx *ContextOf(const ZrNode *node)
+{
+    return node != nullptr && node->module != nullptr ? node->module->ctx : nullptr;
+}
+
+// Follows the typedef chain of a type and returns the first text that `read` finds in a typedef.
+// The chain ends at a built-in type, at a typedef that is not loaded, or at the bound, which also
+// keeps typedefs that name each other from being walked for ever.
+template <typename Read>
+const char *FirstInTypedefs(const ZrCtx *ctx, const ZrtRealType *type, Read read)
+{
+    for (uint32_t i = 0; i < kMaxChain && type->baseType == ZRT_TYPE_DERIVED; ++i) {
+        const char *moduleName = nullptr;
+        const char *typedefName = ZRT_TYPE_GetInheritedTypDefName(type, &moduleName);
+        const ZrsTypDef *definition =
+            ZR_CTX_FindTdefObjByModAndTdefName(ctx, moduleName, typedefName);
+        if (definition == nullptr)
+            return nullptr;
+        if (const char *text = read(*definition); text != nullptr)
+            return text;
+        type = &definition->realType;
+    }
+    return nullptr;
+}
+
+const char *LeafrefPathOfType(const ZrtRealType *type)
+{
+    return type->baseType == ZRT_TYPE_LEAFREF ? ZR_TYPE_GetTypeConsDataLeafrefPath(type) : nullptr;
+}
+
+const char *LeafrefPath(const ZrNode *node)
+{
+    const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
+    if (type == nullptr)
+        return nullptr;
+    if (type->baseType != ZRT_TYPE_DERIVED)
+        return LeafrefPathOfType(type);
+    return FirstInTypedefs(ContextOf(node), type, [](const ZrsTypDef &definition) {
+        return LeafrefPathOfType(&definition.realType);
+    });
+}
+
+const char *OwnUnits(const ZrNode *node)
+{
+    if (node->kind == ZR_NODE_LEAF)
+        return static_cast<const ZrsLeafInfo *>(node->info)->units;
+    return static_cast<const ZrsLeafListInfo *>(node->info)->units;
+}
+
+// Checks a value; `*matchedOut` receives the type that took it, null when that is the node's own.
+uint32_t Validate(const ZrNode *node, uint32_t inputKind, const void *value,
+                  const ZrtRealType **matchedOut)
+{
+    const ZrCtx *ctx = ContextOf(node);
+    const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
+    if (ctx == nullptr || type == nullptr)
+        return ZR_ERR_INVALID;
+    ZrtValidateCtx validation = {};
+    validation.ctx = ctx;
+    validation.node = node;
+    uint32_t status =
+        ZRT_TYPE_ValidateValueNodeAgainstRealType(type, inputKind, value, &validation);
+    *matchedOut = validation.matched;
+    return status;
+}
+
+} // namespace
+
+const ZrtRealType *ZRS_NODE_GetLeafSchemaRealType(const ZrNode *node)
+{
+    if (node == nullptr || node->info == nullptr)
+        return nullptr;
+    switch (node->kind) {
+    case ZR_NODE_LEAF:
+        return &static_cast<const ZrsLeafInfo *>(node->info)->realType;
+    case ZR_NODE_LEAF_LIST:
+        return &static_cast<const ZrsLeafListInfo *>(node->info)->realType;
+    default:
+        return nullptr;
+    }
+}
+
+const ZrtRealType *ZR_NODE_GetRealType(const ZrNode *node)
+{
+    return ZRS_NODE_GetLeafSchemaRealType(node);
+}
+
+const char *ZR_NODE_GetDefaultValueStr(const ZrNode *node)
+{
+    // A mandatory leaf has no default of its own and does not take its type's (RFC 7950, 7.6.1).
+    if (node == nullptr || node->kind != ZR_NODE_LEAF || node->info == nullptr ||
+        ZR_NODE_IsMandatory(node) != 0)
+        return nullptr;
+    const auto *leaf = static_cast<const ZrsLeafInfo *>(node->info);
+    if (leaf->defaultValue != nullptr)
+        return leaf->defaultValue;
+    return FirstInTypedefs(ContextOf(node), &leaf->realType,
+                           [](const ZrsTypDef &definition) { return definition.defaultValue; });
+}
+
+const char *ZR_NODE_GetUnitsValueStr(const ZrNode *node)
+{
+    const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
+    if (type == nullptr)
+        return nullptr;
+    if (const char *units = OwnUnits(node); units != nullptr)
+        return units;
+    return FirstInTypedefs(ContextOf(node), type,
+                           [](const ZrsTypDef &definition) { return definition.units; });
+}
+
+uint32_t ZR_NODE_ScanDerivedType(const ZrNode *node, ZrDerivedTypeScanFunc callback, void *userData)
+{
+    const ZrCtx *ctx = ContextOf(node);
+    const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
+    if (ctx == nullptr || type == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    return ZR_TYPE_IterRealTypeDerivedName(type, ctx, callback, userData);
+}
+
+ZrNode *ZR_NODE_GetLeafrefTargetNode(const ZrNode *node, uint32_t follow)
+{
+    const char *path = LeafrefPath(node);
+    // Leafrefs may name each other in a circle; the bound breaks it.
+    for (uint32_t i = 0; i < kMaxChain && path != nullptr; ++i) {
+        ZrNode *target = ZRS_MOD_GetNodeByXpath(node->module, node, path);
+        if (target == nullptr || follow == 0)
+            return target;
+        path = LeafrefPath(target);
+        if (path == nullptr)
+            return target;
+        node = target;
+    }
+    return nullptr;
+}
+
+uint32_t ZR_NODE_ValidateValue(const ZrNode *node, uint32_t inputKind, const void *value)
+{
+    const ZrtRealType *matched = nullptr;
+    return Validate(node, inputKind, value, &matched);
+}
+
+const ZrtRealType *ZR_NODE_FindRealTypeMatchedValue(const ZrNode *node, uint32_t inputKind,
+                                                    const void *value)
+{
+    const ZrtRealType *matched = nullptr;
+    if (Validate(node, inputKind, value, &matched) != ZR_OK)
+        return nullptr;
+    return matched != nullptr ? matched : ZRS_NODE_GetLeafSchemaRealType(node);
+}

@@ -1,0 +1,80 @@
+// The XPath tokenizer: one expression becomes a flat array of tokens.
+#pragma once
+
+#include <cstdint>
+#include <zrschema/types.h>
+
+// The numbers matter: operators stand together (13 to 20), and the rewriters compare them.
+enum ZrXpathTokenType : uint32_t {
+    ZR_XPATH_TOKEN_LPAREN = 0,
+    ZR_XPATH_TOKEN_RPAREN = 1,
+    ZR_XPATH_TOKEN_LBRACKET = 2,
+    ZR_XPATH_TOKEN_RBRACKET = 3,
+    ZR_XPATH_TOKEN_DOT = 4,
+    ZR_XPATH_TOKEN_DOTDOT = 5,
+    ZR_XPATH_TOKEN_AT = 6,
+    ZR_XPATH_TOKEN_COMMA = 7,
+    ZR_XPATH_TOKEN_NAME = 8,      // name, prefix:name, prefix:* or a "*" that is no operator
+    ZR_XPATH_TOKEN_RESERVED9 = 9, // never produced
+    ZR_XPATH_TOKEN_FUNCNAME = 10, // a name with "(" after it
+    ZR_XPATH_TOKEN_LITERAL = 11,  // with its quotes
+    ZR_XPATH_TOKEN_NUMBER = 12,
+    ZR_XPATH_TOKEN_PATHOP = 13, // "/" and "//"
+    ZR_XPATH_TOKEN_UNION = 14,
+    ZR_XPATH_TOKEN_MULTIPLY = 15, // "*", "div" and "mod"
+    ZR_XPATH_TOKEN_ADDITIVE = 16,
+    ZR_XPATH_TOKEN_RELATIONAL = 17,
+    ZR_XPATH_TOKEN_EQUALITY = 18,
+    ZR_XPATH_TOKEN_AND = 19,
+    ZR_XPATH_TOKEN_OR = 20,
+    ZR_XPATH_TOKEN_NONE = 21 // no token: a failed scan, or nothing before the cursor
+};
+
+// The classes of the binary operators, which are their priorities too: a higher one binds tighter.
+enum ZrXpathOperatorClass : uint32_t {
+    ZR_XPATH_CLASS_OR = 0,
+    ZR_XPATH_CLASS_AND = 1,
+    ZR_XPATH_CLASS_EQUALITY = 2,
+    ZR_XPATH_CLASS_RELATIONAL = 3,
+    ZR_XPATH_CLASS_ADDITIVE = 4,
+    ZR_XPATH_CLASS_MULTIPLICATIVE = 5,
+    ZR_XPATH_CLASS_UNION = 7,
+    ZR_XPATH_CLASS_NONE = 8,
+    ZR_XPATH_MARKER_CLASS = 9 // on the operator stack: an open sub-expression
+};
+
+// A token's text stands in the expression at `start`, not terminated.
+struct ZrXpathToken {
+    uint32_t type; // ZrXpathTokenType
+    uint32_t length;
+    uint32_t start; // offset in the expression
+};
+
+struct ZrXpathLex {
+    ZrXpathToken *tokens;
+    const char *expression; // the caller's, outlives the list
+    uint32_t count;
+    uint32_t capacity;
+};
+static_assert(sizeof(ZrXpathToken) == 12);
+
+extern "C" {
+// A new token list, freed with ZR_XPATH_FreeXpathLex(). Null when the expression is null, holds
+// something outside the supported subset, has more tokens than a list holds (65,540), or memory
+// runs out. A blank expression gives an empty list.
+ZR_API ZrXpathLex *ZR_XPATH_ExprTokenize(const char *expression);
+// Frees the list, not the expression; null is accepted.
+ZR_API void ZR_XPATH_FreeXpathLex(ZrXpathLex *lex);
+// The number of tokens, 0 for null.
+ZR_API uint32_t ZR_XPATH_GetTokenNumber(const ZrXpathLex *lex);
+// The text of one token, which is `*lengthOut` bytes long; null for a null list or a position past
+// the end, which leave the out-arguments alone. Both out-arguments may be null.
+ZR_API const char *ZR_XPATH_GetTokenExprByPos(const ZrXpathLex *lex, uint32_t position,
+                                              uint32_t *typeOut, uint32_t *lengthOut);
+// 1 for the path operators, the union and the six classes of binary operators (13 to 20), else 0.
+ZR_API uint32_t ZR_XPATH_IsCurTokenOperator(uint32_t type);
+// 1 when a "*" or a name after a token of that type is an operator (XPath 1.0, section 3.7).
+ZR_API uint32_t ZR_XPATH_IsNextTokenOperator(uint32_t previousType);
+// The ZrXpathOperatorClass of a token type, ZR_XPATH_CLASS_NONE for what is no binary operator.
+ZR_API uint32_t ZR_XPATH_GetTokenExprType(uint32_t type);
+}

@@ -1,0 +1,72 @@
+// The evaluator's values, and their conversions (XPath 1.0, sections 4.2 to 4.4).
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <cstdint>
+#include <zrschema/types.h>
+
+enum ZrXpathObjectKind : uint32_t {
+    ZR_XPATH_OBJ_BOOLEAN = 0,
+    ZR_XPATH_OBJ_STRING = 1,
+    ZR_XPATH_OBJ_NODE = 2,
+    ZR_XPATH_OBJ_NUMBER = 3,
+    ZR_XPATH_OBJ_KIND_COUNT = 4
+};
+
+union ZrXpathValue {
+    uint32_t boolean; // 0 or 1
+    char *string;     // owned, never null
+    xmlNode *node;    // null: no node
+    double number;
+};
+static_assert(sizeof(ZrXpathValue) == 8);
+
+struct ZrXpathObject {
+    uint32_t kind; // ZrXpathObjectKind
+    ZrXpathValue value;
+};
+
+extern "C" {
+// Frees an object with its string; null is accepted.
+ZR_API void ZR_XPATH_FreeObject(ZrXpathObject *object);
+
+// Conversions in place: to a string, a number and a boolean. 0, 12 (the object stays as it was), or
+// 22 for null or an unknown kind.
+ZR_API uint32_t ZR_XPATH_FuncStringInner(ZrXpathObject *object);
+ZR_API uint32_t ZR_XPATH_FuncNumberInner(ZrXpathObject *object);
+ZR_API uint32_t ZR_XPATH_FuncBooleanInner(ZrXpathObject *object);
+
+// The single conversions behind them, for an object of the kind that their name begins with; the
+// last one takes a node to its value text.
+ZR_API uint32_t ZR_XPATH_ConvertBooleanToString(ZrXpathObject *object);
+ZR_API uint32_t ZR_XPATH_ConvertBooleanToNumber(ZrXpathObject *object);
+ZR_API uint32_t ZR_XPATH_ConvertStringToNumber(ZrXpathObject *object);
+ZR_API uint32_t ZR_XPATH_ConvertNodeToNumber(ZrXpathObject *object);
+ZR_API uint32_t ZR_XPATH_ConvertStringToBoolean(ZrXpathObject *object);
+ZR_API uint32_t ZR_XPATH_ConvertNumberToBoolean(ZrXpathObject *object);
+ZR_API uint32_t ZR_XPATH_CopyElementNodeContent(ZrXpathObject *object);
+}
+
+namespace zr
+{
+
+// Numbers nearer than this are equal, and one nearer to 0 is false: 2 to the power of -52.
+constexpr double kXpathEpsilon = 0x1p-52;
+
+// Owns one object for the length of a scope.
+class ScopedObject
+{
+public:
+    explicit ScopedObject(ZrXpathObject *object) : object_(object) {}
+    ScopedObject(const ScopedObject &) = delete;
+    ScopedObject &operator=(const ScopedObject &) = delete;
+    ~ScopedObject() { ZR_XPATH_FreeObject(object_); }
+    ZrXpathObject *get() const { return object_; }
+    ZrXpathObject *operator->() const { return object_; }
+
+private:
+    ZrXpathObject *object_;
+};
+
+} // namespace zr

@@ -1,0 +1,338 @@
+#include "print/print_support.h"
+#include "print/printer.h"
+#include "schema/augment.h"
+#include "schema/module_record.h"
+#include "schema/node.h"
+#include "support/alloc.h"
+
+namespace {
+
+using zrtest::Pieces;
+using zrtest::TakePiece;
+using zrtest::TestContext;
+using zrtest::Tree;
+using zrtest::TreeOfBody;
+
+TEST(PrintModelTree, AnEmptyModuleIsItsHeader)
+{
+    EXPECT_EQ(TreeOfBody(""), "module: m\n");
+}
+
+TEST(PrintModelTree, SectionsStandOnlyWhereThereIsSomething)
+{
+    EXPECT_EQ(TreeOfBody(R"(<leaf name="a"><type name="int8"/></leaf>)"),
+              "module: m\n+--rw a?   int8\n");
+    EXPECT_EQ(TreeOfBody(R"(<rpc name="r"/>)"), "module: m\nrpcs:\n+---x r\n");
+    EXPECT_EQ(TreeOfBody(R"(<notification name="n"/>)"), "module: m\nnotifications:\n+---n n\n");
+    EXPECT_EQ(TreeOfBody(R"(<notification name="n"/><rpc name="r"/><rpc name="s"/>)"),
+              "module: m\nrpcs:\n+---x r\n+---x s\nnotifications:\n+---n n\n");
+}
+
+// The augmented module, and two that put nodes into it.
+constexpr const char *kBase = R"(
+  <container name="top">
+    <leaf name="own"><type name="int8"/></leaf>
+  </container>
+  <rpc name="rpc"><input><leaf name="arg"><type name="int8"/></leaf></input></rpc>
+  <notification name="event"/>)";
+constexpr const char *kFirst = R"(
+  <import module="base"><prefix value="b"/></import>
+  <augment target-node="/b:top">
+    <leaf name="one"><type name="int8"/></leaf>
+    <container name="box"><leaf name="deep"><type name="int8"/></leaf></container>
+  </augment>)";
+constexpr const char *kSecond = R"(
+  <import module="base"><prefix value="b"/></import>
+  <augment target-node="/b:top"><leaf name="a-much-longer-name"><type name="int8"/></leaf></augment>
+  <augment target-node="/b:rpc/b:input"><leaf name="in"><type name="int8"/></leaf></augment>
+  <augment target-node="/b:rpc/b:output"><leaf name="out"><type name="int8"/></leaf></augment>
+  <augment target-node="/b:event"><leaf name="what"><type name="int8"/></leaf></augment>)";
+
+class PrintAugments : public ::testing::Test {
+protected:
+    void TearDown() override { ZR_CTX_Delete(ctx_); }
+    void Load(const char *name, const char *body)
+    {
+        ASSERT_EQ(ZR_CTX_LoadMemory(ctx_, zrtest::ModuleText(name, body).c_str()), 0u);
+    }
+    std::string TreeOf(const char *name) { return Tree(ZR_CTX_GetModuleByModName(ctx_, name)); }
+
+    ZrCtx *ctx_ = ZR_CTX_Create(0);
+};
+
+TEST_F(PrintAugments, NodesOfOtherModulesAreQualifiedInTheTargetsTree)
+{
+    Load("base", kBase);
+    Load("first", kFirst);
+    EXPECT_EQ(TreeOf("base"), "module: base\n"
+                              "+--rw top\n"
+                              "   +--rw own?         int8\n"
+                              "   +--rw first:one?   int8\n"
+                              "   +--rw first:box\n"
+                              "      +--rw first:deep?   int8\n"
+                              "rpcs:\n"
+                              "+---x rpc\n"
+                              "   +---w input\n"
+                              "      +---w arg?   int8\n"
+                              "notifications:\n"
+                              "+---n event\n");
+}
+
+TEST_F(PrintAugments, AnAugmentsSectionHoldsItsOwnNodesOnly)
+{
+    Load("base", kBase);
+    Load("first", kFirst);
+    Load("second", kSecond);
+    EXPECT_EQ(TreeOf("first"), "module: first\n"
+                               "augment /base:top:\n"
+                               "+--rw one?   int8\n"
+                               "+--rw box\n"
+                               "   +--rw deep?   int8\n");
+}
+
+TEST_F(PrintAugments, TheAccessFollowsTheCoupledTarget)
+{
+    Load("base", kBase);
+    Load("second", kSecond);
+    EXPECT_EQ(TreeOf("second"), "module: second\n"
+                                "augment /base:top:\n"
+                                "+--rw a-much-longer-name?   int8\n"
+                                "augment /base:rpc/input:\n"
+                                "+---w in?   int8\n"
+                                "augment /base:rpc/output:\n"
+                                "+--ro out?   int8\n"
+                                "augment /base:event:\n"
+                                "+--ro what?   int8\n");
+}
+
+TEST_F(PrintAugments, WithoutItsTargetAnAugmentIsPrintedAsConfiguration)
+{
+    ZR_CTX_LoadMemory(ctx_, zrtest::ModuleText("first", kFirst).c_str());
+    EXPECT_EQ(TreeOf("first"), "module: first\n"
+                               "augment /base:top:\n"
+                               "+--rw one?   int8\n"
+                               "+--rw box\n"
+                               "   +--rw deep?   int8\n");
+}
+
+TEST_F(PrintAugments, ADisabledAugmentPrintsNothing)
+{
+    Load("base", kBase);
+    Load("third", R"(
+      <import module="base"><prefix value="b"/></import>
+      <feature name="f"/>
+      <augment target-node="/b:top"><if-feature name="f"/>
+        <leaf name="x"><type name="int8"/></leaf>
+      </augment>
+      <augment target-node="/b:top">
+        <leaf name="y"><type name="int8"/></leaf>
+        <leaf name="disabled"><if-feature name="f"/><type name="int8"/></leaf>
+      </augment>)");
+    EXPECT_EQ(TreeOf("third"), "module: third\n"
+                               "augment /base:top:\n"
+                               "+--rw y?          int8\n");
+    ASSERT_EQ(ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx_, "third"), "f"), 0u);
+    EXPECT_EQ(TreeOf("third"), "module: third\n"
+                               "augment /base:top:\n"
+                               "+--rw x?   int8\n"
+                               "augment /base:top:\n"
+                               "+--rw y?          int8\n"
+                               "+--rw disabled?   int8\n");
+}
+
+TEST_F(PrintAugments, ACaseIsImpliedForAShorthandNodePutIntoAChoice)
+{
+    Load("base", R"(
+      <choice name="pick"><leaf name="a"><type name="int8"/></leaf></choice>)");
+    Load("third", R"(
+      <import module="base"><prefix value="b"/></import>
+      <augment target-node="/b:pick">
+        <leaf name="x"><type name="int8"/></leaf>
+        <case name="both"><leaf name="y"><type name="int8"/></leaf></case>
+      </augment>)");
+    EXPECT_EQ(TreeOf("third"), "module: third\n"
+                               "augment /base:pick:\n"
+                               "+--:(x)\n"
+                               "|  +--rw x?      int8\n"
+                               "+--:(both)\n"
+                               "   +--rw y?   int8\n");
+    EXPECT_EQ(TreeOf("base"), "module: base\n"
+                              "+--rw (pick)?\n"
+                              "   +--:(a)\n"
+                              "   |  +--rw a?            int8\n"
+                              "   +--:(third:x)\n"
+                              "   |  +--rw third:x?      int8\n"
+                              "   +--:(third:both)\n"
+                              "      +--rw third:y?   int8\n");
+}
+
+TEST_F(PrintAugments, OnesOwnAugmentsArePrintedInBothPlaces)
+{
+    Load("own", R"(
+      <container name="top"/>
+      <augment target-node="/own:top"><leaf name="x"><type name="int8"/></leaf></augment>
+      <augment target-node="/own:top"/>)");
+    EXPECT_EQ(TreeOf("own"), "module: own\n"
+                             "+--rw top\n"
+                             "   +--rw x?   int8\n"
+                             "augment /own:top:\n"
+                             "+--rw x?   int8\n"
+                             "augment /own:top:\n");
+}
+
+std::string ManyLeafs(int count)
+{
+    std::string body;
+    for (int i = 0; i < count; ++i)
+        body += "<leaf name=\"leaf-" + std::to_string(1000 + i) + "\"><type name=\"int8\"/></leaf>";
+    return body;
+}
+
+TEST(PrintPieces, ALongTreeComesInPiecesThatEndWithALine)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", ManyLeafs(1000)), 0u);
+    Pieces pieces;
+    ASSERT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 0u);
+    EXPECT_EQ(pieces.pieces.size(), 4u);
+    std::string expected = "module: m\n";
+    for (int i = 0; i < 1000; ++i)
+        expected += "+--rw leaf-" + std::to_string(1000 + i) + "?   int8\n";
+    EXPECT_EQ(pieces.Whole(), expected);
+    for (const std::string &piece : pieces.pieces) {
+        EXPECT_EQ(piece.back(), '\n');
+        EXPECT_LT(piece.size(), 8192u);
+    }
+}
+
+TEST(PrintPieces, ALongTreeOfOneBranchComesInPiecesToo)
+{
+    std::string open;
+    std::string close;
+    for (int i = 0; i < 120; ++i) {
+        open += "<container name=\"" + std::string(60, 'a') + "\">";
+        close += "</container>";
+    }
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", open + close), 0u);
+    Pieces pieces;
+    ASSERT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 0u);
+    EXPECT_GT(pieces.pieces.size(), 3u);
+    std::string expected = "module: m\n";
+    for (size_t i = 0; i < 120; ++i)
+        expected += std::string(3 * i, ' ') + "+--rw " + std::string(60, 'a') + "\n";
+    EXPECT_EQ(pieces.Whole(), expected);
+}
+
+TEST(PrintPieces, ALineOfThousandsOfCharactersIsPrintedWhereverItFalls)
+{
+    std::string text(5000, 'd');
+    std::string body = ManyLeafs(250) +
+                       R"(<leaf name="long"><type name="string"/><default value=")" + text +
+                       R"("/></leaf>)";
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", body), 0u);
+    Pieces pieces;
+    ASSERT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 0u);
+    EXPECT_NE(pieces.Whole().find("+--rw long?        string <" + text + ">\n"), std::string::npos);
+}
+
+TEST(PrintPieces, ALineLongerThanTheBufferFailsAndWhatWasHandedOverStays)
+{
+    std::string body = ManyLeafs(1) + R"(<leaf name="long"><type name="string"/><default value=")" +
+                       std::string(8192, 'd') + R"("/></leaf>)";
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", body), 0u);
+    Pieces pieces;
+    EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 1u);
+    EXPECT_EQ(pieces.Whole(), "module: m\n+--rw leaf-1000?   int8\n");
+}
+
+TEST(PrintPieces, ACallbackThatRefusesAPieceEndsThePrintingWith1)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", ManyLeafs(1000)), 0u);
+    for (size_t failAt = 0; failAt < 4; ++failAt) {
+        Pieces pieces;
+        pieces.failAt = failAt;
+        EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 1u);
+        EXPECT_EQ(pieces.pieces.size(), failAt);
+    }
+}
+
+TEST(PrintModelTree, NullArgumentsAreRefused)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", ""), 0u);
+    Pieces pieces;
+    EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), nullptr, nullptr), 22u);
+    EXPECT_EQ(ZR_MOD_PrintModelTree(nullptr, TakePiece, &pieces), 22u);
+    EXPECT_TRUE(pieces.pieces.empty());
+}
+
+TEST(PrintModelTree, NeedsOneAllocationAndFailsWith12WithoutIt)
+{
+    zrtest::AllocGuard guard;
+    {
+        TestContext ctx;
+        ASSERT_EQ(ctx.LoadBody("m", ManyLeafs(1000)), 0u);
+        int64_t blocks = guard.LiveBlocks();
+        Pieces pieces;
+        guard.FailAt(0);
+        EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 12u);
+        EXPECT_TRUE(pieces.pieces.empty());
+        guard.FailAt(1);
+        EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 0u);
+        EXPECT_EQ(guard.Count(), 1u);
+        guard.FailNone();
+        EXPECT_EQ(guard.LiveBlocks(), blocks);
+    }
+    EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
+TEST(PrintSubTree, AWidthThatIsExceededFailsWith22)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", R"(<leaf name="name"><type name="int8"/></leaf>)"), 0u);
+    const ZrMod *module = ctx.Module("m");
+    char buffer[64] = "";
+    Pieces pieces;
+    ZrsPrintCtx print = {0, 1, 3, 0, sizeof(buffer), 0, buffer, &pieces, 0, TakePiece};
+    EXPECT_EQ(ZRS_NODE_PrintSubTree(module, module->dataNodes, &print), 22u);
+    EXPECT_EQ(print.usedLength, 0u);
+    print.maxNameLength = 4;
+    EXPECT_EQ(ZRS_NODE_PrintSubTree(module, module->dataNodes, &print), 0u);
+    EXPECT_STREQ(buffer, "+--rw name?   int8\n");
+}
+
+TEST(PrintSubTree, UnknownAndAugmentNodesPrintNothing)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", R"(<container name="box"/>)"), 0u);
+    ZrMod *module = ctx.Module("m");
+    char buffer[64] = "";
+    Pieces pieces;
+    ZrsPrintCtx print = {0, 1, 3, 0, sizeof(buffer), 0, buffer, &pieces, 0, TakePiece};
+    for (uint32_t kind : {ZR_NODE_UNKNOWN, ZR_NODE_AUGMENT}) {
+        ZrNode *node = ZRS_NODE_New(kind);
+        node->module = module;
+        EXPECT_EQ(ZRS_NODE_PrintSubTree(module, node, &print), 0u);
+        ZRS_NODE_Free(node);
+    }
+    EXPECT_EQ(print.usedLength, 0u);
+}
+
+TEST(PrintSubTree, TheSectionsOfAModuleCanBePrintedApart)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", R"(<container name="box"/><rpc name="r"/>)"), 0u);
+    char buffer[64] = "";
+    Pieces pieces;
+    ZrsPrintCtx print = {0, 1, 3, 0, sizeof(buffer), 0, buffer, &pieces, 0, TakePiece};
+    EXPECT_EQ(ZRS_MOD_PrintModelTreeRpcNotif(ctx.Module("m"), &print), 0u);
+    EXPECT_STREQ(buffer, "rpcs:\n+---x r\n");
+    EXPECT_EQ(ZRS_MOD_PrintModelTreeDataAug(ctx.Module("m"), &print), 0u);
+    EXPECT_STREQ(buffer, "rpcs:\n+---x r\n+--rw box\n");
+}
+
+} // namespace

@@ -1,0 +1,220 @@
+#include "schema/lookup.h"
+
+#include "schema/augment.h"
+#include "schema/record_fixture.h"
+
+namespace {
+
+// a: top (own (deep), choice (case (leaf))), rpc (input (arg)), notification
+// b: augments /a:top with x (y), and /a:top/b:x with z
+class Lookup : public zrtest::RecordTest {
+protected:
+    Lookup() : a_(NewModule("a")), b_(NewModule("b"))
+    {
+        top_ = AddData(a_, ZR_NODE_CONTAINER, "top");
+        own_ = AddChild(top_, ZR_NODE_CONTAINER, "own");
+        deep_ = AddChild(own_, ZR_NODE_LEAF, "deep");
+        ZrNode *choice = AddChild(top_, ZR_NODE_CHOICE, "choice");
+        leaf_ = AddChild(AddChild(choice, ZR_NODE_CASE, "case"), ZR_NODE_LEAF, "leaf");
+        ZrNode *rpc = AddTop(a_, a_->rpcs, ZR_NODE_RPC, "rpc");
+        arg_ = AddChild(AddChild(rpc, ZR_NODE_INPUT, "input"), ZR_NODE_LEAF, "arg");
+        notification_ = AddTop(a_, a_->notifications, ZR_NODE_NOTIFICATION, "notification");
+        first_ = AddTop(b_, b_->augments, ZR_NODE_AUGMENT, "/a:top");
+        x_ = AddChild(first_, ZR_NODE_CONTAINER, "x");
+        y_ = AddChild(x_, ZR_NODE_LEAF, "y");
+        second_ = AddTop(b_, b_->augments, ZR_NODE_AUGMENT, "/a:top/b:x");
+        z_ = AddChild(second_, ZR_NODE_LEAF, "z");
+    }
+    void TearDown() override
+    {
+        for (ZrNode *augment : {second_, first_}) {
+            if ((augment->flags & ZRS_FLAG_COUPLED) != 0) {
+                EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 0u);
+            }
+        }
+        RecordTest::TearDown();
+    }
+    ZrNode *Target(const char *path) { return ZR_CTX_GetTargetNode(ctx_, path, nullptr); }
+    void Couple()
+    {
+        ASSERT_EQ(ZRS_NODE_CoupleAugmentNode(first_), 0u);
+        ASSERT_EQ(ZRS_NODE_CoupleAugmentNode(second_), 0u);
+    }
+
+    ZrMod *a_, *b_;
+    ZrNode *top_, *own_, *deep_, *leaf_, *arg_, *notification_, *first_, *x_, *y_, *second_, *z_;
+};
+
+TEST_F(Lookup, FindsEveryNodeOfAModuleByItsPath)
+{
+    EXPECT_EQ(Target("/a:top"), top_);
+    EXPECT_EQ(Target("/a:top/own/deep"), deep_);
+    EXPECT_EQ(Target("/a:top/choice/case/leaf"), leaf_);
+    EXPECT_EQ(Target("/a:rpc/input/arg"), arg_);
+    EXPECT_EQ(Target("/a:notification"), notification_);
+}
+
+TEST_F(Lookup, ChoicesAndCasesAreStepsOfTheirOwn)
+{
+    EXPECT_EQ(Target("/a:top/leaf"), nullptr);
+    EXPECT_EQ(Target("/a:rpc/arg"), nullptr);
+}
+
+TEST_F(Lookup, WhatIsNotThereIsNotFound)
+{
+    for (const char *path : {"", "/", "a", "top", "/top", "/a:", "/a:top/", "/a:top//own", "/:top",
+                             "/c:top", "/a:nothing", "/a:top/nothing", "/a:top/own/deep/deeper",
+                             "/a:to p", "/a:top/b:q", "/a:top/c:x", "/a:own", "/a:/a:top"}) {
+        SCOPED_TRACE(path);
+        EXPECT_EQ(Target(path), nullptr);
+    }
+    EXPECT_EQ(ZR_CTX_GetTargetNode(nullptr, "/a:top", nullptr), nullptr);
+    EXPECT_EQ(Target(nullptr), nullptr);
+}
+
+TEST_F(Lookup, NamesLongerThan64CharactersFail)
+{
+    std::string name(64, 'n');
+    ZrNode *node = AddChild(top_, ZR_NODE_LEAF, name.c_str());
+    EXPECT_EQ(Target(("/a:top/" + name).c_str()), node);
+    name += 'n';
+    AddChild(top_, ZR_NODE_LEAF, name.c_str());
+    EXPECT_EQ(Target(("/a:top/" + name).c_str()), nullptr);
+    EXPECT_EQ(Target(("/" + name + ":top").c_str()), nullptr);
+}
+
+TEST_F(Lookup, PredicatesAreSkippedInASchemaNodeIdentifier)
+{
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(a_, nullptr, "/a:top[x='1']/own[y][z]/deep"), deep_);
+}
+
+TEST_F(Lookup, AStepOfAnotherModuleIsFoundThroughThatModulesAugment)
+{
+    ZrNode *augment = top_;
+    EXPECT_EQ(ZR_CTX_GetTargetNode(ctx_, "/a:top/b:x", &augment), x_);
+    EXPECT_EQ(augment, first_);
+    EXPECT_EQ(ZR_CTX_GetTargetNode(ctx_, "/a:top/b:x/y", &augment), y_);
+    EXPECT_EQ(augment, first_);
+}
+
+TEST_F(Lookup, CoupledAugmentsAnswerLikeUncoupledOnes)
+{
+    Couple();
+    ZrNode *augment = nullptr;
+    EXPECT_EQ(ZR_CTX_GetTargetNode(ctx_, "/a:top/b:x/y", &augment), y_);
+    EXPECT_EQ(augment, first_);
+    EXPECT_EQ(ZR_CTX_GetTargetNode(ctx_, "/a:top/b:x/z", &augment), z_);
+    EXPECT_EQ(augment, first_);
+    EXPECT_EQ(Target("/a:top/own/deep"), deep_);
+}
+
+TEST_F(Lookup, TheAugmentIsClearedWhenThereIsNone)
+{
+    ZrNode *augment = top_;
+    EXPECT_EQ(ZR_CTX_GetTargetNode(ctx_, "/a:top/own", &augment), own_);
+    EXPECT_EQ(augment, nullptr);
+    augment = top_;
+    EXPECT_EQ(ZR_CTX_GetTargetNode(ctx_, "/a:top/b:nothing", &augment), nullptr);
+    EXPECT_EQ(augment, nullptr);
+    augment = top_;
+    EXPECT_EQ(ZR_CTX_GetTargetNode(ctx_, nullptr, &augment), nullptr);
+    EXPECT_EQ(augment, nullptr);
+}
+
+TEST_F(Lookup, OfSeveralAugmentsOfOneTargetTheFirstThatHoldsThePathWins)
+{
+    ZrNode *third = AddTop(b_, b_->augments, ZR_NODE_AUGMENT, "/a:top");
+    ZrNode *other = AddChild(third, ZR_NODE_LEAF, "other");
+    AddChild(third, ZR_NODE_LEAF, "x");
+    ZrNode *augment = nullptr;
+    EXPECT_EQ(ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(b_, "/a:top", "/b:x", &augment), x_);
+    EXPECT_EQ(augment, first_);
+    EXPECT_EQ(ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(b_, "/a:top", "/b:other", &augment), other);
+    EXPECT_EQ(augment, third);
+}
+
+TEST_F(Lookup, UnderAnAugmentTheTargetTextMustBeEqual)
+{
+    ZrNode *augment = top_;
+    EXPECT_EQ(ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(b_, "/a:to", "/b:x", &augment), nullptr);
+    EXPECT_EQ(augment, nullptr);
+    EXPECT_EQ(ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(b_, "/a:top/", "/b:x", nullptr), nullptr);
+    EXPECT_EQ(ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(b_, "/a:top", "/b:x", nullptr), x_);
+}
+
+TEST_F(Lookup, UnderAnAugmentNullArgumentsFindNothing)
+{
+    ZrNode *augment = top_;
+    EXPECT_EQ(ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(nullptr, "/a:top", "/b:x", &augment),
+              nullptr);
+    EXPECT_EQ(augment, nullptr);
+    EXPECT_EQ(ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(b_, nullptr, "/b:x", nullptr), nullptr);
+    EXPECT_EQ(ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(b_, "/a:top", nullptr, nullptr), nullptr);
+}
+
+TEST_F(Lookup, ASchemaNodeIdentifierMayStartAtANode)
+{
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(a_, top_, "own/deep"), deep_);
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(a_, top_, "/a:own/deep"), deep_);
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(a_, top_, "b:own/deep"), nullptr);
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(a_, top_, ""), nullptr);
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(a_, top_, "/"), nullptr);
+}
+
+TEST_F(Lookup, TheFirstStepsModuleNameIsNotComparedInsideAModule)
+{
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(a_, nullptr, "/any:top/own"), own_);
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(a_, nullptr, "top/own"), own_);
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(a_, nullptr, "/a:top/b:own"), nullptr);
+}
+
+TEST_F(Lookup, ASchemaNodeIdentifierNeedsAModuleAndAPath)
+{
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(nullptr, top_, "own"), nullptr);
+    EXPECT_EQ(ZRS_MOD_GetNodeBySchemaNodeId(a_, top_, nullptr), nullptr);
+}
+
+TEST_F(Lookup, AnAugmentOfTheOwnModuleIsResolvedWithoutTheContext)
+{
+    ZrNode *augment = AddTop(a_, a_->augments, ZR_NODE_AUGMENT, "/a:top/own");
+    ZrNode *found = nullptr;
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, &found), 0u);
+    EXPECT_EQ(found, own_);
+    // b's second augment targets what its first one adds
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(b_, second_, &found), 0u);
+    EXPECT_EQ(found, x_);
+}
+
+TEST_F(Lookup, AnAugmentOfAnotherModuleIsLeftToTheContext)
+{
+    ZrNode *found = top_;
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(b_, first_, &found), 0u);
+    EXPECT_EQ(found, nullptr);
+}
+
+TEST_F(Lookup, AnAugmentWhoseOwnTargetIsMissingYieldsNothing)
+{
+    ZrNode *augment = AddTop(a_, a_->augments, ZR_NODE_AUGMENT, "/a:nothing");
+    ZrNode *found = top_;
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, &found), 0u);
+    EXPECT_EQ(found, nullptr);
+}
+
+TEST_F(Lookup, AnAugmentPathThatCannotBeSplitLeavesTheResultAlone)
+{
+    ZrNode *augment = AddTop(a_, a_->augments, ZR_NODE_AUGMENT, "/top");
+    ZrNode *found = top_;
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, &found), 22u);
+    EXPECT_EQ(found, top_);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(nullptr, augment, &found), 22u);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, nullptr, &found), 22u);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, nullptr), 22u);
+}
+
+TEST_F(Lookup, WithoutMemoryNothingIsFoundAndNothingIsLost)
+{
+    FailEachAllocation([&] { return Target("/a:top/b:x/y"); },
+                       [&](ZrNode *node, bool failed) { EXPECT_EQ(node, failed ? nullptr : y_); });
+}
+
+} // namespace

@@ -1,0 +1,212 @@
+#include "schema/record_fixture.h"
+
+namespace {
+
+class NodeLinks : public zrtest::RecordTest {
+protected:
+    NodeLinks() : module_(NewModule("m")), parent_(AddData(module_, ZR_NODE_CONTAINER, "p")) {}
+
+    ZrNode *New(const char *name) { return NewNode(module_, ZR_NODE_CONTAINER, name); }
+
+    // The names from `first` on; every link back and up is checked on the way.
+    static std::string Chain(const ZrNode *first, const ZrNode *parent)
+    {
+        std::string names;
+        const ZrNode *prev = nullptr;
+        for (const ZrNode *node = first; node != nullptr; node = node->next) {
+            EXPECT_EQ(node->prev, prev);
+            EXPECT_EQ(node->parent, parent);
+            names += node->name;
+            prev = node;
+        }
+        if (parent != nullptr) {
+            EXPECT_EQ(parent->lastChild, prev);
+        }
+        return names;
+    }
+    std::string Children() const { return Chain(parent_->firstChild, parent_); }
+    std::string Tops() const { return Chain(module_->dataNodes, nullptr); }
+
+    ZrMod *module_;
+    ZrNode *parent_;
+};
+
+TEST_F(NodeLinks, ChildrenAreAppendedInOrder)
+{
+    EXPECT_EQ(ZRS_NODE_AddChild(parent_, New("a")), 0u);
+    EXPECT_EQ(Children(), "a");
+    EXPECT_EQ(ZRS_NODE_AddChild(parent_, New("b")), 0u);
+    EXPECT_EQ(ZRS_NODE_AddChild(parent_, New("c")), 0u);
+    EXPECT_EQ(Children(), "abc");
+}
+
+TEST_F(NodeLinks, AFirstChildGoesBeforeTheOthers)
+{
+    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(parent_, New("b")), 0u);
+    EXPECT_EQ(Children(), "b");
+    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(parent_, New("a")), 0u);
+    ZRS_NODE_AddChild(parent_, New("c"));
+    EXPECT_EQ(Children(), "abc");
+}
+
+TEST_F(NodeLinks, ASiblingGoesToTheEndOfTheChainWithItsParent)
+{
+    ZrNode *a = New("a");
+    ZRS_NODE_AddChild(parent_, a);
+    ZRS_NODE_AddChild(parent_, New("b"));
+    EXPECT_EQ(ZRS_NODE_AddSibling(a, New("c")), 0u);
+    EXPECT_EQ(Children(), "abc");
+    EXPECT_EQ(ZRS_NODE_AddSibling(parent_, New("q")), 0u);
+    EXPECT_EQ(ZRS_NODE_AddSibling(parent_, New("r")), 0u);
+    EXPECT_EQ(Tops(), "pqr");
+}
+
+TEST_F(NodeLinks, LinkModesAreChildAndSibling)
+{
+    ZrNode *a = New("a");
+    EXPECT_EQ(ZRS_NODE_LinkTreeNode(parent_, a, ZRS_LINK_AS_CHILD), 0u);
+    EXPECT_EQ(ZRS_NODE_LinkTreeNode(a, New("b"), ZRS_LINK_AS_SIBLING), 0u);
+    EXPECT_EQ(Children(), "ab");
+    ZrNode *c = New("c");
+    EXPECT_EQ(ZRS_NODE_LinkTreeNode(parent_, c, 2), 22u);
+    EXPECT_EQ(ZRS_NODE_LinkTreeNode(nullptr, c, 0), 22u);
+    EXPECT_EQ(ZRS_NODE_LinkTreeNode(nullptr, c, 1), 22u);
+    EXPECT_EQ(Children(), "ab");
+    ZRS_NODE_Free(c);
+}
+
+TEST_F(NodeLinks, NullArgumentsAreRefusedAndChangeNothing)
+{
+    ZrNode *a = New("a");
+    ZRS_NODE_AddChild(parent_, a);
+    EXPECT_EQ(ZRS_NODE_AddChild(parent_, nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_AddChild(nullptr, a), 22u);
+    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(parent_, nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(nullptr, a), 22u);
+    EXPECT_EQ(ZRS_NODE_AddSibling(a, nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_AddSibling(nullptr, a), 22u);
+    EXPECT_EQ(Children(), "a");
+    ZRS_NODE_Unlink(nullptr);
+    ZR_NODE_CalibrateTopNodeAddress(nullptr);
+    EXPECT_EQ(ZRS_NODE_GetLastSibling(nullptr), nullptr);
+}
+
+TEST_F(NodeLinks, UnlinkingTakesANodeOutOfAnyPlaceAmongItsSiblings)
+{
+    for (const char *taken : {"a", "b", "c"}) {
+        SCOPED_TRACE(taken);
+        for (const char *name : {"a", "b", "c"})
+            ZRS_NODE_AddChild(parent_, New(name));
+        ZrNode *node = ZRS_NODE_FindChildNodeByName(parent_, nullptr, taken);
+        ZRS_NODE_Unlink(node);
+        EXPECT_EQ(node->parent, nullptr);
+        EXPECT_EQ(node->next, nullptr);
+        EXPECT_EQ(node->prev, nullptr);
+        std::string expected = "abc";
+        expected.erase(expected.find(taken), 1);
+        EXPECT_EQ(Children(), expected);
+        ZRS_NODE_Free(node);
+        while (ZrNode *rest = parent_->firstChild) {
+            ZRS_NODE_Unlink(rest);
+            ZRS_NODE_Free(rest);
+        }
+        EXPECT_EQ(parent_->lastChild, nullptr);
+    }
+}
+
+TEST_F(NodeLinks, UnlinkingTheFirstTopLevelNodeMovesTheModulesHead)
+{
+    ZRS_NODE_AddSibling(parent_, New("q"));
+    ZrNode *rpc = AddTop(module_, module_->rpcs, ZR_NODE_RPC, "r");
+    ZrNode *notification = AddTop(module_, module_->notifications, ZR_NODE_NOTIFICATION, "n");
+    ZrNode *augment = AddTop(module_, module_->augments, ZR_NODE_AUGMENT, "/m:p");
+    ZrNode *second = AddTop(module_, module_->augments, ZR_NODE_AUGMENT, "/m:q");
+    for (ZrNode *node : {parent_, rpc, notification, augment}) {
+        ZRS_NODE_Unlink(node);
+        ZRS_NODE_Free(node);
+    }
+    EXPECT_EQ(Tops(), "q");
+    EXPECT_EQ(module_->rpcs, nullptr);
+    EXPECT_EQ(module_->notifications, nullptr);
+    EXPECT_EQ(module_->augments, second);
+}
+
+TEST_F(NodeLinks, UnlinkingALaterTopLevelNodeKeepsTheHead)
+{
+    ZrNode *q = New("q");
+    ZRS_NODE_AddSibling(parent_, q);
+    ZRS_NODE_Unlink(q);
+    EXPECT_EQ(Tops(), "p");
+    ZRS_NODE_Free(q);
+}
+
+TEST_F(NodeLinks, OnlyTheFirstHeadThatMatchesMoves)
+{
+    ZrNode *q = New("q");
+    ZRS_NODE_AddSibling(parent_, q);
+    module_->rpcs = parent_; // never so in a schema
+    ZR_NODE_CalibrateTopNodeAddress(parent_);
+    EXPECT_EQ(module_->dataNodes, q);
+    EXPECT_EQ(module_->rpcs, parent_);
+    module_->dataNodes = parent_;
+    module_->rpcs = nullptr;
+}
+
+TEST_F(NodeLinks, TheLastSiblingIsFoundWithAndWithoutAParent)
+{
+    ZrNode *a = New("a");
+    ZrNode *b = New("b");
+    ZRS_NODE_AddChild(parent_, a);
+    ZRS_NODE_AddChild(parent_, b);
+    EXPECT_EQ(ZRS_NODE_GetLastSibling(a), b);
+    EXPECT_EQ(ZRS_NODE_GetLastSibling(b), b);
+    ZrNode *q = New("q");
+    ZRS_NODE_AddSibling(parent_, q);
+    EXPECT_EQ(ZRS_NODE_GetLastSibling(parent_), q);
+}
+
+TEST_F(NodeLinks, AChildIsKnownByItsParentsChain)
+{
+    ZrNode *a = New("a");
+    ZrNode *b = New("b");
+    ZRS_NODE_AddChild(parent_, a);
+    ZRS_NODE_AddChild(a, b);
+    EXPECT_EQ(ZRS_NODE_IsChildNode(parent_, a), 1u);
+    EXPECT_EQ(ZRS_NODE_IsChildNode(parent_, b), 0u);
+    EXPECT_EQ(ZRS_NODE_IsChildNode(parent_, parent_), 0u);
+    EXPECT_EQ(ZRS_NODE_IsChildNode(nullptr, a), 0u);
+    EXPECT_EQ(ZRS_NODE_IsChildNode(parent_, nullptr), 0u);
+}
+
+TEST_F(NodeLinks, AChildIsFoundByNameAmongAllModulesOrOne)
+{
+    ZrMod *other = NewModule("other");
+    ZrNode *own = New("x");
+    ZrNode *foreign = NewNode(other, ZR_NODE_LEAF, "x");
+    ZRS_NODE_AddChild(parent_, own);
+    ZRS_NODE_AddChild(parent_, foreign);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, nullptr, "x"), own);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, "", "x"), own);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, "m", "x"), own);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, "other", "x"), foreign);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, "third", "x"), nullptr);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, "m", "y"), nullptr);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, "m", nullptr), nullptr);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(nullptr, "m", "x"), nullptr);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(own, "m", "x"), nullptr);
+}
+
+TEST_F(NodeLinks, TheSearchBelowACoupledAugmentEndsAtItsLastChild)
+{
+    ZrNode *a = New("a");
+    ZrNode *b = New("b");
+    ZRS_NODE_AddChild(parent_, a);
+    ZRS_NODE_AddChild(parent_, b);
+    ZrNode *augment = AddTop(module_, module_->augments, ZR_NODE_AUGMENT, "/m:p");
+    augment->firstChild = augment->lastChild = a;
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(augment, "m", "a"), a);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(augment, "m", "b"), nullptr);
+    augment->firstChild = augment->lastChild = nullptr;
+}
+
+} // namespace

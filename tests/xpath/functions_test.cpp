@@ -1,0 +1,230 @@
+#include "xpath/functions.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/alloc.h"
+#include "support/context.h"
+#include "xpath/evaluation.h"
+
+namespace {
+
+using zrtest::DataTree;
+using zrtest::Evaluation;
+
+TEST(FunctionTable, FindsAFunctionByItsExactName)
+{
+    const std::pair<const char *, uint32_t (*)(ZrXpathEvalCtx *)> functions[] = {
+        {"not", ZR_XPATH_FuncNot},
+        {"derived-from", ZR_XPATH_FuncDerivedFrom},
+        {"derived-from-or-self", ZR_XPATH_FuncDerivedFromOfSelf}};
+    for (const auto &[name, run] : functions) {
+        const zr::XpathFunction *found =
+            zr::FindXpathFunction(name, static_cast<uint32_t>(std::strlen(name)));
+        ASSERT_NE(found, nullptr) << name;
+        EXPECT_EQ(found->run, run) << name;
+    }
+    EXPECT_EQ(zr::FindXpathFunction("not(", 3), zr::FindXpathFunction("not", 3));
+}
+
+TEST(FunctionTable, DoesNotKnowOtherNames)
+{
+    for (const char *name :
+         {"", "no", "nott", "NOT", "derived", "derived-from-", "count", "current",
+          "derived-from-or-self-", "position", "abcdefghijklmnopqrst"})
+        EXPECT_EQ(zr::FindXpathFunction(name, static_cast<uint32_t>(std::strlen(name))), nullptr)
+            << name;
+}
+
+TEST(FunctionTable, DoesNotKnowANameOf21CharactersOrMore)
+{
+    std::string name = "derived-from-or-self";
+    ASSERT_EQ(name.size(), 20u);
+    EXPECT_NE(zr::FindXpathFunction(name.c_str(), 20), nullptr);
+    EXPECT_EQ(zr::FindXpathFunction((name + "x").c_str(), 21), nullptr);
+    EXPECT_EQ(zr::FindXpathFunction(std::string(5000, 'x').c_str(), 5000), nullptr);
+}
+
+TEST(Not, NegatesTheObjectOnTopInPlace)
+{
+    DataTree tree("<r><a/></r>");
+    Evaluation eval(tree, "1");
+    ZR_XPATH_PushNodeToObjStack(eval.Ctx(), tree.Top());
+    ZR_XPATH_PushStringToObjStack(eval.Ctx(), "", 0);
+    EXPECT_EQ(ZR_XPATH_FuncNot(eval.Ctx()), 0u);
+    EXPECT_EQ(eval.Objects(), 2u);
+    EXPECT_EQ(eval.Top()->kind, 0u);
+    EXPECT_EQ(eval.Top()->value.boolean, 1u);
+    EXPECT_EQ(ZR_XPATH_FuncNot(eval.Ctx()), 0u);
+    EXPECT_EQ(eval.Top()->value.boolean, 0u);
+}
+
+TEST(Not, NeedsAnObject)
+{
+    DataTree tree("<r/>");
+    Evaluation eval(tree, "1");
+    EXPECT_EQ(ZR_XPATH_FuncNot(eval.Ctx()), 22u);
+}
+
+// Two modules: "base" defines animal, mammal (of animal) and dog (of mammal) and the leaves; "more"
+// defines cat (of base's mammal) and a second identity "animal".
+class DerivedFrom : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(ctx_.LoadBody("base", R"(
+            <identity name="animal"/>
+            <identity name="mammal"><base name="animal"/></identity>
+            <identity name="dog"><base name="mammal"/></identity>
+            <typedef name="kind"><type name="identityref"><base name="animal"/></type></typedef>
+            <container name="top">
+              <leaf name="pet"><type name="identityref"><base name="animal"/></type></leaf>
+              <leaf name="typed"><type name="kind"/></leaf>
+              <leaf name="text"><type name="string"/></leaf>
+            </container>)"),
+                  0u);
+        ASSERT_EQ(ctx_.LoadBody("more", R"(
+            <import module="base"><prefix value="b"/></import>
+            <identity name="animal"/>
+            <identity name="cat"><base name="b:mammal"/></identity>)"),
+                  0u);
+    }
+
+    // A tree <top><leaf>value</leaf></top> whose elements lead to their schema nodes.
+    std::unique_ptr<DataTree> Tree(const std::string &leaf, const std::string &value)
+    {
+        auto tree = std::make_unique<DataTree>("<top xmlns='urn:base' xmlns:b='urn:base' "
+                                               "xmlns:m='urn:more' xmlns:u='urn:unknown'><" +
+                                               leaf + ">" + value + "</" + leaf + "></top>");
+        tree->Top()->_private = ctx_.Node("/base:top");
+        tree->Find(leaf.c_str())->_private = ctx_.Node(("/base:top/" + leaf).c_str());
+        EXPECT_NE(tree->Find(leaf.c_str())->_private, nullptr);
+        return tree;
+    }
+    uint32_t Eval(const std::string &value, const char *expression)
+    {
+        return Tree("pet", value)->Eval(expression);
+    }
+
+    zrtest::TestContext ctx_;
+};
+
+TEST_F(DerivedFrom, HoldsForABaseOfTheIdentity)
+{
+    EXPECT_EQ(Eval("b:mammal", "derived-from(pet, 'base:animal')"), 0u);
+    EXPECT_EQ(Eval("m:cat", "derived-from(pet, 'base:mammal')"), 0u);
+    EXPECT_EQ(Eval("b:mammal", "derived-from(pet, 'base:dog')"), 0x7100u);
+}
+
+TEST_F(DerivedFrom, DoesNotFollowTheBasesOfBases)
+{
+    EXPECT_EQ(Eval("b:dog", "derived-from(pet, 'base:mammal')"), 0u);
+    EXPECT_EQ(Eval("b:dog", "derived-from(pet, 'base:animal')"), 0x7100u);
+}
+
+TEST_F(DerivedFrom, HoldsForTheIdentityItselfOnlyOrSelf)
+{
+    EXPECT_EQ(Eval("b:mammal", "derived-from(pet, 'base:mammal')"), 0x7100u);
+    EXPECT_EQ(Eval("b:mammal", "derived-from-or-self(pet, 'base:mammal')"), 0u);
+    EXPECT_EQ(Eval("b:mammal", "derived-from-or-self(pet, 'base:animal')"), 0u);
+    EXPECT_EQ(Eval("b:mammal", "derived-from-or-self(pet, 'base:dog')"), 0x7100u);
+    EXPECT_EQ(Eval("m:animal", "derived-from-or-self(pet, 'base:animal')"), 0x7100u);
+}
+
+TEST_F(DerivedFrom, TakesTheModuleOfTheNodeWhereANameHasNone)
+{
+    EXPECT_EQ(Eval("mammal", "derived-from(pet, 'animal')"), 0u);
+    EXPECT_EQ(Eval("m:cat", "derived-from(pet, 'mammal')"), 0u);
+    EXPECT_EQ(Eval("m:cat", "derived-from-or-self(pet, 'cat')"), 0x7100u);
+    EXPECT_EQ(Eval("m:cat", "derived-from-or-self(pet, 'more:cat')"), 0u);
+}
+
+TEST_F(DerivedFrom, WorksOnATypeDerivedFromIdentityref)
+{
+    EXPECT_EQ(Tree("typed", "b:mammal")->Eval("derived-from(typed, 'animal')"), 0u);
+}
+
+TEST_F(DerivedFrom, IsFalseWithoutAValue)
+{
+    EXPECT_EQ(Eval("", "derived-from(pet, 'base:animal')"), 0x7100u);
+    EXPECT_EQ(Eval("", "derived-from-or-self(pet, 'base:animal')"), 0x7100u);
+    EXPECT_EQ(Eval("u:mammal", "derived-from(pet, 'base:animal')"), 0x7100u);
+    EXPECT_EQ(Eval("x:mammal", "derived-from(pet, 'base:animal')"), 0x7100u);
+}
+
+TEST_F(DerivedFrom, RefusesAnIdentityThatIsNotDefined)
+{
+    EXPECT_EQ(Eval("b:horse", "derived-from(pet, 'base:animal')"), 22u);
+    EXPECT_EQ(Eval("m:dog", "derived-from(pet, 'base:animal')"), 22u);
+}
+
+TEST_F(DerivedFrom, RefusesAMalformedName)
+{
+    EXPECT_EQ(Eval("b:mam mal", "derived-from(pet, 'base:animal')"), 22u);
+    EXPECT_EQ(Eval("b:mammal", "derived-from(pet, 'base:')"), 22u);
+    EXPECT_EQ(Eval("b:mammal", "derived-from(pet, 'a b')"), 22u);
+    std::string name(64, 'n');
+    EXPECT_EQ(Eval("b:mammal", ("derived-from(pet, '" + name + "')").c_str()), 0x7100u);
+    EXPECT_EQ(Eval("b:mammal", ("derived-from(pet, '" + name + "n')").c_str()), 22u);
+    EXPECT_EQ(Eval("b:mammal", ("derived-from(pet, '" + name + "n:x')").c_str()), 22u);
+}
+
+TEST_F(DerivedFrom, NeedsAStringOnTopAndANodeBelow)
+{
+    for (const char *expression :
+         {"derived-from()", "derived-from('base:animal')", "derived-from(pet)",
+          "derived-from(pet, pet)", "derived-from(pet, 1)", "derived-from('a', 'b')",
+          "derived-from(1, 'b')", "derived-from(none, 'base:animal')", "derived-from(pet, '')",
+          "derived-from('base:animal', pet)", "derived-from-or-self()",
+          "derived-from-or-self(none, 'x')"})
+        EXPECT_EQ(Eval("b:mammal", expression), 0x7109u) << expression;
+}
+
+TEST_F(DerivedFrom, TakesWhatLiesOnTheStackWithoutCounting)
+{
+    EXPECT_EQ(Eval("b:mammal", "pet = derived-from('animal')"), 22u); // the node is used up
+    EXPECT_EQ(Eval("b:mammal", "1 = derived-from(0, pet, 'animal')"), 22u);
+}
+
+TEST_F(DerivedFrom, NeedsASchemaNode)
+{
+    auto tree = Tree("pet", "b:mammal");
+    tree->Find("pet")->_private = nullptr;
+    EXPECT_EQ(tree->Eval("derived-from(pet, 'animal')"), 0x710Au);
+    EXPECT_EQ(tree->Eval("derived-from(/, 'animal')"), 0x710Au);
+    EXPECT_EQ(tree->Eval("derived-from-or-self(pet, 'animal')"), 0x710Au);
+}
+
+TEST_F(DerivedFrom, NeedsAnIdentityref)
+{
+    EXPECT_EQ(Tree("text", "b:mammal")->Eval("derived-from(text, 'animal')"), 22u);
+    EXPECT_EQ(Tree("text", "b:mammal")->Eval("derived-from(., 'animal')"), 22u); // the container
+}
+
+TEST_F(DerivedFrom, ComparesAnIdentityrefByItsModuleNameForm)
+{
+    EXPECT_EQ(Eval("b:mammal", "pet = 'base:mammal'"), 0u);
+    EXPECT_EQ(Eval("mammal", "pet = 'base:mammal'"), 0u);
+    EXPECT_EQ(Eval("b:mammal", "pet = 'b:mammal'"), 0x7100u);
+    EXPECT_EQ(Eval("u:mammal", "pet = ''"), 0u); // its prefix means no loaded module
+}
+
+TEST_F(DerivedFrom, LeaksNothingWhenMemoryRunsOut)
+{
+    auto tree = Tree("pet", "b:mammal");
+    for (uint64_t n = 0;; ++n) {
+        zrtest::AllocGuard guard;
+        guard.FailAt(n);
+        uint32_t status = tree->Eval("derived-from-or-self(pet, 'base:mammal')");
+        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
+        if (guard.Count() <= n) {
+            EXPECT_EQ(status, 0u);
+            EXPECT_GT(n, 10u);
+            break;
+        }
+        EXPECT_NE(status, 0u) << n;
+    }
+}
+
+} // namespace

@@ -1,0 +1,251 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+#include "foundation/array.h"
+#include "support/alloc.h"
+#include "xpath/lex_internal.h"
+
+namespace {
+
+// A list over an expression whose stored tokens have the given types.
+class Scan {
+public:
+    explicit Scan(const char *expression, uint32_t previousType = ZR_XPATH_TOKEN_NONE)
+    {
+        slots_[0] = ZrXpathToken{previousType, 1, 0};
+        uint32_t count = previousType == ZR_XPATH_TOKEN_NONE ? 0 : 1;
+        lex_ = ZrXpathLex{slots_.data(), expression, count, static_cast<uint32_t>(slots_.size())};
+    }
+    uint32_t Run(uint32_t (*scanner)(ZrXpathLex *, uint32_t, ZrXpathToken *), uint32_t cursor = 0)
+    {
+        token_ = ZrXpathToken{};
+        return scanner(&lex_, cursor, &token_);
+    }
+    uint32_t Type() const { return token_.type; }
+    uint32_t Length() const { return token_.length; }
+    ZrXpathLex &Lex() { return lex_; }
+
+private:
+    std::array<ZrXpathToken, 10> slots_{};
+    ZrXpathLex lex_{};
+    ZrXpathToken token_{};
+};
+
+TEST(SymbolTable, HoldsItsRowsInTheOrderOfTheSearch)
+{
+    struct Row {
+        const char *text;
+        uint32_t length;
+        uint32_t type;
+    };
+    const Row rows[] = {
+        {")", 1, 1},  {"[", 1, 2},  {"]", 1, 3},  {"@", 1, 6},   {",", 1, 7},   {"|", 1, 14},
+        {"+", 1, 16}, {"-", 1, 16}, {"=", 1, 18}, {"!=", 2, 18}, {">=", 2, 17}, {"<=", 2, 17},
+        {">", 1, 17}, {"<", 1, 17}, {"..", 2, 5}, {"//", 2, 13}, {"/", 1, 13},
+    };
+    ASSERT_EQ(zr::kXpathSymbolCount, std::size(rows));
+    for (uint32_t i = 0; i < std::size(rows); ++i) {
+        EXPECT_STREQ(zr::kXpathSymbols[i].text, rows[i].text);
+        EXPECT_EQ(zr::kXpathSymbols[i].token.type, rows[i].type) << rows[i].text;
+        EXPECT_EQ(zr::kXpathSymbols[i].token.length, rows[i].length) << rows[i].text;
+        EXPECT_EQ(zr::kXpathSymbols[i].token.start, 0u) << rows[i].text;
+        Scan scan(rows[i].text);
+        EXPECT_EQ(ZR_XPATH_GetTgtTokenFromSymbolTbl(&scan.Lex(), 0), i) << rows[i].text;
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithOtherCh), 0u);
+        EXPECT_EQ(scan.Type(), rows[i].type);
+        EXPECT_EQ(scan.Length(), rows[i].length);
+    }
+}
+
+TEST(SymbolTable, GivesTheRowCountForWhatItDoesNotHold)
+{
+    for (const char *text : {"(", "*", ".", "'", "\"", "!", "a", "1", "$", ""}) {
+        Scan scan(text);
+        EXPECT_EQ(ZR_XPATH_GetTgtTokenFromSymbolTbl(&scan.Lex(), 0), zr::kXpathSymbolCount) << text;
+    }
+}
+
+TEST(SymbolTable, IsSearchedAtTheCursor)
+{
+    Scan scan("a<=");
+    EXPECT_EQ(ZR_XPATH_GetTgtTokenFromSymbolTbl(&scan.Lex(), 1), 11u);
+    EXPECT_EQ(ZR_XPATH_GetTgtTokenFromSymbolTbl(&scan.Lex(), 2), 8u);
+}
+
+TEST(NumberScanner, StopsAtTheFirstCharacterThatIsNoDigitOrDot)
+{
+    const std::pair<const char *, uint32_t> numbers[] = {
+        {"1", 1}, {"12a", 2}, {"1.", 2}, {"1.5)", 3}, {".5.3", 4}, {"1 2", 1}, {"1e5", 1}};
+    for (const auto &[text, length] : numbers) {
+        Scan scan(text);
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithDigit), 0u) << text;
+        EXPECT_EQ(scan.Type(), 12u) << text;
+        EXPECT_EQ(scan.Length(), length) << text;
+    }
+}
+
+TEST(NumberScanner, FailsAtASecondDot)
+{
+    for (const char *text : {"1.2.3", "1..", ".5.3.1"}) {
+        Scan scan(text);
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithDigit), 22u) << text;
+        EXPECT_EQ(scan.Type(), 21u) << text;
+    }
+}
+
+TEST(NameScanner, ReadsNamesWithAndWithoutAPrefix)
+{
+    const std::pair<const char *, uint32_t> names[] = {
+        {"a", 1},    {"a-b.c_1/x", 7}, {"p:a=1", 3}, {"p:*", 3},   {"a:", 2},
+        {"a:/b", 2}, {"a::b", 2},      {"p:1-x", 5}, {"p:a:b", 3}, {"p:**", 3}};
+    for (const auto &[text, length] : names) {
+        Scan scan(text);
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithNameStart), 0u) << text;
+        EXPECT_EQ(scan.Type(), 8u) << text;
+        EXPECT_EQ(scan.Length(), length) << text;
+    }
+}
+
+TEST(NameScanner, ReadsAnOperatorAfterAnOperand)
+{
+    Scan scan("and", ZR_XPATH_TOKEN_NAME);
+    EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithNameStart), 0u);
+    EXPECT_EQ(scan.Type(), 19u);
+    Scan name("and", ZR_XPATH_TOKEN_PATHOP);
+    EXPECT_EQ(name.Run(ZR_XPATH_GetTokenStartWithNameStart), 0u);
+    EXPECT_EQ(name.Type(), 8u);
+}
+
+TEST(OperatorNames, AreComparedByTheirLength)
+{
+    struct Row {
+        const char *text;
+        uint32_t type;
+        uint32_t length;
+    };
+    for (const Row &row :
+         {Row{"and", 19, 3}, Row{"or", 20, 2}, Row{"div", 15, 3}, Row{"mod", 15, 3},
+          Row{"andx", 19, 3}, Row{"orange", 20, 2}, Row{"divide", 15, 3}, Row{"model", 15, 3}}) {
+        Scan scan(row.text);
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetOperatorType), 0u) << row.text;
+        EXPECT_EQ(scan.Type(), row.type) << row.text;
+        EXPECT_EQ(scan.Length(), row.length) << row.text;
+    }
+    for (const char *text : {"an", "o", "di", "mo", "AND", "xor", ""}) {
+        Scan scan(text);
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetOperatorType), 22u) << text;
+        EXPECT_EQ(scan.Type(), 21u) << text;
+    }
+}
+
+TEST(SpecialSymbols, RetypeTheNameBeforeAParenthesis)
+{
+    Scan name("(", ZR_XPATH_TOKEN_NAME);
+    EXPECT_EQ(name.Run(ZR_XPATH_ParseSpecialSymbol), 0u);
+    EXPECT_EQ(name.Type(), 0u);
+    EXPECT_EQ(name.Lex().tokens[0].type, 10u);
+    Scan number("(", ZR_XPATH_TOKEN_NUMBER);
+    EXPECT_EQ(number.Run(ZR_XPATH_ParseSpecialSymbol), 0u);
+    EXPECT_EQ(number.Lex().tokens[0].type, 12u);
+    Scan first("(");
+    EXPECT_EQ(first.Run(ZR_XPATH_ParseSpecialSymbol), 0u);
+    EXPECT_EQ(first.Length(), 1u);
+}
+
+TEST(SpecialSymbols, ReadStarsDotsAndQuotes)
+{
+    struct Row {
+        const char *text;
+        uint32_t previous;
+        uint32_t type;
+        uint32_t length;
+    };
+    for (const Row &row : {Row{"*", 21, 8, 1}, Row{"*", 8, 15, 1}, Row{"*", 13, 8, 1},
+                           Row{".", 21, 4, 1}, Row{".5", 21, 12, 2}, Row{".a", 21, 4, 1},
+                           Row{"'a'b", 21, 11, 3}, Row{"\"\"", 8, 11, 2}}) {
+        Scan scan(row.text, row.previous);
+        EXPECT_EQ(scan.Run(ZR_XPATH_ParseSpecialSymbol), 0u) << row.text;
+        EXPECT_EQ(scan.Type(), row.type) << row.text;
+        EXPECT_EQ(scan.Length(), row.length) << row.text;
+    }
+}
+
+TEST(SpecialSymbols, FailOnEverythingElse)
+{
+    for (int ch = 1; ch < 256; ++ch) {
+        std::string text(1, static_cast<char>(ch));
+        if (std::string("(*.").find(text) != std::string::npos)
+            continue;
+        Scan scan(text.c_str());
+        EXPECT_EQ(scan.Run(ZR_XPATH_ParseSpecialSymbol), 22u) << ch;
+        EXPECT_EQ(scan.Type(), 21u) << ch;
+    }
+}
+
+TEST(LiteralScanner, EndsAtTheSameQuote)
+{
+    Scan literal("'a\"b' c'");
+    EXPECT_EQ(literal.Run(ZR_XPATH_ParseLiteralToken), 0u);
+    EXPECT_EQ(literal.Type(), 11u);
+    EXPECT_EQ(literal.Length(), 5u);
+    Scan open("'abc\"");
+    EXPECT_EQ(open.Run(ZR_XPATH_ParseLiteralToken), 22u);
+    EXPECT_EQ(open.Type(), 21u);
+}
+
+TEST(Dispatcher, StoresTheTokenAtTheCursor)
+{
+    Scan scan("  abc");
+    EXPECT_EQ(scan.Run(ZR_XPATH_ParseCurTokenFromExpr, 2), 0u);
+    ASSERT_EQ(scan.Lex().count, 1u);
+    EXPECT_EQ(scan.Lex().tokens[0].type, 8u);
+    EXPECT_EQ(scan.Lex().tokens[0].length, 3u);
+    EXPECT_EQ(scan.Lex().tokens[0].start, 2u);
+}
+
+// A full list of `count` tokens, to which one more is appended.
+uint32_t AppendTo(uint32_t count)
+{
+    ZrXpathLex *lex = ZR_XPATH_ExprTokenize("");
+    EXPECT_EQ(zr::ExpandArray(&lex->tokens, lex->capacity, count - lex->capacity), 0u);
+    lex->count = lex->capacity = count;
+    lex->expression = "a";
+    ZrXpathToken token;
+    uint32_t status = ZR_XPATH_ParseCurTokenFromExpr(lex, 0, &token);
+    EXPECT_EQ(lex->count, status == 0 ? count + 1 : count);
+    EXPECT_EQ(lex->capacity, status == 0 ? count + 10 : count);
+    ZR_XPATH_FreeXpathLex(lex);
+    return status;
+}
+
+TEST(Dispatcher, GrowsTheListByTenAndNotBeyondWhatTheGrowthCanCount)
+{
+    EXPECT_EQ(AppendTo(10), 0u);
+    EXPECT_EQ(AppendTo(65530), 0u);
+    EXPECT_EQ(AppendTo(65540), 22u);
+}
+
+TEST(Dispatcher, GivesTheStatusOfAFailedGrowth)
+{
+    ZrXpathLex *lex = ZR_XPATH_ExprTokenize("1 1 1 1 1 1 1 1 1 1");
+    ASSERT_EQ(lex->count, 10u);
+    zrtest::AllocGuard guard;
+    guard.FailAt(0);
+    ZrXpathToken token;
+    EXPECT_EQ(ZR_XPATH_ParseCurTokenFromExpr(lex, 0, &token), 12u);
+    EXPECT_EQ(lex->count, 10u);
+    EXPECT_EQ(lex->capacity, 10u);
+    guard.FailNone();
+    ZR_XPATH_FreeXpathLex(lex);
+}
+
+TEST(Dispatcher, StoresNothingWhenTheScanFails)
+{
+    Scan scan("$");
+    EXPECT_EQ(scan.Run(ZR_XPATH_ParseCurTokenFromExpr), 22u);
+    EXPECT_EQ(scan.Lex().count, 0u);
+}
+
+} // namespace

@@ -1,0 +1,296 @@
+#include "xpath/lex.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/alloc.h"
+
+namespace {
+
+using Token = std::pair<uint32_t, std::string>;
+using Tokens = std::vector<Token>;
+
+// The tokens of an expression as (type, text); one token of type 99 when it is refused.
+Tokens TokensOf(const std::string &expression)
+{
+    ZrXpathLex *lex = ZR_XPATH_ExprTokenize(expression.c_str());
+    if (lex == nullptr)
+        return {{99, ""}};
+    Tokens tokens;
+    for (uint32_t i = 0; i < ZR_XPATH_GetTokenNumber(lex); ++i) {
+        uint32_t type = 0;
+        uint32_t length = 0;
+        const char *text = ZR_XPATH_GetTokenExprByPos(lex, i, &type, &length);
+        tokens.emplace_back(type, std::string(text, length));
+    }
+    ZR_XPATH_FreeXpathLex(lex);
+    return tokens;
+}
+
+bool IsRefused(const std::string &expression)
+{
+    ZrXpathLex *lex = ZR_XPATH_ExprTokenize(expression.c_str());
+    ZR_XPATH_FreeXpathLex(lex);
+    return lex == nullptr;
+}
+
+TEST(ExprTokenize, RefusesNull)
+{
+    EXPECT_EQ(ZR_XPATH_ExprTokenize(nullptr), nullptr);
+}
+
+TEST(ExprTokenize, GivesNoTokensForAnEmptyOrBlankExpression)
+{
+    EXPECT_EQ(TokensOf(""), Tokens{});
+    EXPECT_EQ(TokensOf(" \t\r\n "), Tokens{});
+}
+
+TEST(ExprTokenize, PassesOverTheFourWhiteSpaceCharactersOnly)
+{
+    EXPECT_EQ(TokensOf(" a\t=\n\r1 "), (Tokens{{8, "a"}, {18, "="}, {12, "1"}}));
+    EXPECT_TRUE(IsRefused("a\v= 1"));
+    EXPECT_TRUE(IsRefused("a\f= 1"));
+    EXPECT_TRUE(IsRefused("a \xC2\xA0= 1"));
+}
+
+TEST(ExprTokenize, ReadsEverySymbol)
+{
+    const std::pair<const char *, uint32_t> symbols[] = {
+        {"(", 0},  {")", 1},   {"[", 2},   {"]", 3},  {".", 4},   {"..", 5}, {"@", 6},
+        {",", 7},  {"/", 13},  {"//", 13}, {"|", 14}, {"+", 16},  {"-", 16}, {"<", 17},
+        {">", 17}, {"<=", 17}, {">=", 17}, {"=", 18}, {"!=", 18},
+    };
+    for (const auto &[symbol, type] : symbols)
+        EXPECT_EQ(TokensOf(symbol), (Tokens{{type, symbol}})) << symbol;
+}
+
+TEST(ExprTokenize, ReadsTwoSymbolsThatStandTogether)
+{
+    EXPECT_EQ(TokensOf("<=>="), (Tokens{{17, "<="}, {17, ">="}}));
+    EXPECT_EQ(TokensOf("=!="), (Tokens{{18, "="}, {18, "!="}}));
+    EXPECT_EQ(TokensOf("///"), (Tokens{{13, "//"}, {13, "/"}}));
+    EXPECT_EQ(TokensOf("..."), (Tokens{{5, ".."}, {4, "."}}));
+    EXPECT_EQ(TokensOf("==<"), (Tokens{{18, "="}, {18, "="}, {17, "<"}}));
+}
+
+TEST(ExprTokenize, TakesAHyphenIntoAName)
+{
+    EXPECT_EQ(TokensOf("a-b"), (Tokens{{8, "a-b"}}));
+    EXPECT_EQ(TokensOf("a - b"), (Tokens{{8, "a"}, {16, "-"}, {8, "b"}}));
+    EXPECT_EQ(TokensOf("a -b"), (Tokens{{8, "a"}, {16, "-"}, {8, "b"}}));
+}
+
+TEST(ExprTokenize, ReadsAStarByItsPlace)
+{
+    EXPECT_EQ(TokensOf("* * *"), (Tokens{{8, "*"}, {15, "*"}, {8, "*"}}));
+    EXPECT_EQ(TokensOf("count(*)"), (Tokens{{10, "count"}, {0, "("}, {8, "*"}, {1, ")"}}));
+    EXPECT_EQ(TokensOf("a/*"), (Tokens{{8, "a"}, {13, "/"}, {8, "*"}}));
+    EXPECT_EQ(TokensOf("a[*]*@*"),
+              (Tokens{{8, "a"}, {2, "["}, {8, "*"}, {3, "]"}, {15, "*"}, {6, "@"}, {8, "*"}}));
+}
+
+TEST(ExprTokenize, ReadsAnAttributeSign)
+{
+    EXPECT_EQ(TokensOf("@x"), (Tokens{{6, "@"}, {8, "x"}}));
+}
+
+TEST(ExprTokenize, ReadsDots)
+{
+    EXPECT_EQ(TokensOf("../a"), (Tokens{{5, ".."}, {13, "/"}, {8, "a"}}));
+    EXPECT_EQ(TokensOf("."), (Tokens{{4, "."}}));
+    EXPECT_EQ(TokensOf("./.5"), (Tokens{{4, "."}, {13, "/"}, {12, ".5"}}));
+}
+
+TEST(ExprTokenize, ReadsAQualifiedName)
+{
+    EXPECT_EQ(TokensOf("p:a/q:*"), (Tokens{{8, "p:a"}, {13, "/"}, {8, "q:*"}}));
+    EXPECT_EQ(TokensOf("_x.1-y"), (Tokens{{8, "_x.1-y"}}));
+}
+
+TEST(ExprTokenize, ReadsAWordAsAnOperatorOnlyAfterAnOperand)
+{
+    EXPECT_EQ(TokensOf("x and y"), (Tokens{{8, "x"}, {19, "and"}, {8, "y"}}));
+    EXPECT_EQ(TokensOf("and"), (Tokens{{8, "and"}}));
+    EXPECT_EQ(TokensOf("or or or"), (Tokens{{8, "or"}, {20, "or"}, {8, "or"}}));
+    EXPECT_EQ(TokensOf("div div mod mod mod"),
+              (Tokens{{8, "div"}, {15, "div"}, {8, "mod"}, {15, "mod"}, {8, "mod"}}));
+    EXPECT_EQ(TokensOf("/and"), (Tokens{{13, "/"}, {8, "and"}}));
+}
+
+TEST(ExprTokenize, ReadsTheBeginningOfAWordAsAnOperator)
+{
+    EXPECT_EQ(TokensOf("x andy"), (Tokens{{8, "x"}, {19, "and"}, {8, "y"}}));
+    EXPECT_EQ(TokensOf("1 andx"), (Tokens{{12, "1"}, {19, "and"}, {8, "x"}}));
+    EXPECT_EQ(TokensOf("1 order"), (Tokens{{12, "1"}, {20, "or"}, {8, "der"}}));
+}
+
+TEST(ExprTokenize, RefusesAnotherWordWhereAnOperatorIsDue)
+{
+    EXPECT_TRUE(IsRefused("a b"));
+    EXPECT_TRUE(IsRefused("1 x"));
+    EXPECT_TRUE(IsRefused("'a' an"));
+}
+
+TEST(ExprTokenize, ReadsTheNameBeforeAParenthesisAsAFunction)
+{
+    EXPECT_EQ(TokensOf("not(a)"), (Tokens{{10, "not"}, {0, "("}, {8, "a"}, {1, ")"}}));
+    EXPECT_EQ(TokensOf("f ("), (Tokens{{10, "f"}, {0, "("}}));
+    EXPECT_EQ(TokensOf("*("), (Tokens{{10, "*"}, {0, "("}}));
+    EXPECT_EQ(TokensOf("1("), (Tokens{{12, "1"}, {0, "("}}));
+}
+
+TEST(ExprTokenize, ReadsLiteralsWithTheirQuotes)
+{
+    EXPECT_EQ(TokensOf("'it''s'"), (Tokens{{11, "'it'"}, {11, "'s'"}}));
+    EXPECT_EQ(TokensOf("''\"\""), (Tokens{{11, "''"}, {11, "\"\""}}));
+    EXPECT_EQ(TokensOf("\"it's\""), (Tokens{{11, "\"it's\""}}));
+    EXPECT_EQ(TokensOf("'\xC3\xA4 $'"), (Tokens{{11, "'\xC3\xA4 $'"}}));
+}
+
+TEST(ExprTokenize, RefusesALiteralWithoutItsEnd)
+{
+    EXPECT_TRUE(IsRefused("'abc"));
+    EXPECT_TRUE(IsRefused("\"abc'"));
+    EXPECT_TRUE(IsRefused("a = '"));
+}
+
+TEST(ExprTokenize, ReadsNumbers)
+{
+    EXPECT_EQ(TokensOf("7"), (Tokens{{12, "7"}}));
+    EXPECT_EQ(TokensOf("12.50"), (Tokens{{12, "12.50"}}));
+    EXPECT_EQ(TokensOf(".5"), (Tokens{{12, ".5"}}));
+    EXPECT_EQ(TokensOf("1."), (Tokens{{12, "1."}}));
+    EXPECT_EQ(TokensOf("1 2"), (Tokens{{12, "1"}, {12, "2"}}));
+}
+
+TEST(ExprTokenize, CountsTheDotsOfANumberAfterItsFirstCharacter)
+{
+    EXPECT_EQ(TokensOf(".5.3"), (Tokens{{12, ".5.3"}}));
+    EXPECT_TRUE(IsRefused("1.2.3"));
+    EXPECT_TRUE(IsRefused("1.."));
+    EXPECT_TRUE(IsRefused(".5.3."));
+}
+
+TEST(ExprTokenize, RefusesAxesVariablesAndOtherCharacters)
+{
+    for (const char *expression :
+         {"child::x", "$v", ":", "a!", "!", "#", "%",    "&",    "{",    "}",
+          "a;b",      "\\", "^", "`",  "~", "?", "\x80", "\xFF", "\x01", "a = \xC3\xA4"})
+        EXPECT_TRUE(IsRefused(expression)) << expression;
+}
+
+TEST(ExprTokenize, KeepsTheStartOfEveryTokenAndTheCallersText)
+{
+    const char *expression = "  a  =  'b'";
+    ZrXpathLex *lex = ZR_XPATH_ExprTokenize(expression);
+    ASSERT_NE(lex, nullptr);
+    EXPECT_EQ(lex->expression, expression);
+    ASSERT_EQ(lex->count, 3u);
+    EXPECT_EQ(lex->tokens[0].start, 2u);
+    EXPECT_EQ(lex->tokens[1].start, 5u);
+    EXPECT_EQ(lex->tokens[2].start, 8u);
+    EXPECT_EQ(ZR_XPATH_GetTokenExprByPos(lex, 2, nullptr, nullptr), expression + 8);
+    ZR_XPATH_FreeXpathLex(lex);
+}
+
+TEST(ExprTokenize, GrowsTheListByTenAtTheEleventhToken)
+{
+    ZrXpathLex *ten = ZR_XPATH_ExprTokenize("1 1 1 1 1 1 1 1 1 1");
+    ASSERT_NE(ten, nullptr);
+    EXPECT_EQ(ten->count, 10u);
+    EXPECT_EQ(ten->capacity, 10u);
+    ZR_XPATH_FreeXpathLex(ten);
+    ZrXpathLex *eleven = ZR_XPATH_ExprTokenize("1 2 3 4 5 6 7 8 9 10 11");
+    ASSERT_NE(eleven, nullptr);
+    EXPECT_EQ(eleven->count, 11u);
+    EXPECT_EQ(eleven->capacity, 20u);
+    EXPECT_EQ(std::string(ZR_XPATH_GetTokenExprByPos(eleven, 0, nullptr, nullptr), 1), "1");
+    EXPECT_EQ(std::string(ZR_XPATH_GetTokenExprByPos(eleven, 10, nullptr, nullptr), 2), "11");
+    ZR_XPATH_FreeXpathLex(eleven);
+}
+
+TEST(ExprTokenize, FreesThePartialListWhenAnAllocationFails)
+{
+    const std::string expression = "a or b or c or d or e or f or g or h or i or j or k or l";
+    for (uint64_t n = 0;; ++n) {
+        zrtest::AllocGuard guard;
+        guard.FailAt(n);
+        ZrXpathLex *lex = ZR_XPATH_ExprTokenize(expression.c_str());
+        if (guard.Count() <= n) {
+            EXPECT_EQ(ZR_XPATH_GetTokenNumber(lex), 23u);
+            EXPECT_GE(n, 4u);
+            ZR_XPATH_FreeXpathLex(lex);
+            break;
+        }
+        EXPECT_EQ(lex, nullptr) << n;
+        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
+    }
+}
+
+TEST(ExprTokenize, FreesThePartialListWhenAScanFails)
+{
+    zrtest::AllocGuard guard;
+    EXPECT_EQ(ZR_XPATH_ExprTokenize("a or b or c or d or e or f or $"), nullptr);
+    EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
+TEST(FreeXpathLex, AcceptsNullAndAListWithoutTokens)
+{
+    ZR_XPATH_FreeXpathLex(nullptr);
+    zrtest::AllocGuard guard;
+    ZR_XPATH_FreeXpathLex(ZR_XPATH_ExprTokenize(""));
+    EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
+TEST(GetTokenNumber, IsNoneForNull)
+{
+    EXPECT_EQ(ZR_XPATH_GetTokenNumber(nullptr), 0u);
+}
+
+TEST(GetTokenExprByPos, IsNullForNullAndPastTheEnd)
+{
+    ZrXpathLex *lex = ZR_XPATH_ExprTokenize("a");
+    uint32_t type = 77;
+    uint32_t length = 78;
+    EXPECT_EQ(ZR_XPATH_GetTokenExprByPos(nullptr, 0, &type, &length), nullptr);
+    EXPECT_EQ(ZR_XPATH_GetTokenExprByPos(lex, 1, &type, &length), nullptr);
+    EXPECT_EQ(type, 77u);
+    EXPECT_EQ(length, 78u);
+    EXPECT_NE(ZR_XPATH_GetTokenExprByPos(lex, 0, nullptr, &length), nullptr);
+    EXPECT_EQ(length, 1u);
+    ZR_XPATH_FreeXpathLex(lex);
+}
+
+TEST(IsCurTokenOperator, HoldsForPathOperatorsAndAllBinaryOperators)
+{
+    for (uint32_t type = 0; type <= 22; ++type)
+        EXPECT_EQ(ZR_XPATH_IsCurTokenOperator(type), type >= 13 && type <= 20 ? 1u : 0u) << type;
+}
+
+TEST(IsNextTokenOperator, HoldsAfterWhatEndsAnOperand)
+{
+    const uint32_t expected[] = {
+        0, 1, 0, 1, 1, 1, 0, 0, // ( ) [ ] . .. @ ,
+        1, 1, 1, 1, 1,          // name, reserved, function, literal, number
+        0, 0, 0, 0, 0, 0, 0, 0, // operators
+        0                       // nothing
+    };
+    for (uint32_t type = 0; type < std::size(expected); ++type)
+        EXPECT_EQ(ZR_XPATH_IsNextTokenOperator(type), expected[type]) << type;
+}
+
+TEST(GetTokenExprType, GivesTheClassOfEveryTokenType)
+{
+    for (uint32_t type = 0; type <= 13; ++type)
+        EXPECT_EQ(ZR_XPATH_GetTokenExprType(type), 8u) << type;
+    const std::pair<uint32_t, uint32_t> classes[] = {{14, 7}, {15, 5},        {16, 4}, {17, 3},
+                                                     {18, 2}, {19, 1},        {20, 0}, {21, 8},
+                                                     {22, 8}, {UINT32_MAX, 8}};
+    for (const auto &[type, operatorClass] : classes)
+        EXPECT_EQ(ZR_XPATH_GetTokenExprType(type), operatorClass) << type;
+}
+
+} // namespace
