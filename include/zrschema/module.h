@@ -1,0 +1,250 @@
+/**
+ * @file module.h
+ * Queries on loaded modules: header, typedefs, identities, features, and scans.
+ *
+ * A module belongs to its context. It lives until it is unloaded or reloaded or the context is
+ * deleted; its name finds it again with ZR_CTX_GetModuleByModName(). All texts that the functions
+ * return belong to the schema and live as long as the module; identities and types are good until
+ * the next load or unload in the context, because a further file of a module can add to it.
+ *
+ * What only reads may run at the same time on any number of threads, as long as nothing is loaded,
+ * unloaded or changed in the context meanwhile. The functions that change a module are marked; they
+ * must not run while anything else uses the context.
+ */
+#ifndef ZRSCHEMA_MODULE_H
+#define ZRSCHEMA_MODULE_H
+
+#include <zrschema/types.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/**
+ * @name Header
+ * @{
+ */
+
+/**
+ * Returns a module's name (RFC 7950, section 7.1).
+ *
+ * @param module  a loaded module; null gives null
+ * @return the name
+ */
+ZR_API const char *ZR_MOD_GetModuleName(const ZrMod *module);
+
+/**
+ * Returns a module's XML namespace (RFC 7950, section 7.1.3).
+ *
+ * @param module  a loaded module; null gives null
+ * @return the namespace, or null when the module states none
+ */
+ZR_API const char *ZR_MOD_GetModuleNs(const ZrMod *module);
+
+/**
+ * Returns the prefix that a module gives itself (RFC 7950, section 7.1.4).
+ *
+ * @param module  a loaded module; null gives null
+ * @return the prefix, or null when the module states none
+ */
+ZR_API const char *ZR_MOD_GetModulePrefix(const ZrMod *module);
+
+/**
+ * Returns the organization that is responsible for a module (RFC 7950, section 7.1.7).
+ *
+ * @param module  a loaded module; null gives null
+ * @return the text, or null when the module states none
+ */
+ZR_API const char *ZR_MOD_GetOrganization(const ZrMod *module);
+
+/**
+ * Returns a module's revision (RFC 7950, section 7.1.9).
+ *
+ * @param module  a loaded module; null gives null
+ * @return the date of the first "revision" statement, the newest by convention, as "YYYY-MM-DD";
+ *         null when the module states none
+ */
+ZR_API const char *ZR_MOD_GetRevision(const ZrMod *module);
+
+/** @} */
+
+/**
+ * @name Private pointer
+ * @{
+ */
+
+/**
+ * Returns the pointer that the application has stored with a module.
+ *
+ * @param module  a loaded module; null gives null
+ * @return the pointer; null in a module that has just been loaded or reloaded
+ */
+ZR_API void *ZR_MOD_GetPrivate(const ZrMod *module);
+
+/**
+ * Stores a pointer of the application with a module. The library never looks behind it and never
+ * frees it. Changes the module.
+ *
+ * @param module       a loaded module; null is ignored
+ * @param privateData  the pointer; may be null
+ */
+ZR_API void ZR_MOD_SetPrivate(ZrMod *module, void *privateData);
+
+/** @} */
+
+/**
+ * @name Typedefs and identities
+ * @{
+ */
+
+/**
+ * Returns the type of a module's typedef (RFC 7950, section 7.3).
+ *
+ * @param module  a loaded module; null gives null
+ * @param name    the typedef's name, without prefix; null gives null
+ * @return the type inside the typedef, or null when the module has no typedef of that name
+ */
+ZR_API const ZrtRealType *ZR_MOD_GetRealTypeByTypDefName(const ZrMod *module, const char *name);
+
+/**
+ * Returns an identity's name (RFC 7950, section 7.18).
+ *
+ * @param identity  an identity, from a scan; null gives null
+ * @return the name
+ */
+ZR_API const char *ZR_MOD_GetIdentityName(const ZrsIdentity *identity);
+
+/**
+ * Returns an identity's description (RFC 7950, section 7.21.3).
+ *
+ * @param identity  an identity, from a scan; null gives null
+ * @return the text; null when there is none or the context does not keep descriptions
+ *         (#ZR_CTX_KEEP_DESCRIPTIONS)
+ */
+ZR_API const char *ZR_MOD_GetIdentityDescription(const ZrsIdentity *identity);
+
+/** @} */
+
+/**
+ * @name Features
+ * @{
+ */
+
+/**
+ * Turns a feature of a loaded module on. Changes the module.
+ *
+ * Features are off after loading. The effect is immediate: node queries, printing and validation
+ * read the feature's bit each time (RFC 7950, section 7.20.1). The conditions of the feature
+ * itself are not looked at.
+ *
+ * @param module  a loaded module; null gives 22
+ * @param name    the feature's name, or "*" for all of the module's features; null gives 22
+ * @retval 0   the feature, or every feature for "*" (there may be none), is on
+ * @retval 22  a null argument, or no feature of that name; nothing changed
+ * @note Not to be called while another thread uses the same context.
+ */
+ZR_API uint32_t ZR_MOD_EnableFeature(ZrMod *module, const char *name);
+
+/**
+ * Turns a feature of a loaded module off. Changes the module.
+ *
+ * The effect is immediate, as with ZR_MOD_EnableFeature(). Features are turned off one by one:
+ * "*" does not stand for all of them here.
+ *
+ * @param module  a loaded module; null gives 22
+ * @param name    the feature's name; null gives 22
+ * @retval 0   the feature is off
+ * @retval 22  a null argument, or no feature of that name; nothing changed
+ * @note Not to be called while another thread uses the same context.
+ */
+ZR_API uint32_t ZR_MOD_DisableFeature(ZrMod *module, const char *name);
+
+/** @} */
+
+/**
+ * @name Scans
+ *
+ * A callback gets its argument `userData` unchanged. 0 from it goes on; any other result stops the
+ * scan and is the scan's result. A callback must not load or unload anything, and must not change
+ * what is scanned.
+ * @{
+ */
+
+/**
+ * Scans the extension instances at the top of a module (RFC 7950, section 7.19).
+ *
+ * Instances that stand below another one are reached with ZR_EXT_ScanAllChildExtInsts().
+ *
+ * @param module    a loaded module; null gives 22
+ * @param callback  called for each instance in order; null gives 22
+ * @param userData  handed to the callback; may be null
+ * @retval 0   all were scanned; there may be none
+ * @retval 22  a null module or callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_MOD_ScanAllExtInsts(const ZrMod *module, ZrExtInstScanFunc callback,
+                                       void *userData);
+
+/**
+ * Scans the top-level nodes of a module: its data nodes, then its rpcs, then its notifications,
+ * each in schema order. Augments are not among them.
+ *
+ * @param module    a loaded module; null gives 0
+ * @param callback  called with each node and #ZR_ARRIVAL_ROOT; null gives 22
+ * @param userData  handed to the callback; may be null
+ * @retval 0   all were scanned; there may be none
+ * @retval 22  a null callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_MOD_IterScanTopmostNode(const ZrMod *module, ZrNodeScanFunc callback,
+                                           void *userData);
+
+/**
+ * Scans the augments of a module (RFC 7950, section 7.17), coupled or not.
+ *
+ * What an augment adds is scanned with ZR_NODE_IterScanChildrenNode(), which also works while the
+ * nodes stand in the augment's target.
+ *
+ * @param module    a loaded module; null gives 0
+ * @param callback  called with each augment node and #ZR_ARRIVAL_ROOT; null gives 22
+ * @param userData  handed to the callback; may be null
+ * @retval 0   all were scanned; there may be none
+ * @retval 22  a null callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_MOD_IterScanAugmentNode(const ZrMod *module, ZrNodeScanFunc callback,
+                                           void *userData);
+
+/**
+ * Scans the identities that a module defines (RFC 7950, section 7.18).
+ *
+ * @param module    a loaded module; null gives 0
+ * @param callback  called for each identity in order; null gives 22
+ * @param userData  handed to the callback; may be null
+ * @retval 0   all were scanned; there may be none
+ * @retval 22  a null callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_MOD_ScanAllIdentity(const ZrMod *module, ZrIdentityScanFunc callback,
+                                       void *userData);
+
+/**
+ * Scans the bases of an identity (RFC 7950, section 7.18.2).
+ *
+ * @param identity  an identity, from a scan; null gives 0
+ * @param callback  called for each base in order, with module name and identity name; null gives 22
+ * @param userData  handed to the callback; may be null
+ * @retval 0   all were scanned; there may be none
+ * @retval 22  a null callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_MOD_ScanIdentityBase(const ZrsIdentity *identity, ZrIdentBaseScanFunc callback,
+                                        void *userData);
+
+/** @} */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

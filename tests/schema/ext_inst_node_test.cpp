@@ -1,0 +1,162 @@
+// Extension instances of schema nodes.
+#include "schema/ext_inst.h"
+#include "schema/record_fixture.h"
+
+namespace {
+
+class NodeExtInst : public zrtest::RecordTest {
+protected:
+    void SetUp() override
+    {
+        module_ = NewModule("m");
+        node_ = AddData(module_, ZR_NODE_CONTAINER, "c");
+    }
+    std::string Instances(const ZrNode *node)
+    {
+        std::string text;
+        auto collect = [](const ZrsExtInst *, const char *moduleName, const char *extensionName,
+                          const char *argument, void *userData) {
+            *static_cast<std::string *>(userData) += std::string(moduleName) + ":" + extensionName +
+                                                     "(" + (argument == nullptr ? "-" : argument) +
+                                                     ")";
+            return uint32_t{0};
+        };
+        EXPECT_EQ(ZR_NODE_ScanAllExtInsts(node, collect, &text), 0u);
+        return text;
+    }
+    ZrMod *module_ = nullptr;
+    ZrNode *node_ = nullptr;
+};
+
+TEST_F(NodeExtInst, IsAppendedInOrder)
+{
+    EXPECT_EQ(Instances(node_), "");
+    EXPECT_EQ(ZR_NODE_AppendExtInst(node_, "n", "a", "x"), 0u);
+    EXPECT_EQ(ZR_NODE_AppendExtInst(node_, "n", "b", nullptr), 0u);
+    EXPECT_EQ(Instances(node_), "n:a(x)n:b(-)");
+}
+
+TEST_F(NodeExtInst, AppendedTwiceStandsThereOnce)
+{
+    EXPECT_EQ(ZR_NODE_AppendExtInst(node_, "n", "a", "x"), 0u);
+    EXPECT_EQ(ZR_NODE_AppendExtInst(node_, "n", "a", "x"), 0u);
+    EXPECT_EQ(node_->extInstCount, 1);
+    EXPECT_EQ(ZR_NODE_AppendExtInst(node_, "n", "a", "y"), 0u);
+    EXPECT_EQ(Instances(node_), "n:a(x)n:a(y)");
+}
+
+TEST_F(NodeExtInst, NeedsNodeModuleContextAndNames)
+{
+    EXPECT_EQ(ZR_NODE_AppendExtInst(nullptr, "n", "a", nullptr), 22u);
+    EXPECT_EQ(ZR_NODE_AppendExtInst(node_, nullptr, "a", nullptr), 22u);
+    EXPECT_EQ(ZR_NODE_AppendExtInst(node_, "n", nullptr, nullptr), 22u);
+    ZrNode homeless = {};
+    EXPECT_EQ(ZR_NODE_AppendExtInst(&homeless, "n", "a", nullptr), 22u);
+    ZrMod withoutContext = {};
+    homeless.module = &withoutContext;
+    EXPECT_EQ(ZR_NODE_AppendExtInst(&homeless, "n", "a", nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_AppendOneExtInst(dict_, nullptr, "n", "a", nullptr), 22u);
+}
+
+TEST_F(NodeExtInst, AppendWithoutMemoryAddsNothing)
+{
+    FailEachAllocation([&] { return ZR_NODE_AppendExtInst(node_, "new", "a", "x"); },
+                       [&](uint32_t status, bool failed) {
+                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(Instances(node_), failed ? "" : "new:a(x)");
+                           ZR_NODE_CleanExtInsts(node_);
+                       });
+}
+
+TEST_F(NodeExtInst, OfDefaultDenyAllMarksEverythingBelow)
+{
+    ZrNode *list = AddChild(node_, ZR_NODE_LIST, "l");
+    ZrNode *leaf = AddChild(list, ZR_NODE_LEAF, "x");
+    ZrNode *other = AddData(module_, ZR_NODE_CONTAINER, "other");
+    EXPECT_EQ(ZR_NODE_AppendExtInst(node_, "ietf-netconf-acm", "default-deny-all", nullptr), 0u);
+    for (const ZrNode *node : {node_, list, leaf}) {
+        EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyAll(node), 1u) << node->name;
+        EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyWrite(node), 0u) << node->name;
+    }
+    EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyAll(other), 0u);
+}
+
+TEST_F(NodeExtInst, OfDefaultDenyWriteMarksEverythingBelow)
+{
+    ZrNode *leaf = AddChild(node_, ZR_NODE_LEAF, "x");
+    EXPECT_EQ(ZR_NODE_AppendExtInst(node_, "ietf-netconf-acm", "default-deny-write", nullptr), 0u);
+    EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyWrite(node_), 1u);
+    EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyWrite(leaf), 1u);
+}
+
+TEST_F(NodeExtInst, OfAnotherModuleMarksNothing)
+{
+    EXPECT_EQ(ZR_NODE_AppendExtInst(node_, "n", "default-deny-all", nullptr), 0u);
+    EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyAll(node_), 0u);
+}
+
+TEST_F(NodeExtInst, IsReplacedByACopyOfAnotherNodes)
+{
+    ZrNode *source = AddData(module_, ZR_NODE_CONTAINER, "source");
+    ASSERT_EQ(ZR_NODE_AppendExtInst(source, "n", "a", "x"), 0u);
+    ASSERT_EQ(ZRS_EXT_UpdateExtInstChildInsts(dict_, &source->extInsts[0], source->extInsts, 1),
+              0u);
+    ASSERT_EQ(ZR_NODE_AppendExtInst(node_, "n", "old", nullptr), 0u);
+    ASSERT_EQ(ZR_NODE_AppendExtInst(node_, "n", "older", nullptr), 0u);
+    EXPECT_EQ(ZR_NODE_ReplaceDstExtInst(node_, source), 0u);
+    EXPECT_EQ(Instances(node_), "n:a(x)");
+    EXPECT_EQ(node_->extInsts[0].childCount, 1);
+    EXPECT_EQ(Instances(source), "n:a(x)");
+    EXPECT_EQ(ZR_NODE_ReplaceDstExtInst(node_, node_), 0u); // by its own: the same again
+    EXPECT_EQ(Instances(node_), "n:a(x)");
+}
+
+TEST_F(NodeExtInst, IsNotReplacedByNothing)
+{
+    ZrNode *source = AddData(module_, ZR_NODE_CONTAINER, "source");
+    ASSERT_EQ(ZR_NODE_AppendExtInst(node_, "n", "a", "x"), 0u);
+    EXPECT_EQ(ZR_NODE_ReplaceDstExtInst(node_, source), 22u);
+    EXPECT_EQ(ZR_NODE_ReplaceDstExtInst(node_, nullptr), 22u);
+    EXPECT_EQ(ZR_NODE_ReplaceDstExtInst(nullptr, node_), 22u);
+    ZrNode homeless = {};
+    EXPECT_EQ(ZR_NODE_ReplaceDstExtInst(&homeless, node_), 22u);
+    EXPECT_EQ(Instances(node_), "n:a(x)");
+}
+
+TEST_F(NodeExtInst, StaysWhenTheReplacementCannotBeCopied)
+{
+    ZrNode *source = AddData(module_, ZR_NODE_CONTAINER, "source");
+    ASSERT_EQ(ZR_NODE_AppendExtInst(source, "n", "b", nullptr), 0u);
+    ASSERT_EQ(ZR_NODE_AppendExtInst(node_, "n", "a", nullptr), 0u);
+    guard_.FailAt(0);
+    EXPECT_EQ(ZR_NODE_ReplaceDstExtInst(node_, source), 12u);
+    guard_.FailNone();
+    EXPECT_EQ(Instances(node_), "n:a(-)");
+}
+
+TEST_F(NodeExtInst, AllAreCleaned)
+{
+    ASSERT_EQ(ZR_NODE_AppendExtInst(node_, "n", "a", nullptr), 0u);
+    ZR_NODE_CleanExtInsts(node_);
+    EXPECT_EQ(node_->extInstCount, 0);
+    EXPECT_EQ(node_->extInsts, nullptr);
+    ZR_NODE_CleanExtInsts(node_);
+    ZR_NODE_CleanExtInsts(nullptr);
+}
+
+TEST_F(NodeExtInst, ScanStopsAtANonZeroResult)
+{
+    ASSERT_EQ(ZR_NODE_AppendExtInst(node_, "n", "a", nullptr), 0u);
+    ASSERT_EQ(ZR_NODE_AppendExtInst(node_, "n", "b", nullptr), 0u);
+    int calls = 0;
+    auto stop = [](const ZrsExtInst *, const char *, const char *, const char *, void *userData) {
+        ++*static_cast<int *>(userData);
+        return uint32_t{5};
+    };
+    EXPECT_EQ(ZR_NODE_ScanAllExtInsts(node_, stop, &calls), 5u);
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(ZR_NODE_ScanAllExtInsts(nullptr, stop, &calls), 22u);
+    EXPECT_EQ(ZR_NODE_ScanAllExtInsts(node_, nullptr, &calls), 22u);
+}
+
+} // namespace

@@ -1,0 +1,115 @@
+#include "schema/members.h"
+#include "schema/record_fixture.h"
+#include "types/real_type.h"
+
+namespace {
+
+class TypeDef : public zrtest::RecordTest {
+protected:
+    void SetUp() override { module_ = NewModule("m"); }
+    void TearDown() override
+    {
+        ZRT_TYPE_DestroyZrtRealTypeInner(ctx_, &derived_);
+        RecordTest::TearDown();
+    }
+    // A type derived from the module's typedef of that name.
+    const ZrtRealType *DerivedFrom(const char *name)
+    {
+        ZRT_TYPE_DestroyZrtRealTypeInner(ctx_, &derived_);
+        auto *body = zr::AllocRecord<ZrtConsDerived>();
+        body->moduleName = ZR_DICT_Insert(dict_, "m");
+        body->typedefName = ZR_DICT_Insert(dict_, name);
+        EXPECT_EQ(ZRT_TYPE_ExpandConstraintArray(&derived_, 1), 0u);
+        derived_.constraints[0] = {ZRT_CONS_DERIVED, body};
+        derived_.consCount = 1;
+        return &derived_;
+    }
+    ZrMod *module_ = nullptr;
+    ZrtRealType plain_ = {ZRT_TYPE_INT8, 0, 0, nullptr};
+    ZrtRealType derived_ = {};
+};
+
+TEST_F(TypeDef, NeedsNameAndType)
+{
+    ZrsTypDef record = {};
+    EXPECT_EQ(ZRS_MOD_FillTypeDef(ctx_, &record, nullptr, &plain_, "1"), 22u);
+    EXPECT_EQ(ZRS_MOD_FillTypeDef(ctx_, &record, "t", nullptr, "1"), 22u);
+    EXPECT_EQ(ZRS_MOD_FillTypeDef(ctx_, nullptr, "t", &plain_, "1"), 22u);
+    EXPECT_EQ(ZRS_MOD_FillTypeDef(nullptr, &record, "t", &plain_, "1"), 22u);
+    EXPECT_EQ(ZRS_MOD_AppendOneTypeDef(nullptr, "t", &plain_, "1"), 22u);
+    EXPECT_EQ(ZRS_MOD_AppendOneTypeDef(module_, nullptr, &plain_, "1"), 22u);
+    EXPECT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "t", nullptr, "1"), 22u);
+}
+
+TEST_F(TypeDef, HoldsACopyOfTheTypeAndNoUnits)
+{
+    const ZrtRealType *source = DerivedFrom("base");
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "t", source, "1"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "u", &plain_, nullptr), 0u);
+    const ZrsTypDef *array = module_->typedefs;
+    EXPECT_STREQ(array[0].name, "t");
+    EXPECT_STREQ(array[0].defaultValue, "1");
+    EXPECT_EQ(array[0].units, nullptr);
+    ASSERT_EQ(array[0].realType.consCount, 1);
+    EXPECT_NE(array[0].realType.constraints, source->constraints);
+    EXPECT_STREQ(ZRT_TYPE_GetTypeConsDataDerived(&array[0].realType)->typedefName, "base");
+    EXPECT_EQ(array[1].defaultValue, nullptr);
+    EXPECT_EQ(array[1].realType.baseType, ZRT_TYPE_INT8);
+}
+
+TEST_F(TypeDef, WithoutMemoryHoldsNothing)
+{
+    const ZrtRealType *source = DerivedFrom("base");
+    ZrsTypDef record;
+    FailEachAllocation([&] { return ZRS_MOD_FillTypeDef(ctx_, &record, "t", source, "1"); },
+                       [&](uint32_t status, bool failed) {
+                           // the strings first (12), then the type (22)
+                           EXPECT_EQ(status != 0, failed);
+                           EXPECT_TRUE(status == 0 || status == 12 || status == 22) << status;
+                           EXPECT_EQ(record.name == nullptr, failed);
+                           EXPECT_EQ(record.defaultValue == nullptr, failed);
+                           ZRS_TYPE_DestroyTypDefInner(ctx_, &record);
+                       });
+}
+
+TEST_F(TypeDef, OfATypeThatCannotBeCopiedIsInvalid)
+{
+    ZrtConsSlot slot = {ZRT_CONS_RANGE, nullptr}; // a slot without a body
+    ZrtRealType broken = {ZRT_TYPE_INT8, 0, 1, &slot};
+    ZrsTypDef record;
+    EXPECT_EQ(ZRS_MOD_FillTypeDef(ctx_, &record, "t", &broken, "1"), 22u);
+    EXPECT_EQ(record.name, nullptr);
+    EXPECT_EQ(record.defaultValue, nullptr);
+    EXPECT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "t", &broken, "1"), 22u);
+    EXPECT_EQ(module_->typedefCount, 0);
+}
+
+TEST_F(TypeDef, IsFoundByItsName)
+{
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "t", &plain_, nullptr), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "u", &plain_, nullptr), 0u);
+    std::string name = "u";
+    EXPECT_EQ(ZRS_MOD_FindTypDefObjByName(module_->typedefs, 2, name.c_str()),
+              &module_->typedefs[1]);
+    EXPECT_EQ(ZRS_MOD_FindTypDefObjByName(module_->typedefs, 1, "u"), nullptr);
+    EXPECT_EQ(ZRS_MOD_FindTypDefObjByName(nullptr, 2, "u"), nullptr);
+    EXPECT_EQ(ZRS_MOD_FindZrsTypDefByName(module_, name.c_str()), &module_->typedefs[1]);
+    EXPECT_EQ(ZRS_MOD_FindZrsTypDefByName(module_, "v"), nullptr);
+    EXPECT_EQ(ZRS_MOD_FindZrsTypDefByName(nullptr, "u"), nullptr);
+}
+
+TEST_F(TypeDef, IsDestroyedWithItsUnits)
+{
+    int64_t blocks = guard_.LiveBlocks();
+    ZrsTypDef record;
+    ASSERT_EQ(ZRS_MOD_FillTypeDef(ctx_, &record, "t", &plain_, "1"), 0u);
+    record.units = ZR_DICT_Insert(dict_, "seconds");
+    ZRS_TYPE_DestroyTypDefInner(ctx_, &record);
+    EXPECT_EQ(record.name, nullptr);
+    EXPECT_EQ(record.units, nullptr);
+    EXPECT_EQ(guard_.LiveBlocks(), blocks);
+    ZRS_TYPE_DestroyTypDefInner(ctx_, nullptr);
+    ZRS_TYPE_FreeTypDefArray(ctx_, nullptr, 0);
+}
+
+} // namespace

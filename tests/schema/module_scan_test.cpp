@@ -1,0 +1,155 @@
+#include "schema/ext_inst.h"
+#include "schema/members.h"
+#include "schema/record_arrays.h"
+#include "schema/record_fixture.h"
+
+namespace {
+
+class ModuleScan : public zrtest::RecordTest {
+protected:
+    void SetUp() override
+    {
+        module_ = NewModule("m");
+        AddTop(module_, module_->augments, ZR_NODE_AUGMENT, "/n:a");
+        AddTop(module_, module_->augments, ZR_NODE_AUGMENT, "/n:b");
+        AddTop(module_, module_->notifications, ZR_NODE_NOTIFICATION, "event");
+        AddTop(module_, module_->rpcs, ZR_NODE_RPC, "call");
+        ZrNode *top = AddData(module_, ZR_NODE_CONTAINER, "top");
+        AddData(module_, ZR_NODE_LEAF, "leaf");
+        AddChild(top, ZR_NODE_LEAF, "inner");
+    }
+    // Scans with a callback that notes the names and gives `stopResult` at `stopAt`.
+    std::string Scan(uint32_t (*scan)(const ZrMod *, ZrNodeScanFunc, void *), const char *stopAt,
+                     uint32_t expectedResult)
+    {
+        Seen seen = {"", stopAt, 9};
+        auto note = [](ZrNode *node, uint32_t arrival, void *userData) {
+            auto *into = static_cast<Seen *>(userData);
+            EXPECT_EQ(arrival, uint32_t{ZR_ARRIVAL_ROOT});
+            into->names += std::string(node->name) + " ";
+            return into->stopAt == node->name ? into->stopResult : 0;
+        };
+        EXPECT_EQ(scan(module_, note, &seen), expectedResult);
+        return seen.names;
+    }
+    struct Seen {
+        std::string names;
+        std::string stopAt;
+        uint32_t stopResult;
+    };
+    ZrMod *module_ = nullptr;
+};
+
+TEST_F(ModuleScan, OfTopNodesSeesDataThenRpcsThenNotifications)
+{
+    EXPECT_EQ(Scan(ZR_MOD_IterScanTopmostNode, "", 0), "top leaf call event ");
+}
+
+TEST_F(ModuleScan, OfTopNodesStopsAtANonZeroResult)
+{
+    EXPECT_EQ(Scan(ZR_MOD_IterScanTopmostNode, "leaf", 9), "top leaf ");
+    EXPECT_EQ(Scan(ZR_MOD_IterScanTopmostNode, "call", 9), "top leaf call ");
+    EXPECT_EQ(Scan(ZR_MOD_IterScanTopmostNode, "event", 9), "top leaf call event ");
+}
+
+TEST_F(ModuleScan, OfAugmentsSeesThemInOrder)
+{
+    EXPECT_EQ(Scan(ZR_MOD_IterScanAugmentNode, "", 0), "/n:a /n:b ");
+    EXPECT_EQ(Scan(ZR_MOD_IterScanAugmentNode, "/n:a", 9), "/n:a ");
+}
+
+TEST_F(ModuleScan, OfNodesTakesNullArguments)
+{
+    auto never = [](ZrNode *, uint32_t, void *) { return uint32_t{1}; };
+    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(nullptr, never, nullptr), 0u);
+    EXPECT_EQ(ZR_MOD_IterScanAugmentNode(nullptr, never, nullptr), 0u);
+    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(module_, nullptr, nullptr), 22u);
+    EXPECT_EQ(ZR_MOD_IterScanAugmentNode(module_, nullptr, nullptr), 22u);
+    const ZrMod *empty = NewModule("empty");
+    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(empty, never, nullptr), 0u);
+    EXPECT_EQ(ZR_MOD_IterScanAugmentNode(empty, never, nullptr), 0u);
+}
+
+TEST_F(ModuleScan, OfExtensionInstancesSeesThemInOrder)
+{
+    struct Noted {
+        std::string text;
+        uint32_t result;
+    } noted = {"", 0};
+    auto note = [](const ZrsExtInst *, const char *moduleName, const char *extensionName,
+                   const char *argument, void *userData) {
+        auto *into = static_cast<Noted *>(userData);
+        into->text += std::string(moduleName) + ":" + extensionName + "(" +
+                      (argument == nullptr ? "-" : argument) + ")";
+        return into->result;
+    };
+    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, note, &noted), 0u);
+    EXPECT_EQ(noted.text, "");
+    for (const char *argument : {"x", static_cast<const char *>(nullptr)})
+        ASSERT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &module_->extInsts, &module_->extInstCount,
+                                                  "n", "e", argument),
+                  0u);
+    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, note, &noted), 0u);
+    EXPECT_EQ(noted.text, "n:e(x)n:e(-)");
+    noted = {"", 4};
+    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, note, &noted), 4u);
+    EXPECT_EQ(noted.text, "n:e(x)");
+    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(nullptr, note, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, nullptr, &noted), 22u);
+}
+
+TEST_F(ModuleScan, OfIdentitiesSeesThemInOrder)
+{
+    struct Noted {
+        std::string text;
+        uint32_t result;
+    } noted = {"", 0};
+    auto note = [](const ZrsIdentity *identity, void *userData) {
+        auto *into = static_cast<Noted *>(userData);
+        into->text += ZR_MOD_GetIdentityName(identity);
+        return into->result;
+    };
+    EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, note, &noted), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "i"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "j"), 0u);
+    EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, note, &noted), 0u);
+    EXPECT_EQ(noted.text, "ij");
+    noted = {"", 3};
+    EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, note, &noted), 3u);
+    EXPECT_EQ(noted.text, "i");
+    EXPECT_EQ(ZR_MOD_ScanAllIdentity(nullptr, note, &noted), 0u);
+    EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, nullptr, &noted), 22u);
+}
+
+TEST_F(ModuleScan, OfBasesSeesThemInOrderWithTheirArray)
+{
+    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "i"), 0u);
+    ZrsIdentity *identity = &module_->identities[0];
+    for (const char *base : {"a", "b"})
+        ASSERT_EQ(zr::AppendOne(&identity->bases, &identity->baseCount,
+                                [&](ZrsIdentBase *record) {
+                                    return ZRS_MOD_FillIdentBase(dict_, record, "n", base);
+                                }),
+                  0u);
+    struct Noted {
+        std::string text;
+        uint32_t result;
+        const ZrsIdentBase *bases;
+    } noted = {"", 0, identity->bases};
+    auto note = [](const char *moduleName, const char *identityName, void *userData,
+                   const ZrsIdentBase *bases) {
+        auto *into = static_cast<Noted *>(userData);
+        EXPECT_EQ(bases, into->bases);
+        into->text += std::string(moduleName) + ":" + identityName + " ";
+        return into->result;
+    };
+    EXPECT_EQ(ZR_MOD_ScanIdentityBase(identity, note, &noted), 0u);
+    EXPECT_EQ(noted.text, "n:a n:b ");
+    noted = {"", 6, identity->bases};
+    EXPECT_EQ(ZR_MOD_ScanIdentityBase(identity, note, &noted), 6u);
+    EXPECT_EQ(noted.text, "n:a ");
+    EXPECT_EQ(ZR_MOD_ScanIdentityBase(nullptr, note, &noted), 0u);
+    EXPECT_EQ(ZR_MOD_ScanIdentityBase(identity, nullptr, &noted), 22u);
+}
+
+} // namespace

@@ -1,0 +1,102 @@
+// A context with counted allocations, modules made by hand, and failing allocations.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <zrschema/zrschema.h>
+
+#include <string>
+#include <vector>
+
+#include "foundation/memory.h"
+#include "foundation/module_tree.h"
+#include "schema/module.h"
+#include "schema/node.h"
+#include "support/alloc.h"
+
+namespace zrtest {
+
+// Every test of this fixture also checks that deleting its context gives every block back.
+class RecordTest : public ::testing::Test {
+protected:
+    RecordTest() : ctx_(ZR_CTX_Create(0)), dict_(&ctx_->dict) {}
+    void TearDown() override
+    {
+        for (ZrMod *module : detached_)
+            ZRS_MOD_Free(module);
+        ZR_CTX_Delete(ctx_);
+        EXPECT_EQ(guard_.LiveBlocks(), 0);
+    }
+
+    // A module with namespace urn:NAME and prefix NAME; `linked` ones are found in the context.
+    ZrMod *NewModule(const std::string &name, bool linked = true)
+    {
+        ZrMod *module = zr::NewModule(ctx_);
+        module->name = ZR_DICT_Insert(dict_, name.c_str());
+        module->ns = ZR_DICT_Insert(dict_, ("urn:" + name).c_str());
+        module->prefix = ZR_DICT_Insert(dict_, name.c_str());
+        if (linked)
+            EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, module), 0u);
+        else
+            detached_.push_back(module);
+        return module;
+    }
+
+    // A node of the module, linked nowhere.
+    ZrNode *NewNode(ZrMod *module, uint32_t kind, const char *name)
+    {
+        ZrNode *node = ZRS_NODE_New(kind);
+        node->module = module;
+        node->name = ZR_DICT_Insert(dict_, name);
+        return node;
+    }
+    // A node at the end of the list whose head is `head`.
+    ZrNode *AddTop(ZrMod *module, ZrNode *&head, uint32_t kind, const char *name)
+    {
+        ZrNode *node = NewNode(module, kind, name);
+        if (head == nullptr)
+            head = node;
+        else
+            ZRS_NODE_AddSibling(head, node);
+        return node;
+    }
+    ZrNode *AddData(ZrMod *module, uint32_t kind, const char *name)
+    {
+        return AddTop(module, module->dataNodes, kind, name);
+    }
+    ZrNode *AddChild(ZrNode *parent, uint32_t kind, const char *name)
+    {
+        ZrNode *node = NewNode(parent->module, kind, name);
+        ZRS_NODE_AddChild(parent, node);
+        return node;
+    }
+
+    // Runs `operation` with the first, the second, ... allocation failing until it asks for no
+    // more; after each run `check`(result, whether one failed) looks at it and cleans up, so that
+    // no block may be left.
+    template <typename Operation, typename Check>
+    void FailEachAllocation(Operation operation, Check check)
+    {
+        for (uint64_t n = 0; n < 1000; ++n) {
+            SCOPED_TRACE(n);
+            int64_t blocks = guard_.LiveBlocks();
+            guard_.FailAt(n);
+            auto result = operation();
+            bool failed = guard_.Count() > n;
+            guard_.FailNone();
+            check(result, failed);
+            EXPECT_EQ(guard_.LiveBlocks(), blocks);
+            if (!failed)
+                return;
+        }
+        FAIL() << "the operation never came to an end of its allocations";
+    }
+
+    AllocGuard guard_;
+    ZrCtx *ctx_;
+    ZrDict *dict_;
+
+private:
+    std::vector<ZrMod *> detached_;
+};
+
+} // namespace zrtest
