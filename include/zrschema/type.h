@@ -1,0 +1,158 @@
+/**
+ * @file type.h
+ * Queries and scans on compiled types: the "type" statements of leaves, leaf-lists, typedefs and
+ * unions (RFC 7950, sections 7.4 and 9).
+ *
+ * A type belongs to the leaf, typedef or union that it was read from and lives as long as its
+ * module is loaded. Names and patterns that a callback receives are owned by the library and stay
+ * valid as long as the type. None of these functions changes anything, so that they may run at the
+ * same time as each other and as every other query on the same context, but not while the context
+ * is loading, unloading or being deleted.
+ */
+#ifndef ZRSCHEMA_TYPE_H
+#define ZRSCHEMA_TYPE_H
+
+#include <zrschema/types.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/**
+ * Tells which built-in type a type statement names.
+ *
+ * A type that names a typedef answers ZRT_TYPE_DERIVED; ZR_TYPE_IterRealTypeDerivedName() leads
+ * from there to the built-in type at the end of the chain.
+ *
+ * @param type  a type; null is allowed
+ * @return a ZrtBuiltInType, ZRT_TYPE_NONE (20) for null
+ */
+ZR_API uint32_t ZR_TYPE_GetBuiltInBaseType(const ZrtRealType *type);
+
+/**
+ * Tells the fraction digits of a decimal64 (RFC 7950, section 9.3.4).
+ *
+ * @param type  a type; null is allowed
+ * @return 1 to 18; 0 for null and for a type statement without "fraction-digits", such as one that
+ *         names a typedef of a decimal64
+ */
+ZR_API uint32_t ZR_TYPE_GetDecimal64Fraction(const ZrtRealType *type);
+
+/**
+ * Gives the path of a leafref (RFC 7950, section 9.9.2).
+ *
+ * @param type  a type; null is allowed
+ * @return the path with module names in place of prefixes, without its predicates; null for null
+ *         and for a type statement without "path". It belongs to the type
+ */
+ZR_API const char *ZR_TYPE_GetTypeConsDataLeafrefPath(const ZrtRealType *type);
+
+/**
+ * Walks the chain of typedefs behind a type, from the typedef that it names to the one that is
+ * built on a built-in type (RFC 7950, section 7.3).
+ *
+ * The callback receives, per link, the names of the module and of the typedef and the typedef's
+ * own type, which is null when module or typedef are not loaded; the walk then ends. A type that
+ * names a built-in type itself is reported once, with both names null. At most 129 links are
+ * walked.
+ *
+ * @param type      the type to start from; null gives 22
+ * @param ctx       the context in which modules are looked up; with null no typedef is found
+ * @param callback  called per link; a result other than 0 ends the walk; null gives 22
+ * @param userData  handed to the callback as it is
+ * @retval 0   the chain was walked to its end
+ * @retval 22  a null argument, a type without its typedef reference, or a chain of 129 or more
+ *             links, whose first 129 were reported
+ * @return otherwise the callback's result that ended the walk
+ */
+ZR_API uint32_t ZR_TYPE_IterRealTypeDerivedName(const ZrtRealType *type, const ZrCtx *ctx,
+                                                ZrDerivedTypeScanFunc callback, void *userData);
+
+/**
+ * Lists the names of an enumeration with their values, or of a bits type with their positions, in
+ * the order of their statements (RFC 7950, sections 9.6.4 and 9.7.4).
+ *
+ * An enum comes with its description when the context keeps descriptions, else with null; a bit
+ * always with null. Only the names that the type statement itself gives are listed, not those of a
+ * typedef that it names.
+ *
+ * @param type      a type; null gives 22
+ * @param callback  called per name; a result other than 0 ends the scan; null gives 22
+ * @param userData  handed to the callback as it is
+ * @retval 0   every name was listed, or there are none
+ * @retval 22  a null argument
+ * @return otherwise the callback's result that ended the scan
+ */
+ZR_API uint32_t ZR_TYPE_ScanNameValuePair(const ZrtRealType *type, ZrNameValueScanFunc callback,
+                                          void *userData);
+
+/**
+ * Lists the segments of a type's length, then of its range, in the order in which they are written
+ * (RFC 7950, sections 9.2.4 and 9.4.4).
+ *
+ * Both bounds are 64-bit patterns: of a signed number for the signed integer types and decimal64,
+ * whose bounds are scaled by ten to the power of its fraction digits, else of an unsigned one. In a
+ * type that names a typedef, "min" and "max" are not known before a value is checked; such a bound
+ * reads as 0.
+ *
+ * @param type      a type; null gives 22
+ * @param callback  called per segment; a result other than 0 ends the scan; null gives 22
+ * @param userData  handed to the callback as it is
+ * @retval 0   every segment was listed, or there are none
+ * @retval 22  a null argument
+ * @return otherwise the callback's result that ended the scan
+ */
+ZR_API uint32_t ZR_TYPE_ScanStartEndPair(const ZrtRealType *type, ZrStartEndScanFunc callback,
+                                         void *userData);
+
+/**
+ * Lists the member types of a union in the order in which they are tried (RFC 7950, section 9.12).
+ *
+ * @param type      a type; null gives 22
+ * @param callback  called per member, with both names null; a result other than 0 ends the scan;
+ *                  null gives 22
+ * @param userData  handed to the callback as it is
+ * @retval 0   every member was listed, or there are none
+ * @retval 22  a null argument
+ * @return otherwise the callback's result that ended the scan
+ */
+ZR_API uint32_t ZR_TYPE_ScanUnionSubType(const ZrtRealType *type, ZrUnionScanFunc callback,
+                                         void *userData);
+
+/**
+ * Lists the base identities of an identityref in the order in which they are tried (RFC 7950,
+ * section 9.10.2).
+ *
+ * @param type      a type; null gives 22
+ * @param callback  called per base with the names of its module and of the identity and with the
+ *                  array of all bases; a result other than 0 ends the scan; null gives 22
+ * @param userData  handed to the callback as it is
+ * @retval 0   every base was listed, or there are none
+ * @retval 22  a null argument
+ * @return otherwise the callback's result that ended the scan
+ */
+ZR_API uint32_t ZR_TYPE_ScanIdentRefBase(const ZrtRealType *type, ZrIdentBaseScanFunc callback,
+                                         void *userData);
+
+/**
+ * Lists the patterns of a type in the order in which they are written (RFC 7950, section 9.4.5).
+ *
+ * A pattern that was written between "^" and "$" comes without them.
+ *
+ * @param type      a type; null gives 22
+ * @param callback  called per pattern with its text, with 1 when it must not match or else 0, and
+ *                  with the array of all patterns; a result other than 0 ends the scan; null gives
+ *                  22
+ * @param userData  handed to the callback as it is
+ * @retval 0   every pattern was listed, or there are none
+ * @retval 22  a null argument
+ * @return otherwise the callback's result that ended the scan
+ */
+ZR_API uint32_t ZR_TYPE_ScanPatternInvertMatch(const ZrtRealType *type, ZrPatternScanFunc callback,
+                                               void *userData);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

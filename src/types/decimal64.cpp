@@ -1,0 +1,72 @@
+#include "types/decimal64.h"
+
+#include <charconv>
+#include <cstddef>
+
+#include "foundation/text.h"
+
+namespace {
+
+constexpr uint32_t kMaxFractionDigits = 18;
+constexpr uint32_t kMaxDigits = 19; // of an int64
+
+bool IsDigit(char ch)
+{
+    return ch >= '0' && ch <= '9';
+}
+
+// The digits of the scaled integer, gathered from the text. The limits on the digits before and
+// after the point keep them within the buffer.
+class ScaledDigits {
+public:
+    void Put(char ch) { buffer_[length_++] = ch; }
+    // Copies up to `limit` digits and returns how many there were.
+    uint32_t CopyDigits(const char *&text, uint32_t limit)
+    {
+        uint32_t count = 0;
+        for (; count < limit && IsDigit(*text); ++count)
+            Put(*text++);
+        return count;
+    }
+    uint32_t Read(int64_t *valueOut) const
+    {
+        const char *end = buffer_ + length_;
+        auto result = std::from_chars(buffer_, end, *valueOut);
+        return result.ec == std::errc() && result.ptr == end ? ZR_OK : ZR_ERR_INVALID;
+    }
+
+private:
+    char buffer_[1 + kMaxDigits + kMaxFractionDigits];
+    size_t length_ = 0;
+};
+
+} // namespace
+
+uint32_t ZRT_CONS_ConvertValStrToDecimal64PowerInteger(const char *text, uint32_t fractionDigits,
+                                                       int64_t *valueOut)
+{
+    if (text == nullptr || valueOut == nullptr || fractionDigits > kMaxFractionDigits)
+        return ZR_ERR_INVALID;
+    ScaledDigits digits;
+    text = ZR_UTL_ConsumeAllSpaceChar(text);
+    if (*text == '-')
+        digits.Put('-');
+    if (*text == '-' || *text == '+')
+        ++text;
+    const char *mainStart = text;
+    while (*text == '0')
+        ++text;
+    digits.CopyDigits(text, kMaxDigits - fractionDigits);
+    bool anyDigit = text != mainStart;
+    uint32_t fractionCount = 0;
+    if (*text == '.') {
+        ++text;
+        fractionCount = digits.CopyDigits(text, fractionDigits);
+    }
+    // A digit that is left over here was one too many.
+    if ((!anyDigit && fractionCount == 0) || *ZR_UTL_ConsumeAllSpaceChar(text) != '\0')
+        return ZR_ERR_INVALID;
+    for (; fractionCount < fractionDigits; ++fractionCount)
+        digits.Put('0');
+    return digits.Read(valueOut);
+}

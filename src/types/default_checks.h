@@ -1,0 +1,28 @@
+// What each base type demands of a value by itself, before any restriction (RFC 7950, section 9).
+#pragma once
+
+#include <cstdint>
+
+#include "types/type_records.h"
+
+extern "C" {
+ZR_API uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictBinary(uint32_t baseType, uint32_t inputKind,
+                                                             const void *value,
+                                                             ZrtValidateCtx *validation);
+ZR_API uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictBoolean(uint32_t baseType, uint32_t inputKind,
+                                                              const void *value,
+                                                              ZrtValidateCtx *validation);
+ZR_API uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictDecimal64(uint32_t baseType,
+                                                                uint32_t inputKind,
+                                                                const void *value,
+                                                                ZrtValidateCtx *validation);
+ZR_API uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictEmpty(uint32_t baseType, uint32_t inputKind,
+                                                            const void *value,
+                                                            ZrtValidateCtx *validation);
+ZR_API uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictLength(uint32_t baseType, uint32_t inputKind,
+                                                             const void *value,
+                                                             ZrtValidateCtx *validation);
+ZR_API uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictRange(uint32_t baseType, uint32_t inputKind,
+                                                            const void *value,
+                                                            ZrtValidateCtx *validation);
+}

@@ -1,0 +1,211 @@
+// The value checks of ranges and lengths, and the default check of the integer types.
+#include "types/range_check.h"
+
+#include <cstring>
+
+#include "foundation/text.h"
+#include "types/constraints.h"
+#include "types/decimal64.h"
+#include "types/default_checks.h"
+#include "types/range_segments.h"
+#include "types/real_type.h"
+
+namespace {
+
+constexpr uint32_t kSignFlags = ZRT_SEG_SIGNED | ZRT_SEG_UNSIGNED;
+constexpr uint32_t kStartMarks = ZRT_SEG_START_MIN | ZRT_SEG_START_MAX;
+constexpr uint32_t kEndMarks = ZRT_SEG_END_MIN | ZRT_SEG_END_MAX;
+
+bool IsIntegerType(uint32_t baseType)
+{
+    return (baseType >= ZRT_TYPE_INT8 && baseType <= ZRT_TYPE_INT64) ||
+           (baseType >= ZRT_TYPE_UINT8 && baseType <= ZRT_TYPE_UINT64);
+}
+
+uint32_t SignOf(uint32_t baseType)
+{
+    return baseType >= ZRT_TYPE_UINT8 && baseType <= ZRT_TYPE_UINT64 ? ZRT_SEG_UNSIGNED
+                                                                     : ZRT_SEG_SIGNED;
+}
+
+// Reads the number of a value into the context, where later checks of the same value find it.
+bool ReadNumber(uint32_t baseType, const char *text, ZrtValidateCtx *validation)
+{
+    if (validation->value.flags != 0)
+        return true;
+    int64_t number = 0;
+    uint64_t magnitude = 0;
+    const char *end = nullptr;
+    uint32_t status = ZR_ERR_INVALID;
+    uint32_t sign = SignOf(baseType);
+    if (baseType == ZRT_TYPE_DECIMAL64)
+        status = ZRT_CONS_ConvertValStrToDecimal64PowerInteger(text, validation->fractionDigits,
+                                                               &number);
+    else if (IsIntegerType(baseType) && sign == ZRT_SEG_SIGNED)
+        status = ZR_UTL_ReadInputStrAsSignedInteger(text, &end, 0, &number);
+    else if (IsIntegerType(baseType))
+        status = ZR_UTL_ReadInputStrAsUnsignedInteger(text, &end, 0, &magnitude);
+    if (status != ZR_OK || (end != nullptr && *ZR_UTL_ConsumeAllSpaceChar(end) != '\0'))
+        return false;
+    if (sign == ZRT_SEG_SIGNED)
+        magnitude = static_cast<uint64_t>(number);
+    validation->value = {magnitude, magnitude, sign};
+    return true;
+}
+
+// The segment with "min" and "max" replaced by the parent's bounds. It is then signed when it or,
+// if it took a bound over, the parent is.
+ZrtGenericSeg ResolveSegment(ZrtGenericSeg segment, const ZrtGenericSeg &parent)
+{
+    uint32_t flags = segment.flags;
+    if ((flags & ZRT_SEG_START_MIN) != 0)
+        segment.start = parent.start;
+    if ((flags & ZRT_SEG_START_MAX) != 0)
+        segment.start = parent.end;
+    if ((flags & ZRT_SEG_END_MIN) != 0)
+        segment.end = parent.start;
+    if ((flags & ZRT_SEG_END_MAX) != 0)
+        segment.end = parent.end;
+    if ((flags & (kStartMarks | kEndMarks)) != 0)
+        flags |= parent.flags & kSignFlags;
+    segment.flags = (flags & ZRT_SEG_SIGNED) != 0 ? uint32_t{ZRT_SEG_SIGNED} : flags & kSignFlags;
+    return segment;
+}
+
+uint32_t CheckResolved(const ZrtGenericSeg &segment, uint64_t value)
+{
+    switch (segment.flags) {
+    case ZRT_SEG_SIGNED:
+        return ZRT_CONS_CheckValueAgainstRangeSegInt64Signed(&segment, value);
+    case ZRT_SEG_UNSIGNED:
+        return ZRT_CONS_CheckValueAgainstRangeSegInt64Unsigned(&segment, value);
+    default:
+        return ZRT_SEG_BELOW;
+    }
+}
+
+// Where the value lies, seen from the segment at the index. `narrow` compares narrow segments.
+uint32_t CheckSegment(const ZrtConsRange *range, uint32_t index, ZrtSegCheckFunc narrow,
+                      uint64_t value, const ZrtValidateCtx *validation)
+{
+    if (range->segSize != sizeof(ZrtGenericSeg)) {
+        const auto *bytes = static_cast<const unsigned char *>(range->segments);
+        return narrow(bytes + size_t{index} * range->segSize, value);
+    }
+    ZrtGenericSeg segment = zr::ReadSegment(range, index, ZRT_TYPE_DERIVED);
+    return CheckResolved(ResolveSegment(segment, validation->bounds), value);
+}
+
+// The start of the first segment and the end of the last.
+void RecordSegments(const ZrtConsRange *range, uint32_t baseType, ZrtValidateCtx *validation)
+{
+    if (validation->parentBounds == 0)
+        return;
+    ZrtGenericSeg first = ResolveSegment(zr::ReadSegment(range, 0, baseType), validation->bounds);
+    ZrtGenericSeg last =
+        ResolveSegment(zr::ReadSegment(range, range->segCount - 1u, baseType), validation->bounds);
+    uint32_t flags = first.flags | last.flags;
+    zr::RecordBounds(validation, {first.start, last.end, flags});
+}
+
+// A type with bounds of its own has been entered before this one, its ancestor.
+bool IsReplaced(const ZrtValidateCtx *validation)
+{
+    return validation->explicitBounds > 1;
+}
+
+uint64_t LengthOf(uint32_t inputKind, const void *value, const ZrtValidateCtx *validation)
+{
+    if (validation->baseType == ZRT_TYPE_BINARY)
+        return validation->binaryLength;
+    const char *text = ZRT_TYPE_GetInputValueAsSimpleStr(inputKind, value);
+    return text != nullptr ? std::strlen(text) : 0;
+}
+
+} // namespace
+
+namespace zr {
+
+void RecordBounds(ZrtValidateCtx *validation, const ZrtGenericSeg &bounds)
+{
+    if (validation->parentBounds != 0)
+        validation->bounds = bounds;
+}
+
+void RecordFullLength(ZrtValidateCtx *validation)
+{
+    RecordBounds(validation, {0, UINT32_MAX, ZRT_SEG_UNSIGNED});
+}
+
+} // namespace zr
+
+uint32_t ZRT_CONS_ValidateValueNodeAgainstDataRange(const void *body, uint32_t inputKind,
+                                                    const void *value, ZrtValidateCtx *validation)
+{
+    const auto *range = static_cast<const ZrtConsRange *>(body);
+    const char *text = ZRT_TYPE_GetInputValueAsSimpleStr(inputKind, value);
+    if (text == nullptr)
+        return ZR_ERR_VALUE_RANGE;
+    if (IsReplaced(validation))
+        return ZR_OK;
+    if (validation->baseType == ZRT_TYPE_DERIVED ||
+        !ReadNumber(validation->baseType, text, validation))
+        return ZR_ERR_VALUE_RANGE;
+    uint32_t currentType =
+        validation->current != nullptr ? validation->current->baseType : validation->baseType;
+    if (range->segSize != ZRT_CONS_GetZrtSegIntegerSize(currentType))
+        return ZR_ERR_INVALID;
+    ZrtSegCheckFunc narrow = zr::NarrowSegCheck(currentType);
+    uint64_t number = validation->value.start;
+    for (uint32_t i = 0; i < range->segCount; ++i) {
+        uint32_t order = CheckSegment(range, i, narrow, number, validation);
+        if (order == ZRT_SEG_INSIDE) {
+            RecordSegments(range, currentType, validation);
+            return ZR_OK;
+        }
+        // Segments ascend; kept also for those that do not: the first one above the value ends
+        // the walk.
+        if (order == ZRT_SEG_BELOW)
+            break;
+    }
+    return ZR_ERR_VALUE_RANGE;
+}
+
+uint32_t ZRT_CONS_ValidateValueNodeAgainstDataLength(const void *body, uint32_t inputKind,
+                                                     const void *value, ZrtValidateCtx *validation)
+{
+    const auto *range = static_cast<const ZrtConsRange *>(body);
+    if (IsReplaced(validation))
+        return ZR_OK;
+    if (range->segSize != sizeof(ZrtNarrowSeg<uint32_t>) && range->segSize != sizeof(ZrtGenericSeg))
+        return ZR_ERR_INVALID;
+    uint64_t length = LengthOf(inputKind, value, validation);
+    for (uint32_t i = 0; i < range->segCount; ++i) {
+        if (CheckSegment(range, i, ZRT_CONS_CheckValueAgainstRangeSegInt32Unsigned, length,
+                         validation) == ZRT_SEG_INSIDE) {
+            RecordSegments(range, ZRT_TYPE_UINT32, validation);
+            return ZR_OK;
+        }
+    }
+    return ZR_ERR_VALUE_LENGTH;
+}
+
+uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictRange(uint32_t baseType, uint32_t inputKind,
+                                                     const void *value, ZrtValidateCtx *validation)
+{
+    const char *text = ZRT_TYPE_GetInputValueAsSimpleStr(inputKind, value);
+    ZrtGenericSeg bounds = {};
+    if (text == nullptr || !IsIntegerType(baseType) || !ReadNumber(baseType, text, validation) ||
+        ZRT_CONS_GetBasedIntegerMinMaxVal(baseType, &bounds) != ZR_OK ||
+        CheckResolved(bounds, validation->value.start) != ZRT_SEG_INSIDE)
+        return ZR_ERR_VALUE_RANGE;
+    zr::RecordBounds(validation, bounds);
+    return ZR_OK;
+}
+
+uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictLength(uint32_t, uint32_t, const void *,
+                                                      ZrtValidateCtx *validation)
+{
+    zr::RecordFullLength(validation);
+    return ZR_OK;
+}

@@ -1,0 +1,138 @@
+// The public queries and scans on types.
+#include <zrschema/type.h>
+
+#include "types/constraint_ops.h"
+#include "types/constraints.h"
+#include "types/lookups.h"
+#include "types/real_type.h"
+
+namespace {
+
+// Links of a typedef chain that the walk reports at the most; the last is followed by 22.
+constexpr uint32_t kMaxChainLinks = 129;
+
+template <typename Body> const Body *BodyOf(const ZrtRealType *type, uint32_t kind)
+{
+    return static_cast<const Body *>(ZRT_TYPE_GetTypeConsDataByConsType(type, kind));
+}
+
+// Calls `scan(slot)` per slot until it returns non-zero.
+template <typename Scan> uint32_t ScanSlots(const ZrtRealType *type, Scan scan)
+{
+    for (uint32_t i = 0; i < type->consCount; ++i) {
+        uint32_t result = scan(type->constraints[i]);
+        if (result != 0)
+            return result;
+    }
+    return 0;
+}
+
+// Calls `scan(item)` per item of a counted body, which may be null, until it returns non-zero.
+template <typename Body, typename Scan> uint32_t ScanItems(const Body *body, Scan scan)
+{
+    if (body == nullptr)
+        return 0;
+    for (uint32_t i = 0; i < body->count; ++i) {
+        uint32_t result = scan(body->items[i]);
+        if (result != 0)
+            return result;
+    }
+    return 0;
+}
+
+} // namespace
+
+uint32_t ZR_TYPE_GetBuiltInBaseType(const ZrtRealType *type)
+{
+    return type != nullptr ? type->baseType : uint32_t{ZRT_TYPE_NONE};
+}
+
+uint32_t ZR_TYPE_GetDecimal64Fraction(const ZrtRealType *type)
+{
+    return ZRT_TYPE_GetTypeConsDataFractionVal(type);
+}
+
+const char *ZR_TYPE_GetTypeConsDataLeafrefPath(const ZrtRealType *type)
+{
+    return ZRT_CONS_GetConsDataLeafrefPath(ZRT_TYPE_GetTypeConsDataByConsType(type, ZRT_CONS_PATH));
+}
+
+uint32_t ZR_TYPE_IterRealTypeDerivedName(const ZrtRealType *type, const ZrCtx *ctx,
+                                         ZrDerivedTypeScanFunc callback, void *userData)
+{
+    if (type == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    if (type->baseType != ZRT_TYPE_DERIVED)
+        return callback(nullptr, nullptr, type, userData);
+    for (uint32_t link = 1; link <= kMaxChainLinks; ++link) {
+        const char *moduleName = nullptr;
+        const char *typedefName = ZRT_TYPE_GetInheritedTypDefName(type, &moduleName);
+        if (moduleName == nullptr || typedefName == nullptr)
+            return ZR_ERR_INVALID;
+        const ZrsTypDef *typeDef =
+            ctx != nullptr ? ZR_CTX_FindTdefObjByModAndTdefName(ctx, moduleName, typedefName)
+                           : nullptr;
+        type = typeDef != nullptr ? &typeDef->realType : nullptr;
+        uint32_t result = callback(moduleName, typedefName, type, userData);
+        if (result != 0)
+            return result;
+        if (link < kMaxChainLinks && (type == nullptr || type->baseType != ZRT_TYPE_DERIVED))
+            return ZR_OK;
+    }
+    return ZR_ERR_INVALID;
+}
+
+uint32_t ZR_TYPE_ScanNameValuePair(const ZrtRealType *type, ZrNameValueScanFunc callback,
+                                   void *userData)
+{
+    if (type == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    return ScanSlots(type, [=](const ZrtConsSlot &slot) -> uint32_t {
+        ZrtConsScanNameValueFunc scan = ZRT_CONS_GetConsDataScanNameValueFunc(slot.kind);
+        return scan != nullptr && slot.body != nullptr ? scan(slot.body, callback, userData) : 0;
+    });
+}
+
+uint32_t ZR_TYPE_ScanStartEndPair(const ZrtRealType *type, ZrStartEndScanFunc callback,
+                                  void *userData)
+{
+    if (type == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    return ScanSlots(type, [=](const ZrtConsSlot &slot) -> uint32_t {
+        ZrtConsScanStartEndFunc scan = ZRT_CONS_GetConsDataScanStartEndFunc(slot.kind);
+        return scan != nullptr && slot.body != nullptr
+                   ? scan(slot.body, type->baseType, callback, userData)
+                   : 0;
+    });
+}
+
+uint32_t ZR_TYPE_ScanUnionSubType(const ZrtRealType *type, ZrUnionScanFunc callback, void *userData)
+{
+    if (type == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    return ScanItems(BodyOf<ZrtConsUnion>(type, ZRT_CONS_UNION), [=](const ZrtRealType &member) {
+        return callback(nullptr, nullptr, &member, userData);
+    });
+}
+
+uint32_t ZR_TYPE_ScanIdentRefBase(const ZrtRealType *type, ZrIdentBaseScanFunc callback,
+                                  void *userData)
+{
+    if (type == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    const auto *bases = BodyOf<ZrtConsBase>(type, ZRT_CONS_BASE);
+    return ScanItems(bases, [=](const ZrsIdentBase &base) {
+        return callback(base.moduleName, base.identityName, userData, bases->items);
+    });
+}
+
+uint32_t ZR_TYPE_ScanPatternInvertMatch(const ZrtRealType *type, ZrPatternScanFunc callback,
+                                        void *userData)
+{
+    if (type == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    const auto *patterns = BodyOf<ZrtConsPattern>(type, ZRT_CONS_PATTERN);
+    return ScanItems(patterns, [=](const ZrtPatternItem &item) {
+        return callback(item.pattern, item.invertMatch != 0, userData, patterns->items);
+    });
+}

@@ -1,0 +1,94 @@
+#include "loader/type_snippet.h"
+
+namespace {
+
+using zrtest::YinElement;
+
+uintptr_t MarkOf(const xmlNode *element)
+{
+    return reinterpret_cast<uintptr_t>(element->_private);
+}
+
+TEST(TypeMarks, AreOnePerKind)
+{
+    struct Row {
+        const char *keyword;
+        uint32_t kind;
+        uint32_t mark;
+    };
+    const Row rows[] = {
+        {"base", 1, 0x001},    {"bit", 2, 0x002},
+        {"enum", 3, 0x004},    {"fraction-digits", 4, 0x008},
+        {"length", 5, 0x010},  {"path", 6, 0x020},
+        {"pattern", 7, 0x040}, {"range", 8, 0x080},
+        {"type", 9, 0x200},
+    };
+    for (const Row &row : rows) {
+        YinElement type(std::string("<type name=\"t\"><") + row.keyword + "/></type>");
+        ZrtTypeSubElemCount counters = {};
+        EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), 0u);
+        EXPECT_EQ(counters.counts[row.kind], 1) << row.keyword;
+        EXPECT_EQ(counters.counts[10], 1) << row.keyword;
+        EXPECT_EQ(MarkOf(type.get()->children), row.mark) << row.keyword;
+        EXPECT_EQ(zr::TypeMarkOf(row.kind), row.mark);
+    }
+    EXPECT_EQ(zr::TypeMarkOf(0), 0u);
+    EXPECT_EQ(zr::TypeMarkOf(10), 0u);
+}
+
+TEST(TypeMarks, CountEveryChildAndEveryKindOnce)
+{
+    YinElement type("<type name=\"t\"><range/><pattern/><length/><pattern/><enum/><pattern/>"
+                    "</type>");
+    ZrtTypeSubElemCount counters = {};
+    EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), 0u);
+    EXPECT_EQ(counters.counts[7], 3);
+    EXPECT_EQ(counters.counts[5], 1);
+    EXPECT_EQ(counters.counts[8], 1);
+    EXPECT_EQ(counters.counts[3], 1);
+    EXPECT_EQ(counters.counts[10], 4);
+}
+
+TEST(TypeMarks, LeaveEverythingElseAlone)
+{
+    YinElement type("<type name=\"t\"><require-instance/><modifier/><description/><value/>"
+                    "<position/><bits/><ranges/><pat/><x:range/><x:foo/><!-- range -->"
+                    "<?range data?>range</type>");
+    ZrtTypeSubElemCount counters = {};
+    EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), 0u);
+    for (uint16_t count : counters.counts)
+        EXPECT_EQ(count, 0);
+    for (const xmlNode *child = type.get()->children; child != nullptr; child = child->next)
+        EXPECT_EQ(MarkOf(child), 0u) << reinterpret_cast<const char *>(child->name);
+}
+
+TEST(TypeMarks, AreAddedToMarksThatAreThere)
+{
+    YinElement type("<type name=\"t\"><range/></type>");
+    xmlNode *range = type.get()->children;
+    range->_private = reinterpret_cast<void *>(uintptr_t{0x400});
+    ZrtTypeSubElemCount counters = {};
+    EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), 0u);
+    EXPECT_EQ(MarkOf(range), 0x480u);
+    EXPECT_TRUE(zr::HasTypeMark(range, 0x080));
+    EXPECT_FALSE(zr::HasTypeMark(range, 0x001));
+}
+
+TEST(ChildValue, IsTheFirstAttributeOfTheFirstChildOfThatName)
+{
+    YinElement type("<type name=\"t\"><other value=\"no\"/><value odd=\"1\" value=\"2\"/>"
+                    "<value value=\"3\"/></type>");
+    EXPECT_STREQ(ZRT_LOADER_GetMatchChildFirstMatchedValStr(type.get(), "value"), "1");
+    EXPECT_STREQ(ZRT_LOADER_GetMatchChildFirstMatchedValStr(type.get(), "other"), "no");
+}
+
+TEST(ChildValue, IsNullWithoutSuchAChildOrAttribute)
+{
+    YinElement type("<type name=\"t\"><value/></type>");
+    EXPECT_EQ(ZRT_LOADER_GetMatchChildFirstMatchedValStr(type.get(), "value"), nullptr);
+    EXPECT_EQ(ZRT_LOADER_GetMatchChildFirstMatchedValStr(type.get(), "position"), nullptr);
+    EXPECT_EQ(ZRT_LOADER_GetMatchChildFirstMatchedValStr(type.get(), nullptr), nullptr);
+    EXPECT_EQ(ZRT_LOADER_GetMatchChildFirstMatchedValStr(nullptr, "value"), nullptr);
+}
+
+} // namespace

@@ -1,0 +1,79 @@
+// A leaf of a given type in a module of its own, and its values through both kinds of input.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <libxml/tree.h>
+
+#include <string>
+
+#include "schema/node.h"
+#include "support/context.h"
+#include "types/real_type.h"
+
+namespace zrtest {
+
+// An element <v> in the namespace urn:m (also under the prefix m) whose text is `value`; no text
+// node for an empty value or null, as libxml2 parses it.
+class ValueElement {
+public:
+    explicit ValueElement(const char *value, const char *ns = "urn:m")
+        : doc_(xmlNewDoc(reinterpret_cast<const xmlChar *>("1.0")))
+    {
+        element_ = xmlNewDocNode(doc_, nullptr, reinterpret_cast<const xmlChar *>("v"), nullptr);
+        xmlDocSetRootElement(doc_, element_);
+        if (ns != nullptr)
+            xmlSetNs(element_, Declare(nullptr, ns));
+        if (value != nullptr && *value != '\0')
+            xmlAddChild(element_, xmlNewDocText(doc_, reinterpret_cast<const xmlChar *>(value)));
+    }
+    ~ValueElement() { xmlFreeDoc(doc_); }
+    ValueElement(const ValueElement &) = delete;
+    ValueElement &operator=(const ValueElement &) = delete;
+
+    xmlNs *Declare(const char *prefix, const char *ns)
+    {
+        return xmlNewNs(element_, reinterpret_cast<const xmlChar *>(ns),
+                        reinterpret_cast<const xmlChar *>(prefix));
+    }
+    const xmlNode *get() const { return element_; }
+
+private:
+    xmlDoc *doc_;
+    xmlNode *element_;
+};
+
+// Module "m" with the given definitions and a leaf "v" of the given type.
+class Leaf {
+public:
+    explicit Leaf(const std::string &type, const std::string &definitions = "")
+    {
+        status_ = ctx_.LoadBody("m", definitions + "<leaf name=\"v\">" + type + "</leaf>");
+        if (status_ == ZR_OK)
+            node_ = ctx_.Node("/m:v");
+    }
+    uint32_t status() const { return status_; } // of loading the module
+    TestContext &context() { return ctx_; }
+    ZrNode *node() const { return node_; }
+    const ZrtRealType *type() const { return ZR_NODE_GetRealType(node_); }
+
+    uint32_t Check(const char *value) const
+    {
+        return ZR_NODE_ValidateValue(node_, ZR_VALUE_STRING, value);
+    }
+    uint32_t CheckElement(const char *value) const
+    {
+        ValueElement element(value);
+        return ZR_NODE_ValidateValue(node_, ZR_VALUE_XML, element.get());
+    }
+    const ZrtRealType *Matched(const char *value) const
+    {
+        return ZR_NODE_FindRealTypeMatchedValue(node_, ZR_VALUE_STRING, value);
+    }
+
+private:
+    TestContext ctx_;
+    uint32_t status_ = 0;
+    ZrNode *node_ = nullptr;
+};
+
+} // namespace zrtest
