@@ -5,8 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace bench
-{
+namespace bench {
 
 // The processor time of one iteration of a benchmark of this run, in nanoseconds; nothing when it
 // did not run.

@@ -1,5 +1,6 @@
 #include "loader/discovery.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
@@ -52,32 +53,47 @@ uint32_t AppendPath(ZrsPathCollection *collection, const char *path)
     return ZR_OK;
 }
 
-// True when the directory holds the module's plain file, which is then collected.
-bool CollectPlainFile(ZrsPathCollection *collection, const char *directory, const char *moduleName)
+// Collects the module's plain file, when the directory holds one; `*found` tells.
+uint32_t CollectPlainFile(ZrsPathCollection *collection, const char *directory,
+                          const char *moduleName, bool *found)
 {
     char path[sizeof(ZrsPathObj::path)];
-    if (sprintf_s(path, sizeof(path), "%s/%s.yin", directory, moduleName) < 0)
-        return false;
-    if (PAL_VFS_IsFileExist(path) != 1)
-        return false;
-    AppendPath(collection, path);
-    return true;
+    *found = sprintf_s(path, sizeof(path), "%s/%s.yin", directory, moduleName) >= 0 &&
+             PAL_VFS_IsFileExist(path) == 1;
+    return *found ? AppendPath(collection, path) : uint32_t{ZR_OK};
 }
 
-void CollectMarkedFiles(ZrsPathCollection *collection, const char *directory,
-                        const char *moduleName)
+uint32_t CollectMarkedFiles(ZrsPathCollection *collection, const char *directory,
+                            const char *moduleName)
 {
     char pattern[sizeof(ZrsPathObj::path)];
     char path[sizeof(ZrsPathObj::path)];
     if (sprintf_s(pattern, sizeof(pattern), "%s/%s@*.yin", directory, moduleName) < 0)
-        return;
+        return ZR_OK;
     PalFind *find = PAL_VFS_FindFirst(pattern, path, sizeof(path));
     if (find == nullptr)
-        return;
+        return errno == ENOMEM ? ZR_ERR_NO_MEMORY : ZR_OK;
+    uint32_t status = ZR_OK;
     do {
-        AppendPath(collection, path);
-    } while (PAL_VFS_FindNext(find, path, sizeof(path)) == ZR_OK);
+        status = AppendPath(collection, path);
+    } while (status == ZR_OK && PAL_VFS_FindNext(find, path, sizeof(path)) == ZR_OK);
     PAL_VFS_FindClose(find);
+    return status;
+}
+
+// In the order of the directories; the first plain file ends the search.
+uint32_t CollectFromAll(ZrsPathCollection *collection, const ZrCtx *ctx, const char *moduleName)
+{
+    for (uint32_t i = 0; i < ctx->searchDirCount; ++i) {
+        bool found = false;
+        uint32_t status = CollectPlainFile(collection, ctx->searchDirs[i], moduleName, &found);
+        if (status != ZR_OK || found)
+            return status;
+        status = CollectMarkedFiles(collection, ctx->searchDirs[i], moduleName);
+        if (status != ZR_OK)
+            return status;
+    }
+    return ZR_OK;
 }
 
 // The file's size with the position back at its start, or -1.
@@ -99,22 +115,29 @@ void zr::FreePathCollection(ZrsPathCollection *collection)
     zr::Free(collection);
 }
 
+uint32_t zr::CollectPaths(const ZrCtx *ctx, const char *moduleName,
+                          ZrsPathCollection **collectionOut)
+{
+    *collectionOut = nullptr;
+    auto *collection = zr::AllocRecord<ZrsPathCollection>();
+    if (collection == nullptr)
+        return ZR_ERR_NO_MEMORY;
+    collection->limit = 1;
+    uint32_t status = CollectFromAll(collection, ctx, moduleName);
+    if (status == ZR_OK && collection->count == 0)
+        status = ZR_ERR_NOT_FOUND;
+    if (status == ZR_OK)
+        *collectionOut = collection;
+    else
+        zr::FreePathCollection(collection);
+    return status;
+}
+
 ZrsPathCollection *ZRS_LOADER_CollectFilePathMatchedInAllDir(const ZrCtx *ctx,
                                                              const char *moduleName)
 {
-    auto *collection = zr::AllocRecord<ZrsPathCollection>();
-    if (collection == nullptr)
-        return nullptr;
-    collection->limit = 1;
-    for (uint32_t i = 0; i < ctx->searchDirCount; ++i) {
-        if (CollectPlainFile(collection, ctx->searchDirs[i], moduleName))
-            break; // the plain file ends the search
-        CollectMarkedFiles(collection, ctx->searchDirs[i], moduleName);
-    }
-    if (collection->count == 0) {
-        zr::FreePathCollection(collection);
-        return nullptr;
-    }
+    ZrsPathCollection *collection = nullptr;
+    zr::CollectPaths(ctx, moduleName, &collection);
     return collection;
 }
 

@@ -29,5 +29,7 @@ ZR_API xmlDoc *ZRS_LOADER_ReadYinFileToXmlDoc(const char *path);
 ZR_API xmlDoc *ZRS_LOADER_ReadFileContentAsDoc(PalFile *file);
 }
 namespace zr {
+// The files of a module in all search directories: 0, 2 when there are none, or 12.
+uint32_t CollectPaths(const ZrCtx *ctx, const char *moduleName, ZrsPathCollection **collectionOut);
 void FreePathCollection(ZrsPathCollection *collection); // null is accepted
-}
+} // namespace zr

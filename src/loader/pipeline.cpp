@@ -174,18 +174,19 @@ uint32_t ZRS_LOADER_AppendModuleToCtx(ZrCtx *ctx, ZrMod *module, ZrsLoadAssister
 
 uint32_t ZRS_LOADER_LoadModuleByModName(ZrCtx *ctx, const char *moduleName)
 {
-    ZrsPathCollection *collection = ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, moduleName);
+    ZrsPathCollection *collection = nullptr;
+    uint32_t status = zr::CollectPaths(ctx, moduleName, &collection);
     ZrMod *existing = ZR_CTX_GetModuleByModName(ctx, moduleName);
     if (existing == nullptr)
         ZR_CTX_DeleteErrNodeByModName(ctx->errMng, moduleName);
-    if (collection == nullptr) {
+    if (status == ZR_ERR_NOT_FOUND)
         ZR_CTX_AddModWarning(ctx, moduleName, "Module \"%s\" not found from search directories.",
                              moduleName);
-        return ZR_ERR_NOT_FOUND;
-    }
+    if (status != ZR_OK)
+        return status;
     ZrsLoadAssister assister = {};
     assister.moduleName = moduleName;
-    uint32_t status = LoadCollected(ctx, moduleName, existing, collection, &assister);
+    status = LoadCollected(ctx, moduleName, existing, collection, &assister);
     ZRS_LOADER_ClearLoadAssister(&assister);
     zr::FreePathCollection(collection);
     return status;

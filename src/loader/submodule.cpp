@@ -175,13 +175,13 @@ uint32_t zr::LoadSubmodule(ZrMod *module, const char *submoduleName, uint32_t de
 {
     if (depth >= kMaxIncludeDepth)
         return ZR_ERR_INVALID;
-    ZrsPathCollection *collection =
-        ZRS_LOADER_CollectFilePathMatchedInAllDir(module->ctx, submoduleName);
-    if (collection == nullptr)
-        return ZR_ERR_NOT_FOUND;
+    ZrsPathCollection *collection = nullptr;
+    uint32_t status = zr::CollectPaths(module->ctx, submoduleName, &collection);
+    if (status != ZR_OK)
+        return status;
     ZrsLoadAssister assister = {};
     assister.moduleName = submoduleName;
-    uint32_t status = LoadFiles(module, submoduleName, collection, &assister, depth + 1);
+    status = LoadFiles(module, submoduleName, collection, &assister, depth + 1);
     ZRS_LOADER_ClearLoadAssister(&assister);
     zr::FreePathCollection(collection);
     return status;

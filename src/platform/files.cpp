@@ -146,6 +146,7 @@ PalFind *PAL_VFS_FindFirst(const char *pattern, char *pathOut, size_t pathSize)
     size_t slash = whole.rfind('/');
     size_t directoryLength = slash == std::string_view::npos ? 0 : slash + 1;
     auto *find = static_cast<PalFind *>(zr::AllocZeroed(sizeof(PalFind) + whole.size() + 2));
+    errno = find == nullptr ? ENOMEM : 0;
     if (find == nullptr)
         return nullptr;
     char *directory = reinterpret_cast<char *>(find + 1);

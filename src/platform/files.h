@@ -24,7 +24,7 @@ void PAL_VFS_FClose(PalFile *file);
 // Starts a search for the directory entries that match the glob in the last part of `pattern`
 // ("*" and "?"; in the directory's own order) and writes the first match's full path into
 // `pathOut`. Entries whose path does not fit are passed over. Null when there is no match, or no
-// such directory, or no memory.
+// such directory, or no memory, which errno tells by ENOMEM.
 PalFind *PAL_VFS_FindFirst(const char *pattern, char *pathOut, size_t pathSize);
 // Writes the next match; 0, or 2 at the end.
 uint32_t PAL_VFS_FindNext(PalFind *find, char *pathOut, size_t pathSize);

@@ -1,7 +1,8 @@
 // Schema nodes by schema node identifier (RFC 7950, section 6.5) and by target path.
 #include "schema/lookup.h"
 
-#include "foundation/memory.h"
+#include <string_view>
+
 #include "foundation/text.h"
 #include "platform/text.h"
 #include "schema/module_record.h"
@@ -10,25 +11,43 @@
 
 namespace {
 
-// A target path cut at its last step that carries a module name.
+// Looks the rest of a path up below the module's own augments of exactly that target.
+ZrNode *FindUnderAugment(const ZrMod *module, std::string_view augmentTarget, const char *restPath,
+                         ZrNode **augmentOut)
+{
+    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
+        if (augment->name == nullptr || augment->name != augmentTarget)
+            continue;
+        ZrNode *node = ZRS_MOD_GetNodeBySchemaNodeId(module, augment, restPath);
+        if (node != nullptr) {
+            if (augmentOut != nullptr)
+                *augmentOut = augment;
+            return node;
+        }
+    }
+    return nullptr;
+}
+
+// A target path cut at its last step that carries a module name. The parts stay where they are: a
+// lookup must not come back empty because memory is short.
 struct TargetPath {
     char moduleName[zr::kNameSize] = {};
-    zr::ScopedBlock<char> head; // null when that step is the first
-    zr::ScopedBlock<char> tail;
+    std::string_view head; // empty when that step is the first
+    const char *tail = nullptr;
 
-    uint32_t Split(const char *path)
+    bool Split(const char *path)
     {
-        return ZR_XPATH_SplitTargetNodeXpath(path, moduleName, sizeof(moduleName), head.slot(),
-                                             tail.slot());
+        tail = zr::FindLastNamedStep(path, moduleName, sizeof(moduleName));
+        if (tail != nullptr)
+            head = {path, static_cast<size_t>(tail - path)};
+        return tail != nullptr;
     }
 
     // The node that the path names, looked up in the module that owns the last named step.
-    ZrNode *Find(const ZrMod *module, const char *path, ZrNode **augmentOut) const
+    ZrNode *Find(const ZrMod *module, ZrNode **augmentOut) const
     {
-        if (!head)
-            return ZRS_MOD_GetNodeBySchemaNodeId(module, nullptr, path);
-        return ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(module, head.get(), tail.get(),
-                                                         augmentOut);
+        return head.empty() ? ZRS_MOD_GetNodeBySchemaNodeId(module, nullptr, tail)
+                            : FindUnderAugment(module, head, tail, augmentOut);
     }
 };
 
@@ -60,17 +79,7 @@ ZrNode *ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(const ZrMod *module, const cha
         *augmentOut = nullptr;
     if (module == nullptr || augmentTarget == nullptr || restPath == nullptr)
         return nullptr;
-    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
-        if (augment->name == nullptr || PAL_StrCmp(augment->name, augmentTarget) != 0)
-            continue;
-        ZrNode *node = ZRS_MOD_GetNodeBySchemaNodeId(module, augment, restPath);
-        if (node != nullptr) {
-            if (augmentOut != nullptr)
-                *augmentOut = augment;
-            return node;
-        }
-    }
-    return nullptr;
+    return FindUnderAugment(module, augmentTarget, restPath, augmentOut);
 }
 
 ZrNode *ZR_CTX_GetTargetNode(const ZrCtx *ctx, const char *path, ZrNode **augmentOut)
@@ -78,10 +87,10 @@ ZrNode *ZR_CTX_GetTargetNode(const ZrCtx *ctx, const char *path, ZrNode **augmen
     if (augmentOut != nullptr)
         *augmentOut = nullptr;
     TargetPath target;
-    if (ctx == nullptr || path == nullptr || target.Split(path) != ZR_OK)
+    if (ctx == nullptr || !target.Split(path))
         return nullptr;
     const ZrMod *module = ZR_CTX_GetModuleByModName(ctx, target.moduleName);
-    return module != nullptr ? target.Find(module, path, augmentOut) : nullptr;
+    return module != nullptr ? target.Find(module, augmentOut) : nullptr;
 }
 
 uint32_t ZRS_MOD_FindAugNodeTargetInSelfMod(const ZrMod *module, const ZrNode *augment,
@@ -90,9 +99,9 @@ uint32_t ZRS_MOD_FindAugNodeTargetInSelfMod(const ZrMod *module, const ZrNode *a
     if (module == nullptr || module->name == nullptr || augment == nullptr || nodeOut == nullptr)
         return ZR_ERR_INVALID;
     TargetPath target;
-    if (uint32_t status = target.Split(augment->name); status != ZR_OK)
-        return status;
+    if (!target.Split(augment->name))
+        return ZR_ERR_INVALID;
     bool ownModule = PAL_StrCmp(target.moduleName, module->name) == 0;
-    *nodeOut = ownModule ? target.Find(module, augment->name, nullptr) : nullptr;
+    *nodeOut = ownModule ? target.Find(module, nullptr) : nullptr;
     return ZR_OK;
 }

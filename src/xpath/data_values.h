@@ -16,8 +16,7 @@ ZR_API char *ZRD_NODE_GetValueContent(const xmlNode *element, const ZrNode *sche
 ZR_API uint32_t ZRD_MDL_IsIdentityref(const ZrNode *schemaNode);
 }
 
-namespace zr
-{
+namespace zr {
 // Whether an identityref's value names a loaded module, so that it has a value text.
 bool HasModuleForm(const xmlNode *element, const ZrNode *schemaNode, const char *value);
 } // namespace zr

@@ -73,8 +73,7 @@ ZR_API uint32_t ZR_XPATH_CalculateOneExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex 
                                           const ZrXpathOperatorEntry *entry);
 }
 
-namespace zr
-{
+namespace zr {
 // The type of a token, ZR_XPATH_TOKEN_NONE past the end.
 inline uint32_t TokenTypeAt(const ZrXpathLex *lex, uint32_t position)
 {

@@ -16,8 +16,7 @@ ZR_API uint32_t ZR_XPATH_FuncDerivedFrom(ZrXpathEvalCtx *ctx);
 ZR_API uint32_t ZR_XPATH_FuncDerivedFromOfSelf(ZrXpathEvalCtx *ctx);
 }
 
-namespace zr
-{
+namespace zr {
 
 struct XpathFunction {
     const char *name;

@@ -78,3 +78,10 @@ ZR_API uint32_t ZR_XPATH_IsNextTokenOperator(uint32_t previousType);
 // The ZrXpathOperatorClass of a token type, ZR_XPATH_CLASS_NONE for what is no binary operator.
 ZR_API uint32_t ZR_XPATH_GetTokenExprType(uint32_t type);
 }
+
+namespace zr {
+
+// ZR_XPATH_ExprTokenize() with the reason of a failure: 12 without memory, else 22.
+uint32_t Tokenize(const char *expression, ZrXpathLex **lexOut);
+
+} // namespace zr

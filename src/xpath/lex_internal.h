@@ -6,8 +6,7 @@
 
 #include "xpath/lex.h"
 
-namespace zr
-{
+namespace zr {
 
 // One symbol and the token that it makes; the token's start is set when it is stored.
 struct XpathSymbol {

@@ -48,15 +48,13 @@ ZR_API uint32_t ZR_XPATH_ConvertNumberToBoolean(ZrXpathObject *object);
 ZR_API uint32_t ZR_XPATH_CopyElementNodeContent(ZrXpathObject *object);
 }
 
-namespace zr
-{
+namespace zr {
 
 // Numbers nearer than this are equal, and one nearer to 0 is false: 2 to the power of -52.
 constexpr double kXpathEpsilon = 0x1p-52;
 
 // Owns one object for the length of a scope.
-class ScopedObject
-{
+class ScopedObject {
 public:
     explicit ScopedObject(ZrXpathObject *object) : object_(object) {}
     ScopedObject(const ScopedObject &) = delete;

@@ -43,8 +43,7 @@ ZR_API uint32_t ZR_XPATH_EvalCompareExpr(ZrXpathEvalCtx *ctx, ZrXpathObject *lef
                                          ZrXpathObject *right, uint32_t operation);
 }
 
-namespace zr
-{
+namespace zr {
 using XpathOperatorFunc = uint32_t (*)(ZrXpathEvalCtx *ctx, ZrXpathObject *left,
                                        ZrXpathObject *right, uint32_t operation);
 // The function of an operator class, null for a class that is not evaluated.

@@ -122,27 +122,34 @@ bool FindLastQualifier(const char *path, uint32_t length, Qualifier *found)
 
 } // namespace
 
-uint32_t ZR_XPATH_SplitTargetNodeXpath(const char *path, char *moduleName, uint32_t moduleNameSize,
-                                       char **headOut, char **tailOut)
+const char *zr::FindLastNamedStep(const char *path, char *moduleName, uint32_t moduleNameSize)
 {
     if (path == nullptr || moduleName == nullptr)
-        return ZR_ERR_INVALID;
+        return nullptr;
     size_t length = PAL_StrLen(path);
     Qualifier qualifier;
     if (static_cast<uint32_t>(length) != length ||
         !FindLastQualifier(path, static_cast<uint32_t>(length), &qualifier) ||
         strncpy_s(moduleName, moduleNameSize, qualifier.text, qualifier.length) < 0)
+        return nullptr;
+    return qualifier.text - 1;
+}
+
+uint32_t ZR_XPATH_SplitTargetNodeXpath(const char *path, char *moduleName, uint32_t moduleNameSize,
+                                       char **headOut, char **tailOut)
+{
+    const char *tail = zr::FindLastNamedStep(path, moduleName, moduleNameSize);
+    if (tail == nullptr)
         return ZR_ERR_INVALID;
     if (headOut == nullptr || tailOut == nullptr)
         return ZR_OK;
-    const char *slash = qualifier.text - 1;
     *headOut = nullptr;
-    *tailOut = ZR_UTL_StrDup(slash);
+    *tailOut = ZR_UTL_StrDup(tail);
     if (*tailOut == nullptr)
         return ZR_ERR_INVALID;
-    if (slash == path)
+    if (tail == path)
         return ZR_OK;
-    *headOut = ZR_UTL_StrDupWithSpecifyLength(path, static_cast<uint32_t>(slash - path));
+    *headOut = ZR_UTL_StrDupWithSpecifyLength(path, static_cast<uint32_t>(tail - path));
     if (*headOut != nullptr)
         return ZR_OK;
     zr::Free(*tailOut);

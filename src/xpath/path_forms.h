@@ -21,3 +21,11 @@ ZR_API uint32_t ZR_XPATH_SplitTargetNodeXpath(const char *path, char *moduleName
                                               uint32_t moduleNameSize, char **headOut,
                                               char **tailOut);
 }
+
+namespace zr {
+
+// The tail of such a split, inside the path itself: what stands before it is the head. The module
+// name goes into the buffer. Null where the split fails; needs no memory.
+const char *FindLastNamedStep(const char *path, char *moduleName, uint32_t moduleNameSize);
+
+} // namespace zr

@@ -26,8 +26,7 @@ ZR_API uint32_t ZR_XPATH_SkipPredicate(ZrXpathEvalCtx *ctx, const ZrXpathLex *le
                                        uint32_t *cursor);
 }
 
-namespace zr
-{
+namespace zr {
 // Whether a token of that type begins a step.
 bool StartsStep(uint32_t tokenType);
 } // namespace zr

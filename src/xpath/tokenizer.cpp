@@ -33,28 +33,38 @@ ZrXpathLex *NewLex(const char *expression)
 
 } // namespace
 
-ZrXpathLex *ZR_XPATH_ExprTokenize(const char *expression)
+uint32_t zr::Tokenize(const char *expression, ZrXpathLex **lexOut)
 {
+    *lexOut = nullptr;
     if (expression == nullptr)
-        return nullptr;
+        return ZR_ERR_INVALID;
     size_t length = PAL_StrLen(expression);
     if (static_cast<uint32_t>(length) != length)
-        return nullptr; // offsets are 32 bits wide
+        return ZR_ERR_INVALID; // offsets are 32 bits wide
     ZrXpathLex *lex = NewLex(expression);
     if (lex == nullptr)
-        return nullptr;
+        return ZR_ERR_NO_MEMORY;
     for (uint32_t cursor = 0; expression[cursor] != '\0';) {
         if (IsSpace(expression[cursor])) {
             ++cursor;
             continue;
         }
         ZrXpathToken token;
-        if (ZR_XPATH_ParseCurTokenFromExpr(lex, cursor, &token) != ZR_OK) {
+        uint32_t status = ZR_XPATH_ParseCurTokenFromExpr(lex, cursor, &token);
+        if (status != ZR_OK) {
             ZR_XPATH_FreeXpathLex(lex);
-            return nullptr;
+            return status;
         }
         cursor += token.length;
     }
+    *lexOut = lex;
+    return ZR_OK;
+}
+
+ZrXpathLex *ZR_XPATH_ExprTokenize(const char *expression)
+{
+    ZrXpathLex *lex = nullptr;
+    zr::Tokenize(expression, &lex);
     return lex;
 }
 

@@ -6,8 +6,7 @@
 #include <cstdint>
 #include <zrschema/types.h>
 
-namespace zr
-{
+namespace zr {
 // The schema node of an element, or null. Only elements have one: the private pointer of another
 // kind of node is the application's.
 inline const ZrNode *SchemaNodeOf(const xmlNode *node)

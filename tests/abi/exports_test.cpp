@@ -8,8 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace
-{
+namespace {
 
 std::vector<std::string> Lines(const std::string &command)
 {

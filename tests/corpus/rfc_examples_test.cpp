@@ -25,8 +25,7 @@
 #include "data/check_run.h"
 #include "support/context.h"
 
-namespace
-{
+namespace {
 
 using Words = std::vector<std::string>;
 
@@ -162,12 +161,13 @@ Result RunRpc(ZrCtx *ctx, std::string text)
     xmlDoc *doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
                                 XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
     std::string before = Dump(doc);
-    std::string second = TakeRecord(
-        ZR_CTX_ValidateRpcDataTree(ctx, 2, xmlDocGetRootElement(doc), nullptr, nullptr));
+    std::string second =
+        TakeRecord(ZR_CTX_ValidateRpcDataTree(ctx, 2, xmlDocGetRootElement(doc), nullptr, nullptr));
     EXPECT_EQ(second, result.record);
     result.document = Dump(doc);
-    if (result.record != "valid")
+    if (result.record != "valid") {
         EXPECT_EQ(result.document, before);
+    }
     xmlFreeDoc(doc);
     return result;
 }
@@ -214,9 +214,7 @@ Words FileNames()
     return names;
 }
 
-class RfcExamples : public ::testing::TestWithParam<std::string>
-{
-};
+class RfcExamples : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(RfcExamples, AreTakenAsPublishedAndRefusedWhenBroken)
 {
@@ -249,6 +247,6 @@ TEST_P(RfcExamples, AreTakenAsPublishedAndRefusedWhenBroken)
 }
 
 INSTANTIATE_TEST_SUITE_P(Rfc, RfcExamples, ::testing::ValuesIn(FileNames()),
-                         [](const auto &info) { return info.param; });
+                         [](const auto &param) { return param.param; });
 
 } // namespace

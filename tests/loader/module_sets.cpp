@@ -16,6 +16,11 @@ struct Node {
     int module;       // that defines it
     int depth;        // augments between it and its top-level node
     Kind kind;
+
+    Node(std::string itsPath, int itsModule, int itsDepth, Kind itsKind)
+        : path(std::move(itsPath)), module(itsModule), depth(itsDepth), kind(itsKind)
+    {
+    }
     bool hasDefault = false;
     bool ownConfig = false;
     bool declared = true;        // false: an input or output that no statement declares
@@ -34,9 +39,9 @@ public:
             set_.names.push_back("m" + std::to_string(i));
             bodies_.push_back(Own(static_cast<int>(i)));
         }
-        for (uint32_t i = 0; i < count + random_.Below(2 * count); ++i)
+        for (uint32_t i = 0, wanted = count + random_.Below(2 * count); i < wanted; ++i)
             AddAugment(static_cast<int>(random_.Below(count)));
-        for (uint32_t i = 0; i < random_.Below(3 * count); ++i)
+        for (uint32_t i = 0, wanted = random_.Below(5 * count); i < wanted; ++i)
             AddDeviation(static_cast<int>(random_.Below(count)));
         for (uint32_t i = 0; i < count; ++i)
             set_.texts[set_.names[i]] = ModuleText(set_.names[i], Imports() + bodies_[i]);
@@ -69,7 +74,7 @@ private:
     {
         std::string name = NewName("r");
         std::string path = "/" + Step(module, name);
-        nodes_.push_back({path, module, 0, Kind::Rpc});
+        nodes_.emplace_back(path, module, 0, Kind::Rpc);
         std::string text = "<rpc name=\"" + name + "\">";
         text += InputOrOutput(module, path, Kind::Input);
         text += InputOrOutput(module, path, Kind::Output);
@@ -79,7 +84,7 @@ private:
     std::string InputOrOutput(int module, const std::string &rpc, Kind kind)
     {
         std::string name = kind == Kind::Input ? "input" : "output";
-        Node node{rpc + "/" + Step(module, name), module, 0, kind};
+        Node node(rpc + "/" + Step(module, name), module, 0, kind);
         node.declared = random_.Chance(50);
         nodes_.push_back(node);
         if (!node.declared)
@@ -109,7 +114,7 @@ private:
             {Kind::LeafList, "leaf-list"},  {Kind::Choice, "choice"}, {Kind::Case, "case"}};
         const std::string &keyword = kKeywords.at(kind);
         std::string name = NewName(keyword.substr(0, 2).c_str());
-        Node node{parent + "/" + Step(module, name), module, depth, kind};
+        Node node(parent + "/" + Step(module, name), module, depth, kind);
         std::string text = "<" + keyword + " name=\"" + name + "\">" + Properties(&node);
         std::string path = node.path;
         nodes_.push_back(node);
@@ -177,7 +182,7 @@ private:
             text += "<when condition=\"w = 1\"/>";
         if (random_.Chance(20))
             text += "<if-feature name=\"f\"/>";
-        for (uint32_t i = 0; i < 1 + random_.Below(3); ++i) {
+        for (uint32_t i = 0, wanted = 1 + random_.Below(3); i < wanted; ++i) {
             Kind kind = target.kind == Kind::Choice ? Kind::Case : RandomChild();
             text += Element(module, target.path, kind, 1, target.depth + 1);
         }
@@ -191,13 +196,17 @@ private:
 
     void AddDeviation(int module)
     {
-        size_t at = PickNode(false);
+        // Often a node that is deviated already.
+        size_t at = deviated_.empty() || random_.Chance(60)
+                        ? PickNode(false)
+                        : deviated_[random_.Below(static_cast<uint32_t>(deviated_.size()))];
         std::string property;
         std::string deviate = Deviate(&nodes_[at], &property);
         if (deviate.empty() || !nodes_[at].taken.insert(property).second)
             return;
         Node &node = nodes_[at];
         node.deviators.insert(module);
+        deviated_.push_back(at);
         bodies_[static_cast<size_t>(module)] +=
             "<deviation target-node=\"" + node.path + "\">" + deviate + "</deviation>";
         set_.deviationsOnAugmented += node.depth > 0;
@@ -249,6 +258,7 @@ private:
     ModuleSet set_;
     std::vector<std::string> bodies_;
     std::vector<Node> nodes_;
+    std::vector<size_t> deviated_;
     int counter_ = 0;
 };
 

@@ -8,8 +8,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace
-{
+namespace {
 
 std::string ReadFile(const std::string &path)
 {
@@ -21,15 +20,18 @@ std::string ReadFile(const std::string &path)
 
 } // namespace
 
-ToolRun RunTool(const std::string &arguments)
+ToolRun RunTool(const std::string &arguments, const std::string &input)
 {
     char directory[] = "/tmp/zrschema-tool-XXXXXX";
     if (mkdtemp(directory) == nullptr)
         return {-1, "", "no temporary directory"};
     std::string out = std::string(directory) + "/out", err = std::string(directory) + "/err";
-    std::string command = ZR_TOOL " " + arguments + " >" + out + " 2>" + err;
+    std::string in = std::string(directory) + "/in";
+    std::ofstream(in, std::ios::binary) << input;
+    std::string command = ZR_TOOL " " + arguments + " <" + in + " >" + out + " 2>" + err;
     int status = std::system(command.c_str());
     ToolRun run{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(out), ReadFile(err)};
+    unlink(in.c_str());
     unlink(out.c_str());
     unlink(err.c_str());
     rmdir(directory);

@@ -9,7 +9,8 @@ struct ToolRun {
     std::string err;
 };
 
-// `arguments` is the rest of a shell command line.
-ToolRun RunTool(const std::string &arguments);
+// `arguments` is the rest of a shell command line, `input` what the program reads on standard
+// input.
+ToolRun RunTool(const std::string &arguments, const std::string &input = "");
 
 inline const std::string kExampleModules = "-p " ZR_EXAMPLES_DIR "/modules";

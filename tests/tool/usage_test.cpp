@@ -6,8 +6,7 @@
 using testing::HasSubstr;
 using testing::StartsWith;
 
-namespace
-{
+namespace {
 
 // One clear line on standard error, nothing on standard output, status 2.
 void ExpectUsageError(const std::string &arguments)
@@ -23,7 +22,7 @@ void ExpectUsageError(const std::string &arguments)
 
 TEST(Usage, HelpAndVersionAreEverywhere)
 {
-    for (const char *command : {"", "tree ", "check "}) {
+    for (const char *command : {"", "tree ", "check ", "node ", "value ", "validate "}) {
         ToolRun help = RunTool(std::string(command) + "--help");
         EXPECT_EQ(help.status, 0) << command;
         EXPECT_THAT(help.out, HasSubstr("--help"));
@@ -45,4 +44,8 @@ TEST(Usage, MistakesAreOneClearLine)
     ExpectUsageError("tree " + kExampleModules + " --feature tunnels example-router");
     ExpectUsageError("check " + kExampleModules);
     ExpectUsageError("check " + kExampleModules + " --all example-router");
+    ExpectUsageError("node " + kExampleModules + " /example-router:router");
+    ExpectUsageError("node " + kExampleModules + " -m example-router");
+    ExpectUsageError("value " + kExampleModules + " -m example-router /example-router:router");
+    ExpectUsageError("validate --rpc " + kExampleModules + " -m example-router");
 }

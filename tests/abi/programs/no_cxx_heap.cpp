@@ -35,8 +35,7 @@ void operator delete[](void *, std::size_t) noexcept
     std::abort();
 }
 
-namespace
-{
+namespace {
 
 uint32_t CountText(const char *, uint32_t length, void *total)
 {

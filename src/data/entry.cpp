@@ -1,0 +1,143 @@
+#include <zrschema/validation.h>
+
+#include <libxml/parser.h>
+
+#include <cstring>
+
+#include "data/check_run.h"
+#include "data/data_tree.h"
+#include "data/default_list.h"
+#include "data/error_record.h"
+#include "foundation/memory.h"
+#include "platform/xml_parse.h"
+
+namespace {
+
+enum InputKind : uint32_t { kInputTree = 2 };
+enum Defaults : uint32_t { kDiscard = 0, kKeep = 1 };
+
+// Makes a tree ready for a run and puts it back afterwards. No private pointer may stand in it; and
+// since the mark of an added default is a line number, elements that happen to stand on that line
+// of their document are without a line number meanwhile.
+class TreeGuard {
+public:
+    explicit TreeGuard(xmlNode *top) : top_(top)
+    {
+        size_t marked = 0;
+        for (xmlNode *node = top; node != nullptr; node = zr::NextElement(top, node)) {
+            node->_private = nullptr;
+            marked += ZRD_PAS_IsDefaultAddNode(node);
+        }
+        if (marked != 0)
+            HideLines(marked);
+    }
+    TreeGuard(const TreeGuard &) = delete;
+    TreeGuard &operator=(const TreeGuard &) = delete;
+    ~TreeGuard()
+    {
+        ZRD_PAS_ClearXmlTreePrivate(top_);
+        for (size_t i = 0; i < count_; ++i)
+            nodes_[i]->line = ZRD_DEFAULT_MARK;
+        zr::Free(nodes_);
+    }
+    bool failed() const { return failed_; }
+
+private:
+    void HideLines(size_t marked)
+    {
+        nodes_ = static_cast<xmlNode **>(zr::AllocZeroed(marked * sizeof(xmlNode *)));
+        failed_ = nodes_ == nullptr;
+        for (xmlNode *node = top_; count_ < marked && !failed_;
+             node = zr::NextElement(top_, node)) {
+            if (!ZRD_PAS_IsDefaultAddNode(node))
+                continue;
+            node->line = 0;
+            nodes_[count_++] = node;
+        }
+    }
+
+    xmlNode *top_;
+    xmlNode **nodes_ = nullptr;
+    size_t count_ = 0;
+    bool failed_ = false;
+};
+
+// Settles the defaults of a run by its status, and gives its record: null when the data is valid.
+ZrdErrNode *FinishRun(ZrdCheckAux *check, uint32_t status)
+{
+    if (status != ZR_OK) {
+        ZRD_PAS_ClearDefaultNodeList(check, kDiscard);
+        return zr::TakeFailure(check);
+    }
+    ZR_FreeErrNode(check->error);
+    ZRD_PAS_ClearDefaultNodeList(check, kKeep);
+    return nullptr;
+}
+
+uint32_t RunOnTree(ZrdCheckAux *check, xmlNode *top)
+{
+    TreeGuard guard(top);
+    return guard.failed() ? uint32_t{ZR_ERR_NO_MEMORY} : ZRD_PAS_ValidateDataTree(check, top);
+}
+
+// The callback sees the tree as the caller will have it: no private pointers, no marks.
+ZrdErrNode *ValidateTree(ZrdCheckAux *check, xmlNode *top)
+{
+    bool isElement = top != nullptr && top->type == XML_ELEMENT_NODE;
+    return FinishRun(check, isElement ? RunOnTree(check, top) : uint32_t{ZR_ERR_INVALID});
+}
+
+// The document as the run left it, to the callback.
+uint32_t HandOut(xmlDoc *document, ZrDocumentFunc callback, void *userData)
+{
+    xmlChar *text = nullptr;
+    int size = 0;
+    xmlDocDumpFormatMemoryEnc(document, &text, &size, "UTF-8", 1);
+    if (text == nullptr || size <= 0) {
+        xmlFree(text);
+        return ZR_ERR_INVALID;
+    }
+    uint32_t status = ZR_OK;
+    if (callback != nullptr)
+        status = callback(reinterpret_cast<const char *>(text), userData);
+    xmlFree(text);
+    return status;
+}
+
+} // namespace
+
+ZrdErrNode *ZR_CTX_ValidateRpcDataTree(ZrCtx *ctx, uint32_t inputKind, void *data,
+                                       ZrDefaultNodeFunc callback, void *userData)
+{
+    ZrdCheckAux check;
+    ZRD_PAS_InitCheckAux(&check, ctx, ZRD_MODE_RPC, callback, userData);
+    if (ctx == nullptr || data == nullptr)
+        return FinishRun(&check, ZR_ERR_INVALID);
+    if (inputKind == kInputTree)
+        return ValidateTree(&check, static_cast<xmlNode *>(data));
+    const char *text = static_cast<const char *>(data);
+    xmlDoc *document = zr::ParseXmlText(text, std::strlen(text));
+    if (document == nullptr)
+        return FinishRun(&check, ZR_ERR_INVALID);
+    // The callback is given its elements while the document is there.
+    ZrdErrNode *error = ValidateTree(&check, xmlDocGetRootElement(document));
+    xmlFreeDoc(document);
+    return error;
+}
+
+uint32_t ZR_CTX_ValidateNotifDataTree(ZrCtx *ctx, const char *xmlText, ZrDocumentFunc callback,
+                                      void *userData)
+{
+    if (ctx == nullptr || xmlText == nullptr)
+        return ZR_ERR_INVALID;
+    ZrdCheckAux check;
+    ZRD_PAS_InitCheckAux(&check, ctx, ZRD_MODE_NOTIF, nullptr, nullptr);
+    xmlDoc *document = zr::ParseXmlText(xmlText, std::strlen(xmlText));
+    if (document == nullptr)
+        return ZR_ERR_INVALID;
+    uint32_t status = ZRD_PAS_ValidateDataTree(&check, xmlDocGetRootElement(document));
+    ZR_FreeErrNode(check.error);
+    status = status == ZR_OK ? HandOut(document, callback, userData) : uint32_t{ZR_ERR_INVALID};
+    xmlFreeDoc(document);
+    return status;
+}

@@ -1,0 +1,52 @@
+// The making of error records. The first fault of a run wins: no field is ever overwritten.
+#pragma once
+
+#include <zrschema/validation.h>
+
+#include "data/check_records.h"
+
+extern "C" {
+// A record whose path is that of `dataNode`, or "/" without one; null when memory runs out.
+ZR_API ZrdErrNode *ZRD_ERR_NewErrNode(const ZrdCheckAux *check, uint32_t type, uint32_t severity,
+                                      uint32_t tag, const xmlNode *dataNode);
+// The setters do nothing for a null record, a null text or a field that is set already; what
+// cannot be stored stays null.
+ZR_API void ZRD_ERR_SetErrorMsg(ZrdErrNode *record, const char *format, ...)
+    __attribute__((format(printf, 2, 3)));
+ZR_API void ZRD_ERR_SetErrorAppTag(ZrdErrNode *record, const char *text);
+ZR_API void ZRD_ERR_SetBadElement(ZrdErrNode *record, const char *text);
+}
+
+namespace zr {
+
+// Every fault that a validation run reports, in the order of the fault table.
+enum class Fault : uint32_t {
+    MissingElement,
+    InvalidValue,
+    UnexpectedElement,
+    InvalidNamespace,
+    MissingChoice,
+    ElementOrder,
+    SeveralCases,
+    MustFalse,
+    MustNotEvaluated,
+    WhenNotEvaluated,
+    WhenFalse,
+    General,
+    Count
+};
+
+// Puts the fault into the run's record unless an earlier one stands there. `dataNode` gives the
+// path (null: "/"), the texts fill the message's "%s". Returns 22.
+uint32_t RecordFault(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode,
+                     const char *badElement = nullptr, const char *first = nullptr,
+                     const char *second = nullptr);
+// The same with an app tag and a message of the schema's own, where they are not null.
+uint32_t RecordFaultWithTexts(ZrdCheckAux *check, Fault fault, const xmlNode *element,
+                              const char *appTag, const char *message);
+// Takes the run's record out of it, or makes the general one; never null.
+ZrdErrNode *TakeFailure(ZrdCheckAux *check);
+// The local name of an element, as records show it; "" for null and for a nameless node.
+const char *NameOf(const xmlNode *node);
+
+} // namespace zr

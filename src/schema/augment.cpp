@@ -1,0 +1,138 @@
+// Coupling and uncoupling of one augment.
+#include "schema/augment.h"
+
+#include "schema/module_record.h"
+#include "schema/node.h"
+
+namespace {
+
+ZrNode *TakeLink(ZrNode *&link)
+{
+    ZrNode *node = link;
+    link = nullptr;
+    return node;
+}
+
+// The target of a coupled augment, as far as its nodes tell: null when it has none.
+ZrNode *TargetOfNodes(const ZrNode *augment)
+{
+    return augment->firstChild != nullptr ? augment->firstChild->parent : nullptr;
+}
+
+// Moves the nodes from `first` up to `last` from the target back under the augment.
+uint32_t MoveBack(ZrNode *augment, ZrNode *first, const ZrNode *last)
+{
+    ZrNode *next = first;
+    ZrNode *node = nullptr;
+    do {
+        node = next;
+        if (node == nullptr)
+            return ZR_ERR_INVALID;
+        next = node->next;
+        ZRS_NODE_Unlink(node);
+        ZRS_NODE_AddChild(augment, node);
+    } while (node != last);
+    return ZR_OK;
+}
+
+} // namespace
+
+void ZRS_NODE_NotifyAugmentFirstChildNodeRelink(ZrNode *node)
+{
+    if (node == nullptr || node->module == nullptr || node->module->ctx == nullptr)
+        return;
+    ZrCtx *ctx = node->module->ctx;
+    if (ctx->firstAugChildRelinkFunc != nullptr)
+        ctx->firstAugChildRelinkFunc(ctx, node, ctx);
+}
+
+uint32_t ZRS_NODE_CoupleAugmentNodeAndTargetNode(ZrNode *augment, ZrNode *target)
+{
+    if (augment == nullptr || target == nullptr)
+        return ZR_ERR_INVALID;
+    ZrNode *next = nullptr;
+    for (ZrNode *node = augment->firstChild; node != nullptr; node = next) {
+        next = node->next;
+        ZRS_NODE_AddChild(target, node);
+        ZRS_NODE_UpdateConfigFlag(node);
+        ZRS_NODE_UpdateNacmFlag(node);
+    }
+    return ZR_OK;
+}
+
+uint32_t ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(ZrNode *augment, ZrNode *target)
+{
+    if (augment == nullptr || target == nullptr)
+        return ZR_ERR_INVALID;
+    if (augment->firstChild == nullptr && augment->lastChild == nullptr)
+        return ZR_OK;
+    // A child knows its parent, so that no chain needs to be searched for it.
+    if (augment->firstChild == nullptr || augment->lastChild == nullptr ||
+        augment->firstChild->parent != target)
+        return ZR_ERR_INVALID;
+    ZrNode *first = TakeLink(augment->firstChild);
+    const ZrNode *last = TakeLink(augment->lastChild);
+    ZRS_NODE_NotifyAugmentFirstChildNodeRelink(first);
+    return MoveBack(augment, first, last);
+}
+
+uint32_t ZRS_NODE_CoupleAugmentNode(ZrNode *augment)
+{
+    if (augment == nullptr || augment->module == nullptr)
+        return ZR_ERR_INVALID;
+    if ((augment->flags & ZRS_FLAG_COUPLED) != 0)
+        return ZR_OK;
+    ZrCtx *ctx = augment->module->ctx;
+    ZrNode *target = ZR_CTX_GetTargetNode(ctx, augment->name, nullptr);
+    if (target == nullptr) {
+        target = ZRS_NODE_UpdateTargetPathWithInputOutput(ctx, augment->name);
+        if (target == nullptr)
+            return ZR_ERR_INVALID;
+        augment->flags |= ZRS_FLAG_MADE_TARGET;
+    }
+    ZRS_NODE_CoupleAugmentNodeAndTargetNode(augment, target);
+    ZRS_NODE_NotifyAugmentFirstChildNodeRelink(augment->firstChild);
+    augment->flags |= ZRS_FLAG_COUPLED;
+    return ZR_OK;
+}
+
+uint32_t ZRS_NODE_UnCoupleAugmentNode(ZrNode *augment)
+{
+    if (augment == nullptr || (augment->flags & ZRS_FLAG_COUPLED) == 0)
+        return ZR_ERR_INVALID;
+    // The target is where the nodes are; looking the path up again would need memory, which must
+    // not stand between a context and its end.
+    ZrNode *target = TargetOfNodes(augment);
+    if (target == nullptr) { // none of its nodes is left, so that there is nothing to take back
+        augment->flags &= ~ZRS_FLAG_COUPLED;
+        target = ZR_CTX_GetTargetNode(augment->module->ctx, augment->name, nullptr);
+    }
+    uint32_t status = ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, target);
+    if (status == ZR_OK)
+        augment->flags &= ~ZRS_FLAG_COUPLED;
+    return status;
+}
+
+void zr::TakeBackAugmentNodes(ZrNode *augment)
+{
+    if ((augment->flags & ZRS_FLAG_COUPLED) == 0)
+        return;
+    augment->flags &= ~ZRS_FLAG_COUPLED;
+    ZrNode *first = TakeLink(augment->firstChild);
+    const ZrNode *last = TakeLink(augment->lastChild);
+    if (first != nullptr)
+        MoveBack(augment, first, last);
+}
+
+void ZRS_NODE_RemoveCoupledAugmentNodeChildLink(ZrNode *augment, const ZrNode *node)
+{
+    if (augment == nullptr || node == nullptr || (augment->flags & ZRS_FLAG_COUPLED) == 0 ||
+        augment->firstChild == nullptr || node->parent != augment->firstChild->parent)
+        return;
+    bool isFirst = node == augment->firstChild;
+    bool isLast = node == augment->lastChild;
+    if (isFirst)
+        augment->firstChild = isLast ? nullptr : node->next;
+    if (isLast)
+        augment->lastChild = isFirst ? nullptr : node->prev;
+}

@@ -1,0 +1,75 @@
+// How a deviate is applied: a table of steps, one property each, with the message that sums up a
+// step's failure.
+#pragma once
+
+#include <span>
+
+#include "schema/deviation.h"
+#include "schema/node_record.h"
+
+namespace zr {
+
+using DeviateStepFunc = uint32_t (*)(ZrMod *module, ZrsDeviate *deviate, ZrNode *target);
+
+struct DeviateStep {
+    bool (*wanted)(const ZrsDeviate &deviate); // whether the deviate carries the property
+    DeviateStepFunc run;
+    const char *summary; // with one %s, the target's name
+};
+
+inline bool CarriesFlags(const ZrsDeviate &deviate)
+{
+    return (deviate.flags & (ZRS_FLAGS_CONFIG | ZRS_FLAGS_MANDATORY)) != 0;
+}
+inline bool CarriesDefaults(const ZrsDeviate &deviate)
+{
+    return deviate.defaultCount != 0;
+}
+inline bool CarriesMusts(const ZrsDeviate &deviate)
+{
+    return deviate.mustCount != 0;
+}
+inline bool CarriesUnits(const ZrsDeviate &deviate)
+{
+    return deviate.units != nullptr;
+}
+inline bool CarriesExtInsts(const ZrsDeviate &deviate)
+{
+    return deviate.extInstCount != 0;
+}
+inline bool CarriesType(const ZrsDeviate &deviate)
+{
+    return deviate.type != nullptr;
+}
+
+// Runs the wanted steps in order; the first that fails records its summary and ends the deviate.
+uint32_t RunDeviateSteps(std::span<const DeviateStep> steps, ZrMod *module, ZrsDeviate *deviate,
+                         ZrNode *target);
+
+// The work on defaults, one function for each kind of node that has them; other kinds give 1.
+struct DefaultsByKind {
+    DeviateStepFunc choice;
+    DeviateStepFunc leaf;
+    DeviateStepFunc leafList;
+};
+uint32_t RunByKind(const DefaultsByKind &table, ZrMod *module, ZrsDeviate *deviate, ZrNode *target);
+
+// Whether the extension instance is one of NETCONF access control (RFC 8341).
+bool IsNacmInstance(const ZrsExtInst *instance);
+
+// Records a message about the target and gives 1.
+uint32_t RefuseDeviate(ZrMod *module, const ZrNode *target, const char *message);
+
+// Where the node keeps its single default: a leaf's value or a choice's case.
+const char **DefaultSlot(ZrNode *target);
+// Where the node keeps its units; null for a kind that has none.
+const char **UnitsSlot(ZrNode *target);
+// The leaf-list's record.
+ZrsLeafListInfo *LeafListOf(ZrNode *target);
+// The real type of a leaf or leaf-list; null for another kind.
+ZrtRealType *RealTypeSlot(ZrNode *target);
+
+// Puts an interned copy of the text in place of the slot's; 0 or 12 with nothing changed.
+uint32_t ReplaceText(ZrMod *module, const char *&slot, const char *text);
+
+} // namespace zr

@@ -1,0 +1,292 @@
+// The public entry points: input of both kinds, bad input, what is left behind.
+#include <gtest/gtest.h>
+#include <libxml/parser.h>
+
+#include <cstring>
+
+#include "data/check_run.h"
+#include "run.h"
+#include "schema.h"
+#include "support/alloc.h"
+
+namespace {
+
+using namespace zrtest;
+
+const std::string kInput = Leaf("a", "string") + Leaf("d", "string", Default("x")) +
+                           Container("c", Leaf("n", "uint8")) + "<anydata name=\"any\"/>";
+const std::string kBody =
+    Rpc("op", kInput) + Notification("event", kInput) + "<rpc name=\"bare\"/>";
+
+class EntryTest : public ::testing::Test {
+protected:
+    Schema schema_{kBody};
+};
+
+TEST_F(EntryTest, RefusesNullWithTheGeneralRecord)
+{
+    std::string text = Data("op");
+    Document document(text);
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(nullptr, 1, text.data(), nullptr, nullptr)),
+              General());
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(nullptr, 2, document.top(), nullptr, nullptr)),
+              General());
+    for (uint32_t kind : {1u, 2u})
+        EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, kind, nullptr, nullptr, nullptr)),
+                  General());
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(nullptr, text.c_str(), nullptr, nullptr), 22u);
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, nullptr, nullptr, nullptr), 22u);
+}
+
+TEST_F(EntryTest, TakesEveryInputKindButTwoForText)
+{
+    std::string text = Data("op");
+    for (uint32_t kind : {0u, 1u, 3u, 99u})
+        EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, kind, text.data(), nullptr, nullptr), nullptr)
+            << kind;
+}
+
+TEST_F(EntryTest, NeedsNoCallbacks)
+{
+    std::string text = Data("op");
+    Document document(text);
+    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr), nullptr);
+    EXPECT_NE(document.Dump().find("<d>x</d>"), std::string::npos);
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, Data("event").c_str(), nullptr, nullptr), 0u);
+}
+
+TEST_F(EntryTest, TakesATreeWithoutADocumentNode)
+{
+    Document document(Data("op", "<c><n>300</n></c>"));
+    xmlNode *top = document.top();
+    xmlUnlinkNode(top);
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, top, nullptr, nullptr)),
+              Fault(8, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
+    xmlFreeNode(top);
+}
+
+TEST_F(EntryTest, TakesASubtreeOfALargerDocument)
+{
+    Document document("<rpc xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\" message-id=\"1\">" +
+                      Data("op", "<c><n>300</n></c>") + "</rpc>");
+    xmlNode *op = document.Find("op");
+    document.top()->_private = op; // the application's own
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, op, nullptr, nullptr)),
+              Fault(8, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
+    EXPECT_EQ(document.top()->_private, op);
+}
+
+TEST_F(EntryTest, RefusesATreeThatIsNoElement)
+{
+    Document document(Data("op", "text"));
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.get(), nullptr, nullptr)),
+              General());
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top()->children, nullptr,
+                                                    nullptr)),
+              General());
+}
+
+TEST_F(EntryTest, IgnoresPrivatePointersThatStandInTheTree)
+{
+    Document document(Data("op", "<c><n>300</n></c>"));
+    int own = 0;
+    document.top()->_private = &own;
+    document.Find("n")->_private = &own;
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr)),
+              Fault(8, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
+    EXPECT_EQ(document.top()->_private, nullptr);
+    EXPECT_EQ(document.Find("n")->_private, nullptr);
+}
+
+TEST_F(EntryTest, TakesAnRpcWithoutInput)
+{
+    EXPECT_EQ(RpcRecord(schema_, Data("bare")), Valid());
+    EXPECT_EQ(RpcRecord(schema_, Data("bare", "<a/>")),
+              Fault(9, "-", "/m:bare/a", "Unexpected element: a.", "a"));
+}
+
+TEST_F(EntryTest, RefusesTextThatIsNoXmlWithTheGeneralRecordAndWithoutAWord)
+{
+    std::string many;
+    for (int i = 0; i < 300; ++i)
+        many += "<a>";
+    const std::string rows[] = {
+        "",
+        " ",
+        "text",
+        "<",
+        "<op xmlns=\"urn:m\">",
+        "<op xmlns=\"urn:m\"></oq>",
+        "<op xmlns=\"urn:m\"/><op xmlns=\"urn:m\"/>",
+        "<op xmlns=\"urn:m\">\xff\xfe</op>",
+        "<op xmlns=\"urn:m\">\xc3\x28</op>",
+        "<op xmlns=\"urn:m\"><a>&undefined;</a></op>",
+        "<op xmlns=\"urn:m\" xmlns=\"urn:m\"/>",
+        "<op xmlns=\"urn:m\"><a>&#0;</a></op>",
+        many,
+    };
+    testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
+    for (const std::string &text : rows) {
+        EXPECT_EQ(RpcRecord(schema_, text), General()) << text;
+        EXPECT_EQ(ValidateNotif(schema_, text).status, 22u) << text;
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(EntryTest, TakesUndeclaredPrefixesForElementsWithoutANamespace)
+{
+    testing::internal::CaptureStderr();
+    std::string text = "<q:op><a/></q:op>";
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+              General());
+    text = Data("op", "<q:a/>");
+    Record record =
+        TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr));
+    EXPECT_EQ(record.tag, 9u);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(EntryTest, RefusesAnEntityBomb)
+{
+    std::string bomb = "<!DOCTYPE op [<!ENTITY a \"aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa\">";
+    for (char name = 'b'; name <= 'z'; ++name) {
+        std::string entity = std::string("&") + static_cast<char>(name - 1) + ";";
+        bomb += std::string("<!ENTITY ") + name + " \"";
+        for (int i = 0; i < 20; ++i)
+            bomb += entity;
+        bomb += "\">";
+    }
+    bomb += "]><op xmlns=\"urn:m\"><a>&z;</a></op>";
+    testing::internal::CaptureStderr();
+    Record record =
+        TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, bomb.data(), nullptr, nullptr));
+    EXPECT_EQ(record, General());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(EntryTest, LoadsNoExternalEntity)
+{
+    TempDir dir;
+    std::string path = dir.Write("entity.txt", "secret");
+    for (const char *content : {"<a>&e;</a>", "<a>x&e;</a>", "&e;"}) {
+        std::string text =
+            "<!DOCTYPE op [<!ENTITY e SYSTEM \"file://" + path + "\">]>" + Data("op", content);
+        NotifOutcome outcome =
+            ValidateNotif(schema_, "<!DOCTYPE event [<!ENTITY e SYSTEM \"file://" + path + "\">]>" +
+                                       Data("event", content));
+        EXPECT_EQ(outcome.document.find("secret"), std::string::npos);
+        ZR_FreeErrNode(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr));
+    }
+}
+
+TEST_F(EntryTest, TakesAnEntityReferenceForNoValue)
+{
+    std::string doctype = "<!DOCTYPE op [<!ENTITY e \"x\">]>";
+    EXPECT_EQ(RpcRecord(schema_, doctype + Data("op", "<a>&e;</a>")),
+              Fault(9, "-", "/m:op/a", "Unexpected element: a.", "a"));
+    EXPECT_EQ(RpcRecord(schema_, doctype + Data("op", "&e;<any>&e;</any>")), Valid());
+}
+
+TEST_F(EntryTest, TakesInstructionsCommentsAndCdataBetweenElements)
+{
+    EXPECT_EQ(RpcRecord(schema_,
+                        "<?pi?><!-- c --><op xmlns=\"urn:m\"><!-- c --><?pi?><a>x</a>"
+                        "<![CDATA[ text ]]><c><?pi?><n>1</n><!-- c --></c></op><!-- c -->"),
+              Valid());
+}
+
+TEST_F(EntryTest, TakesADocumentOf100Megabytes)
+{
+    std::string content;
+    content.reserve(105000000);
+    for (int i = 0; i < 20; ++i)
+        content += "<x>" + std::string(5000000, 'x') + "</x>";
+    std::string text = Data("op", "<any>" + content + "</any>");
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+              Valid());
+    text = Data("op", "<any>" + content + "</any><z/>");
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+              Fault(9, "-", "/m:op/z", "Unexpected element: z.", "z"));
+}
+
+TEST_F(EntryTest, SwitchesKeepBlanksOffAndLeavesItSo)
+{
+    xmlKeepBlanksDefault(1);
+    std::string text = Data("op");
+    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr), nullptr);
+    EXPECT_EQ(xmlKeepBlanksDefault(1), 0);
+    EXPECT_EQ(ValidateNotif(schema_, Data("event")).status, 0u);
+    EXPECT_EQ(xmlKeepBlanksDefault(1), 0);
+    Document document(text); // a caller's tree needs no parsing
+    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr), nullptr);
+    EXPECT_EQ(xmlKeepBlanksDefault(1), 1);
+}
+
+// Notifications
+
+TEST_F(EntryTest, HandsTheNotificationOutAsFormattedUtf8)
+{
+    NotifOutcome outcome =
+        ValidateNotif(schema_, "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>"
+                               "<event xmlns=\"urn:m\"><a>\xe4</a>  <c>\n<n>1</n></c></event>");
+    EXPECT_EQ(outcome.status, 0u);
+    EXPECT_EQ(outcome.document, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                "<event xmlns=\"urn:m\">\n  <a>\xc3\xa4</a>\n  <c>\n"
+                                "    <n>1</n>\n  </c>\n</event>\n");
+}
+
+TEST_F(EntryTest, GivesTheCallbacksResultForANotification)
+{
+    auto callback = [](const char *, void *userData) { return *static_cast<uint32_t *>(userData); };
+    uint32_t result = 4711;
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, Data("event").c_str(), callback, &result),
+              4711u);
+    EXPECT_EQ(
+        ZR_CTX_ValidateNotifDataTree(schema_, Data("event", "<z/>").c_str(), callback, &result),
+        22u);
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, Data("op").c_str(), callback, &result), 22u);
+}
+
+TEST_F(EntryTest, DoesNotCheckValuesOfANotification)
+{
+    EXPECT_EQ(ValidateNotif(schema_, Data("event", "<c><n>no number</n></c>")).status, 0u);
+}
+
+// A run
+
+TEST_F(EntryTest, RunWantsATopElement)
+{
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    EXPECT_EQ(ZRD_PAS_ValidateDataTree(run, nullptr), 22u);
+}
+
+TEST_F(EntryTest, RunStartsEmpty)
+{
+    int userData = 0;
+    auto callback = [](void *, void *) {};
+    ZrdCheckAux check;
+    std::memset(static_cast<void *>(&check), 0xff, sizeof(check));
+    ZRD_PAS_InitCheckAux(&check, schema_, ZRD_MODE_NOTIF, callback, &userData);
+    EXPECT_EQ(check.ctx, schema_.get());
+    EXPECT_EQ(check.mode, 2u);
+    EXPECT_EQ(check.root, nullptr);
+    EXPECT_EQ(check.actionElement, nullptr);
+    EXPECT_EQ(check.error, nullptr);
+    EXPECT_EQ(check.defaults.next, &check.defaults);
+    EXPECT_EQ(check.defaults.prev, &check.defaults);
+    EXPECT_NE(check.callback, nullptr);
+    EXPECT_EQ(check.userData, &userData);
+}
+
+TEST_F(EntryTest, RunTakesTheTopsParentForItsRoot)
+{
+    Document document(Data("op"));
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    EXPECT_EQ(ZRD_PAS_ValidateDataTree(run, document.top()), 0u);
+    EXPECT_EQ(run->root, reinterpret_cast<xmlNode *>(document.get()));
+    EXPECT_EQ(run->defaults.next->next, &run->defaults);
+}
+
+} // namespace

@@ -1,0 +1,173 @@
+// Whole runs with the n-th allocation failing, for every n: a record or a result, nothing leaked,
+// the caller's tree as it was.
+#include <gtest/gtest.h>
+#include <libxml/xmlerror.h>
+#include <libxml/xmlmemory.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "run.h"
+#include "schema.h"
+#include "support/alloc.h"
+
+namespace {
+
+using namespace zrtest;
+
+const std::string kInput =
+    Leaf("mode", "string") + Leaf("d", "string", When("../mode = 'on'") + Default("x")) +
+    Container("c", Leaf("e", "string", Default("y")) +
+                       Leaf("f", "string", Default("z") + Must("../../mode"))) +
+    List("l", "k",
+         Leaf("k", "string") +
+             "<leaf name=\"t\"><type name=\"identityref\"><base name=\"b\"/></type></leaf>" +
+             Leaf("g", "string", When("derived-from-or-self(../t, 'm:b')") + kMandatory)) +
+    Leaf("m", "string",
+         kMandatory + Must(". = 'yes'", "<error-message><value>Say yes.</value>"
+                                        "</error-message>"));
+const std::string kBody =
+    "<identity name=\"b\"/>" + Rpc("op", kInput) + Notification("event", kInput);
+
+const char *const kContents[] = {
+    "<mode>on</mode><l><k>1</k><t>b</t><g/></l><m>yes</m>", // valid
+    "<mode>off</mode><m>yes</m>",                           // valid, with a default taken back
+    "<mode>on</mode><l><k>1</k><t>b</t></l><m>yes</m>",     // a mandatory node is missing
+    "<mode>on</mode><m>no</m>",                             // a false must
+    "<l><k>1</k><k>2</k></l>",                              // a repeated node
+    "<m>yes</m><mode/>",                                    // a wrong order
+};
+
+void Ignore(void *, void *) {}
+
+class FailingMemory : public ::testing::TestWithParam<const char *> {
+protected:
+    Schema schema_{kBody};
+};
+
+TEST_P(FailingMemory, NeverMakesAFailedRequestLookValidNorLeaksNorTouchesTheTree)
+{
+    ASSERT_EQ(schema_.status, 0u);
+    Document document(std::string(3, '\n') + Data("op", GetParam()));
+    bool valid = RpcRecord(schema_, Data("op", GetParam())) == Valid();
+    document.top()->line = 256; // the guard of caller's lines allocates too
+    std::string before = document.Dump();
+    AllocGuard guard;
+    uint64_t n = 0;
+    for (bool all : {false, true}) {
+        for (n = 0; n < 10000; ++n) {
+            Document copy(xmlCopyDoc(document.get(), 1));
+            copy.top()->line = 256;
+            guard.FailAt(n, all);
+            ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(schema_, 2, copy.top(), Ignore, nullptr);
+            bool reached = guard.Count() > n;
+            guard.FailNone();
+            EXPECT_EQ(copy.top()->line, 256);
+            if (error != nullptr) {
+                EXPECT_EQ(ZR_GetErrorType(error), 4u);
+                EXPECT_EQ(ZR_GetErrorSeverity(error), 1u);
+                EXPECT_EQ(copy.Dump(), before);
+            }
+            // Short of memory a run may fail that would not, never the other way round.
+            EXPECT_TRUE(valid || error != nullptr) << "allocation " << n;
+            ZR_FreeErrNode(error);
+            EXPECT_EQ(guard.LiveBlocks(), 0) << "allocation " << n;
+            if (!reached)
+                break;
+        }
+        EXPECT_GT(n, 3u);
+        EXPECT_LT(n, 10000u);
+    }
+}
+
+TEST_P(FailingMemory, OfANotificationLeaksNothing)
+{
+    AllocGuard guard;
+    std::string text = Data("event", GetParam());
+    for (uint64_t n = 0; n < 10000; ++n) {
+        guard.FailAt(n);
+        uint32_t status = ZR_CTX_ValidateNotifDataTree(schema_, text.c_str(), nullptr, nullptr);
+        bool reached = guard.Count() > n;
+        guard.FailNone();
+        EXPECT_TRUE(status == 0 || status == 22) << status;
+        EXPECT_EQ(guard.LiveBlocks(), 0) << "allocation " << n;
+        if (!reached)
+            break;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Requests, FailingMemory, ::testing::ValuesIn(kContents));
+
+// libxml2's own allocations, which do not go through the hooks.
+
+struct {
+    uint64_t count = 0;
+    uint64_t failAt = UINT64_MAX;
+} g_xmlMemory;
+
+void *XmlMalloc(size_t size)
+{
+    return g_xmlMemory.count++ == g_xmlMemory.failAt ? nullptr : std::malloc(size);
+}
+
+void *XmlRealloc(void *block, size_t size)
+{
+    return g_xmlMemory.count++ == g_xmlMemory.failAt ? nullptr : std::realloc(block, size);
+}
+
+char *XmlStrdup(const char *text)
+{
+    return g_xmlMemory.count++ == g_xmlMemory.failAt ? nullptr : strdup(text);
+}
+
+void Silence(void *, const char *, ...) {}
+
+class FailingXmlMemory {
+public:
+    FailingXmlMemory()
+    {
+        xmlMemSetup(std::free, XmlMalloc, XmlRealloc, XmlStrdup);
+        xmlSetGenericErrorFunc(nullptr, Silence); // its out-of-memory messages
+    }
+    ~FailingXmlMemory()
+    {
+        xmlSetGenericErrorFunc(nullptr, nullptr);
+        xmlMemSetup(std::free, std::malloc, std::realloc, strdup);
+    }
+    void FailAt(uint64_t n) { g_xmlMemory = {0, n}; }
+    bool Stop()
+    {
+        bool reached = g_xmlMemory.count > g_xmlMemory.failAt;
+        g_xmlMemory.failAt = UINT64_MAX;
+        return reached;
+    }
+};
+
+TEST_P(FailingMemory, OfLibxml2LeavesTheTreeAndNeverMakesAFailedRequestLookValid)
+{
+    ASSERT_EQ(schema_.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
+                                    "<augment target-node=\"/m:op/m:input\">" +
+                                        Container("c", Leaf("d", "string", Default("x"))) +
+                                        "</augment>"),
+              0u);
+    Document document(Data("op", GetParam()));
+    bool valid = RpcRecord(schema_, Data("op", GetParam())) == Valid();
+    std::string before = document.Dump();
+    FailingXmlMemory memory;
+    uint64_t n = 0;
+    for (bool reached = true; reached && n < 1000; ++n) {
+        Document copy(xmlCopyDoc(document.get(), 1));
+        memory.FailAt(n);
+        ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(schema_, 2, copy.top(), Ignore, nullptr);
+        reached = memory.Stop();
+        EXPECT_TRUE(valid || error != nullptr) << "allocation " << n;
+        EXPECT_TRUE(error != nullptr || !reached) << "allocation " << n;
+        if (error != nullptr) {
+            EXPECT_EQ(copy.Dump(), before) << "allocation " << n;
+        }
+        ZR_FreeErrNode(error);
+    }
+    EXPECT_LT(n, 1000u);
+}
+
+} // namespace

@@ -1,0 +1,235 @@
+#include "data/flush.h"
+
+#include <gtest/gtest.h>
+#include <zrschema/node.h>
+
+#include "data/data_tree.h"
+#include "run.h"
+#include "schema.h"
+#include "support/alloc.h"
+
+namespace {
+
+using namespace zrtest;
+
+const std::string kBody =
+    Rpc("op", Leaf("a", "string") + Leaf("n", "uint8") + Container("c", Leaf("x", "string")) +
+                  "<anydata name=\"any\"/><anyxml name=\"xml\"/>"
+                  "<choice name=\"way\"><case name=\"one\">" +
+                  Leaf("in-one", "string") + "</case></choice>") +
+    Notification("event", Leaf("n", "uint8") + Container("c", Leaf("x", "string"))) +
+    Container("state", Leaf("n", "uint8")) + "<choice name=\"top-choice\"><case name=\"k\">" +
+    Leaf("k-leaf", "string") + "</case></choice>";
+
+class FlushTest : public ::testing::Test {
+protected:
+    uint32_t Flush(const std::string &text, uint32_t mode = ZRD_MODE_RPC)
+    {
+        Document document(text);
+        CheckRun run(schema_, mode);
+        run->root = document.top()->parent;
+        uint32_t status = ZRD_PAS_FlushTreeWithSchema(run, document.top());
+        record_ = run.record();
+        mode_ = run->mode;
+        return status;
+    }
+
+    Schema schema_{kBody};
+    Record record_;
+    uint32_t mode_ = 0;
+};
+
+TEST_F(FlushTest, GivesEveryElementItsSchemaNode)
+{
+    Document document(Data("op", "<a/><c><x/></c><in-one/>"));
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+    EXPECT_EQ(zr::SchemaOf(document.top()), schema_.Node("/m:op"));
+    EXPECT_EQ(zr::SchemaOf(document.Find("a")), schema_.Node("/m:op/input/a"));
+    EXPECT_EQ(zr::SchemaOf(document.Find("x")), schema_.Node("/m:op/input/c/x"));
+    EXPECT_EQ(zr::SchemaOf(document.Find("in-one")), schema_.Node("/m:op/input/way/one/in-one"));
+}
+
+TEST_F(FlushTest, SkipsAnElementThatHasASchemaNode)
+{
+    Document document(Data("op", "<unknown/>"));
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    ZrNode *op = schema_.Node("/m:op");
+    document.top()->_private = op;
+    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+    document.Find("unknown")->_private = op;
+    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.Find("unknown"), op), 0u);
+    EXPECT_EQ(ZRD_PAS_FlushAllElementChildNodeWithSchema(run, document.top(), op), 0u);
+}
+
+TEST_F(FlushTest, RefusesANodeThatIsNoElementAndAnElementWithoutNamespaceWithoutARecord)
+{
+    Document document("<op/>");
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 22u);
+    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, reinterpret_cast<xmlNode *>(document.get())), 22u);
+    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, nullptr), 22u);
+    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.top(), nullptr), 22u);
+    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, nullptr, schema_.Node("/m:op")), 22u);
+    EXPECT_EQ(run.record(), Record{});
+}
+
+TEST_F(FlushTest, NamesTheNamespaceOfNoModule)
+{
+    EXPECT_EQ(Flush("<p:op xmlns:p=\"urn:x\"/>"), 22u);
+    EXPECT_EQ(record_, Fault(10, "-", "/op", "op has invalid namespace: urn:x.", "op"));
+}
+
+TEST_F(FlushTest, FindsNoTopElementForATopLevelChoice)
+{
+    EXPECT_EQ(Flush(Data("top-choice", "<k-leaf/>")), 22u);
+    EXPECT_EQ(record_,
+              Fault(9, "-", "/m:top-choice", "Unexpected element: top-choice.", "top-choice"));
+}
+
+TEST_F(FlushTest, RefusesElementsBelowTheTopInAnUnknownNamespaceOrNone)
+{
+    EXPECT_EQ(Flush(Data("op", "<a xmlns=\"urn:x\"/>")), 22u);
+    EXPECT_EQ(record_, Fault(9, "-", "/m:op/a", "Unexpected element: a.", "a"));
+    EXPECT_EQ(Flush(Data("op", "<c><x xmlns=\"\"/></c>")), 22u);
+    EXPECT_EQ(record_, Fault(9, "-", "/m:op/c/x", "Unexpected element: x.", "x"));
+}
+
+TEST_F(FlushTest, NamesElementsByTheirLocalNames)
+{
+    EXPECT_EQ(Flush("<p:op xmlns:p=\"urn:m\"><p:z/></p:op>"), 22u);
+    EXPECT_EQ(record_, Fault(9, "-", "/m:op/z", "Unexpected element: z.", "z"));
+}
+
+TEST_F(FlushTest, DoesNotFindACaseByItsName)
+{
+    EXPECT_EQ(Flush(Data("op", "<one/>")), 22u);
+    EXPECT_EQ(record_, Fault(9, "-", "/m:op/one", "Unexpected element: one.", "one"));
+}
+
+TEST_F(FlushTest, PassesOverWhatIsNoElement)
+{
+    EXPECT_EQ(Flush(Data("op", "text<!-- c --><?pi x?><![CDATA[z]]><a/>")), 0u);
+}
+
+TEST_F(FlushTest, SettlesTheKindOfRunByTheTopElement)
+{
+    EXPECT_EQ(Flush(Data("op")), 0u);
+    EXPECT_EQ(mode_, ZRD_MODE_RPC);
+    EXPECT_EQ(Flush(Data("state")), 0u);
+    EXPECT_EQ(mode_, ZRD_MODE_RPC | ZRD_MODE_ACTION);
+    EXPECT_EQ(Flush(Data("event")), 0u);
+    EXPECT_EQ(mode_, ZRD_MODE_RPC | ZRD_MODE_ACTION);
+    EXPECT_EQ(Flush(Data("event"), ZRD_MODE_NOTIF), 0u);
+    EXPECT_EQ(mode_, ZRD_MODE_NOTIF);
+    EXPECT_EQ(Flush(Data("state"), ZRD_MODE_NOTIF), 22u);
+    EXPECT_EQ(record_, Fault(9, "-", "/m:state", "Unexpected element: state.", "state"));
+}
+
+TEST_F(FlushTest, DoesNotCheckValuesInNotifications)
+{
+    EXPECT_EQ(Flush(Data("event", "<n>no number</n>"), ZRD_MODE_NOTIF), 0u);
+    EXPECT_EQ(Flush(Data("state", "<n>no number</n>")), 0x7008u);
+    EXPECT_EQ(record_, Fault(8, "-", "/m:state/n", "n has invalid value no number.", "n"));
+}
+
+TEST_F(FlushTest, RefusesALeafThatDoesNotBeginWithText)
+{
+    Record unexpected = Fault(9, "-", "/m:op/a", "Unexpected element: a.", "a");
+    for (const char *content : {"<b/>", "<!--c-->x", "<![CDATA[x]]>", "<?pi?>x"}) {
+        EXPECT_EQ(Flush(Data("op", std::string("<a>") + content + "</a>")), 22u) << content;
+        EXPECT_EQ(record_, unexpected) << content;
+    }
+    for (const char *content : {"", "x", "x<!--c-->", "x<b/>"})
+        EXPECT_EQ(Flush(Data("op", std::string("<a>") + content + "</a>")), 0u) << content;
+}
+
+TEST_F(FlushTest, ChecksTheValueBeforeTheContentOfALeaf)
+{
+    EXPECT_EQ(Flush(Data("op", "<n><b/></n>")), 0x7008u);
+    EXPECT_EQ(record_, Fault(8, "-", "/m:op/n", "n has invalid value .", "n"));
+}
+
+TEST_F(FlushTest, DoesNotLookBelowAnydataAndAnyxml)
+{
+    EXPECT_EQ(Flush(Data("op", "<any><a><b xmlns=\"urn:x\"/></a></any><xml>t<a/><a/></xml>")), 0u);
+}
+
+TEST_F(FlushTest, MatchesChildrenInAnyOrder)
+{
+    for (const char *content :
+         {"<c/><n>1</n><a/>", "<in-one/><c/><a/>", "<xml/><any/><c/><n>2</n>"}) {
+        Document document("<event/>");
+        EXPECT_EQ(Flush(Data("op", content), 0), 0u) << content;
+    }
+}
+
+TEST(FlushNames, TakeTheInputsNodeBeforeTheOutputsOfTheSameName)
+{
+    Schema schema("<rpc name=\"op\"><input>" + Leaf("a", "string") + Leaf("x", "uint8") +
+                  "</input><output>" + Leaf("x", "string") + Leaf("only-out", "string") +
+                  "</output></rpc>");
+    ASSERT_EQ(schema.status, 0u);
+    Document document(Data("op", "<only-out/><x>1</x>"));
+    CheckRun run(schema, ZRD_MODE_RPC);
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+    EXPECT_EQ(zr::SchemaOf(document.Find("x")), schema.Node("/m:op/input/x"));
+}
+
+TEST(FlushNamespaces, MatchAugmentedElementsByTheirModule)
+{
+    Schema schema(Rpc("op", Container("c", Leaf("a", "string") + Leaf("b", "string"))));
+    ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
+                                   "<augment target-node=\"/m:op/m:input/m:c\">" +
+                                       Leaf("a", "uint8") + Leaf("z", "string") + "</augment>"),
+              0u);
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<c><a>x</a><a xmlns=\"urn:n\">1</a><b/></c>")),
+              Valid());
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<c><a>x</a><a xmlns=\"urn:n\">y</a></c>")),
+              Fault(8, "-", "/m:op/c/n:a", "a has invalid value y.", "a"));
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<c><z/></c>")),
+              Fault(9, "-", "/m:op/c/z", "Unexpected element: z.", "z"));
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<c><z xmlns=\"urn:n\"/><b/><a/></c>")),
+              Fault(7, "-", "/m:op/c/a", "Invalid element order between a and b.", "a"));
+    // Each element may declare the namespace for itself.
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<c xmlns=\"urn:m\"><a xmlns=\"urn:m\"/>"
+                                           "<b xmlns=\"urn:m\"/></c>")),
+              Valid());
+}
+
+const std::string kMountBody =
+    "<import module=\"ietf-yang-schema-mount\"><prefix value=\"yangmnt\"/></import>" +
+    Container("top", Container("mounted",
+                               "<yangmnt:mount-point xmlns:yangmnt=\"urn:ietf:params:xml:ns:yang:"
+                               "ietf-yang-schema-mount\" label=\"root\"/>") +
+                         "<action name=\"act\"/>") +
+    Rpc("op", Leaf("a", "string") +
+                  Container("mounted", "<yangmnt:mount-point xmlns:yangmnt=\"urn:ietf:params:xml:"
+                                       "ns:yang:ietf-yang-schema-mount\" label=\"root\"/>"));
+
+TEST(MountPoint, IsNotLookedInto)
+{
+    TestContext ctx;
+    std::string module = ModuleText("m", kMountBody);
+    ASSERT_EQ(ctx.Load(module), 0u);
+    CheckRun run(ctx, ZRD_MODE_RPC);
+    Document document(Data("top", "<mounted><any xmlns=\"urn:other\"/></mounted>"));
+    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+    EXPECT_EQ(run->mode, ZRD_MODE_RPC | ZRD_MODE_ACTION | ZRD_MODE_MOUNT_POINT);
+    EXPECT_EQ(document.Find("any")->_private, nullptr);
+}
+
+TEST(MountPoint, EndsTheRunOfActionDataWithSuccess)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.Load(ModuleText("m", kMountBody)), 0u);
+    EXPECT_EQ(RpcRecord(ctx, Data("top", "<mounted><any xmlns=\"urn:other\"/></mounted>")),
+              Valid());
+    // Without the mount point the action is missed, and in an rpc the run goes on.
+    EXPECT_EQ(RpcRecord(ctx, Data("top")),
+              Fault(9, "-", "/", "Unexpected element: action.", "action"));
+    EXPECT_EQ(RpcRecord(ctx, Data("op", "<mounted><z/></mounted><a/>")),
+              Fault(7, "-", "/m:op/a", "Invalid element order between a and mounted.", "a"));
+}
+
+} // namespace

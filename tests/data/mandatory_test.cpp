@@ -1,0 +1,219 @@
+#include "data/mandatory.h"
+
+#include <gtest/gtest.h>
+
+#include "data/flush.h"
+#include "run.h"
+#include "schema.h"
+#include "schema/node_record.h"
+
+namespace {
+
+using namespace zrtest;
+
+const std::string kM = Leaf("m", "string", kMandatory);
+
+Record Missing(const std::string &path, const std::string &name)
+{
+    return Fault(7, "-", path, "Missing element: " + name + ".", name);
+}
+
+Record MissingChoice(const std::string &path, const std::string &parent)
+{
+    return Fault(16, "missing-choice", path, "Mandatory choice w missing element.", parent);
+}
+
+struct Row {
+    const char *name;
+    std::string input; // of the rpc "op", and of the notification "event"
+    std::string content;
+    bool valid;
+    Record record; // for the rpc
+};
+
+std::string Presence(const std::string &inside)
+{
+    return "<container name=\"c\"><presence value=\"p\"/>" + inside + "</container>";
+}
+
+std::string Choice(const std::string &inside)
+{
+    return "<choice name=\"w\">" + inside + "</choice>";
+}
+
+std::string Case(const std::string &name, const std::string &inside)
+{
+    return "<case name=\"" + name + "\">" + inside + "</case>";
+}
+
+const Row kRows[] = {
+    {"leaf missing", kM, "", false, Missing("/m:op", "m")},
+    {"leaf present", kM, "<m/>", true, {}},
+    {"anydata missing", "<anydata name=\"any\">" + kMandatory + "</anydata>", "", false,
+     Missing("/m:op", "any")},
+    {"anyxml missing", "<anyxml name=\"xml\">" + kMandatory + "</anyxml>", "", false,
+     Missing("/m:op", "xml")},
+    {"anyxml present", "<anyxml name=\"xml\">" + kMandatory + "</anyxml>", "<xml/>", true, {}},
+    {"disabled leaf missing",
+     Leaf("m", "string", "<if-feature name=\"f\"/>" + kMandatory),
+     "",
+     true,
+     {}},
+    {"leaf-list minimum not checked",
+     "<leaf-list name=\"ll\"><type name=\"string\"/><min-elements value=\"1\"/></leaf-list>",
+     "",
+     true,
+     {}},
+    {"list minimum not checked",
+     "<list name=\"l\"><key value=\"k\"/><min-elements value=\"1\"/>" + Leaf("k", "string") +
+         "</list>",
+     "",
+     true,
+     {}},
+    {"in a present container", Container("c", kM), "<c/>", false, Missing("/m:op/c", "m")},
+    {"in an absent container", Container("c", kM), "", false, Missing("/m:op/c", "m")},
+    {"in absent containers", Container("c", Container("e", kM)), "", false,
+     Missing("/m:op/c/e", "m")},
+    {"in an absent presence container", Presence(kM), "", true, {}},
+    {"in a present presence container", Presence(kM), "<c/>", false, Missing("/m:op/c", "m")},
+    {"in the second list entry", List("l", "k", Leaf("k", "string") + kM),
+     "<l><k>1</k><m/></l><l><k>2</k></l>", false, Missing("/m:op/l[k='2']", "m")},
+    {"in a list without entries", List("l", "k", Leaf("k", "string") + kM), "", true, {}},
+    {"leaf with a false when",
+     Leaf("m", "string", When("../a = 'x'") + kMandatory) + Leaf("a", "string"),
+     "<a>y</a>",
+     true,
+     {}},
+    {"leaf with a true when",
+     Leaf("m", "string", When("../a = 'x'") + kMandatory) + Leaf("a", "string"), "<a>x</a>", false,
+     Missing("/m:op", "m")},
+    {"in an absent container with a false when",
+     "<container name=\"c\">" + When("../a = 'x'") + kM + "</container>" + Leaf("a", "string"),
+     "<a>y</a>",
+     true,
+     {}},
+    {"in an absent container with a true when",
+     "<container name=\"c\">" + When("../a = 'x'") + kM + "</container>" + Leaf("a", "string"),
+     "<a>x</a>", false, Missing("/m:op/c", "m")},
+    {"leaf with a when that cannot be evaluated",
+     Leaf("m", "string", When("count(a)") + kMandatory), "", false,
+     Fault(18, "-", "/m:op/m", "Failed to check when condition of m.", "m")},
+    {"container with a when that cannot be evaluated",
+     "<container name=\"c\">" + When("count(a)") + kM + "</container>", "", false,
+     Fault(18, "-", "/m:op/c", "Failed to check when condition of c.", "c")},
+    {"mandatory choice without data", Choice(kMandatory + Case("one", Leaf("a", "string"))), "",
+     false, MissingChoice("/m:op", "op")},
+    {"mandatory choice with data",
+     Choice(kMandatory + Case("one", Leaf("a", "string"))),
+     "<a/>",
+     true,
+     {}},
+    {"mandatory choice with data of a choice inside",
+     Choice(kMandatory + Case("one", "<choice name=\"v\">" + Leaf("a", "string") + "</choice>")),
+     "<a/>",
+     true,
+     {}},
+    {"mandatory choice with a default case",
+     Choice(kMandatory + Default("one") + Case("one", Leaf("a", "string"))),
+     "",
+     true,
+     {}},
+    {"optional choice without data", Choice(Case("one", kM)), "", true, {}},
+    {"leaf of the case in the data", Choice(Case("one", Leaf("a", "string") + kM)), "<a/>", false,
+     Missing("/m:op", "m")},
+    {"leaf of another case",
+     Choice(Case("one", Leaf("a", "string")) + Case("two", kM)),
+     "<a/>",
+     true,
+     {}},
+    {"leaf of the default case",
+     Choice(Default("two") + Case("one", Leaf("a", "string")) + Case("two", kM)), "", false,
+     Missing("/m:op", "m")},
+    {"leaf of a case whose when is false",
+     Leaf("a", "string") +
+         Choice(Default("one") + "<case name=\"one\">" + When("a = 'x'") + kM + "</case>"),
+     "<a>y</a>",
+     true,
+     {}},
+    {"mandatory choice in a container", Container("c", Choice(kMandatory + kM)), "<c/>", false,
+     MissingChoice("/m:op/c", "c")},
+    {"mandatory choice in a list entry",
+     List("l", "k", Leaf("k", "string") + Choice(kMandatory + kM)), "<l><k>1</k></l>", false,
+     MissingChoice("/m:op/l[k='1']", "l")},
+    {"first in schema order", Leaf("m1", "string", kMandatory) + Leaf("m2", "string", kMandatory),
+     "", false, Missing("/m:op", "m1")},
+};
+
+TEST(Mandatory, IsWhatTheSchemaDemands)
+{
+    for (const Row &row : kRows) {
+        Schema schema("<feature name=\"f\"/>" + Rpc("op", row.input) +
+                      Notification("event", row.input));
+        ASSERT_EQ(schema.status, 0u) << row.name;
+        EXPECT_EQ(RpcRecord(schema, Data("op", row.content)), row.valid ? Valid() : row.record)
+            << row.name;
+        EXPECT_EQ(ValidateNotif(schema, Data("event", row.content)).status, row.valid ? 0u : 22u)
+            << row.name;
+    }
+}
+
+TEST(Mandatory, IsNotDemandedOfAnOutput)
+{
+    Schema schema("<rpc name=\"op\"><output>" + kM + "</output></rpc><rpc name=\"bare\"/>");
+    ASSERT_EQ(schema.status, 0u);
+    EXPECT_EQ(RpcRecord(schema, Data("op")), Valid());
+    EXPECT_EQ(RpcRecord(schema, Data("bare")), Valid());
+}
+
+TEST(Mandatory, IsDemandedOfTheActionAndNotOfTheDataAroundIt)
+{
+    Schema schema(Container("state", Leaf("s", "string", kMandatory) +
+                                         "<action name=\"act\"><input>" + kM +
+                                         "</input></action>"));
+    ASSERT_EQ(schema.status, 0u);
+    EXPECT_EQ(RpcRecord(schema, Data("state", "<act><m/></act>")), Valid());
+    EXPECT_EQ(RpcRecord(schema, Data("state", "<act/>")), Missing("/m:state/act", "m"));
+}
+
+TEST(Mandatory, IsSatisfiedByADefaultThatWasAdded)
+{
+    // A mandatory leaf takes no default; one that is not mandatory is completed before.
+    Schema schema(Rpc("op", "<choice name=\"w\">" + kMandatory + "<default value=\"one\"/>" +
+                                Case("one", Leaf("a", "string", Default("x"))) + "</choice>"));
+    ASSERT_EQ(schema.status, 0u);
+    EXPECT_EQ(ValidateRpc(schema, Data("op")).defaults, std::vector<std::string>{"a=x"});
+}
+
+class MandatoryCallTest : public ::testing::Test {
+protected:
+    Schema schema_{Rpc("op", kM)};
+    Document document_{Data("op")};
+};
+
+TEST_F(MandatoryCallTest, TreeWantsARunOfEitherKind)
+{
+    for (uint32_t mode : {0u, 1u, 2u, 8u}) {
+        CheckRun run(schema_, mode);
+        document_.top()->_private = schema_.Node("/m:op");
+        EXPECT_EQ(ZR_PAS_CheckTreeMandatory(run, document_.top()), 22u);
+        EXPECT_EQ(run.record() == Record{}, mode == 0 || mode == 8) << mode;
+        EXPECT_EQ(xmlChildElementCount(document_.top()), 0u);
+    }
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    EXPECT_EQ(ZR_PAS_CheckTreeMandatory(run, nullptr), 22u);
+}
+
+TEST_F(MandatoryCallTest, SubtreeRefusesNullAndPassesKindsWithoutACheck)
+{
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    EXPECT_EQ(ZR_PAS_CheckSubtreeMandatory(run, nullptr, schema_.Node("/m:op")), 22u);
+    EXPECT_EQ(ZR_PAS_CheckSubtreeMandatory(run, document_.top(), nullptr), 22u);
+    ZrNode node = {};
+    node.module = schema_.Module("m");
+    for (uint32_t kind : {0u, 3u, 13u, 14u, 15u}) {
+        node.kind = kind;
+        EXPECT_EQ(ZR_PAS_CheckSubtreeMandatory(run, document_.top(), &node), 0u) << kind;
+    }
+}
+
+} // namespace

@@ -1,0 +1,167 @@
+#include "data/schema_query.h"
+
+#include <gtest/gtest.h>
+#include <zrschema/node.h>
+
+#include "run.h"
+#include "schema.h"
+#include "schema/node_record.h"
+
+namespace {
+
+using namespace zrtest;
+
+TEST(SchemaQuery, AnswersNullLikeANodeThatHasNothing)
+{
+    ZrNode *branch = nullptr;
+    EXPECT_EQ(ZRD_MDL_IsSchemaNodeDefineWithMountPoint(nullptr), 0u);
+    EXPECT_EQ(ZRD_MDL_IsSchemaNodeNeedSkipProcChildNode(nullptr), 0u);
+    EXPECT_EQ(ZRD_MDL_IsChoiceOrCaseNode(nullptr), 0u);
+    EXPECT_EQ(ZRD_MDL_IsIdentityref(nullptr), 0u);
+    EXPECT_EQ(ZRD_MDL_GetChoiceCaseParentNode(nullptr, &branch), nullptr);
+    EXPECT_EQ(branch, nullptr);
+    EXPECT_EQ(ZRD_MDL_GetClosestAncestorNodeNotChoiceCase(nullptr), nullptr);
+    EXPECT_EQ(ZRD_MDL_GetNextDataNodeInSameMod(nullptr, nullptr), nullptr);
+    EXPECT_EQ(ZRD_MDL_GetChoiceDefaultChildNode(nullptr), nullptr);
+}
+
+TEST(SchemaQuery, EvaluatesWhensOfAllKindsButNineToThirteen)
+{
+    for (uint32_t kind = ZR_NODE_UNKNOWN; kind <= ZR_NODE_AUGMENT; ++kind) {
+        ZrNode node = {};
+        node.kind = kind;
+        EXPECT_EQ(ZRD_MDL_IsNeedCheckWhenCond(&node), kind < 9 || kind > 13 ? 1u : 0u) << kind;
+    }
+}
+
+TEST(SchemaQuery, TellsChoicesAndCases)
+{
+    for (uint32_t kind = ZR_NODE_UNKNOWN; kind <= ZR_NODE_AUGMENT; ++kind) {
+        ZrNode node = {};
+        node.kind = kind;
+        EXPECT_EQ(ZRD_MDL_IsChoiceOrCaseNode(&node), kind == 5 || kind == 6 ? 1u : 0u) << kind;
+    }
+}
+
+TEST(SchemaQuery, TellsMountPointsOfContainersAndListsByModuleAndName)
+{
+    struct {
+        uint32_t kind;
+        const char *moduleName;
+        const char *extensionName;
+        uint32_t expected;
+    } rows[] = {
+        {ZR_NODE_CONTAINER, "ietf-yang-schema-mount", "mount-point", 1},
+        {ZR_NODE_LIST, "ietf-yang-schema-mount", "mount-point", 1},
+        {ZR_NODE_LEAF, "ietf-yang-schema-mount", "mount-point", 0},
+        {ZR_NODE_CONTAINER, "other", "mount-point", 0},
+        {ZR_NODE_CONTAINER, "ietf-yang-schema-mount", "other", 0},
+        {ZR_NODE_CONTAINER, "ietf-yang-schema-mount", nullptr, 0}, // removed
+    };
+    for (const auto &row : rows) {
+        ZrsExtInst instances[2] = {{"other", "first", nullptr, 0, nullptr},
+                                   {row.moduleName, row.extensionName, nullptr, 0, nullptr}};
+        ZrNode node = {};
+        node.kind = row.kind;
+        node.extInsts = instances;
+        node.extInstCount = 2;
+        EXPECT_EQ(ZRD_MDL_IsSchemaNodeDefineWithMountPoint(&node), row.expected);
+        EXPECT_EQ(ZRD_MDL_IsSchemaNodeNeedSkipProcChildNode(&node), row.expected);
+    }
+    for (uint32_t kind : {ZR_NODE_ANYDATA, ZR_NODE_ANYXML}) {
+        ZrNode node = {};
+        node.kind = kind;
+        EXPECT_EQ(ZRD_MDL_IsSchemaNodeDefineWithMountPoint(&node), 0u);
+        EXPECT_EQ(ZRD_MDL_IsSchemaNodeNeedSkipProcChildNode(&node), 1u);
+    }
+}
+
+const std::string kIdentityref = "<type name=\"identityref\"><base name=\"b\"/></type>";
+
+std::string NestedUnion(const std::string &member)
+{
+    return "<type name=\"union\"><type name=\"string\"/><type name=\"union\">"
+           "<type name=\"int8\"/>" +
+           member + "</type></type>";
+}
+
+TEST(SchemaQuery, TellsIdentityrefsThroughTypedefsAndUnions)
+{
+    Schema schema("<identity name=\"b\"/><typedef name=\"direct\">" + kIdentityref +
+                  "</typedef><typedef name=\"again\"><type name=\"direct\"/></typedef>"
+                  "<typedef name=\"other\"><type name=\"string\"/></typedef>" +
+                  Container("top", "<leaf name=\"plain\">" + kIdentityref + "</leaf>" +
+                                       Leaf("twice", "again") + Leaf("text", "other") +
+                                       "<leaf name=\"member\">" +
+                                       NestedUnion("<type name=\"again\"/>") +
+                                       "</leaf><leaf name=\"no-member\">" +
+                                       NestedUnion("<type name=\"other\"/>") +
+                                       "</leaf><leaf-list name=\"entries\">" + kIdentityref +
+                                       "</leaf-list>" + Container("box", "")));
+    ASSERT_EQ(schema.status, 0u);
+    struct {
+        const char *path;
+        uint32_t expected;
+    } rows[] = {{"/m:top/plain", 1},  {"/m:top/twice", 1},     {"/m:top/text", 0},
+                {"/m:top/member", 1}, {"/m:top/no-member", 0}, {"/m:top/entries", 1},
+                {"/m:top/box", 0}};
+    for (const auto &row : rows) {
+        ASSERT_NE(schema.Node(row.path), nullptr) << row.path;
+        EXPECT_EQ(ZRD_MDL_IsIdentityref(schema.Node(row.path)), row.expected) << row.path;
+    }
+}
+
+class ChoiceTest : public ::testing::Test {
+protected:
+    Schema schema_{"<feature name=\"f\"/>" +
+                   Container("top", Leaf("a", "string") +
+                                        "<choice name=\"way\"><default value=\"two\"/>"
+                                        "<case name=\"one\">" +
+                                        Leaf("x", "string") +
+                                        "<choice name=\"inner\"><case name=\"i\">" +
+                                        Leaf("y", "string") + "</case></choice></case>" +
+                                        Leaf("two", "string", "<if-feature name=\"f\"/>") +
+                                        "</choice>" + Leaf("z", "string"))};
+    ZrNode *Node(const char *path) { return schema_.Node(path); }
+};
+
+TEST_F(ChoiceTest, GivesTheChoiceAndBranchOfANode)
+{
+    ZrNode *branch = nullptr;
+    EXPECT_EQ(ZRD_MDL_GetChoiceCaseParentNode(Node("/m:top/way/one/x"), &branch),
+              Node("/m:top/way"));
+    EXPECT_EQ(branch, Node("/m:top/way/one"));
+    EXPECT_EQ(ZRD_MDL_GetChoiceCaseParentNode(Node("/m:top/way/two"), &branch), Node("/m:top/way"));
+    EXPECT_EQ(branch, Node("/m:top/way/two"));
+    EXPECT_EQ(ZRD_MDL_GetChoiceCaseParentNode(Node("/m:top/a"), &branch), nullptr);
+    EXPECT_EQ(branch, nullptr);
+}
+
+TEST_F(ChoiceTest, GivesTheClosestAncestorThatIsNoChoiceOrCase)
+{
+    EXPECT_EQ(ZRD_MDL_GetClosestAncestorNodeNotChoiceCase(Node("/m:top/way/one/inner/i/y")),
+              Node("/m:top"));
+    EXPECT_EQ(ZRD_MDL_GetClosestAncestorNodeNotChoiceCase(Node("/m:top")), nullptr);
+}
+
+TEST_F(ChoiceTest, WalksTheEnabledDataNodesOfTheModule)
+{
+    const ZrNode *top = Node("/m:top");
+    ZrNode *node = ZRD_MDL_GetNextDataNodeInSameMod(Node("/m:top/a"), top);
+    EXPECT_EQ(node, Node("/m:top/way/one/x"));
+    node = ZRD_MDL_GetNextDataNodeInSameMod(node, top);
+    EXPECT_EQ(node, Node("/m:top/way/one/inner/i/y"));
+    EXPECT_EQ(ZRD_MDL_GetNextDataNodeInSameMod(node, top), Node("/m:top/z"));
+    ZR_MOD_EnableFeature(schema_.Module("m"), "f");
+    EXPECT_EQ(ZRD_MDL_GetNextDataNodeInSameMod(node, top), Node("/m:top/way/two"));
+    EXPECT_EQ(ZRD_MDL_GetNextDataNodeInSameMod(Node("/m:top/z"), top), nullptr);
+}
+
+TEST_F(ChoiceTest, FindsTheDefaultBranchByItsName)
+{
+    EXPECT_EQ(ZRD_MDL_GetChoiceDefaultChildNode(Node("/m:top/way")), Node("/m:top/way/two"));
+    EXPECT_EQ(ZRD_MDL_GetChoiceDefaultChildNode(Node("/m:top/way/one/inner")), nullptr);
+    EXPECT_EQ(ZRD_MDL_GetChoiceDefaultChildNode(Node("/m:top")), nullptr);
+}
+
+} // namespace

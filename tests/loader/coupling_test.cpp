@@ -1,0 +1,291 @@
+#include "loader/coupling.h"
+
+#include "foundation/module_tree.h"
+#include "foundation/relations.h"
+#include "loader/module_sets.h"
+#include "schema/augment.h"
+#include "schema/coupling_fixture.h"
+
+using namespace zrtest;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr uint32_t kSets = 600;
+constexpr uint32_t kFlags = ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS;
+
+bool HasRelation(TestContext &ctx, const char *target, uint32_t kind, const char *other)
+{
+    return ZR_CTX_FindModRelationItem(ZR_CTX_FindModRelationTbl(ctx, target), kind,
+                                      ctx.Module(other)->name) != nullptr;
+}
+
+std::string LoadInOrder(const ModuleSet &set, const std::vector<std::string> &order)
+{
+    TestContext ctx(kFlags);
+    for (const std::string &name : order)
+        EXPECT_EQ(ctx.Load(set.texts.at(name)), 0u) << name;
+    return DumpContext(ctx);
+}
+
+std::vector<ZrNode *> AllAugments(const ZrCtx *ctx)
+{
+    std::vector<ZrNode *> augments;
+    for (const ZrMod *module = zr::FirstModule(ctx); module != nullptr;
+         module = zr::NextModule(ctx, module)) {
+        for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
+            augments.push_back(augment);
+    }
+    return augments;
+}
+
+void CoupleAllModules(const ZrCtx *ctx)
+{
+    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
+         module = zr::NextModule(ctx, module))
+        zr::CoupleModuleAugments(module);
+}
+
+const ZrtConsDerived *DerivedOf(const ZrNode *leaf)
+{
+    const auto *info = static_cast<const ZrsLeafInfo *>(leaf->info);
+    return static_cast<const ZrtConsDerived *>(info->realType.constraints[0].body);
+}
+
+std::string TypedLeaf(const std::string &name, const std::string &type)
+{
+    return "<leaf name=\"" + name + "\"><type name=\"" + type + "\"/></leaf>";
+}
+
+} // namespace
+
+TEST(CouplingRelations, AreRecordedWhetherOrNotTheTargetIsThere)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Import("n") + Augment("/m:c", Leaf("p")) +
+                                    Deviation("/n:c", "add", "<must condition=\"x\"/>")),
+              0u);
+    EXPECT_TRUE(HasRelation(ctx, "m", ZR_RELATION_AUGMENTED_BY, "a"));
+    EXPECT_TRUE(HasRelation(ctx, "n", ZR_RELATION_DEVIATED_BY, "a"));
+    EXPECT_FALSE(HasRelation(ctx, "m", ZR_RELATION_DEVIATED_BY, "a"));
+}
+
+TEST(CouplingRelations, StandUnderTheLastNamedModule)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:p/a:q", Leaf("x"))),
+              0u);
+    EXPECT_TRUE(HasRelation(ctx, "a", ZR_RELATION_AUGMENTED_BY, "b"));
+    EXPECT_FALSE(HasRelation(ctx, "m", ZR_RELATION_AUGMENTED_BY, "b"));
+}
+
+TEST(CouplingRelations, AreNotRecordedWithTheModuleItself)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c") + Augment("/m:c", Leaf("p")) +
+                                    Deviation("/m:c", "add", "<must condition=\"x\"/>")),
+              0u);
+    EXPECT_EQ(ZR_CTX_FindModRelationTbl(ctx, "m"), nullptr);
+}
+
+TEST(CoupleAugmentAndGenRelation, TellsOfWhatIsLeftUncoupled)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), 22u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), 0u);
+    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(nullptr, ctx.Module("a")), 22u);
+    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, nullptr), 22u);
+}
+
+TEST(CoupleAugmentAndGenRelation, WithoutMemoryForTheRelationNothingIsCoupled)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ZrNode *augment = ctx.Module("a")->augments;
+    ASSERT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 0u);
+    ZR_CTX_DelTwoModRelation(ctx, "m", "a", ZR_RELATION_AUGMENTED_BY);
+    {
+        AllocGuard guard;
+        guard.FailAt(0);
+        EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), 12u);
+    }
+    EXPECT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u);
+    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), 0u);
+}
+
+TEST(CoupleDeviationAndGenRelation, TellsTheFirstFailingStatusAndTriesAll)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", "<default value=\"v\"/>") + Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:x", "add", "<default value=\"w\"/>") +
+                                    Deviation("/m:c", "add", "<must condition=\"x\"/>")),
+              0u);
+    EXPECT_EQ(ctx.Node("/m:c")->mustCount, 1);
+    EXPECT_EQ(ZRS_LOADER_CoupleDeviationAndGenRelation(ctx, nullptr), 22u);
+    ctx.Module("d")->deviations[0].flags = 0;
+    EXPECT_EQ(ZRS_LOADER_CoupleDeviationAndGenRelation(ctx, ctx.Module("d")), 1u);
+}
+
+TEST(UpdateGlobalTypDefDerivedFrom, ResolvesReferencesToTheModulesOwnTypedefs)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("n", "<typedef name=\"t\"><type name=\"int8\"/></typedef>"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Import("n") +
+                                    "<typedef name=\"u\"><type name=\"t\"/></typedef>"
+                                    "<typedef name=\"t\"><type name=\"uint8\"/></typedef>" +
+                                    TypedLeaf("x", "t") + TypedLeaf("y", "n:t") +
+                                    "<rpc name=\"r\"><input>" + TypedLeaf("i", "u") +
+                                    "</input></rpc><notification name=\"e\">" +
+                                    TypedLeaf("k", "u") + "</notification>" +
+                                    Augment("/n:none", Container("p", TypedLeaf("q", "u")))),
+              0u);
+    const ZrMod *m = ctx.Module("m");
+    EXPECT_EQ(DerivedOf(ctx.Node("/m:x"))->resolved, &m->typedefs[1].realType);
+    EXPECT_EQ(DerivedOf(ctx.Node("/m:y"))->resolved, nullptr) << "looked up at each validation";
+    EXPECT_EQ(DerivedOf(ctx.Node("/m:r/input/i"))->resolved, &m->typedefs[0].realType);
+    EXPECT_EQ(DerivedOf(ctx.Node("/m:e/k"))->resolved, &m->typedefs[0].realType);
+    EXPECT_EQ(DerivedOf(m->augments->firstChild->firstChild)->resolved, &m->typedefs[0].realType);
+}
+
+TEST(UpdateGlobalTypDefDerivedFrom, ATypedefThatCannotBeResolvedIsRecorded)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", "<typedef name=\"t\"><type name=\"none\"/></typedef>"
+                                "<typedef name=\"u\"><type name=\"v\"/></typedef>"
+                                "<typedef name=\"v\"><type name=\"int8\"/></typedef>"),
+              0u);
+    EXPECT_THAT(ctx.Messages("m"), ElementsAre("Failed to update typedef statements."));
+    EXPECT_EQ(ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(ctx.Module("m")), 22u);
+    EXPECT_EQ(ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(nullptr), 22u);
+    const auto *body = static_cast<const ZrtConsDerived *>(
+        ctx.Module("m")->typedefs[1].realType.constraints[0].body);
+    EXPECT_EQ(body->resolved, &ctx.Module("m")->typedefs[2].realType) << "the others are resolved";
+}
+
+TEST(UpdateGlobalTypDefDerivedFrom, ALeafThatCannotBeResolvedIsNoFailure)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", TypedLeaf("x", "none")), 0u);
+    EXPECT_THAT(ctx.Messages("m"), IsEmpty());
+}
+
+TEST(UpdateGlobalTypDefDerivedFrom, OtherModulesNodesAreLeftAlone)
+{
+    TestContext ctx;
+    ASSERT_EQ(
+        ctx.LoadBody("m", "<typedef name=\"t\"><type name=\"int8\"/></typedef>" + Container("c")),
+        0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", TypedLeaf("p", "m:t"))), 0u);
+    EXPECT_EQ(ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(ctx.Module("m")), 0u);
+    EXPECT_EQ(DerivedOf(ctx.Node("/m:c/a:p"))->resolved, nullptr);
+}
+
+TEST(CoupleModPendTblAndCurMod, TellsEveryLoadedModuleInOrderAndThenTheFirst)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("n", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("b", Import("n") + Augment("/n:c", Leaf("q"))), 0u);
+    ZRS_NODE_UnCoupleAugmentNode(ctx.Module("a")->augments);
+    ZRS_NODE_UnCoupleAugmentNode(ctx.Module("b")->augments);
+    ZrsPendTbl table;
+    zr::InitPendTable(&table);
+    ASSERT_EQ(zr::AppendPending(&table, "none"), 0u);
+    ASSERT_EQ(zr::AppendPending(&table, "m"), 0u);
+    ZRS_LOADER_CoupleModPendTblAndCurMod(ctx, &table, "n");
+    EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("p"));
+    EXPECT_THAT(ChildNames(ctx.Node("/n:c")), ElementsAre("q"));
+    zr::FreePendTable(&table);
+    ZRS_LOADER_CoupleModPendTblAndCurMod(nullptr, &table, "n");
+    ZRS_LOADER_CoupleModPendTblAndCurMod(ctx, nullptr, "n");
+}
+
+TEST(CoupleModPendTblAndCurMod, HappensAlsoWhenAnImportCannotBeLoaded)
+{
+    TempDir dir;
+    dir.Write("m.yin", ModuleText("m", Container("c")));
+    dir.Write("a.yin", ModuleText("a", Import("m") + Import("gone") + Augment("/m:c", Leaf("p"))));
+    TestContext ctx(ZR_CTX_LOAD_IMPORTS);
+    ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
+    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "a"), 2u);
+    EXPECT_NE(ctx.Node("/m:c/a:p"), nullptr);
+    EXPECT_THAT(ctx.Messages("a"), IsEmpty());
+}
+
+TEST(ModuleSets, HoldWhatTheyAreMadeFor)
+{
+    ModuleSet sum;
+    for (uint32_t seed = 0; seed < kSets; ++seed) {
+        ModuleSet set = MakeModuleSet(seed);
+        sum.augmentsOnAugments += set.augmentsOnAugments;
+        sum.deviationsOnAugmented += set.deviationsOnAugmented;
+        sum.sharedNodes += set.sharedNodes;
+        sum.madeInputs += set.madeInputs;
+        sum.notSupported += set.notSupported;
+    }
+    EXPECT_GT(sum.augmentsOnAugments, 500);
+    EXPECT_GT(sum.deviationsOnAugmented, 500);
+    EXPECT_GT(sum.sharedNodes, 100);
+    EXPECT_GT(sum.madeInputs, 200);
+    EXPECT_GT(sum.notSupported, 200);
+}
+
+TEST(LoadOrder, DoesNotChangeTheSchema)
+{
+    for (uint32_t seed = 0; seed < kSets; ++seed) {
+        ModuleSet set = MakeModuleSet(seed);
+        std::vector<std::string> order = set.names;
+        std::string first = LoadInOrder(set, order);
+        std::vector<std::string> reverse(order.rbegin(), order.rend());
+        ASSERT_EQ(LoadInOrder(set, reverse), first) << "seed " << seed;
+        Random random(seed);
+        for (int i = 0; i < 2; ++i) {
+            random.Shuffle(order);
+            ASSERT_EQ(LoadInOrder(set, order), first)
+                << "seed " << seed << ": " << testing::PrintToString(order);
+        }
+    }
+}
+
+TEST(LoadOrder, IsRestoredForTheNodesOfEveryAugmentThatIsUncoupledAndCoupledAgain)
+{
+    for (uint32_t seed = 0; seed < kSets; ++seed) {
+        ModuleSet set = MakeModuleSet(seed);
+        Random random(seed);
+        TestContext ctx(kFlags);
+        for (const std::string &name : set.names)
+            ASSERT_EQ(ctx.Load(set.texts.at(name)), 0u);
+        std::vector<ZrNode *> augments = AllAugments(ctx);
+        std::map<ZrNode *, std::vector<std::string>> names;
+        std::vector<ZrNode *> coupled;
+        for (ZrNode *augment : augments) {
+            names[augment] = ChildNames(augment);
+            if ((augment->flags & ZRS_FLAG_COUPLED) != 0)
+                coupled.push_back(augment);
+        }
+        std::string before = DumpContext(ctx);
+        random.Shuffle(coupled);
+        for (ZrNode *augment : coupled) {
+            uint32_t status = ZRS_NODE_UnCoupleAugmentNode(augment);
+            // Without nodes, the target is looked for where it stood: it may be gone from there.
+            ASSERT_TRUE(status == 0u || names[augment].empty()) << seed;
+            ASSERT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u) << seed;
+        }
+        for (ZrNode *augment : augments) {
+            ASSERT_EQ(ChildNames(augment), names[augment]) << seed;
+            for (const ZrNode *node = augment->firstChild; node != nullptr; node = node->next)
+                ASSERT_EQ(node->parent, augment) << seed;
+        }
+        // One module's augments may wait for those of another.
+        for (size_t i = 0; i < set.names.size(); ++i)
+            CoupleAllModules(ctx);
+        ASSERT_EQ(DumpContext(ctx), before) << seed;
+        for (ZrNode *augment : augments)
+            ASSERT_EQ(ChildNames(augment), names[augment]) << seed;
+    }
+}

@@ -1,0 +1,545 @@
+#include "loader/unload.h"
+
+#include "foundation/load_errors.h"
+#include "foundation/relations.h"
+#include "loader/module_sets.h"
+#include "schema/coupling_fixture.h"
+
+#include <cstdio>
+#include <filesystem>
+
+using namespace zrtest;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr uint32_t kSets = 600;
+constexpr uint32_t kFlags = ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS;
+
+// A context over a directory of its own.
+class Dir {
+public:
+    explicit Dir(uint32_t flags = kFlags) : ctx(flags)
+    {
+        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
+    }
+    // Writes a module and loads it.
+    void Add(const std::string &name, const std::string &body)
+    {
+        dir.Write(name + ".yin", ModuleText(name, body));
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u) << name;
+    }
+    // The schema that the other modules of the directory give without it.
+    std::string Fresh(const std::vector<std::string> &names)
+    {
+        TestContext other(kFlags);
+        EXPECT_EQ(ZR_CTX_SetSearchDir(other, dir.path().c_str()), 0u);
+        for (const std::string &name : names)
+            EXPECT_EQ(ZR_CTX_LoadModule(other, name.c_str()), 0u) << name;
+        return DumpContext(other);
+    }
+
+    TempDir dir;
+    TestContext ctx;
+};
+
+std::vector<std::string> g_told;
+
+void NoteReload(ZrCtx *, const char *moduleName)
+{
+    g_told.emplace_back(moduleName);
+}
+
+bool HasRelation(TestContext &ctx, const char *target, uint32_t kind, const char *other)
+{
+    return ZR_CTX_FindModRelationItem(ZR_CTX_FindModRelationTbl(ctx, target), kind,
+                                      ctx.Module(other)->name) != nullptr;
+}
+
+std::vector<std::string> Names(const ZrsPendTbl *table)
+{
+    std::vector<std::string> names;
+    for (const ZrListLink *link = table->nodes.next; link != &table->nodes; link = link->next)
+        names.emplace_back(reinterpret_cast<const ZrsPendNode *>(link)->moduleName);
+    return names;
+}
+
+// A pending table with one module.
+class Table {
+public:
+    explicit Table(const char *name)
+    {
+        zr::InitPendTable(&table_);
+        EXPECT_EQ(zr::AppendPending(&table_, name), 0u);
+    }
+    ~Table() { zr::FreePendTable(&table_); }
+    ZrsPendTbl *get() { return &table_; }
+    ZrsPendNode *node() { return reinterpret_cast<ZrsPendNode *>(table_.nodes.next); }
+
+private:
+    ZrsPendTbl table_;
+};
+
+} // namespace
+
+TEST(Unload, AModuleThatNothingDependsOnIsDestroyedOnly)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("n", Container("c"));
+    g_told.clear();
+    ZR_CTX_SetReloadModuleCbFunc(set.ctx, NoteReload);
+    const ZrMod *other = set.ctx.Module("n");
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(set.ctx.Module("m"), nullptr);
+    EXPECT_EQ(set.ctx.Module("n"), other);
+    EXPECT_THAT(g_told, ElementsAre("m"));
+}
+
+TEST(Unload, AModuleThatIsNotLoadedLosesItsErrorsOnly)
+{
+    Dir set;
+    EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), 2u);
+    ASSERT_THAT(set.ctx.Messages("m"),
+                ElementsAre("Module \"m\" not found from search directories."));
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_THAT(set.ctx.Messages(), IsEmpty());
+}
+
+TEST(Unload, NullArguments)
+{
+    TestContext ctx;
+    EXPECT_EQ(ZR_CTX_UnloadModule(nullptr, "m"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(ctx, nullptr), 22u);
+    EXPECT_EQ(ZRS_LOADER_UnloadModuleProc(nullptr, "m"), 22u);
+}
+
+TEST(Unload, AnAugmentingModuleTakesItsNodesAway)
+{
+    Dir set;
+    set.Add("m", Container("c", Leaf("x")));
+    set.Add("a", Import("m") + Augment("/m:c", Leaf("p")));
+    const ZrMod *target = set.ctx.Module("m");
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(set.ctx.Module("m"), target) << "the target's module stays as it is";
+    EXPECT_THAT(ChildNames(set.ctx.Node("/m:c")), ElementsAre("x"));
+    EXPECT_EQ(ZR_CTX_FindModRelationTbl(set.ctx, "m"), nullptr);
+}
+
+TEST(Unload, AnAugmentedModuleLeavesItsAugmentsUncoupled)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("a", Import("m") + Container("ca") + Augment("/m:c", Leaf("p")));
+    g_told.clear();
+    ZR_CTX_SetReloadModuleCbFunc(set.ctx, NoteReload);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_THAT(g_told, ElementsAre("m", "a"));
+    EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"a"}));
+    EXPECT_THAT(ChildNames(set.ctx.Module("a")->augments), ElementsAre("p"));
+    EXPECT_THAT(set.ctx.Messages("a"), ElementsAre("Failed to couple augment statements."));
+    EXPECT_TRUE(HasRelation(set.ctx, "m", ZR_RELATION_AUGMENTED_BY, "a"));
+    EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), 0u);
+    EXPECT_NE(set.ctx.Node("/m:c/a:p"), nullptr);
+}
+
+TEST(Unload, ADeviatingModuleRebuildsWhatItDeviatedAndWhatDependsOnThat)
+{
+    Dir set;
+    set.Add("m", Container("c", Leaf("x") + Container("k")));
+    set.Add("a", Import("m") + Augment("/m:c", Leaf("p")));
+    set.Add("b", Import("m") + Import("a") + Deviation("/m:c/a:p", "add", Must("b")));
+    set.Add("d", Import("m") + Deviation("/m:c", "add", "<config value=\"false\"/>") +
+                     Deviation("/m:c/m:x", "not-supported"));
+    g_told.clear();
+    ZR_CTX_SetReloadModuleCbFunc(set.ctx, NoteReload);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
+    EXPECT_THAT(g_told, ElementsAre("d", "m", "a", "b"));
+    EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "a", "b"}));
+    EXPECT_THAT(set.ctx.Messages(), IsEmpty());
+}
+
+TEST(Unload, AugmentsThatADeviationDroppedComeBackWithoutIt)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("a", Import("m") + Augment("/m:c", Container("p")));
+    set.Add("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q")));
+    set.Add("d", Import("m") + Deviation("/m:c", "not-supported"));
+    ASSERT_EQ(set.ctx.Module("b")->augments, nullptr);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
+    EXPECT_NE(set.ctx.Node("/m:c/a:p/b:q"), nullptr);
+    EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "a", "b"}));
+}
+
+TEST(Unload, ADeviationThatOnlyDroppedAnAugmentIsNotConcernedByItsModule)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("a", Import("m") + Container("ca") + Augment("/m:c", Leaf("p")));
+    set.Add("d", Import("m") + Deviation("/m:c", "not-supported"));
+    EXPECT_EQ(ZRS_LOADER_IsAugAndRmvModShareSameDevaition(set.ctx, "a", "d"), 1u);
+    EXPECT_EQ(ZRS_LOADER_IsAugAndRmvModShareSameDevaition(set.ctx, "m", "d"), 0u);
+    EXPECT_EQ(ZRS_LOADER_IsAugAndRmvModShareSameDevaition(set.ctx, "a", "none"), 0u);
+    EXPECT_EQ(ZRS_LOADER_IsAugAndRmvModShareSameDevaition(nullptr, "a", "d"), 0u);
+    const ZrMod *target = set.ctx.Module("m");
+    const ZrMod *deviating = set.ctx.Module("d");
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(set.ctx.Module("m"), target);
+    EXPECT_EQ(set.ctx.Module("d"), deviating);
+    EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "d"}));
+}
+
+TEST(Unload, ADeviationWithoutATargetChangedNothing)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("d", Import("m") + Deviation("/m:none", "add", Must("x")));
+    const ZrMod *target = set.ctx.Module("m");
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
+    EXPECT_EQ(set.ctx.Module("m"), target);
+}
+
+TEST(Unload, ADeviationThatFailedPartOfTheWayIsUndone)
+{
+    Dir set;
+    set.Add("m", Leaf("x", "<default value=\"v\"/>"));
+    set.Add("d", Import("m") + Deviation("/m:x", "add",
+                                         "<mandatory value=\"true\"/><default value=\"w\"/>"));
+    ASSERT_EQ(ZR_NODE_IsMandatory(set.ctx.Node("/m:x")), 1u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
+    EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m"}));
+}
+
+TEST(Unload, AMadeInputGoesWithTheModuleThatNeededIt)
+{
+    Dir set;
+    set.Add("m", "<rpc name=\"r\"/>");
+    set.Add("a", Import("m") + Augment("/m:r/m:input", Leaf("p")));
+    set.Add("b", Import("m") + Augment("/m:r/m:input", Leaf("q")));
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "b"}));
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "b"), 0u);
+    EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m"}));
+}
+
+TEST(Unload, ADeviationOfAMadeInputIsAppliedAgainWhenItIsMadeAgain)
+{
+    Dir set;
+    set.Add("m", "<rpc name=\"r\"/>");
+    set.Add("a", Import("m") + Augment("/m:r/m:input", Leaf("p")));
+    set.Add("d", Import("m") + Deviation("/m:r/m:input", "add", Must("p")));
+    ASSERT_EQ(set.ctx.Node("/m:r/input")->mustCount, 1);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "d"}));
+    EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(set.ctx.Node("/m:r/input")->mustCount, 1);
+}
+
+TEST(Unload, EnabledFeaturesAreEnabledAgainAfterTheReload)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("a", Import("m") + "<feature name=\"f\"/><feature name=\"g\"/><feature name=\"h\"/>" +
+                     Augment("/m:c", Leaf("p")));
+    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("a"), "f"), 0u);
+    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("a"), "h"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "a", "f"), 1u);
+    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "a", "g"), 0u);
+    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "a", "h"), 1u);
+}
+
+TEST(Unload, AnEnabledFeatureThatTheFileHasNoMoreIsAStatus)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("a", Import("m") + "<feature name=\"f\"/>" + Augment("/m:c", Leaf("p")));
+    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("a"), "f"), 0u);
+    set.dir.Write("a.yin", ModuleText("a", Import("m")));
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 22u);
+    EXPECT_NE(set.ctx.Module("a"), nullptr);
+}
+
+TEST(Unload, PrivateDataOfReloadedModulesAndNodesStartsEmpty)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("a", Import("m") + Container("ca") + Augment("/m:c", Leaf("p")));
+    int mine = 0;
+    ZR_MOD_SetPrivate(set.ctx.Module("a"), &mine);
+    ZR_NODE_SetPrivate(set.ctx.Node("/a:ca"), &mine);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(ZR_MOD_GetPrivate(set.ctx.Module("a")), nullptr);
+    EXPECT_EQ(ZR_NODE_GetPrivate(set.ctx.Node("/a:ca")), nullptr);
+}
+
+TEST(Unload, AModuleFromMemoryCannotComeBack)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    EXPECT_NE(ZR_CTX_UnloadModule(ctx, "m"), 0u);
+    EXPECT_EQ(ctx.Module("m"), nullptr);
+    EXPECT_EQ(ctx.Module("a"), nullptr);
+    EXPECT_THAT(ctx.Messages("a"), ElementsAre("Module \"a\" not found from search directories."));
+}
+
+TEST(Unload, AFileThatVanishedBetweenLoadAndUnloadIsAStatusAndTheOthersComeBack)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("a", Import("m") + Augment("/m:c", Container("p")));
+    set.Add("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q")));
+    set.Add("d", Import("m") + Deviation("/m:c", "add", Must("x")));
+    ASSERT_EQ(std::remove((set.dir.path() + "/a.yin").c_str()), 0);
+    EXPECT_NE(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
+    EXPECT_EQ(set.ctx.Module("a"), nullptr);
+    EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "b"}));
+    EXPECT_THAT(set.ctx.Messages("a"),
+                ElementsAre("Module \"a\" not found from search directories."));
+    set.Add("a", Import("m") + Augment("/m:c", Container("p")));
+    EXPECT_NE(set.ctx.Node("/m:c/a:p/b:q"), nullptr);
+    EXPECT_THAT(set.ctx.Messages("b"), IsEmpty());
+}
+
+TEST(Unload, AModuleThatEverythingImportsComesBackWithImportsOnly)
+{
+    for (uint32_t flags : {0u, uint32_t{ZR_CTX_LOAD_IMPORTS}}) {
+        Dir set(flags);
+        set.dir.Write("m.yin", ModuleText("m", Container("c")));
+        for (const char *name : {"a", "b"}) {
+            set.dir.Write(std::string(name) + ".yin",
+                          ModuleText(name, Import("m") + Augment("/m:c", Leaf("p"))));
+            EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, name), 0u);
+        }
+        EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), 0u);
+        EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+        EXPECT_NE(set.ctx.Module("a"), nullptr);
+        EXPECT_NE(set.ctx.Module("b"), nullptr);
+        // Loading "a" again loads what it imports when the context is asked to.
+        EXPECT_EQ(set.ctx.Module("m") != nullptr, flags != 0);
+    }
+}
+
+TEST(Unload, AModuleOfSuffixedFilesIsBuiltAgainFromTheFilesThatAreThere)
+{
+    Dir set;
+    set.dir.Write("m.yin@", "");
+    set.dir.Write("m@@one.yin", ModuleText("m", Container("c")));
+    ASSERT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), 0u);
+    ASSERT_EQ(set.ctx.Module("m")->mergeSourceCount, 1);
+    set.dir.Write("m@@one.yin", ModuleText("m", Container("other")));
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(set.ctx.Node("/m:c"), nullptr);
+    EXPECT_NE(set.ctx.Node("/m:other"), nullptr);
+    std::filesystem::remove(set.dir.path() + "/m@@one.yin");
+    EXPECT_NE(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(set.ctx.Module("m"), nullptr);
+}
+
+TEST(Unload, AStepWithoutAModuleNameLeavesNoPointerBehind)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("a", Import("m") + Augment("/m:c", Container("p")));
+    set.Add("b", Import("m") + Augment("/m:c/m:p", Leaf("q"))); // stands in a node of "a"
+    ASSERT_NE(set.ctx.Node("/m:c/a:p/q"), nullptr);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "b"}));
+}
+
+TEST(Unload, AReplacedTypeIsLookedUpNoMoreAfterItsModuleIsGone)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("t", "<typedef name=\"t\"><type name=\"int8\"/></typedef>"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Import("t") + "<leaf name=\"x\"><type name=\"t:t\"/></leaf>"), 0u);
+    ASSERT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:x"), ZR_VALUE_STRING, "5"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(ctx, "t"), 0u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:x"), ZR_VALUE_STRING, "5"), 0x7001u);
+}
+
+TEST(UnloadCollecting, FollowsAugmentsAndDeviationsInBothDirections)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("n", Container("c"));
+    set.Add("a", Import("m") + Augment("/m:c", Leaf("p")));
+    set.Add("d", Import("m") + Import("n") + Deviation("/m:c", "add", Must("x")) +
+                     Deviation("/n:c", "add", Must("x")));
+    set.Add("e", Import("n") + Augment("/n:c", Leaf("p")));
+    Table table("m");
+    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "m", table.get()), 0u);
+    EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a"));
+    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "d", table.get()), 0u);
+    EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a", "n"));
+    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "n", table.get()), 0u);
+    EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a", "n", "e"));
+    EXPECT_EQ(ZRS_LOADER_CheckRelTblHaveDevByWithSameName(ZR_CTX_FindModRelationTbl(set.ctx, "n"),
+                                                          "d"),
+              1u);
+    EXPECT_EQ(ZRS_LOADER_CheckRelTblHaveDevByWithSameName(ZR_CTX_FindModRelationTbl(set.ctx, "n"),
+                                                          "e"),
+              0u);
+    EXPECT_EQ(ZRS_LOADER_CheckRelTblHaveDevByWithSameName(nullptr, "d"), 0u);
+}
+
+TEST(UnloadCollecting, NotesAFeatureOnce)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", "<feature name=\"f\"/><feature name=\"g\"/>"), 0u);
+    ZR_MOD_EnableFeature(ctx.Module("m"), "*");
+    Table table("m");
+    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(ctx.Module("m"), table.node()), 0u);
+    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(ctx.Module("m"), table.node()), 0u);
+    std::vector<std::string> names;
+    for (ZrListLink *link = table.node()->features.next; link != &table.node()->features;
+         link = link->next) {
+        names.emplace_back(reinterpret_cast<ZrsPendFeature *>(link)->name);
+        EXPECT_EQ(reinterpret_cast<ZrsPendFeature *>(link)->flags,
+                  uint32_t{ZRS_FEATURE_ENABLED});
+    }
+    EXPECT_THAT(names, ElementsAre("f", "g"));
+    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(nullptr, table.node()), 22u);
+    EXPECT_EQ(ZRS_LOADER_AddModFeatPend(table.node(), nullptr, 0), 22u);
+}
+
+TEST(UnloadReload, FeaturesOfAModuleThatIsNotLoadedCannotBeTurnedOn)
+{
+    TestContext ctx;
+    Table table("gone");
+    EXPECT_EQ(ZRS_LOADER_EnableReloadModFeature(ctx, table.node()), 2u);
+    EXPECT_NE(ZRS_LOADER_ReloadRelatedMod(ctx, table.get()), 0u);
+    table.node()->doNotReload = 1;
+    EXPECT_EQ(ZRS_LOADER_ReloadRelatedMod(ctx, table.get()), 0u);
+}
+
+TEST(UnloadSteps, UncoupleTheModuleAndDeleteItsRelations)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p")) +
+                                    Deviation("/m:c", "add", Must("x"))),
+              0u);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c", Leaf("q"))), 0u);
+    Table table("a");
+    EXPECT_EQ(ZRS_LOADER_UnloadModUncoupleProc(ctx, table.get()), 0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("q"));
+    EXPECT_FALSE(HasRelation(ctx, "m", ZR_RELATION_AUGMENTED_BY, "a"));
+    EXPECT_FALSE(HasRelation(ctx, "m", ZR_RELATION_DEVIATED_BY, "a"));
+    EXPECT_TRUE(HasRelation(ctx, "m", ZR_RELATION_AUGMENTED_BY, "b"));
+    EXPECT_EQ(ZRS_LOADER_ProcModuleAugAndRelationUncouple(ctx, "none"), 0u);
+    EXPECT_EQ(ZRS_LOADER_UnloadModRemoveProc(ctx, table.get()), 0u);
+    EXPECT_EQ(ctx.Module("a"), nullptr);
+}
+
+TEST(UnloadSteps, TheRemovalStopsWithoutMemoryForTheFeatures)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("a", "<feature name=\"f\"/>"), 0u);
+    ZR_MOD_EnableFeature(ctx.Module("a"), "f");
+    Table table("a");
+    {
+        AllocGuard guard;
+        guard.FailAt(0);
+        EXPECT_EQ(ZRS_LOADER_UnloadModRemoveProc(ctx, table.get()), 12u);
+        guard.FailAt(1);
+        EXPECT_EQ(ZRS_LOADER_UnloadModRemoveProc(ctx, table.get()), 12u);
+    }
+    EXPECT_NE(ctx.Module("a"), nullptr);
+}
+
+TEST(Unload, EveryFailingAllocationEitherChangesNothingOrIsAStatusOfTheReload)
+{
+    TempDir dir;
+    dir.Write("m.yin", ModuleText("m", Container("c") + "<rpc name=\"r\"/>"));
+    dir.Write("a.yin", ModuleText("a", Import("m") + "<feature name=\"f\"/>" +
+                                           Augment("/m:c", Container("p")) +
+                                           Augment("/m:r/m:input", Leaf("i"))));
+    dir.Write("b.yin",
+              ModuleText("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q"))));
+    dir.Write("d.yin", ModuleText("d", Import("m") + Deviation("/m:c", "add", Must("x"))));
+    AllocGuard guard;
+    uint64_t unchanged = 0;
+    for (uint64_t n = 0;; ++n) {
+        bool complete = false;
+        {
+            TestContext ctx;
+            ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
+            for (const char *name : {"m", "a", "b", "d"})
+                ASSERT_EQ(ZR_CTX_LoadModule(ctx, name), 0u);
+            ZR_MOD_EnableFeature(ctx.Module("a"), "f");
+            std::string before = DumpContext(ctx);
+            guard.FailAt(n);
+            uint32_t status = ZR_CTX_UnloadModule(ctx, "d");
+            complete = guard.Count() <= n;
+            guard.FailNone();
+            if (ctx.Module("d") != nullptr) {
+                EXPECT_EQ(status, 12u) << n;
+                EXPECT_EQ(DumpContext(ctx), before) << n;
+                ++unchanged;
+            }
+            EXPECT_TRUE(!complete || status == 0u);
+        }
+        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
+        if (complete)
+            break;
+    }
+    EXPECT_GT(unchanged, 5u);
+}
+
+// After an unload, the remaining modules are what loading them alone gives.
+TEST(UnloadEqualsNeverLoaded, ForEveryModuleOfEverySet)
+{
+    for (uint32_t seed = 0; seed < kSets; ++seed) {
+        ModuleSet set = MakeModuleSet(seed);
+        TempDir dir;
+        for (const auto &[name, text] : set.texts)
+            dir.Write(name + ".yin", text);
+        Random random(seed);
+        std::vector<std::string> order = set.names;
+        random.Shuffle(order);
+        TestContext ctx(kFlags);
+        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
+        for (const std::string &name : order)
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u);
+        // One after the other, until none is left.
+        while (!order.empty()) {
+            size_t gone = random.Below(static_cast<uint32_t>(order.size()));
+            std::string name = order[gone];
+            order.erase(order.begin() + static_cast<std::ptrdiff_t>(gone));
+            ASSERT_EQ(ZR_CTX_UnloadModule(ctx, name.c_str()), 0u) << "seed " << seed;
+            TestContext fresh(kFlags);
+            ASSERT_EQ(ZR_CTX_SetSearchDir(fresh, dir.path().c_str()), 0u);
+            random.Shuffle(order);
+            for (const std::string &other : order)
+                ASSERT_EQ(ZR_CTX_LoadModule(fresh, other.c_str()), 0u);
+            ASSERT_EQ(DumpContext(ctx), DumpContext(fresh))
+                << "seed " << seed << " without " << name;
+            ASSERT_EQ(ctx.Messages(), fresh.Messages()) << "seed " << seed << " without " << name;
+        }
+    }
+}
+
+TEST(UnloadEqualsNeverLoaded, AlsoWhenTheModuleIsLoadedAgain)
+{
+    for (uint32_t seed = 0; seed < kSets; ++seed) {
+        ModuleSet set = MakeModuleSet(seed);
+        TempDir dir;
+        for (const auto &[name, text] : set.texts)
+            dir.Write(name + ".yin", text);
+        TestContext ctx(kFlags);
+        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
+        for (const std::string &name : set.names)
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u);
+        std::string before = DumpContext(ctx);
+        std::vector<std::string> messages = ctx.Messages();
+        for (const std::string &name : set.names) {
+            ASSERT_EQ(ZR_CTX_UnloadModule(ctx, name.c_str()), 0u) << "seed " << seed;
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u) << "seed " << seed;
+            ASSERT_EQ(DumpContext(ctx), before) << "seed " << seed << " with " << name;
+            ASSERT_EQ(ctx.Messages(), messages) << "seed " << seed << " with " << name;
+        }
+    }
+}

@@ -1,0 +1,496 @@
+#include "schema/coupling_fixture.h"
+
+#include "foundation/load_errors.h"
+#include "foundation/relations.h"
+
+using namespace zrtest;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr const char *kNotCoupled = "Failed to couple augment statements.";
+
+// Module m with a container c (leafs x and y); module a adds p and q to it.
+class CoupledPair : public testing::Test {
+protected:
+    CoupledPair()
+    {
+        EXPECT_EQ(ctx_.LoadBody("m", Container("c", Leaf("x") + Leaf("y"))), 0u);
+        EXPECT_EQ(ctx_.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p") + Leaf("q"))), 0u);
+        target_ = ctx_.Node("/m:c");
+        augment_ = ctx_.Module("a")->augments;
+    }
+
+    TestContext ctx_;
+    ZrNode *target_ = nullptr;
+    ZrNode *augment_ = nullptr;
+};
+
+uint32_t g_relinked;
+const ZrNode *g_relinkedNode;
+
+void CountRelink(ZrCtx *ctx, ZrNode *node, ZrCtx *sameCtx)
+{
+    EXPECT_EQ(ctx, sameCtx);
+    ++g_relinked;
+    g_relinkedNode = node;
+}
+
+} // namespace
+
+TEST_F(CoupledPair, TheNodesStandAtTheEndOfTheTargetsChildren)
+{
+    EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "p", "q"));
+    EXPECT_NE(augment_->flags & ZRS_FLAG_COUPLED, 0u);
+    EXPECT_EQ(augment_->firstChild, ctx_.Node("/m:c/a:p"));
+    EXPECT_EQ(augment_->lastChild, ctx_.Node("/m:c/a:q"));
+    EXPECT_EQ(augment_->firstChild->parent, target_);
+    EXPECT_EQ(ZR_NODE_GetAugmentTargetNode(augment_), target_);
+}
+
+TEST_F(CoupledPair, CouplingTwiceChangesNothing)
+{
+    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment_), 0u);
+    EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "p", "q"));
+}
+
+TEST_F(CoupledPair, UncouplingTakesTheNodesBackInOrder)
+{
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), 0u);
+    EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y"));
+    EXPECT_THAT(ChildNames(augment_), ElementsAre("p", "q"));
+    EXPECT_EQ(augment_->flags & ZRS_FLAG_COUPLED, 0u);
+    EXPECT_EQ(augment_->firstChild->parent, augment_);
+    EXPECT_EQ(ZR_NODE_GetParentNode(augment_->firstChild), nullptr);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), 22u) << "it is not coupled any more";
+}
+
+TEST_F(CoupledPair, UncouplingNeedsNoMemory)
+{
+    AllocGuard guard;
+    guard.FailAt(0, true);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), 0u);
+    EXPECT_EQ(guard.Count(), 0u);
+}
+
+TEST_F(CoupledPair, AnotherAugmentsNodesStayWhenOneIsUncoupled)
+{
+    ASSERT_EQ(ctx_.LoadBody("b", Import("m") + Augment("/m:c", Leaf("r"))), 0u);
+    EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "p", "q", "r"));
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), 0u);
+    EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "r"));
+    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment_), 0u);
+    EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "r", "p", "q"));
+}
+
+TEST_F(CoupledPair, ACoupledAugmentIsNotFreed)
+{
+    ZRS_NODE_Free(augment_);
+    EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "p", "q"));
+}
+
+TEST_F(CoupledPair, UncouplingFromAnotherTargetIsRefused)
+{
+    ZrNode *other = ctx_.Node("/m:c/x");
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, other), 22u);
+    EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "p", "q"));
+}
+
+TEST_F(CoupledPair, AStretchWithOneEndOnlyIsRefused)
+{
+    ZrNode *last = augment_->lastChild;
+    augment_->lastChild = nullptr;
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, target_), 22u);
+    augment_->lastChild = last;
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, target_), 0u);
+    augment_->flags &= ~ZRS_FLAG_COUPLED;
+}
+
+TEST_F(CoupledPair, AStretchWhoseEndIsMissingFromTheChainIsRefused)
+{
+    ZrNode *last = augment_->lastChild;
+    augment_->lastChild = ctx_.Node("/m:c/x");
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, target_), 22u);
+    // The nodes were moved up to the end of the chain.
+    augment_->flags &= ~ZRS_FLAG_COUPLED;
+    EXPECT_EQ(augment_->lastChild, last);
+}
+
+TEST_F(CoupledPair, TheRelinkCallbackHearsOfTheFirstNode)
+{
+    g_relinked = 0;
+    ZR_CTX_SetFirstAugChildRelinkFunc(ctx_, CountRelink);
+    const ZrNode *first = augment_->firstChild;
+    ZRS_NODE_UnCoupleAugmentNode(augment_);
+    EXPECT_EQ(g_relinked, 1u);
+    EXPECT_EQ(g_relinkedNode, first);
+    ZRS_NODE_CoupleAugmentNode(augment_);
+    EXPECT_EQ(g_relinked, 2u);
+    EXPECT_EQ(g_relinkedNode, first);
+}
+
+TEST_F(CoupledPair, TheStretchFollowsWhenItsFirstNodeLeaves)
+{
+    ZrNode *node = augment_->firstChild;
+    ZRS_NODE_RemoveCoupledAugmentNodeChildLink(augment_, node);
+    EXPECT_STREQ(augment_->firstChild->name, "q");
+    EXPECT_STREQ(augment_->lastChild->name, "q");
+    ZRS_NODE_Unlink(node);
+    ZRS_NODE_Free(node);
+}
+
+TEST_F(CoupledPair, TheStretchFollowsWhenItsLastNodeLeaves)
+{
+    ZrNode *node = augment_->lastChild;
+    ZRS_NODE_RemoveCoupledAugmentNodeChildLink(augment_, node);
+    EXPECT_STREQ(augment_->firstChild->name, "p");
+    EXPECT_STREQ(augment_->lastChild->name, "p");
+    ZRS_NODE_Unlink(node);
+    ZRS_NODE_Free(node);
+}
+
+TEST_F(CoupledPair, TheStretchIsEmptyWhenItsOnlyNodeLeaves)
+{
+    for (ZrNode *node : {augment_->firstChild, augment_->lastChild}) {
+        ZRS_NODE_RemoveCoupledAugmentNodeChildLink(augment_, node);
+        ZRS_NODE_Unlink(node);
+        ZRS_NODE_Free(node);
+    }
+    EXPECT_EQ(augment_->firstChild, nullptr);
+    EXPECT_EQ(augment_->lastChild, nullptr);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), 0u) << "there is nothing to take back";
+}
+
+TEST_F(CoupledPair, TheStretchStaysWhenAnotherNodeLeaves)
+{
+    ZRS_NODE_RemoveCoupledAugmentNodeChildLink(augment_, target_->firstChild);
+    ZRS_NODE_RemoveCoupledAugmentNodeChildLink(augment_, target_);
+    EXPECT_STREQ(augment_->firstChild->name, "p");
+    EXPECT_STREQ(augment_->lastChild->name, "q");
+}
+
+TEST_F(CoupledPair, AnUncoupledAugmentsLinksAreLeftToTheUnlinking)
+{
+    ZRS_NODE_UnCoupleAugmentNode(augment_);
+    ZRS_NODE_RemoveCoupledAugmentNodeChildLink(augment_, augment_->firstChild);
+    EXPECT_STREQ(augment_->firstChild->name, "p");
+}
+
+TEST_F(CoupledPair, ChildrenScansOfTheAugmentEndAtItsLastNode)
+{
+    ASSERT_EQ(ctx_.LoadBody("b", Import("m") + Augment("/m:c", Leaf("r"))), 0u);
+    EXPECT_THAT(ChildNames(augment_), ElementsAre("p", "q"));
+}
+
+TEST(CoupleAugment, NullIsRefused)
+{
+    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_CoupleAugmentNodeAndTargetNode(nullptr, nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(nullptr, nullptr), 22u);
+    ZRS_NODE_RemoveCoupledAugmentNodeChildLink(nullptr, nullptr);
+    ZRS_NODE_NotifyAugmentFirstChildNodeRelink(nullptr);
+}
+
+TEST(CoupleAugment, WithoutATargetItStaysAsItWas)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ZrNode *augment = ctx.Module("a")->augments;
+    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment), 22u);
+    EXPECT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u);
+    EXPECT_THAT(ChildNames(augment), ElementsAre("p"));
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 22u);
+    EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled));
+}
+
+TEST(CoupleAugment, IsTriedAgainWhenTheTargetsModuleLoads)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), 0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("x", "p"));
+    EXPECT_THAT(ctx.Messages(), IsEmpty()) << "the store tells of the schema as it is";
+}
+
+TEST(CoupleAugment, WithoutNodesItIsCoupledWithoutAChange)
+{
+    TestContext ctx;
+    g_relinked = 0;
+    ZR_CTX_SetFirstAugChildRelinkFunc(ctx, CountRelink);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "")), 0u);
+    EXPECT_NE(ctx.Module("a")->augments->flags & ZRS_FLAG_COUPLED, 0u);
+    EXPECT_EQ(g_relinked, 0u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(ctx.Module("a")->augments), 0u);
+}
+
+TEST(CoupleAugment, AnEmptyAugmentWhoseTargetIsGoneIsRefusedButFree)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "")), 0u);
+    ZrNode *target = ctx.Node("/m:c");
+    ZRS_NODE_Unlink(target);
+    ZRS_NODE_Free(target);
+    ZrNode *augment = ctx.Module("a")->augments;
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 22u);
+    EXPECT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u);
+}
+
+TEST(CoupleAugment, PassesConfigAndAccessControlDownToTheNodes)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Import("ietf-netconf-acm") +
+                                    Container("c", "<config value=\"false\"/>"
+                                                   "<ietf-netconf-acm:default-deny-all "
+                                                   "xmlns:ietf-netconf-acm=\"urn:acm\"/>")),
+              0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p", Leaf("q")))), 0u);
+    const ZrNode *leaf = ctx.Node("/m:c/a:p/q");
+    EXPECT_EQ(leaf->flags & ZRS_FLAGS_CONFIG, uint32_t{ZRS_FLAG_CONFIG_FALSE});
+    EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyAll(leaf), 1u);
+}
+
+TEST(CoupleAugment, AnAugmentOfItsOwnModuleMayWaitForALaterOne)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c") + Augment("/m:c/m:p/m:q", Leaf("r")) +
+                                    Augment("/m:c/m:p", Container("q")) +
+                                    Augment("/m:c", Container("p"))),
+              0u);
+    EXPECT_NE(ctx.Node("/m:c/p/q/r"), nullptr);
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+}
+
+TEST(CoupleAugment, OneFailureDoesNotStopTheOthers)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:none", Leaf("n")) +
+                                    Augment("/m:c", Leaf("p")) + Augment("/m:c/m:no", Leaf("o")) +
+                                    Augment("/m:c", Leaf("q"))),
+              0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("p", "q"));
+    EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled)) << "once, however many are left";
+}
+
+TEST(CoupleAugment, AManyStepChainInReverseOrderIsCoupledWithFewTries)
+{
+    constexpr int kDepth = 60;
+    std::string body = Container("c");
+    std::string augments;
+    std::string path = "/m:c";
+    for (int i = 0; i < kDepth; ++i) {
+        std::string name = "n" + std::to_string(i);
+        augments = Augment(path, Container(name)) + augments;
+        path += "/m:" + name;
+    }
+    TestContext ctx;
+    AllocGuard guard;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c") + augments), 0u);
+    uint64_t withChain = guard.Count();
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+    // Each lookup of a target costs a few allocations; trying all in every pass would need
+    // thousands of lookups.
+    EXPECT_LT(withChain, 60u * kDepth);
+}
+
+TEST(CoupleAugment, CasesCanBeAddedToAChoice)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", "<choice name=\"ch\"><case name=\"one\">" + Leaf("x") +
+                                    "</case></choice>"),
+              0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:ch", "<case name=\"two\">" + Leaf("p") +
+                                                                   "</case>") +
+                                    Augment("/m:ch/m:one", Leaf("q"))),
+              0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:ch")), ElementsAre("one", "two"));
+    EXPECT_THAT(ChildNames(ctx.Node("/m:ch/one")), ElementsAre("x", "q"));
+}
+
+TEST(CoupleAugment, AnUnknownModuleOrNodeLeavesItUncoupled)
+{
+    for (const char *target : {"/m:none", "/m:c/m:none", "/m:c/m:x/m:none"}) {
+        TestContext ctx;
+        ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), 0u);
+        ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment(target, Leaf("p"))), 0u);
+        EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled)) << target;
+        EXPECT_THAT(ChildNames(ctx.Module("a")->augments), ElementsAre("p"));
+    }
+}
+
+TEST(CoupleAugment, TwoModulesMayAugmentEachOther)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("a", Import("b") + Container("ca") +
+                                    Augment("/b:cb", Container("pa")) +
+                                    Augment("/b:cb/a:pa/b:pb", Leaf("deep"))),
+              0u);
+    ASSERT_EQ(ctx.LoadBody("b", Import("a") + Container("cb") + Augment("/a:ca", Leaf("x")) +
+                                    Augment("/b:cb/a:pa", Container("pb"))),
+              0u);
+    EXPECT_NE(ctx.Node("/b:cb/a:pa/b:pb/a:deep"), nullptr);
+    EXPECT_NE(ctx.Node("/a:ca/b:x"), nullptr);
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+}
+
+TEST(CoupleAugment, ALeafTakesNodesLikeAnyTarget)
+{
+    TestContext ctx; // kept: the kind of the target is not looked at
+    ASSERT_EQ(ctx.LoadBody("m", Leaf("x")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:x", Leaf("p"))), 0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:x")), ElementsAre("p"));
+}
+
+TEST(CoupleAugment, NodesInAModuleThatThePathDoesNotNameAreRelatedToItToo)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c/m:p", Leaf("q"))), 0u);
+    ASSERT_NE(ctx.Node("/m:c/a:p/q"), nullptr);
+    EXPECT_NE(ZR_CTX_FindModRelationItem(ZR_CTX_FindModRelationTbl(ctx, "a"),
+                                         ZR_RELATION_AUGMENTED_BY, ctx.Module("b")->name),
+              nullptr);
+}
+
+TEST(CoupleAugment, EveryFailingAllocationLeavesAUsableContext)
+{
+    std::string m = ModuleText("m", Container("c") + "<rpc name=\"r\"/>");
+    std::string a = ModuleText("a", Import("m") + Augment("/m:c", Leaf("p")) +
+                                        Augment("/m:r/m:input", Leaf("i")));
+    AllocGuard guard;
+    for (uint64_t n = 0;; ++n) {
+        bool complete = false;
+        {
+            TestContext ctx;
+            ASSERT_EQ(ctx.Load(m), 0u);
+            guard.FailAt(n);
+            uint32_t status = ctx.Load(a);
+            complete = guard.Count() <= n;
+            guard.FailNone();
+            if (status == ZR_OK && !complete)
+                ZRS_NODE_CoupleAugmentNode(ctx.Module("a")->augments);
+        }
+        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
+        if (complete)
+            break;
+    }
+}
+
+namespace {
+
+std::string Rpc(const std::string &inside)
+{
+    return "<rpc name=\"r\">" + inside + "</rpc>";
+}
+
+} // namespace
+
+TEST(MissingInput, IsMadeAsTheRpcsFirstChild)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("<output>" + Leaf("o") + "</output>")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), 0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input", "output"));
+    const ZrNode *input = ctx.Node("/m:r/input");
+    EXPECT_EQ(input->kind, uint32_t{ZR_NODE_INPUT});
+    EXPECT_EQ(input->module, ctx.Module("m"));
+    EXPECT_THAT(ChildNames(input), ElementsAre("i"));
+}
+
+TEST(MissingInput, AMissingOutputIsMadeAsTheLastChild)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("<input>" + Leaf("i") + "</input>")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:output", Leaf("o"))), 0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input", "output"));
+    EXPECT_EQ(ctx.Node("/m:r/output")->kind, uint32_t{ZR_NODE_OUTPUT});
+}
+
+TEST(MissingInput, IsMadeInAnActionToo)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", "<action name=\"act\"/>")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c/m:act/m:input", Leaf("i"))), 0u);
+    EXPECT_NE(ctx.Node("/m:c/act/input/a:i"), nullptr);
+}
+
+TEST(MissingInput, IsSharedByLaterAugmentsAndStaysAfterUncoupling)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i")) +
+                                    Augment("/m:r/m:input", Leaf("j"))),
+              0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r/input")), ElementsAre("i", "j"));
+    for (ZrNode *augment = ctx.Module("a")->augments; augment != nullptr; augment = augment->next)
+        EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 0u);
+    ASSERT_NE(ctx.Node("/m:r/input"), nullptr);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r/input")), IsEmpty());
+}
+
+TEST(MissingInput, IsNotMadeForOtherStepsOrInOtherNodes)
+{
+    for (const char *target : {"/m:r/m:inputs", "/m:c/m:input", "/m:c/m:output", "/m:none/m:input",
+                               "/m:r/a:input", "/m:input"}) {
+        TestContext ctx;
+        ASSERT_EQ(ctx.LoadBody("m", Rpc("") + Container("c")), 0u);
+        ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment(target, Leaf("i"))), 0u);
+        EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled)) << target;
+        EXPECT_THAT(ChildNames(ctx.Node("/m:r")), IsEmpty()) << target;
+        EXPECT_THAT(ChildNames(ctx.Node("/m:c")), IsEmpty()) << target;
+    }
+}
+
+TEST(MissingInput, GoesWithTheLastAugmentThatItWasMadeFor)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), 0u);
+    zr::UncoupleModuleAugments(ctx.Module("a"));
+    ASSERT_NE(ctx.Node("/m:r/input"), nullptr) << "another augment uses it";
+    zr::UncoupleModuleAugments(ctx.Module("b"));
+    EXPECT_EQ(ctx.Node("/m:r/input"), nullptr);
+}
+
+TEST(MissingInput, ADeclaredOneStaysWhenItsAugmentsGo)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("<input/>")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), 0u);
+    zr::UncoupleModuleAugments(ctx.Module("a"));
+    EXPECT_NE(ctx.Node("/m:r/input"), nullptr);
+}
+
+TEST(MissingInput, StaysForAnAugmentThatHasNoNodesLeft)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", "")), 0u);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), 0u);
+    zr::UncoupleModuleAugments(ctx.Module("b"));
+    EXPECT_NE(ctx.Node("/m:r/input"), nullptr);
+    zr::UncoupleModuleAugments(ctx.Module("a"));
+    EXPECT_EQ(ctx.Node("/m:r/input"), nullptr);
+}
+
+TEST(MissingInput, TheStepsOfItsMakingRefuseWhatDoesNotFit)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
+    uint32_t kind = 0;
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:r", "inputs", &kind), nullptr);
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:none", "input", &kind), nullptr);
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, nullptr, "input", &kind), nullptr);
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:r", "output", &kind),
+              ctx.Node("/m:r"));
+    EXPECT_EQ(kind, uint32_t{ZR_NODE_OUTPUT});
+    EXPECT_EQ(ZRS_NODE_UpdateTargetPathWithInputOutput(ctx, nullptr), nullptr);
+    EXPECT_EQ(ZRS_NODE_UpdateTargetPathWithInputOutput(ctx, "input"), nullptr);
+    EXPECT_EQ(ZRS_NODE_ConstructInputOutputNodeIfMatch(ctx, "/m:r", "x"), nullptr);
+}

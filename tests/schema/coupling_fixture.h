@@ -1,0 +1,153 @@
+// Small modules from strings for the tests of augments, deviations and change events.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "schema/augment.h"
+#include "schema/conditions.h"
+#include "schema/deviation.h"
+#include "schema/module.h"
+#include "schema/node.h"
+#include "support/alloc.h"
+#include "support/context.h"
+#include "support/schema_dump.h"
+
+namespace zrtest {
+
+inline std::string Import(const std::string &module)
+{
+    return "<import module=\"" + module + "\"><prefix value=\"" + module + "\"/></import>";
+}
+
+inline std::string Leaf(const std::string &name, const std::string &inside = "")
+{
+    return "<leaf name=\"" + name + "\"><type name=\"string\"/>" + inside + "</leaf>";
+}
+
+inline std::string Container(const std::string &name, const std::string &inside = "")
+{
+    return "<container name=\"" + name + "\">" + inside + "</container>";
+}
+
+inline std::string Augment(const std::string &target, const std::string &inside)
+{
+    return "<augment target-node=\"" + target + "\">" + inside + "</augment>";
+}
+
+inline std::string Deviation(const std::string &target, const std::string &kind,
+                             const std::string &inside = "")
+{
+    return "<deviation target-node=\"" + target + "\"><deviate value=\"" + kind + "\">" + inside +
+           "</deviate></deviation>";
+}
+
+// The names of a node's children, in order.
+inline std::vector<std::string> ChildNames(const ZrNode *node)
+{
+    std::vector<std::string> names;
+    for (const ZrNode *child = node->firstChild; child != nullptr; child = child->next) {
+        names.emplace_back(child->name);
+        if (child == node->lastChild)
+            break;
+    }
+    return names;
+}
+
+} // namespace zrtest
+
+namespace zrtest {
+
+// A module m and a module d that deviates it, both loaded; units are kept.
+class Deviated {
+public:
+    Deviated(const std::string &mBody, const std::string &deviations)
+    {
+        EXPECT_EQ(ctx.LoadBody("m", mBody), 0u);
+        EXPECT_EQ(ctx.LoadBody("d", Import("m") + Import("ietf-netconf-acm") + Import("e") +
+                                        deviations),
+                  0u);
+    }
+    ZrNode *Node(const char *path) { return ctx.Node(path); }
+    ZrsLeafInfo *LeafOf(const char *path) { return static_cast<ZrsLeafInfo *>(Node(path)->info); }
+    ZrsLeafListInfo *LeafListOf(const char *path)
+    {
+        return static_cast<ZrsLeafListInfo *>(Node(path)->info);
+    }
+    const char *ChoiceDefault(const char *path)
+    {
+        return static_cast<ZrsChoiceInfo *>(Node(path)->info)->defaultCase;
+    }
+    std::vector<std::string> DefaultsOf(const char *path)
+    {
+        std::vector<std::string> values;
+        for (int i = 0; i < LeafListOf(path)->defaultCount; ++i)
+            values.emplace_back(LeafListOf(path)->defaults[i]);
+        return values;
+    }
+    std::vector<std::string> MustsOf(const char *path)
+    {
+        std::vector<std::string> conditions;
+        for (int i = 0; i < Node(path)->mustCount; ++i)
+            conditions.emplace_back(Node(path)->musts[i].condition);
+        return conditions;
+    }
+    std::vector<std::string> ExtensionsOf(const char *path)
+    {
+        std::vector<std::string> names;
+        for (int i = 0; i < Node(path)->extInstCount; ++i)
+            names.emplace_back(Node(path)->extInsts[i].extensionName);
+        return names;
+    }
+    ZrsDeviation &First() { return ctx.Module("d")->deviations[0]; }
+    bool IsApplied() { return First().flags == ZRS_DEVIATION_COUPLED; }
+    bool HasFailed() { return First().flags == ZRS_DEVIATION_FAILED; }
+    // What was recorded for the deviating module, the summary of the load included when it failed.
+    std::vector<std::string> Messages() { return ctx.Messages("d"); }
+
+    TestContext ctx{ZR_CTX_KEEP_UNITS};
+};
+
+inline std::string Default(const std::string &value)
+{
+    return "<default value=\"" + value + "\"/>";
+}
+inline std::string Units(const std::string &value)
+{
+    return "<units name=\"" + value + "\"/>";
+}
+inline std::string Must(const std::string &condition)
+{
+    return "<must condition=\"" + condition + "\"/>";
+}
+inline std::string Config(const std::string &value)
+{
+    return "<config value=\"" + value + "\"/>";
+}
+inline std::string Mandatory(const std::string &value)
+{
+    return "<mandatory value=\"" + value + "\"/>";
+}
+// Uses of the extensions of module "e" and of NETCONF access control.
+inline std::string Ext(const std::string &name)
+{
+    return "<e:" + name + " xmlns:e=\"urn:e\"/>";
+}
+inline std::string Nacm(const std::string &name)
+{
+    return "<ietf-netconf-acm:" + name + " xmlns:ietf-netconf-acm=\"urn:ietf-netconf-acm\"/>";
+}
+inline std::string LeafList(const std::string &name, const std::string &inside = "")
+{
+    return "<leaf-list name=\"" + name + "\"><type name=\"string\"/>" + inside + "</leaf-list>";
+}
+inline std::string Choice(const std::string &name, const std::string &inside = "")
+{
+    return "<choice name=\"" + name + "\">" + inside + "<case name=\"one\">" + Leaf("x1") +
+           "</case><case name=\"two\">" + Leaf("x2") + "</case></choice>";
+}
+
+} // namespace zrtest

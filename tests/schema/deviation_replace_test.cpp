@@ -1,0 +1,207 @@
+#include "schema/coupling_fixture.h"
+
+using namespace zrtest;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(DeviateReplace, ConfigIsReplacedAndPassedDown)
+{
+    Deviated schema(Container("c", Config("true") + Container("k", Leaf("x"))),
+                    Deviation("/m:c", "replace", Config("false")));
+    EXPECT_EQ(schema.Node("/m:c")->flags & 0xeu, 0xcu);
+    EXPECT_EQ(schema.Node("/m:c/k/x")->flags & 0xeu, 0x4u);
+}
+
+TEST(DeviateReplace, EqualConfigChangesNothing)
+{
+    Deviated schema(Container("c", Config("false") + Container("k")),
+                    Deviation("/m:c/m:k", "replace", Config("false")));
+    EXPECT_TRUE(schema.IsApplied());
+    EXPECT_EQ(schema.Node("/m:c/k")->flags & 0xeu, 0x4u) << "no statement of its own";
+}
+
+TEST(DeviateReplace, ConfigOnANodeWithoutOneIsNoFailure)
+{
+    Deviated schema(Container("c"), Deviation("/m:c", "replace", Config("false")));
+    EXPECT_TRUE(schema.IsApplied());
+    EXPECT_EQ(schema.Node("/m:c")->flags & 0xeu, 0xcu);
+}
+
+TEST(DeviateReplace, MandatoryIsReplaced)
+{
+    Deviated schema(Leaf("x", Mandatory("true")) + Leaf("y"),
+                    Deviation("/m:x", "replace", Mandatory("false")) +
+                        Deviation("/m:y", "replace", Mandatory("true")));
+    EXPECT_EQ(schema.Node("/m:x")->flags & 0x30u, 0x20u);
+    EXPECT_EQ(schema.Node("/m:y")->flags & 0x30u, 0x10u);
+}
+
+TEST(DeviateReplace, AChoicesDefaultIsReplaced)
+{
+    Deviated schema(Choice("ch", Default("one")), Deviation("/m:ch", "replace", Default("two")));
+    EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "two");
+}
+
+TEST(DeviateReplace, TwoDefaultsOfAChoiceAreRecordedButCountAsApplied)
+{
+    Deviated schema(Choice("ch", Default("one")),
+                    Deviation("/m:ch", "replace", Default("one") + Default("two")));
+    EXPECT_TRUE(schema.IsApplied());
+    EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "one");
+    EXPECT_THAT(schema.Messages(), ElementsAre("Failed to replace default of choice node \"ch\", "
+                                               "because default number > 1."));
+}
+
+TEST(DeviateReplace, ADefaultOfAChoiceWithoutOneFails)
+{
+    Deviated schema(Choice("ch"), Deviation("/m:ch", "replace", Default("two")));
+    EXPECT_THAT(schema.Messages(),
+                ElementsAre("Failed to replace default of choice node \"ch\" without default "
+                            "value.",
+                            "Failed to replace default of node \"ch\"."));
+}
+
+TEST(DeviateReplace, ALeafsDefaultIsReplaced)
+{
+    Deviated schema(Leaf("x", Default("v")), Deviation("/m:x", "replace", Default("w")));
+    EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "w");
+}
+
+TEST(DeviateReplace, TheSameDefaultSucceedsAndChangesNothing)
+{
+    Deviated schema(Leaf("x", Default("v")), Deviation("/m:x", "replace", Default("v")));
+    EXPECT_TRUE(schema.IsApplied());
+    EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "v");
+    EXPECT_THAT(schema.Messages(), IsEmpty());
+}
+
+TEST(DeviateReplace, TwoDefaultsOfALeafAreRecordedButCountAsApplied)
+{
+    Deviated schema(Leaf("x", Default("v")),
+                    Deviation("/m:x", "replace", Default("v") + Default("w")));
+    EXPECT_TRUE(schema.IsApplied());
+    EXPECT_THAT(schema.Messages(), ElementsAre("Failed to replace default of leaf node \"x\", "
+                                               "because the number of defaults to be deleted > "
+                                               "1."));
+}
+
+TEST(DeviateReplace, ADefaultOfALeafWithoutOneFails)
+{
+    Deviated schema(Leaf("x"), Deviation("/m:x", "replace", Default("v")));
+    EXPECT_EQ(schema.LeafOf("/m:x")->defaultValue, nullptr);
+    EXPECT_THAT(schema.Messages(),
+                ElementsAre("Failed to replace default of leaf node \"x\" without default value.",
+                            "Failed to replace default of node \"x\"."));
+}
+
+TEST(DeviateReplace, ALeafListsDefaultsAreReplacedAsAWhole)
+{
+    Deviated schema(LeafList("l", Default("a") + Default("b")),
+                    Deviation("/m:l", "replace", Default("c") + Default("b") + Default("d")));
+    EXPECT_THAT(schema.DefaultsOf("/m:l"), ElementsAre("c", "b", "d"));
+}
+
+TEST(DeviateReplace, DefaultsOfALeafListWithoutAnyFail)
+{
+    Deviated schema(LeafList("l"), Deviation("/m:l", "replace", Default("a")));
+    EXPECT_THAT(schema.Messages(),
+                ElementsAre("Failed to replace defaults of leaf-list node \"l\".",
+                            "Failed to replace default of node \"l\"."));
+}
+
+TEST(DeviateReplace, ADefaultOfAnotherKindOfNodeFails)
+{
+    Deviated schema(Container("c"), Deviation("/m:c", "replace", Default("v")));
+    EXPECT_THAT(schema.Messages(), ElementsAre("Failed to replace default of node \"c\".",
+                                               "Failed to couple deviation statements."));
+}
+
+TEST(DeviateReplace, TheTypeOfALeafIsReplacedByACopy)
+{
+    Deviated schema(Leaf("x") + LeafList("l"),
+                    "<typedef name=\"t\"><type name=\"uint8\"/></typedef>" +
+                        Deviation("/m:x", "replace",
+                                  "<type name=\"int8\"><range value=\"1..5\"/></type>") +
+                        Deviation("/m:l", "replace", "<type name=\"t\"/>"));
+    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:x"), ZR_VALUE_STRING, "5"), 0u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:x"), ZR_VALUE_STRING, "6"), 0x7008u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:l"), ZR_VALUE_STRING, "255"), 0u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:l"), ZR_VALUE_STRING, "256"), 0x7008u);
+    EXPECT_EQ(DumpType(&schema.LeafOf("/m:x")->realType),
+              DumpType(schema.First().deviates[0].type));
+}
+
+TEST(DeviateReplace, AReplacedTypeDoesNotPointIntoTheDeviatingModule)
+{
+    Deviated schema(Leaf("x"), "<typedef name=\"t\"><type name=\"uint8\"/></typedef>" +
+                                   Deviation("/m:x", "replace", "<type name=\"t\"/>"));
+    const ZrtRealType &type = schema.LeafOf("/m:x")->realType;
+    ASSERT_EQ(type.consCount, 1);
+    EXPECT_EQ(static_cast<ZrtConsDerived *>(type.constraints[0].body)->resolved, nullptr);
+}
+
+TEST(DeviateReplace, TheTypeOfAnotherKindOfNodeFails)
+{
+    Deviated schema(Container("c"), Deviation("/m:c", "replace", "<type name=\"int8\"/>"));
+    EXPECT_THAT(schema.Messages(), ElementsAre("Failed to replace type of node \"c\".",
+                                               "Failed to couple deviation statements."));
+}
+
+TEST(DeviateReplace, UnitsAreReplaced)
+{
+    Deviated schema(Leaf("x", Units("s")) + LeafList("l", Units("s")),
+                    Deviation("/m:x", "replace", Units("m")) +
+                        Deviation("/m:l", "replace", Units("kg")));
+    EXPECT_STREQ(schema.LeafOf("/m:x")->units, "m");
+    EXPECT_STREQ(schema.LeafListOf("/m:l")->units, "kg");
+}
+
+TEST(DeviateReplace, UnitsOfANodeWithoutThemFail)
+{
+    for (const std::string &body : {Leaf("n"), LeafList("n"), Container("n")}) {
+        Deviated schema(body, Deviation("/m:n", "replace", Units("m")));
+        EXPECT_THAT(schema.Messages(), ElementsAre("Failed to replace units of node \"n\".",
+                                                   "Failed to couple deviation statements."))
+            << body;
+    }
+}
+
+TEST(DeviateReplace, NullArgumentsAreRefused)
+{
+    EXPECT_EQ(ZRS_MOD_CoupleDevRepl(nullptr, nullptr, nullptr), 22u);
+}
+
+TEST(DeviateReplace, EveryFailingAllocationIsAStatusAndLosesNoProperty)
+{
+    std::string m = ModuleText("m", LeafList("l", Default("a") + Units("s")) +
+                                        Leaf("x", Default("v")));
+    std::string d = ModuleText(
+        "d", Import("m") +
+                 Deviation("/m:l", "replace",
+                           Default("b") + Default("c") + "<type name=\"string\"><length "
+                                                         "value=\"1..9\"/></type>" +
+                               Units("m")) +
+                 Deviation("/m:x", "replace", Default("w")));
+    AllocGuard guard;
+    for (uint64_t n = 0;; ++n) {
+        bool complete = false;
+        {
+            TestContext ctx(ZR_CTX_KEEP_UNITS);
+            ASSERT_EQ(ctx.Load(m), 0u);
+            guard.FailAt(n);
+            ctx.Load(d);
+            complete = guard.Count() <= n;
+            guard.FailNone();
+            const auto *info = static_cast<const ZrsLeafListInfo *>(ctx.Node("/m:l")->info);
+            EXPECT_GE(info->defaultCount, 1) << n;
+            EXPECT_EQ(info->realType.baseType, uint32_t{ZRT_TYPE_STRING}) << n;
+            EXPECT_NE(info->units, nullptr) << n;
+            EXPECT_NE(static_cast<const ZrsLeafInfo *>(ctx.Node("/m:x")->info)->defaultValue,
+                      nullptr)
+                << n;
+        }
+        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
+        if (complete)
+            break;
+    }
+}

@@ -1,0 +1,182 @@
+#include "schema/coupling_fixture.h"
+
+#include "foundation/relations.h"
+
+using namespace zrtest;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+std::string Identity(const std::string &name)
+{
+    return "<identity name=\"" + name + "\"/>";
+}
+
+std::string IdentityLeaf(const std::string &name, const std::string &inside = "")
+{
+    return "<leaf name=\"" + name + "\"><type name=\"identityref\"><base name=\"m:base\"/></type>" +
+           inside + "</leaf>";
+}
+
+} // namespace
+
+TEST(CoupleDeviation, IsAppliedOnlyOnce)
+{
+    Deviated schema(Container("c"), Deviation("/m:c", "add", Must("a")));
+    EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), &schema.First()), 0u);
+    EXPECT_THAT(schema.MustsOf("/m:c"), ElementsAre("a"));
+    EXPECT_EQ(ZR_CTX_GetLoadStage(schema.ctx), 0u);
+}
+
+TEST(CoupleDeviation, ATargetThatIsNotThereIsSkippedWithoutAMessage)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c", "add", Must("a"))), 0u);
+    EXPECT_EQ(ctx.Module("d")->deviations[0].flags, 0);
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    EXPECT_EQ(ctx.Module("d")->deviations[0].flags, ZRS_DEVIATION_COUPLED);
+    EXPECT_EQ(ctx.Node("/m:c")->mustCount, 1);
+}
+
+TEST(CoupleDeviation, UnknownModulesAndNodesAreSkipped)
+{
+    for (const char *target : {"/m:none", "/m:c/m:none", "/e:c"}) {
+        Deviated schema(Container("c"), Deviation(target, "add", Must("a")));
+        EXPECT_EQ(schema.First().flags, 0) << target;
+        EXPECT_THAT(schema.Messages(), IsEmpty()) << target;
+    }
+}
+
+TEST(CoupleDeviation, AFailureStopsItAndIsNotTriedAgainOnTheSameNode)
+{
+    std::string both = "<deviation target-node=\"/m:x\"><deviate value=\"add\">" + Must("a") +
+                       "</deviate><deviate value=\"add\">" + Default("w") +
+                       "</deviate><deviate value=\"add\">" + Must("b") + "</deviate></deviation>";
+    Deviated schema(Leaf("x", Default("v")), both);
+    EXPECT_TRUE(schema.HasFailed());
+    EXPECT_EQ(ZR_CTX_GetLoadStage(schema.ctx), 0u);
+    EXPECT_THAT(schema.MustsOf("/m:x"), ElementsAre("a")) << "what was done stays";
+    EXPECT_EQ(zr::CoupleModuleDeviations(schema.ctx.Module("d")), 0u);
+    EXPECT_THAT(schema.MustsOf("/m:x"), ElementsAre("a"));
+}
+
+TEST(CoupleDeviation, FurtherDeviationsAreAppliedAfterOneThatFailed)
+{
+    Deviated schema(Leaf("x", Default("v")) + Container("c"),
+                    Deviation("/m:x", "add", Default("w")) +
+                        Deviation("/m:c", "add", Must("a")));
+    EXPECT_THAT(schema.MustsOf("/m:c"), ElementsAre("a"));
+}
+
+TEST(CoupleDeviation, ADirectCallTellsTheFailingStatus)
+{
+    Deviated schema(Leaf("x", Default("v")), Deviation("/m:x", "add", Default("w")));
+    EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), &schema.First()), 1u);
+    EXPECT_EQ(ZRS_MOD_CoupleDeviation(nullptr, &schema.First()), 22u);
+    EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), nullptr), 22u);
+}
+
+TEST(CoupleDeviation, AnUnknownKindFails)
+{
+    Deviated schema(Container("c"), Deviation("/m:c", "add", Must("a")));
+    ZrsDeviate deviate{};
+    for (uint32_t kind : {0u, 5u}) {
+        deviate.kind = kind;
+        EXPECT_EQ(ZRS_MOD_CoupleDeviate(schema.ctx.Module("d"), &schema.First(), &deviate,
+                                        schema.Node("/m:c"), nullptr),
+                  1u);
+    }
+    EXPECT_EQ(ZRS_MOD_CoupleDeviate(nullptr, nullptr, nullptr, nullptr, nullptr), 22u);
+}
+
+TEST(CoupleDeviation, AModuleMayDeviateItself)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x")) + Deviation("/m:c", "add", Must("a")) +
+                                    Deviation("/m:c/m:x", "not-supported")),
+              0u);
+    EXPECT_EQ(ctx.Node("/m:c")->mustCount, 1);
+    EXPECT_EQ(ctx.Node("/m:c/x"), nullptr);
+    EXPECT_EQ(ZR_CTX_FindModRelationTbl(ctx, "m"), nullptr) << "no relation with itself";
+}
+
+TEST(CoupleDeviation, NodesOfAnAugmentAreReachedBeforeAndAfterItIsCoupled)
+{
+    std::string m = ModuleText("m", Container("c"));
+    std::string a = ModuleText("a", Import("m") + Augment("/m:c", Leaf("p")));
+    std::string d =
+        ModuleText("d", Import("m") + Import("a") + Deviation("/m:c/a:p", "add", Must("x")));
+    for (const std::vector<std::string> &order :
+         {std::vector{m, a, d}, {m, d, a}, {a, m, d}, {a, d, m}, {d, m, a}, {d, a, m}}) {
+        TestContext ctx;
+        for (const std::string &text : order)
+            ASSERT_EQ(ctx.Load(text), 0u);
+        EXPECT_EQ(ctx.Node("/m:c/a:p")->mustCount, 1);
+        EXPECT_THAT(ctx.Messages(), IsEmpty());
+    }
+}
+
+TEST(RefreshDeviateDefaults, IdentityDefaultsGetModuleNames)
+{
+    Deviated schema(Identity("base") + IdentityLeaf("x") + IdentityLeaf("y"),
+                    Identity("own") + Deviation("/m:x", "add", Default("own")) +
+                        Deviation("/m:y", "add", Default("m:base")));
+    EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "d:own");
+    EXPECT_STREQ(schema.LeafOf("/m:y")->defaultValue, "m:base");
+}
+
+TEST(RefreshDeviateDefaults, TheReplacementTypeDecidesWhenThereIsOne)
+{
+    Deviated schema(Identity("base") + Leaf("x", Default("v")),
+                    Deviation("/m:x", "replace",
+                              Default("m:base") + "<type name=\"identityref\"><base "
+                                                  "name=\"m:base\"/></type>"));
+    EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "m:base");
+}
+
+TEST(RefreshDeviateDefaults, DeletingComparesTheQualifiedForm)
+{
+    Deviated schema(Identity("base") + IdentityLeaf("x", Default("base")),
+                    Deviation("/m:x", "delete", Default("m:base")));
+    EXPECT_TRUE(schema.IsApplied());
+    EXPECT_EQ(schema.LeafOf("/m:x")->defaultValue, nullptr);
+}
+
+TEST(RefreshDeviateDefaults, AnUnknownPrefixFails)
+{
+    Deviated schema(Identity("base") + IdentityLeaf("x"),
+                    Deviation("/m:x", "add", Default("q:own")));
+    EXPECT_TRUE(schema.HasFailed());
+    EXPECT_EQ(ZRS_MOD_RefreshDeviateDefaults(schema.ctx.Module("d"), schema.Node("/m:x"),
+                                             schema.First().deviates),
+              22u);
+    EXPECT_STREQ(schema.First().deviates[0].defaults[0], "q:own");
+}
+
+TEST(RefreshDeviateDefaults, AreConvertedOnlyOnceHoweverOftenTheDeviationIsApplied)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("long-name", Identity("i")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Identity("base") + IdentityLeaf("x")), 0u);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") +
+                                    "<import module=\"long-name\"><prefix value=\"ln\"/></import>" +
+                                    Deviation("/m:x", "add", Default("ln:i"))),
+              0u);
+    auto *leaf = static_cast<ZrsLeafInfo *>(ctx.Node("/m:x")->info);
+    ASSERT_STREQ(leaf->defaultValue, "long-name:i");
+    zr::Release(&ctx.get()->dict, leaf->defaultValue);
+    ctx.Module("d")->deviations[0].flags = 0; // as when the target's module is loaded again
+    EXPECT_EQ(zr::CoupleModuleDeviations(ctx.Module("d")), 0u);
+    EXPECT_STREQ(leaf->defaultValue, "long-name:i");
+}
+
+TEST(RefreshDeviateDefaults, OtherTypesAndNodesAreLeftAlone)
+{
+    Deviated schema(Leaf("x") + Choice("ch"), Deviation("/m:x", "add", Default("q:v")) +
+                                                  Deviation("/m:ch", "add", Default("one")));
+    EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "q:v");
+    EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "one");
+    EXPECT_EQ(ZRS_MOD_RefreshDeviateDefaults(nullptr, nullptr, nullptr), 22u);
+}
