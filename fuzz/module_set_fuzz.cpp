@@ -1,0 +1,187 @@
+// Several YIN files, loaded by name and from memory, coupled, printed and unloaded in an order that
+// the input gives, with an allocation failing here and there.
+//
+// Input: a line of operations, each a letter and a digit; then the files, each a line
+// "=== FILE.yin" and its text. The digit picks a file:
+//   o  option bits of the context, in the first place only
+//   l  load by name    m  load the text from memory    u  unload
+//   d  delete the file    w  write it again    f  enable all features    p  read and print
+//   z  the next operation has its n-th allocation fail; several digits in a row make one number
+#include "support.h"
+
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+#include <unistd.h>
+
+namespace {
+
+using namespace zrfuzz;
+
+constexpr size_t kMaxFiles = 10;
+
+struct File {
+    std::string fileName;
+    std::string module; // the file's name up to "@" or "."
+    std::string text;
+};
+
+// A folder of this process, in memory where the system has such a place.
+class Folder {
+public:
+    Folder()
+    {
+        std::error_code failed;
+        std::filesystem::path place = "/dev/shm";
+        if (access(place.c_str(), W_OK) != 0)
+            place = std::filesystem::temp_directory_path();
+        path_ = (place / ("zrschema-fuzz-" + std::to_string(getpid()))).string();
+        std::filesystem::create_directories(path_, failed);
+        Check(!failed, "a temporary folder is made");
+    }
+    ~Folder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    Folder(const Folder &) = delete;
+    Folder &operator=(const Folder &) = delete;
+    const std::string &path() const { return path_; }
+    void Write(const File &file) const
+    {
+        std::ofstream(path_ + "/" + file.fileName, std::ios::binary) << file.text;
+    }
+    void Delete(const File &file) const { unlink((path_ + "/" + file.fileName).c_str()); }
+
+private:
+    std::string path_;
+};
+
+bool IsFileName(const std::string &name)
+{
+    return !name.empty() && name.size() < 60 && name[0] != '.' &&
+           name.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
+                                  "-_.@") == std::string::npos;
+}
+
+std::vector<File> ReadFiles(std::string_view rest)
+{
+    constexpr std::string_view kMark = "=== ";
+    std::vector<File> files;
+    while (!rest.empty()) {
+        std::string line = TakeLine(rest);
+        if (line.starts_with(kMark)) {
+            std::string name = line.substr(kMark.size());
+            if (!IsFileName(name) || files.size() == kMaxFiles)
+                break;
+            files.push_back({name, name.substr(0, name.find_first_of("@.")), ""});
+        } else if (!files.empty()) {
+            files.back().text += line + "\n";
+        }
+    }
+    return files;
+}
+
+// Which modules were ever loaded is not known to the input alone: every file's is a candidate.
+void ForEachModule(ZrCtx *ctx, const std::vector<File> &files, void (*visit)(ZrCtx *, ZrMod *))
+{
+    for (const File &file : files) {
+        if (ZrMod *module = ZR_CTX_GetModuleByModName(ctx, file.module.c_str()))
+            visit(ctx, module);
+    }
+}
+
+void Walk(ZrCtx *ctx, ZrMod *module)
+{
+    WalkModule(ctx, module, true);
+}
+
+class Run {
+public:
+    Run(ZrCtx *ctx, const Folder &folder, const std::vector<File> &files)
+        : ctx_(ctx), folder_(folder), files_(files)
+    {
+    }
+
+    void Do(char operation, unsigned digit)
+    {
+        if (operation == 'z') {
+            failAt_ = (failAt_ < 0 ? 0 : failAt_ * 10) + digit;
+            return;
+        }
+        const File &file = files_[digit % files_.size()];
+        FailAllocation(failAt_);
+        failAt_ = -1;
+        uint32_t status = Change(operation, file);
+        FailAllocation(-1);
+        Check(operation == 'u' || IsLoadStatus(status), "an operation has a stated status");
+        if (operation == 'p') {
+            ForEachModule(ctx_, files_, Walk);
+            WalkErrors(ctx_);
+        }
+    }
+
+private:
+    uint32_t Change(char operation, const File &file)
+    {
+        switch (operation) {
+        case 'l':
+            return ZR_CTX_LoadModule(ctx_, file.module.c_str());
+        case 'm':
+            return ZR_CTX_LoadMemory(ctx_, file.text.c_str());
+        case 'u':
+            return ZR_CTX_UnloadModule(ctx_, file.module.c_str());
+        case 'f':
+            return ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx_, file.module.c_str()), "*");
+        case 'd':
+            folder_.Delete(file);
+            return 0;
+        case 'w':
+            folder_.Write(file);
+            return 0;
+        default:
+            return 0;
+        }
+    }
+
+    ZrCtx *ctx_;
+    const Folder &folder_;
+    const std::vector<File> &files_;
+    int64_t failAt_ = -1;
+};
+
+// Bits of ZrCtxFlag, by the digit of "o".
+uint32_t OptionBits(const std::string &operations)
+{
+    constexpr uint32_t kBits[] = {0x00, 0x01, 0x02, 0x08, 0x10, 0x11, 0x0a, 0x1b, 0x03, 0x0b};
+    bool given = operations.size() > 1 && operations[0] == 'o';
+    return given ? kBits[static_cast<unsigned char>(operations[1]) % 10] : kBits[0];
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    SetUp();
+    static const Folder folder;
+    std::string_view rest(reinterpret_cast<const char *>(data), size);
+    std::string operations = TakeLine(rest);
+    operations.resize(operations.size() < 80 ? operations.size() : 80);
+    std::vector<File> files = ReadFiles(rest);
+    if (files.empty())
+        return 0;
+    for (const File &file : files)
+        folder.Write(file);
+    {
+        Context ctx(OptionBits(operations));
+        Check(ZR_CTX_SetSearchDir(ctx, folder.path().c_str()) == ZR_OK, "the folder is there");
+        Run run(ctx, folder, files);
+        for (size_t i = 0; i + 1 < operations.size(); i += 2)
+            run.Do(operations[i], static_cast<unsigned char>(operations[i + 1]) % 10);
+        run.Do('p', 0);
+    }
+    for (const File &file : files)
+        folder.Delete(file);
+    return 0;
+}

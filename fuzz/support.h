@@ -1,0 +1,75 @@
+// What the fuzz targets share: counted allocation hooks, checks that abort, texts of modules.
+#pragma once
+
+#include <zrschema/zrschema.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zrfuzz {
+
+// Aborts when `holds` is false, with `what` on standard error.
+void Check(bool holds, const char *what);
+
+// Registers the counting hooks and silences libxml2, once in the life of the process.
+void SetUp();
+
+// Blocks that the library holds now.
+int64_t LiveBlocks();
+
+// The n-th allocation from now on fails (0: the next one); with a negative number none does.
+void FailAllocation(int64_t n);
+
+// Checks at the end of the scope that the library holds as many blocks as at its beginning.
+class BlockBalance {
+public:
+    explicit BlockBalance(const char *what) : what_(what), before_(LiveBlocks()) {}
+    ~BlockBalance() { Check(LiveBlocks() == before_, what_); }
+    BlockBalance(const BlockBalance &) = delete;
+    BlockBalance &operator=(const BlockBalance &) = delete;
+
+private:
+    const char *what_;
+    int64_t before_;
+};
+
+// A context that is deleted at the end of the scope, and then leaves no block behind.
+class Context {
+public:
+    explicit Context(uint32_t flags);
+    ~Context();
+    Context(const Context &) = delete;
+    Context &operator=(const Context &) = delete;
+    ZrCtx *get() const { return ctx_; }
+    operator ZrCtx *() const { return ctx_; }
+
+private:
+    BlockBalance balance_;
+    ZrCtx *ctx_;
+};
+
+// One of the statuses of loading, unloading and printing.
+bool IsLoadStatus(uint32_t status);
+
+// The YIN text of a module: namespace urn:NAME, prefix NAME, then the body.
+std::string ModuleText(const std::string &name, const std::string &body);
+
+// The text as the value of an XML attribute. Bytes that XML has no way to write are dropped.
+std::string AttributeText(std::string_view text);
+
+// A context with a module that must load.
+void LoadOrDie(ZrCtx *ctx, const std::string &yin);
+
+// Takes the text up to the next line feed from the front of `rest`.
+std::string TakeLine(std::string_view &rest);
+
+// Reads everything that a module offers: all scans, texts, types, paths, lookups, both printers.
+// Checks that printing succeeds, unless `longLines` says that a line may be too long. All features
+// of the module are on afterwards.
+void WalkModule(ZrCtx *ctx, ZrMod *module, bool longLines);
+// Reads the recorded errors.
+void WalkErrors(ZrCtx *ctx);
+
+} // namespace zrfuzz
