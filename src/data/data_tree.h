@@ -24,13 +24,15 @@ ZR_API void ZRD_PAS_ClearXmlTreePrivate(xmlNode *element);
 
 namespace zr {
 
-// The schema node of a matched element; null for other nodes, whose _private is the caller's.
+// The schema node of a matched element; null for null and for other nodes, whose _private is the
+// caller's.
 inline ZrNode *SchemaOf(const xmlNode *node)
 {
-    return node->type == XML_ELEMENT_NODE ? static_cast<ZrNode *>(node->_private) : nullptr;
+    return node != nullptr && node->type == XML_ELEMENT_NODE ? static_cast<ZrNode *>(node->_private)
+                                                             : nullptr;
 }
 
-// The next sibling, at or after `node`, that is an element; PrevElement the same backwards.
+// The next sibling, at or after `node`, that is an element; ElementUpTo the same backwards.
 inline xmlNode *ElementFrom(xmlNode *node)
 {
     while (node != nullptr && node->type != XML_ELEMENT_NODE)

@@ -19,6 +19,9 @@ xmlDoc *ParseXmlText(const char *text, size_t length)
     parser->sax->error = nullptr;
     parser->sax->warning = nullptr;
     parser->sax->fatalError = nullptr;
+    // Whatever the application has set for the process: no entity is put in, none is fetched.
+    parser->replaceEntities = 0;
+    parser->loadsubset = 0;
     // Short texts stand inside their nodes: one allocation less for most arguments.
     parser->options |= XML_PARSE_NONET | XML_PARSE_COMPACT;
     xmlParseDocument(parser);

@@ -5,14 +5,22 @@
 
 enum ZrsModuleEvent : uint32_t { ZRS_MODULE_LOADED = 0, ZRS_MODULE_UNLOADING = 1 };
 
-// Handler of one kind of relation: (context, changed module, dependent module, extra).
+// Handler of one kind of relation; `extra` is the caller's of the notification, for handlers that
+// need more than the names.
 typedef uint32_t (*ZrsCoupleEventFunc)(ZrCtx *ctx, const char *changedModuleName,
                                        const char *dependentModuleName, void *extra);
 
 extern "C" {
+// Runs the handler of every relation of the module, newest relation first; their results are
+// ignored. Always 0.
 ZR_API uint32_t ZRS_MOD_NotifyModuleChangeEvent(ZrCtx *ctx, const char *moduleName, uint32_t event,
                                                 void *extra);
+// The handler of a ZrRelationKind and a ZrsModuleEvent; null for any other numbers.
 ZR_API ZrsCoupleEventFunc ZRS_MOD_GetCoupleEvtProcFunc(uint32_t relationKind, uint32_t event);
+
+// The handlers: 0, or 1 when the dependent module is not loaded. Loading tries everything of the
+// dependent module that is not coupled; unloading takes back its augments into the changed module,
+// and lets its deviations of that module be applied afresh without reverting anything.
 ZR_API uint32_t ZRS_MOD_CoupleAugmentFromDepMods(ZrCtx *ctx, const char *changedModuleName,
                                                  const char *dependentModuleName, void *extra);
 ZR_API uint32_t ZRS_MOD_UnCoupleAugmentFromDepMods(ZrCtx *ctx, const char *changedModuleName,

@@ -280,7 +280,7 @@ TEST_F(CompleteTest, TakesBackWhatItCannotEnterIntoTheList)
     ZrNode *op = schema_.Node("/m:op");
     document_.top()->_private = op;
     AllocGuard guard;
-    for (uint64_t n : {0, 1}) { // the leaf's entry, the container's
+    for (uint64_t n : {UINT64_C(0), UINT64_C(1)}) { // the leaf's entry, the container's
         guard.FailAt(n);
         EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), op, &added_), 12u);
         EXPECT_EQ(xmlChildElementCount(document_.top()), n);

@@ -143,7 +143,7 @@ TEST_F(ErrorPathTest, IsNullWhenMemoryRunsOut)
     ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, document.top()), 0u);
     run_->root = document.top()->parent;
     AllocGuard guard;
-    for (uint64_t n : {0, 2}) { // the buffer, the result
+    for (uint64_t n : {UINT64_C(0), UINT64_C(2)}) { // the buffer, the result
         guard.FailAt(n);
         EXPECT_EQ(ZRD_ERR_GeneralErrorPath(run_, document.Find("tag")), nullptr);
         EXPECT_EQ(guard.LiveBlocks(), 0);

@@ -103,7 +103,7 @@ TEST_F(RecordTest, TakesNoEmptyMessage)
 
 TEST_F(RecordTest, LeavesAFieldNullWhenItCannotBeStored)
 {
-    for (uint64_t n : {0, 1}) { // the scratch buffer, the copy
+    for (uint64_t n : {UINT64_C(0), UINT64_C(1)}) { // the scratch buffer, the copy
         guard_.FailAt(n);
         ZRD_ERR_SetErrorMsg(record_, "text");
         EXPECT_EQ(ZR_GetErrorMessage(record_), nullptr);

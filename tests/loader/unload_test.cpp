@@ -1,9 +1,6 @@
-#include "loader/unload.h"
+#include "loader/unload_fixture.h"
 
-#include "foundation/load_errors.h"
 #include "foundation/relations.h"
-#include "loader/module_sets.h"
-#include "schema/coupling_fixture.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -13,36 +10,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
-
-constexpr uint32_t kSets = 600;
-constexpr uint32_t kFlags = ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS;
-
-// A context over a directory of its own.
-class Dir {
-public:
-    explicit Dir(uint32_t flags = kFlags) : ctx(flags)
-    {
-        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
-    }
-    // Writes a module and loads it.
-    void Add(const std::string &name, const std::string &body)
-    {
-        dir.Write(name + ".yin", ModuleText(name, body));
-        EXPECT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u) << name;
-    }
-    // The schema that the other modules of the directory give without it.
-    std::string Fresh(const std::vector<std::string> &names)
-    {
-        TestContext other(kFlags);
-        EXPECT_EQ(ZR_CTX_SetSearchDir(other, dir.path().c_str()), 0u);
-        for (const std::string &name : names)
-            EXPECT_EQ(ZR_CTX_LoadModule(other, name.c_str()), 0u) << name;
-        return DumpContext(other);
-    }
-
-    TempDir dir;
-    TestContext ctx;
-};
 
 std::vector<std::string> g_told;
 
@@ -56,30 +23,6 @@ bool HasRelation(TestContext &ctx, const char *target, uint32_t kind, const char
     return ZR_CTX_FindModRelationItem(ZR_CTX_FindModRelationTbl(ctx, target), kind,
                                       ctx.Module(other)->name) != nullptr;
 }
-
-std::vector<std::string> Names(const ZrsPendTbl *table)
-{
-    std::vector<std::string> names;
-    for (const ZrListLink *link = table->nodes.next; link != &table->nodes; link = link->next)
-        names.emplace_back(reinterpret_cast<const ZrsPendNode *>(link)->moduleName);
-    return names;
-}
-
-// A pending table with one module.
-class Table {
-public:
-    explicit Table(const char *name)
-    {
-        zr::InitPendTable(&table_);
-        EXPECT_EQ(zr::AppendPending(&table_, name), 0u);
-    }
-    ~Table() { zr::FreePendTable(&table_); }
-    ZrsPendTbl *get() { return &table_; }
-    ZrsPendNode *node() { return reinterpret_cast<ZrsPendNode *>(table_.nodes.next); }
-
-private:
-    ZrsPendTbl table_;
-};
 
 } // namespace
 
@@ -205,8 +148,8 @@ TEST(Unload, ADeviationThatFailedPartOfTheWayIsUndone)
 {
     Dir set;
     set.Add("m", Leaf("x", "<default value=\"v\"/>"));
-    set.Add("d", Import("m") + Deviation("/m:x", "add",
-                                         "<mandatory value=\"true\"/><default value=\"w\"/>"));
+    set.Add("d", Import("m") +
+                     Deviation("/m:x", "add", "<mandatory value=\"true\"/><default value=\"w\"/>"));
     ASSERT_EQ(ZR_NODE_IsMandatory(set.ctx.Node("/m:x")), 1u);
     EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m"}));
@@ -326,7 +269,6 @@ TEST(Unload, AModuleThatEverythingImportsComesBackWithImportsOnly)
 TEST(Unload, AModuleOfSuffixedFilesIsBuiltAgainFromTheFilesThatAreThere)
 {
     Dir set;
-    set.dir.Write("m.yin@", "");
     set.dir.Write("m@@one.yin", ModuleText("m", Container("c")));
     ASSERT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), 0u);
     ASSERT_EQ(set.ctx.Module("m")->mergeSourceCount, 1);
@@ -358,51 +300,6 @@ TEST(Unload, AReplacedTypeIsLookedUpNoMoreAfterItsModuleIsGone)
     ASSERT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:x"), ZR_VALUE_STRING, "5"), 0u);
     EXPECT_EQ(ZR_CTX_UnloadModule(ctx, "t"), 0u);
     EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:x"), ZR_VALUE_STRING, "5"), 0x7001u);
-}
-
-TEST(UnloadCollecting, FollowsAugmentsAndDeviationsInBothDirections)
-{
-    Dir set;
-    set.Add("m", Container("c"));
-    set.Add("n", Container("c"));
-    set.Add("a", Import("m") + Augment("/m:c", Leaf("p")));
-    set.Add("d", Import("m") + Import("n") + Deviation("/m:c", "add", Must("x")) +
-                     Deviation("/n:c", "add", Must("x")));
-    set.Add("e", Import("n") + Augment("/n:c", Leaf("p")));
-    Table table("m");
-    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "m", table.get()), 0u);
-    EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a"));
-    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "d", table.get()), 0u);
-    EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a", "n"));
-    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "n", table.get()), 0u);
-    EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a", "n", "e"));
-    EXPECT_EQ(ZRS_LOADER_CheckRelTblHaveDevByWithSameName(ZR_CTX_FindModRelationTbl(set.ctx, "n"),
-                                                          "d"),
-              1u);
-    EXPECT_EQ(ZRS_LOADER_CheckRelTblHaveDevByWithSameName(ZR_CTX_FindModRelationTbl(set.ctx, "n"),
-                                                          "e"),
-              0u);
-    EXPECT_EQ(ZRS_LOADER_CheckRelTblHaveDevByWithSameName(nullptr, "d"), 0u);
-}
-
-TEST(UnloadCollecting, NotesAFeatureOnce)
-{
-    TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", "<feature name=\"f\"/><feature name=\"g\"/>"), 0u);
-    ZR_MOD_EnableFeature(ctx.Module("m"), "*");
-    Table table("m");
-    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(ctx.Module("m"), table.node()), 0u);
-    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(ctx.Module("m"), table.node()), 0u);
-    std::vector<std::string> names;
-    for (ZrListLink *link = table.node()->features.next; link != &table.node()->features;
-         link = link->next) {
-        names.emplace_back(reinterpret_cast<ZrsPendFeature *>(link)->name);
-        EXPECT_EQ(reinterpret_cast<ZrsPendFeature *>(link)->flags,
-                  uint32_t{ZRS_FEATURE_ENABLED});
-    }
-    EXPECT_THAT(names, ElementsAre("f", "g"));
-    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(nullptr, table.node()), 22u);
-    EXPECT_EQ(ZRS_LOADER_AddModFeatPend(table.node(), nullptr, 0), 22u);
 }
 
 TEST(UnloadReload, FeaturesOfAModuleThatIsNotLoadedCannotBeTurnedOn)
@@ -457,8 +354,7 @@ TEST(Unload, EveryFailingAllocationEitherChangesNothingOrIsAStatusOfTheReload)
     dir.Write("a.yin", ModuleText("a", Import("m") + "<feature name=\"f\"/>" +
                                            Augment("/m:c", Container("p")) +
                                            Augment("/m:r/m:input", Leaf("i"))));
-    dir.Write("b.yin",
-              ModuleText("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q"))));
+    dir.Write("b.yin", ModuleText("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q"))));
     dir.Write("d.yin", ModuleText("d", Import("m") + Deviation("/m:c", "add", Must("x"))));
     AllocGuard guard;
     uint64_t unchanged = 0;
@@ -487,59 +383,4 @@ TEST(Unload, EveryFailingAllocationEitherChangesNothingOrIsAStatusOfTheReload)
             break;
     }
     EXPECT_GT(unchanged, 5u);
-}
-
-// After an unload, the remaining modules are what loading them alone gives.
-TEST(UnloadEqualsNeverLoaded, ForEveryModuleOfEverySet)
-{
-    for (uint32_t seed = 0; seed < kSets; ++seed) {
-        ModuleSet set = MakeModuleSet(seed);
-        TempDir dir;
-        for (const auto &[name, text] : set.texts)
-            dir.Write(name + ".yin", text);
-        Random random(seed);
-        std::vector<std::string> order = set.names;
-        random.Shuffle(order);
-        TestContext ctx(kFlags);
-        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
-        for (const std::string &name : order)
-            ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u);
-        // One after the other, until none is left.
-        while (!order.empty()) {
-            size_t gone = random.Below(static_cast<uint32_t>(order.size()));
-            std::string name = order[gone];
-            order.erase(order.begin() + static_cast<std::ptrdiff_t>(gone));
-            ASSERT_EQ(ZR_CTX_UnloadModule(ctx, name.c_str()), 0u) << "seed " << seed;
-            TestContext fresh(kFlags);
-            ASSERT_EQ(ZR_CTX_SetSearchDir(fresh, dir.path().c_str()), 0u);
-            random.Shuffle(order);
-            for (const std::string &other : order)
-                ASSERT_EQ(ZR_CTX_LoadModule(fresh, other.c_str()), 0u);
-            ASSERT_EQ(DumpContext(ctx), DumpContext(fresh))
-                << "seed " << seed << " without " << name;
-            ASSERT_EQ(ctx.Messages(), fresh.Messages()) << "seed " << seed << " without " << name;
-        }
-    }
-}
-
-TEST(UnloadEqualsNeverLoaded, AlsoWhenTheModuleIsLoadedAgain)
-{
-    for (uint32_t seed = 0; seed < kSets; ++seed) {
-        ModuleSet set = MakeModuleSet(seed);
-        TempDir dir;
-        for (const auto &[name, text] : set.texts)
-            dir.Write(name + ".yin", text);
-        TestContext ctx(kFlags);
-        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
-        for (const std::string &name : set.names)
-            ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u);
-        std::string before = DumpContext(ctx);
-        std::vector<std::string> messages = ctx.Messages();
-        for (const std::string &name : set.names) {
-            ASSERT_EQ(ZR_CTX_UnloadModule(ctx, name.c_str()), 0u) << "seed " << seed;
-            ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u) << "seed " << seed;
-            ASSERT_EQ(DumpContext(ctx), before) << "seed " << seed << " with " << name;
-            ASSERT_EQ(ctx.Messages(), messages) << "seed " << seed << " with " << name;
-        }
-    }
 }

@@ -126,10 +126,10 @@ TEST(AugmentConditions, ABareNameBecomesTheChildsConditionOrGoesBeforeItsOwn)
 {
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "<when condition=\"x\"/>" +
-                                                                  Leaf("p") +
-                                                                  Leaf("q", "<when condition=\"y\"/>"))),
-              0u);
+    ASSERT_EQ(
+        ctx.LoadBody("a", Import("m") + Augment("/m:c", "<when condition=\"x\"/>" + Leaf("p") +
+                                                            Leaf("q", "<when condition=\"y\"/>"))),
+        0u);
     EXPECT_STREQ(ctx.Node("/m:c/a:p")->when, "../x");
     EXPECT_STREQ(ctx.Node("/m:c/a:q")->when, "(../x) and (y)");
 }
@@ -138,12 +138,13 @@ TEST(AugmentConditions, ActionsAndNotificationsKeepTheirOwn)
 {
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + "<feature name=\"f\"/>" +
-                                    Augment("/m:c", "<when condition=\"x\"/><if-feature name=\"f\"/>"
-                                                    "<action name=\"act\"/>"
-                                                    "<notification name=\"n\"/>" +
-                                                        Leaf("p"))),
-              0u);
+    ASSERT_EQ(
+        ctx.LoadBody("a", Import("m") + "<feature name=\"f\"/>" +
+                              Augment("/m:c", "<when condition=\"x\"/><if-feature name=\"f\"/>"
+                                              "<action name=\"act\"/>"
+                                              "<notification name=\"n\"/>" +
+                                                  Leaf("p"))),
+        0u);
     for (const char *path : {"/m:c/a:act", "/m:c/a:n"}) {
         EXPECT_EQ(ctx.Node(path)->when, nullptr) << path;
         EXPECT_EQ(ctx.Node(path)->ifFeatureCount, 0) << path;
@@ -156,13 +157,13 @@ TEST(AugmentConditions, IfFeaturesAreAppendedInOrderAndOnce)
 {
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") +
-                                    "<feature name=\"f\"/><feature name=\"g\"/><feature name=\"h\"/>" +
-                                    Augment("/m:c",
-                                            "<if-feature name=\"f\"/><if-feature name=\"g\"/>" +
-                                                Leaf("p", "<if-feature name=\"g\"/>"
-                                                          "<if-feature name=\"h\"/>"))),
-              0u);
+    ASSERT_EQ(
+        ctx.LoadBody("a", Import("m") +
+                              "<feature name=\"f\"/><feature name=\"g\"/><feature name=\"h\"/>" +
+                              Augment("/m:c", "<if-feature name=\"f\"/><if-feature name=\"g\"/>" +
+                                                  Leaf("p", "<if-feature name=\"g\"/>"
+                                                            "<if-feature name=\"h\"/>"))),
+        0u);
     const ZrNode *leaf = ctx.Node("/m:c/a:p");
     std::vector<std::string> features;
     for (int i = 0; i < leaf->ifFeatureCount; ++i)

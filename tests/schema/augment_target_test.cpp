@@ -1,6 +1,19 @@
 #include "schema/coupling_fixture.h"
 
 using namespace zrtest;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr const char *kNotCoupled = "Failed to couple augment statements.";
+
+std::string Rpc(const std::string &inside)
+{
+    return "<rpc name=\"r\">" + inside + "</rpc>";
+}
+
+} // namespace
 
 TEST(TargetPaths, TheLastNamedModuleOwnsTheTarget)
 {
@@ -21,4 +34,109 @@ TEST(TargetPaths, OnePathIsBelowAnotherOnlyAtAStep)
     EXPECT_FALSE(zr::IsPathAtOrBelow("/m:cx", "/m:c"));
     EXPECT_FALSE(zr::IsPathAtOrBelow("/m:c-x/y", "/m:c"));
     EXPECT_FALSE(zr::IsPathAtOrBelow("/m", "/m:c"));
+}
+
+TEST(MissingInput, IsMadeAsTheRpcsFirstChild)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("<output>" + Leaf("o") + "</output>")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), 0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input", "output"));
+    const ZrNode *input = ctx.Node("/m:r/input");
+    EXPECT_EQ(input->kind, uint32_t{ZR_NODE_INPUT});
+    EXPECT_EQ(input->module, ctx.Module("m"));
+    EXPECT_THAT(ChildNames(input), ElementsAre("i"));
+}
+
+TEST(MissingInput, AMissingOutputIsMadeAsTheLastChild)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("<input>" + Leaf("i") + "</input>")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:output", Leaf("o"))), 0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input", "output"));
+    EXPECT_EQ(ctx.Node("/m:r/output")->kind, uint32_t{ZR_NODE_OUTPUT});
+}
+
+TEST(MissingInput, IsMadeInAnActionToo)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", "<action name=\"act\"/>")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c/m:act/m:input", Leaf("i"))), 0u);
+    EXPECT_NE(ctx.Node("/m:c/act/input/a:i"), nullptr);
+}
+
+TEST(MissingInput, IsSharedByLaterAugmentsAndStaysAfterUncoupling)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i")) +
+                                    Augment("/m:r/m:input", Leaf("j"))),
+              0u);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r/input")), ElementsAre("i", "j"));
+    for (ZrNode *augment = ctx.Module("a")->augments; augment != nullptr; augment = augment->next)
+        EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 0u);
+    ASSERT_NE(ctx.Node("/m:r/input"), nullptr);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r/input")), IsEmpty());
+}
+
+TEST(MissingInput, IsNotMadeForOtherStepsOrInOtherNodes)
+{
+    for (const char *target : {"/m:r/m:inputs", "/m:c/m:input", "/m:c/m:output", "/m:none/m:input",
+                               "/m:r/a:input", "/m:input"}) {
+        TestContext ctx;
+        ASSERT_EQ(ctx.LoadBody("m", Rpc("") + Container("c")), 0u);
+        ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment(target, Leaf("i"))), 0u);
+        EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled)) << target;
+        EXPECT_THAT(ChildNames(ctx.Node("/m:r")), IsEmpty()) << target;
+        EXPECT_THAT(ChildNames(ctx.Node("/m:c")), IsEmpty()) << target;
+    }
+}
+
+TEST(MissingInput, GoesWithTheLastAugmentThatItWasMadeFor)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), 0u);
+    zr::UncoupleModuleAugments(ctx.Module("a"));
+    ASSERT_NE(ctx.Node("/m:r/input"), nullptr) << "another augment uses it";
+    zr::UncoupleModuleAugments(ctx.Module("b"));
+    EXPECT_EQ(ctx.Node("/m:r/input"), nullptr);
+}
+
+TEST(MissingInput, ADeclaredOneStaysWhenItsAugmentsGo)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("<input/>")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), 0u);
+    zr::UncoupleModuleAugments(ctx.Module("a"));
+    EXPECT_NE(ctx.Node("/m:r/input"), nullptr);
+}
+
+TEST(MissingInput, StaysForAnAugmentThatHasNoNodesLeft)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", "")), 0u);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), 0u);
+    zr::UncoupleModuleAugments(ctx.Module("b"));
+    EXPECT_NE(ctx.Node("/m:r/input"), nullptr);
+    zr::UncoupleModuleAugments(ctx.Module("a"));
+    EXPECT_EQ(ctx.Node("/m:r/input"), nullptr);
+}
+
+TEST(MissingInput, TheStepsOfItsMakingRefuseWhatDoesNotFit)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
+    uint32_t kind = 0;
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:r", "inputs", &kind), nullptr);
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:none", "input", &kind), nullptr);
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, nullptr, "input", &kind), nullptr);
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:r", "output", &kind),
+              ctx.Node("/m:r"));
+    EXPECT_EQ(kind, uint32_t{ZR_NODE_OUTPUT});
+    EXPECT_EQ(ZRS_NODE_UpdateTargetPathWithInputOutput(ctx, nullptr), nullptr);
+    EXPECT_EQ(ZRS_NODE_UpdateTargetPathWithInputOutput(ctx, "input"), nullptr);
+    EXPECT_EQ(ZRS_NODE_ConstructInputOutputNodeIfMatch(ctx, "/m:r", "x"), nullptr);
 }

@@ -62,8 +62,7 @@ TEST(ChangeEvents, UncouplingConcernsOnlyAugmentsIntoTheChangedModule)
     ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
     ASSERT_EQ(ctx.LoadBody("n", Container("c")), 0u);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Import("n") + Augment("/m:c", Container("p")) +
-                                    Augment("/n:c", Leaf("q")) +
-                                    Augment("/m:c/a:p", Leaf("r"))),
+                                    Augment("/n:c", Leaf("q")) + Augment("/m:c/a:p", Leaf("r"))),
               0u);
     EXPECT_EQ(ZRS_MOD_UnCoupleAugmentFromDepMods(ctx, "m", "a", nullptr), 0u);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), IsEmpty());

@@ -67,9 +67,9 @@ public:
     Deviated(const std::string &mBody, const std::string &deviations)
     {
         EXPECT_EQ(ctx.LoadBody("m", mBody), 0u);
-        EXPECT_EQ(ctx.LoadBody("d", Import("m") + Import("ietf-netconf-acm") + Import("e") +
-                                        deviations),
-                  0u);
+        EXPECT_EQ(
+            ctx.LoadBody("d", Import("m") + Import("ietf-netconf-acm") + Import("e") + deviations),
+            0u);
     }
     ZrNode *Node(const char *path) { return ctx.Node(path); }
     ZrsLeafInfo *LeafOf(const char *path) { return static_cast<ZrsLeafInfo *>(Node(path)->info); }

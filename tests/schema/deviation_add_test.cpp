@@ -48,9 +48,8 @@ TEST(DeviateAdd, MandatoryOnANodeThatHasItFails)
 {
     Deviated schema(Leaf("x", Mandatory("false")), Deviation("/m:x", "add", Mandatory("true")));
     EXPECT_EQ(ZR_NODE_IsMandatory(schema.Node("/m:x")), 0u);
-    EXPECT_THAT(schema.Messages(),
-                ElementsAre("Failed to add mandatory flag to node \"x\".",
-                            "Failed to add config or mandatory to node \"x\"."));
+    EXPECT_THAT(schema.Messages(), ElementsAre("Failed to add mandatory flag to node \"x\".",
+                                               "Failed to add config or mandatory to node \"x\"."));
 }
 
 TEST(DeviateAdd, ALeafGetsItsDefault)
@@ -156,8 +155,8 @@ TEST(DeviateAdd, MoreMustsThanCanBeCountedAreRefused)
 
 TEST(DeviateAdd, UnitsAreSetOnLeafAndLeafList)
 {
-    Deviated schema(Leaf("x") + LeafList("l"), Deviation("/m:x", "add", Units("s")) +
-                                                   Deviation("/m:l", "add", Units("m")));
+    Deviated schema(Leaf("x") + LeafList("l"),
+                    Deviation("/m:x", "add", Units("s")) + Deviation("/m:l", "add", Units("m")));
     EXPECT_STREQ(schema.LeafOf("/m:x")->units, "s");
     EXPECT_STREQ(schema.LeafListOf("/m:l")->units, "m");
 }
@@ -185,6 +184,17 @@ TEST(DeviateAdd, ExtensionInstancesThatAreNotThereAreMergedIn)
     EXPECT_THAT(schema.ExtensionsOf("/m:c"), ElementsAre("one", "two"));
 }
 
+TEST(DeviateAdd, MoreExtensionInstancesThanCanBeCountedAreRefused)
+{
+    Deviated schema(Container("c") + Container("k"), Deviation("/m:c", "add", Ext("one")));
+    ZrNode *node = schema.Node("/m:k");
+    node->extInstCount = 65535; // more than that cannot be counted
+    EXPECT_EQ(ZRS_MOD_CoupleDevAdd(schema.ctx.Module("d"), schema.First().deviates, node), 22u);
+    node->extInstCount = 0;
+    EXPECT_THAT(schema.Messages(),
+                ElementsAre("Failed to deviate-add extension-instance to node \"k\"."));
+}
+
 TEST(DeviateAdd, TheExtensionCallbackComesOnceAndOnlyBeforeAChange)
 {
     g_calls = 0;
@@ -210,12 +220,12 @@ TEST(DeviateAdd, AccessControlIsSetAndPassedDown)
 
 TEST(DeviateAdd, EveryFailingAllocationIsAStatusAndLeaksNothing)
 {
-    std::string m = ModuleText("m", Import("e") + LeafList("l", Default("a") + Must("a")) +
-                                        Leaf("x"));
-    std::string d = ModuleText("d", Import("m") + Import("e") +
-                                        Deviation("/m:l", "add", Default("b") + Must("b") +
-                                                                     Units("s") + Ext("one")) +
-                                        Deviation("/m:x", "add", Default("b")));
+    std::string m =
+        ModuleText("m", Import("e") + LeafList("l", Default("a") + Must("a")) + Leaf("x"));
+    std::string d = ModuleText(
+        "d", Import("m") + Import("e") +
+                 Deviation("/m:l", "add", Default("b") + Must("b") + Units("s") + Ext("one")) +
+                 Deviation("/m:x", "add", Default("b")));
     AllocGuard guard;
     for (uint64_t n = 0;; ++n) {
         bool complete = false;
@@ -241,9 +251,9 @@ TEST(DeviateAdd, NullArgumentsAreRefused)
 
 TEST(DeviateAdd, TheFirstFailingStepEndsTheDeviateAndKeepsWhatWasDone)
 {
-    Deviated schema(Leaf("x", Units("s")),
-                    Deviation("/m:x", "add", Mandatory("true") + Default("v") + Must("a") +
-                                                 Units("m")));
+    Deviated schema(
+        Leaf("x", Units("s")),
+        Deviation("/m:x", "add", Mandatory("true") + Default("v") + Must("a") + Units("m")));
     EXPECT_TRUE(schema.HasFailed());
     EXPECT_EQ(ZR_NODE_IsMandatory(schema.Node("/m:x")), 1u);
     EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "v");

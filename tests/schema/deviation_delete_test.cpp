@@ -138,8 +138,8 @@ TEST(DeviateDelete, AValueListedTwiceAmongOthersGoesOnce)
 TEST(DeviateDelete, ADefaultOfAnotherKindOfNodeFails)
 {
     Deviated schema(Container("c"), Deviation("/m:c", "delete", Default("v")));
-    EXPECT_THAT(schema.Messages(), ElementsAre(Summary(kNoDefault, "c"),
-                                               "Failed to couple deviation statements."));
+    EXPECT_THAT(schema.Messages(),
+                ElementsAre(Summary(kNoDefault, "c"), "Failed to couple deviation statements."));
 }
 
 TEST(DeviateDelete, EveryMustOfTheConditionGoes)
@@ -159,8 +159,7 @@ TEST(DeviateDelete, ANodeWithoutMustsLeftHasNoArray)
 
 TEST(DeviateDelete, AnUnknownMustFailsAndDeletesNone)
 {
-    Deviated schema(Container("c", Must("a")),
-                    Deviation("/m:c", "delete", Must("a") + Must("z")));
+    Deviated schema(Container("c", Must("a")), Deviation("/m:c", "delete", Must("a") + Must("z")));
     EXPECT_THAT(schema.MustsOf("/m:c"), ElementsAre("a"));
     EXPECT_THAT(schema.Messages(),
                 ElementsAre("Failed to find must condition to be deleted in target node \"c\".",
@@ -169,8 +168,7 @@ TEST(DeviateDelete, AnUnknownMustFailsAndDeletesNone)
 
 TEST(DeviateDelete, MoreMustsThanThereAreFail)
 {
-    Deviated schema(Container("c", Must("a")),
-                    Deviation("/m:c", "delete", Must("a") + Must("a")));
+    Deviated schema(Container("c", Must("a")), Deviation("/m:c", "delete", Must("a") + Must("a")));
     EXPECT_THAT(schema.MustsOf("/m:c"), ElementsAre("a"));
     EXPECT_THAT(schema.Messages(), ElementsAre("Failed to delete musts from node \"c\".",
                                                "Failed to delete must from node \"c\"."));
@@ -232,6 +230,23 @@ TEST(DeviateDelete, AccessControlIsKeptAndRecorded)
                             "from node \"c\" is not supported."));
 }
 
+TEST(DeviateDelete, WithoutMemoryForTheShorterArrayTheDeletionIsReportedButDone)
+{
+    Deviated schema(Import("e") + Container("c", Ext("one")) +
+                        Container("k", Ext("one") + Ext("two") + Ext("three")),
+                    Deviation("/m:c", "delete", Ext("one")));
+    {
+        AllocGuard guard;
+        guard.FailAt(0);
+        EXPECT_EQ(ZRS_MOD_CoupleDevDel(schema.ctx.Module("d"), schema.First().deviates,
+                                       schema.Node("/m:k")),
+                  12u);
+    }
+    EXPECT_THAT(schema.ExtensionsOf("/m:k"), ElementsAre("two", "three"));
+    EXPECT_THAT(schema.Messages(),
+                ElementsAre("Failed to delete extension-instance to node \"k\"."));
+}
+
 TEST(DeviateDelete, TheExtensionCallbackComesOnceAndOnlyBeforeAChange)
 {
     g_calls = 0;
@@ -253,10 +268,9 @@ TEST(DeviateDelete, EveryFailingAllocationIsAStatusAndLeavesArraysInOrder)
     std::string m = ModuleText(
         "m", Import("e") + LeafList("l", Default("a") + Default("b") + Must("a") + Must("b") +
                                              Must("c") + Units("s") + Ext("one") + Ext("two")));
-    std::string d = ModuleText("d", Import("m") + Import("e") +
-                                        Deviation("/m:l", "delete",
-                                                  Default("a") + Must("b") + Units("s") +
-                                                      Ext("one")));
+    std::string d = ModuleText(
+        "d", Import("m") + Import("e") +
+                 Deviation("/m:l", "delete", Default("a") + Must("b") + Units("s") + Ext("one")));
     AllocGuard guard;
     for (uint64_t n = 0;; ++n) {
         bool complete = false;

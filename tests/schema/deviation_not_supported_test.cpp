@@ -64,8 +64,9 @@ TEST(NotSupported, TheNodeGoesWithItsSubtreeAfterTheCallback)
 TEST(NotSupported, TopLevelNodesOfEveryListGo)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c") + Leaf("x") + "<rpc name=\"r\"/>"
-                                                             "<notification name=\"n\"/>"),
+    ASSERT_EQ(ctx.LoadBody("m", Container("c") + Leaf("x") +
+                                    "<rpc name=\"r\"/>"
+                                    "<notification name=\"n\"/>"),
               0u);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c", "not-supported") +
                                     Deviation("/m:r", "not-supported") +
@@ -79,12 +80,12 @@ TEST(NotSupported, TopLevelNodesOfEveryListGo)
 TEST(NotSupported, AugmentsAtAndBelowTheNodeAreDroppedAndNoOthers)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c", Container("k")) + Container("c-x") +
-                                    Container("other")),
-              0u);
+    ASSERT_EQ(
+        ctx.LoadBody("m", Container("c", Container("k")) + Container("c-x") + Container("other")),
+        0u);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p")) +
-                                    Augment("/m:c/m:k", Leaf("q")) +
-                                    Augment("/m:c-x", Leaf("r")) + Augment("/m:other", Leaf("s"))),
+                                    Augment("/m:c/m:k", Leaf("q")) + Augment("/m:c-x", Leaf("r")) +
+                                    Augment("/m:other", Leaf("s"))),
               0u);
     ASSERT_EQ(ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("t"))), 0u);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c", "not-supported")), 0u);
@@ -112,13 +113,12 @@ TEST(NotSupported, TheFirstOrLastNodeOfAnAugmentMayGo)
     for (const char *gone : {"p", "q", "r"}) {
         TestContext ctx;
         ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), 0u);
-        ASSERT_EQ(ctx.LoadBody("a", Import("m") +
-                                        Augment("/m:c", Leaf("p") + Leaf("q") + Leaf("r"))),
-                  0u);
+        ASSERT_EQ(
+            ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p") + Leaf("q") + Leaf("r"))),
+            0u);
         ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c", Leaf("z"))), 0u);
         ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") +
-                                        Deviation(std::string("/m:c/a:") + gone,
-                                                  "not-supported")),
+                                        Deviation(std::string("/m:c/a:") + gone, "not-supported")),
                   0u);
         std::vector<std::string> left = {"p", "q", "r"};
         left.erase(std::find(left.begin(), left.end(), gone));
@@ -135,8 +135,7 @@ TEST(NotSupported, TheOnlyNodeOfAnAugmentMayGo)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") +
-                                    Deviation("/m:c/a:p", "not-supported")),
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Deviation("/m:c/a:p", "not-supported")),
               0u);
     ZrNode *augment = ctx.Module("a")->augments;
     EXPECT_EQ(augment->firstChild, nullptr);
@@ -167,9 +166,9 @@ TEST(NotSupported, ANodeThatAnAugmentAddedToAnAugmentedNodeKeepsBothStretches)
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p")) +
                                     Augment("/m:c/a:p", Leaf("q") + Leaf("r"))),
               0u);
-    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") +
-                                    Deviation("/m:c/a:p/a:q", "not-supported")),
-              0u);
+    ASSERT_EQ(
+        ctx.LoadBody("d", Import("m") + Import("a") + Deviation("/m:c/a:p/a:q", "not-supported")),
+        0u);
     EXPECT_THAT(ChildNames(ctx.Module("a")->augments), ElementsAre("p"));
     EXPECT_THAT(ChildNames(ctx.Module("a")->augments->next), ElementsAre("r"));
 }
@@ -218,10 +217,10 @@ TEST(NotSupported, OfAnInputThatIsMadeOnlyForAnAugmentGivesTheSameSchemaInEveryO
 
 TEST(NotSupported, OtherDeviationsOfAMadeInputAreAppliedInEveryOrder)
 {
-    ExpectSameInEveryOrder({ModuleText("m", "<rpc name=\"r\"/>"),
-                            ModuleText("a", Import("m") + Augment("/m:r/m:input", Leaf("p"))),
-                            ModuleText("d", Import("m") +
-                                                Deviation("/m:r/m:input", "add", Must("p")))});
+    ExpectSameInEveryOrder(
+        {ModuleText("m", "<rpc name=\"r\"/>"),
+         ModuleText("a", Import("m") + Augment("/m:r/m:input", Leaf("p"))),
+         ModuleText("d", Import("m") + Deviation("/m:r/m:input", "add", Must("p")))});
 }
 
 TEST(NotSupported, ANodeReachedByAnotherSpellingLeavesNoPointerBehind)
@@ -232,8 +231,7 @@ TEST(NotSupported, ANodeReachedByAnotherSpellingLeavesNoPointerBehind)
     // The step without a module name of its own matches the node that "a" added.
     ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c/m:p", Leaf("q"))), 0u);
     ASSERT_NE(ctx.Node("/m:c/a:p/q"), nullptr);
-    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") +
-                                    Deviation("/m:c/a:p", "not-supported")),
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Deviation("/m:c/a:p", "not-supported")),
               0u);
     EXPECT_THAT(AugmentTargets(ctx.Module("b")), IsEmpty());
     EXPECT_TRUE(IsDeviatedBy(ctx, "b", "d"));
@@ -260,12 +258,10 @@ TEST(NotSupported, AugmentsOfOneOrOfAllModulesCanBeDroppedByPath)
     EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:no"),
               0u);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("p", "q"));
-    EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:c"),
-              0u);
+    EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:c"), 0u);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("q"));
     EXPECT_TRUE(IsDeviatedBy(ctx, "a", "m"));
-    EXPECT_EQ(ZRS_MOD_RemoveAllModAugmentStartsWithDeviationPath(ctx.Module("m"), "m", "/m:c"),
-              0u);
+    EXPECT_EQ(ZRS_MOD_RemoveAllModAugmentStartsWithDeviationPath(ctx.Module("m"), "m", "/m:c"), 0u);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), IsEmpty());
 }
 

@@ -118,11 +118,11 @@ TEST(DeviateReplace, ADefaultOfAnotherKindOfNodeFails)
 
 TEST(DeviateReplace, TheTypeOfALeafIsReplacedByACopy)
 {
-    Deviated schema(Leaf("x") + LeafList("l"),
-                    "<typedef name=\"t\"><type name=\"uint8\"/></typedef>" +
-                        Deviation("/m:x", "replace",
-                                  "<type name=\"int8\"><range value=\"1..5\"/></type>") +
-                        Deviation("/m:l", "replace", "<type name=\"t\"/>"));
+    Deviated schema(
+        Leaf("x") + LeafList("l"),
+        "<typedef name=\"t\"><type name=\"uint8\"/></typedef>" +
+            Deviation("/m:x", "replace", "<type name=\"int8\"><range value=\"1..5\"/></type>") +
+            Deviation("/m:l", "replace", "<type name=\"t\"/>"));
     EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:x"), ZR_VALUE_STRING, "5"), 0u);
     EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:x"), ZR_VALUE_STRING, "6"), 0x7008u);
     EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:l"), ZR_VALUE_STRING, "255"), 0u);
@@ -173,15 +173,15 @@ TEST(DeviateReplace, NullArgumentsAreRefused)
 
 TEST(DeviateReplace, EveryFailingAllocationIsAStatusAndLosesNoProperty)
 {
-    std::string m = ModuleText("m", LeafList("l", Default("a") + Units("s")) +
-                                        Leaf("x", Default("v")));
-    std::string d = ModuleText(
-        "d", Import("m") +
-                 Deviation("/m:l", "replace",
-                           Default("b") + Default("c") + "<type name=\"string\"><length "
-                                                         "value=\"1..9\"/></type>" +
-                               Units("m")) +
-                 Deviation("/m:x", "replace", Default("w")));
+    std::string m =
+        ModuleText("m", LeafList("l", Default("a") + Units("s")) + Leaf("x", Default("v")));
+    std::string d = ModuleText("d", Import("m") +
+                                        Deviation("/m:l", "replace",
+                                                  Default("b") + Default("c") +
+                                                      "<type name=\"string\"><length "
+                                                      "value=\"1..9\"/></type>" +
+                                                      Units("m")) +
+                                        Deviation("/m:x", "replace", Default("w")));
     AllocGuard guard;
     for (uint64_t n = 0;; ++n) {
         bool complete = false;

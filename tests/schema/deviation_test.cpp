@@ -65,8 +65,7 @@ TEST(CoupleDeviation, AFailureStopsItAndIsNotTriedAgainOnTheSameNode)
 TEST(CoupleDeviation, FurtherDeviationsAreAppliedAfterOneThatFailed)
 {
     Deviated schema(Leaf("x", Default("v")) + Container("c"),
-                    Deviation("/m:x", "add", Default("w")) +
-                        Deviation("/m:c", "add", Must("a")));
+                    Deviation("/m:x", "add", Default("w")) + Deviation("/m:c", "add", Must("a")));
     EXPECT_THAT(schema.MustsOf("/m:c"), ElementsAre("a"));
 }
 

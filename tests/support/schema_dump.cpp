@@ -61,8 +61,8 @@ std::string DumpSlot(const ZrtConsSlot &slot)
         break;
     }
     case ZRT_CONS_FRACTION:
-        text += " " +
-                std::to_string(static_cast<const ZrtConsFraction *>(slot.body)->fractionDigits);
+        text +=
+            " " + std::to_string(static_cast<const ZrtConsFraction *>(slot.body)->fractionDigits);
         break;
     case ZRT_CONS_LENGTH:
     case ZRT_CONS_RANGE: {

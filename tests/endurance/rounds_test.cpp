@@ -1,0 +1,183 @@
+// A long-running process: the memory held after many rounds is what it was after the first ones.
+//
+// ZR_ENDURANCE_ROUNDS sets the number of rounds.
+#include <gtest/gtest.h>
+#include <zrschema/memory.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "support/context.h"
+
+namespace {
+
+using namespace zrtest;
+
+// What the library holds through the registered hooks, in the sizes that it asked for.
+struct Held {
+    int64_t blocks = 0;
+    int64_t bytes = 0;
+    bool operator==(const Held &other) const = default;
+} g_held;
+
+// The size stands before each block.
+constexpr size_t kHeader = alignof(max_align_t);
+
+void *Malloc(size_t size)
+{
+    auto *start = static_cast<char *>(std::malloc(size + kHeader));
+    if (start == nullptr)
+        return nullptr;
+    std::memcpy(start, &size, sizeof size);
+    ++g_held.blocks;
+    g_held.bytes += static_cast<int64_t>(size);
+    return start + kHeader;
+}
+
+void Free(void *block)
+{
+    char *start = static_cast<char *>(block) - kHeader;
+    size_t size;
+    std::memcpy(&size, start, sizeof size);
+    --g_held.blocks;
+    g_held.bytes -= static_cast<int64_t>(size);
+    std::free(start);
+}
+
+void *Realloc(void *block, size_t size)
+{
+    void *bigger = Malloc(size);
+    if (bigger == nullptr || block == nullptr)
+        return bigger;
+    size_t old;
+    std::memcpy(&old, static_cast<char *>(block) - kHeader, sizeof old);
+    std::memcpy(bigger, block, old < size ? old : size);
+    Free(block);
+    return bigger;
+}
+
+long Rounds()
+{
+    const char *wanted = std::getenv("ZR_ENDURANCE_ROUNDS");
+    return wanted != nullptr ? std::atol(wanted) : 2000;
+}
+
+constexpr long kFirstRounds = 100;
+
+class Endurance : public testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        ASSERT_EQ(ZR_MemRegisterCallBack(Malloc, Realloc, Free), ZR_OK);
+    }
+
+    // Runs `round`(number) so often and compares what is held at the end with what was held after
+    // the first hundred rounds.
+    template <typename Round> void ExpectSteady(const char *name, Round round)
+    {
+        Held early;
+        long rounds = Rounds();
+        for (long number = 0; number < rounds; ++number) {
+            round(number);
+            if (number + 1 == kFirstRounds)
+                early = g_held;
+            ASSERT_FALSE(HasFailure()) << "round " << number;
+        }
+        if (rounds > kFirstRounds) {
+            EXPECT_EQ(g_held.blocks, early.blocks);
+            EXPECT_EQ(g_held.bytes, early.bytes);
+        }
+        std::printf("%s: %ld rounds, %ld blocks and %ld bytes held\n", name, rounds,
+                    static_cast<long>(g_held.blocks), static_cast<long>(g_held.bytes));
+    }
+};
+
+const char *const kBody = R"yin(
+<feature name="f"/><identity name="b"/>
+<typedef name="t"><type name="int8"><range value="1..9"/></type><default value="5"/></typedef>
+<container name="c"><leaf name="l"><type name="string"/></leaf></container>
+<rpc name="op"><input>
+  <leaf name="mode"><type name="string"><pattern value="[a-z]+"/></type><default value="on"/></leaf>
+  <leaf name="speed"><when condition="../mode = 'on'"/><type name="t"/></leaf>
+  <leaf name="kind"><type name="identityref"><base name="b"/></type></leaf>
+  <list name="e"><key value="k"/><leaf name="k"><type name="string"/></leaf>
+    <must condition="k != 'bad'"/></list></input></rpc>
+<notification name="event"><leaf name="l"><type name="string"/></leaf></notification>)yin";
+
+const char *const kAugmenting = R"yin(
+<import module="m"><prefix value="m"/></import>
+<augment target-node="/m:c"><when condition="m:l"/><leaf name="x"><type name="m:t"/></leaf></augment>
+<augment target-node="/m:op/m:output"><leaf name="y"><type name="string"/></leaf></augment>
+<deviation target-node="/m:c/m:l"><deviate value="add"><default value="d"/><must condition="."/>
+  </deviate></deviation>)yin";
+
+// Values that are new in every round: what is interned on the way must go again.
+void Validate(ZrCtx *ctx, long number)
+{
+    std::string text = std::to_string(number);
+    std::string good = "<op xmlns='urn:m'><mode>on</mode><speed>" + std::to_string(number % 9 + 1) +
+                       "</speed><kind>b</kind><e><k>" + text + "</k></e></op>";
+    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(ctx, 1, good.data(), nullptr, nullptr), nullptr);
+    std::string bad = "<op xmlns='urn:m'><n" + text + "/></op>";
+    ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(ctx, 1, bad.data(), nullptr, nullptr);
+    EXPECT_EQ(ZR_GetErrorTag(error), uint32_t{ZR_ERROR_TAG_UNKNOWN_ELEMENT});
+    ZR_FreeErrNode(error);
+    std::string event = "<event xmlns='urn:m'><l>" + text + "</l></event>";
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(ctx, event.c_str(), nullptr, nullptr), ZR_OK);
+}
+
+TEST_F(Endurance, OneContextLoadsValidatesAndUnloads)
+{
+    TestContext ctx(ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS);
+    ExpectSteady("one context", [&](long number) {
+        EXPECT_EQ(ctx.LoadBody("m", kBody), ZR_OK);
+        EXPECT_EQ(ctx.LoadBody("n", kAugmenting), ZR_OK);
+        Validate(ctx, number);
+        ZR_CTX_UnloadModule(ctx, "n"); // "m" cannot come back: it has no file
+        ZR_CTX_UnloadModule(ctx, "m");
+        EXPECT_EQ(ctx.Module("m"), nullptr);
+    });
+}
+
+TEST_F(Endurance, ModulesFromFilesAreReloadedWithWhatDependsOnThem)
+{
+    TempDir dir;
+    dir.Write("m.yin", ModuleText("m", kBody));
+    dir.Write("n@@part.yin", ModuleText("n", kAugmenting));
+    TestContext ctx(ZR_CTX_LOAD_IMPORTS);
+    ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), ZR_OK);
+    ExpectSteady("files", [&](long number) {
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx, "n"), ZR_OK);
+        ZR_MOD_EnableFeature(ctx.Module("m"), "f");
+        Validate(ctx, number);
+        EXPECT_EQ(ZR_CTX_UnloadModule(ctx, "n"), ZR_OK); // is built again, being made of parts
+        EXPECT_EQ(ZR_CTX_UnloadModule(ctx, "m"), ZR_OK);
+        EXPECT_EQ(ctx.Module("m"), nullptr);
+    });
+}
+
+TEST_F(Endurance, FailedLoadsOfEverNewNamesAreForgottenWithTheirModule)
+{
+    TestContext ctx;
+    ExpectSteady("failed loads", [&](long number) {
+        std::string name = "m" + std::to_string(number);
+        EXPECT_EQ(ctx.LoadBody(name, "<leaf name='l'/>"), ZR_ERR_FAILED);
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), uint32_t{ZR_ERR_NOT_FOUND});
+        EXPECT_FALSE(ctx.Messages(name).empty());
+        EXPECT_EQ(ZR_CTX_UnloadModule(ctx, name.c_str()), ZR_OK);
+    });
+}
+
+TEST_F(Endurance, ContextsComeAndGo)
+{
+    Held before = g_held;
+    ExpectSteady("contexts", [&](long number) {
+        TestContext ctx;
+        EXPECT_EQ(ctx.LoadBody("m", kBody), ZR_OK);
+        Validate(ctx, number);
+    });
+    EXPECT_EQ(g_held, before);
+}
+
+} // namespace
