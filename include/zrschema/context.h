@@ -326,8 +326,9 @@ ZR_API ZrNode *ZR_CTX_GetTargetNode(const ZrCtx *ctx, const char *path, ZrNode *
  * @retval 0   all entries were visited
  * @retval 37  the store's lock could not be taken; nothing was visited
  * @return any other value: the callback's result that ended the scan
- * @note Takes the store's own lock for reading: scans may run at the same time as each other. The
- *       callback must not call back into loading, which records errors and would wait for itself.
+ * @note Takes the store's own lock for reading: scans may run at the same time as each other, and
+ *       on other threads than loading. The callback must neither call back into loading, which
+ *       records errors and would wait for itself, nor scan again.
  */
 ZR_API uint32_t ZR_CTX_ScanAllSchemaLoadFail(ZrCtx *ctx, ZrLoadFailScanFunc callback,
                                              void *userData);

@@ -63,6 +63,23 @@ uint32_t RecordFirst(ZrErrMng *store, const char *moduleName, uint32_t kind, con
     return status;
 }
 
+// A lock for which waiting writers come first: applications that read the errors all the time would
+// otherwise keep loading waiting without end. POSIX leaves the order open, glibc's default prefers
+// readers.
+int InitLock(pthread_rwlock_t *lock)
+{
+#ifdef __GLIBC__
+    pthread_rwlockattr_t attributes;
+    pthread_rwlockattr_init(&attributes);
+    pthread_rwlockattr_setkind_np(&attributes, PTHREAD_RWLOCK_PREFER_WRITER_NONRECURSIVE_NP);
+    int result = pthread_rwlock_init(lock, &attributes);
+    pthread_rwlockattr_destroy(&attributes);
+    return result;
+#else
+    return pthread_rwlock_init(lock, nullptr);
+#endif
+}
+
 } // namespace
 
 uint32_t ZR_CTX_InitErrMng(ZrCtx *ctx)
@@ -72,7 +89,7 @@ uint32_t ZR_CTX_InitErrMng(ZrCtx *ctx)
     auto *store = zr::AllocRecord<ZrErrMng>();
     if (store == nullptr)
         return ZR_ERR_NO_MEMORY;
-    int result = pthread_rwlock_init(&store->lock, nullptr);
+    int result = InitLock(&store->lock);
     if (result != 0) {
         zr::Free(store);
         return static_cast<uint32_t>(result);

@@ -128,7 +128,7 @@ TEST_P(FailingAllocations, LeaveAUsableContextAndNoBlock)
     }
     EXPECT_GT(n, 3u);
     if (!all())
-        PointCount::points += n;
+        PointCount::points += static_cast<unsigned long>(n);
     std::printf("%-24s %5lu points\n", scenario().name, static_cast<unsigned long>(n));
 }
 

@@ -3,8 +3,7 @@
 
 #include <cstdlib>
 
-#include <zrschema/memory.h>
-
+#include "foundation/memory.h"
 #include "support/context.h"
 #include "support/schema_dump.h"
 #include "threads/parallel.h"
@@ -50,6 +49,7 @@ TEST(IndependentContexts, LoadAtTheSameTime)
 
 TEST(Hooks, AreRegisteredByOneOfEightThreads)
 {
+    g_zrMemRegistered = 0; // as in a new process
     auto statuses = CollectInParallel<uint32_t>(
         [](int) { return ZR_MemRegisterCallBack(std::malloc, std::realloc, std::free); });
     int registered = 0;
