@@ -139,7 +139,8 @@ struct ZrtValidateCtx {
     ZrtGenericSeg value;     // the value under check
     uint32_t binaryLength;   // octets that the base64 check decoded
     uint32_t nesting;        // types that the value has been handed on through
-    uint32_t tooDeep;        // 1: nesting reached its bound, nothing more is tried
+    uint32_t visits;         // types that the value was held against so far
+    uint32_t tooDeep;        // 1: nesting or visits reached its bound, nothing more is tried
     const ZrCtx *ctx;
     const ZrNode *node;
     const ZrtRealType *current;

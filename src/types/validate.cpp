@@ -13,6 +13,9 @@ namespace {
 // leafrefs together. A typedef that is a union of itself, or a union that refers to its own leaf,
 // has no other end.
 constexpr uint32_t kMaxNesting = 2048;
+// Types that one value is held against altogether. Unions whose members meet again in the same
+// unions further down would otherwise be tried twice as often with every level.
+constexpr uint32_t kMaxVisits = 1 << 18;
 
 // A type with bounds of its own puts the bounds of its ancestors out of force; one with relative
 // bounds makes its ancestors record theirs.
@@ -50,11 +53,12 @@ uint32_t ZRT_TYPE_ValidateValueNodeAgainstRealType(const ZrtRealType *type, uint
 {
     if (type == nullptr || validation == nullptr)
         return ZR_ERR_INVALID;
-    if (validation->nesting == kMaxNesting) {
+    if (validation->nesting == kMaxNesting || validation->visits == kMaxVisits) {
         validation->tooDeep = 1;
         return ZR_ERR_VALUE_DERIVED;
     }
     ++validation->nesting;
+    ++validation->visits;
     EnterBounds(type, validation);
     const ZrtRealType *outer = validation->current;
     validation->current = type;
@@ -113,7 +117,9 @@ uint32_t ValidateNested(const ZrtRealType *type, uint32_t inputKind, const void 
     inner.ctx = outer->ctx;
     inner.node = node;
     inner.nesting = outer->nesting;
+    inner.visits = outer->visits;
     uint32_t status = ZRT_TYPE_ValidateValueNodeAgainstRealType(type, inputKind, value, &inner);
+    outer->visits = inner.visits;
     outer->tooDeep = inner.tooDeep;
     *matchedOut = inner.matched;
     return status;
