@@ -184,6 +184,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(schema->get(), "m"), "gate");
     BlockBalance balance("a validation keeps no block");
     std::string asText = RunText(schema->get(), text);
+    FailAllocation(PickBy(text, 40));
+    std::string shortOfMemory = RunText(schema->get(), text);
+    FailAllocation(-1);
+    Check(asText == "valid" || shortOfMemory != "valid", "a failure never makes a request valid");
     if (xmlDoc *doc = zr::ParseXmlText(text.c_str(), text.size())) {
         RunTree(schema->get(), doc, asText);
         xmlFreeDoc(doc);

@@ -92,9 +92,68 @@ void ForEachModule(ZrCtx *ctx, const std::vector<File> &files, void (*visit)(ZrC
     }
 }
 
+// Private data of nodes: each of them is handed back once. Callbacks are given nodes that are
+// whole.
+int64_t g_privateCount = 0;
+char g_private;
+
+uint32_t GivePrivate(ZrNode *node, uint32_t arrival, void *)
+{
+    if (arrival != ZR_ARRIVAL_PARENT && ZR_NODE_GetPrivate(node) == nullptr) {
+        ZR_NODE_SetPrivate(node, &g_private);
+        ++g_privateCount;
+    }
+    return 0;
+}
+
+uint32_t GivePrivateToTree(ZrNode *root, uint32_t, void *)
+{
+    return ZR_NODE_TreeScanAllNode(root, GivePrivate, nullptr);
+}
+
+void TakePrivate(ZrNode *node, void *privateData)
+{
+    Check(privateData == &g_private, "private data comes back as it was given");
+    Check(ZR_NODE_GetNodeName(node) != nullptr, "with a node that is whole");
+    --g_privateCount;
+}
+
+void TouchChanged(ZrCtx *ctx, ZrNode *node, ZrCtx *sameCtx)
+{
+    Check(ctx == sameCtx, "a callback is given its context twice");
+    if (node == nullptr)
+        return;
+    char path[3096];
+    ZR_NODE_GetNodePath(node, path, sizeof path);
+    ZR_NODE_GetParentNode(node);
+    GivePrivateToTree(node, 0, nullptr);
+}
+
+void TouchReloaded(ZrCtx *ctx, const char *moduleName)
+{
+    Check(ZR_CTX_GetModuleByModName(ctx, moduleName) != nullptr, "a module is there until then");
+}
+
+uint32_t Filter(const char *moduleName, const char *extensionName)
+{
+    return moduleName[0] == extensionName[0];
+}
+
+void SetCallbacks(ZrCtx *ctx)
+{
+    ZR_CTX_SetPridataFreeFunc(ctx, TakePrivate);
+    ZR_CTX_SetFirstAugChildRelinkFunc(ctx, TouchChanged);
+    ZR_CTX_SetBeforeDeviateNotSupportFunc(ctx, TouchChanged);
+    ZR_CTX_SetBeforeDeviateExtInstFunc(ctx, TouchChanged);
+    ZR_CTX_SetReloadModuleCbFunc(ctx, TouchReloaded);
+    ZR_CTX_SetExtInstFilterCbFunc(ctx, Filter);
+}
+
 void Walk(ZrCtx *ctx, ZrMod *module)
 {
     WalkModule(ctx, module, true);
+    ZR_MOD_IterScanTopmostNode(module, GivePrivateToTree, nullptr);
+    ZR_MOD_IterScanAugmentNode(module, GivePrivateToTree, nullptr);
 }
 
 class Run {
@@ -175,12 +234,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         folder.Write(file);
     {
         Context ctx(OptionBits(operations));
+        SetCallbacks(ctx);
         Check(ZR_CTX_SetSearchDir(ctx, folder.path().c_str()) == ZR_OK, "the folder is there");
         Run run(ctx, folder, files);
         for (size_t i = 0; i + 1 < operations.size(); i += 2)
             run.Do(operations[i], static_cast<unsigned char>(operations[i + 1]) % 10);
         run.Do('p', 0);
     }
+    Check(g_privateCount == 0, "all private data is handed back");
     for (const File &file : files)
         folder.Delete(file);
     return 0;

@@ -71,6 +71,16 @@ void FailAllocation(int64_t n)
     g_failAt = n;
 }
 
+uint32_t PickBy(std::string_view text, uint32_t bound)
+{
+    uint32_t hash = 2166136261; // FNV-1a
+    for (char ch : text) {
+        hash ^= static_cast<unsigned char>(ch);
+        hash *= 16777619;
+    }
+    return hash % bound;
+}
+
 Context::Context(uint32_t flags)
     : balance_("a deleted context leaves no block"), ctx_(ZR_CTX_Create(flags))
 {

@@ -22,6 +22,9 @@ int64_t LiveBlocks();
 // The n-th allocation from now on fails (0: the next one); with a negative number none does.
 void FailAllocation(int64_t n);
 
+// A number below `bound` that the text decides, for a choice that the input does not spell out.
+uint32_t PickBy(std::string_view text, uint32_t bound);
+
 // Checks at the end of the scope that the library holds as many blocks as at its beginning.
 class BlockBalance {
 public:

@@ -21,13 +21,28 @@ bool MayHoldLongLines(const std::string &text)
     return text.size() > 2000 || text.find("<!") != std::string::npos;
 }
 
+// An allocation fails somewhere on the way.
+void LoadShortOfMemory(const std::string &text, uint32_t flags)
+{
+    Context ctx(flags);
+    FailAllocation(PickBy(text, 200));
+    uint32_t status = ZR_CTX_LoadMemory(ctx, text.c_str());
+    FailAllocation(-1);
+    Check(IsLoadStatus(status), "loading has a stated status");
+    WalkErrors(ctx);
+    if (ZrMod *module = ZR_CTX_GetModuleByModName(ctx, NameOf(text).c_str()))
+        WalkModule(ctx, module, MayHoldLongLines(text));
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     SetUp();
     std::string text(reinterpret_cast<const char *>(data), size);
-    Context ctx(size % 2 != 0 ? ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS : 0);
+    uint32_t flags = size % 2 != 0 ? ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS : 0;
+    LoadShortOfMemory(text, flags);
+    Context ctx(flags);
     uint32_t status = ZR_CTX_LoadMemory(ctx, text.c_str());
     Check(status == ZR_OK || status == ZR_ERR_FAILED || status == ZR_ERR_INVALID,
           "loading has a stated status");
