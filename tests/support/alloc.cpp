@@ -6,8 +6,7 @@
 
 #include "foundation/memory.h"
 
-namespace
-{
+namespace {
 
 struct State {
     uint64_t count = 0;
@@ -61,8 +60,7 @@ void TestFree(void *block)
 
 } // namespace
 
-namespace zrtest
-{
+namespace zrtest {
 
 AllocGuard::AllocGuard()
 {

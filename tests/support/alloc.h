@@ -4,12 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace zrtest
-{
+namespace zrtest {
 
 // While one of these lives, every allocation and release of the library goes through it.
-class AllocGuard
-{
+class AllocGuard {
 public:
     AllocGuard();
     ~AllocGuard();

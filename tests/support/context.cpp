@@ -4,11 +4,9 @@
 #include <filesystem>
 #include <fstream>
 
-namespace zrtest
-{
+namespace zrtest {
 
-namespace
-{
+namespace {
 
 struct Collected {
     std::string moduleName;

@@ -6,12 +6,10 @@
 #include <string>
 #include <vector>
 
-namespace zrtest
-{
+namespace zrtest {
 
 // A context that is deleted at the end of the scope.
-class TestContext
-{
+class TestContext {
 public:
     explicit TestContext(uint32_t flags = 0) : ctx_(ZR_CTX_Create(flags)) {}
     ~TestContext() { ZR_CTX_Delete(ctx_); }
@@ -41,8 +39,7 @@ std::string ModuleText(const std::string &name, const std::string &body);
 std::string Tree(const ZrMod *module);
 
 // A fresh directory that is removed with all its files at the end of the scope.
-class TempDir
-{
+class TempDir {
 public:
     TempDir();
     ~TempDir();

@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace
-{
+namespace {
 
 uint32_t AppendText(const char *text, uint32_t length, void *out)
 {
@@ -21,8 +20,7 @@ uint32_t AppendName(ZrNode *node, uint32_t, void *out)
     return 0;
 }
 
-class Application : public testing::Test
-{
+class Application : public testing::Test {
 protected:
     Application()
         : ctx(ZR_CTX_Create(ZR_CTX_LOAD_IMPORTS | ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS))
