@@ -5,6 +5,7 @@
 #include <libxml/tree.h>
 #include <zrschema/zrschema.h>
 
+#include <filesystem>
 #include <map>
 #include <string>
 
@@ -104,11 +105,8 @@ void ParseRequest(benchmark::State &state)
 }
 
 // Each run validates a freshly parsed tree, since the run before completed its defaults.
-void ValidateRequest(benchmark::State &state)
+void ValidateEach(benchmark::State &state, ZrCtx *ctx, const std::string &text)
 {
-    const std::string &text = Request(state.range(0));
-    ZrCtx *ctx = ZR_CTX_Create(0);
-    ZR_CTX_LoadMemory(ctx, ModuleText(state.range(1) != 0).c_str());
     for (auto _ : state) {
         state.PauseTiming();
         xmlDoc *document = Parse(text);
@@ -116,14 +114,23 @@ void ValidateRequest(benchmark::State &state)
         ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(
             ctx, ZR_VALUE_XML, xmlDocGetRootElement(document), nullptr, nullptr);
         state.PauseTiming();
-        if (error != nullptr)
-            state.SkipWithError(ZR_GetErrorMessage(error));
-        ZR_FreeErrNode(error);
         xmlFreeDoc(document);
+        if (error != nullptr) {
+            state.SkipWithError(ZR_GetErrorMessage(error));
+            ZR_FreeErrNode(error);
+            break;
+        }
         state.ResumeTiming();
     }
-    ZR_CTX_Delete(ctx);
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
+}
+
+void ValidateRequest(benchmark::State &state)
+{
+    ZrCtx *ctx = ZR_CTX_Create(0);
+    ZR_CTX_LoadMemory(ctx, ModuleText(state.range(1) != 0).c_str());
+    ValidateEach(state, ctx, Request(state.range(0)));
+    ZR_CTX_Delete(ctx);
 }
 
 void ValidateRelaxNg(benchmark::State &state)
@@ -145,6 +152,45 @@ void ValidateRelaxNg(benchmark::State &state)
     xmlRelaxNGFreeParserCtxt(parser);
 }
 
+const char *const kHosts =
+    "<module name='h' xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:h='urn:h'>"
+    "<namespace uri='urn:h'/><prefix value='h'/>"
+    "<import module='ietf-inet-types'><prefix value='inet'/></import>"
+    "<rpc name='announce'><input><list name='host'><key value='name'/>"
+    "<leaf name='name'><type name='inet:domain-name'/></leaf>"
+    "<leaf name='address'><type name='inet:ip-address'/></leaf></list></input></rpc></module>";
+
+std::string HostsRequest(int64_t entries)
+{
+    std::string text = "<announce xmlns=\"urn:h\">";
+    for (int64_t i = 0; i < entries; ++i) {
+        std::string number = std::to_string(i);
+        std::string address = i % 2 == 0 ? "192.0.2." + std::to_string(i % 256)
+                                         : "2001:db8::" + std::to_string(i % 10000);
+        text += "<host><name>host-" + number + ".example.com</name><address>" + address +
+                "</address></host>";
+    }
+    return text + "</announce>";
+}
+
+void ParseHosts(benchmark::State &state)
+{
+    std::string text = HostsRequest(state.range(0));
+    for (auto _ : state)
+        xmlFreeDoc(Parse(text));
+}
+
+// Names and addresses, each matched against the patterns of its type.
+void ValidateHosts(benchmark::State &state)
+{
+    ZrCtx *ctx = ZR_CTX_Create(static_cast<uint32_t>(state.range(1)));
+    ZR_CTX_SetSearchDir(ctx, ZR_CORPUS_DIR);
+    ZR_CTX_LoadModule(ctx, "ietf-inet-types");
+    ZR_CTX_LoadMemory(ctx, kHosts);
+    ValidateEach(state, ctx, HostsRequest(state.range(0)));
+    ZR_CTX_Delete(ctx);
+}
+
 std::string Name(const char *name, int64_t entries)
 {
     return name + ("/" + std::to_string(entries));
@@ -157,6 +203,28 @@ std::optional<double> CostPerEntry(int64_t entries, const char *conditions)
     if (!one || !many)
         return std::nullopt;
     return *many / static_cast<double>(entries) / (*one / 1000);
+}
+
+void RegisterHosts(int64_t entries)
+{
+    constexpr int64_t kKeep = ZR_CTX_KEEP_PATTERNS;
+    benchmark::RegisterBenchmark("ParseHosts", ParseHosts)
+        ->Arg(entries)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("ValidateHosts", ValidateHosts)
+        ->Args({entries, 0})
+        ->Args({entries, kKeep})
+        ->Unit(benchmark::kMillisecond);
+    std::string parse = Name("ParseHosts", entries);
+    std::string compiled = Name("ValidateHosts", entries) + "/0";
+    std::string kept = Name("ValidateHosts", entries) + "/" + std::to_string(kKeep);
+    std::string size = " (" + std::to_string(entries) + " entries)";
+    bench::AddTimeRatio("addresses and names, a pattern compiled for each value / parse" + size, 0,
+                        compiled, parse);
+    bench::AddTimeRatio("addresses and names, compiled patterns kept / parse" + size, 0, kept,
+                        parse);
+    bench::AddTimeRatio("addresses and names, patterns kept / compiled for each value" + size, 1.0,
+                        kept, compiled);
 }
 
 const bool g_registered = [] {
@@ -187,6 +255,8 @@ const bool g_registered = [] {
             bench::AddRatio("cost of one entry among " + std::to_string(entries) + " / among 1000" +
                                 (conditions[1] == '1' ? ", with conditions" : ""),
                             1.3, [=] { return CostPerEntry(entries, conditions); });
+    if (std::filesystem::is_directory(ZR_CORPUS_DIR))
+        RegisterHosts(10000);
     return true;
 }();
 

@@ -78,6 +78,18 @@ bool IsValueStatus(uint32_t status)
     return status == ZR_OK || (status > ZR_ERR_VALUE_DERIVED && status <= ZR_ERR_VALUE_EMPTY);
 }
 
+Context *NewContext(uint32_t flags)
+{
+    auto *made = new Context(flags);
+    LoadOrDie(*made, Fixed());
+    return made;
+}
+
+const ZrNode *Leaf(const Context *ctx, size_t pick)
+{
+    return ZR_CTX_GetTargetNode(*ctx, ("/m:v" + std::to_string(pick)).c_str(), nullptr);
+}
+
 uint32_t Run(const ZrNode *leaf, uint32_t kind, const void *value)
 {
     uint32_t status = ZR_NODE_ValidateValue(leaf, kind, value);
@@ -92,20 +104,18 @@ uint32_t Run(const ZrNode *leaf, uint32_t kind, const void *value)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     SetUp();
-    static const Context *ctx = [] {
-        auto *made = new Context(0);
-        LoadOrDie(*made, Fixed());
-        return made;
-    }();
+    static const Context *ctx = NewContext(0);
+    static const Context *keeping = NewContext(ZR_CTX_KEEP_PATTERNS);
     if (size == 0)
         return 0;
     size_t pick = data[0] % kTypeCount;
     std::string value(reinterpret_cast<const char *>(data) + 1, size - 1);
     value.resize(std::strlen(value.c_str()));
-    const ZrNode *leaf =
-        ZR_CTX_GetTargetNode(*ctx, ("/m:v" + std::to_string(pick)).c_str(), nullptr);
+    const ZrNode *leaf = Leaf(ctx, pick);
+    uint32_t withKeptPatterns = Run(Leaf(keeping, pick), ZR_VALUE_STRING, value.c_str());
     BlockBalance balance("a value check keeps no block");
     uint32_t asString = Run(leaf, ZR_VALUE_STRING, value.c_str());
+    Check(asString == withKeptPatterns, "kept patterns give the same answer");
     uint32_t withoutValue = Run(leaf, ZR_VALUE_STRING, nullptr);
     Element element(value.c_str());
     uint32_t asElement = Run(leaf, ZR_VALUE_XML, element.get());

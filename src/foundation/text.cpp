@@ -1,8 +1,5 @@
 #include "foundation/text.h"
 
-#include <libxml/xmlerror.h>
-#include <libxml/xmlregexp.h>
-
 #include <cstring>
 
 #include "foundation/memory.h"
@@ -16,31 +13,6 @@ char *CopyOf(const char *str, size_t length)
     if (!copy || strncpy_s(copy.get(), length + 1, str, length) != 0)
         return nullptr;
     return copy.release();
-}
-
-// A template, because libxml2's releases differ in whether the error is const.
-template <typename Error> void Ignore(void *, Error) {}
-
-// Keeps libxml2 from printing what it thinks of an expression. Its error handlers belong to the
-// thread, so other threads keep theirs.
-class QuietXml {
-public:
-    QuietXml() : handler_(xmlStructuredError), context_(xmlStructuredErrorContext)
-    {
-        xmlSetStructuredErrorFunc(nullptr, Ignore);
-    }
-    ~QuietXml() { xmlSetStructuredErrorFunc(context_, handler_); }
-    QuietXml(const QuietXml &) = delete;
-    QuietXml &operator=(const QuietXml &) = delete;
-
-private:
-    xmlStructuredErrorFunc handler_;
-    void *context_;
-};
-
-const xmlChar *AsXml(const char *text)
-{
-    return reinterpret_cast<const xmlChar *>(text);
 }
 
 } // namespace
@@ -89,17 +61,4 @@ uint32_t ZR_UTL_IsNulStringEqual(const char *a, const char *b)
     if (a == nullptr || b == nullptr)
         return a == b ? 1 : 0;
     return std::strcmp(a, b) == 0 ? 1 : 0;
-}
-
-uint32_t ZR_UTL_MatchStrWithPattern(const char *str, const char *pattern)
-{
-    if (str == nullptr || pattern == nullptr)
-        return ZR_ERR_INVALID;
-    QuietXml quiet;
-    xmlRegexp *compiled = xmlRegexpCompile(AsXml(pattern));
-    if (compiled == nullptr)
-        return ZR_ERR_INVALID;
-    bool matches = xmlRegexpExec(compiled, AsXml(str)) == 1;
-    xmlRegFreeRegexp(compiled);
-    return matches ? ZR_OK : ZR_ERR_INVALID;
 }

@@ -30,9 +30,6 @@ ZR_API const char *ZR_UTL_Strnchr(const char *str, char ch, uint32_t limit);
 ZR_API uint32_t ZR_UTL_CountCharNumber(const char *str, char ch);
 // 1 for equal texts or two nulls, else 0.
 ZR_API uint32_t ZR_UTL_IsNulStringEqual(const char *a, const char *b);
-// 0 when the whole of `str` matches the XML Schema regular expression, else 22, also for an
-// expression that does not compile. The expression is compiled anew each time.
-ZR_API uint32_t ZR_UTL_MatchStrWithPattern(const char *str, const char *pattern);
 
 // Decimal numbers (numbers.cpp): white space, a sign, digits. 22 without a digit, on overflow or
 // for a null argument; `endOut`, which may be null, receives the place after the last digit: what

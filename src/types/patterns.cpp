@@ -1,8 +1,58 @@
 // The patterns of a type and the check of its values (RFC 7950, section 9.4.5).
-#include "foundation/text.h"
+//
+// A pattern is compiled for each value, or, in a context that keeps compiled patterns, by the
+// first value that meets it. Checks may run on several threads, so a compiled form is published
+// with one compare-and-exchange: of two threads that compile the same pattern at once, one keeps
+// its work and the other throws it away. What cannot be kept, because memory runs out or the
+// pattern does not compile, is compiled for the value at hand, so that every value gets the same
+// answer with and without the option.
+#include <atomic>
+
+#include "foundation/pattern.h"
 #include "types/constraint_body.h"
 #include "types/constraints.h"
 #include "types/real_type.h"
+
+namespace {
+
+// Puts `made` into an empty `slot`; otherwise `discard(made)`. Returns what the slot then holds.
+template <typename T, typename Discard> T *Publish(T *&slot, T *made, Discard discard)
+{
+    T *present = nullptr;
+    if (std::atomic_ref(slot).compare_exchange_strong(present, made))
+        return made;
+    discard(made);
+    return present;
+}
+
+// The kept form of one pattern, compiled now if need be; null when there is none to be had.
+xmlRegexp *KeptPattern(const ZrtConsPattern *patterns, uint32_t index)
+{
+    xmlRegexp **slots = std::atomic_ref(patterns->compiled).load();
+    if (slots == nullptr) {
+        auto *made =
+            static_cast<xmlRegexp **>(zr::AllocZeroed(sizeof(xmlRegexp *) * patterns->count));
+        if (made == nullptr)
+            return nullptr;
+        slots = Publish(patterns->compiled, made, [](xmlRegexp **block) { zr::Free(block); });
+    }
+    xmlRegexp *compiled = std::atomic_ref(slots[index]).load();
+    if (compiled != nullptr)
+        return compiled;
+    compiled = zr::CompilePattern(patterns->items[index].pattern);
+    return compiled != nullptr ? Publish(slots[index], compiled, xmlRegFreeRegexp) : nullptr;
+}
+
+bool Matches(const ZrtConsPattern *patterns, uint32_t index, const char *text, bool keep)
+{
+    xmlRegexp *compiled = keep ? KeptPattern(patterns, index) : nullptr;
+    if (compiled != nullptr)
+        return zr::MatchesCompiled(compiled, text);
+    // A pattern that does not compile matches nothing, so that inverted it accepts everything.
+    return ZR_UTL_MatchStrWithPattern(text, patterns->items[index].pattern) == ZR_OK;
+}
+
+} // namespace
 
 void *ZRT_CONS_CreateConsDataBodyWithPattern(uint32_t count)
 {
@@ -11,7 +61,13 @@ void *ZRT_CONS_CreateConsDataBodyWithPattern(uint32_t count)
 
 void ZRT_CONS_DestroyConsDataBodyWithPattern(ZrCtx *ctx, void *body)
 {
-    zr::DestroyCountedBody<ZrtConsPattern>(ctx, body, [](ZrCtx *owner, ZrtPatternItem &item) {
+    auto *patterns = static_cast<ZrtConsPattern *>(body);
+    if (patterns == nullptr)
+        return;
+    for (uint32_t i = 0; patterns->compiled != nullptr && i < patterns->count; ++i)
+        xmlRegFreeRegexp(patterns->compiled[i]);
+    zr::Free(patterns->compiled);
+    zr::DestroyCountedBody<ZrtConsPattern>(ctx, patterns, [](ZrCtx *owner, ZrtPatternItem &item) {
         zr::Release(&owner->dict, item.pattern);
     });
 }
@@ -29,17 +85,16 @@ void *ZRT_CONS_CopyConsDataBodyWithPattern(ZrCtx *ctx, const void *body)
 }
 
 uint32_t ZRT_CONS_ValidateValueNodeAgainstDataPattern(const void *body, uint32_t inputKind,
-                                                      const void *value, ZrtValidateCtx *)
+                                                      const void *value, ZrtValidateCtx *validation)
 {
     const auto *patterns = static_cast<const ZrtConsPattern *>(body);
     const char *text = ZRT_TYPE_GetInputValueAsSimpleStr(inputKind, value);
     if (text == nullptr)
         return ZR_ERR_VALUE_PATTERN;
+    const ZrCtx *ctx = validation != nullptr ? validation->ctx : nullptr;
+    bool keep = ctx != nullptr && (ctx->flags & ZR_CTX_KEEP_PATTERNS) != 0;
     for (uint32_t i = 0; i < patterns->count; ++i) {
-        const ZrtPatternItem &item = patterns->items[i];
-        // A pattern that does not compile matches nothing, so that inverted it accepts everything.
-        bool matches = ZR_UTL_MatchStrWithPattern(text, item.pattern) == ZR_OK;
-        if (matches == (item.invertMatch != 0))
+        if (Matches(patterns, i, text, keep) == (patterns->items[i].invertMatch != 0))
             return ZR_ERR_VALUE_PATTERN;
     }
     return ZR_OK;

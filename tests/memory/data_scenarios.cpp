@@ -41,6 +41,27 @@ void Values(World &world)
         world.Value(row[0], row[1]);
 }
 
+void KeptPatterns(World &world)
+{
+    world.LoadBody("m", R"yin(
+<typedef name="t"><type name="string"><pattern value="[a-z]*"/><pattern value=".{2,4}"/></type>
+</typedef>
+<leaf name="union"><type name="union"><type name="t"><pattern value="b.*"><modifier
+  value="invert-match"/></pattern></type><type name="string"><pattern value="[0-9]+"/></type>
+  </type></leaf>
+<leaf name="broken"><type name="string"><pattern value="[0-"/></type></leaf>)yin");
+    for (const char *value : {"abc", "bcd", "7", "abc", "abcde"})
+        world.Value("/m:union", value);
+    world.Value("/m:broken", "0");
+    world.LoadBody("d", R"yin(<import module="m"><prefix value="m"/></import>
+<deviation target-node="/m:union"><deviate value="replace"><type name="m:t"/></deviate>
+</deviation>)yin");
+    for (const char *value : {"bcd", "7"})
+        world.Value("/m:union", value);
+    world.Unload("d");
+    world.Value("/m:union", "7");
+}
+
 const char *const kData = R"yin(
 <leaf name="mode"><type name="string"/><default value="on"/></leaf>
 <leaf name="kind"><type name="identityref"><base name="b"/></type></leaf>
@@ -126,8 +147,11 @@ void Printing(World &world)
 const std::vector<Scenario> &DataScenarios()
 {
     static const std::vector<Scenario> scenarios = {
-        {"Values", 0, nullptr, Values},         {"Completion", 0, nullptr, Completion},
-        {"Conditions", 0, nullptr, Conditions}, {"ErrorRecords", 0, nullptr, ErrorRecords},
+        {"Values", 0, nullptr, Values},
+        {"KeptPatterns", ZR_CTX_KEEP_PATTERNS, nullptr, KeptPatterns},
+        {"Completion", 0, nullptr, Completion},
+        {"Conditions", 0, nullptr, Conditions},
+        {"ErrorRecords", 0, nullptr, ErrorRecords},
         {"Printing", 0, nullptr, Printing},
     };
     return scenarios;

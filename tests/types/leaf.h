@@ -45,7 +45,8 @@ private:
 // Module "m" with the given definitions and a leaf "v" of the given type.
 class Leaf {
 public:
-    explicit Leaf(const std::string &type, const std::string &definitions = "")
+    explicit Leaf(const std::string &type, const std::string &definitions = "", uint32_t flags = 0)
+        : ctx_(flags)
     {
         status_ = ctx_.LoadBody("m", definitions + "<leaf name=\"v\">" + type + "</leaf>");
         if (status_ == ZR_OK)

@@ -1,78 +1,108 @@
+#include <libxml/xmlmemory.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "support/alloc.h"
 #include "types/constraints.h"
 #include "types/leaf.h"
 
 namespace {
 
-using zrtest::Leaf;
+using namespace zrtest;
+
+// What is accepted and refused does not depend on whether compiled patterns are kept.
+class Pattern : public testing::TestWithParam<uint32_t> {
+protected:
+    // The status of the second check of a value, which must be that of the first.
+    static uint32_t Check(const Leaf &leaf, const char *value)
+    {
+        uint32_t first = leaf.Check(value);
+        EXPECT_EQ(leaf.Check(value), first);
+        return first;
+    }
+    static Leaf WithFlags(const std::string &type, const std::string &definitions = "")
+    {
+        return Leaf(type, definitions, GetParam());
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Options, Pattern, testing::Values(0u, uint32_t{ZR_CTX_KEEP_PATTERNS}),
+                         [](const auto &flags) {
+                             return flags.param == 0 ? "Default" : "KeepPatterns";
+                         });
 
 std::string String(const std::string &patterns)
 {
     return "<type name=\"string\">" + patterns + "</type>";
 }
 
-TEST(Pattern, MatchesTheWholeValue)
+TEST_P(Pattern, MatchesTheWholeValue)
 {
-    Leaf leaf(String("<pattern value=\"[a-z]+\"/>"));
-    EXPECT_EQ(leaf.Check("abc"), ZR_OK);
+    Leaf leaf = WithFlags(String("<pattern value=\"[a-z]+\"/>"));
+    EXPECT_EQ(Check(leaf, "abc"), ZR_OK);
     for (const char *bad : {"", "abc1", "1abc", "ABC", " abc", "abc\n"})
-        EXPECT_EQ(leaf.Check(bad), ZR_ERR_VALUE_PATTERN) << bad;
+        EXPECT_EQ(Check(leaf, bad), ZR_ERR_VALUE_PATTERN) << bad;
 }
 
-TEST(Pattern, OfSeveralAllHaveToMatch)
+TEST_P(Pattern, OfSeveralAllHaveToMatch)
 {
-    Leaf leaf(String("<pattern value=\"a.*\"/><pattern value=\".*z\"/>"));
-    EXPECT_EQ(leaf.Check("a-z"), ZR_OK);
-    EXPECT_EQ(leaf.Check("a-y"), ZR_ERR_VALUE_PATTERN);
-    EXPECT_EQ(leaf.Check("b-z"), ZR_ERR_VALUE_PATTERN);
+    Leaf leaf = WithFlags(String("<pattern value=\"a.*\"/><pattern value=\".*z\"/>"));
+    EXPECT_EQ(Check(leaf, "a-z"), ZR_OK);
+    EXPECT_EQ(Check(leaf, "a-y"), ZR_ERR_VALUE_PATTERN);
+    EXPECT_EQ(Check(leaf, "b-z"), ZR_ERR_VALUE_PATTERN);
 }
 
-TEST(Pattern, WithInvertMatchMustNotMatch)
+TEST_P(Pattern, WithInvertMatchMustNotMatch)
 {
-    Leaf leaf(String("<pattern value=\"[xX][mM][lL].*\"><modifier value=\"invert-match\"/>"
-                     "</pattern><pattern value=\"[a-zA-Z]*\"/>"));
-    EXPECT_EQ(leaf.Check("abc"), ZR_OK);
-    EXPECT_EQ(leaf.Check("xmlabc"), ZR_ERR_VALUE_PATTERN);
-    EXPECT_EQ(leaf.Check("abc1"), ZR_ERR_VALUE_PATTERN);
+    Leaf leaf =
+        WithFlags(String("<pattern value=\"[xX][mM][lL].*\"><modifier value=\"invert-match\"/>"
+                         "</pattern><pattern value=\"[a-zA-Z]*\"/>"));
+    EXPECT_EQ(Check(leaf, "abc"), ZR_OK);
+    EXPECT_EQ(Check(leaf, "xmlabc"), ZR_ERR_VALUE_PATTERN);
+    EXPECT_EQ(Check(leaf, "abc1"), ZR_ERR_VALUE_PATTERN);
 }
 
-TEST(Pattern, ThatDoesNotCompileRefusesEverything)
+TEST_P(Pattern, ThatDoesNotCompileRefusesEverything)
 {
-    Leaf leaf(String("<pattern value=\"[a-\"/>"));
-    EXPECT_EQ(leaf.Check("a"), ZR_ERR_VALUE_PATTERN);
-    EXPECT_EQ(leaf.Check(""), ZR_ERR_VALUE_PATTERN);
+    Leaf leaf = WithFlags(String("<pattern value=\"[a-\"/>"));
+    EXPECT_EQ(Check(leaf, "a"), ZR_ERR_VALUE_PATTERN);
+    EXPECT_EQ(Check(leaf, ""), ZR_ERR_VALUE_PATTERN);
 }
 
-TEST(Pattern, ThatDoesNotCompileAcceptsEverythingWhenInverted)
+TEST_P(Pattern, ThatDoesNotCompileAcceptsEverythingWhenInverted)
 {
-    Leaf leaf(String("<pattern value=\"[a-\"><modifier value=\"invert-match\"/></pattern>"));
-    EXPECT_EQ(leaf.Check("a"), ZR_OK);
-    EXPECT_EQ(leaf.Check(""), ZR_OK);
+    Leaf leaf =
+        WithFlags(String("<pattern value=\"[a-\"><modifier value=\"invert-match\"/></pattern>"));
+    EXPECT_EQ(Check(leaf, "a"), ZR_OK);
+    EXPECT_EQ(Check(leaf, ""), ZR_OK);
 }
 
-TEST(Pattern, RefusesANullValueEvenWhenInverted)
+TEST_P(Pattern, RefusesANullValueEvenWhenInverted)
 {
-    EXPECT_EQ(Leaf(String("<pattern value=\".*\"/>")).Check(nullptr), ZR_ERR_VALUE_PATTERN);
-    Leaf inverted(String("<pattern value=\"a\"><modifier value=\"invert-match\"/></pattern>"));
-    EXPECT_EQ(inverted.Check(nullptr), ZR_ERR_VALUE_PATTERN);
+    EXPECT_EQ(Check(WithFlags(String("<pattern value=\".*\"/>")), nullptr), ZR_ERR_VALUE_PATTERN);
+    Leaf inverted =
+        WithFlags(String("<pattern value=\"a\"><modifier value=\"invert-match\"/></pattern>"));
+    EXPECT_EQ(Check(inverted, nullptr), ZR_ERR_VALUE_PATTERN);
 }
 
-TEST(Pattern, OfTypedefsAllHaveToMatch)
+TEST_P(Pattern, OfTypedefsAllHaveToMatch)
 {
-    Leaf leaf("<type name=\"t\"><pattern value=\".{3}\"/></type>",
-              "<typedef name=\"t\">" + String("<pattern value=\"[a-z]*\"/>") + "</typedef>");
-    EXPECT_EQ(leaf.Check("abc"), ZR_OK);
-    EXPECT_EQ(leaf.Check("ab"), ZR_ERR_VALUE_PATTERN);
-    EXPECT_EQ(leaf.Check("ab1"), ZR_ERR_VALUE_PATTERN);
+    Leaf leaf =
+        WithFlags("<type name=\"t\"><pattern value=\".{3}\"/></type>",
+                  "<typedef name=\"t\">" + String("<pattern value=\"[a-z]*\"/>") + "</typedef>");
+    EXPECT_EQ(Check(leaf, "abc"), ZR_OK);
+    EXPECT_EQ(Check(leaf, "ab"), ZR_ERR_VALUE_PATTERN);
+    EXPECT_EQ(Check(leaf, "ab1"), ZR_ERR_VALUE_PATTERN);
 }
 
-TEST(Pattern, IsCheckedOnEveryBaseType)
+TEST_P(Pattern, IsCheckedOnEveryBaseType)
 {
-    Leaf leaf("<type name=\"int32\"><pattern value=\"[0-9]{2}\"/></type>");
-    EXPECT_EQ(leaf.Check("12"), ZR_OK);
-    EXPECT_EQ(leaf.Check("123"), ZR_ERR_VALUE_PATTERN);
+    Leaf leaf = WithFlags("<type name=\"int32\"><pattern value=\"[0-9]{2}\"/></type>");
+    EXPECT_EQ(Check(leaf, "12"), ZR_OK);
+    EXPECT_EQ(Check(leaf, "123"), ZR_ERR_VALUE_PATTERN);
 }
 
-TEST(Pattern, OfNoneTakesEverything)
+TEST(PatternBody, OfNoPatternsTakesEverything)
 {
     ZrtConsPattern body = {};
     ZrtValidateCtx validation = {};
@@ -93,6 +123,107 @@ TEST(PatternCopy, MatchesNormallyWhereTheSourceIsInverted)
     validation = {};
     EXPECT_EQ(ZRT_TYPE_ValidateValueNodeAgainstRealType(copy, ZR_VALUE_STRING, "b", &validation),
               ZR_ERR_VALUE_PATTERN);
+    ZRT_TYPE_DestroyZrtRealType(leaf.context(), copy);
+}
+
+// libxml2's allocations while one of these lives.
+class LibxmlAllocations {
+public:
+    LibxmlAllocations()
+    {
+        s_count = 0;
+        xmlMemGet(&free_, &malloc_, &realloc_, &strdup_);
+        xmlMemSetup(std::free, Malloc, std::realloc, strdup);
+    }
+    ~LibxmlAllocations() { xmlMemSetup(free_, malloc_, realloc_, strdup_); }
+    LibxmlAllocations(const LibxmlAllocations &) = delete;
+    LibxmlAllocations &operator=(const LibxmlAllocations &) = delete;
+    int count() const { return s_count; }
+
+private:
+    static void *Malloc(size_t size)
+    {
+        ++s_count;
+        return std::malloc(size);
+    }
+    static int s_count;
+    xmlFreeFunc free_ = nullptr;
+    xmlMallocFunc malloc_ = nullptr;
+    xmlReallocFunc realloc_ = nullptr;
+    xmlStrdupFunc strdup_ = nullptr;
+};
+int LibxmlAllocations::s_count = 0;
+
+int AllocationsOfOneCheck(const Leaf &leaf, const char *value)
+{
+    LibxmlAllocations allocations;
+    EXPECT_EQ(leaf.Check(value), ZR_OK);
+    return allocations.count();
+}
+
+TEST(KeptPattern, IsCompiledByTheFirstValueAlone)
+{
+    Leaf leaf(String("<pattern value=\"[a-z]+\"/>"), "", ZR_CTX_KEEP_PATTERNS);
+    EXPECT_GT(AllocationsOfOneCheck(leaf, "abc"), 0);
+    EXPECT_EQ(AllocationsOfOneCheck(leaf, "xyz"), 0);
+}
+
+TEST(KeptPattern, IsNotWhatAContextDoesByDefault)
+{
+    Leaf leaf(String("<pattern value=\"[a-z]+\"/>"));
+    int first = AllocationsOfOneCheck(leaf, "abc");
+    EXPECT_GT(first, 0);
+    EXPECT_EQ(AllocationsOfOneCheck(leaf, "xyz"), first);
+}
+
+TEST(KeptPattern, CostsAPointerForEachPatternOfItsType)
+{
+    AllocGuard alloc;
+    TestContext ctx(ZR_CTX_KEEP_PATTERNS);
+    ASSERT_EQ(ctx.LoadBody("m", "<leaf name=\"v\">" +
+                                    String("<pattern value=\"[a-z]+\"/><pattern value=\".*\"/>") +
+                                    "</leaf>"),
+              ZR_OK);
+    ZrNode *node = ctx.Node("/m:v");
+    int64_t blocks = alloc.LiveBlocks(), bytes = alloc.LiveBytes();
+    for (const char *value : {"abc", "1", "xyz"})
+        ZR_NODE_ValidateValue(node, ZR_VALUE_STRING, value);
+    EXPECT_EQ(alloc.LiveBlocks(), blocks + 1);
+    EXPECT_EQ(alloc.LiveBytes(), bytes + static_cast<int64_t>(2 * sizeof(void *)));
+}
+
+TEST(KeptPattern, GoesWithItsType)
+{
+    AllocGuard alloc;
+    TestContext ctx(ZR_CTX_KEEP_PATTERNS);
+    ASSERT_EQ(ctx.LoadBody("n", ""), ZR_OK); // what a first module brings about
+    ASSERT_EQ(ZR_CTX_UnloadModule(ctx, "n"), ZR_OK);
+    int64_t blocks = alloc.LiveBlocks();
+    std::string body = "<leaf name=\"v\">" + String("<pattern value=\"[a-z]+\"/>") + "</leaf>";
+    ASSERT_EQ(ctx.LoadBody("m", body), ZR_OK);
+    EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:v"), ZR_VALUE_STRING, "abc"), ZR_OK);
+    ASSERT_EQ(ZR_CTX_UnloadModule(ctx, "m"), ZR_OK);
+    EXPECT_EQ(alloc.LiveBlocks(), blocks);
+}
+
+TEST(KeptPattern, ThatCannotBeKeptForWantOfMemoryIsCompiledForTheValue)
+{
+    AllocGuard alloc;
+    Leaf leaf(String("<pattern value=\"[a-z]+\"/>"), "", ZR_CTX_KEEP_PATTERNS);
+    alloc.FailAt(0, true);
+    EXPECT_EQ(leaf.Check("abc"), ZR_OK);
+    EXPECT_EQ(leaf.Check("1"), ZR_ERR_VALUE_PATTERN);
+    alloc.FailNone();
+    EXPECT_EQ(leaf.Check("abc"), ZR_OK);
+}
+
+TEST(KeptPattern, IsNotTakenOverByACopyOfItsType)
+{
+    Leaf leaf(String("<pattern value=\"[a-z]+\"/>"), "", ZR_CTX_KEEP_PATTERNS);
+    EXPECT_EQ(leaf.Check("abc"), ZR_OK);
+    ZrtRealType *copy = ZRT_TYPE_CopyZrtRealType(leaf.context(), leaf.type());
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(static_cast<const ZrtConsPattern *>(copy->constraints[0].body)->compiled, nullptr);
     ZRT_TYPE_DestroyZrtRealType(leaf.context(), copy);
 }
 

@@ -177,7 +177,7 @@ TEST(PatternScan, ListsPatternsInOrderWithTheirMark)
 TEST(PatternScan, ReducesTheMarkToOne)
 {
     ZrtPatternItem item = {"a", 8};
-    ZrtConsPattern body = {1, &item};
+    ZrtConsPattern body = {1, &item, nullptr};
     ZrtConsSlot slot = {ZRT_CONS_PATTERN, &body};
     ZrtRealType type = {ZRT_TYPE_STRING, 0, 1, &slot};
     Seen seen;

@@ -1,0 +1,25 @@
+// Regular expressions of XML Schema, the dialect of the "pattern" statement: an expression matches
+// a text when it matches the whole of it. Nothing here prints or reports.
+#pragma once
+
+#include <libxml/xmlregexp.h>
+
+#include <cstdint>
+#include <zrschema/types.h>
+
+extern "C" {
+// 0 when `str` matches, else 22, also for an expression that does not compile. The expression is
+// compiled anew each time.
+ZR_API uint32_t ZR_UTL_MatchStrWithPattern(const char *str, const char *pattern);
+}
+
+namespace zr {
+
+// The expression in a form that any number of threads may match texts with, to be released with
+// xmlRegFreeRegexp; null when it does not compile or memory runs out. Its memory is libxml2's.
+xmlRegexp *CompilePattern(const char *pattern);
+
+// Whether the whole text matches; false as well when memory runs out.
+bool MatchesCompiled(xmlRegexp *compiled, const char *str);
+
+} // namespace zr

@@ -1,0 +1,75 @@
+#include "foundation/pattern.h"
+
+#include <gtest/gtest.h>
+#include <libxml/xmlerror.h>
+
+#include <thread>
+
+namespace {
+
+struct PatternRow {
+    const char *text;
+    const char *pattern;
+    uint32_t status;
+};
+
+TEST(MatchStrWithPattern, MatchesTheWholeText)
+{
+    const PatternRow rows[] = {
+        {"abc", "abc", 0},
+        {"abc", "ab", 22},
+        {"xabc", "abc", 22},
+        {"", "", 0},
+        {"", "a*", 0},
+        {"a", "", 22},
+        {"192.0.2.1", "[0-9]+(\\.[0-9]+){3}", 0},
+        {"192.0.2", "[0-9]+(\\.[0-9]+){3}", 22},
+        {"a^b$", "a^b$", 0}, // no anchors in this dialect
+        {"\xc3\xa9", "\\p{L}", 0},
+        {"\xc3\xa9", ".", 0},
+        {"_x", "\\i\\c*", 0},
+        {"5", "\\d", 0},
+    };
+    for (const PatternRow &row : rows)
+        EXPECT_EQ(ZR_UTL_MatchStrWithPattern(row.text, row.pattern), row.status)
+            << row.text << " " << row.pattern;
+}
+
+TEST(MatchStrWithPattern, Is22ForAPatternThatDoesNotCompile)
+{
+    for (const char *pattern : {"(", ")", "[a", "a{2,1}", "*", "\\", "[z-a]", "\\p{No_Such}"})
+        EXPECT_EQ(ZR_UTL_MatchStrWithPattern("a", pattern), 22u) << pattern;
+}
+
+TEST(MatchStrWithPattern, Is22ForNull)
+{
+    EXPECT_EQ(ZR_UTL_MatchStrWithPattern(nullptr, "a"), 22u);
+    EXPECT_EQ(ZR_UTL_MatchStrWithPattern("a", nullptr), 22u);
+}
+
+TEST(MatchStrWithPattern, PrintsNothingForABadPattern)
+{
+    testing::internal::CaptureStderr();
+    ZR_UTL_MatchStrWithPattern("a", "(");
+    std::thread([] { ZR_UTL_MatchStrWithPattern("a", "["); }).join();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+template <typename Error> void CountError(void *count, Error)
+{
+    ++*static_cast<int *>(count);
+}
+
+TEST(MatchStrWithPattern, LeavesTheApplicationsErrorHandlerInPlaceAndUncalled)
+{
+    int errors = 0;
+    xmlSetStructuredErrorFunc(&errors, CountError);
+    xmlStructuredErrorFunc handler = xmlStructuredError;
+    ZR_UTL_MatchStrWithPattern("a", "(");
+    EXPECT_EQ(xmlStructuredError, handler);
+    EXPECT_EQ(xmlStructuredErrorContext, &errors);
+    EXPECT_EQ(errors, 0);
+    xmlSetStructuredErrorFunc(nullptr, nullptr);
+}
+
+} // namespace
