@@ -8,6 +8,7 @@
 #include "data/must.h"
 #include "data/schema_query.h"
 #include "platform/xml.h"
+#include "schema/node_record.h"
 #include "xpath/evaluate.h"
 
 namespace {
@@ -25,14 +26,44 @@ xmlNode *TopOfAddedBranch(xmlNode *element)
     return element;
 }
 
+// The kinds of condition that the schema of an element's tree has. The schema is mostly small
+// beside the data, so one look at it spares a walk over all elements that would evaluate nothing.
+struct Conditions {
+    bool when = false;
+    bool must = false;
+};
+
+uint32_t NoteConditions(ZrNode *schemaNode, uint32_t, void *userData)
+{
+    auto *found = static_cast<Conditions *>(userData);
+    found->when = found->when || schemaNode->when != nullptr;
+    found->must = found->must || schemaNode->mustCount != 0;
+    return found->when && found->must ? uint32_t{ZR_ERR_FAILED} : uint32_t{ZR_OK}; // to stop
+}
+
+Conditions ConditionsFor(ZrNode *schemaNode)
+{
+    Conditions found;
+    ZR_NODE_TreeScanAllNode(schemaNode, NoteConditions, &found);
+    // The element's own choice and case apply to it too.
+    for (ZrNode *above = schemaNode->parent; ZRD_MDL_IsChoiceOrCaseNode(above) != 0;
+         above = above->parent)
+        NoteConditions(above, ZR_ARRIVAL_PARENT, &found);
+    return found;
+}
+
 } // namespace
 
 uint32_t ZRD_PAS_EvalDataTreeWhenMust(ZrdCheckAux *check, xmlNode *element)
 {
-    if (element == nullptr || zr::SchemaOf(element) == nullptr)
+    ZrNode *schemaNode = element != nullptr ? zr::SchemaOf(element) : nullptr;
+    if (schemaNode == nullptr)
         return ZR_ERR_INVALID;
-    uint32_t status = ZRD_PAS_EvalDataTreeWhen(check, element);
-    return status == ZR_OK ? ZRD_PAS_EvalDataTreeMust(check, element) : status;
+    Conditions conditions = ConditionsFor(schemaNode);
+    uint32_t status = conditions.when ? ZRD_PAS_EvalDataTreeWhen(check, element) : uint32_t{ZR_OK};
+    if (status == ZR_OK && conditions.must)
+        status = ZRD_PAS_EvalDataTreeMust(check, element);
+    return status;
 }
 
 uint32_t ZRD_PAS_EvalDataTreeWhen(ZrdCheckAux *check, xmlNode *element)

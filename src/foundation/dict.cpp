@@ -35,7 +35,7 @@ Hashed HashText(const char *text)
     return {h, static_cast<size_t>(p - text)};
 }
 
-ZrDictBucket *BucketOf(ZrDict *dict, uint32_t hash)
+ZrDictBucket *BucketOf(const ZrDict *dict, uint32_t hash)
 {
     return &dict->buckets[hash & (dict->bucketCount - 1)];
 }
@@ -107,6 +107,14 @@ const char *ZR_DICT_Insert(ZrDict *dict, const char *text)
         ++dict->headCount;
     *link = entry;
     return entry->text;
+}
+
+const char *zr::FindInterned(const ZrDict *dict, const char *text)
+{
+    if (!IsLive(dict) || text == nullptr)
+        return nullptr;
+    const ZrDictEntry *entry = *FindLink(BucketOf(dict, HashText(text).hash), text);
+    return entry != nullptr ? entry->text : nullptr;
 }
 
 void ZR_DICT_Remove(ZrDict *dict, const char *text)

@@ -38,6 +38,9 @@ ZR_API void ZR_DICT_Destroy(ZrDict *dict);
 }
 
 namespace zr {
+// The shared copy of a text without another reference, or null when there is none.
+const char *FindInterned(const ZrDict *dict, const char *text);
+
 // Gives an interned string back and clears the field that held it.
 inline void Release(ZrDict *dict, const char *&text)
 {

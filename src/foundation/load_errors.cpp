@@ -48,17 +48,17 @@ void Delete(ZrErrMng *store, ZrErrModNode *node)
     ZRS_MOD_FreeErrModNode(store->ctx, node);
 }
 
-// A module's first message: its node goes into the tree only with the message in it, since a node
-// says that something has been recorded.
+// The first message of a module that has no node yet: the node goes into the tree only with the
+// message in it, since a node says that something has been recorded.
 uint32_t RecordFirst(ZrErrMng *store, const char *moduleName, uint32_t kind, const char *message)
 {
     ZrErrModNode *node = ZRS_MOD_CreateErrNode(store->ctx, moduleName);
     if (node == nullptr)
         return ZR_ERR_NO_MEMORY;
     uint32_t status = ZRS_MOD_RecordErrorInfo(store->ctx, node, kind, message);
-    if (status == ZR_OK && PAL_AVL3_Insert_Or_Find(&store->tree, node, &kByModule) != nullptr)
-        status = ZR_ERR_FAILED;
-    if (status != ZR_OK)
+    if (status == ZR_OK)
+        PAL_AVL3_Insert_Or_Find(&store->tree, node, &kByModule);
+    else
         ZRS_MOD_FreeErrModNode(store->ctx, node);
     return status;
 }

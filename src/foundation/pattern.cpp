@@ -1,60 +1,57 @@
 #include "foundation/pattern.h"
 
-#include <libxml/xmlerror.h>
+#include "platform/xml_errors.h"
 
 namespace {
-
-// A template, because libxml2's releases differ in whether the error is const.
-template <typename Error> void Ignore(void *, Error) {}
-
-// Keeps libxml2 from printing what it thinks of an expression. Its error handlers belong to the
-// thread, so other threads keep theirs.
-class QuietXml {
-public:
-    QuietXml() : handler_(xmlStructuredError), context_(xmlStructuredErrorContext)
-    {
-        xmlSetStructuredErrorFunc(nullptr, Ignore);
-    }
-    ~QuietXml() { xmlSetStructuredErrorFunc(context_, handler_); }
-    QuietXml(const QuietXml &) = delete;
-    QuietXml &operator=(const QuietXml &) = delete;
-
-private:
-    xmlStructuredErrorFunc handler_;
-    void *context_;
-};
 
 const xmlChar *AsXml(const char *text)
 {
     return reinterpret_cast<const xmlChar *>(text);
 }
 
-} // namespace
-
-namespace zr {
-
-xmlRegexp *CompilePattern(const char *pattern)
+// What a match or its failure means, beside what libxml2 reported meanwhile.
+zr::Match Outcome(bool matches, const zr::XmlErrors &errors)
 {
-    QuietXml quiet;
-    return xmlRegexpCompile(AsXml(pattern));
+    if (errors.outOfMemory())
+        return zr::Match::OutOfMemory;
+    return matches ? zr::Match::Yes : zr::Match::No;
 }
 
-bool MatchesCompiled(xmlRegexp *compiled, const char *str)
+bool Execute(xmlRegexp *compiled, const char *str)
 {
-    QuietXml quiet;
     return xmlRegexpExec(compiled, AsXml(str)) == 1;
 }
 
-} // namespace zr
+} // namespace
+
+zr::Match zr::MatchPattern(const char *str, const char *pattern)
+{
+    XmlErrors errors;
+    xmlRegexp *compiled = xmlRegexpCompile(AsXml(pattern));
+    bool matches = compiled != nullptr && Execute(compiled, str);
+    xmlRegFreeRegexp(compiled);
+    return Outcome(matches, errors);
+}
+
+xmlRegexp *zr::CompilePattern(const char *pattern)
+{
+    XmlErrors errors;
+    xmlRegexp *compiled = xmlRegexpCompile(AsXml(pattern));
+    if (!errors.outOfMemory())
+        return compiled;
+    xmlRegFreeRegexp(compiled);
+    return nullptr;
+}
+
+zr::Match zr::MatchCompiled(xmlRegexp *compiled, const char *str)
+{
+    XmlErrors errors;
+    return Outcome(Execute(compiled, str), errors);
+}
 
 uint32_t ZR_UTL_MatchStrWithPattern(const char *str, const char *pattern)
 {
     if (str == nullptr || pattern == nullptr)
         return ZR_ERR_INVALID;
-    xmlRegexp *compiled = zr::CompilePattern(pattern);
-    if (compiled == nullptr)
-        return ZR_ERR_INVALID;
-    bool matches = zr::MatchesCompiled(compiled, str);
-    xmlRegFreeRegexp(compiled);
-    return matches ? ZR_OK : ZR_ERR_INVALID;
+    return zr::MatchPattern(str, pattern) == zr::Match::Yes ? ZR_OK : ZR_ERR_INVALID;
 }

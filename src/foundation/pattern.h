@@ -15,11 +15,14 @@ ZR_API uint32_t ZR_UTL_MatchStrWithPattern(const char *str, const char *pattern)
 
 namespace zr {
 
+enum class Match { Yes, No, OutOfMemory };
+
+// Whether the whole text matches; No for an expression that does not compile.
+Match MatchPattern(const char *str, const char *pattern);
+
 // The expression in a form that any number of threads may match texts with, to be released with
 // xmlRegFreeRegexp; null when it does not compile or memory runs out. Its memory is libxml2's.
 xmlRegexp *CompilePattern(const char *pattern);
-
-// Whether the whole text matches; false as well when memory runs out.
-bool MatchesCompiled(xmlRegexp *compiled, const char *str);
+Match MatchCompiled(xmlRegexp *compiled, const char *str);
 
 } // namespace zr

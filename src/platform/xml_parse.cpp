@@ -5,20 +5,19 @@
 
 #include <climits>
 
+#include "platform/xml_errors.h"
+
 namespace zr {
 
 xmlDoc *ParseXmlText(const char *text, size_t length)
 {
     if (text == nullptr || length == 0 || length > INT_MAX)
         return nullptr;
+    XmlErrors errors;
     xmlKeepBlanksDefault(0);
     xmlParserCtxt *parser = xmlCreateMemoryParserCtxt(text, static_cast<int>(length));
     if (parser == nullptr)
         return nullptr;
-    // The default handlers would write to standard error.
-    parser->sax->error = nullptr;
-    parser->sax->warning = nullptr;
-    parser->sax->fatalError = nullptr;
     // Whatever the application has set for the process: no entity is put in, none is fetched.
     parser->replaceEntities = 0;
     parser->loadsubset = 0;
@@ -27,7 +26,8 @@ xmlDoc *ParseXmlText(const char *text, size_t length)
     xmlParseDocument(parser);
     xmlDoc *document = parser->myDoc;
     parser->myDoc = nullptr;
-    if (parser->wellFormed == 0) {
+    // Short of memory, libxml2 leaves parts out of a document that it calls well-formed.
+    if (parser->wellFormed == 0 || errors.outOfMemory()) {
         xmlFreeDoc(document);
         document = nullptr;
     }

@@ -42,9 +42,8 @@ bool zr::LastNamedModule(const char *path, ModuleNameText &nameOut)
 
 bool zr::IsPathAtOrBelow(const char *path, const char *root)
 {
-    std::string_view whole(path);
-    std::string_view start(root);
-    return whole.starts_with(start) && (whole.size() == start.size() || whole[start.size()] == '/');
+    size_t length = std::strlen(root);
+    return std::strncmp(path, root, length) == 0 && (path[length] == '\0' || path[length] == '/');
 }
 
 ZrNode *ZRS_NODE_GetAugRpcParentNodeAndChildType(ZrCtx *ctx, const char *headPath,

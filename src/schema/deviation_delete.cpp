@@ -138,8 +138,6 @@ uint32_t ShrinkExtInsts(ZrDict *dict, ZrNode *target)
 {
     uint32_t oldCount = target->extInstCount;
     uint32_t kept = CloseUpExtInsts(target->extInsts, oldCount);
-    if (kept == oldCount)
-        return ZR_OK;
     target->extInstCount = static_cast<uint16_t>(kept);
     if (kept == 0) {
         ZRS_EXT_FreeExtInsts(dict, target->extInsts, oldCount);

@@ -9,10 +9,9 @@
 
 namespace {
 
-using HeadField = ZrNode *ZrMod::*;
-
-// The chain that takes a top-level node of the kind; null for a kind that stands only below others.
-HeadField HeadForKind(uint32_t kind)
+// The chain that takes a top-level node of the kind; kTopChainCount for a kind that stands only
+// below others.
+zr::TopChain ChainForKind(uint32_t kind)
 {
     switch (kind) {
     case ZR_NODE_CONTAINER:
@@ -22,15 +21,15 @@ HeadField HeadForKind(uint32_t kind)
     case ZR_NODE_CHOICE:
     case ZR_NODE_ANYDATA:
     case ZR_NODE_ANYXML:
-        return &ZrMod::dataNodes;
+        return zr::kDataNodes;
     case ZR_NODE_RPC:
-        return &ZrMod::rpcs;
+        return zr::kRpcs;
     case ZR_NODE_NOTIFICATION:
-        return &ZrMod::notifications;
+        return zr::kNotifications;
     case ZR_NODE_AUGMENT:
-        return &ZrMod::augments;
+        return zr::kAugments;
     default:
-        return nullptr;
+        return zr::kTopChainCount;
     }
 }
 
@@ -47,12 +46,16 @@ uint32_t ZRS_MOD_AddTopNodeToSchemaTree(ZrMod *module, ZrNode *node)
 {
     if (module == nullptr || node == nullptr)
         return ZR_ERR_INVALID;
-    HeadField head = HeadForKind(node->kind);
-    if (head == nullptr)
+    zr::TopChain chain = ChainForKind(node->kind);
+    if (chain == zr::kTopChainCount)
         return ZR_ERR_INVALID;
-    if (module->*head != nullptr)
-        return ZRS_NODE_AddSibling(module->*head, node);
-    module->*head = node;
+    ZrNode *&head = module->*zr::kTopChains[chain];
+    ZrNode *&last = module->lastAppended[chain];
+    if (head == nullptr)
+        head = node;
+    else
+        ZRS_NODE_AddSibling(last != nullptr ? last : head, node);
+    last = node;
     return ZR_OK;
 }
 

@@ -158,11 +158,9 @@ uint32_t MergeExtension(ZrMod *module, const ZrsExtension &source)
     return ZR_OK;
 }
 
+// ZRS_MOD_CheckSameDeviationExist takes no two deviations for the same, so that each one is added.
 uint32_t MergeDeviation(ZrMod *module, const ZrsDeviation &source)
 {
-    if (ZRS_MOD_CheckSameDeviationExist(module->deviations, module->deviationCount, &source) !=
-        nullptr)
-        return ZR_OK;
     uint32_t status = ZRS_MOD_AppendOneDeviation(module, source.targetPath);
     if (status != ZR_OK)
         return Fail(module, status, "Failed to merge deviation \"%s\".", source.targetPath);
@@ -294,11 +292,9 @@ uint32_t ZRS_MOD_MergeGlobalDefData(ZrMod *destination, const ZrMod *source)
 
 uint32_t ZRS_MOD_MergeTreeNodeData(ZrMod *destination, ZrMod *source)
 {
-    static constexpr ZrNode *ZrMod::*kLists[] = {&ZrMod::dataNodes, &ZrMod::rpcs,
-                                                 &ZrMod::notifications, &ZrMod::augments};
     if (!Mergeable(destination, source))
         return ZR_ERR_INVALID;
-    for (auto list : kLists) {
+    for (ZrNode *ZrMod::*list : zr::kTopChains) {
         uint32_t status = ZRS_NODE_MergeTreeNodeFromRootStart(
             &(destination->*list), &(source->*list), nullptr, destination);
         if (status != ZR_OK)

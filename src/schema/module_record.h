@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
+#include <type_traits>
 #include <zrschema/types.h>
 
 #include "foundation/context_record.h"
@@ -44,4 +46,16 @@ struct ZrMod {
     void *privateData;         // the application's
     PalAvlNode byNameLink;     // the context's two trees
     PalAvlNode byNamespaceLink;
+    // For each of the four chains, in the order of their heads: null, or the node of the chain that
+    // was appended last, where the next append begins to look for the end.
+    ZrNode *lastAppended[4];
 };
+
+namespace zr {
+// The heads of a module's chains of top-level nodes, in the order in which they are searched.
+enum TopChain : uint32_t { kDataNodes, kRpcs, kNotifications, kAugments, kTopChainCount };
+inline constexpr ZrNode *ZrMod::*kTopChains[] = {&ZrMod::dataNodes, &ZrMod::rpcs,
+                                                 &ZrMod::notifications, &ZrMod::augments};
+static_assert(std::size(kTopChains) == kTopChainCount);
+static_assert(std::extent_v<decltype(ZrMod::lastAppended)> == kTopChainCount);
+} // namespace zr

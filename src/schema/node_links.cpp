@@ -5,9 +5,46 @@
 
 namespace {
 
-// The chains of a module's top-level nodes, in the order in which their heads are tried.
-constexpr ZrNode *ZrMod::*kTopHeads[] = {&ZrMod::dataNodes, &ZrMod::rpcs, &ZrMod::notifications,
-                                         &ZrMod::augments};
+// A node that leaves its chain leaves it to its predecessor to be the last appended.
+void ForgetLastAppended(const ZrNode *node)
+{
+    if (node->module == nullptr)
+        return;
+    for (ZrNode *&last : node->module->lastAppended) {
+        if (last == node)
+            last = node->prev;
+    }
+}
+
+bool IsOfModule(const ZrNode *node, const char *moduleName)
+{
+    return node->module != nullptr && node->module->name != nullptr &&
+           PAL_StrCmp(node->module->name, moduleName) == 0;
+}
+
+// Compares the names of siblings with one text: by their characters at first, which mostly differ
+// soon, and among many siblings by the text's shared copy, which all names of the context have.
+class NameMatch {
+public:
+    NameMatch(const ZrNode *parent, const char *name) : parent_(parent), name_(name) {}
+
+    bool operator()(const char *name)
+    {
+        if (shared_ != nullptr)
+            return name == shared_;
+        if (++compared_ == kMany && parent_->module != nullptr)
+            shared_ = zr::FindInterned(&parent_->module->ctx->dict, name_);
+        return name != nullptr && PAL_StrCmp(name, name_) == 0;
+    }
+
+private:
+    static constexpr uint32_t kMany = 16;
+
+    const ZrNode *parent_;
+    const char *name_;
+    const char *shared_ = nullptr;
+    uint32_t compared_ = 0;
+};
 
 } // namespace
 
@@ -15,7 +52,7 @@ void ZR_NODE_CalibrateTopNodeAddress(ZrNode *node)
 {
     if (node == nullptr || node->module == nullptr)
         return;
-    for (ZrNode *ZrMod::*head : kTopHeads) {
+    for (ZrNode *ZrMod::*head : zr::kTopChains) {
         if (node->module->*head == node) {
             node->module->*head = node->next;
             return;
@@ -35,6 +72,7 @@ void ZRS_NODE_Unlink(ZrNode *node)
         node->parent = nullptr;
     } else {
         ZR_NODE_CalibrateTopNodeAddress(node);
+        ForgetLastAppended(node);
     }
     if (node->prev != nullptr)
         node->prev->next = node->next;
@@ -127,11 +165,10 @@ ZrNode *ZRS_NODE_FindChildNodeByName(const ZrNode *parent, const char *moduleNam
     if (parent == nullptr || name == nullptr)
         return nullptr;
     bool anyModule = moduleName == nullptr || *moduleName == '\0';
+    NameMatch isName(parent, name);
     // The last child ends the scan: a coupled augment's own stretch ends inside the target's chain.
     for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
-        if (child->name != nullptr && PAL_StrCmp(child->name, name) == 0 &&
-            (anyModule || (child->module != nullptr && child->module->name != nullptr &&
-                           PAL_StrCmp(child->module->name, moduleName) == 0)))
+        if (isName(child->name) && (anyModule || IsOfModule(child, moduleName)))
             return child;
         if (child == parent->lastChild)
             break;

@@ -22,6 +22,28 @@ bool CopyDescriptions(ZrCtx *ctx, ZrtConsEnum *to, const ZrtConsEnum *from)
     return true;
 }
 
+bool HasName(const ZrtConsEnum *enums, const char *text)
+{
+    for (uint32_t i = 0; i < enums->count; ++i) {
+        if (std::strcmp(enums->items[i].name, text) == 0)
+            return true;
+    }
+    return false;
+}
+
+// Among many names it is cheaper to find the text's shared copy, which the names are, and to
+// compare pointers; a text that no name equals mostly has none.
+constexpr uint32_t kManyNames = 16;
+
+bool HasSharedName(const ZrtConsEnum *enums, const char *shared)
+{
+    for (uint32_t i = 0; shared != nullptr && i < enums->count; ++i) {
+        if (enums->items[i].name == shared)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 void *ZRT_CONS_CreateConsDataBodyWithEnum(uint32_t count)
@@ -58,17 +80,17 @@ void *ZRT_CONS_CopyConsDataBodyWithEnum(ZrCtx *ctx, const void *body)
 }
 
 uint32_t ZRT_CONS_ValidateValueNodeAgainstDataEnum(const void *body, uint32_t inputKind,
-                                                   const void *value, ZrtValidateCtx *)
+                                                   const void *value, ZrtValidateCtx *validation)
 {
     const auto *enums = static_cast<const ZrtConsEnum *>(body);
     const char *text = ZRT_TYPE_GetInputValueAsSimpleStr(inputKind, value);
     if (text == nullptr)
         return ZR_ERR_VALUE_ENUM;
-    for (uint32_t i = 0; i < enums->count; ++i) {
-        if (std::strcmp(enums->items[i].name, text) == 0)
-            return ZR_OK;
-    }
-    return ZR_ERR_VALUE_ENUM;
+    const ZrCtx *ctx = validation != nullptr ? validation->ctx : nullptr;
+    bool found = ctx != nullptr && enums->count > kManyNames
+                     ? HasSharedName(enums, zr::FindInterned(&ctx->dict, text))
+                     : HasName(enums, text);
+    return found ? uint32_t{ZR_OK} : uint32_t{ZR_ERR_VALUE_ENUM};
 }
 
 uint32_t ZRT_CONS_ScanNameValuePairsWithEnum(const void *body, ZrNameValueScanFunc callback,

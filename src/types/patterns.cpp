@@ -43,13 +43,11 @@ xmlRegexp *KeptPattern(const ZrtConsPattern *patterns, uint32_t index)
     return compiled != nullptr ? Publish(slots[index], compiled, xmlRegFreeRegexp) : nullptr;
 }
 
-bool Matches(const ZrtConsPattern *patterns, uint32_t index, const char *text, bool keep)
+zr::Match MatchOne(const ZrtConsPattern *patterns, uint32_t index, const char *text, bool keep)
 {
     xmlRegexp *compiled = keep ? KeptPattern(patterns, index) : nullptr;
-    if (compiled != nullptr)
-        return zr::MatchesCompiled(compiled, text);
-    // A pattern that does not compile matches nothing, so that inverted it accepts everything.
-    return ZR_UTL_MatchStrWithPattern(text, patterns->items[index].pattern) == ZR_OK;
+    return compiled != nullptr ? zr::MatchCompiled(compiled, text)
+                               : zr::MatchPattern(text, patterns->items[index].pattern);
 }
 
 } // namespace
@@ -94,7 +92,11 @@ uint32_t ZRT_CONS_ValidateValueNodeAgainstDataPattern(const void *body, uint32_t
     const ZrCtx *ctx = validation != nullptr ? validation->ctx : nullptr;
     bool keep = ctx != nullptr && (ctx->flags & ZR_CTX_KEEP_PATTERNS) != 0;
     for (uint32_t i = 0; i < patterns->count; ++i) {
-        if (Matches(patterns, i, text, keep) == (patterns->items[i].invertMatch != 0))
+        // A pattern that does not compile matches nothing, so that inverted it accepts everything;
+        // what is not known for want of memory accepts nothing.
+        zr::Match match = MatchOne(patterns, i, text, keep);
+        bool inverted = patterns->items[i].invertMatch != 0;
+        if (match == zr::Match::OutOfMemory || (match == zr::Match::Yes) == inverted)
             return ZR_ERR_VALUE_PATTERN;
     }
     return ZR_OK;

@@ -86,11 +86,10 @@ uint32_t IsDerived(const xmlNode *node, const char *argument, bool orSelf, bool 
     uint32_t status = zr::ReadValueText(node, text.slot());
     if (status != ZR_OK || !text || *text.get() == '\0')
         return status; // no value is derived from nothing
+    // The value text of an identityref names the module always.
     IdentityName value;
     if (!SplitIdentityName(text.get(), &value))
         return ZR_ERR_INVALID;
-    if (value.module[0] == '\0')
-        return ZR_OK;
     const ZrsIdentity *identity =
         ZR_CTX_FindIdentityByModNameAndIdentName(schemaNode->module->ctx, value.module, value.name);
     if (identity == nullptr)

@@ -80,7 +80,7 @@ char *ZR_XPATH_GetJsonFormatXpath(const ZrMod *module, const char *path)
                 return nullptr;
             ++rest;
         }
-        PathStep step;
+        PathStep step = {};
         rest = ZR_UTL_GetXPathNextPredicatedPrefixNode(rest, step.prefix, sizeof(step.prefix),
                                                        step.name, sizeof(step.name));
         if (rest == nullptr || !AppendStep(&result, step))

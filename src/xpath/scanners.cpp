@@ -43,6 +43,12 @@ uint32_t Found(ZrXpathToken *token, uint32_t type, uint32_t length)
     return ZR_OK;
 }
 
+// A symbol has one character or two.
+bool StartsWith(const char *text, const zr::XpathSymbol &symbol)
+{
+    return text[0] == symbol.text[0] && (symbol.token.length == 1 || text[1] == symbol.text[1]);
+}
+
 uint32_t Fail(ZrXpathToken *token)
 {
     token->type = ZR_XPATH_TOKEN_NONE;
@@ -110,8 +116,7 @@ uint32_t ZR_XPATH_GetTgtTokenFromSymbolTbl(const ZrXpathLex *lex, uint32_t curso
 {
     const char *text = lex->expression + cursor;
     uint32_t row = 0;
-    while (row < zr::kXpathSymbolCount &&
-           PAL_StrNCmp(text, zr::kXpathSymbols[row].text, zr::kXpathSymbols[row].token.length) != 0)
+    while (row < zr::kXpathSymbolCount && !StartsWith(text, zr::kXpathSymbols[row]))
         ++row;
     return row;
 }

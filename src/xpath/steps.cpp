@@ -100,9 +100,8 @@ uint32_t ZR_XPATH_EvalNameTest(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint3
         char name[zr::kNameSize];
         if (!LocalName(text, length, name))
             return ZR_ERR_INVALID;
-        uint32_t status = ZR_XPATH_ReplaceNodeToTopElemInObjStack(ctx, FindChildByName(node, name));
-        if (status != ZR_OK)
-            return status;
+        // The node came from the object on top, which can therefore take another one.
+        ZR_XPATH_ReplaceNodeToTopElemInObjStack(ctx, FindChildByName(node, name));
     }
     ++*cursor;
     return ZR_OK;
@@ -117,11 +116,8 @@ uint32_t ZR_XPATH_EvalDot(ZrXpathEvalCtx *, const ZrXpathLex *, uint32_t *cursor
 uint32_t ZR_XPATH_EvalDDot(ZrXpathEvalCtx *ctx, const ZrXpathLex *, uint32_t *cursor)
 {
     const xmlNode *node = ZR_XPATH_GetStackTopObjNode(ctx);
-    if (node != nullptr && node->parent != ctx->rootNode) {
-        uint32_t status = ZR_XPATH_ReplaceNodeToTopElemInObjStack(ctx, node->parent);
-        if (status != ZR_OK)
-            return status;
-    }
+    if (node != nullptr && node->parent != ctx->rootNode)
+        ZR_XPATH_ReplaceNodeToTopElemInObjStack(ctx, node->parent);
     ++*cursor;
     return ZR_OK;
 }

@@ -113,6 +113,8 @@ TEST_F(ErrorPathTest, TakesAtMost10239Characters)
     std::string fits(room, 'v');
     EXPECT_EQ(PathOf(Data("top", "<tag>" + fits + "</tag>"), "tag"),
               "/m:top/tag[.='" + fits + "']");
+    std::string key = "<name>" + std::string(10240, 'v') + "</name>";
+    EXPECT_EQ(PathOf(Data("top", "<entry>" + key + "</entry>"), "entry"), "-");
     EXPECT_EQ(PathOf(Data("top", "<tag>" + fits + "v</tag>"), "tag"), "-");
 }
 

@@ -1,15 +1,11 @@
 // Whole runs with the n-th allocation failing, for every n: a record or a result, nothing leaked,
 // the caller's tree as it was.
 #include <gtest/gtest.h>
-#include <libxml/xmlerror.h>
-#include <libxml/xmlmemory.h>
-
-#include <cstdlib>
-#include <cstring>
 
 #include "run.h"
 #include "schema.h"
 #include "support/alloc.h"
+#include "support/xml_alloc.h"
 
 namespace {
 
@@ -98,51 +94,6 @@ TEST_P(FailingMemory, OfANotificationLeaksNothing)
 
 INSTANTIATE_TEST_SUITE_P(Requests, FailingMemory, ::testing::ValuesIn(kContents));
 
-// libxml2's own allocations, which do not go through the hooks.
-
-struct {
-    uint64_t count = 0;
-    uint64_t failAt = UINT64_MAX;
-} g_xmlMemory;
-
-void *XmlMalloc(size_t size)
-{
-    return g_xmlMemory.count++ == g_xmlMemory.failAt ? nullptr : std::malloc(size);
-}
-
-void *XmlRealloc(void *block, size_t size)
-{
-    return g_xmlMemory.count++ == g_xmlMemory.failAt ? nullptr : std::realloc(block, size);
-}
-
-char *XmlStrdup(const char *text)
-{
-    return g_xmlMemory.count++ == g_xmlMemory.failAt ? nullptr : strdup(text);
-}
-
-void Silence(void *, const char *, ...) {}
-
-class FailingXmlMemory {
-public:
-    FailingXmlMemory()
-    {
-        xmlMemSetup(std::free, XmlMalloc, XmlRealloc, XmlStrdup);
-        xmlSetGenericErrorFunc(nullptr, Silence); // its out-of-memory messages
-    }
-    ~FailingXmlMemory()
-    {
-        xmlSetGenericErrorFunc(nullptr, nullptr);
-        xmlMemSetup(std::free, std::malloc, std::realloc, strdup);
-    }
-    void FailAt(uint64_t n) { g_xmlMemory = {0, n}; }
-    bool Stop()
-    {
-        bool reached = g_xmlMemory.count > g_xmlMemory.failAt;
-        g_xmlMemory.failAt = UINT64_MAX;
-        return reached;
-    }
-};
-
 TEST_P(FailingMemory, OfLibxml2LeavesTheTreeAndNeverMakesAFailedRequestLookValid)
 {
     ASSERT_EQ(schema_.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
@@ -153,7 +104,7 @@ TEST_P(FailingMemory, OfLibxml2LeavesTheTreeAndNeverMakesAFailedRequestLookValid
     Document document(Data("op", GetParam()));
     bool valid = RpcRecord(schema_, Data("op", GetParam())) == Valid();
     std::string before = document.Dump();
-    FailingXmlMemory memory;
+    XmlAllocGuard memory;
     uint64_t n = 0;
     for (bool reached = true; reached && n < 1000; ++n) {
         Document copy(xmlCopyDoc(document.get(), 1));
@@ -168,6 +119,53 @@ TEST_P(FailingMemory, OfLibxml2LeavesTheTreeAndNeverMakesAFailedRequestLookValid
         ZR_FreeErrNode(error);
     }
     EXPECT_LT(n, 1000u);
+}
+
+uint32_t KeepText(const char *text, void *kept)
+{
+    *static_cast<std::string *>(kept) = text;
+    return 0;
+}
+
+TEST(FailingXmlMemory, LoadsAModuleWholeOrNotAtAll)
+{
+    std::string yin = ModuleText("m", kBody);
+    XmlAllocGuard memory;
+    bool failed = true;
+    uint64_t n = 0;
+    for (; failed; ++n) {
+        TestContext ctx;
+        memory.FailAt(n);
+        uint32_t status = ctx.Load(yin);
+        failed = memory.Stop();
+        EXPECT_EQ(status, failed ? 22u : 0u) << n;
+        EXPECT_EQ(ctx.Node("/m:op/input/l/g") == nullptr, failed) << n;
+    }
+    EXPECT_GT(n, 100u);
+}
+
+TEST(FailingXmlMemory, HandsOutNoNotificationThatWasNotReadAndWrittenWhole)
+{
+    Schema schema(kBody);
+    std::string text = Data("event", kContents[0]);
+    XmlAllocGuard memory;
+    std::string document;
+    auto validate = [&](uint64_t failAt) {
+        document.clear();
+        memory.FailAt(failAt);
+        return ZR_CTX_ValidateNotifDataTree(schema, text.c_str(), KeepText, &document);
+    };
+    ASSERT_EQ(validate(UINT64_MAX), 0u); // what a first document brings about
+    ASSERT_EQ(validate(UINT64_MAX), 0u);
+    const std::string whole = document;
+    EXPECT_NE(whole, "");
+    bool failed = true;
+    for (uint64_t n = 0; failed; ++n) {
+        uint32_t status = validate(n);
+        failed = memory.Stop();
+        EXPECT_EQ(status, failed ? 22u : 0u) << n;
+        EXPECT_EQ(document, failed ? "" : whole) << n;
+    }
 }
 
 } // namespace

@@ -100,6 +100,9 @@ TEST(Faults, LeaveACallersTreeThatWasParsedWithLineNumbersAsItWas)
     Outcome valid = ValidateRpc(schema, std::string(255, '\n') + Data("op", "<c></c>"));
     EXPECT_EQ(valid.record, Valid());
     EXPECT_EQ(valid.defaults, std::vector<std::string>{"d=x"});
+    Outcome below = ValidateRpc(schema, std::string(254, '\n') + Data("op", "\n<c></c>"));
+    EXPECT_EQ(below.record, Valid());
+    EXPECT_EQ(below.defaults, std::vector<std::string>{"d=x"});
 }
 
 } // namespace

@@ -50,6 +50,21 @@ TEST_F(FlushTest, GivesEveryElementItsSchemaNode)
     EXPECT_EQ(zr::SchemaOf(document.Find("in-one")), schema_.Node("/m:op/input/way/one/in-one"));
 }
 
+TEST_F(FlushTest, MatchesASubtreeUnderAGivenSchemaNode)
+{
+    Document document(Data("op", "<c><x/></c><unknown/>"));
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    run->root = document.top()->parent;
+    document.top()->_private = schema_.Node("/m:op");
+    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.Find("c"), schema_.Node("/m:op")), 0u);
+    EXPECT_EQ(zr::SchemaOf(document.Find("c")), schema_.Node("/m:op/input/c"));
+    EXPECT_EQ(zr::SchemaOf(document.Find("x")), schema_.Node("/m:op/input/c/x"));
+    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.Find("unknown"), schema_.Node("/m:op")),
+              22u);
+    EXPECT_EQ(zr::SchemaOf(document.Find("unknown")), nullptr);
+    EXPECT_EQ(run.record().badElement, "unknown");
+}
+
 TEST_F(FlushTest, SkipsAnElementThatHasASchemaNode)
 {
     Document document(Data("op", "<unknown/>"));

@@ -111,6 +111,22 @@ TEST(SchemaQuery, TellsIdentityrefsThroughTypedefsAndUnions)
     }
 }
 
+TEST(SchemaQuery, TellsNoIdentityrefOfATypeThatLeadsNowhere)
+{
+    Schema schema("<typedef name=\"a\"><type name=\"b\"/></typedef>"
+                  "<typedef name=\"b\"><type name=\"a\"/></typedef>" +
+                  Leaf("circle", "a") + Leaf("gone", "unknown"));
+    ASSERT_EQ(schema.status, 0u);
+    EXPECT_EQ(ZRD_MDL_IsIdentityref(schema.Node("/m:circle")), 0u);
+    EXPECT_EQ(ZRD_MDL_IsIdentityref(schema.Node("/m:gone")), 0u);
+    ZrsLeafInfo withoutType = {};
+    ZrNode leaf = {};
+    leaf.kind = ZR_NODE_LEAF;
+    leaf.module = schema.Module("m");
+    leaf.info = &withoutType;
+    EXPECT_EQ(ZRD_MDL_IsIdentityref(&leaf), 0u);
+}
+
 class ChoiceTest : public ::testing::Test {
 protected:
     Schema schema_{"<feature name=\"f\"/>" +

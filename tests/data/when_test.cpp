@@ -247,6 +247,21 @@ TEST(When, PassWantsAMatchedElement)
     EXPECT_EQ(ZRD_PAS_EvalDataTreeWhenMust(run, document.top()), 22u);
 }
 
+TEST(When, OfTheChoiceAppliesToTheElementThatThePassBeginsWith)
+{
+    Schema schema(Rpc("op", kMode + "<choice name=\"w\">" + When("mode = 'on'") +
+                                "<case name=\"one\">" + Leaf("a", "string") + "</case></choice>"));
+    ASSERT_EQ(schema.status, 0u);
+    for (const auto &[mode, status] :
+         {std::pair{"on", uint32_t{ZR_OK}}, std::pair{"off", uint32_t{ZR_XPATH_RESULT_FALSE}}}) {
+        Document document(Data("op", "<mode>" + std::string(mode) + "</mode><a/>"));
+        CheckRun run(schema, ZRD_MODE_RPC);
+        run->root = document.top()->parent;
+        ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+        EXPECT_EQ(ZRD_PAS_EvalDataTreeWhenMust(run, document.Find("a")), status) << mode;
+    }
+}
+
 TEST(When, WalkGoesOnBehindARemovedElement)
 {
     Schema schema(Notification(

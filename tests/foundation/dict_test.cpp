@@ -127,6 +127,18 @@ TEST_F(Dictionary, InternsTheEmptyTextLikeAnyOther)
     EXPECT_EQ(Entries(), 0u);
 }
 
+TEST_F(Dictionary, FindsTheSharedCopyWithoutTakingAReference)
+{
+    EXPECT_EQ(zr::FindInterned(&dict_, "leaf"), nullptr);
+    const char *text = ZR_DICT_Insert(&dict_, "leaf");
+    EXPECT_EQ(zr::FindInterned(&dict_, "leaf"), text);
+    EXPECT_EQ(zr::FindInterned(&dict_, "lea"), nullptr);
+    EXPECT_EQ(zr::FindInterned(&dict_, nullptr), nullptr);
+    EXPECT_EQ(zr::FindInterned(nullptr, "leaf"), nullptr);
+    ZR_DICT_Remove(&dict_, "leaf");
+    EXPECT_EQ(zr::FindInterned(&dict_, "leaf"), nullptr);
+}
+
 TEST_F(Dictionary, ReleaseGivesTheTextBackAndClearsTheField)
 {
     const char *field = ZR_DICT_Insert(&dict_, "a");

@@ -200,6 +200,24 @@ TEST_F(LoadErrors, DeletingThoseOfAModuleThatHasNoneDoesNothing)
     EXPECT_THAT(Entries(ctx_), ElementsAre("a|(null)|0|one"));
 }
 
+// A thread that holds the lock for writing is refused it a second time.
+TEST_F(LoadErrors, StayAsTheyAreWhenTheLockCannotBeTaken)
+{
+    ZR_CTX_AddModError(ctx_, "m", "text");
+    StopAfter stop{0, 1};
+    ASSERT_EQ(pthread_rwlock_wrlock(&ctx_->errMng->lock), 0);
+    EXPECT_EQ(ZR_CTX_AddModError(ctx_, "n", "text"), 37);
+    EXPECT_EQ(ZR_CTX_AddErrorMsgToMod(ctx_->errMng, "m", 0, "text"), 37u);
+    EXPECT_EQ(ZR_CTX_GetErrNodeByModName(ctx_, "m"), nullptr);
+    ZR_CTX_ClearModErrByLoadStage(ctx_->errMng, "m", 0);
+    ZR_CTX_DeleteErrNodeByModName(ctx_->errMng, "m");
+    ZR_CTX_DestoryErrMngTree(ctx_->errMng);
+    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx_, StopWith5, &stop), 37u);
+    pthread_rwlock_unlock(&ctx_->errMng->lock);
+    EXPECT_EQ(stop.calls, 0);
+    EXPECT_THAT(Entries(ctx_), ElementsAre("m|(null)|0|text"));
+}
+
 class LoadErrorStages : public LoadErrors {
 protected:
     void Record(const char *moduleName, uint32_t stage, const char *message)

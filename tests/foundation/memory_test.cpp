@@ -104,6 +104,21 @@ TEST_F(MemRegister, LeavesTheMutexUnlocked)
     pthread_mutex_unlock(&g_zrMemMutex);
 }
 
+TEST_F(MemRegister, Is37AndLeavesTheDefaultsInForceWhenTheMutexCannotBeTaken)
+{
+    pthread_mutexattr_t attributes; // of a mutex that refuses its owner instead of waiting for it
+    pthread_mutexattr_init(&attributes);
+    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_ERRORCHECK);
+    pthread_mutex_init(&g_zrMemMutex, &attributes);
+    pthread_mutexattr_destroy(&attributes);
+    pthread_mutex_lock(&g_zrMemMutex);
+    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree), 37u);
+    EXPECT_TRUE(DefaultsAreInForce());
+    pthread_mutex_unlock(&g_zrMemMutex);
+    pthread_mutex_destroy(&g_zrMemMutex);
+    pthread_mutex_init(&g_zrMemMutex, nullptr);
+}
+
 TEST_F(MemRegister, OneOfManyThreadsWins)
 {
     constexpr int kThreads = 8;

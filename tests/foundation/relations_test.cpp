@@ -262,6 +262,18 @@ TEST(RelationsMemory, AddingFailsCleanlyWhenAnyAllocationFails)
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
 
+TEST_F(Relations, WithoutMemoryDeletingOneThatIsNotThereChangesNothing)
+{
+    Add("a", "b");
+    {
+        zrtest::AllocGuard guard;
+        guard.FailAt(0);
+        Delete("a", "unknown");
+        EXPECT_EQ(guard.LiveBlocks(), 0);
+    }
+    EXPECT_THAT(Items("a"), ElementsAre("0b"));
+}
+
 TEST(RelationsMemory, CollectingIs12WhenMemoryRunsOut)
 {
     zrtest::AllocGuard guard;

@@ -189,4 +189,24 @@ TEST_F(AssisterTest, SavingReportsMemoryThatCannotBeHad)
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
 
+TEST_F(AssisterTest, RefusesMoreSuffixesThanItsCountCanHold)
+{
+    ASSERT_EQ(zr::NewArray(&assister.suffixes, UINT16_MAX), 0u);
+    assister.suffixCount = UINT16_MAX;
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 0), 22u);
+    EXPECT_EQ(assister.suffixCount, UINT16_MAX);
+}
+
+TEST_F(AssisterTest, SavesNoMoreSuffixesThanAModuleCanHold)
+{
+    zrtest::TestContext ctx;
+    ZrMod *module = zr::NewModule(ctx);
+    ASSERT_EQ(zr::NewArray(&module->mergeSources, UINT16_MAX), 0u);
+    module->mergeSourceCount = UINT16_MAX;
+    ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 1);
+    EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), 22u);
+    EXPECT_EQ(module->mergeSourceCount, UINT16_MAX);
+    ZRS_MOD_Free(module);
+}
+
 } // namespace

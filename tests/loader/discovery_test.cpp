@@ -165,6 +165,11 @@ TEST(ReadYinFile, ReturnsNothingForWhatIsNoXmlFile)
     EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc(dir.Write("cut", "<module><leaf").c_str()), nullptr);
 }
 
+TEST(ReadYinFile, ReturnsNothingWithoutAnOpenFile)
+{
+    EXPECT_EQ(ZRS_LOADER_ReadFileContentAsDoc(nullptr), nullptr);
+}
+
 TEST(ReadYinFile, PrintsNothingAboutMalformedText)
 {
     TempDir dir;

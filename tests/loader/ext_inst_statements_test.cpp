@@ -131,6 +131,17 @@ TEST(ExtensionInstanceOfANode, MakesRoomForItselfWhenNobodyElseDid)
     EXPECT_EQ(container->extInstCount, 1);
 }
 
+TEST(ExtensionInstanceOfANode, IsNotKeptWithoutMemoryForThatRoom)
+{
+    ModuleUnderTest module;
+    Container container(module);
+    zrtest::AllocGuard guard;
+    guard.FailAt(0);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<x:a/>", container.node, ZRS_STMT_LEAF), 12u);
+    EXPECT_EQ(container->extInsts, nullptr);
+    EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
 TEST(ExtensionInstanceOfANode, SetsTheNacmFlagsOfTheNode)
 {
     struct {

@@ -238,6 +238,11 @@ TEST_F(LoadModule, LoadsImportsBreadthFirstOnRequest)
     EXPECT_EQ(ctx.Module("b"), nullptr) << "without the option imports stay where they are";
 }
 
+TEST_F(LoadModule, FollowsNoImportsOfAModuleThatIsNotLoaded)
+{
+    EXPECT_EQ(ZRS_LOADER_LoadModuleImportedNames(ctx, "a"), 22u);
+}
+
 TEST_F(LoadModule, StopsAtAnImportThatFails)
 {
     TestContext importing(ZR_CTX_LOAD_IMPORTS);

@@ -119,6 +119,16 @@ TEST_F(Submodule, DoesNotReplaceWhatDescribesTheModule)
     EXPECT_STREQ(m->revision, "2000-01-01");
 }
 
+TEST_F(Submodule, CanBeReadFromItsElement)
+{
+    ASSERT_EQ(Load(Leaf("n1")), 0u);
+    zrtest::Yin yin(SubmoduleText("s", Leaf("n2")));
+    EXPECT_EQ(ZRS_LOADER_ParseSubmoduleContent(ctx.Module("m"), yin.first(), "s"), 0u);
+    EXPECT_EQ(TopNodes(), "n1 n2");
+    EXPECT_EQ(ZRS_LOADER_ParseSubmoduleContent(ctx.Module("m"), yin.first(), "other"), 22u);
+    EXPECT_EQ(TopNodes(), "n1 n2");
+}
+
 // ---- prefixes
 
 TEST_F(Submodule, CallsTheModuleByThePrefixOfItsBelongsTo)

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "loader/type_snippet.h"
 #include "support/alloc.h"
 
@@ -48,6 +50,24 @@ TEST(DerivedFill, RefusesBadNames)
         EXPECT_EQ(snippet.status(), 22u) << name;
         EXPECT_EQ(snippet.Messages(), Texts{Message(name)});
     }
+}
+
+// The name of a loaded module is interned; this one has to be.
+TEST(DerivedFill, IsRefusedWithoutMemoryForANameThatIsNotInterned)
+{
+    SnippetModule snippet;
+    YinElement element("<type name=\"a\"/>");
+    ZrtConsDerived body = {};
+    const char *name = std::exchange(snippet.module()->name, "not-interned");
+    zrtest::AllocGuard guard;
+    for (uint64_t n = 0; n < 2; ++n) {
+        guard.FailAt(n);
+        EXPECT_EQ(ZRT_LOADER_FillConsDataAndAllDerivedSeg(snippet.module(), nullptr, &body,
+                                                          element.get(), 1),
+                  12u);
+        EXPECT_EQ(guard.LiveBlocks(), 0);
+    }
+    snippet.module()->name = name;
 }
 
 TEST(BaseFill, MapsItsPrefixes)

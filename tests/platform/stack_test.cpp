@@ -80,6 +80,14 @@ TEST(Stack, CreateGivesNullWhenMemoryRunsOut)
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
 
+// The allocations fail here for sizes that are too large to be tried.
+TEST(Stack, CreateGivesNullForMoreItemsThanMemoryCanHold)
+{
+    zrtest::AllocGuard guard;
+    guard.FailAt(0, true);
+    EXPECT_EQ(PAL_CreateStack(UINT32_MAX), nullptr);
+}
+
 TEST(Stack, DeleteGivesEveryBlockBack)
 {
     zrtest::AllocGuard guard;

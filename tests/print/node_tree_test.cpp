@@ -194,6 +194,15 @@ TEST_F(PrintNodesTree, ACallbackThatRefusesTheTextFailsWith1)
     EXPECT_EQ(ZR_NODE_PrintNodesTree(ctx_.Node("/m:top"), TakePiece, &pieces), 1u);
 }
 
+TEST_F(PrintNodesTree, AnAncestorWhoseLineIsTooLongFails)
+{
+    ASSERT_EQ(
+        ctx_.LoadBody("n", "<container name=\"" + std::string(8192, 'c') +
+                               "\"><leaf name=\"x\"><type name=\"int8\"/></leaf></container>"),
+        0u);
+    EXPECT_EQ(NodeTree(ctx_.Module("n")->dataNodes->firstChild), "status 1");
+}
+
 TEST_F(PrintNodesTree, WithoutMemoryForTheBufferFailsWith12)
 {
     zrtest::AllocGuard guard;

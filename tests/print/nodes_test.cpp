@@ -98,6 +98,18 @@ TEST(PrintChoice, StandsInParenthesesWithItsDefaultCase)
               "   +--:(z)\n");
 }
 
+TEST(PrintCase, WhoseLineIsTooLongFailsWithoutItsNodes)
+{
+    TestContext ctx;
+    ASSERT_EQ(
+        ctx.LoadBody("m", "<choice name=\"choice\"><case name=\"" + std::string(8192, 'c') +
+                              "\"><leaf name=\"x\"><type name=\"int8\"/></leaf></case></choice>"),
+        0u);
+    zrtest::Pieces pieces;
+    EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), zrtest::TakePiece, &pieces), 1u);
+    EXPECT_EQ(pieces.Whole(), "module: m\n+--rw (choice)?\n");
+}
+
 TEST(PrintCase, HasAWidthOfItsOwnForItsNodes)
 {
     EXPECT_EQ(TreeOfBody(R"(

@@ -104,6 +104,21 @@ TEST(MissingInput, GoesWithTheLastAugmentThatItWasMadeFor)
     EXPECT_EQ(ctx.Node("/m:r/input"), nullptr);
 }
 
+TEST(MissingInput, StaysForAnAugmentThatReachesItByAnotherSpelling)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "<action name=\"act\"/>")), 0u);
+    ASSERT_EQ(
+        ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:act/a:input", Leaf("i"))),
+        0u);
+    // The step without a module name of its own matches the action that "a" added.
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Augment("/m:c/m:act/m:input", Leaf("j"))), 0u);
+    ASSERT_THAT(ChildNames(ctx.Node("/m:c/a:act/input")), ElementsAre("i", "j"));
+    zr::UncoupleModuleAugments(ctx.Module("b"));
+    EXPECT_THAT(ChildNames(ctx.Node("/m:c/a:act/input")), ElementsAre("j"));
+}
+
 TEST(MissingInput, ADeclaredOneStaysWhenItsAugmentsGo)
 {
     TestContext ctx;

@@ -323,6 +323,19 @@ TEST(CoupleAugment, AnUnknownModuleOrNodeLeavesItUncoupled)
     }
 }
 
+TEST(CoupleAugment, ATargetInAModuleOfMoreThan64CharactersLeavesItUncoupled)
+{
+    std::string longName(65, 'm');
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody(longName, Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", "<import module=\"" + longName +
+                                    "\"><prefix value=\"p\"/></import>" +
+                                    Augment("/p:c", Leaf("p"))),
+              0u);
+    EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled));
+    EXPECT_THAT(ChildNames(ctx.Module("a")->augments), ElementsAre("p"));
+}
+
 TEST(CoupleAugment, TwoModulesMayAugmentEachOther)
 {
     TestContext ctx;
@@ -355,6 +368,31 @@ TEST(CoupleAugment, NodesInAModuleThatThePathDoesNotNameAreRelatedToItToo)
     EXPECT_NE(ZR_CTX_FindModRelationItem(ZR_CTX_FindModRelationTbl(ctx, "a"),
                                          ZR_RELATION_AUGMENTED_BY, ctx.Module("b")->name),
               nullptr);
+}
+
+TEST(CoupleAugment, WithoutMemoryForThatRelationTheNodesAreTakenBack)
+{
+    std::string m = ModuleText("m", Container("c"));
+    std::string a = ModuleText("a", Import("m") + Augment("/m:c", Container("p")));
+    std::string b = ModuleText("b", Import("m") + Augment("/m:c/m:p", Leaf("q")));
+    AllocGuard guard;
+    for (uint64_t n = 0;; ++n) {
+        bool complete = false;
+        {
+            TestContext ctx;
+            ASSERT_EQ(ctx.Load(m), 0u);
+            ASSERT_EQ(ctx.Load(a), 0u);
+            guard.FailAt(n);
+            ctx.Load(b);
+            complete = guard.Count() <= n;
+            guard.FailNone();
+            EXPECT_EQ(ctx.Node("/m:c/a:p/q") != nullptr,
+                      ZR_CTX_FindModRelationTbl(ctx, "a") != nullptr)
+                << n;
+        }
+        if (complete)
+            break;
+    }
 }
 
 TEST(CoupleAugment, EveryFailingAllocationLeavesAUsableContext)

@@ -247,6 +247,21 @@ TEST(DeviateDelete, WithoutMemoryForTheShorterArrayTheDeletionIsReportedButDone)
                 ElementsAre("Failed to delete extension-instance to node \"k\"."));
 }
 
+// Texts of a schema are interned, so that copying them needs no memory; one of these is not.
+TEST(DeviateDelete, MustsThatCannotBeCopiedToTheShorterArrayAreGoneAndUncounted)
+{
+    Deviated schema(Container("c", Must("a")) + Container("k", Must("a") + Must("b")),
+                    Deviation("/m:c", "delete", Must("a")));
+    ZrNode *node = schema.Node("/m:k");
+    node->musts[1].errorMessage = "not interned";
+    AllocGuard guard;
+    guard.FailAt(1); // the array is made, the dictionary refuses
+    EXPECT_EQ(ZRS_MOD_CoupleDevDelMusts(schema.ctx.Module("d"), schema.First().deviates, node),
+              12u);
+    EXPECT_EQ(node->mustCount, 0);
+    EXPECT_EQ(node->musts, nullptr);
+}
+
 TEST(DeviateDelete, TheExtensionCallbackComesOnceAndOnlyBeforeAChange)
 {
     g_calls = 0;

@@ -265,6 +265,25 @@ TEST(NotSupported, AugmentsOfOneOrOfAllModulesCanBeDroppedByPath)
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), IsEmpty());
 }
 
+TEST(NotSupported, WithoutMemoryForARelationTheAugmentsOfOneModuleStay)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c") + Container("k")), 0u);
+    ASSERT_EQ(
+        ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p")) + Augment("/m:k", Leaf("q"))),
+        0u);
+    {
+        AllocGuard guard;
+        guard.FailAt(0);
+        EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:c"),
+                  12u);
+    }
+    EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("p"));
+    // The one that was spared is not dropped along with the next.
+    EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:k"), 0u);
+    EXPECT_THAT(AugmentTargets(ctx.Module("a")), ElementsAre("/m:c"));
+}
+
 TEST(NotSupported, WithoutMemoryForARelationNothingIsRemoved)
 {
     std::string m = ModuleText("m", Container("c"));

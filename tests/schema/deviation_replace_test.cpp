@@ -1,5 +1,7 @@
 #include "schema/coupling_fixture.h"
 
+#include "schema/deviation_steps.h"
+
 using namespace zrtest;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -203,5 +205,18 @@ TEST(DeviateReplace, EveryFailingAllocationIsAStatusAndLosesNoProperty)
         EXPECT_EQ(guard.LiveBlocks(), 0) << n;
         if (complete)
             break;
+    }
+}
+
+TEST(DeviateReplace, ATextThatCannotBeInternedLeavesTheOldOne)
+{
+    Deviated schema(Leaf("x", Units("s")), "");
+    AllocGuard guard;
+    for (uint64_t n = 0; n < 2; ++n) {
+        guard.FailAt(n);
+        EXPECT_EQ(
+            zr::ReplaceText(schema.ctx.Module("d"), schema.LeafOf("/m:x")->units, "not interned"),
+            12u);
+        EXPECT_STREQ(schema.LeafOf("/m:x")->units, "s");
     }
 }

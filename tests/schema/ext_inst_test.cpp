@@ -219,6 +219,19 @@ TEST_F(ExtInst, IsCopiedWithEverythingBelowIt)
     EXPECT_EQ(ZRS_EXT_CopyExtInsts(dict_, nullptr, 2), nullptr);
 }
 
+TEST_F(ExtInst, IsCopiedIntoAnotherContextOrNotAtAll)
+{
+    ASSERT_EQ(Append("m", "a", "x"), 0u);
+    ZrCtx *other = ZR_CTX_Create(0);
+    FailEachAllocation([&] { return ZRS_EXT_CopyExtInsts(&other->dict, array_, count_); },
+                       [&](ZrsExtInst *copy, bool failed) {
+                           ASSERT_EQ(copy == nullptr, failed);
+                           EXPECT_EQ(Names(copy, failed ? 0 : 1), failed ? "" : "a");
+                           ZRS_EXT_FreeExtInsts(&other->dict, copy, 1);
+                       });
+    ZR_CTX_Delete(other);
+}
+
 TEST_F(ExtInst, TakesACopyOfChildren)
 {
     ASSERT_EQ(Append("m", "a"), 0u);

@@ -66,6 +66,36 @@ TEST_F(TopNodes, NodesOfOneChainStandInTheOrderOfTheirComing)
     EXPECT_EQ(Chain(module_->dataNodes), "a b c ");
 }
 
+TEST_F(TopNodes, AreAppendedAtTheEndWhateverLeftTheChainBefore)
+{
+    auto add = [this](const char *name) {
+        ZrNode *node = NewNode(module_, ZR_NODE_LEAF, name);
+        EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(module_, node), 0u);
+        return node;
+    };
+    auto drop = [](ZrNode *node) {
+        ZRS_NODE_Unlink(node);
+        ZRS_NODE_Free(node);
+    };
+    ZrNode *a = add("a"), *b = add("b"), *c = add("c");
+    drop(c); // the last
+    ZrNode *d = add("d");
+    EXPECT_EQ(Chain(module_->dataNodes), "a b d ");
+    drop(b);
+    drop(d);
+    ZRS_NODE_AddSibling(a, NewNode(module_, ZR_NODE_LEAF, "e"));
+    add("f");
+    EXPECT_EQ(Chain(module_->dataNodes), "a e f ");
+    drop(a);
+    add("g");
+    EXPECT_EQ(Chain(module_->dataNodes), "e f g ");
+    while (module_->dataNodes != nullptr)
+        drop(module_->dataNodes);
+    add("h");
+    add("i");
+    EXPECT_EQ(Chain(module_->dataNodes), "h i ");
+}
+
 TEST_F(TopNodes, ANullModuleOrNodeIsRefused)
 {
     ZrNode *node = NewNode(module_, ZR_NODE_LEAF, "a");

@@ -156,6 +156,27 @@ TEST_F(NodeCopy, WithoutMemoryThereIsNoCopyAndNothingIsLeft)
                        });
 }
 
+TEST_F(NodeCopy, IntoAnotherContextIsWholeOrNothing)
+{
+    ZrNode *tree = NewTree();
+    tree->description = ZR_DICT_Insert(dict_, "text");
+    auto *key = static_cast<ZrsLeafInfo *>(tree->firstChild->info);
+    key->defaultValue = ZR_DICT_Insert(dict_, "5");
+    key->units = ZR_DICT_Insert(dict_, "meters");
+    zrtest::TestContext other;
+    ZrMod *target = zr::NewModule(other);
+    FailEachAllocation([&] { return ZRS_NODE_CopyNodeTreeToModule(tree, target); },
+                       [&](ZrNode *copy, bool failed) {
+                           ASSERT_EQ(copy == nullptr, failed);
+                           if (copy != nullptr) {
+                               EXPECT_EQ(Describe(copy), Describe(tree));
+                               EXPECT_STREQ(copy->description, "text");
+                           }
+                           ZRS_NODE_Free(copy);
+                       });
+    ZRS_MOD_Free(target);
+}
+
 TEST_F(NodeCopy, NeedsASourceAndATargetWithAContext)
 {
     ZrNode *node = AddData(source_, ZR_NODE_CONTAINER, "a");
@@ -177,6 +198,16 @@ TEST_F(NodeCopy, InformationIsCopiedBetweenNodesOfOneKindOnly)
     EXPECT_EQ(ZRS_NODE_CopySchemaByType(nullptr, leaf), 22u);
     EXPECT_EQ(ZRS_NODE_CopySchemaByType(leaf, nullptr), 22u);
     EXPECT_EQ(ZRS_NODE_CopySchemaByType(box, box), 0u); // nothing to copy
+}
+
+TEST_F(NodeCopy, InformationIsNotCopiedFromOrIntoANodeWithoutAny)
+{
+    ZrNode *leaf = AddData(source_, ZR_NODE_LEAF, "leaf");
+    ZrNode bare = {};
+    bare.kind = ZR_NODE_LEAF;
+    bare.module = source_;
+    EXPECT_EQ(ZRS_NODE_CopySchemaByType(leaf, &bare), 22u);
+    EXPECT_EQ(ZRS_NODE_CopySchemaByType(&bare, leaf), 22u);
 }
 
 TEST(NodeCopyOfTypes, ATypedefIsLookedForInTheModuleOfTheCopy)

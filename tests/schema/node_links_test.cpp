@@ -196,6 +196,27 @@ TEST_F(NodeLinks, AChildIsFoundByNameAmongAllModulesOrOne)
     EXPECT_EQ(ZRS_NODE_FindChildNodeByName(own, "m", "x"), nullptr);
 }
 
+TEST_F(NodeLinks, EveryOneOfManyChildrenIsFoundByNameAndModule)
+{
+    ZrMod *other = NewModule("other");
+    std::vector<ZrNode *> own, foreign;
+    for (int i = 0; i < 40; ++i) {
+        std::string name = "child-" + std::to_string(i);
+        own.push_back(New(name.c_str()));
+        foreign.push_back(NewNode(other, ZR_NODE_LEAF, name.c_str()));
+        ZRS_NODE_AddChild(parent_, own.back());
+        ZRS_NODE_AddChild(parent_, foreign.back());
+    }
+    for (size_t i = 0; i < own.size(); ++i) {
+        std::string name = "child-" + std::to_string(i);
+        EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, nullptr, name.c_str()), own[i]);
+        EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, "m", name.c_str()), own[i]);
+        EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, "other", name.c_str()), foreign[i]);
+    }
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, nullptr, "child-40"), nullptr);
+    EXPECT_EQ(ZRS_NODE_FindChildNodeByName(parent_, nullptr, "other"), nullptr);
+}
+
 TEST_F(NodeLinks, TheSearchBelowACoupledAugmentEndsAtItsLastChild)
 {
     ZrNode *a = New("a");

@@ -61,7 +61,8 @@ protected:
             EXPECT_TRUE(same);
     }
 
-    TestContext ctx_{ZR_CTX_LOAD_IMPORTS | ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS};
+    TestContext ctx_{ZR_CTX_LOAD_IMPORTS | ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS |
+                     ZR_CTX_KEEP_PATTERNS};
 };
 
 const char *const kModules[] = {"example-router",

@@ -74,4 +74,19 @@ TEST(Bits, TakeOneSmallBlockPerCheck)
     EXPECT_EQ(guard.Count(), 1u);
 }
 
+TEST(Bits, AreScannedUntilACallbackStopsIt)
+{
+    Leaf leaf(kAb);
+    auto stopAtB = [](const char *name, const char *, int64_t position, void *calls) {
+        ++*static_cast<int *>(calls);
+        return *name == 'b' ? static_cast<uint32_t>(position) + 6 : 0;
+    };
+    int calls = 0;
+    EXPECT_EQ(ZR_TYPE_ScanNameValuePair(leaf.type(), stopAtB, &calls), 7u);
+    EXPECT_EQ(calls, 2);
+    Leaf more("<type name=\"bits\"><bit name=\"b\"/><bit name=\"a\"/></type>");
+    EXPECT_EQ(ZR_TYPE_ScanNameValuePair(more.type(), stopAtB, &calls), 6u);
+    EXPECT_EQ(calls, 3);
+}
+
 } // namespace

@@ -234,6 +234,17 @@ TEST(DerivedUpdate, FollowsATypedefThatMovedWhenTheModuleGotMore)
     EXPECT_EQ(derived.body->resolved, ZR_MOD_GetRealTypeByTypDefName(module, "t1"));
 }
 
+TEST(DerivedUpdate, Returns22WithoutABodyOrEitherName)
+{
+    Leaf leaf("<type name=\"int8\"/>");
+    const ZrMod *module = leaf.context().Module("m");
+    ZrtConsDerived noModule = {nullptr, "t1", nullptr};
+    ZrtConsDerived noName = {"m", nullptr, nullptr};
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(nullptr, module), 22u);
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(&noModule, module), 22u);
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(&noName, module), 22u);
+}
+
 TEST(DerivedCopy, HasTheNamesAndIsNotResolved)
 {
     zrtest::TestContext ctx;
@@ -247,6 +258,27 @@ TEST(DerivedCopy, HasTheNamesAndIsNotResolved)
     EXPECT_EQ(copy->typedefName, derived.body->typedefName);
     EXPECT_EQ(copy->resolved, nullptr);
     ZRT_CONS_DestroyConsDataBodyWithDerived(ctx, copy);
+}
+
+TEST(DerivedCopy, IntoAnotherContextIsNullWhicheverAllocationFails)
+{
+    zrtest::TestContext ctx;
+    zrtest::AllocGuard guard;
+    ZrtConsDerived body = {"m", "t1", nullptr};
+    for (uint64_t n = 0; n < 5; ++n) { // the body, and two blocks for each name
+        guard.FailAt(n);
+        EXPECT_EQ(ZRT_CONS_CopyConsDataBodyWithDerived(ctx, &body), nullptr) << n;
+        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
+    }
+}
+
+TEST(DerivedCheck, RefusesATypedefThatIsNotResolvedWithoutAContextToLookItUpIn)
+{
+    ZrtConsDerived body = {"m", "t1", nullptr};
+    ZrtValidateCtx validation = {};
+    EXPECT_EQ(
+        ZRT_CONS_ValidateValueNodeAgainstDataDerived(&body, ZR_VALUE_STRING, "5", &validation),
+        ZR_ERR_VALUE_DERIVED);
 }
 
 TEST(DerivedCheck, LooksTheTypedefUpWhenItIsNotResolved)

@@ -32,6 +32,9 @@ TEST(Enumeration, OfManyNamesFindsEachOfThem)
     for (int i = 0; i < 3000; i += 7)
         EXPECT_EQ(leaf.Check(("n" + std::to_string(i)).c_str()), ZR_OK) << i;
     EXPECT_EQ(leaf.Check("n3000"), ZR_ERR_VALUE_ENUM);
+    // Other names of the context are names of the enumeration no more than any text.
+    for (const char *bad : {"v", "m", "n3000", "n", ""})
+        EXPECT_EQ(leaf.Check(bad), ZR_ERR_VALUE_ENUM) << bad;
 }
 
 TEST(Enumeration, AllocatesNothingPerCheck)
@@ -60,6 +63,21 @@ TEST(EnumerationCopy, HasNamesValuesAndDescriptions)
     EXPECT_STREQ(copy->descriptions[0], "About a.");
     EXPECT_EQ(copy->descriptions[1], nullptr);
     ZRT_CONS_DestroyConsDataBodyWithEnum(ctx, copy);
+}
+
+TEST(EnumerationCopy, IsNullWhicheverAllocationFails)
+{
+    zrtest::TestContext ctx;
+    zrtest::AllocGuard guard;
+    ZrtEnumItem items[] = {{"a", 0}};
+    const char *descriptions[] = {"About a."};
+    ZrtConsEnum body = {1, items, descriptions};
+    // The body, its items and their descriptions, and two blocks for each text.
+    for (uint64_t n = 0; n < 7; ++n) {
+        guard.FailAt(n);
+        EXPECT_EQ(ZRT_CONS_CopyConsDataBodyWithEnum(ctx, &body), nullptr) << n;
+        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
+    }
 }
 
 } // namespace

@@ -1,3 +1,5 @@
+#include "schema/node_record.h"
+#include "support/alloc.h"
 #include "types/constraints.h"
 #include "types/leaf.h"
 
@@ -185,6 +187,16 @@ TEST(Leafref, IsCheckedAgainstAnotherLeafsLeafList)
     EXPECT_EQ(leaf.Check("256"), ZR_ERR_VALUE_RANGE);
 }
 
+TEST(Leafref, OfANodeInNoModuleIsRefusedWithItsOwnCode)
+{
+    ZrNode node = {};
+    ZrtConsPath body = {"/m:a", 1};
+    ZrtValidateCtx validation = {};
+    validation.node = &node;
+    EXPECT_EQ(ZRT_CONS_ValidateValueNodeAgainstDataPath(&body, ZR_VALUE_STRING, "5", &validation),
+              ZR_ERR_VALUE_LEAFREF);
+}
+
 TEST(LeafrefPath, IsReadFromTheBody)
 {
     ZrtConsPath body = {"/m:a", 1};
@@ -202,6 +214,18 @@ TEST(LeafrefCopy, HasThePathAndRequireInstance)
     EXPECT_NE(copy->path, body.path);
     EXPECT_EQ(copy->requireInstance, 1u);
     ZRT_CONS_DestroyConsDataBodyWithPath(ctx, copy);
+}
+
+TEST(LeafrefCopy, IsNullWhicheverAllocationFails)
+{
+    zrtest::TestContext ctx;
+    zrtest::AllocGuard guard;
+    ZrtConsPath body = {"/m:a", 1};
+    for (uint64_t n = 0; n < 3; ++n) { // the body, and two blocks for the path
+        guard.FailAt(n);
+        EXPECT_EQ(ZRT_CONS_CopyConsDataBodyWithPath(ctx, &body), nullptr) << n;
+        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
+    }
 }
 
 } // namespace

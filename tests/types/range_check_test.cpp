@@ -230,6 +230,35 @@ TEST(RangeCheck, OfAWidthThatDoesNotFitTheTypeIs22)
     }
 }
 
+TEST(RangeCheck, OfANullValueRefusesByItself)
+{
+    RangeBody body(20);
+    ZrtValidateCtx validation = {};
+    validation.baseType = ZRT_TYPE_INT8;
+    EXPECT_EQ(ZRT_CONS_ValidateValueNodeAgainstDataRange(&body.range, ZR_VALUE_STRING, nullptr,
+                                                         &validation),
+              ZR_ERR_VALUE_RANGE);
+}
+
+TEST(RangeCheck, OfADecimal64ReadsANumberThatNobodyElseHasRead)
+{
+    ZrtGenericSeg segment = {150, 250, ZRT_SEG_SIGNED};
+    ZrtConsRange range = {1, sizeof segment, &segment};
+    for (auto [text, expected] : {std::pair("1.4", ZR_ERR_VALUE_RANGE),
+                                  {"1.5", ZR_OK},
+                                  {"2.5", ZR_OK},
+                                  {"2.51", ZR_ERR_VALUE_RANGE},
+                                  {"x", ZR_ERR_VALUE_RANGE}}) {
+        ZrtValidateCtx validation = {};
+        validation.baseType = ZRT_TYPE_DECIMAL64;
+        validation.fractionDigits = 2;
+        EXPECT_EQ(
+            ZRT_CONS_ValidateValueNodeAgainstDataRange(&range, ZR_VALUE_STRING, text, &validation),
+            uint32_t{expected})
+            << text;
+    }
+}
+
 TEST(RangeCheck, BeforeABuiltInTypeIsReachedRefuses)
 {
     RangeBody body(20);

@@ -223,6 +223,15 @@ TEST(RangePush, OfAnUnknownTypeKeepsThePartAsItIs)
     ExpectGeneric(Push(push, 20, 0, 0, kMinMax), 0, 0, kMinMax);
 }
 
+TEST(RangePush, OfAnUnknownTypeIs104WithoutABlockForTheSegments)
+{
+    ZrtConsRange body = {0, sizeof(ZrtGenericSeg), nullptr};
+    ZrtRangePush push = {&body, 1, 0, 0, 0};
+    ZrtGenericSeg part = {1, 1, ZRT_SEG_UNSIGNED};
+    EXPECT_EQ(ZRT_LOADER_PushRangeValueIntoSegIntUnknown(&push, &part), 104u);
+    EXPECT_EQ(body.segCount, 0);
+}
+
 TEST(RangePush, RefusesASegmentBeyondTheRoom)
 {
     for (uint32_t type = 0; type < ZRT_TYPE_NONE; ++type) {
@@ -292,6 +301,17 @@ TEST(ReadSegment, WidensNarrowSegments)
     EXPECT_TRUE(second.start == 5 && second.end == 6);
     ZrtGenericSeg asUnsigned = zr::ReadSegment(&range, 0, ZRT_TYPE_UINT8);
     EXPECT_TRUE(asUnsigned.start == 253 && asUnsigned.flags == ZRT_SEG_UNSIGNED);
+}
+
+TEST(ReadSegment, TakesNarrowSegmentsOfATypeWithoutIntegersAsLengths)
+{
+    ZrtNarrowSeg<uint32_t> segment = {3, UINT32_MAX};
+    ZrtConsRange range = {1, sizeof segment, &segment};
+    for (uint32_t type : {ZRT_TYPE_STRING, ZRT_TYPE_DERIVED, ZRT_TYPE_INT8, ZRT_TYPE_NONE}) {
+        ZrtGenericSeg read = zr::ReadSegment(&range, 0, type);
+        EXPECT_TRUE(read.start == 3 && read.end == UINT32_MAX && read.flags == ZRT_SEG_UNSIGNED)
+            << type;
+    }
 }
 
 } // namespace

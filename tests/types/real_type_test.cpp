@@ -236,10 +236,17 @@ TEST(CopyType, OfASlotWithoutABodyFailsAndLeavesTheDestinationEmpty)
     ZRT_TYPE_DestroyZrtRealTypeInner(ctx, &source);
 }
 
-TEST(CopyType, OfNullIsNull)
+TEST(CopyType, OfNullOrWithoutAContextIsRefused)
 {
     zrtest::TestContext ctx;
     EXPECT_EQ(ZRT_TYPE_CopyZrtRealType(ctx, nullptr), nullptr);
+    ZrtRealType type = {ZRT_TYPE_INT8, 0, 0, nullptr};
+    ZrtRealType copy = {};
+    EXPECT_EQ(ZRT_TYPE_CopyZrtRealType(nullptr, &type), nullptr);
+    EXPECT_EQ(ZRT_TYPE_CopyZrtRealTypeInner(nullptr, &copy, &type), 12u);
+    EXPECT_EQ(ZRT_TYPE_CopyZrtRealTypeInner(ctx, nullptr, &type), 12u);
+    EXPECT_EQ(ZRT_TYPE_CopyZrtRealTypeInner(ctx, &copy, nullptr), 12u);
+    EXPECT_EQ(copy.baseType, uint32_t{ZRT_TYPE_DERIVED});
 }
 
 TEST(ExpandConstraintArray, MakesZeroedSlotsOnce)

@@ -149,6 +149,12 @@ TEST(UnionUpdate, ReturnsTheFirstFailureOfAMember)
     EXPECT_EQ(ZRT_TYPE_UpdateRealTypeDerivedFrom(type, leaf.context().Module("m")), 22u);
 }
 
+TEST(UnionUpdate, OfNoBodyIs22)
+{
+    Leaf leaf("<type name=\"int8\"/>");
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithUnion(nullptr, leaf.context().Module("m")), 22u);
+}
+
 TEST(UnionMembers, OfNoBodyAreNone)
 {
     uint16_t count = 7;

@@ -208,4 +208,30 @@ TEST(Nesting, HasABoundAndSaysWhenItIsReached)
     EXPECT_EQ(outer.tooDeep, 1u);
 }
 
+// Each typedef is a union that tries the one before it twice, so that a value that none takes is
+// held against twice as many types with every level.
+std::string Doubling(int levels)
+{
+    std::string typedefs = "<typedef name=\"t0\"><type name=\"int8\"/></typedef>";
+    for (int i = 1; i <= levels; ++i) {
+        std::string member = "<type name=\"t" + std::to_string(i - 1) + "\"/>";
+        typedefs += "<typedef name=\"t" + std::to_string(i) + "\"><type name=\"union\">" + member +
+                    member + "</type></typedef>";
+    }
+    return typedefs;
+}
+
+TEST(Nesting, OfUnionsThatMultiplyEndsAfterABoundedNumberOfTypes)
+{
+    for (const auto &[levels, status] :
+         {std::pair{5, uint32_t{ZR_OK}}, std::pair{12, uint32_t{ZR_OK}},
+          std::pair{40, uint32_t{ZR_ERR_VALUE_UNION}}}) {
+        Leaf leaf("<type name=\"union\"><type name=\"t" + std::to_string(levels) +
+                      "\"/><type name=\"boolean\"/></type>",
+                  Doubling(levels));
+        EXPECT_EQ(leaf.Check("7"), ZR_OK) << levels;
+        EXPECT_EQ(leaf.Check("true"), status) << levels; // the last type that is tried
+    }
+}
+
 } // namespace

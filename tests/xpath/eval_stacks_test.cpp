@@ -129,6 +129,15 @@ TEST(EvalResult, IsTheOneObjectThatIsLeft)
     EXPECT_EQ(ZR_XPATH_GetEvalResult(none.Ctx()), 0x7100u);
 }
 
+TEST(EvalResult, IsNoObjectOfAnUnknownKind)
+{
+    DataTree tree("<r/>");
+    Evaluation eval(tree, "1");
+    ZR_XPATH_PushNumberToObjStack(eval.Ctx(), 1);
+    static_cast<ZrXpathObject *>(PAL_Peep(eval.Ctx()->objects))->kind = ZR_XPATH_OBJ_KIND_COUNT;
+    EXPECT_EQ(ZR_XPATH_GetEvalResult(eval.Ctx()), 22u);
+}
+
 // Tokens of "1 or 1 and 1 = 1 > 1": operators at 1, 3, 5 and 7.
 class OperatorStack : public testing::Test {
 protected:

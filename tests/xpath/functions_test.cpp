@@ -153,6 +153,23 @@ TEST_F(DerivedFrom, IsFalseWithoutAValue)
     EXPECT_EQ(Eval("x:mammal", "derived-from(pet, 'base:animal')"), 0x7100u);
 }
 
+TEST_F(DerivedFrom, TakesTheModuleOfTheNodeUpTo64Characters)
+{
+    for (size_t length : {64u, 65u}) {
+        std::string name(length, 'n');
+        ASSERT_EQ(ctx_.LoadBody(name, R"(
+            <import module="base"><prefix value="b"/></import>
+            <container name="top">
+              <leaf name="pet"><type name="identityref"><base name="b:animal"/></type></leaf>
+            </container>)"),
+                  0u);
+        auto tree = Tree("pet", "b:mammal");
+        tree->Find("pet")->_private = ctx_.Module(name.c_str())->dataNodes->firstChild;
+        EXPECT_EQ(tree->Eval("derived-from(pet, 'animal')"), length == 64 ? 0x7100u : 22u);
+        EXPECT_EQ(tree->Eval("derived-from(pet, 'base:animal')"), 0u);
+    }
+}
+
 TEST_F(DerivedFrom, RefusesAnIdentityThatIsNotDefined)
 {
     EXPECT_EQ(Eval("b:horse", "derived-from(pet, 'base:animal')"), 22u);

@@ -201,6 +201,20 @@ TEST_F(Operators, RelationalNeverHoldsForNan)
     }
 }
 
+TEST_F(Operators, RefuseAnObjectOfAnUnknownKindOnEitherSide)
+{
+    ZrXpathObject unknown = {ZR_XPATH_OBJ_KIND_COUNT, {.number = 1}};
+    for (uint32_t operation : {0u, 1u}) {
+        EXPECT_EQ(Run(ZR_XPATH_EvalLogicExpr, unknown, Bool(true), operation), 22u);
+        EXPECT_EQ(Run(ZR_XPATH_EvalLogicExpr, Bool(true), unknown, operation), 22u);
+    }
+    for (uint32_t operation = 2; operation <= 7; ++operation) {
+        EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, unknown, Num(1), operation), 22u);
+        EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Num(1), unknown, operation), 22u);
+    }
+    EXPECT_EQ(eval_.Objects(), 0u);
+}
+
 TEST_F(Operators, FailWithoutMemory)
 {
     zrtest::AllocGuard guard;

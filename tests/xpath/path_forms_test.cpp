@@ -130,6 +130,17 @@ TEST(TransformToJsonFormat, RefusesAModuleWithoutPrefixOnlyWhereItIsNeeded)
     zr::Free(form);
 }
 
+TEST(TransformToJsonFormat, RefusesAPrefixOfMoreThan64CharactersOnlyWhereItIsNeeded)
+{
+    OwnModule module;
+    std::string prefix(65, 'p');
+    module.prefix = prefix.c_str();
+    EXPECT_EQ(ZR_XPATH_TransformToJsonFormat(&module, "/x"), nullptr);
+    char *form = ZR_XPATH_TransformToJsonFormat(&module, "/p:x");
+    EXPECT_STREQ(form, "/m1:x");
+    zr::Free(form);
+}
+
 TEST(TransformToJsonFormat, AllocatesTheExactSizeAndSurvivesWithoutMemory)
 {
     OwnModule module;

@@ -70,5 +70,8 @@ int main(int argc, char **argv)
     } catch (const std::bad_alloc &) {
         tool::Complain("out of memory");
         return tool::kExitFailed;
+    } catch (const std::exception &error) {
+        tool::Complain(error.what());
+        return tool::kExitFailed;
     }
 }

@@ -29,7 +29,7 @@ std::string FirstAttribute(const xmlNode *element)
 
 } // namespace
 
-ModuleFiles::ModuleFiles(std::vector<std::string> directories)
+ModuleFiles::ModuleFiles(const std::vector<std::string> &directories)
 {
     std::error_code error;
     for (const std::string &directory : directories)

@@ -11,7 +11,7 @@ namespace tool {
 // Which modules there are in the directories, and what each imports.
 class ModuleFiles {
 public:
-    explicit ModuleFiles(std::vector<std::string> directories);
+    explicit ModuleFiles(const std::vector<std::string> &directories);
 
     // Every module found, by name.
     std::vector<std::string> Names() const;

@@ -144,7 +144,10 @@ std::string PathOf(const ZrCtx *ctx, xmlNode *element)
         bool top = node->parent == nullptr || node->parent->type != XML_ELEMENT_NODE;
         const char *outer = top ? nullptr : ModuleOf(ctx, node->parent);
         bool qualified = module != nullptr && (outer == nullptr || std::string(module) != outer);
-        path = "/" + (qualified ? std::string(module) + ":" : "") + Text(node->name) + path;
+        std::string step = "/";
+        if (qualified)
+            step.append(module).append(":");
+        path.insert(0, step.append(Text(node->name)));
     }
     return path;
 }
@@ -280,7 +283,7 @@ int RunValidate(const ValidateOptions &options)
 {
     if (options.rpc == options.notification)
         throw UsageError{"validate takes either --rpc or --notification"};
-    Session session(0, options.modules.directories);
+    Session session(ZR_CTX_KEEP_PATTERNS, options.modules.directories);
     bool loaded = LoadWithImports(session, options.modules);
     Outcome outcome = Validate(session.ctx(), ReadInput(options.file), options.notification);
     (options.json ? PrintJson : PrintText)(outcome, options.print);
