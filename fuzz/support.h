@@ -8,6 +8,9 @@
 #include <string>
 #include <string_view>
 
+// What every target defines, for libFuzzer or the plain driver to call: one input, always 0.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
+
 namespace zrfuzz {
 
 // Aborts when `holds` is false, with `what` on standard error.

@@ -5,7 +5,10 @@
 #include <string>
 #include <string_view>
 
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t maxSize);
+extern "C" {
+size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t maxSize); // libFuzzer's own
+size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsigned int start);
+}
 
 namespace {
 
