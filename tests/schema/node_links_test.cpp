@@ -140,6 +140,16 @@ TEST_F(NodeLinks, UnlinkingALaterTopLevelNodeKeepsTheHead)
     ZRS_NODE_Free(q);
 }
 
+TEST_F(NodeLinks, ANodeWithoutAModuleOnlyLosesItsSiblings)
+{
+    ZrNode a = {}, b = {};
+    ZRS_NODE_AddSibling(&a, &b);
+    ZRS_NODE_Unlink(&a);
+    EXPECT_EQ(a.next, nullptr);
+    EXPECT_EQ(b.prev, nullptr);
+    EXPECT_EQ(module_->dataNodes, parent_);
+}
+
 TEST_F(NodeLinks, OnlyTheFirstHeadThatMatchesMoves)
 {
     ZrNode *q = New("q");

@@ -194,6 +194,34 @@ TEST(KeptPattern, IsNotTakenOverByACopyOfItsType)
     ZRT_TYPE_DestroyZrtRealType(leaf.context(), copy);
 }
 
+// The last allocation only makes the compiled form smaller: libxml2 goes on without it.
+TEST(PatternWithoutMemory, IsTakenForNoMatchEvenWhenInverted)
+{
+    for (const char *modifier : {"", "<modifier value=\"invert-match\"/>"}) {
+        Leaf leaf(String(std::string("<pattern value=\"[a-z]+\">") + modifier + "</pattern>"));
+        const char *good = *modifier == '\0' ? "abc" : "1";
+        uint64_t allocations = AllocationsOfOneCheck(leaf, good);
+        XmlAllocGuard memory;
+        memory.FailAt(allocations - 1);
+        EXPECT_EQ(leaf.Check(good), ZR_ERR_VALUE_PATTERN) << modifier;
+        EXPECT_TRUE(memory.Stop());
+    }
+}
+
+TEST(KeptPattern, ThatLibxml2LacksMemoryForIsCompiledAgainForTheValue)
+{
+    Leaf leaf(String("<pattern value=\"[a-z]+\"/>"), "", ZR_CTX_KEEP_PATTERNS);
+    uint64_t allocations =
+        AllocationsOfOneCheck(Leaf(String("<pattern value=\"[a-z]+\"/>")), "abc");
+    XmlAllocGuard memory;
+    memory.FailAt(allocations - 1);
+    EXPECT_EQ(leaf.Check("abc"), ZR_OK);
+    EXPECT_TRUE(memory.Stop());
+    EXPECT_GT(memory.Count(), allocations);
+    EXPECT_EQ(leaf.Check("abc"), ZR_OK);
+    EXPECT_EQ(AllocationsOfOneCheck(leaf, "abc"), 0u);
+}
+
 TEST(KeptPattern, AcceptsNothingWhenMatchingRunsOutOfMemory)
 {
     // With more than one way through them, so that matching has to remember where it was.
