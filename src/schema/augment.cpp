@@ -1,6 +1,7 @@
 // Coupling and uncoupling of one augment.
 #include "schema/augment.h"
 
+#include "schema/lookup.h"
 #include "schema/module_record.h"
 #include "schema/node.h"
 
@@ -78,12 +79,17 @@ uint32_t ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(ZrNode *augment, ZrNode *targ
 
 uint32_t ZRS_NODE_CoupleAugmentNode(ZrNode *augment)
 {
+    return zr::CoupleAugment(augment, nullptr);
+}
+
+uint32_t zr::CoupleAugment(ZrNode *augment, ChildIndex *index)
+{
     if (augment == nullptr || augment->module == nullptr)
         return ZR_ERR_INVALID;
     if ((augment->flags & ZRS_FLAG_COUPLED) != 0)
         return ZR_OK;
     ZrCtx *ctx = augment->module->ctx;
-    ZrNode *target = ZR_CTX_GetTargetNode(ctx, augment->name, nullptr);
+    ZrNode *target = zr::FindTarget(ctx, augment->name, nullptr, index);
     if (target == nullptr) {
         target = ZRS_NODE_UpdateTargetPathWithInputOutput(ctx, augment->name);
         if (target == nullptr)

@@ -78,6 +78,11 @@ bool LastNamedModule(const char *path, ModuleNameText &nameOut);
 // Whether `path` is `root` or leads to something below it.
 bool IsPathAtOrBelow(const char *path, const char *root);
 
+class ChildIndex;
+
+// ZRS_NODE_CoupleAugmentNode for many augments in a row, with an index that may be null.
+uint32_t CoupleAugment(ZrNode *augment, ChildIndex *index);
+
 // Takes a coupled augment's nodes back without telling the application, for an augment that is
 // about to be freed with them.
 void TakeBackAugmentNodes(ZrNode *augment);

@@ -4,6 +4,7 @@
 #include "foundation/module_tree.h"
 #include "foundation/relations.h"
 #include "schema/augment.h"
+#include "schema/child_index.h"
 #include "schema/deviation.h"
 #include "schema/module_record.h"
 #include "schema/node.h"
@@ -81,10 +82,12 @@ private:
         uint32_t status = Relate(target);
         if (status != ZR_OK)
             return status;
-        if (const ZrMod *remover = zr::FindRemover(module_->ctx, augment->name))
+        if (const ZrMod *remover = zr::FindRemover(module_->ctx, augment->name)) {
+            index_.Forget(); // a node that goes may be the one whose children it holds
             return zr::DropAugment(augment, remover);
+        }
         bool hadMade = (augment->flags & ZRS_FLAG_MADE_TARGET) != 0;
-        status = ZRS_NODE_CoupleAugmentNode(augment);
+        status = zr::CoupleAugment(augment, &index_);
         if (status != ZR_OK)
             return status;
         ++coupled_;
@@ -115,6 +118,7 @@ private:
     }
 
     ZrMod *module_;
+    zr::ChildIndex index_;
     uint32_t status_ = ZR_OK;
     uint32_t coupled_ = 0;
     bool madeTarget_ = false;

@@ -5,20 +5,43 @@
 
 #include "foundation/text.h"
 #include "platform/text.h"
+#include "schema/child_index.h"
 #include "schema/module_record.h"
 #include "schema/node.h"
 #include "xpath/path_forms.h"
 
 namespace {
 
+// By schema node identifier, as ZRS_MOD_GetNodeBySchemaNodeId; the index may be null.
+ZrNode *FindBySteps(const ZrMod *module, ZrNode *start, const char *path, zr::ChildIndex *index)
+{
+    ZrNode *node = start;
+    const char *rest = path;
+    do {
+        char moduleName[zr::kNameSize];
+        char name[zr::kNameSize];
+        rest = ZR_UTL_GetXPathNextPredicatedPrefixNode(*rest == '/' ? rest + 1 : rest, moduleName,
+                                                       sizeof(moduleName), name, sizeof(name));
+        if (rest == nullptr)
+            return nullptr;
+        if (node == nullptr)
+            node = ZRS_MOD_FindTopLevelSchemaNode(module, name);
+        else if (index != nullptr)
+            node = index->Find(node, moduleName, name);
+        else
+            node = ZRS_NODE_FindChildNodeByName(node, moduleName, name);
+    } while (node != nullptr && *rest != '\0');
+    return node;
+}
+
 // Looks the rest of a path up below the module's own augments of exactly that target.
 ZrNode *FindUnderAugment(const ZrMod *module, std::string_view augmentTarget, const char *restPath,
-                         ZrNode **augmentOut)
+                         ZrNode **augmentOut, zr::ChildIndex *index)
 {
     for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
         if (augment->name == nullptr || augment->name != augmentTarget)
             continue;
-        ZrNode *node = ZRS_MOD_GetNodeBySchemaNodeId(module, augment, restPath);
+        ZrNode *node = FindBySteps(module, augment, restPath, index);
         if (node != nullptr) {
             if (augmentOut != nullptr)
                 *augmentOut = augment;
@@ -44,10 +67,10 @@ struct TargetPath {
     }
 
     // The node that the path names, looked up in the module that owns the last named step.
-    ZrNode *Find(const ZrMod *module, ZrNode **augmentOut) const
+    ZrNode *Find(const ZrMod *module, ZrNode **augmentOut, zr::ChildIndex *index) const
     {
-        return head.empty() ? ZRS_MOD_GetNodeBySchemaNodeId(module, nullptr, tail)
-                            : FindUnderAugment(module, head, tail, augmentOut);
+        return head.empty() ? FindBySteps(module, nullptr, tail, index)
+                            : FindUnderAugment(module, head, tail, augmentOut, index);
     }
 };
 
@@ -57,19 +80,7 @@ ZrNode *ZRS_MOD_GetNodeBySchemaNodeId(const ZrMod *module, ZrNode *start, const 
 {
     if (module == nullptr || path == nullptr)
         return nullptr;
-    ZrNode *node = start;
-    const char *rest = path;
-    do {
-        char moduleName[zr::kNameSize];
-        char name[zr::kNameSize];
-        rest = ZR_UTL_GetXPathNextPredicatedPrefixNode(*rest == '/' ? rest + 1 : rest, moduleName,
-                                                       sizeof(moduleName), name, sizeof(name));
-        if (rest == nullptr)
-            return nullptr;
-        node = node == nullptr ? ZRS_MOD_FindTopLevelSchemaNode(module, name)
-                               : ZRS_NODE_FindChildNodeByName(node, moduleName, name);
-    } while (node != nullptr && *rest != '\0');
-    return node;
+    return FindBySteps(module, start, path, nullptr);
 }
 
 ZrNode *ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(const ZrMod *module, const char *augmentTarget,
@@ -79,10 +90,10 @@ ZrNode *ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(const ZrMod *module, const cha
         *augmentOut = nullptr;
     if (module == nullptr || augmentTarget == nullptr || restPath == nullptr)
         return nullptr;
-    return FindUnderAugment(module, augmentTarget, restPath, augmentOut);
+    return FindUnderAugment(module, augmentTarget, restPath, augmentOut, nullptr);
 }
 
-ZrNode *ZR_CTX_GetTargetNode(const ZrCtx *ctx, const char *path, ZrNode **augmentOut)
+ZrNode *zr::FindTarget(const ZrCtx *ctx, const char *path, ZrNode **augmentOut, ChildIndex *index)
 {
     if (augmentOut != nullptr)
         *augmentOut = nullptr;
@@ -90,7 +101,12 @@ ZrNode *ZR_CTX_GetTargetNode(const ZrCtx *ctx, const char *path, ZrNode **augmen
     if (ctx == nullptr || !target.Split(path))
         return nullptr;
     const ZrMod *module = ZR_CTX_GetModuleByModName(ctx, target.moduleName);
-    return module != nullptr ? target.Find(module, augmentOut) : nullptr;
+    return module != nullptr ? target.Find(module, augmentOut, index) : nullptr;
+}
+
+ZrNode *ZR_CTX_GetTargetNode(const ZrCtx *ctx, const char *path, ZrNode **augmentOut)
+{
+    return zr::FindTarget(ctx, path, augmentOut, nullptr);
 }
 
 uint32_t ZRS_MOD_FindAugNodeTargetInSelfMod(const ZrMod *module, const ZrNode *augment,
@@ -102,6 +118,6 @@ uint32_t ZRS_MOD_FindAugNodeTargetInSelfMod(const ZrMod *module, const ZrNode *a
     if (!target.Split(augment->name))
         return ZR_ERR_INVALID;
     bool ownModule = PAL_StrCmp(target.moduleName, module->name) == 0;
-    *nodeOut = ownModule ? target.Find(module, nullptr) : nullptr;
+    *nodeOut = ownModule ? target.Find(module, nullptr, nullptr) : nullptr;
     return ZR_OK;
 }

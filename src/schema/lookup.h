@@ -44,3 +44,10 @@ ZR_API char *ZRS_NODE_PrintPath(const ZrNode *node);
 ZR_API uint32_t ZRS_NODE_PrintJsonPathRecursive(const ZrNode *node, char *buffer, uint32_t size,
                                                 uint32_t *length);
 }
+
+namespace zr {
+class ChildIndex;
+
+// ZR_CTX_GetTargetNode() for many paths in a row, with an index that may be null.
+ZrNode *FindTarget(const ZrCtx *ctx, const char *path, ZrNode **augmentOut, ChildIndex *index);
+} // namespace zr

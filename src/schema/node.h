@@ -72,3 +72,8 @@ ZR_API ZrNode *ZRS_NODE_CopyOneNodeToModule(const ZrNode *source, ZrMod *target)
 ZR_API uint32_t ZRS_NODE_CopySchemaByType(ZrNode *destination, const ZrNode *source);
 ZR_API ZrNode *ZRS_NODE_CopyNodeTreeToModule(ZrNode *root, ZrMod *target);
 }
+
+namespace zr {
+// Whether the node belongs to the module of that name.
+bool IsOfModule(const ZrNode *node, const char *moduleName);
+} // namespace zr

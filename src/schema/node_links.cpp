@@ -16,12 +16,6 @@ void ForgetLastAppended(const ZrNode *node)
     }
 }
 
-bool IsOfModule(const ZrNode *node, const char *moduleName)
-{
-    return node->module != nullptr && node->module->name != nullptr &&
-           PAL_StrCmp(node->module->name, moduleName) == 0;
-}
-
 // Compares the names of siblings with one text: by their characters at first, which mostly differ
 // soon, and among many siblings by the text's shared copy, which all names of the context have.
 class NameMatch {
@@ -47,6 +41,12 @@ private:
 };
 
 } // namespace
+
+bool zr::IsOfModule(const ZrNode *node, const char *moduleName)
+{
+    return node->module != nullptr && node->module->name != nullptr &&
+           PAL_StrCmp(node->module->name, moduleName) == 0;
+}
 
 void ZR_NODE_CalibrateTopNodeAddress(ZrNode *node)
 {
@@ -168,7 +168,7 @@ ZrNode *ZRS_NODE_FindChildNodeByName(const ZrNode *parent, const char *moduleNam
     NameMatch isName(parent, name);
     // The last child ends the scan: a coupled augment's own stretch ends inside the target's chain.
     for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
-        if (isName(child->name) && (anyModule || IsOfModule(child, moduleName)))
+        if (isName(child->name) && (anyModule || zr::IsOfModule(child, moduleName)))
             return child;
         if (child == parent->lastChild)
             break;

@@ -1,0 +1,117 @@
+#include "schema/child_index.h"
+
+#include "schema/coupling_fixture.h"
+#include "schema/record_fixture.h"
+#include "support/alloc.h"
+
+namespace {
+
+using zrtest::AllocGuard;
+
+class ChildIndex : public zrtest::RecordTest {
+protected:
+    ChildIndex() : module_(NewModule("m")), other_(NewModule("other")) {}
+
+    ZrNode *NewParent(const char *name, int children)
+    {
+        ZrNode *parent = AddData(module_, ZR_NODE_CONTAINER, name);
+        for (int i = 0; i < children; ++i)
+            AddChild(parent, ZR_NODE_LEAF, Name(i).c_str());
+        return parent;
+    }
+    static std::string Name(int number) { return "child-" + std::to_string(number); }
+
+    // The index and the search among siblings must agree for every child and for what is none.
+    static void ExpectAgreement(zr::ChildIndex &index, const ZrNode *parent)
+    {
+        std::vector<std::string> names = {"none", "m", ""};
+        for (const ZrNode *child = parent->firstChild; child != nullptr; child = child->next)
+            names.push_back(child->name);
+        for (const std::string &name : names) {
+            for (const char *module : {static_cast<const char *>(nullptr), "", "m", "other", "x"})
+                EXPECT_EQ(index.Find(parent, module, name.c_str()),
+                          ZRS_NODE_FindChildNodeByName(parent, module, name.c_str()))
+                    << name;
+        }
+    }
+
+    ZrMod *module_;
+    ZrMod *other_;
+};
+
+TEST_F(ChildIndex, FindsWhatTheSearchAmongSiblingsFinds)
+{
+    zr::ChildIndex index;
+    for (int children : {0, 1, 63, 64, 65, 1000}) {
+        SCOPED_TRACE(children);
+        ExpectAgreement(index, NewParent(("p" + std::to_string(children)).c_str(), children));
+    }
+    EXPECT_EQ(index.Find(nullptr, "m", "child-1"), nullptr);
+    EXPECT_EQ(index.Find(module_->dataNodes, "m", nullptr), nullptr);
+}
+
+TEST_F(ChildIndex, TellsModulesApartAndFindsTheFirstOfSeveral)
+{
+    zr::ChildIndex index;
+    ZrNode *parent = NewParent("p", 100);
+    for (int i = 0; i < 100; i += 2)
+        ZRS_NODE_AddChild(parent, NewNode(other_, ZR_NODE_LEAF, Name(i).c_str()));
+    ExpectAgreement(index, parent);
+}
+
+TEST_F(ChildIndex, NoticesChildrenThatComeAndAnotherParent)
+{
+    zr::ChildIndex index;
+    ZrNode *parent = NewParent("p", 100), *second = NewParent("q", 200);
+    EXPECT_EQ(index.Find(parent, nullptr, "late"), nullptr);
+    ZrNode *late = AddChild(parent, ZR_NODE_LEAF, "late");
+    EXPECT_EQ(index.Find(parent, nullptr, "late"), late);
+    ZrNode *early = NewNode(module_, ZR_NODE_LEAF, "early");
+    ZRS_NODE_AddAsFirstChild(parent, early);
+    EXPECT_EQ(index.Find(parent, nullptr, "early"), early);
+    ExpectAgreement(index, second);
+    ExpectAgreement(index, parent);
+}
+
+TEST_F(ChildIndex, HasToForgetAChildThatGoes)
+{
+    zr::ChildIndex index;
+    ZrNode *parent = NewParent("p", 100);
+    ZrNode *child = index.Find(parent, nullptr, "child-50");
+    ASSERT_NE(child, nullptr);
+    ZRS_NODE_Unlink(child);
+    ZRS_NODE_Free(child);
+    index.Forget();
+    EXPECT_EQ(index.Find(parent, nullptr, "child-50"), nullptr);
+    ExpectAgreement(index, parent);
+}
+
+TEST_F(ChildIndex, NeedsMemoryOnlyToBeQuick)
+{
+    zr::ChildIndex index;
+    ZrNode *parent = NewParent("p", 100);
+    AllocGuard guard;
+    guard.FailAt(0, true);
+    ExpectAgreement(index, parent);
+    EXPECT_GT(guard.Count(), 0u);
+}
+
+TEST(Coupling, OfAugmentsToEveryOneOfManyChildrenReachesEach)
+{
+    std::string containers, augments;
+    for (int i = 0; i < 300; ++i) {
+        std::string name = "c" + std::to_string(i * 7 % 300);
+        containers += zrtest::Container("c" + std::to_string(i));
+        augments += zrtest::Augment("/m:top/m:" + name, zrtest::Leaf("a" + name));
+    }
+    zrtest::TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", zrtest::Container("top", containers)), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", zrtest::Import("m") + augments), 0u);
+    EXPECT_TRUE(ctx.Messages().empty());
+    for (int i = 0; i < 300; ++i) {
+        std::string name = "c" + std::to_string(i);
+        EXPECT_NE(ctx.Node(("/m:top/" + name + "/a:a" + name).c_str()), nullptr) << name;
+    }
+}
+
+} // namespace
