@@ -152,7 +152,7 @@ void Register(const char *name, void (*function)(benchmark::State &), int size, 
         ->Arg(size)
         ->Arg(2 * size)
         ->Unit(benchmark::kMillisecond);
-    bench::AddRatio(std::string(what) + ": cost at twice the size / twice the cost", 1.3,
+    bench::AddRatio(std::string(what) + ": cost at 2 n / 2 x cost at n", 1.3,
                     [one, two]() -> std::optional<double> {
                         auto small = bench::CpuTime(one), large = bench::CpuTime(two);
                         if (!small || !large)

@@ -55,12 +55,12 @@ private:
 
 void PrintRatios()
 {
-    std::printf("\n%-72s %10s %8s\n", "ratio", "measured", "aim");
+    std::printf("\n%-78s %10s %8s\n", "ratio", "measured", "aim");
     for (const Ratio &ratio : Ratios()) {
         std::optional<double> value = ratio.value();
         if (!value)
             continue;
-        std::printf("%-72s %10.2f ", ratio.name.c_str(), *value);
+        std::printf("%-78s %10.2f ", ratio.name.c_str(), *value);
         if (ratio.aim > 0)
             std::printf("%8.2f  %s\n", ratio.aim, *value <= ratio.aim ? "met" : "missed");
         else
