@@ -222,7 +222,8 @@ const std::vector<Row> g_yangTypes = {
      {"1a", "-a", ".a", "a b", "a:b", "\xC3\xBC"}},
 };
 
-class ValueTypes : public testing::Test {
+// With patterns compiled for each value, and kept after the first.
+class ValueTypes : public testing::TestWithParam<uint32_t> {
 protected:
     void Load(const char *moduleName, const std::vector<Row> &rows)
     {
@@ -262,24 +263,28 @@ protected:
                 EXPECT_EQ(Check(row, value), row.refusal) << row.typeDef << " \"" << value << '"';
         }
     }
-    zrtest::TestContext ctx_;
+    zrtest::TestContext ctx_{GetParam()};
 };
+INSTANTIATE_TEST_SUITE_P(Options, ValueTypes, testing::Values(0u, uint32_t{ZR_CTX_KEEP_PATTERNS}),
+                         [](const auto &flags) {
+                             return flags.param == 0 ? "Default" : "KeepPatterns";
+                         });
 
-TEST_F(ValueTypes, OfInetTypesTakeTheirValues)
+TEST_P(ValueTypes, OfInetTypesTakeTheirValues)
 {
     Load("ietf-inet-types", g_inetTypes);
     if (!HasFatalFailure() && !IsSkipped())
         CheckRows(g_inetTypes);
 }
 
-TEST_F(ValueTypes, OfYangTypesTakeTheirValues)
+TEST_P(ValueTypes, OfYangTypesTakeTheirValues)
 {
     Load("ietf-yang-types", g_yangTypes);
     if (!HasFatalFailure() && !IsSkipped())
         CheckRows(g_yangTypes);
 }
 
-TEST_F(ValueTypes, MeasureTheLengthOfNames)
+TEST_P(ValueTypes, MeasureTheLengthOfNames)
 {
     Load("ietf-inet-types", g_inetTypes);
     if (HasFatalFailure() || IsSkipped())
