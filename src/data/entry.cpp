@@ -9,6 +9,7 @@
 #include "data/default_list.h"
 #include "data/error_record.h"
 #include "foundation/memory.h"
+#include "platform/xml_errors.h"
 #include "platform/xml_parse.h"
 
 namespace {
@@ -74,10 +75,17 @@ ZrdErrNode *FinishRun(ZrdCheckAux *check, uint32_t status)
     return nullptr;
 }
 
+// One run, in which libxml2 prints nothing about nodes that it has no memory for.
+uint32_t Run(ZrdCheckAux *check, xmlNode *top)
+{
+    zr::XmlErrors errors;
+    return ZRD_PAS_ValidateDataTree(check, top);
+}
+
 uint32_t RunOnTree(ZrdCheckAux *check, xmlNode *top)
 {
     TreeGuard guard(top);
-    return guard.failed() ? uint32_t{ZR_ERR_NO_MEMORY} : ZRD_PAS_ValidateDataTree(check, top);
+    return guard.failed() ? uint32_t{ZR_ERR_NO_MEMORY} : Run(check, top);
 }
 
 // The callback sees the tree as the caller will have it: no private pointers, no marks.
@@ -87,12 +95,18 @@ ZrdErrNode *ValidateTree(ZrdCheckAux *check, xmlNode *top)
     return FinishRun(check, isElement ? RunOnTree(check, top) : uint32_t{ZR_ERR_INVALID});
 }
 
+void Dump(xmlDoc *document, xmlChar **text, int *size)
+{
+    zr::XmlErrors errors;
+    xmlDocDumpFormatMemoryEnc(document, text, size, "UTF-8", 1);
+}
+
 // The document as the run left it, to the callback.
 uint32_t HandOut(xmlDoc *document, ZrDocumentFunc callback, void *userData)
 {
     xmlChar *text = nullptr;
     int size = 0;
-    xmlDocDumpFormatMemoryEnc(document, &text, &size, "UTF-8", 1);
+    Dump(document, &text, &size);
     if (text == nullptr || size <= 0) {
         xmlFree(text);
         return ZR_ERR_INVALID;
@@ -135,7 +149,7 @@ uint32_t ZR_CTX_ValidateNotifDataTree(ZrCtx *ctx, const char *xmlText, ZrDocumen
     xmlDoc *document = zr::ParseXmlText(xmlText, std::strlen(xmlText));
     if (document == nullptr)
         return ZR_ERR_INVALID;
-    uint32_t status = ZRD_PAS_ValidateDataTree(&check, xmlDocGetRootElement(document));
+    uint32_t status = Run(&check, xmlDocGetRootElement(document));
     ZR_FreeErrNode(check.error);
     status = status == ZR_OK ? HandOut(document, callback, userData) : uint32_t{ZR_ERR_INVALID};
     xmlFreeDoc(document);

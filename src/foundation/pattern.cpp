@@ -33,11 +33,12 @@ zr::Match zr::MatchPattern(const char *str, const char *pattern)
     return Outcome(matches, errors);
 }
 
-xmlRegexp *zr::CompilePattern(const char *pattern)
+xmlRegexp *zr::CompilePattern(const char *pattern, bool *outOfMemory)
 {
     XmlErrors errors;
     xmlRegexp *compiled = xmlRegexpCompile(AsXml(pattern));
-    if (!errors.outOfMemory())
+    *outOfMemory = errors.outOfMemory();
+    if (!*outOfMemory)
         return compiled;
     xmlRegFreeRegexp(compiled);
     return nullptr;

@@ -21,8 +21,9 @@ enum class Match { Yes, No, OutOfMemory };
 Match MatchPattern(const char *str, const char *pattern);
 
 // The expression in a form that any number of threads may match texts with, to be released with
-// xmlRegFreeRegexp; null when it does not compile or memory runs out. Its memory is libxml2's.
-xmlRegexp *CompilePattern(const char *pattern);
+// xmlRegFreeRegexp. Its memory is libxml2's. Null when it does not compile or memory runs out;
+// `*outOfMemory` tells which.
+xmlRegexp *CompilePattern(const char *pattern, bool *outOfMemory);
 Match MatchCompiled(xmlRegexp *compiled, const char *str);
 
 } // namespace zr

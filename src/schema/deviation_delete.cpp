@@ -23,26 +23,15 @@ constexpr zr::DeviateStep kDeleteSteps[] = {
 constexpr zr::DefaultsByKind kDeleteDefaults = {ZRS_MOD_DelChoiceDefault, ZRS_MOD_DelLeafDefault,
                                                 ZRS_MOD_DelLeaflistDefaults};
 
-struct SingleDefaultMessages {
-    const char *tooMany;
-    const char *none;
-    const char *different;
-};
-
 uint32_t DeleteSingleDefault(ZrMod *module, const ZrsDeviate *deviate, ZrNode *target,
-                             const SingleDefaultMessages &messages)
+                             const zr::SingleDefaultMessages &messages, const char *different)
 {
-    if (deviate->defaultCount > 1) {
-        zr::RefuseDeviate(module, target, messages.tooMany);
-        return ZR_OK; // kept: recorded, but coupling goes on
-    }
-    const char **slot = zr::DefaultSlot(target);
-    if (*slot == nullptr)
-        return zr::RefuseDeviate(module, target, messages.none);
-    if (!zr::TextEquals(*slot, deviate->defaults[0]))
-        return zr::RefuseDeviate(module, target, messages.different);
-    zr::Release(&module->ctx->dict, *slot);
-    return ZR_OK;
+    return zr::ChangeSingleDefault(module, deviate, target, messages, [=](const char *&slot) {
+        if (!zr::TextEquals(slot, deviate->defaults[0]))
+            return zr::RefuseDeviate(module, target, different);
+        zr::Release(&module->ctx->dict, slot);
+        return uint32_t{ZR_OK};
+    });
 }
 
 // How many of the target's values the listed ones take away, a value listed twice counted twice.
@@ -164,8 +153,8 @@ uint32_t ZRS_MOD_DelChoiceDefault(ZrMod *module, ZrsDeviate *deviate, ZrNode *ta
     return DeleteSingleDefault(
         module, deviate, target,
         {"Failed to delete default from choice node \"%s\", because default number > 1.",
-         "Failed to delete default from choice node \"%s\" without default value.",
-         "Failed to find default value to be deleted in choice node \"%s\"."});
+         "Failed to delete default from choice node \"%s\" without default value."},
+        "Failed to find default value to be deleted in choice node \"%s\".");
 }
 
 uint32_t ZRS_MOD_DelLeafDefault(ZrMod *module, ZrsDeviate *deviate, ZrNode *target)
@@ -174,8 +163,8 @@ uint32_t ZRS_MOD_DelLeafDefault(ZrMod *module, ZrsDeviate *deviate, ZrNode *targ
         module, deviate, target,
         {"Failed to delete default from leaf node \"%s\", because the number of defaults to be "
          "deleted > 1.",
-         "Failed to delete default from leaf node \"%s\" without default value.",
-         "Failed to find default value to be deleted in leaf node \"%s\"."});
+         "Failed to delete default from leaf node \"%s\" without default value."},
+        "Failed to find default value to be deleted in leaf node \"%s\".");
 }
 
 uint32_t ZRS_MOD_DelLeaflistDefaults(ZrMod *module, ZrsDeviate *deviate, ZrNode *target)

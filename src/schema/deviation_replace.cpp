@@ -20,22 +20,12 @@ constexpr zr::DeviateStep kReplaceSteps[] = {
 constexpr zr::DefaultsByKind kReplaceDefaults = {ZRS_MOD_ReplChoiceDefault, ZRS_MOD_ReplLeafDefault,
                                                  ZRS_MOD_ReplLeaflistDefaults};
 
-struct SingleDefaultMessages {
-    const char *tooMany;
-    const char *none;
-};
-
 uint32_t ReplaceSingleDefault(ZrMod *module, const ZrsDeviate *deviate, ZrNode *target,
-                              const SingleDefaultMessages &messages)
+                              const zr::SingleDefaultMessages &messages)
 {
-    if (deviate->defaultCount > 1) {
-        zr::RefuseDeviate(module, target, messages.tooMany);
-        return ZR_OK; // kept: recorded, but coupling goes on
-    }
-    const char **slot = zr::DefaultSlot(target);
-    if (*slot == nullptr)
-        return zr::RefuseDeviate(module, target, messages.none);
-    return zr::ReplaceText(module, *slot, deviate->defaults[0]);
+    return zr::ChangeSingleDefault(module, deviate, target, messages, [=](const char *&slot) {
+        return zr::ReplaceText(module, slot, deviate->defaults[0]);
+    });
 }
 
 void FreeDefaults(ZrDict *dict, ZrsLeafListInfo *info)

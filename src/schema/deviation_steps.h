@@ -62,6 +62,28 @@ uint32_t RefuseDeviate(ZrMod *module, const ZrNode *target, const char *message)
 
 // Where the node keeps its single default: a leaf's value or a choice's case.
 const char **DefaultSlot(ZrNode *target);
+// What is said of a deviate that names several defaults, and of a target that has none.
+struct SingleDefaultMessages {
+    const char *tooMany;
+    const char *none;
+};
+
+// Hands the target's single default, which has to be there, to `change(slot)` and returns its
+// status.
+template <typename Change>
+uint32_t ChangeSingleDefault(ZrMod *module, const ZrsDeviate *deviate, ZrNode *target,
+                             const SingleDefaultMessages &messages, Change change)
+{
+    if (deviate->defaultCount > 1) {
+        RefuseDeviate(module, target, messages.tooMany);
+        return ZR_OK; // kept: recorded, but coupling goes on
+    }
+    const char **slot = DefaultSlot(target);
+    if (*slot == nullptr)
+        return RefuseDeviate(module, target, messages.none);
+    return change(*slot);
+}
+
 // Where the node keeps its units; null for a kind that has none.
 const char **UnitsSlot(ZrNode *target);
 // The leaf-list's record.

@@ -3,7 +3,6 @@
 
 #include <string_view>
 
-#include "foundation/text.h"
 #include "platform/text.h"
 #include "schema/child_index.h"
 #include "schema/module_record.h"
@@ -15,23 +14,13 @@ namespace {
 // By schema node identifier, as ZRS_MOD_GetNodeBySchemaNodeId; the index may be null.
 ZrNode *FindBySteps(const ZrMod *module, ZrNode *start, const char *path, zr::ChildIndex *index)
 {
-    ZrNode *node = start;
-    const char *rest = path;
-    do {
-        char moduleName[zr::kNameSize];
-        char name[zr::kNameSize];
-        rest = ZR_UTL_GetXPathNextPredicatedPrefixNode(*rest == '/' ? rest + 1 : rest, moduleName,
-                                                       sizeof(moduleName), name, sizeof(name));
-        if (rest == nullptr)
-            return nullptr;
-        if (node == nullptr)
-            node = ZRS_MOD_FindTopLevelSchemaNode(module, name);
-        else if (index != nullptr)
-            node = index->Find(node, moduleName, name);
-        else
-            node = ZRS_NODE_FindChildNodeByName(node, moduleName, name);
-    } while (node != nullptr && *rest != '\0');
-    return node;
+    return zr::FollowSteps(
+        start, path, [=](ZrNode *node, const char *moduleName, const char *name) {
+            if (node == nullptr)
+                return ZRS_MOD_FindTopLevelSchemaNode(module, name);
+            return index != nullptr ? index->Find(node, moduleName, name)
+                                    : ZRS_NODE_FindChildNodeByName(node, moduleName, name);
+        });
 }
 
 // Looks the rest of a path up below the module's own augments of exactly that target.

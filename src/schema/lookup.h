@@ -7,6 +7,8 @@
 
 #include <zrschema/context.h>
 
+#include "foundation/text.h"
+
 extern "C" {
 // Appends a node to the module's chain for its kind; 22 for a kind that is no top-level one.
 ZR_API uint32_t ZRS_MOD_AddTopNodeToSchemaTree(ZrMod *module, ZrNode *node);
@@ -47,6 +49,23 @@ ZR_API uint32_t ZRS_NODE_PrintJsonPathRecursive(const ZrNode *node, char *buffer
 
 namespace zr {
 class ChildIndex;
+
+// Goes down a path, whose first "/" may be left out, from `node`, which may be null: each step is
+// `step(node, moduleName, name)`, and the first null ends the walk, as a malformed step does.
+template <typename Step> ZrNode *FollowSteps(ZrNode *node, const char *path, Step step)
+{
+    const char *rest = path;
+    do {
+        char moduleName[kNameSize];
+        char name[kNameSize];
+        rest = ZR_UTL_GetXPathNextPredicatedPrefixNode(*rest == '/' ? rest + 1 : rest, moduleName,
+                                                       sizeof(moduleName), name, sizeof(name));
+        if (rest == nullptr)
+            return nullptr;
+        node = step(node, moduleName, name);
+    } while (node != nullptr && *rest != '\0');
+    return node;
+}
 
 // ZR_CTX_GetTargetNode() for many paths in a row, with an index that may be null.
 ZrNode *FindTarget(const ZrCtx *ctx, const char *path, ZrNode **augmentOut, ChildIndex *index);

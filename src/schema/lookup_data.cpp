@@ -85,14 +85,8 @@ ZrNode *ZRS_MOD_GetNodeByXpath(const ZrMod *module, const ZrNode *contextNode, c
     ZrNode *node = nullptr;
     if (module == nullptr || ZRS_MOD_GetStartPathAndNode(contextNode, path, &rest, &node) != ZR_OK)
         return nullptr;
-    do {
-        char moduleName[zr::kNameSize];
-        char name[zr::kNameSize];
-        rest = ZR_UTL_GetXPathNextPredicatedPrefixNode(*rest == '/' ? rest + 1 : rest, moduleName,
-                                                       sizeof(moduleName), name, sizeof(name));
-        if (rest == nullptr)
-            return nullptr;
-        node = ZRS_MOD_GetDataTreeNodeByNodeIdentifier(module, node, moduleName, name);
-    } while (node != nullptr && *rest != '\0');
-    return node;
+    return zr::FollowSteps(
+        node, rest, [module](ZrNode *current, const char *moduleName, const char *name) {
+            return ZRS_MOD_GetDataTreeNodeByNodeIdentifier(module, current, moduleName, name);
+        });
 }

@@ -16,30 +16,6 @@ void ForgetLastAppended(const ZrNode *node)
     }
 }
 
-// Compares the names of siblings with one text: by their characters at first, which mostly differ
-// soon, and among many siblings by the text's shared copy, which all names of the context have.
-class NameMatch {
-public:
-    NameMatch(const ZrNode *parent, const char *name) : parent_(parent), name_(name) {}
-
-    bool operator()(const char *name)
-    {
-        if (shared_ != nullptr)
-            return name == shared_;
-        if (++compared_ == kMany && parent_->module != nullptr)
-            shared_ = zr::FindInterned(&parent_->module->ctx->dict, name_);
-        return name != nullptr && PAL_StrCmp(name, name_) == 0;
-    }
-
-private:
-    static constexpr uint32_t kMany = 16;
-
-    const ZrNode *parent_;
-    const char *name_;
-    const char *shared_ = nullptr;
-    uint32_t compared_ = 0;
-};
-
 } // namespace
 
 bool zr::IsOfModule(const ZrNode *node, const char *moduleName)
@@ -165,10 +141,10 @@ ZrNode *ZRS_NODE_FindChildNodeByName(const ZrNode *parent, const char *moduleNam
     if (parent == nullptr || name == nullptr)
         return nullptr;
     bool anyModule = moduleName == nullptr || *moduleName == '\0';
-    NameMatch isName(parent, name);
     // The last child ends the scan: a coupled augment's own stretch ends inside the target's chain.
     for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
-        if (isName(child->name) && (anyModule || zr::IsOfModule(child, moduleName)))
+        if (child->name != nullptr && PAL_StrCmp(child->name, name) == 0 &&
+            (anyModule || zr::IsOfModule(child, moduleName)))
             return child;
         if (child == parent->lastChild)
             break;

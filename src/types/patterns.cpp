@@ -25,29 +25,33 @@ template <typename T, typename Discard> T *Publish(T *&slot, T *made, Discard di
     return present;
 }
 
-// The kept form of one pattern, compiled now if need be; null when there is none to be had.
-xmlRegexp *KeptPattern(const ZrtConsPattern *patterns, uint32_t index)
+// The kept forms of a type's patterns, each null until it is there; null without memory for them.
+xmlRegexp **KeptForms(const ZrtConsPattern *patterns)
 {
-    xmlRegexp **slots = std::atomic_ref(patterns->compiled).load();
-    if (slots == nullptr) {
-        auto *made =
-            static_cast<xmlRegexp **>(zr::AllocZeroed(sizeof(xmlRegexp *) * patterns->count));
-        if (made == nullptr)
-            return nullptr;
-        slots = Publish(patterns->compiled, made, [](xmlRegexp **block) { zr::Free(block); });
-    }
-    xmlRegexp *compiled = std::atomic_ref(slots[index]).load();
-    if (compiled != nullptr)
-        return compiled;
-    compiled = zr::CompilePattern(patterns->items[index].pattern);
-    return compiled != nullptr ? Publish(slots[index], compiled, xmlRegFreeRegexp) : nullptr;
+    xmlRegexp **forms = std::atomic_ref(patterns->compiled).load();
+    if (forms != nullptr)
+        return forms;
+    auto *made = static_cast<xmlRegexp **>(zr::AllocZeroed(sizeof(xmlRegexp *) * patterns->count));
+    if (made == nullptr)
+        return nullptr;
+    return Publish(patterns->compiled, made, [](xmlRegexp **block) { zr::Free(block); });
 }
 
-zr::Match MatchOne(const ZrtConsPattern *patterns, uint32_t index, const char *text, bool keep)
+zr::Match MatchKept(const ZrtConsPattern *patterns, uint32_t index, const char *text)
 {
-    xmlRegexp *compiled = keep ? KeptPattern(patterns, index) : nullptr;
-    return compiled != nullptr ? zr::MatchCompiled(compiled, text)
-                               : zr::MatchPattern(text, patterns->items[index].pattern);
+    const char *pattern = patterns->items[index].pattern;
+    xmlRegexp **forms = KeptForms(patterns);
+    if (forms == nullptr)
+        return zr::MatchPattern(text, pattern);
+    xmlRegexp *compiled = std::atomic_ref(forms[index]).load();
+    if (compiled == nullptr) {
+        bool outOfMemory = false;
+        compiled = zr::CompilePattern(pattern, &outOfMemory);
+        if (compiled == nullptr)
+            return outOfMemory ? zr::MatchPattern(text, pattern) : zr::Match::No;
+        compiled = Publish(forms[index], compiled, xmlRegFreeRegexp);
+    }
+    return zr::MatchCompiled(compiled, text);
 }
 
 } // namespace
@@ -94,7 +98,8 @@ uint32_t ZRT_CONS_ValidateValueNodeAgainstDataPattern(const void *body, uint32_t
     for (uint32_t i = 0; i < patterns->count; ++i) {
         // A pattern that does not compile matches nothing, so that inverted it accepts everything;
         // what is not known for want of memory accepts nothing.
-        zr::Match match = MatchOne(patterns, i, text, keep);
+        zr::Match match = keep ? MatchKept(patterns, i, text)
+                               : zr::MatchPattern(text, patterns->items[i].pattern);
         bool inverted = patterns->items[i].invertMatch != 0;
         if (match == zr::Match::OutOfMemory || (match == zr::Match::Yes) == inverted)
             return ZR_ERR_VALUE_PATTERN;

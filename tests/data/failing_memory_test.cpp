@@ -119,6 +119,7 @@ TEST_P(FailingMemory, OfLibxml2LeavesTheTreeAndNeverMakesAFailedRequestLookValid
         ZR_FreeErrNode(error);
     }
     EXPECT_LT(n, 1000u);
+    EXPECT_EQ(memory.Messages(), 0u);
 }
 
 uint32_t KeepText(const char *text, void *kept)
@@ -142,6 +143,7 @@ TEST(FailingXmlMemory, LoadsAModuleWholeOrNotAtAll)
         EXPECT_EQ(ctx.Node("/m:op/input/l/g") == nullptr, failed) << n;
     }
     EXPECT_GT(n, 100u);
+    EXPECT_EQ(memory.Messages(), 0u);
 }
 
 TEST(FailingXmlMemory, HandsOutNoNotificationThatWasNotReadAndWrittenWhole)
@@ -166,6 +168,7 @@ TEST(FailingXmlMemory, HandsOutNoNotificationThatWasNotReadAndWrittenWhole)
         EXPECT_EQ(status, failed ? 22u : 0u) << n;
         EXPECT_EQ(document, failed ? "" : whole) << n;
     }
+    EXPECT_EQ(memory.Messages(), 0u);
 }
 
 } // namespace

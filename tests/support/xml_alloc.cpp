@@ -37,7 +37,12 @@ char *Strdup(const char *text)
     return Fails() ? nullptr : strdup(text);
 }
 
-void Silence(void *, const char *, ...) {}
+uint64_t g_messages = 0;
+
+void CountMessage(void *, const char *, ...)
+{
+    ++g_messages;
+}
 
 } // namespace
 
@@ -45,7 +50,8 @@ XmlAllocGuard::XmlAllocGuard()
 {
     g_state = {};
     xmlMemSetup(std::free, Malloc, Realloc, Strdup);
-    xmlSetGenericErrorFunc(nullptr, Silence); // its out-of-memory messages
+    g_messages = 0;
+    xmlSetGenericErrorFunc(nullptr, CountMessage);
 }
 
 XmlAllocGuard::~XmlAllocGuard()
@@ -69,6 +75,11 @@ bool XmlAllocGuard::Stop()
 uint64_t XmlAllocGuard::Count() const
 {
     return g_state.count;
+}
+
+uint64_t XmlAllocGuard::Messages() const
+{
+    return g_messages;
 }
 
 } // namespace zrtest

@@ -19,6 +19,8 @@ public:
     bool Stop();
     // Allocations asked for since the guard was made or FailAt was called.
     uint64_t Count() const;
+    // Messages that libxml2 wanted to print since the guard was made.
+    uint64_t Messages() const;
 };
 
 } // namespace zrtest

@@ -208,6 +208,14 @@ TEST(PatternWithoutMemory, IsTakenForNoMatchEvenWhenInverted)
     }
 }
 
+TEST(KeptPattern, ThatDoesNotCompileIsTriedOnceForAValueAsByDefault)
+{
+    const std::string type = String("<pattern value=\"[a-\"><modifier value=\"invert-match\"/>"
+                                    "</pattern>");
+    EXPECT_EQ(AllocationsOfOneCheck(Leaf(type, "", ZR_CTX_KEEP_PATTERNS), "a"),
+              AllocationsOfOneCheck(Leaf(type), "a"));
+}
+
 TEST(KeptPattern, ThatLibxml2LacksMemoryForIsCompiledAgainForTheValue)
 {
     Leaf leaf(String("<pattern value=\"[a-z]+\"/>"), "", ZR_CTX_KEEP_PATTERNS);
