@@ -166,12 +166,14 @@ ZrdErrNode *NewRecord(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode)
     return check->error;
 }
 
-void SetTexts(ZrdErrNode *record, Fault fault, const char *badElement, const char *first,
-              const char *second)
+void SetMessage(ZrdErrNode *record, Fault fault, const char *first, const char *second)
 {
-    const FaultRow &row = kFaults[static_cast<size_t>(fault)];
-    ZRD_ERR_SetErrorMsg(record, row.message, first, second);
-    ZRD_ERR_SetErrorAppTag(record, row.appTag);
+    ZRD_ERR_SetErrorMsg(record, kFaults[static_cast<size_t>(fault)].message, first, second);
+}
+
+void SetTexts(ZrdErrNode *record, Fault fault, const char *badElement)
+{
+    ZRD_ERR_SetErrorAppTag(record, kFaults[static_cast<size_t>(fault)].appTag);
     ZRD_ERR_SetBadElement(record, badElement);
 }
 
@@ -180,7 +182,9 @@ void SetTexts(ZrdErrNode *record, Fault fault, const char *badElement, const cha
 uint32_t RecordFault(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode,
                      const char *badElement, const char *first, const char *second)
 {
-    SetTexts(NewRecord(check, fault, dataNode), fault, badElement, first, second);
+    ZrdErrNode *record = NewRecord(check, fault, dataNode);
+    SetMessage(record, fault, first, second);
+    SetTexts(record, fault, badElement);
     return ZR_ERR_INVALID;
 }
 
@@ -188,10 +192,13 @@ uint32_t RecordFaultWithTexts(ZrdCheckAux *check, Fault fault, const xmlNode *el
                               const char *appTag, const char *message)
 {
     ZrdErrNode *record = NewRecord(check, fault, element);
+    ZRD_ERR_SetErrorAppTag(record, appTag);
+    // A message of the schema's that cannot be shown is not replaced by another.
     if (message != nullptr)
         ZRD_ERR_SetErrorMsg(record, "%s", message);
-    ZRD_ERR_SetErrorAppTag(record, appTag);
-    SetTexts(record, fault, NameOf(element), NameOf(element), nullptr);
+    else
+        SetMessage(record, fault, NameOf(element), nullptr);
+    SetTexts(record, fault, NameOf(element));
     return ZR_ERR_INVALID;
 }
 

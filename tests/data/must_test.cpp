@@ -37,6 +37,13 @@ TEST(Must, OfARequestIsAFaultWithTheSchemasTexts)
          Fault(18, "tag", "/m:op/a", "a is not satisfied must condition.", "a")},
         {Must(". = 'yes'", Texts("50% of %s", "tag")),
          Fault(18, "tag", "/m:op/a", "50% of %s", "a")},
+        // A message that cannot be shown is not replaced.
+        {Must(". = 'yes'", "<error-message><value/></error-message>"),
+         Fault(18, "must-violation", "/m:op/a", "-", "a")},
+        {Must(". = 'yes'", Texts(std::string(10241, 'x'), "tag")),
+         Fault(18, "tag", "/m:op/a", "-", "a")},
+        {Must(". = 'yes'", Texts(std::string(10240, 'x'), "")),
+         Fault(18, "must-violation", "/m:op/a", std::string(10240, 'x'), "a")},
         {Must(". = 'no'"), Valid()},
         {Must(". = 'no'") + Must(". = 'x'", Texts("Second.", "")) +
              Must(". = 'y'", Texts("Third.", "")),
