@@ -15,16 +15,13 @@
 
 namespace {
 
-constexpr size_t kMaxPrefix = 127;
-constexpr size_t kMaxName = zr::kNameSize - 1;
+constexpr size_t kPrefixSize = 128; // a prefix of 127 characters and its NUL
 
 // The name of the module that a prefix denotes on the element; null for an unknown one.
-const char *ModuleNameOfPrefix(const xmlNode *element, const ZrCtx *ctx, std::string_view prefix)
+const char *ModuleNameOfPrefix(const xmlNode *element, const ZrCtx *ctx, const char *prefix)
 {
-    char text[kMaxPrefix + 1] = {};
-    std::memcpy(text, prefix.data(), prefix.size());
     xmlNode *node = const_cast<xmlNode *>(element); // the search changes nothing
-    const xmlNs *ns = xmlSearchNs(node->doc, node, reinterpret_cast<const xmlChar *>(text));
+    const xmlNs *ns = xmlSearchNs(node->doc, node, reinterpret_cast<const xmlChar *>(prefix));
     if (ns == nullptr || ns->href == nullptr)
         return nullptr;
     return ZR_MOD_GetModuleName(
@@ -42,27 +39,32 @@ char *Join(std::string_view moduleName, std::string_view name)
     return text;
 }
 
-// The module and the identity that a value names.
-struct QualifiedName {
-    const char *moduleName; // null when it names none
-    std::string_view name;
+// What the text of an identityref, or of a union with one, turns out to be.
+enum class Form {
+    None,  // nothing: its prefix leads to no module
+    Plain, // not the name of an identity, but a value of another member
+    Named  // an identity
 };
 
-QualifiedName Split(const xmlNode *element, const ZrNode *schemaNode, const char *value)
+struct IdentityText {
+    const char *moduleName; // of an identity
+    char name[zr::kNameSize];
+};
+
+Form Read(const xmlNode *element, const ZrNode *schemaNode, const char *value, IdentityText *out)
 {
     const ZrMod *module = ZR_NODE_GetModule(schemaNode);
     if (element == nullptr || module == nullptr || value == nullptr)
-        return {};
-    std::string_view text = value;
-    size_t colon = text.find(':');
-    bool hasPrefix = colon != std::string_view::npos;
-    std::string_view prefix = hasPrefix ? std::string_view(value, colon) : "";
-    std::string_view name = hasPrefix ? std::string_view(value + colon + 1) : text;
-    if (prefix.size() > kMaxPrefix || name.size() > kMaxName)
-        return {};
-    return {hasPrefix ? ModuleNameOfPrefix(element, module->ctx, prefix)
-                      : ZR_MOD_GetModuleName(module),
-            name};
+        return Form::None;
+    char prefix[kPrefixSize];
+    // The splitter reads up to a "/", with which no identity goes on.
+    if (ZR_UTL_GetXPathNextPrefixAndNode(value, prefix, sizeof(prefix), out->name,
+                                         sizeof(out->name)) != ZR_OK ||
+        std::strchr(value, '/') != nullptr)
+        return Form::Plain;
+    out->moduleName = prefix[0] != '\0' ? ModuleNameOfPrefix(element, module->ctx, prefix)
+                                        : ZR_MOD_GetModuleName(module);
+    return out->moduleName != nullptr ? Form::Named : Form::None;
 }
 
 } // namespace
@@ -80,15 +82,19 @@ char *ZRD_NODE_GetValueContent(const xmlNode *element, const ZrNode *schemaNode)
 char *ZRD_NODE_ConvertPrefixValueToModValue(const xmlNode *element, const ZrNode *schemaNode,
                                             const char *value)
 {
-    QualifiedName parts = Split(element, schemaNode, value);
-    return parts.moduleName != nullptr ? Join(parts.moduleName, parts.name) : nullptr;
+    IdentityText identity;
+    Form form = Read(element, schemaNode, value, &identity);
+    if (form == Form::Plain)
+        return ZR_UTL_StrDup(value);
+    return form == Form::Named ? Join(identity.moduleName, identity.name) : nullptr;
 }
 
 namespace zr {
 
 bool HasModuleForm(const xmlNode *element, const ZrNode *schemaNode, const char *value)
 {
-    return Split(element, schemaNode, value).moduleName != nullptr;
+    IdentityText identity;
+    return Read(element, schemaNode, value, &identity) != Form::None;
 }
 
 } // namespace zr

@@ -61,26 +61,34 @@ TEST_F(ValueTextTest, TakesPrefixesOf127CharactersAndNamesOf64)
 {
     std::string name(64, 'n');
     EXPECT_EQ(Value(name), "m:" + name);
-    EXPECT_EQ(Value(name + "n"), "-");
+    EXPECT_EQ(Value(name + "n"), name + "n");
     EXPECT_EQ(Value("p:" + name), "longer:" + name);
-    EXPECT_EQ(Value("p:" + name + "n"), "-");
+    EXPECT_EQ(Value("p:" + name + "n"), "p:" + name + "n");
 
     for (size_t length : {127u, 128u}) {
         std::string prefix(length, 'q');
         Document document("<id xmlns:" + prefix + "=\"urn:m\">" + prefix + ":x</id>");
         zr::ScopedBlock<char> value(
             ZRD_NODE_GetValueContent(document.top(), schema_.Node("/m:top/id")));
-        EXPECT_EQ(value.get() != nullptr, length == 127);
+        EXPECT_EQ(value.get(), length == 127 ? "m:x" : prefix + ":x");
     }
 }
 
-TEST_F(ValueTextTest, TellsWhetherAValueNamesAModule)
+TEST_F(ValueTextTest, IsAsItStandsWhenItIsNoNameOfAnIdentity)
+{
+    for (const char *text : {"hello world", "p:", ":x", "p::x", "p:x:y", " p:x", "p:x ", "p: x",
+                             "1+1", "eth0/1", "p:eth0/1", "/m:a"})
+        EXPECT_EQ(Value(text), text);
+}
+
+TEST_F(ValueTextTest, TellsWhetherThereIsAValueText)
 {
     Document document("<id xmlns:p=\"urn:longer\"/>");
     const ZrNode *leaf = schema_.Node("/m:top/id");
     EXPECT_TRUE(zr::HasModuleForm(document.top(), leaf, "p:x"));
     EXPECT_TRUE(zr::HasModuleForm(document.top(), leaf, "x"));
     EXPECT_FALSE(zr::HasModuleForm(document.top(), leaf, "q:x"));
+    EXPECT_TRUE(zr::HasModuleForm(document.top(), leaf, "hello world"));
     EXPECT_FALSE(zr::HasModuleForm(document.top(), leaf, nullptr));
 }
 
