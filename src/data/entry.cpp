@@ -5,10 +5,9 @@
 #include <cstring>
 
 #include "data/check_run.h"
-#include "data/data_tree.h"
 #include "data/default_list.h"
 #include "data/error_record.h"
-#include "foundation/memory.h"
+#include "data/tree_guard.h"
 #include "platform/xml_errors.h"
 #include "platform/xml_parse.h"
 
@@ -16,52 +15,6 @@ namespace {
 
 enum InputKind : uint32_t { kInputTree = 2 };
 enum Defaults : uint32_t { kDiscard = 0, kKeep = 1 };
-
-// Makes a tree ready for a run and puts it back afterwards. No private pointer may stand in it; and
-// since the mark of an added default is a line number, elements that happen to stand on that line
-// of their document are without a line number meanwhile.
-class TreeGuard {
-public:
-    explicit TreeGuard(xmlNode *top) : top_(top)
-    {
-        size_t marked = 0;
-        for (xmlNode *node = top; node != nullptr; node = zr::NextElement(top, node)) {
-            node->_private = nullptr;
-            marked += ZRD_PAS_IsDefaultAddNode(node);
-        }
-        if (marked != 0)
-            HideLines(marked);
-    }
-    TreeGuard(const TreeGuard &) = delete;
-    TreeGuard &operator=(const TreeGuard &) = delete;
-    ~TreeGuard()
-    {
-        ZRD_PAS_ClearXmlTreePrivate(top_);
-        for (size_t i = 0; i < count_; ++i)
-            nodes_[i]->line = ZRD_DEFAULT_MARK;
-        zr::Free(nodes_);
-    }
-    bool failed() const { return failed_; }
-
-private:
-    void HideLines(size_t marked)
-    {
-        nodes_ = static_cast<xmlNode **>(zr::AllocZeroed(marked * sizeof(xmlNode *)));
-        failed_ = nodes_ == nullptr;
-        for (xmlNode *node = top_; count_ < marked && !failed_;
-             node = zr::NextElement(top_, node)) {
-            if (!ZRD_PAS_IsDefaultAddNode(node))
-                continue;
-            node->line = 0;
-            nodes_[count_++] = node;
-        }
-    }
-
-    xmlNode *top_;
-    xmlNode **nodes_ = nullptr;
-    size_t count_ = 0;
-    bool failed_ = false;
-};
 
 // Settles the defaults of a run by its status, and gives its record: null when the data is valid.
 ZrdErrNode *FinishRun(ZrdCheckAux *check, uint32_t status)
@@ -84,7 +37,7 @@ uint32_t Run(ZrdCheckAux *check, xmlNode *top)
 
 uint32_t RunOnTree(ZrdCheckAux *check, xmlNode *top)
 {
-    TreeGuard guard(top);
+    zr::TreeGuard guard(top);
     return guard.failed() ? uint32_t{ZR_ERR_NO_MEMORY} : Run(check, top);
 }
 

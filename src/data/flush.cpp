@@ -113,6 +113,16 @@ private:
     bool inOrder_ = true;
 };
 
+// What stands beside the text of a leaf, if only a comment, would part the value that was checked
+// from the content that an application reads.
+bool HoldsTextAlone(const xmlNode *element)
+{
+    const xmlNode *child = element->children;
+    while (child != nullptr && child->type == XML_TEXT_NODE)
+        child = child->next;
+    return child == nullptr;
+}
+
 uint32_t FlushMatched(ZrdCheckAux *check, xmlNode *element, ZrNode *schemaNode, bool inOrder)
 {
     if (schemaNode == nullptr)
@@ -191,13 +201,8 @@ uint32_t ZRD_PAS_FlushAllElementChildNodeWithSchema(ZrdCheckAux *check, xmlNode 
     }
     if (kind == ZR_NODE_ANYDATA || kind == ZR_NODE_ANYXML)
         return ZR_OK;
-    if (kind == ZR_NODE_LEAF || kind == ZR_NODE_LEAF_LIST) {
-        const xmlNode *first = element->children;
-        bool isText = first == nullptr || first->type == XML_TEXT_NODE;
-        if (!isText)
-            return zr::RecordUnexpected(check, element);
-        return ZR_OK;
-    }
+    if (kind == ZR_NODE_LEAF || kind == ZR_NODE_LEAF_LIST)
+        return HoldsTextAlone(element) ? uint32_t{ZR_OK} : zr::RecordUnexpected(check, element);
     if (kind == ZR_NODE_ACTION)
         check->mode |= ZRD_MODE_IN_ACTION;
     uint32_t status = FlushChildren(check, element, schemaNode);

@@ -16,7 +16,10 @@ const std::string kBody =
     Rpc("op", Leaf("a", "string") + Leaf("n", "uint8") + Container("c", Leaf("x", "string")) +
                   "<anydata name=\"any\"/><anyxml name=\"xml\"/>"
                   "<choice name=\"way\"><case name=\"one\">" +
-                  Leaf("in-one", "string") + "</case></choice>") +
+                  Leaf("in-one", "string") + "</case><case name=\"two\">" +
+                  Leaf("in-two", "string") +
+                  "</case></choice>"
+                  "<leaf-list name=\"ll\"><type name=\"string\"/></leaf-list>") +
     Notification("event", Leaf("n", "uint8") + Container("c", Leaf("x", "string"))) +
     Container("state", Leaf("n", "uint8")) + "<choice name=\"top-choice\"><case name=\"k\">" +
     Leaf("k-leaf", "string") + "</case></choice>";
@@ -148,15 +151,43 @@ TEST_F(FlushTest, DoesNotCheckValuesInNotifications)
     EXPECT_EQ(record_, Fault(8, "-", "/m:state/n", "n has invalid value no number.", "n"));
 }
 
-TEST_F(FlushTest, RefusesALeafThatDoesNotBeginWithText)
+TEST_F(FlushTest, RefusesALeafThatHoldsAnythingButText)
 {
-    Record unexpected = Fault(9, "-", "/m:op/a", "Unexpected element: a.", "a");
-    for (const char *content : {"<b/>", "<!--c-->x", "<![CDATA[x]]>", "<?pi?>x"}) {
-        EXPECT_EQ(Flush(Data("op", std::string("<a>") + content + "</a>")), 22u) << content;
-        EXPECT_EQ(record_, unexpected) << content;
+    const char *const contents[] = {
+        "<b/>",           "<!--c-->", "<?p i?>",          "<![CDATA[4]]>", "<!--c-->4",
+        "4<!-- c -->",    "4<b/>",    "4<!-- c -->abc",   "4<x>5</x>6",    "4<?p i?>abc",
+        "<![CDATA[4]]>4", "<b/>4",    "4<![CDATA[abc]]>", "4<![CDATA[]]>", "4<!--c--><!--c-->",
+    };
+    for (const char *content : contents) {
+        for (const std::string name : {"a", "ll"}) {
+            Record unexpected =
+                Fault(9, "-", "/m:op/" + name, "Unexpected element: " + name + ".", name);
+            if (name == "ll") // an entry shows its value, which is its first text
+                unexpected.path += content[0] == '4' ? "[.='4']" : "[.='']";
+            std::string element = "<" + name + ">" + content + "</" + name + ">";
+            EXPECT_EQ(Flush(Data("op", element)), 22u) << element;
+            EXPECT_EQ(record_, unexpected) << element;
+        }
+        std::string leaf = std::string("<n>") + content + "</n>";
+        EXPECT_EQ(Flush(Data("event", leaf), ZRD_MODE_NOTIF), 22u) << leaf;
+        EXPECT_EQ(record_, Fault(9, "-", "/m:event/n", "Unexpected element: n.", "n")) << leaf;
     }
-    for (const char *content : {"", "x", "x<!--c-->", "x<b/>"})
+    for (const char *content : {"", "x", "x&amp;y&#122;", " "})
         EXPECT_EQ(Flush(Data("op", std::string("<a>") + content + "</a>")), 0u) << content;
+}
+
+TEST_F(FlushTest, LooksAtTheContentOfALeafAfterAllOtherChecks)
+{
+    EXPECT_EQ(Flush(Data("op", "<n>x<!--c--></n>")), 0x7008u);
+    EXPECT_EQ(record_, Fault(8, "-", "/m:op/n", "n has invalid value x.", "n"));
+    EXPECT_EQ(Flush(Data("op", "<n>4</n><a>x<!--c--></a>")), 22u);
+    EXPECT_EQ(record_, Fault(7, "-", "/m:op/a", "Invalid element order between a and n.", "a"));
+    EXPECT_EQ(Flush(Data("op", "<in-one/><in-two>x<!--c--></in-two>")), 22u);
+    EXPECT_EQ(record_,
+              Fault(8, "-", "/m:op/in-two",
+                    "Data for more than one case branch of a choice is present.", "in-two"));
+    EXPECT_EQ(Flush(Data("op", "<n>4<!--c--></n>")), 22u);
+    EXPECT_EQ(record_, Fault(9, "-", "/m:op/n", "Unexpected element: n.", "n"));
 }
 
 TEST_F(FlushTest, ChecksTheValueBeforeTheContentOfALeaf)

@@ -115,11 +115,11 @@ TEST_F(ScaleTest, WalksATreeOf100000LevelsBelowAnydata)
     EXPECT_EQ(document.top()->children->children->children->_private, nullptr);
 }
 
-TEST_F(ScaleTest, WalksATreeOf100000LevelsBelowTheTextOfALeaf)
+TEST_F(ScaleTest, RefusesATreeOf100000LevelsBehindTheTextOfALeaf)
 {
     Document document = Deep("plain", "text", "value", kMany);
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr)),
-              Valid());
+              Fault(9, "-", "/m:plain/text", "Unexpected element: text.", "text"));
 }
 
 TEST_F(ScaleTest, RefusesATreeOf100000UnexpectedLevels)
