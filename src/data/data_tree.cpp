@@ -1,10 +1,10 @@
 #include "data/data_tree.h"
 
-#include <zrschema/module.h>
 #include <zrschema/node.h>
 
 #include <cstring>
 
+#include "data/namespaces.h"
 #include "data/schema_query.h"
 
 namespace {
@@ -18,17 +18,6 @@ const xmlChar *AsXml(const char *text)
 bool HasText(const xmlNode *text)
 {
     return text != nullptr && text->content != nullptr;
-}
-
-// Declares the module's namespace on an element whose parent belongs to another module.
-bool DeclareNamespace(xmlNode *element, const ZrNode *parentSchema, const ZrNode *schemaNode)
-{
-    const ZrMod *module = ZR_NODE_GetModule(schemaNode);
-    if (ZR_NODE_GetModule(parentSchema) == module)
-        return true;
-    const xmlAttr *attribute =
-        xmlNewProp(element, AsXml("xmlns"), AsXml(ZR_MOD_GetModuleNs(module)));
-    return attribute != nullptr && attribute->name != nullptr && HasText(attribute->children);
 }
 
 } // namespace
@@ -58,7 +47,8 @@ xmlNode *ZRD_NODE_CreateNewChildNode(xmlNode *element, ZrNode *schemaNode)
     if (child == nullptr)
         return nullptr;
     child->_private = schemaNode;
-    if (child->name != nullptr && DeclareNamespace(child, zr::SchemaOf(element), schemaNode))
+    if (child->name != nullptr &&
+        zr::EnterModuleNamespace(child, zr::SchemaOf(element), schemaNode))
         return child;
     zr::RemoveNode(child);
     return nullptr;
@@ -71,7 +61,7 @@ xmlNode *ZRD_PAS_AddNewChildNodeWithValue(xmlNode *element, ZrNode *schemaNode, 
         return child;
     // Not xmlNodeSetContent, which reads "&" and "<" of a default as markup.
     xmlNodeAddContent(child, AsXml(value));
-    if (HasText(child->children))
+    if (HasText(child->children) && zr::DeclareIdentityPrefix(child, schemaNode, value))
         return child;
     zr::RemoveNode(child);
     return nullptr;

@@ -10,9 +10,11 @@ ZR_API xmlNode *ZRD_PAS_FindChildDataNode(const xmlNode *element, const char *na
 // The first child element that instantiates the schema node.
 ZR_API xmlNode *ZRD_NODE_GetChildNodeWithSpecifyMdl(const xmlNode *element,
                                                     const ZrNode *schemaNode);
-// Appends an empty element for the schema node; null when memory runs out, nothing is added then.
+// Appends an empty element for the schema node, in the namespace of its module; null when memory
+// runs out, nothing is added then.
 ZR_API xmlNode *ZRD_NODE_CreateNewChildNode(xmlNode *element, ZrNode *schemaNode);
-// The same with a text content, unless `value` is null.
+// The same with a text content, unless `value` is null; the module of an identity in it is
+// declared.
 ZR_API xmlNode *ZRD_PAS_AddNewChildNodeWithValue(xmlNode *element, ZrNode *schemaNode,
                                                  const char *value);
 // The child node of the choice through which the element holds data of it; null without any.
