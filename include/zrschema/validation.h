@@ -9,6 +9,28 @@
  *
  * What is validated is the operation alone: what stands inside <rpc>, or inside <notification>
  * after <eventTime>. Conditions are evaluated against that data and nothing else.
+ *
+ * Not checked, and left to the application:
+ * - features: data of a node whose "if-feature" is off is taken like any other (such a node is only
+ *   not completed, not missed when it is mandatory, and passed over by the check of the order);
+ * - keys of lists: one may be missing, stand anywhere, or repeat the keys of another entry;
+ * - "unique", and the uniqueness of the entries of a leaf-list;
+ * - "min-elements" and "max-elements";
+ * - "require-instance": a leafref's value is held against the type of its target, and whether the
+ *   target holds that value is not asked; of an instance-identifier, the value is any text;
+ * - attributes, which are neither read nor refused;
+ * - the names of an operation's output: in the data of an operation they are taken like those of its
+ *   input;
+ * - in notifications the values of leaves, the order of elements and the cases of choices.
+ *
+ * Three rules that are easily taken for others:
+ * - the order of an element is compared with the element before it and with no other: of a, b and c
+ *   in the schema's order, "b a" and "c a" are refused, and in "b x a", with x of another module,
+ *   nothing is out of order;
+ * - completion looks into the element that was matched to a container. An element of another module
+ *   that has the container's name is not looked into, but keeps the container from being added;
+ * - an element that has the name of a choice or case is unexpected, also at the top: these have no
+ *   elements of their own (RFC 7950, section 7.9).
  */
 #ifndef ZRSCHEMA_VALIDATION_H
 #define ZRSCHEMA_VALIDATION_H
@@ -28,9 +50,16 @@ extern "C" {
  * and mandatory nodes. Where action data holds a schema-mount point (RFC 8528), whose schema is
  * not known here, the run ends with success once everything known is matched.
  *
+ * A leaf or leaf-list element holds text or nothing: a comment, an instruction, a CDATA section or an
+ * element in it, beside the text or instead of it, makes it unexpected. Text nodes that follow one
+ * another in a caller's tree are one text.
+ *
  * Default leaves that the input leaves out, and the non-presence containers needed to hold them,
  * are appended to the tree as its last children (RFC 7950, sections 7.5.1 and 7.6.1); one whose
- * "when" is false is taken out again.
+ * "when" is false is taken out again. An added element whose module is not its parent's declares its
+ * module's namespace as the default one and belongs to it; any other belongs to its parent's. An
+ * added leaf whose value is an identity "module:identity" binds that prefix to the namespace of the
+ * module, unless it is bound to it there already (RFC 7950, section 9.10.3).
  *
  * A caller's tree is changed by these additions alone, and only when the data is valid: after a
  * failed run it is as it was. The private pointers (`_private`) of its elements are used during
@@ -60,10 +89,34 @@ ZR_API ZrdErrNode *ZR_CTX_ValidateRpcDataTree(ZrCtx *ctx, uint32_t inputKind, vo
                                               ZrDefaultNodeFunc callback, void *userData);
 
 /**
+ * Validates the text of an RPC or action invocation, as ZR_CTX_ValidateRpcDataTree() does, and hands
+ * it out with its defaults, each at its place in the schema's order (RFC 7950, section 7.14.4): what
+ * is handed out is valid again, and nothing is added to it any more.
+ *
+ * @param ctx       the context whose loaded modules are the schema; null gives 22 and a record
+ * @param xmlText   NUL-terminated XML; its root element is the operation, or the data that leads to
+ *                  the action; null gives 22 and a record
+ * @param callback  receives the completed request as formatted UTF-8 text with an XML declaration,
+ *                  which lives until the callback returns; not called when the run failed; may be
+ *                  null
+ * @param userData  passed to `callback`
+ * @param errorOut  receives null, or the record of a run that failed, which the caller frees with
+ *                  ZR_FreeErrNode(); may be null
+ * @retval ZR_OK           the request is valid and there is no callback
+ * @retval ZR_ERR_INVALID  the run failed, or the request could not be written (the general record,
+ *                         with tag ZR_ERROR_TAG_OPERATION_FAILED); `*errorOut` is not null
+ * @return                 otherwise what the callback returned; `*errorOut` is null
+ * @note Not to be called while another thread changes the same context. Runs may go side by side
+ *       when libxml2 has been initialised before (`xmlInitParser()`).
+ */
+ZR_API uint32_t ZR_CTX_CompleteRpcDataTree(ZrCtx *ctx, const char *xmlText, ZrDocumentFunc callback,
+                                           void *userData, ZrdErrNode **errorOut);
+
+/**
  * Validates the XML text of a notification and hands out what remains of it.
  *
- * Other than in a request, values, the order of elements and the cases of choices are not checked,
- * no defaults are added, and an element whose "when" or "must" is false is no fault: it is removed
+ * Other than in a request, values, the order of elements and the cases of choices are not checked
+ * (that a leaf holds text alone is), no defaults are added, and an element whose "when" or "must" is false is no fault: it is removed
  * with everything below it (RFC 7950, section 7.16). A false "must" of the notification itself, a
  * missing mandatory node and every other fault fail the run.
  *
@@ -82,6 +135,31 @@ ZR_API ZrdErrNode *ZR_CTX_ValidateRpcDataTree(ZrCtx *ctx, uint32_t inputKind, vo
  */
 ZR_API uint32_t ZR_CTX_ValidateNotifDataTree(ZrCtx *ctx, const char *xmlText,
                                              ZrDocumentFunc callback, void *userData);
+
+/**
+ * Does what ZR_CTX_ValidateNotifDataTree() does, and tells why a notification was refused.
+ *
+ * A false "must" of the notification itself gives the general record, as text that is not
+ * well-formed does: tag ZR_ERROR_TAG_OPERATION_FAILED, path "/" and nothing else.
+ *
+ * @param ctx       the context whose loaded modules are the schema; null gives 22 and a record
+ * @param xmlText   NUL-terminated XML; its root element is the notification; null gives 22 and a
+ *                  record
+ * @param callback  receives the document as it was left, as formatted UTF-8 text with an XML
+ *                  declaration, which lives until the callback returns; not called when the run
+ *                  failed; may be null
+ * @param userData  passed to `callback`
+ * @param errorOut  receives null, or the record of a run that failed, which the caller frees with
+ *                  ZR_FreeErrNode(); may be null
+ * @retval ZR_OK           the notification is valid and there is no callback
+ * @retval ZR_ERR_INVALID  the run failed, or the document could not be written; `*errorOut` is not
+ *                         null
+ * @return                 otherwise what the callback returned; `*errorOut` is null
+ * @note Not to be called while another thread changes the same context.
+ */
+ZR_API uint32_t ZR_CTX_ValidateNotifDataTreeWithError(ZrCtx *ctx, const char *xmlText,
+                                                      ZrDocumentFunc callback, void *userData,
+                                                      ZrdErrNode **errorOut);
 
 /**
  * The error-type of a record (RFC 6241, section 4.3).
@@ -123,8 +201,8 @@ ZR_API const char *ZR_GetErrorAppTag(const ZrdErrNode *error);
  * The error-message of a record: a sentence in English, or the "error-message" of a "must".
  *
  * @param error  a record; null gives null
- * @return the text, which belongs to the record; null when there is none, and when it would be
- *         longer than 10240 bytes
+ * @return the text, which belongs to the record; null when there is none, when the schema's is
+ *         empty, and when it would be longer than 10240 bytes
  */
 ZR_API const char *ZR_GetErrorMessage(const ZrdErrNode *error);
 
@@ -163,7 +241,7 @@ ZR_API const char *ZR_GetBadAttribute(const ZrdErrNode *error);
 /**
  * Frees a record with all its texts.
  *
- * @param error  a record of ZR_CTX_ValidateRpcDataTree(); null is accepted. Not to be used again.
+ * @param error  a record that a validation gave; null is accepted. Not to be used again.
  */
 ZR_API void ZR_FreeErrNode(ZrdErrNode *error);
 

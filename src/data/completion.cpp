@@ -7,6 +7,7 @@
 #include "data/data_tree.h"
 #include "data/default_list.h"
 #include "data/schema_query.h"
+#include "data/structure.h"
 #include "schema/node_record.h"
 
 namespace {
@@ -181,3 +182,35 @@ uint32_t ZRD_PAS_CompleteDataTreeForInput(ZrdCheckAux *check, xmlNode *parent, Z
 {
     return CompleteChildren(check, parent, schemaNode, added);
 }
+
+namespace zr {
+
+namespace {
+
+// The first sibling that an element added behind it should stand before, or the element itself.
+xmlNode *PlaceOf(xmlNode *element)
+{
+    xmlNode *sibling = ElementFrom(element->parent->children);
+    while (sibling != element) {
+        const ZrNode *schemaNode = SchemaOf(sibling); // null below a mount point
+        if (schemaNode != nullptr && ComesBefore(SchemaOf(element), schemaNode))
+            break;
+        sibling = ElementFrom(sibling->next);
+    }
+    return sibling;
+}
+
+} // namespace
+
+void PlaceDefaults(const ZrdCheckAux *check)
+{
+    for (const ZrListLink *link = check->defaults.next; link != &check->defaults;
+         link = link->next) {
+        xmlNode *element = reinterpret_cast<const ZrdDefaultNodeEntry *>(link)->node;
+        xmlNode *place = PlaceOf(element);
+        if (place != element)
+            xmlAddPrevSibling(place, element);
+    }
+}
+
+} // namespace zr

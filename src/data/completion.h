@@ -29,3 +29,8 @@ ZR_API uint32_t ZRD_PAS_CompleteDataTreeForRpc(ZrdCheckAux *check, xmlNode *pare
 ZR_API uint32_t ZRD_PAS_CompleteDataTreeForInput(ZrdCheckAux *check, xmlNode *parent,
                                                  ZrNode *schemaNode, uint32_t *added);
 }
+
+namespace zr {
+// Moves what was added from the end of its parent to its place in the schema's order.
+void PlaceDefaults(const ZrdCheckAux *check);
+} // namespace zr

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "data/check_run.h"
+#include "data/completion.h"
 #include "data/default_list.h"
 #include "data/error_record.h"
 #include "data/tree_guard.h"
@@ -35,39 +36,72 @@ uint32_t Run(ZrdCheckAux *check, xmlNode *top)
     return ZRD_PAS_ValidateDataTree(check, top);
 }
 
-uint32_t RunOnTree(ZrdCheckAux *check, xmlNode *top)
+// Where the defaults of a valid request stay.
+enum class Additions { Last, InOrder };
+
+uint32_t RunOnTree(ZrdCheckAux *check, xmlNode *top, Additions additions)
 {
     zr::TreeGuard guard(top);
-    return guard.failed() ? uint32_t{ZR_ERR_NO_MEMORY} : Run(check, top);
+    uint32_t status = guard.failed() ? uint32_t{ZR_ERR_NO_MEMORY} : Run(check, top);
+    if (status == ZR_OK && additions == Additions::InOrder)
+        zr::PlaceDefaults(check);
+    return status;
 }
 
 // The callback sees the tree as the caller will have it: no private pointers, no marks.
 ZrdErrNode *ValidateTree(ZrdCheckAux *check, xmlNode *top)
 {
     bool isElement = top != nullptr && top->type == XML_ELEMENT_NODE;
-    return FinishRun(check, isElement ? RunOnTree(check, top) : uint32_t{ZR_ERR_INVALID});
+    return FinishRun(check,
+                     isElement ? RunOnTree(check, top, Additions::Last) : uint32_t{ZR_ERR_INVALID});
 }
 
-void Dump(xmlDoc *document, xmlChar **text, int *size)
+// The document as formatted UTF-8, to be freed with xmlFree(); null when it cannot be written.
+xmlChar *Dump(xmlDoc *document)
 {
     zr::XmlErrors errors;
-    xmlDocDumpFormatMemoryEnc(document, text, size, "UTF-8", 1);
-}
-
-// The document as the run left it, to the callback.
-uint32_t HandOut(xmlDoc *document, ZrDocumentFunc callback, void *userData)
-{
     xmlChar *text = nullptr;
     int size = 0;
-    Dump(document, &text, &size);
-    if (text == nullptr || size <= 0) {
-        xmlFree(text);
-        return ZR_ERR_INVALID;
-    }
-    uint32_t status = ZR_OK;
-    if (callback != nullptr)
+    xmlDocDumpFormatMemoryEnc(document, &text, &size, "UTF-8", 1);
+    if (text != nullptr && size > 0)
+        return text;
+    xmlFree(text);
+    return nullptr;
+}
+
+uint32_t RunOnDocument(ZrdCheckAux *check, xmlDoc *document)
+{
+    xmlNode *top = xmlDocGetRootElement(document);
+    // A notification is given no defaults, and its elements may go while it is checked.
+    if ((check->mode & ZRD_MODE_NOTIF) != 0)
+        return Run(check, top);
+    uint32_t status = RunOnTree(check, top, Additions::InOrder);
+    ZRD_PAS_ClearDefaultNodeList(check, status == ZR_OK ? kKeep : kDiscard);
+    return status;
+}
+
+// A run on a text, whose document goes to the callback as the run left it. `errorOut`, which may be
+// null, receives the record of a failed run.
+uint32_t RunAndHandOut(ZrCtx *ctx, uint32_t mode, const char *xmlText, ZrDocumentFunc callback,
+                       void *userData, ZrdErrNode **errorOut)
+{
+    ZrdCheckAux check;
+    ZRD_PAS_InitCheckAux(&check, ctx, mode, nullptr, nullptr);
+    xmlDoc *document = nullptr;
+    if (ctx != nullptr && xmlText != nullptr)
+        document = zr::ParseXmlText(xmlText, std::strlen(xmlText));
+    uint32_t status =
+        document != nullptr ? RunOnDocument(&check, document) : uint32_t{ZR_ERR_INVALID};
+    xmlChar *text = status == ZR_OK ? Dump(document) : nullptr;
+    if (errorOut != nullptr)
+        *errorOut = text == nullptr ? zr::TakeFailure(&check) : nullptr;
+    ZR_FreeErrNode(check.error);
+    if (text == nullptr)
+        status = ZR_ERR_INVALID;
+    else if (callback != nullptr)
         status = callback(reinterpret_cast<const char *>(text), userData);
     xmlFree(text);
+    xmlFreeDoc(document);
     return status;
 }
 
@@ -92,19 +126,21 @@ ZrdErrNode *ZR_CTX_ValidateRpcDataTree(ZrCtx *ctx, uint32_t inputKind, void *dat
     return error;
 }
 
+uint32_t ZR_CTX_CompleteRpcDataTree(ZrCtx *ctx, const char *xmlText, ZrDocumentFunc callback,
+                                    void *userData, ZrdErrNode **errorOut)
+{
+    return RunAndHandOut(ctx, ZRD_MODE_RPC, xmlText, callback, userData, errorOut);
+}
+
 uint32_t ZR_CTX_ValidateNotifDataTree(ZrCtx *ctx, const char *xmlText, ZrDocumentFunc callback,
                                       void *userData)
 {
-    if (ctx == nullptr || xmlText == nullptr)
-        return ZR_ERR_INVALID;
-    ZrdCheckAux check;
-    ZRD_PAS_InitCheckAux(&check, ctx, ZRD_MODE_NOTIF, nullptr, nullptr);
-    xmlDoc *document = zr::ParseXmlText(xmlText, std::strlen(xmlText));
-    if (document == nullptr)
-        return ZR_ERR_INVALID;
-    uint32_t status = Run(&check, xmlDocGetRootElement(document));
-    ZR_FreeErrNode(check.error);
-    status = status == ZR_OK ? HandOut(document, callback, userData) : uint32_t{ZR_ERR_INVALID};
-    xmlFreeDoc(document);
-    return status;
+    return RunAndHandOut(ctx, ZRD_MODE_NOTIF, xmlText, callback, userData, nullptr);
+}
+
+uint32_t ZR_CTX_ValidateNotifDataTreeWithError(ZrCtx *ctx, const char *xmlText,
+                                               ZrDocumentFunc callback, void *userData,
+                                               ZrdErrNode **errorOut)
+{
+    return RunAndHandOut(ctx, ZRD_MODE_NOTIF, xmlText, callback, userData, errorOut);
 }

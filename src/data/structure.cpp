@@ -28,26 +28,6 @@ bool MayRepeat(const ZrNode *schemaNode)
     return kind == ZR_NODE_LIST || kind == ZR_NODE_LEAF_LIST;
 }
 
-// Whether `earlier` comes before `later` among the data nodes of one module and level. Both ways
-// are walked a step at a time: elements in the right order are near each other in the schema, so
-// that a long level need not be walked to its end for each of them.
-bool ComesBefore(const ZrNode *earlier, const ZrNode *later)
-{
-    const ZrNode *ancestor = ZRD_MDL_GetClosestAncestorNodeNotChoiceCase(earlier);
-    const ZrNode *fromEarlier = earlier;
-    const ZrNode *fromLater = later;
-    while (fromEarlier != nullptr) {
-        fromEarlier = ZRD_MDL_GetNextDataNodeInSameMod(fromEarlier, ancestor);
-        if (fromEarlier == later)
-            return true;
-        if (fromLater != nullptr)
-            fromLater = ZRD_MDL_GetNextDataNodeInSameMod(fromLater, ancestor);
-        if (fromLater == earlier)
-            return false;
-    }
-    return false;
-}
-
 enum class Siblings { All, Nearest };
 
 uint32_t CheckCases(ZrdCheckAux *check, xmlNode *element, Siblings which)
@@ -145,7 +125,7 @@ uint32_t ZRD_PAS_CheckElementNodeOrder(ZrdCheckAux *check, xmlNode *element)
         return ZR_OK;
     const ZrNode *own = zr::SchemaOf(element);
     const ZrNode *other = zr::SchemaOf(sibling);
-    if (own == nullptr || other == nullptr || own == other || !ComesBefore(own, other))
+    if (own == nullptr || other == nullptr || own == other || !zr::ComesBefore(own, other))
         return ZR_OK;
     return zr::RecordFault(check, zr::Fault::ElementOrder, element, zr::NameOf(element),
                            zr::NameOf(element), zr::NameOf(sibling));
@@ -157,6 +137,25 @@ uint32_t ZRD_PAS_CheckMultiCases(ZrdCheckAux *check, xmlNode *element)
 }
 
 namespace zr {
+
+// Both ways are walked a step at a time: elements in the right order are near each other in the
+// schema, so that a long level need not be walked to its end for each of them.
+bool ComesBefore(const ZrNode *earlier, const ZrNode *later)
+{
+    const ZrNode *ancestor = ZRD_MDL_GetClosestAncestorNodeNotChoiceCase(earlier);
+    const ZrNode *fromEarlier = earlier;
+    const ZrNode *fromLater = later;
+    while (fromEarlier != nullptr) {
+        fromEarlier = ZRD_MDL_GetNextDataNodeInSameMod(fromEarlier, ancestor);
+        if (fromEarlier == later)
+            return true;
+        if (fromLater != nullptr)
+            fromLater = ZRD_MDL_GetNextDataNodeInSameMod(fromLater, ancestor);
+        if (fromLater == earlier)
+            return false;
+    }
+    return false;
+}
 
 uint32_t CheckCaseOfNearestSibling(ZrdCheckAux *check, xmlNode *element)
 {

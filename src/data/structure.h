@@ -18,6 +18,8 @@ ZR_API uint32_t ZRD_PAS_CheckMultiCases(ZrdCheckAux *check, xmlNode *element);
 
 namespace zr {
 
+// Whether `earlier` comes before `later` among the enabled data nodes of one module and level.
+bool ComesBefore(const ZrNode *earlier, const ZrNode *later);
 // CheckMultiCases for an element whose preceding siblings have all passed it: those with data of
 // one choice then agree on the case, so that the nearest speaks for all.
 uint32_t CheckCaseOfNearestSibling(ZrdCheckAux *check, xmlNode *element);

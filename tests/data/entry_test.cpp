@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "data/check_run.h"
+#include "data/data_tree.h"
 #include "run.h"
 #include "schema.h"
 #include "support/alloc.h"
@@ -16,7 +17,9 @@ using namespace zrtest;
 const std::string kInput = Leaf("a", "string") + Leaf("d", "string", Default("x")) +
                            Container("c", Leaf("n", "uint8")) + "<anydata name=\"any\"/>";
 const std::string kBody =
-    Rpc("op", kInput) + Notification("event", kInput) + "<rpc name=\"bare\"/>";
+    Rpc("op", kInput) + Notification("event", kInput) + "<rpc name=\"bare\"/>" +
+    Notification("strict",
+                 Must("not(no)") + Leaf("must-be", "string", kMandatory) + Leaf("no", "string"));
 
 class EntryTest : public ::testing::Test {
 protected:
@@ -252,6 +255,177 @@ TEST_F(EntryTest, GivesTheCallbacksResultForANotification)
 TEST_F(EntryTest, DoesNotCheckValuesOfANotification)
 {
     EXPECT_EQ(ValidateNotif(schema_, Data("event", "<c><n>no number</n></c>")).status, 0u);
+}
+
+// With a record, and completed
+
+uint32_t KeepDocument(const char *text, void *kept)
+{
+    *static_cast<std::string *>(kept) = text;
+    return 4711;
+}
+
+// Status, document and record of one of the functions that give all three.
+struct Result {
+    uint32_t status;
+    std::string document;
+    Record record;
+};
+
+using TextFunc = uint32_t (*)(ZrCtx *ctx, const char *xmlText, ZrDocumentFunc callback,
+                              void *userData, ZrdErrNode **errorOut);
+
+Result RunOnText(TextFunc run, ZrCtx *ctx, const std::string &text)
+{
+    ZrdErrNode *error = reinterpret_cast<ZrdErrNode *>(1); // whatever stood there
+    Result result = {};
+    result.status = run(ctx, text.c_str(), KeepDocument, &result.document, &error);
+    result.record = TakeRecord(error);
+    return result;
+}
+
+TEST_F(EntryTest, TellsWhyANotificationIsRefused)
+{
+    auto run = ZR_CTX_ValidateNotifDataTreeWithError;
+    struct {
+        std::string text;
+        Record record;
+    } rows[] = {
+        {Data("event", "<z/>"), Fault(9, "-", "/m:event/z", "Unexpected element: z.", "z")},
+        {Data("event", "<a/><c><n>4<!-- c -->abc</n></c>"),
+         Fault(9, "-", "/m:event/c/n", "Unexpected element: n.", "n")},
+        {Data("event", "<a/><a/>"), Fault(9, "-", "/m:event/a", "Unexpected element: a.", "a")},
+        {Data("op"), Fault(9, "-", "/m:op", "Unexpected element: op.", "op")},
+        {"<event xmlns=\"urn:x\"/>",
+         Fault(10, "-", "/event", "event has invalid namespace: urn:x.", "event")},
+        {Data("strict"), Fault(7, "-", "/m:strict", "Missing element: must-be.", "must-be")},
+        {Data("strict", "<must-be/><no/>"), General()}, // its own must is false
+        {"<event", General()},
+        {"", General()},
+    };
+    for (const auto &row : rows) {
+        Result result = RunOnText(run, schema_, row.text);
+        EXPECT_EQ(result.status, 22u) << row.text;
+        EXPECT_EQ(result.record, row.record) << row.text;
+        EXPECT_EQ(result.document, "") << row.text;
+        EXPECT_EQ(ValidateNotif(schema_, row.text).status, 22u) << row.text;
+    }
+}
+
+TEST_F(EntryTest, HandsOutAValidNotificationWithoutARecord)
+{
+    std::string text = Data("event", "<a>x</a><c><n>no number</n></c>");
+    Result result = RunOnText(ZR_CTX_ValidateNotifDataTreeWithError, schema_, text);
+    EXPECT_EQ(result.status, 4711u);
+    EXPECT_EQ(result.record, Valid());
+    EXPECT_EQ(result.document, ValidateNotif(schema_, text).document);
+    EXPECT_NE(result.document, "");
+}
+
+TEST_F(EntryTest, HandsOutTheCompletedRequest)
+{
+    Result result =
+        RunOnText(ZR_CTX_CompleteRpcDataTree, schema_, Data("op", "<a>x</a>\n<c> <n>1</n></c>"));
+    EXPECT_EQ(result.status, 4711u);
+    EXPECT_EQ(result.record, Valid());
+    EXPECT_EQ(result.document, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                               "<op xmlns=\"urn:m\">\n  <a>x</a>\n  <d>x</d>\n  <c>\n"
+                               "    <n>1</n>\n  </c>\n</op>\n");
+    result = RunOnText(ZR_CTX_CompleteRpcDataTree, schema_,
+                       std::string(255, '\n') + Data("op", "<d>y</d>")); // a line like the mark's
+    EXPECT_EQ(result.status, 4711u);
+    EXPECT_NE(result.document.find("<d>y</d>\n</op>"), std::string::npos) << result.document;
+}
+
+TEST(CompletedText, HoldsDefaultsInTheSchemasOrderAndIsValidAgain)
+{
+    Schema schema(Rpc(
+        "op",
+        Leaf("d1", "string", Default("1")) +
+            "<choice name=\"way\"><default value=\"road\"/><case name=\"road\">" +
+            Leaf("d2", "string", Default("2")) + "</case></choice>" + Leaf("a", "string") +
+            Container("c", Leaf("d3", "string", Default("3")) + Leaf("x", "string")) +
+            List("l", "k",
+                 Leaf("k", "string") + Leaf("d4", "string", Default("4")) + Leaf("y", "string")) +
+            Container("e", Leaf("d5", "string", Default("5"))) + Leaf("z", "string")));
+    ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
+                                   "<augment target-node=\"/m:op/m:input\">" +
+                                       Leaf("d6", "string", Default("6")) + Leaf("w", "string") +
+                                       "</augment>"),
+              0u);
+    Result result = RunOnText(ZR_CTX_CompleteRpcDataTree, schema,
+                              Data("op", "<w xmlns=\"urn:n\"/><a/><c><!--b--><x/></c>"
+                                         "<l><k/><y/></l><l><k/></l><z/>"));
+    EXPECT_EQ(result.record, Valid());
+    Document document(result.document);
+    std::string names;
+    for (xmlNode *node = document.top(); node != nullptr;
+         node = zr::NextElement(document.top(), node))
+        names += reinterpret_cast<const char *>(node->name) + std::string(" ");
+    EXPECT_EQ(names, "op d6 w d1 d2 a c d3 x l k d4 y l k d4 e d5 z ");
+    Result again = RunOnText(ZR_CTX_CompleteRpcDataTree, schema, result.document);
+    EXPECT_EQ(again.record, Valid());
+    EXPECT_EQ(again.document, result.document);
+}
+
+TEST(CompletedText, LeavesWhatStandsBelowAMountPointAlone)
+{
+    Schema schema(
+        "<import module=\"ietf-yang-schema-mount\"><prefix value=\"yangmnt\"/></import>" +
+        Rpc("op",
+            Container("mounted", Leaf("d", "string", Default("x")) +
+                                     "<yangmnt:mount-point xmlns:yangmnt=\"urn:ietf:params:xml:"
+                                     "ns:yang:ietf-yang-schema-mount\" label=\"root\"/>")));
+    ASSERT_EQ(schema.status, 0u);
+    Result result = RunOnText(ZR_CTX_CompleteRpcDataTree, schema,
+                              Data("op", "<mounted><any xmlns=\"urn:any\"/></mounted>"));
+    EXPECT_EQ(result.record, Valid());
+    EXPECT_NE(result.document.find("<any xmlns=\"urn:any\"/>\n    <d>x</d>"), std::string::npos)
+        << result.document;
+}
+
+TEST(CompletedText, OfAnActionIsCompletedInsideTheAction)
+{
+    std::string d = Leaf("d", "string", Default("x"));
+    Schema schema(Container("state", d + "<action name=\"act\"><input>" + d + Leaf("a", "string") +
+                                         "</input></action>"));
+    ASSERT_EQ(schema.status, 0u);
+    Result result =
+        RunOnText(ZR_CTX_CompleteRpcDataTree, schema, Data("state", "<act><a>1</a></act>"));
+    EXPECT_EQ(result.document, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                               "<state xmlns=\"urn:m\">\n  <act>\n    <d>x</d>\n"
+                               "    <a>1</a>\n  </act>\n</state>\n");
+}
+
+TEST_F(EntryTest, HandsOutNothingOfARequestThatIsRefused)
+{
+    for (const std::string &text : {Data("op", "<c><n>300</n></c>"), Data("op", "<z/>"),
+                                    Data("event"), std::string("<op"), std::string()}) {
+        Result result = RunOnText(ZR_CTX_CompleteRpcDataTree, schema_, text);
+        EXPECT_EQ(result.status, 22u) << text;
+        EXPECT_EQ(result.record, RpcRecord(schema_, text)) << text;
+        EXPECT_NE(result.record, Valid()) << text;
+        EXPECT_EQ(result.document, "") << text;
+    }
+}
+
+TEST_F(EntryTest, GivesStatusAndRecordForNull)
+{
+    for (TextFunc run : {ZR_CTX_ValidateNotifDataTreeWithError, ZR_CTX_CompleteRpcDataTree}) {
+        ZrdErrNode *error = nullptr;
+        EXPECT_EQ(run(nullptr, Data("op").c_str(), nullptr, nullptr, &error), 22u);
+        EXPECT_EQ(TakeRecord(error), General());
+        error = nullptr;
+        EXPECT_EQ(run(schema_, nullptr, nullptr, nullptr, &error), 22u);
+        EXPECT_EQ(TakeRecord(error), General());
+        EXPECT_EQ(run(schema_, nullptr, nullptr, nullptr, nullptr), 22u);
+        EXPECT_EQ(run(schema_, "<op", nullptr, nullptr, nullptr), 22u);
+    }
+    EXPECT_EQ(ZR_CTX_CompleteRpcDataTree(schema_, Data("op").c_str(), nullptr, nullptr, nullptr),
+              0u);
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTreeWithError(schema_, Data("event").c_str(), nullptr,
+                                                    nullptr, nullptr),
+              0u);
 }
 
 // A run

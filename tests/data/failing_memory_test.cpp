@@ -36,6 +36,12 @@ const char *const kContents[] = {
 
 void Ignore(void *, void *) {}
 
+uint32_t KeepText(const char *text, void *kept)
+{
+    *static_cast<std::string *>(kept) = text;
+    return 0;
+}
+
 class FailingMemory : public ::testing::TestWithParam<const char *> {
 protected:
     Schema schema_{kBody};
@@ -92,6 +98,30 @@ TEST_P(FailingMemory, OfANotificationLeaksNothing)
     }
 }
 
+TEST_P(FailingMemory, OfATextGivesARecordOrADocumentAndLeaksNothing)
+{
+    AllocGuard guard;
+    for (bool notification : {false, true}) {
+        auto run =
+            notification ? ZR_CTX_ValidateNotifDataTreeWithError : ZR_CTX_CompleteRpcDataTree;
+        std::string text = Data(notification ? "event" : "op", GetParam());
+        uint64_t n = 0;
+        for (bool reached = true; reached && n < 10000; ++n) {
+            std::string document;
+            ZrdErrNode *error = nullptr;
+            guard.FailAt(n);
+            uint32_t status = run(schema_, text.c_str(), KeepText, &document, &error);
+            reached = guard.Count() > n;
+            guard.FailNone();
+            EXPECT_EQ(status, error != nullptr ? 22u : 0u) << n;
+            EXPECT_EQ(document.empty(), error != nullptr) << n;
+            ZR_FreeErrNode(error);
+            EXPECT_EQ(guard.LiveBlocks(), 0) << "allocation " << n;
+        }
+        EXPECT_LT(n, 10000u);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Requests, FailingMemory, ::testing::ValuesIn(kContents));
 
 TEST_P(FailingMemory, OfLibxml2LeavesTheTreeAndNeverMakesAFailedRequestLookValid)
@@ -122,12 +152,6 @@ TEST_P(FailingMemory, OfLibxml2LeavesTheTreeAndNeverMakesAFailedRequestLookValid
     EXPECT_EQ(memory.Messages(), 0u);
 }
 
-uint32_t KeepText(const char *text, void *kept)
-{
-    *static_cast<std::string *>(kept) = text;
-    return 0;
-}
-
 TEST(FailingXmlMemory, LoadsAModuleWholeOrNotAtAll)
 {
     std::string yin = ModuleText("m", kBody);
@@ -146,16 +170,26 @@ TEST(FailingXmlMemory, LoadsAModuleWholeOrNotAtAll)
     EXPECT_EQ(memory.Messages(), 0u);
 }
 
-TEST(FailingXmlMemory, HandsOutNoNotificationThatWasNotReadAndWrittenWhole)
+using TextFunc = uint32_t (*)(ZrCtx *ctx, const char *text, std::string *document);
+
+uint32_t Notify(ZrCtx *ctx, const char *text, std::string *document)
 {
-    Schema schema(kBody);
-    std::string text = Data("event", kContents[0]);
+    return ZR_CTX_ValidateNotifDataTree(ctx, text, KeepText, document);
+}
+
+uint32_t Complete(ZrCtx *ctx, const char *text, std::string *document)
+{
+    return ZR_CTX_CompleteRpcDataTree(ctx, text, KeepText, document, nullptr);
+}
+
+void ExpectAllOrNothing(TextFunc run, ZrCtx *ctx, const std::string &text)
+{
     XmlAllocGuard memory;
     std::string document;
     auto validate = [&](uint64_t failAt) {
         document.clear();
         memory.FailAt(failAt);
-        return ZR_CTX_ValidateNotifDataTree(schema, text.c_str(), KeepText, &document);
+        return run(ctx, text.c_str(), &document);
     };
     ASSERT_EQ(validate(UINT64_MAX), 0u); // what a first document brings about
     ASSERT_EQ(validate(UINT64_MAX), 0u);
@@ -169,6 +203,29 @@ TEST(FailingXmlMemory, HandsOutNoNotificationThatWasNotReadAndWrittenWhole)
         EXPECT_EQ(document, failed ? "" : whole) << n;
     }
     EXPECT_EQ(memory.Messages(), 0u);
+}
+
+TEST(FailingXmlMemory, HandsOutNoNotificationThatWasNotReadAndWrittenWhole)
+{
+    Schema schema(kBody);
+    ExpectAllOrNothing(Notify, schema, Data("event", kContents[0]));
+}
+
+TEST(FailingXmlMemory, HandsOutNoRequestThatWasNotReadCompletedAndWrittenWhole)
+{
+    Schema schema(kBody);
+    ASSERT_EQ(schema.LoadBody("base", "<identity name=\"b\"/>"), 0u);
+    ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
+                                   "<import module=\"base\"><prefix value=\"b\"/></import>"
+                                   "<augment target-node=\"/m:op/m:input\"><leaf name=\"id\">"
+                                   "<type name=\"identityref\"><base name=\"b:b\"/></type>" +
+                                       Default("b:b") + "</leaf></augment>"),
+              0u);
+    ExpectAllOrNothing(Complete, schema, Data("op", kContents[0]));
+    // Where the prefix of the value is the one of the element's name.
+    ExpectAllOrNothing(
+        Complete, schema,
+        "<base:op xmlns:base=\"urn:m\"><base:mode>on</base:mode><base:m>yes</base:m></base:op>");
 }
 
 } // namespace
