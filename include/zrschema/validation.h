@@ -19,8 +19,8 @@
  * - "require-instance": a leafref's value is held against the type of its target, and whether the
  *   target holds that value is not asked; of an instance-identifier, the value is any text;
  * - attributes, which are neither read nor refused;
- * - the names of an operation's output: in the data of an operation they are taken like those of its
- *   input;
+ * - the nodes of an operation's output: in the data of an operation they are taken like those of
+ *   its input;
  * - in notifications the values of leaves, the order of elements and the cases of choices.
  *
  * Three rules that are easily taken for others:
@@ -50,16 +50,16 @@ extern "C" {
  * and mandatory nodes. Where action data holds a schema-mount point (RFC 8528), whose schema is
  * not known here, the run ends with success once everything known is matched.
  *
- * A leaf or leaf-list element holds text or nothing: a comment, an instruction, a CDATA section or an
- * element in it, beside the text or instead of it, makes it unexpected. Text nodes that follow one
- * another in a caller's tree are one text.
+ * A leaf or leaf-list element holds text or nothing: a comment, an instruction, a CDATA section or
+ * an element in it, beside the text or instead of it, makes it unexpected. Text nodes that follow
+ * one another in a caller's tree are one text.
  *
  * Default leaves that the input leaves out, and the non-presence containers needed to hold them,
  * are appended to the tree as its last children (RFC 7950, sections 7.5.1 and 7.6.1); one whose
- * "when" is false is taken out again. An added element whose module is not its parent's declares its
- * module's namespace as the default one and belongs to it; any other belongs to its parent's. An
- * added leaf whose value is an identity "module:identity" binds that prefix to the namespace of the
- * module, unless it is bound to it there already (RFC 7950, section 9.10.3).
+ * "when" is false is taken out again. An added element whose module is not its parent's declares
+ * its module's namespace as the default one and belongs to it; any other belongs to its parent's.
+ * An added leaf whose value is an identity "module:identity" binds that prefix to the namespace of
+ * the module, unless it is bound to it there already (RFC 7950, section 9.10.3).
  *
  * A caller's tree is changed by these additions alone, and only when the data is valid: after a
  * failed run it is as it was. The private pointers (`_private`) of its elements are used during
@@ -89,9 +89,9 @@ ZR_API ZrdErrNode *ZR_CTX_ValidateRpcDataTree(ZrCtx *ctx, uint32_t inputKind, vo
                                               ZrDefaultNodeFunc callback, void *userData);
 
 /**
- * Validates the text of an RPC or action invocation, as ZR_CTX_ValidateRpcDataTree() does, and hands
- * it out with its defaults, each at its place in the schema's order (RFC 7950, section 7.14.4): what
- * is handed out is valid again, and nothing is added to it any more.
+ * Validates the text of an RPC or action invocation, as ZR_CTX_ValidateRpcDataTree() does, and
+ * hands it out with its defaults, each at its place in the schema's order (RFC 7950,
+ * section 7.14.4), where the check of the order accepts it again.
  *
  * @param ctx       the context whose loaded modules are the schema; null gives 22 and a record
  * @param xmlText   NUL-terminated XML; its root element is the operation, or the data that leads to
@@ -116,9 +116,9 @@ ZR_API uint32_t ZR_CTX_CompleteRpcDataTree(ZrCtx *ctx, const char *xmlText, ZrDo
  * Validates the XML text of a notification and hands out what remains of it.
  *
  * Other than in a request, values, the order of elements and the cases of choices are not checked
- * (that a leaf holds text alone is), no defaults are added, and an element whose "when" or "must" is false is no fault: it is removed
- * with everything below it (RFC 7950, section 7.16). A false "must" of the notification itself, a
- * missing mandatory node and every other fault fail the run.
+ * (that a leaf holds text alone is), no defaults are added, and an element whose "when" or "must"
+ * is false is no fault: it is removed with everything below it (RFC 7950, section 7.16). A false
+ * "must" of the notification itself, a missing mandatory node and every other fault fail the run.
  *
  * The text is parsed as ZR_CTX_ValidateRpcDataTree() parses it.
  *
