@@ -9,28 +9,17 @@ const xmlChar *AsXml(const char *text)
     return reinterpret_cast<const xmlChar *>(text);
 }
 
-// What a match or its failure means, beside what libxml2 reported meanwhile.
-zr::Match Outcome(bool matches, const zr::XmlErrors &errors)
-{
-    if (errors.outOfMemory())
-        return zr::Match::OutOfMemory;
-    return matches ? zr::Match::Yes : zr::Match::No;
-}
-
-bool Execute(xmlRegexp *compiled, const char *str)
-{
-    return xmlRegexpExec(compiled, AsXml(str)) == 1;
-}
-
 } // namespace
 
 zr::Match zr::MatchPattern(const char *str, const char *pattern)
 {
-    XmlErrors errors;
-    xmlRegexp *compiled = xmlRegexpCompile(AsXml(pattern));
-    bool matches = compiled != nullptr && Execute(compiled, str);
+    bool outOfMemory = false;
+    xmlRegexp *compiled = CompilePattern(pattern, &outOfMemory);
+    if (compiled == nullptr)
+        return outOfMemory ? Match::Undecided : Match::No;
+    Match match = MatchCompiled(compiled, str);
     xmlRegFreeRegexp(compiled);
-    return Outcome(matches, errors);
+    return match;
 }
 
 xmlRegexp *zr::CompilePattern(const char *pattern, bool *outOfMemory)
@@ -46,8 +35,12 @@ xmlRegexp *zr::CompilePattern(const char *pattern, bool *outOfMemory)
 
 zr::Match zr::MatchCompiled(xmlRegexp *compiled, const char *str)
 {
+    // 1 for a match, 0 for none, less where the matcher ended without knowing.
     XmlErrors errors;
-    return Outcome(Execute(compiled, str), errors);
+    int result = xmlRegexpExec(compiled, AsXml(str));
+    if (errors.outOfMemory() || result < 0)
+        return Match::Undecided;
+    return result == 1 ? Match::Yes : Match::No;
 }
 
 uint32_t ZR_UTL_MatchStrWithPattern(const char *str, const char *pattern)

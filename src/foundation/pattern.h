@@ -15,7 +15,8 @@ ZR_API uint32_t ZR_UTL_MatchStrWithPattern(const char *str, const char *pattern)
 
 namespace zr {
 
-enum class Match { Yes, No, OutOfMemory };
+// Undecided: memory runs out, or the matcher gives up on an expression that makes it try too much.
+enum class Match { Yes, No, Undecided };
 
 // Whether the whole text matches; No for an expression that does not compile.
 Match MatchPattern(const char *str, const char *pattern);

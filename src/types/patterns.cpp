@@ -97,11 +97,11 @@ uint32_t ZRT_CONS_ValidateValueNodeAgainstDataPattern(const void *body, uint32_t
     bool keep = ctx != nullptr && (ctx->flags & ZR_CTX_KEEP_PATTERNS) != 0;
     for (uint32_t i = 0; i < patterns->count; ++i) {
         // A pattern that does not compile matches nothing, so that inverted it accepts everything;
-        // what is not known for want of memory accepts nothing.
+        // one that is not decided accepts nothing, inverted or not.
         zr::Match match = keep ? MatchKept(patterns, i, text)
                                : zr::MatchPattern(text, patterns->items[i].pattern);
         bool inverted = patterns->items[i].invertMatch != 0;
-        if (match == zr::Match::OutOfMemory || (match == zr::Match::Yes) == inverted)
+        if (match == zr::Match::Undecided || (match == zr::Match::Yes) == inverted)
             return ZR_ERR_VALUE_PATTERN;
     }
     return ZR_OK;

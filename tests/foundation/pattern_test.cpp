@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <libxml/xmlerror.h>
 
+#include <string>
 #include <thread>
 
 namespace {
@@ -39,6 +40,15 @@ TEST(MatchStrWithPattern, Is22ForAPatternThatDoesNotCompile)
 {
     for (const char *pattern : {"(", ")", "[a", "a{2,1}", "*", "\\", "[z-a]", "\\p{No_Such}"})
         EXPECT_EQ(ZR_UTL_MatchStrWithPattern("a", pattern), 22u) << pattern;
+}
+
+TEST(MatchStrWithPattern, Is22WhereTheMatcherGivesUp)
+{
+    const char *pattern = "(x+x+)+y|(x+x+)+x";
+    const std::string text(30, 'x');
+    EXPECT_EQ(zr::MatchPattern(text.c_str(), pattern), zr::Match::Undecided);
+    EXPECT_EQ(ZR_UTL_MatchStrWithPattern(text.c_str(), pattern), 22u);
+    EXPECT_EQ(ZR_UTL_MatchStrWithPattern("xxx", pattern), 0u);
 }
 
 TEST(MatchStrWithPattern, Is22ForNull)

@@ -81,6 +81,20 @@ TEST_P(Pattern, RefusesANullValueEvenWhenInverted)
     EXPECT_EQ(Check(inverted, nullptr), ZR_ERR_VALUE_PATTERN);
 }
 
+// The matcher tries the ways to part such a text between two "+" until it gives up.
+const std::string kHardPattern = "(x+x+)+y|(x+x+)+x";
+const std::string kHardText(30, 'x');
+
+TEST_P(Pattern, ThatIsNotDecidedRefusesTheValueInvertedOrNot)
+{
+    for (const char *modifier : {"", "<modifier value=\"invert-match\"/>"}) {
+        Leaf leaf =
+            WithFlags(String("<pattern value=\"" + kHardPattern + "\">" + modifier + "</pattern>"));
+        EXPECT_EQ(leaf.Check(kHardText.c_str()), ZR_ERR_VALUE_PATTERN) << modifier;
+        EXPECT_EQ(Check(leaf, "z"), *modifier != '\0' ? ZR_OK : ZR_ERR_VALUE_PATTERN) << modifier;
+    }
+}
+
 TEST_P(Pattern, OfTypedefsAllHaveToMatch)
 {
     Leaf leaf =
