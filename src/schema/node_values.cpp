@@ -2,11 +2,12 @@
 #include "schema/lookup.h"
 #include "schema/module.h"
 #include "schema/node.h"
+#include "types/leafref.h"
 #include "types/real_type.h"
 
 namespace {
 
-constexpr uint32_t kMaxChain = 129; // links of a typedef chain, resolutions of a leafref chain
+constexpr uint32_t kMaxChain = 129; // links of a typedef chain
 
 const ZrCtx *ContextOf(const ZrNode *node)
 {
@@ -31,23 +32,6 @@ const char *FirstInTypedefs(const ZrCtx *ctx, const ZrtRealType *type, Read read
         type = &definition->realType;
     }
     return nullptr;
-}
-
-const char *LeafrefPathOfType(const ZrtRealType *type)
-{
-    return type->baseType == ZRT_TYPE_LEAFREF ? ZR_TYPE_GetTypeConsDataLeafrefPath(type) : nullptr;
-}
-
-const char *LeafrefPath(const ZrNode *node)
-{
-    const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
-    if (type == nullptr)
-        return nullptr;
-    if (type->baseType != ZRT_TYPE_DERIVED)
-        return LeafrefPathOfType(type);
-    return FirstInTypedefs(ContextOf(node), type, [](const ZrsTypDef &definition) {
-        return LeafrefPathOfType(&definition.realType);
-    });
 }
 
 const char *OwnUnits(const ZrNode *node)
@@ -130,18 +114,8 @@ uint32_t ZR_NODE_ScanDerivedType(const ZrNode *node, ZrDerivedTypeScanFunc callb
 
 ZrNode *ZR_NODE_GetLeafrefTargetNode(const ZrNode *node, uint32_t follow)
 {
-    const char *path = LeafrefPath(node);
-    // Leafrefs may name each other in a circle; the bound breaks it.
-    for (uint32_t i = 0; i < kMaxChain && path != nullptr; ++i) {
-        ZrNode *target = ZRS_MOD_GetNodeByXpath(node->module, node, path);
-        if (target == nullptr || follow == 0)
-            return target;
-        path = LeafrefPath(target);
-        if (path == nullptr)
-            return target;
-        node = target;
-    }
-    return nullptr;
+    const char *path = zr::LeafrefPathOf(node);
+    return path != nullptr ? zr::LeafrefTarget(node, path, follow != 0) : nullptr;
 }
 
 uint32_t ZR_NODE_ValidateValue(const ZrNode *node, uint32_t inputKind, const void *value)

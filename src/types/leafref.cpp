@@ -1,4 +1,5 @@
 // The path of a leafref and the check of its values (RFC 7950, section 9.9).
+#include "types/leafref.h"
 #include "schema/module_record.h"
 #include "schema/node_record.h"
 #include "types/constraint_body.h"
@@ -23,38 +24,50 @@ uint32_t TakeFirstPath(const char *, const char *, const ZrtRealType *type, void
     return found->path != nullptr ? 1 : 0;
 }
 
-// The path of a leafref, also of one behind typedefs; null for another type.
-const char *LeafrefPathOf(const ZrtRealType *type, const ZrCtx *ctx)
+// Whether the value of the leaf is being checked: it is the one under check, or the check came from
+// it through leafrefs that are members of unions.
+bool IsUnderCheck(const ZrNode *leaf, const ZrtValidateCtx *validation)
 {
+    for (; validation != nullptr; validation = validation->referrer) {
+        if (validation->node == leaf)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+namespace zr {
+
+const char *LeafrefPathOf(const ZrNode *node)
+{
+    const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
     if (type == nullptr)
         return nullptr;
     if (type->baseType == ZRT_TYPE_LEAFREF)
         return ZR_TYPE_GetTypeConsDataLeafrefPath(type);
-    if (type->baseType != ZRT_TYPE_DERIVED)
+    if (type->baseType != ZRT_TYPE_DERIVED || node->module == nullptr)
         return nullptr;
     PathFound found = {nullptr};
-    ZR_TYPE_IterRealTypeDerivedName(type, ctx, TakeFirstPath, &found);
+    ZR_TYPE_IterRealTypeDerivedName(type, node->module->ctx, TakeFirstPath, &found);
     return found.path;
 }
 
-// The leaf that the path leads to from the node, through leafrefs; null when there is none.
-const ZrNode *FollowPath(const ZrNode *node, const char *path)
+ZrNode *LeafrefTarget(const ZrNode *node, const char *path, bool follow)
 {
-    for (uint32_t i = 0; i < kMaxResolutions && node != nullptr; ++i) {
-        if (node->module == nullptr)
-            return nullptr;
-        node = ZRS_MOD_GetNodeByXpath(node->module, node, path);
-        if (node == nullptr)
-            return nullptr;
-        path = LeafrefPathOf(ZRS_NODE_GetLeafSchemaRealType(node),
-                             node->module != nullptr ? node->module->ctx : nullptr);
+    for (uint32_t i = 0; i < kMaxResolutions && path != nullptr && node->module != nullptr; ++i) {
+        ZrNode *target = ZRS_MOD_GetNodeByXpath(node->module, node, path);
+        if (target == nullptr || !follow)
+            return target;
+        path = LeafrefPathOf(target);
         if (path == nullptr)
-            return node;
+            return target;
+        node = target;
     }
     return nullptr;
 }
 
-} // namespace
+} // namespace zr
 
 void *ZRT_CONS_CreateConsDataBodyWithPath(uint32_t)
 {
@@ -94,9 +107,12 @@ uint32_t ZRT_CONS_ValidateValueNodeAgainstDataPath(const void *body, uint32_t in
     const char *path = static_cast<const ZrtConsPath *>(body)->path;
     if (path == nullptr || ZRT_TYPE_GetInputValueAsSimpleStr(inputKind, value) == nullptr)
         return ZR_ERR_VALUE_LEAFREF;
-    const ZrNode *target = FollowPath(validation->node, path);
+    if (validation->node == nullptr)
+        return ZR_ERR_VALUE_LEAFREF;
+    const ZrNode *target = zr::LeafrefTarget(validation->node, path, true);
     const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(target);
-    if (type == nullptr)
+    // A leaf whose value is being checked says nothing on it: there is no end to asking it again.
+    if (type == nullptr || IsUnderCheck(target, validation))
         return ZR_ERR_VALUE_LEAFREF;
     const ZrtRealType *matched = nullptr;
     uint32_t status = zr::ValidateNested(type, inputKind, value, validation, target, &matched);

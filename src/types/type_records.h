@@ -152,4 +152,5 @@ struct ZrtValidateCtx {
     const ZrNode *node;
     const ZrtRealType *current;
     const ZrtRealType *matched;
+    const ZrtValidateCtx *referrer; // of the leaf whose leafref leads to `node`, or null
 };

@@ -118,6 +118,7 @@ uint32_t ValidateNested(const ZrtRealType *type, uint32_t inputKind, const void 
     inner.node = node;
     inner.nesting = outer->nesting;
     inner.visits = outer->visits;
+    inner.referrer = node == outer->node ? outer->referrer : outer;
     uint32_t status = ZRT_TYPE_ValidateValueNodeAgainstRealType(type, inputKind, value, &inner);
     outer->visits = inner.visits;
     outer->tooDeep = inner.tooDeep;

@@ -265,6 +265,31 @@ TEST_F(Leafrefs, AreOnlyWhatHasALeafrefType)
     EXPECT_EQ(ZR_NODE_GetLeafrefTargetNode(nullptr, 0), nullptr);
 }
 
+// The first path along the typedefs counts, whatever it restricts there; values are checked against
+// the leaf that the query names.
+TEST(LeafrefChains, TheFirstPathAlongTheTypedefsIsTakenByQueriesAndValueChecks)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", R"(
+      <typedef name="far"><type name="leafref"><path value="/number"/></type></typedef>
+      <typedef name="near"><type name="far"><path value="/flag"/></type></typedef>
+      <typedef name="text"><type name="string"><path value="/flag"/></type></typedef>
+      <leaf name="number"><type name="int8"/></leaf>
+      <leaf name="flag"><type name="boolean"/></leaf>
+      <leaf name="a"><type name="near"/></leaf>
+      <leaf name="b"><type name="text"/></leaf>
+      <leaf name="to-a"><type name="leafref"><path value="/a"/></type></leaf>
+      <leaf name="to-b"><type name="leafref"><path value="/b"/></type></leaf>)"),
+              0u);
+    for (const char *path : {"/m:a", "/m:b", "/m:to-a", "/m:to-b"})
+        EXPECT_EQ(ZR_NODE_GetLeafrefTargetNode(ctx.Node(path), 1), ctx.Node("/m:flag")) << path;
+    for (const char *path : {"/m:to-a", "/m:to-b"}) {
+        EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node(path), ZR_VALUE_STRING, "true"), ZR_OK) << path;
+        EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node(path), ZR_VALUE_STRING, "5"), ZR_ERR_VALUE_BOOLEAN)
+            << path;
+    }
+}
+
 TEST(LeafrefChains, OneOf129StepsIsFollowedAndALongerOneIsNot)
 {
     // r0 is a string; leaf rN points to rN-1, N steps from the end.

@@ -151,6 +151,54 @@ TEST(Leafref, InAUnionToItsOwnLeafEnds)
     EXPECT_EQ(leaf.Check("5"), ZR_ERR_VALUE_UNION);
 }
 
+TEST(Leafref, InAUnionToItsOwnLeafFailsAlone)
+{
+    Leaf leaf("<type name=\"union\">" + LeafrefTo("/m:v") + "<type name=\"int8\"/></type>");
+    ASSERT_NE(leaf.node(), nullptr);
+    EXPECT_EQ(leaf.Check("5"), ZR_OK);
+    EXPECT_EQ(leaf.Check("200"), ZR_ERR_VALUE_UNION);
+    uint16_t count = 0;
+    const ZrtRealType *members = ZRT_CONS_GetConsUnionSubTypeData(
+        ZRT_TYPE_GetTypeConsDataByConsType(leaf.type(), ZRT_CONS_UNION), &count);
+    ASSERT_EQ(count, 2);
+    EXPECT_EQ(leaf.Matched("5"), &members[1]);
+}
+
+// The leaves ask each other; each falls back on its own int8 or boolean.
+TEST(Leafref, InAUnionThatLeadsBackThroughOtherLeavesFailsAlone)
+{
+    Leaf leaf("<type name=\"union\">" + LeafrefTo("/m:a") + "<type name=\"int8\"/></type>",
+              LeafText("a", "<type name=\"union\"><type name=\"ref\"/>" + LeafrefTo("/m:a") +
+                                "<type name=\"boolean\"/></type>") +
+                  LeafText("b", LeafrefTo("/m:v")) + "<typedef name=\"ref\">" + LeafrefTo("/m:b") +
+                  "</typedef>");
+    ASSERT_NE(leaf.node(), nullptr);
+    for (const char *name : {"/m:v", "/m:a", "/m:b"}) {
+        const ZrNode *node = leaf.context().Node(name);
+        EXPECT_EQ(ZR_NODE_ValidateValue(node, ZR_VALUE_STRING, "5"), ZR_OK) << name;
+        EXPECT_EQ(ZR_NODE_ValidateValue(node, ZR_VALUE_STRING, "true"), ZR_OK) << name;
+        EXPECT_EQ(ZR_NODE_ValidateValue(node, ZR_VALUE_STRING, "x"), ZR_ERR_VALUE_UNION) << name;
+    }
+    EXPECT_EQ(leaf.Matched("true"),
+              &ZRT_CONS_GetConsUnionSubTypeData(
+                  ZRT_TYPE_GetTypeConsDataByConsType(
+                      ZR_NODE_GetRealType(leaf.context().Node("/m:a")), ZRT_CONS_UNION),
+                  nullptr)[2]);
+}
+
+// Two members that lead to one leaf, one after the other: the second asks it anew.
+TEST(Leafref, ToALeafThatWasAskedBeforeIsFollowed)
+{
+    Leaf leaf("<type name=\"union\">" + LeafrefTo("/m:flag") + "<type name=\"both\"/></type>",
+              "<typedef name=\"both\"><type name=\"union\">" + LeafrefTo("/m:number") +
+                  LeafrefTo("/m:flag") + "</type></typedef>" +
+                  LeafText("number", "<type name=\"int8\"/>") +
+                  LeafText("flag", "<type name=\"boolean\"/>"));
+    EXPECT_EQ(leaf.Check("true"), ZR_OK);
+    EXPECT_EQ(leaf.Check("5"), ZR_OK);
+    EXPECT_EQ(leaf.Check("x"), ZR_ERR_VALUE_UNION);
+}
+
 // Leaves r1 to rN, each a leafref to the next, the last an int8; the leaf "v" refers to r1.
 std::string Row(int length)
 {
