@@ -8,6 +8,7 @@
 #include "schema/navigation.h"
 #include "schema/node.h"
 #include "types/real_type.h"
+#include "xpath/data_values.h"
 
 namespace {
 
@@ -26,12 +27,20 @@ const ZrtRealType *Resolve(const ZrCtx *ctx, const ZrtRealType *type)
     return def != nullptr ? &def->realType : nullptr;
 }
 
-bool HoldsIdentityref(const ZrCtx *ctx, const ZrtRealType *type, uint32_t depth)
+// The type at the end of a chain of typedefs, whose links are added to `*depth`; null when it does
+// not come to an end.
+const ZrtRealType *EndOfTypedefs(const ZrCtx *ctx, const ZrtRealType *type, uint32_t *depth)
 {
     for (; type != nullptr && type->baseType == ZRT_TYPE_DERIVED; type = Resolve(ctx, type)) {
-        if (++depth > kMaxTypedefs)
-            return false;
+        if (++*depth > kMaxTypedefs)
+            return nullptr;
     }
+    return type;
+}
+
+bool HoldsIdentityref(const ZrCtx *ctx, const ZrtRealType *type, uint32_t depth)
+{
+    type = EndOfTypedefs(ctx, type, &depth);
     if (type == nullptr || type->baseType != ZRT_TYPE_UNION)
         return ZRT_TYPE_IsTypeWithIdentref(type) != 0;
     auto *members =
@@ -127,6 +136,15 @@ ZrNode *ZRD_MDL_GetChoiceDefaultChildNode(const ZrNode *choice)
 }
 
 namespace zr {
+
+bool IsIdentityrefAlone(const ZrNode *schemaNode)
+{
+    const ZrtRealType *type = ZR_NODE_GetRealType(schemaNode);
+    if (type == nullptr || schemaNode->module == nullptr)
+        return false;
+    uint32_t depth = 0;
+    return ZRT_TYPE_IsTypeWithIdentref(EndOfTypedefs(schemaNode->module->ctx, type, &depth)) != 0;
+}
 
 bool HasMatchedChildren(const ZrNode *schemaNode)
 {

@@ -12,11 +12,13 @@ extern "C" {
 // with zr::Free(); null when the element has no content, when the value's prefix means no loaded
 // module, or when memory runs out.
 ZR_API char *ZRD_NODE_GetValueContent(const xmlNode *element, const ZrNode *schemaNode);
-// 1 for a leaf or leaf-list whose type is identityref or derived from it, else 0.
+// 1 for a leaf or leaf-list whose type is or contains an identityref, also behind typedefs, else 0.
 ZR_API uint32_t ZRD_MDL_IsIdentityref(const ZrNode *schemaNode);
 }
 
 namespace zr {
+// Whether the type is an identityref, also behind typedefs; not so a union that contains one.
+bool IsIdentityrefAlone(const ZrNode *schemaNode);
 // Whether an identityref's value names a loaded module, so that it has a value text.
 bool HasModuleForm(const xmlNode *element, const ZrNode *schemaNode, const char *value);
 } // namespace zr

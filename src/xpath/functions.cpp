@@ -79,7 +79,7 @@ uint32_t IsDerived(const xmlNode *node, const char *argument, bool orSelf, bool 
     const ZrNode *schemaNode = zr::SchemaNodeOf(node);
     if (schemaNode == nullptr)
         return ZR_XPATH_ERR_NO_SCHEMA;
-    if (ZRD_MDL_IsIdentityref(schemaNode) == 0)
+    if (!zr::IsIdentityrefAlone(schemaNode))
         return ZR_ERR_INVALID;
 
     zr::ScopedBlock<char> text;

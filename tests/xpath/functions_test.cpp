@@ -82,7 +82,11 @@ protected:
               <leaf name="pet"><type name="identityref"><base name="animal"/></type></leaf>
               <leaf name="typed"><type name="kind"/></leaf>
               <leaf name="text"><type name="string"/></leaf>
-            </container>)"),
+              <leaf name="member"><type name="union"><type name="kind"/></type></leaf>
+              <leaf name="members"><type name="either"/></leaf>
+            </container>
+            <typedef name="either"><type name="union"><type name="kind"/><type name="int8"/></type>
+            </typedef>)"),
                   0u);
         ASSERT_EQ(ctx_.LoadBody("more", R"(
             <import module="base"><prefix value="b"/></import>
@@ -202,6 +206,21 @@ TEST_F(DerivedFrom, TakesWhatLiesOnTheStackWithoutCounting)
 {
     EXPECT_EQ(Eval("b:mammal", "pet = derived-from('animal')"), 22u); // the node is used up
     EXPECT_EQ(Eval("b:mammal", "1 = derived-from(0, pet, 'animal')"), 22u);
+}
+
+// A union may take the value as something else, so that its identity is not known.
+TEST_F(DerivedFrom, RefusesAUnionThatHoldsAnIdentityref)
+{
+    for (const char *leaf : {"member", "members"}) {
+        EXPECT_EQ(Tree(leaf, "b:mammal")
+                      ->Eval((std::string("derived-from(") + leaf + ", 'base:animal')").c_str()),
+                  22u);
+        EXPECT_EQ(Tree(leaf, "b:mammal")
+                      ->Eval((std::string("derived-from-or-self(") + leaf + ", 'mammal')").c_str()),
+                  22u);
+        EXPECT_EQ(Tree(leaf, "b:mammal")->Eval((std::string(leaf) + " = 'base:mammal'").c_str()),
+                  0u);
+    }
 }
 
 TEST_F(DerivedFrom, NeedsASchemaNode)
