@@ -1,0 +1,353 @@
+// The static checks of tools/lint, in a small tree of their own: each finds what is planted for it,
+// and a tool that does not do its work is never taken for one that found nothing.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::Not;
+
+struct LintRun {
+    int status;
+    std::string text;
+};
+
+std::string ReadFile(const fs::path &path)
+{
+    std::stringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+// Tools that the checks need and every machine with a compiler has, and those that stand in for
+// the ones that not every machine has: they find nothing.
+constexpr const char *kRealTools[] = {"git", "gcc", "g++", "nm", "sh", "as", "ld"};
+constexpr const char *kFakeTools[] = {"clang-format", "clang-tidy", "cppcheck", "cmake"};
+constexpr const char *kFindsNothing = "exit 0";
+
+// A tree with the project's tools and as much code as they need. Its PATH leads to a folder that
+// holds the tools that a test puts there.
+class Lint : public testing::Test {
+protected:
+    Lint()
+    {
+        std::string pattern = (fs::temp_directory_path() / "zrschema-lint-XXXXXX").string();
+        root_ = mkdtemp(pattern.data());
+        for (const char *tool : {"lint", "check_layers", "exported_names"}) {
+            fs::create_directories(root_ / "tools");
+            fs::copy_file(fs::path(ZR_SOURCE_DIR "/tools") / tool, root_ / "tools" / tool);
+        }
+        for (const char *tool : kRealTools)
+            Link(tool);
+        for (const char *tool : kFakeTools)
+            Fake(tool, kFindsNothing);
+        Write("src/platform/text.cpp", "int unused;\n");
+        Write("src/platform/text.h", "#pragma once\n");
+        Write("tools/zrschema/main.cpp", "int main() {}\n");
+        Write("include/zrschema/types.h",
+              "#define ZR_API __attribute__((visibility(\"default\")))\n"
+              "ZR_API int ZR_One(int number);\n");
+        Shell("git init -q . && mkdir build");
+    }
+    ~Lint() override { fs::remove_all(root_); }
+
+    void Write(const fs::path &name, const std::string &text) const
+    {
+        fs::create_directories((root_ / name).parent_path());
+        std::ofstream(root_ / name, std::ios::binary) << text;
+    }
+
+    // Takes the code of the project, whose layers are checked as they are.
+    void CopySources() const
+    {
+        for (const char *folder : {"src", "include"})
+            fs::copy(fs::path(ZR_SOURCE_DIR) / folder, root_ / folder,
+                     fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+    }
+
+    void Append(const fs::path &name, const std::string &text) const
+    {
+        Write(name, ReadFile(root_ / name) + text);
+    }
+
+    void Fake(const std::string &tool, const std::string &does) const
+    {
+        fs::path file = fs::path("bin") / tool;
+        fs::remove(root_ / file);
+        Write(file, "#!/bin/sh\n" + does + "\n");
+        fs::permissions(root_ / file, fs::perms::owner_all);
+    }
+
+    void Link(const std::string &tool) const
+    {
+        fs::path found = Find(tool);
+        fs::create_directories(root_ / "bin");
+        fs::remove(root_ / "bin" / tool);
+        if (!found.empty())
+            fs::create_symlink(found, root_ / "bin" / tool);
+    }
+
+    void Restore(const std::string &tool) const
+    {
+        if (std::count(std::begin(kFakeTools), std::end(kFakeTools), tool) != 0)
+            Fake(tool, kFindsNothing);
+        else
+            Link(tool);
+    }
+
+    void BuildLibrary(const std::string &code = "int ZR_One(int n) { return n; }") const
+    {
+        Write("library.c", code);
+        fs::create_directories(root_ / "build/release/lib");
+        ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/libzrschema.so library.c"), 0);
+        fs::remove(root_ / "library.c");
+    }
+
+    static fs::path Find(const std::string &tool)
+    {
+        std::stringstream folders(std::getenv("PATH"));
+        for (std::string folder; std::getline(folders, folder, ':');)
+            if (fs::exists(fs::path(folder) / tool))
+                return fs::path(folder) / tool;
+        return {};
+    }
+
+    int Shell(const std::string &command) const
+    {
+        return std::system(("cd '" + root_.string() + "' && " + command).c_str());
+    }
+
+    LintRun Run(const std::string &check) const
+    {
+        int status = Shell("env PATH='" + (root_ / "bin").string() + "' " ZR_PYTHON " tools/lint " +
+                           check + " >build/out 2>&1");
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(root_ / "build/out")};
+    }
+
+    void ExpectFinds(const std::string &check, const std::string &what) const
+    {
+        LintRun run = Run(check);
+        EXPECT_EQ(run.status, 1) << check;
+        EXPECT_THAT(run.text, HasSubstr("FAILED"));
+        EXPECT_THAT(run.text, HasSubstr(what));
+    }
+
+    // None of the checks was made, and the run says each of `why`.
+    void ExpectNotChecked(const std::string &checks, const std::vector<std::string> &why) const
+    {
+        LintRun run = Run(checks);
+        EXPECT_EQ(run.status, 1) << checks;
+        EXPECT_EQ(Count(run.text, "NOT CHECKED"), Count(checks, " ") + 1) << run.text;
+        for (const std::string &reason : why)
+            EXPECT_THAT(run.text, HasSubstr(reason));
+    }
+
+    static size_t Count(const std::string &text, const std::string &part)
+    {
+        size_t count = 0;
+        for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+            ++count;
+        return count;
+    }
+
+    fs::path root_;
+};
+
+// Tools, and the checks that cannot be made without them.
+const struct {
+    std::string checks;
+    std::vector<std::string> tools;
+} kTools[] = {
+    {"format tidy cppcheck headers exports",
+     {"clang-format", "clang-tidy", "cppcheck", "gcc", "nm"}},
+    {"tidy headers", {"cmake", "g++"}},
+    {"format sizes headers tidy", {"git"}},
+};
+
+TEST_F(Lint, PassesACleanTree)
+{
+    BuildLibrary();
+    LintRun run = Run("format exports headers sizes cppcheck tidy");
+    EXPECT_EQ(run.status, 0) << run.text;
+    EXPECT_THAT(run.text, Not(HasSubstr("FAILED")));
+}
+
+TEST_F(Lint, FailsWhenAToolIsMissing)
+{
+    BuildLibrary();
+    for (const auto &row : kTools) {
+        for (const std::string &tool : row.tools)
+            fs::rename(root_ / "bin" / tool, root_ / "bin" / (tool + "-away"));
+        ExpectNotChecked(row.checks, row.tools);
+        for (const std::string &tool : row.tools)
+            fs::rename(root_ / "bin" / (tool + "-away"), root_ / "bin" / tool);
+    }
+}
+
+TEST_F(Lint, FailsWhenAToolFailsOrCrashes)
+{
+    BuildLibrary();
+    for (const auto &row : kTools) {
+        for (const char *does : {"echo 'no such option' >&2; exit 3", "exit 1", "kill -SEGV $$"}) {
+            for (const std::string &tool : row.tools)
+                Fake(tool, does);
+            ExpectNotChecked(row.checks, row.tools);
+        }
+        for (const std::string &tool : row.tools)
+            Restore(tool);
+    }
+}
+
+TEST_F(Lint, SaysHowAToolFailed)
+{
+    Fake("cppcheck", "echo 'no such option' >&2; exit 3");
+    ExpectNotChecked("cppcheck", {"cppcheck ended with status 3\nno such option"});
+    Fake("cppcheck", "kill -SEGV $$");
+    ExpectNotChecked("cppcheck", {"cppcheck was ended by SIGSEGV"});
+    Fake("clang-tidy", "exit 1");
+    ExpectNotChecked("tidy", {"clang-tidy ended with status 1 and names nothing"});
+}
+
+TEST_F(Lint, FailsWhenThereIsNothingToLookAt)
+{
+    fs::remove_all(root_ / "src");
+    ExpectNotChecked("sizes", {"no file to check"});
+    ExpectNotChecked("layers", {"holds no code"});
+    ExpectNotChecked("exports", {"no build/release/lib/libzrschema.so"});
+}
+
+TEST_F(Lint, KnowsNoOtherChecks)
+{
+    LintRun run = Run("formats");
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.text, HasSubstr("no such check: formats"));
+}
+
+TEST_F(Lint, RepeatsWhatTheToolsReport)
+{
+    const std::string report = "src/platform/text.cpp:1:5: warning: ";
+    Fake("clang-format", "echo '" + report + "code should be clang-formatted' >&2; exit 1");
+    ExpectFinds("format", "src/platform/text.cpp");
+    Fake("clang-tidy", "echo '" + report + "unused variable'; exit 1");
+    ExpectFinds("tidy", report + "unused variable");
+    Fake("clang-tidy", "echo '" + report + "unused variable'; exit 0");
+    ExpectFinds("tidy", report + "unused variable");
+    Fake("cppcheck", "echo 'src/platform/text.cpp:1:5: style: unused' >&2");
+    ExpectFinds("cppcheck", "style: unused");
+}
+
+TEST_F(Lint, FindsCodeThatIsNotFormatted)
+{
+    if (Find("clang-format").empty())
+        GTEST_SKIP() << "no clang-format here";
+    Link("clang-format");
+    EXPECT_EQ(Run("format").status, 0);
+    Write("src/platform/untidy.cpp", "int   untidy ;\n");
+    ExpectFinds("format", "src/platform/untidy.cpp");
+}
+
+TEST_F(Lint, FindsFaultsOfTheCode)
+{
+    if (Find("cppcheck").empty())
+        GTEST_SKIP() << "no cppcheck here";
+    Link("cppcheck");
+    Write("src/platform/fault.cpp", "int Get() { int numbers[2] = {0, 0}; return numbers[2]; }\n");
+    ExpectFinds("cppcheck", "src/platform/fault.cpp:1");
+}
+
+TEST_F(Lint, FindsHeadersThatAreNoC99)
+{
+    Write("include/zrschema/extra.h", "bool ZR_IsTrue(void);\n");
+    ExpectFinds("headers", "include/zrschema/extra.h:1");
+}
+
+TEST_F(Lint, FindsFilesOfTwoSubjects)
+{
+    std::string text;
+    for (int line = 0; line < 451; ++line)
+        text += "int number" + std::to_string(line) + ";\n";
+    Write("src/platform/long.cpp", text);
+    ExpectFinds("sizes", "src/platform/long.cpp: 451 lines");
+}
+
+TEST_F(Lint, FindsNamesThatAreDeclaredOrExportedOnly)
+{
+    BuildLibrary();
+    Append("include/zrschema/types.h", "ZR_API int ZR_Two(int number,\n    int other);\n");
+    ExpectFinds("exports", "declared but not exported: ZR_Two");
+    BuildLibrary("int ZR_One(int n) { return n; }\nint ZR_Two(int n) { return n; }\nint ZR_Three;");
+    ExpectFinds("exports", "exported but not declared: ZR_Three");
+    Write("src/platform/three.h", "extern \"C\" {\nZR_API extern int ZR_Three;\n}\n");
+    EXPECT_EQ(Run("exports").status, 0);
+    Append("src/platform/three.h", "ZR_API int (*ZR_Function(int))(int);\n");
+    ExpectNotChecked("exports", {"src/platform/three.h"});
+}
+
+TEST_F(Lint, PassesTheLayersOfTheProject)
+{
+    CopySources();
+    LintRun run = Run("layers");
+    EXPECT_EQ(run.status, 0) << run.text;
+}
+
+TEST_F(Lint, FindsUsesThatPointUpOrSideways)
+{
+    // clang-format off
+    //  the file                    what it includes               as the finding names it
+    constexpr struct {
+        const char *user;
+        const char *include;
+        const char *used;
+    } rows[] = {
+        {"src/platform/files.cpp",  "\"foundation/text.h\"",       "foundation/text.h"},
+        {"src/foundation/dict.cpp", "\"schema/node_record.h\"",    "schema/node_record.h"},
+        {"src/types/bits.cpp",      "\"schema/member_records.h\"", "schema/member_records.h"},
+        {"src/types/leafref.cpp",   "\"schema/lookup.h\"",         "schema/lookup.h"},
+        {"src/schema/merge.cpp",    "\"xpath/evaluate.h\"",        "xpath/evaluate.h"},
+        {"src/schema/merge.cpp",    "\"loader/unload.h\"",         "loader/unload.h"},
+        {"src/schema/module.h",     "<data/entry.cpp>",            "data/entry.cpp"},
+        {"src/xpath/tokenizer.cpp", "\"schema/node.h\"",           "schema/node.h"},
+        {"src/xpath/path_forms.cpp", "\"schema/lookup.h\"",        "schema/lookup.h"},
+        {"src/xpath/lex.h",         "\"xpath/eval.h\"",            "xpath/eval.h"},
+        {"src/xpath/steps.cpp",     "\"data/data_tree.h\"",        "data/data_tree.h"},
+        {"src/data/when.cpp",       "\"loader/engine.h\"",         "loader/engine.h"},
+        {"src/loader/engine.cpp",   "\"../print/printer.h\"",      "print/printer.h"},
+        {"src/loader/header.cpp",   "\"data/check_records.h\"",    "data/check_records.h"},
+        {"src/platform/new/room.h", "\"print/printer.h\"",         "print/printer.h"},
+        {"src/unknown/file.cpp",    "\"platform/text.h\"",         "no layer is known"},
+        {"src/print/line.cpp",      "\"platform/no_such_file.h\"", "leads to no file"},
+        {"src/print/line.cpp",      "NAME_OF_A_FILE",              "leads to no file"},
+        {"tools/zrschema/main.cpp", "\"schema/node.h\"",           "schema/node.h"},
+    };
+    // clang-format on
+    CopySources();
+    for (const auto &row : rows)
+        Append(row.user, std::string(" #  include ") + row.include + "\n");
+    LintRun run = Run("layers");
+    EXPECT_EQ(run.status, 1);
+    for (const auto &row : rows)
+        EXPECT_THAT(run.text, ContainsRegex(std::string(row.user) + ":[0-9]+: .*" + row.used));
+    EXPECT_EQ(std::count(run.text.begin(), run.text.end(), '\n'), 1 + std::ssize(rows));
+}
+
+TEST_F(Lint, FindsExceptionsThatNobodyNeeds)
+{
+    CopySources();
+    Write("src/types/derived.cpp", "/*\n#include \"schema/module_record.h\"\n*/\n");
+    ExpectFinds("layers", "src/types/derived.cpp: may use schema/module_record.h, but does not");
+}
+
+} // namespace
