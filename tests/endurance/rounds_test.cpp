@@ -1,6 +1,7 @@
 // A long-running process: the memory held after many rounds is what it was after the first ones.
 //
-// ZR_ENDURANCE_ROUNDS sets the number of rounds.
+// ZR_ENDURANCE_ROUNDS sets the number of rounds, more than the hundred that come first.
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
 #include <libxml/xmlmemory.h>
@@ -68,13 +69,40 @@ char *Strdup(const char *text)
     return static_cast<char *>(std::memcpy(Malloc(size), text, size));
 }
 
+constexpr long kFirstRounds = 100;
+constexpr long kUsualRounds = 2000;
+
+// The number that the text says, or 0 when after so many rounds there is nothing to compare.
+long RoundsOf(const char *text)
+{
+    char *end = nullptr;
+    long rounds = std::strtol(text, &end, 10);
+    return *text != '\0' && *end == '\0' && rounds > kFirstRounds ? rounds : 0;
+}
+
 long Rounds()
 {
     const char *wanted = std::getenv("ZR_ENDURANCE_ROUNDS");
-    return wanted != nullptr ? std::atol(wanted) : 2000;
+    return wanted != nullptr ? RoundsOf(wanted) : kUsualRounds;
 }
 
-constexpr long kFirstRounds = 100;
+// Runs `round`(number) so often and compares what is held at the end with what was held after the
+// first hundred rounds.
+template <typename Round> void ExpectSteady(const char *name, long rounds, Round round)
+{
+    ASSERT_GT(rounds, kFirstRounds) << "ZR_ENDURANCE_ROUNDS must be a number above it";
+    Held early;
+    for (long number = 0; number < rounds; ++number) {
+        round(number);
+        if (number + 1 == kFirstRounds)
+            early = g_held;
+        ASSERT_FALSE(testing::Test::HasFailure()) << "round " << number;
+    }
+    EXPECT_TRUE(g_held == early) << g_held.blocks - early.blocks << " blocks and "
+                                 << g_held.bytes - early.bytes << " bytes more are held";
+    std::printf("%s: %ld rounds, %ld blocks and %ld bytes held\n", name, rounds,
+                static_cast<long>(g_held.blocks), static_cast<long>(g_held.bytes));
+}
 
 class Endurance : public testing::Test {
 protected:
@@ -84,26 +112,6 @@ protected:
         ASSERT_EQ(status, ZR_OK);
         xmlMemSetup(Free, Malloc, Realloc, Strdup);
         xmlInitParser();
-    }
-
-    // Runs `round`(number) so often and compares what is held at the end with what was held after
-    // the first hundred rounds.
-    template <typename Round> void ExpectSteady(const char *name, Round round)
-    {
-        Held early;
-        long rounds = Rounds();
-        for (long number = 0; number < rounds; ++number) {
-            round(number);
-            if (number + 1 == kFirstRounds)
-                early = g_held;
-            ASSERT_FALSE(HasFailure()) << "round " << number;
-        }
-        if (rounds > kFirstRounds) {
-            EXPECT_EQ(g_held.blocks, early.blocks);
-            EXPECT_EQ(g_held.bytes, early.bytes);
-        }
-        std::printf("%s: %ld rounds, %ld blocks and %ld bytes held\n", name, rounds,
-                    static_cast<long>(g_held.blocks), static_cast<long>(g_held.bytes));
     }
 };
 
@@ -144,7 +152,7 @@ void Validate(ZrCtx *ctx, long number)
 TEST_F(Endurance, OneContextLoadsValidatesAndUnloads)
 {
     TestContext ctx(ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS | ZR_CTX_KEEP_PATTERNS);
-    ExpectSteady("one context", [&](long number) {
+    ExpectSteady("one context", Rounds(), [&](long number) {
         EXPECT_EQ(ctx.LoadBody("m", kBody), ZR_OK);
         EXPECT_EQ(ctx.LoadBody("n", kAugmenting), ZR_OK);
         Validate(ctx, number);
@@ -161,7 +169,7 @@ TEST_F(Endurance, ModulesFromFilesAreReloadedWithWhatDependsOnThem)
     dir.Write("n@@part.yin", ModuleText("n", kAugmenting));
     TestContext ctx; // imports are loaded by hand: "n" would bring "m" back with it
     ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), ZR_OK);
-    ExpectSteady("files", [&](long number) {
+    ExpectSteady("files", Rounds(), [&](long number) {
         EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), ZR_OK);
         EXPECT_EQ(ZR_CTX_LoadModule(ctx, "n"), ZR_OK);
         ZR_MOD_EnableFeature(ctx.Module("m"), "f");
@@ -175,7 +183,7 @@ TEST_F(Endurance, ModulesFromFilesAreReloadedWithWhatDependsOnThem)
 TEST_F(Endurance, FailedLoadsOfEverNewNamesAreForgottenWithTheirModule)
 {
     TestContext ctx;
-    ExpectSteady("failed loads", [&](long number) {
+    ExpectSteady("failed loads", Rounds(), [&](long number) {
         std::string name = "m" + std::to_string(number);
         EXPECT_EQ(ctx.LoadBody(name, "<leaf name='l'/>"), ZR_ERR_FAILED);
         EXPECT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), uint32_t{ZR_ERR_NOT_FOUND});
@@ -187,12 +195,35 @@ TEST_F(Endurance, FailedLoadsOfEverNewNamesAreForgottenWithTheirModule)
 TEST_F(Endurance, ContextsComeAndGo)
 {
     Held before = g_held;
-    ExpectSteady("contexts", [&](long number) {
+    ExpectSteady("contexts", Rounds(), [&](long number) {
         TestContext ctx(ZR_CTX_KEEP_PATTERNS);
         EXPECT_EQ(ctx.LoadBody("m", kBody), ZR_OK);
         Validate(ctx, number);
     });
     EXPECT_EQ(g_held, before);
+}
+
+// The check itself: what it is there for does not get past it.
+
+TEST_F(Endurance, ABlockThatStaysAfterTheFirstRoundsIsReported)
+{
+    static void *kept;
+    EXPECT_NONFATAL_FAILURE(ExpectSteady("a block kept", kFirstRounds + 1,
+                                         [](long number) {
+                                             if (number == kFirstRounds)
+                                                 kept = Malloc(1);
+                                         }),
+                            "1 blocks and 1 bytes more are held");
+    Free(kept);
+}
+
+TEST_F(Endurance, RoundsAfterWhichNothingWouldBeComparedAreRefused)
+{
+    EXPECT_FATAL_FAILURE(ExpectSteady("too few", kFirstRounds, [](long) {}),
+                         "must be a number above it");
+    for (const char *text : {"", "0", "-5", "1", "100", "many", "200x"})
+        EXPECT_EQ(RoundsOf(text), 0) << text;
+    EXPECT_EQ(RoundsOf("101"), 101);
 }
 
 } // namespace
