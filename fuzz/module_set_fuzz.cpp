@@ -19,6 +19,22 @@ namespace {
 
 using namespace zrfuzz;
 
+Goal g_loaded("a module is loaded by name");
+Goal g_loadedFromMemory("a module is loaded from memory");
+Goal g_refused("a module is refused, with an error");
+Goal g_notFound("a module has no file");
+Goal g_unloaded("a module is unloaded");
+Goal g_enabled("features are enabled");
+Goal g_shortOfMemory("an operation whose allocation fails does not succeed");
+Goal g_augment("an augment has its target");
+Goal g_relinked("the children of an augment find their target again");
+Goal g_removed("a deviation removes a node");
+Goal g_extDeviated("a deviation changes a node with extension instances");
+Goal g_reloaded("a module is taken down to be built again");
+Goal g_skipped("an extension instance is skipped");
+Goal g_kept("an extension instance is kept");
+Goal g_privateBack("private data comes back");
+
 constexpr size_t kMaxFiles = 10;
 
 struct File {
@@ -67,18 +83,11 @@ bool IsFileName(const std::string &name)
 
 std::vector<File> ReadFiles(std::string_view rest)
 {
-    constexpr std::string_view kMark = "=== ";
     std::vector<File> files;
-    while (!rest.empty()) {
-        std::string line = TakeLine(rest);
-        if (line.starts_with(kMark)) {
-            std::string name = line.substr(kMark.size());
-            if (!IsFileName(name) || files.size() == kMaxFiles)
-                break;
-            files.push_back({name, name.substr(0, name.find_first_of("@.")), ""});
-        } else if (!files.empty()) {
-            files.back().text += line + "\n";
-        }
+    for (const Part &part : ReadParts(rest)) {
+        if (!IsFileName(part.name) || files.size() == kMaxFiles)
+            break;
+        files.push_back({part.name, part.name.substr(0, part.name.find_first_of("@.")), part.text});
     }
     return files;
 }
@@ -116,6 +125,7 @@ void TakePrivate(ZrNode *node, void *privateData)
     Check(privateData == &g_private, "private data comes back as it was given");
     Check(ZR_NODE_GetNodeName(node) != nullptr, "with a node that is whole");
     --g_privateCount;
+    g_privateBack.MeetIf(true);
 }
 
 void TouchChanged(ZrCtx *ctx, ZrNode *node, ZrCtx *sameCtx)
@@ -129,28 +139,57 @@ void TouchChanged(ZrCtx *ctx, ZrNode *node, ZrCtx *sameCtx)
     GivePrivateToTree(node, 0, nullptr);
 }
 
+void TouchRelinked(ZrCtx *ctx, ZrNode *node, ZrCtx *sameCtx)
+{
+    g_relinked.MeetIf(node != nullptr);
+    TouchChanged(ctx, node, sameCtx);
+}
+
+void TouchRemoved(ZrCtx *ctx, ZrNode *node, ZrCtx *sameCtx)
+{
+    g_removed.MeetIf(node != nullptr);
+    TouchChanged(ctx, node, sameCtx);
+}
+
+void TouchExtDeviated(ZrCtx *ctx, ZrNode *node, ZrCtx *sameCtx)
+{
+    g_extDeviated.MeetIf(node != nullptr);
+    TouchChanged(ctx, node, sameCtx);
+}
+
 void TouchReloaded(ZrCtx *ctx, const char *moduleName)
 {
+    g_reloaded.MeetIf(true);
     Check(ZR_CTX_GetModuleByModName(ctx, moduleName) != nullptr, "a module is there until then");
 }
 
 uint32_t Filter(const char *moduleName, const char *extensionName)
 {
-    return moduleName[0] == extensionName[0];
+    bool skips = moduleName[0] == extensionName[0];
+    g_skipped.MeetIf(skips);
+    g_kept.MeetIf(!skips);
+    return skips;
 }
 
 void SetCallbacks(ZrCtx *ctx)
 {
     ZR_CTX_SetPridataFreeFunc(ctx, TakePrivate);
-    ZR_CTX_SetFirstAugChildRelinkFunc(ctx, TouchChanged);
-    ZR_CTX_SetBeforeDeviateNotSupportFunc(ctx, TouchChanged);
-    ZR_CTX_SetBeforeDeviateExtInstFunc(ctx, TouchChanged);
+    ZR_CTX_SetFirstAugChildRelinkFunc(ctx, TouchRelinked);
+    ZR_CTX_SetBeforeDeviateNotSupportFunc(ctx, TouchRemoved);
+    ZR_CTX_SetBeforeDeviateExtInstFunc(ctx, TouchExtDeviated);
     ZR_CTX_SetReloadModuleCbFunc(ctx, TouchReloaded);
     ZR_CTX_SetExtInstFilterCbFunc(ctx, Filter);
 }
 
+uint32_t FindAugmented(ZrNode *augment, uint32_t, void *)
+{
+    g_augment.MeetIf(ZR_NODE_GetAugmentTargetNode(augment) != nullptr);
+    return 0;
+}
+
 void Walk(ZrCtx *ctx, ZrMod *module)
 {
+    ZR_MOD_IterScanAugmentNode(module, FindAugmented, nullptr);
     WalkModule(ctx, module, true);
     ZR_MOD_IterScanTopmostNode(module, GivePrivateToTree, nullptr);
     ZR_MOD_IterScanAugmentNode(module, GivePrivateToTree, nullptr);
@@ -171,9 +210,10 @@ public:
         }
         const File &file = files_[digit % files_.size()];
         FailAllocation(failAt_);
-        failAt_ = -1;
         uint32_t status = Change(operation, file);
         FailAllocation(-1);
+        Reached(operation, status);
+        failAt_ = -1;
         Check(operation == 'u' || IsLoadStatus(status), "an operation has a stated status");
         if (operation == 'p') {
             ForEachModule(ctx_, files_, Walk);
@@ -182,6 +222,17 @@ public:
     }
 
 private:
+    void Reached(char operation, uint32_t status) const
+    {
+        g_loaded.MeetIf(operation == 'l' && status == ZR_OK);
+        g_loadedFromMemory.MeetIf(operation == 'm' && status == ZR_OK);
+        g_refused.MeetIf(failAt_ < 0 && (status == ZR_ERR_FAILED || status == ZR_ERR_INVALID));
+        g_notFound.MeetIf(operation == 'l' && status == ZR_ERR_NOT_FOUND);
+        g_unloaded.MeetIf(operation == 'u' && status == ZR_OK);
+        g_enabled.MeetIf(operation == 'f' && status == ZR_OK);
+        g_shortOfMemory.MeetIf(failAt_ >= 0 && status != ZR_OK);
+    }
+
     uint32_t Change(char operation, const File &file)
     {
         switch (operation) {
@@ -210,12 +261,18 @@ private:
     int64_t failAt_ = -1;
 };
 
-// Bits of ZrCtxFlag, by the digit of "o".
+// The digit that a character stands for; any other character stands for one of them.
+unsigned Digit(char ch)
+{
+    return static_cast<unsigned char>(ch - '0') % 10;
+}
+
+// Bits of ZrCtxFlag, by the digit of "o"; the last three keep compiled patterns.
 uint32_t OptionBits(const std::string &operations)
 {
-    constexpr uint32_t kBits[] = {0x00, 0x01, 0x02, 0x08, 0x10, 0x11, 0x0a, 0x1b, 0x03, 0x0b};
+    constexpr uint32_t kBits[] = {0x00, 0x01, 0x02, 0x08, 0x10, 0x11, 0x0a, 0x3b, 0x20, 0x21};
     bool given = operations.size() > 1 && operations[0] == 'o';
-    return given ? kBits[static_cast<unsigned char>(operations[1]) % 10] : kBits[0];
+    return given ? kBits[Digit(operations[1])] : kBits[0];
 }
 
 } // namespace
@@ -238,7 +295,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         Check(ZR_CTX_SetSearchDir(ctx, folder.path().c_str()) == ZR_OK, "the folder is there");
         Run run(ctx, folder, files);
         for (size_t i = 0; i + 1 < operations.size(); i += 2)
-            run.Do(operations[i], static_cast<unsigned char>(operations[i + 1]) % 10);
+            run.Do(operations[i], Digit(operations[i + 1]));
         run.Do('p', 0);
     }
     Check(g_privateCount == 0, "all private data is handed back");

@@ -13,6 +13,17 @@ namespace {
 
 using namespace zrfuzz;
 
+Goal g_found("a path leads to a node");
+Goal g_foundAugmented("a path leads to a node of an augment");
+Goal g_foundFromModule("a schema node identifier leads to a node");
+Goal g_foundFromLeaf("a relative path leads to a node");
+Goal g_split("a path is split");
+Goal g_transformed("a path is brought into the form with module names, and leads to a node");
+Goal g_leafref("a leafref has a target");
+Goal g_augmented("an augment is coupled");
+Goal g_removed("a node is removed by a deviation");
+Goal g_notCoupled("an augment or a deviation has no target");
+
 std::string Fixed()
 {
     return ModuleText(
@@ -42,11 +53,14 @@ void LookUp(const ZrCtx *ctx, const char *path)
     ZrNode *augment = nullptr;
     ZrNode *node = ZR_CTX_GetTargetNode(ctx, path, &augment);
     Check(augment == nullptr || node != nullptr, "an augment is named only with a node");
+    g_found.MeetIf(node != nullptr);
+    g_foundAugmented.MeetIf(augment != nullptr);
     const ZrMod *module = ZR_CTX_GetModuleByModName(ctx, "m");
-    ZRS_MOD_GetNodeBySchemaNodeId(module, nullptr, path);
+    g_foundFromModule.MeetIf(ZRS_MOD_GetNodeBySchemaNodeId(module, nullptr, path) != nullptr);
     ZrNode *context = ZR_CTX_GetTargetNode(ctx, "/m:c/l/x/y/z", nullptr);
     Check(context != nullptr, "the fixed leaf is there");
-    ZRS_MOD_GetNodeByXpath(module, context, path);
+    const ZrNode *byXpath = ZRS_MOD_GetNodeByXpath(module, context, path);
+    g_foundFromLeaf.MeetIf(byXpath != nullptr && path[0] == '.');
     if (node == nullptr)
         return;
     char printed[3096];
@@ -63,6 +77,7 @@ void Split(const char *path)
         uint32_t status = ZR_XPATH_SplitTargetNodeXpath(path, module, room, &head, &tail);
         Check(status == ZR_OK || status == ZR_ERR_INVALID, "a split has a stated status");
         Check(status == ZR_OK || (head == nullptr && tail == nullptr), "a failed split gives none");
+        g_split.MeetIf(status == ZR_OK && head != nullptr);
         if (status == ZR_OK) {
             Check(std::strlen(module) < room, "the module name fits");
             Check(tail != nullptr, "a split has a tail");
@@ -79,34 +94,69 @@ void Transform(const ZrCtx *ctx, const char *path)
     for (const char *name : {"m", "n"}) {
         char *form = ZR_XPATH_TransformToJsonFormat(ZR_CTX_GetModuleByModName(ctx, name), path);
         Check(form == nullptr || std::strlen(form) <= 3095, "the form has at most 3095 characters");
-        if (form != nullptr)
+        if (form != nullptr) {
             LookUp(ctx, form);
+            g_transformed.MeetIf(ZR_CTX_GetTargetNode(ctx, form, nullptr) != nullptr);
+        }
         zr::Free(form);
     }
+}
+
+const char *const kImports = "<import module=\"m\"><prefix value=\"m\"/></import>"
+                             "<import module=\"n\"><prefix value=\"n\"/></import>";
+
+void Load(ZrCtx *ctx, const char *name, const std::string &body)
+{
+    uint32_t status = ZR_CTX_LoadMemory(ctx, ModuleText(name, kImports + body).c_str());
+    Check(IsLoadStatus(status), "loading has a stated status");
+}
+
+uint32_t CountNode(ZrNode *, uint32_t arrival, void *count)
+{
+    *static_cast<int *>(count) += arrival != ZR_ARRIVAL_PARENT;
+    return 0;
+}
+
+uint32_t CountTree(ZrNode *root, uint32_t, void *count)
+{
+    return ZR_NODE_TreeScanAllNode(root, CountNode, count);
+}
+
+// The nodes of the fixed modules.
+int Nodes(const ZrCtx *ctx)
+{
+    int count = 0;
+    ZR_MOD_IterScanTopmostNode(ZR_CTX_GetModuleByModName(ctx, "m"), CountTree, &count);
+    return count;
+}
+
+uint32_t CountError(const char *, const char *, uint32_t, const char *, uint32_t, void *count)
+{
+    ++*static_cast<int *>(count);
+    return 0;
 }
 
 void LoadWith(ZrCtx *ctx, const std::string &path)
 {
     std::string text = AttributeText(path);
-    uint32_t status = ZR_CTX_LoadMemory(
-        ctx, ModuleText("o", "<import module=\"m\"><prefix value=\"m\"/></import><import "
-                             "module=\"n\"><prefix value=\"n\"/></import><leaf name=\"q\"><type "
-                             "name=\"leafref\"><path value=\"" +
-                                 text + "\"/></type></leaf>")
-                 .c_str());
-    Check(IsLoadStatus(status), "loading has a stated status");
-    ZR_NODE_GetLeafrefTargetNode(ZR_CTX_GetTargetNode(ctx, "/o:q", nullptr), 1);
-    status = ZR_CTX_LoadMemory(
-        ctx, ModuleText("s", "<import module=\"m\"><prefix value=\"m\"/></import><import "
-                             "module=\"n\"><prefix value=\"n\"/></import><augment target-node=\"" +
-                                 text +
-                                 "\"><leaf name=\"new\"><type name=\"string\"/></leaf></augment>"
-                                 "<deviation target-node=\"" +
-                                 text + "\"><deviate value=\"not-supported\"/></deviation>")
-                 .c_str());
-    Check(IsLoadStatus(status), "loading has a stated status");
+    Load(ctx, "o",
+         "<leaf name=\"q\"><type name=\"leafref\"><path value=\"" + text + "\"/></type></leaf>");
+    const ZrNode *leafref = ZR_CTX_GetTargetNode(ctx, "/o:q", nullptr);
+    g_leafref.MeetIf(ZR_NODE_GetLeafrefTargetNode(leafref, 1) != nullptr);
+    int before = Nodes(ctx);
+    Load(ctx, "r",
+         "<augment target-node=\"" + text +
+             "\"><leaf name=\"new\"><type name=\"string\"/></leaf></augment>");
+    g_augmented.MeetIf(Nodes(ctx) > before);
+    before = Nodes(ctx);
+    Load(ctx, "s",
+         "<deviation target-node=\"" + text + "\"><deviate value=\"not-supported\"/></deviation>");
+    g_removed.MeetIf(Nodes(ctx) < before);
+    int errors = 0;
+    ZR_CTX_ScanAllSchemaLoadFail(ctx, CountError, &errors);
+    g_notCoupled.MeetIf(errors != 0);
     WalkErrors(ctx);
-    for (const char *name : {"m", "n", "o", "s"}) {
+    for (const char *name : {"m", "n", "o", "r", "s"}) {
         if (ZrMod *module = ZR_CTX_GetModuleByModName(ctx, name))
             WalkModule(ctx, module, path.size() > 1000);
     }

@@ -1,4 +1,5 @@
-// Runs a fuzz target over files and over the files of folders, in the order of their names.
+// Runs a fuzz target over files and over the files of folders, in the order of their names. With
+// --goals, they are all of the target's saved inputs, which together meet its goals.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -6,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support.h"
@@ -44,12 +46,14 @@ bool RunFile(const std::string &path)
 
 int main(int argc, char **argv)
 {
-    if (argc < 2) {
-        std::fprintf(stderr, "usage: %s FILE-OR-FOLDER...\n", argv[0]);
+    bool goals = argc > 1 && std::string_view(argv[1]) == "--goals";
+    int first = goals ? 2 : 1;
+    if (argc <= first) {
+        std::fprintf(stderr, "usage: %s [--goals] FILE-OR-FOLDER...\n", argv[0]);
         return 2;
     }
     size_t count = 0;
-    for (int i = 1; i < argc; ++i) {
+    for (int i = first; i < argc; ++i) {
         for (const std::string &file : FilesOf(argv[i])) {
             if (!RunFile(file))
                 return 1;
@@ -57,5 +61,5 @@ int main(int argc, char **argv)
         }
     }
     std::printf("%zu inputs\n", count);
-    return count != 0 ? 0 : 1;
+    return count != 0 && (!goals || zrfuzz::Goal::AllMet()) ? 0 : 1;
 }

@@ -10,6 +10,13 @@ namespace {
 
 using namespace zrfuzz;
 
+Goal g_loaded("a restriction of a restriction is taken");
+Goal g_refused("an expression is refused");
+Goal g_segments("a leaf has two segments");
+Goal g_inside("a value is inside");
+Goal g_outside("a number is outside");
+Goal g_length("a length is outside");
+
 struct Kind {
     const char *type;
     const char *inside;
@@ -49,6 +56,7 @@ std::string Type(const std::string &name, const std::string &inside)
 
 struct Bounds {
     std::string values;
+    int segments = 0;
 };
 
 uint32_t CollectBounds(uint64_t start, uint64_t end, void *userData)
@@ -57,6 +65,7 @@ uint32_t CollectBounds(uint64_t start, uint64_t end, void *userData)
     bounds->values += std::to_string(start) + "\n" + std::to_string(end) + "\n" +
                       std::to_string(static_cast<int64_t>(start)) + "\n" +
                       std::to_string(static_cast<int64_t>(end)) + "\n";
+    ++bounds->segments;
     return 0;
 }
 
@@ -65,6 +74,9 @@ void CheckValues(const ZrNode *leaf, std::string_view values)
     while (!values.empty()) {
         std::string value = TakeLine(values);
         uint32_t status = ZR_NODE_ValidateValue(leaf, ZR_VALUE_STRING, value.c_str());
+        g_inside.MeetIf(status == ZR_OK);
+        g_outside.MeetIf(status == ZR_ERR_VALUE_RANGE);
+        g_length.MeetIf(status == ZR_ERR_VALUE_LENGTH);
         Check(status == ZR_OK || status == ZR_ERR_VALUE_RANGE || status == ZR_ERR_VALUE_LENGTH ||
                   status == ZR_ERR_VALUE_BINARY || status == ZR_ERR_VALUE_BOOLEAN,
               "a value check has a stated status");
@@ -79,6 +91,7 @@ void RunLeaf(ZrCtx *ctx, const char *path)
     Bounds bounds;
     Check(ZR_TYPE_ScanStartEndPair(ZR_NODE_GetRealType(leaf), CollectBounds, &bounds) == ZR_OK,
           "bounds are scanned");
+    g_segments.MeetIf(bounds.segments > 1);
     CheckValues(leaf, bounds.values);
     CheckValues(leaf, "0\n-1\n255\n32768\n-9223372036854775808\n18446744073709551615\n0.5\nQUJD\n");
 }
@@ -102,6 +115,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
                                  Type(kind.type, kind.inside + Restriction(kind, own)) + "</leaf>")
                  .c_str());
     Check(status == ZR_OK || status == ZR_ERR_FAILED, "loading has a stated status");
+    g_loaded.MeetIf(status == ZR_OK && !inherited.empty() && !own.empty());
+    g_refused.MeetIf(status == ZR_ERR_FAILED);
     RunLeaf(ctx, "/m:v");
     RunLeaf(ctx, "/m:w");
     return 0;

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace zrfuzz {
 
@@ -41,6 +42,8 @@ void Free(void *block)
 
 void Ignore(void *, const char *, ...) {}
 
+Goal *g_goals = nullptr;
+
 } // namespace
 
 void Check(bool holds, const char *what)
@@ -49,6 +52,22 @@ void Check(bool holds, const char *what)
         return;
     std::fprintf(stderr, "violated: %s\n", what);
     std::abort();
+}
+
+Goal::Goal(std::string what) : what_(std::move(what)), next_(g_goals)
+{
+    g_goals = this;
+}
+
+bool Goal::AllMet()
+{
+    bool all = g_goals != nullptr;
+    for (const Goal *goal = g_goals; goal != nullptr; goal = goal->next_) {
+        if (!goal->met_)
+            std::fprintf(stderr, "no input does this: %s\n", goal->what_.c_str());
+        all = all && goal->met_;
+    }
+    return all;
 }
 
 void SetUp()
@@ -132,6 +151,20 @@ std::string TakeLine(std::string_view &rest)
     std::string line(rest.substr(0, end));
     rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     return line;
+}
+
+std::vector<Part> ReadParts(std::string_view input)
+{
+    constexpr std::string_view kMark = "=== ";
+    std::vector<Part> parts;
+    while (!input.empty()) {
+        std::string line = TakeLine(input);
+        if (line.starts_with(kMark))
+            parts.push_back({line.substr(kMark.size()), ""});
+        else if (!parts.empty())
+            parts.back().text += line + "\n";
+    }
+    return parts;
 }
 
 } // namespace zrfuzz

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // What every target defines, for libFuzzer or the plain driver to call: one input, always 0.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
@@ -15,6 +16,25 @@ namespace zrfuzz {
 
 // Aborts when `holds` is false, with `what` on standard error.
 void Check(bool holds, const char *what);
+
+// Something that the saved inputs of a target bring about between them, so that none of what the
+// target is there for is out of reach. Goals are objects of namespace scope; a replay program that
+// is told to look at them fails when one was not met.
+class Goal {
+public:
+    explicit Goal(std::string what);
+    Goal(const Goal &) = delete;
+    Goal &operator=(const Goal &) = delete;
+    void MeetIf(bool holds) { met_ = met_ || holds; }
+
+    // Names the goals that were not met on standard error. False when there are some, or no goals.
+    static bool AllMet();
+
+private:
+    std::string what_;
+    bool met_ = false;
+    Goal *next_;
+};
 
 // Registers the counting hooks and silences libxml2, once in the life of the process.
 void SetUp();
@@ -70,6 +90,14 @@ void LoadOrDie(ZrCtx *ctx, const std::string &yin);
 
 // Takes the text up to the next line feed from the front of `rest`.
 std::string TakeLine(std::string_view &rest);
+
+// An input of several texts: each follows a line "=== NAME". What stands before the first is left
+// out.
+struct Part {
+    std::string name;
+    std::string text;
+};
+std::vector<Part> ReadParts(std::string_view input);
 
 // Reads everything that a module offers: all scans, texts, types, paths, lookups, both printers.
 // Checks that printing succeeds, unless `longLines` says that a line may be too long. All features

@@ -5,6 +5,10 @@ namespace {
 
 using namespace zrfuzz;
 
+Goal g_loaded("a module is loaded");
+Goal g_refused("a module is refused, with an error");
+Goal g_shortOfMemory("a load runs out of memory");
+
 // The first module name in the text; loading takes the root's.
 std::string NameOf(const std::string &text)
 {
@@ -22,7 +26,7 @@ bool MayHoldLongLines(const std::string &text)
 }
 
 // An allocation fails somewhere on the way.
-void LoadShortOfMemory(const std::string &text, uint32_t flags)
+uint32_t LoadShortOfMemory(const std::string &text, uint32_t flags)
 {
     Context ctx(flags);
     FailAllocation(PickBy(text, 200));
@@ -32,6 +36,7 @@ void LoadShortOfMemory(const std::string &text, uint32_t flags)
     WalkErrors(ctx);
     if (ZrMod *module = ZR_CTX_GetModuleByModName(ctx, NameOf(text).c_str()))
         WalkModule(ctx, module, MayHoldLongLines(text));
+    return status;
 }
 
 } // namespace
@@ -40,12 +45,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     SetUp();
     std::string text(reinterpret_cast<const char *>(data), size);
-    uint32_t flags = size % 2 != 0 ? ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS : 0;
-    LoadShortOfMemory(text, flags);
+    constexpr uint32_t kAllKept =
+        ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS | ZR_CTX_KEEP_PATTERNS;
+    uint32_t flags = size % 2 != 0 ? kAllKept : 0;
+    uint32_t shortOfMemory = LoadShortOfMemory(text, flags);
     Context ctx(flags);
     uint32_t status = ZR_CTX_LoadMemory(ctx, text.c_str());
+    g_shortOfMemory.MeetIf(status == ZR_OK && shortOfMemory != ZR_OK);
     Check(status == ZR_OK || status == ZR_ERR_FAILED || status == ZR_ERR_INVALID,
           "loading has a stated status");
+    g_loaded.MeetIf(status == ZR_OK);
+    g_refused.MeetIf(status == ZR_ERR_FAILED);
     WalkErrors(ctx);
     std::string name = NameOf(text);
     ZrMod *module = ZR_CTX_GetModuleByModName(ctx, name.c_str());
