@@ -3,6 +3,7 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS zrschema EXPORT zrschemaTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/zrschema DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+install(FILES ${PROJECT_BINARY_DIR}/include/zrschema/version.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zrschema)
 if(ZR_BUILD_TOOL)
     install(TARGETS zrschema_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()

@@ -46,6 +46,9 @@ int main(int argc, char **argv)
             ZR_MOD_IterScanTopmostNode(ZR_CTX_GetModuleByModName(ctx, argv[2]), show_tree, NULL);
     else
         ZR_CTX_ScanAllSchemaLoadFail(ctx, show_error, NULL);
+    if (status != ZR_OK)
+        fprintf(stderr, "show_schema: %s (%s)\n", ZR_GetStatusText(status),
+                ZR_GetStatusName(status));
     ZR_CTX_Delete(ctx);
     return status == ZR_OK ? 0 : 1;
 }

@@ -4,9 +4,11 @@
 #include <zrschema/context.h>
 #include <zrschema/memory.h>
 #include <zrschema/module.h>
+#include <zrschema/names.h>
 #include <zrschema/node.h>
 #include <zrschema/print.h>
 #include <zrschema/type.h>
 #include <zrschema/types.h>
 #include <zrschema/validation.h>
+#include <zrschema/version.h>
 #endif

@@ -1,23 +1,13 @@
 #include "print/type_text.h"
 
+#include <zrschema/names.h>
+
 #include <cstring>
-#include <iterator>
 
 #include "schema/module_record.h"
 #include "types/real_type.h"
 
 namespace {
-
-// Indexed by ZrtBuiltInType.
-constexpr const char *kKeywords[] = {
-    nullptr, // derived
-    "binary",  "bits",        "boolean",     "decimal64",
-    "empty",   "enumeration", "identityref", "instance-identifier",
-    "int8",    "int16",       "int32",       "int64",
-    "leafref", "string",      "uint8",       "uint16",
-    "uint32",  "uint64",      "union",
-};
-static_assert(std::size(kKeywords) == ZRT_TYPE_UNION + 1);
 
 void PutTypedefName(zr::LineWriter &line, const ZrMod *module, const ZrtRealType *type)
 {
@@ -47,7 +37,7 @@ void PutType(LineWriter &line, const ZrMod *module, const ZrtRealType *type)
     if (path != nullptr)
         line.Put("-> ").Put(path);
     else
-        line.Put(type->baseType < std::size(kKeywords) ? kKeywords[type->baseType] : "unknown");
+        line.Put(ZR_GetBuiltInTypeName(type->baseType));
 }
 
 } // namespace zr

@@ -14,7 +14,6 @@
 #include "platform/stack.h"
 #include "xpath/lex.h"
 #include "xpath/object.h"
-#include "xpath/status.h"
 
 struct ZrXpathEvalCtx {
     xmlNode *contextNode; // relative paths start here

@@ -10,8 +10,6 @@
 #include <cstdint>
 #include <zrschema/types.h>
 
-#include "xpath/status.h"
-
 extern "C" {
 // Whether a condition holds on `contextNode`: 0 when it does, ZR_XPATH_RESULT_FALSE when it does
 // not. Another ZrXpathStatus, 22 or 12 says why it cannot be evaluated; 22 also for a null

@@ -6,7 +6,6 @@
 #include "run.h"
 #include "schema.h"
 #include "schema/node_record.h"
-#include "xpath/status.h"
 
 namespace {
 
