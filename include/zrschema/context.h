@@ -267,6 +267,19 @@ ZR_API ZrMod *ZR_CTX_GetModuleByModName(const ZrCtx *ctx, const char *name);
 ZR_API ZrMod *ZR_CTX_GetModuleByModNs(const ZrCtx *ctx, const char *ns);
 
 /**
+ * Scans the loaded modules in the order of their names, compared byte by byte.
+ *
+ * @param ctx       the context; null gives 22
+ * @param callback  called with each module; 0 goes on, any other value stops the scan; null gives
+ *                  22. It must not load or unload anything in the context.
+ * @param userData  handed to the callback; may be null
+ * @retval ZR_OK           every module was visited; there may be none
+ * @retval ZR_ERR_INVALID  a null context or callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_CTX_ScanAllModules(const ZrCtx *ctx, ZrModuleScanFunc callback, void *userData);
+
+/**
  * Tells whether a feature is enabled (RFC 7950, section 7.20.1).
  *
  * Compare the result with 1: a null argument gives 22, which is not zero either.
@@ -311,6 +324,22 @@ ZR_API uint32_t ZR_CTX_DisableModFeature(ZrCtx *ctx, const char *moduleName,
  * @return the node, or null when there is none or the path is malformed
  */
 ZR_API ZrNode *ZR_CTX_GetTargetNode(const ZrCtx *ctx, const char *path, ZrNode **augmentOut);
+
+/**
+ * Finds the schema node of a top element of instance data: a data node at the top of a module, also
+ * one inside choices and cases there, an rpc or a notification. From there on
+ * ZR_NODE_FindDataChild() leads down. Whoever walks an XML tree has the namespace of an element,
+ * from which ZR_CTX_GetModuleByModNs() and ZR_MOD_GetModuleName() make the module's name.
+ *
+ * A node counts whether or not its features are on (ZR_NODE_IsEnabled()).
+ *
+ * @param ctx         the context; null gives null
+ * @param moduleName  the module that defines the node; null gives null. It may have added the node
+ *                    to a top-level choice of another module with an augment.
+ * @param name        the node's name; null gives null
+ * @return the node, or null when there is none
+ */
+ZR_API ZrNode *ZR_CTX_FindTopDataNode(const ZrCtx *ctx, const char *moduleName, const char *name);
 
 /**
  * Reads the recorded load errors and warnings of all modules.

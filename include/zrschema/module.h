@@ -66,6 +66,23 @@ ZR_API const char *ZR_MOD_GetOrganization(const ZrMod *module);
  */
 ZR_API const char *ZR_MOD_GetRevision(const ZrMod *module);
 
+/**
+ * Returns the version of YANG that a module is written in (RFC 7950, section 7.1.2).
+ *
+ * @param module  a loaded module; null gives null
+ * @return "1.1", or "1" for a module that says so or says nothing; the text is constant
+ */
+ZR_API const char *ZR_MOD_GetYangVersion(const ZrMod *module);
+
+/**
+ * Returns a module's description (RFC 7950, section 7.21.3).
+ *
+ * @param module  a loaded module; null gives null
+ * @return the text; null when there is none or the context does not keep descriptions
+ *         (#ZR_CTX_KEEP_DESCRIPTIONS)
+ */
+ZR_API const char *ZR_MOD_GetDescription(const ZrMod *module);
+
 /** @} */
 
 /**
@@ -105,6 +122,26 @@ ZR_API void ZR_MOD_SetPrivate(ZrMod *module, void *privateData);
  * @return the type inside the typedef, or null when the module has no typedef of that name
  */
 ZR_API const ZrtRealType *ZR_MOD_GetRealTypeByTypDefName(const ZrMod *module, const char *name);
+
+/**
+ * Returns the default value that a module's typedef states itself (RFC 7950, section 7.3.4).
+ *
+ * @param module  a loaded module; null gives null
+ * @param name    the typedef's name, without prefix; null gives null
+ * @return the text; null when the module has no typedef of that name or it states no default. A
+ *         typedef that it is built on is not asked.
+ */
+ZR_API const char *ZR_MOD_GetTypedefDefault(const ZrMod *module, const char *name);
+
+/**
+ * Returns the units that a module's typedef states itself (RFC 7950, section 7.3.3).
+ *
+ * @param module  a loaded module; null gives null
+ * @param name    the typedef's name, without prefix; null gives null
+ * @return the text; null when the module has no typedef of that name, when it states no units, and
+ *         when the context does not keep them (#ZR_CTX_KEEP_UNITS)
+ */
+ZR_API const char *ZR_MOD_GetTypedefUnits(const ZrMod *module, const char *name);
 
 /**
  * Returns an identity's name (RFC 7950, section 7.18).
@@ -169,6 +206,73 @@ ZR_API uint32_t ZR_MOD_DisableFeature(ZrMod *module, const char *name);
  * what is scanned.
  * @{
  */
+
+/**
+ * Scans the features that a module defines, with their state (RFC 7950, section 7.20.1).
+ *
+ * @param module    a loaded module; null gives 22
+ * @param callback  called for each feature in order, with its name and 1 when it is on, else 0; it
+ *                  may turn features on and off, and sees the state at the time of its call; null
+ *                  gives 22
+ * @param userData  handed to the callback; may be null
+ * @retval ZR_OK           all were scanned; there may be none
+ * @retval ZR_ERR_INVALID  a null module or callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_MOD_ScanAllFeatures(const ZrMod *module, ZrFeatureScanFunc callback,
+                                       void *userData);
+
+/**
+ * Scans the modules that a module imports (RFC 7950, section 7.1.5).
+ *
+ * The imports of its submodules stand behind its own; a module comes once for each prefix. The date
+ * of a "revision-date" is not kept: an import binds to whatever revision is loaded.
+ *
+ * @param module    a loaded module; null gives 22
+ * @param callback  called for each import in order, with the imported module's name, the prefix
+ *                  that the importing module or submodule gives it, and the revision of the module
+ *                  of that name that is loaded: null when none is, or it states no revision; null
+ *                  gives 22
+ * @param userData  handed to the callback; may be null
+ * @retval ZR_OK           all were scanned; there may be none
+ * @retval ZR_ERR_INVALID  a null module or callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_MOD_ScanAllImports(const ZrMod *module, ZrImportScanFunc callback,
+                                      void *userData);
+
+/**
+ * Scans the submodules that a module includes (RFC 7950, section 7.1.6), those that its submodules
+ * include too. Their revisions are not kept, and their definitions are the module's.
+ *
+ * @param module    a loaded module; null gives 22
+ * @param callback  called with the name of each submodule, once, in the order in which they were
+ *                  met; null gives 22
+ * @param userData  handed to the callback; may be null
+ * @retval ZR_OK           all were scanned; there may be none
+ * @retval ZR_ERR_INVALID  a null module or callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_MOD_ScanAllSubmodules(const ZrMod *module, ZrTextScanFunc callback,
+                                         void *userData);
+
+/**
+ * Scans the deviations that a module applies to other modules, or to itself (RFC 7950, section
+ * 7.20.3).
+ *
+ * @param module    a loaded module; null gives 22
+ * @param callback  called for each deviation in order, with the path of its target (module names in
+ *                  the place of prefixes, the form of ZR_CTX_GetTargetNode()), the name of the
+ *                  module that defines the target, which need not be loaded, and 1 when every
+ *                  "deviate" in it is applied, else 0; the module's name lives until it returns;
+ *                  null gives 22
+ * @param userData  handed to the callback; may be null
+ * @retval ZR_OK           all were scanned; there may be none
+ * @retval ZR_ERR_INVALID  a null module or callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_MOD_ScanAllDeviations(const ZrMod *module, ZrDeviationScanFunc callback,
+                                         void *userData);
 
 /**
  * Scans the extension instances at the top of a module (RFC 7950, section 7.19).

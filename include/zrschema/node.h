@@ -125,6 +125,39 @@ ZR_API ZrNode *ZR_NODE_GetNonChoiceCaseParent(const ZrNode *node);
 ZR_API ZrNode *ZR_NODE_GetAugmentTargetNode(const ZrNode *node);
 
 /**
+ * Returns the input of an rpc or action (RFC 7950, section 7.14.2).
+ *
+ * @param node  an rpc or action node; any other node and null give null
+ * @return the input node, or null when the operation has none
+ */
+ZR_API ZrNode *ZR_NODE_GetInputNode(const ZrNode *node);
+
+/**
+ * Returns the output of an rpc or action (RFC 7950, section 7.14.3).
+ *
+ * @param node  an rpc or action node; any other node and null give null
+ * @return the output node, or null when the operation has none
+ */
+ZR_API ZrNode *ZR_NODE_GetOutputNode(const ZrNode *node);
+
+/**
+ * Finds the schema node of a child element in instance data: a child of the node, also one inside
+ * choices and cases, which are no elements. What augments have added is among the children, under
+ * the name of the augment's module.
+ *
+ * Below an rpc or action stand the elements of a request, the children of its input; the children
+ * of a reply are found below the output node (ZR_NODE_GetOutputNode()). Actions and notifications
+ * inside data are found like any other child. A node counts whether or not its features are on
+ * (ZR_NODE_IsEnabled()). ZR_CTX_FindTopDataNode() finds where a walk begins.
+ *
+ * @param node        a schema node; null gives null
+ * @param moduleName  the module that defines the child; null or "" for the node's own module
+ * @param name        the child's name; null gives null
+ * @return the child, or null when there is none
+ */
+ZR_API ZrNode *ZR_NODE_FindDataChild(const ZrNode *node, const char *moduleName, const char *name);
+
+/**
  * Tells whether a node is a key of the list that it stands in.
  *
  * @param node  a schema node; null gives 0
@@ -235,6 +268,27 @@ ZR_API const char *ZR_NODE_GetDefaultValueStr(const ZrNode *node);
  *         are none, when the context does not keep them (#ZR_CTX_KEEP_UNITS), and for other kinds
  */
 ZR_API const char *ZR_NODE_GetUnitsValueStr(const ZrNode *node);
+
+/**
+ * Returns the default value that the type of a leaf or leaf-list brings along (RFC 7950, sections
+ * 7.3.4, 7.6.1 and 7.7.2), whatever the node says itself.
+ *
+ * @param node  a schema node; null gives null
+ * @return the first default along the node's chain of typedefs; null when there is none, and for
+ *         other kinds. It is in force only where the node has no default of its own, is not
+ *         mandatory and, for a leaf-list, has no "min-elements".
+ */
+ZR_API const char *ZR_NODE_GetTypedefDefaultStr(const ZrNode *node);
+
+/**
+ * Returns the units that the type of a leaf or leaf-list brings along (RFC 7950, section 7.3.3),
+ * whatever the node says itself.
+ *
+ * @param node  a schema node; null gives null
+ * @return the first units along the node's chain of typedefs; null when there are none, when the
+ *         context does not keep them (#ZR_CTX_KEEP_UNITS), and for other kinds
+ */
+ZR_API const char *ZR_NODE_GetTypedefUnitsStr(const ZrNode *node);
 
 /**
  * Walks the chain of typedefs of a leaf or leaf-list, as ZR_TYPE_IterRealTypeDerivedName() does.

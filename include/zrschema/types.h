@@ -238,6 +238,22 @@ typedef uint32_t (*ZrIfFeatureScanFunc)(const char *moduleName, const char *feat
                                         void *userData);
 /** Receives one text of a list of texts. */
 typedef uint32_t (*ZrTextScanFunc)(const char *text, void *userData);
+/** Receives a loaded module. */
+typedef uint32_t (*ZrModuleScanFunc)(ZrMod *module, void *userData);
+/** Receives a feature of a module: its name, and 1 when it is on or else 0. */
+typedef uint32_t (*ZrFeatureScanFunc)(const char *featureName, uint32_t enabled, void *userData);
+/**
+ * Receives an import: the name of the imported module, the prefix that stands for it, and the
+ * revision of the module of that name that is loaded, or null.
+ */
+typedef uint32_t (*ZrImportScanFunc)(const char *moduleName, const char *prefix,
+                                     const char *loadedRevision, void *userData);
+/**
+ * Receives a deviation: the path of its target with module names, the module that defines the
+ * target, and 1 when the deviation is applied or else 0.
+ */
+typedef uint32_t (*ZrDeviationScanFunc)(const char *targetPath, const char *targetModuleName,
+                                        uint32_t applied, void *userData);
 /** Receives an identity of a module. */
 typedef uint32_t (*ZrIdentityScanFunc)(const ZrsIdentity *identity, void *userData);
 /** Receives one base of an identity or identityref type, and the array that holds it. */

@@ -59,6 +59,18 @@ ZrMod *ZR_CTX_GetModuleByModNs(const ZrCtx *ctx, const char *ns)
     return static_cast<ZrMod *>(PAL_AVL3_Find(&ctx->modulesByNamespace, ns, &kByNamespace));
 }
 
+uint32_t ZR_CTX_ScanAllModules(const ZrCtx *ctx, ZrModuleScanFunc callback, void *userData)
+{
+    if (ctx == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
+         module = zr::NextModule(ctx, module)) {
+        if (uint32_t result = callback(module, userData); result != 0)
+            return result;
+    }
+    return ZR_OK;
+}
+
 namespace zr {
 
 void RemoveModuleNode(ZrCtx *ctx, ZrMod *module)

@@ -48,7 +48,8 @@ uint32_t ZRS_LOADER_ParseYangVersion(ZrMod *module, xmlNode *element, uint32_t /
         zr::RecordBadValue(module, argument, ZRS_STMT_YANG_VERSION);
         return UINT32_MAX; // kept: callers tell this refusal from the others by it
     }
-    *static_cast<uint32_t *>(destination) = version == "1.1" ? 1 : 0;
+    *static_cast<uint32_t *>(destination) =
+        version == "1.1" ? ZRS_YANG_VERSION_1_1 : ZRS_YANG_VERSION_1;
     return ZR_OK;
 }
 

@@ -61,6 +61,18 @@ const char *ZR_MOD_GetRevision(const ZrMod *module)
     return FieldOf(module, &ZrMod::revision);
 }
 
+const char *ZR_MOD_GetYangVersion(const ZrMod *module)
+{
+    if (module == nullptr)
+        return nullptr;
+    return module->yangVersion == ZRS_YANG_VERSION_1_1 ? "1.1" : "1";
+}
+
+const char *ZR_MOD_GetDescription(const ZrMod *module)
+{
+    return FieldOf(module, &ZrMod::description);
+}
+
 void *ZR_MOD_GetPrivate(const ZrMod *module)
 {
     return FieldOf(module, &ZrMod::privateData);
@@ -76,6 +88,18 @@ const ZrtRealType *ZR_MOD_GetRealTypeByTypDefName(const ZrMod *module, const cha
 {
     const ZrsTypDef *found = ZRS_MOD_FindZrsTypDefByName(module, name);
     return found == nullptr ? nullptr : &found->realType;
+}
+
+const char *ZR_MOD_GetTypedefDefault(const ZrMod *module, const char *name)
+{
+    const ZrsTypDef *found = ZRS_MOD_FindZrsTypDefByName(module, name);
+    return found == nullptr ? nullptr : found->defaultValue;
+}
+
+const char *ZR_MOD_GetTypedefUnits(const ZrMod *module, const char *name)
+{
+    const ZrsTypDef *found = ZRS_MOD_FindZrsTypDefByName(module, name);
+    return found == nullptr ? nullptr : found->units;
 }
 
 const char *ZR_MOD_GetIdentityName(const ZrsIdentity *identity)

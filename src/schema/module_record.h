@@ -11,13 +11,16 @@
 #include "platform/avl.h"
 #include "schema/member_records.h"
 
+// Values of ZrMod::yangVersion.
+enum : uint32_t { ZRS_YANG_VERSION_1 = 0, ZRS_YANG_VERSION_1_1 = 1 };
+
 struct ZrMod {
     ZrCtx *ctx;
     const char *name;
     const char *ns; // XML namespace
     const char *prefix;
     const char *organization;
-    uint32_t yangVersion; // 0 for "1", 1 for "1.1"
+    uint32_t yangVersion; // ZRS_YANG_VERSION_...
     uint16_t importCount;
     uint16_t includeCount;
     ZrsImport *imports;

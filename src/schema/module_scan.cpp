@@ -1,6 +1,7 @@
 // Scans over what a module holds.
 #include <initializer_list>
 
+#include "schema/augment.h"
 #include "schema/ext_inst.h"
 #include "schema/module.h"
 #include "schema/node_record.h"
@@ -17,7 +18,60 @@ uint32_t ScanTopNodes(ZrNode *head, ZrNodeScanFunc callback, void *userData)
     return 0;
 }
 
+// Calls `visit`(record) for each record of a module's array until it gives something other than 0,
+// which is returned.
+template <typename Record, typename Visit>
+uint32_t ScanRecords(const Record *records, uint32_t count, Visit visit)
+{
+    for (uint32_t i = 0; records != nullptr && i < count; ++i) {
+        if (uint32_t result = visit(records[i]); result != 0)
+            return result;
+    }
+    return 0;
+}
+
 } // namespace
+
+uint32_t ZR_MOD_ScanAllFeatures(const ZrMod *module, ZrFeatureScanFunc callback, void *userData)
+{
+    if (module == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    return ScanRecords(module->features, module->featureCount, [=](const ZrsFeature &feature) {
+        return callback(feature.name, (feature.flags & ZRS_FEATURE_ENABLED) != 0, userData);
+    });
+}
+
+uint32_t ZR_MOD_ScanAllImports(const ZrMod *module, ZrImportScanFunc callback, void *userData)
+{
+    if (module == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    return ScanRecords(module->imports, module->importCount, [=](const ZrsImport &import) {
+        const ZrMod *loaded = ZR_CTX_GetModuleByModName(module->ctx, import.moduleName);
+        return callback(import.moduleName, import.prefix, ZR_MOD_GetRevision(loaded), userData);
+    });
+}
+
+uint32_t ZR_MOD_ScanAllSubmodules(const ZrMod *module, ZrTextScanFunc callback, void *userData)
+{
+    if (module == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    return ScanRecords(module->includes, module->includeCount, [=](const ZrsInclude &include) {
+        return callback(include.submoduleName, userData);
+    });
+}
+
+uint32_t ZR_MOD_ScanAllDeviations(const ZrMod *module, ZrDeviationScanFunc callback, void *userData)
+{
+    if (module == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    return ScanRecords(
+        module->deviations, module->deviationCount, [=](const ZrsDeviation &deviation) {
+            zr::ModuleNameText target;
+            bool named = zr::LastNamedModule(deviation.targetPath, target);
+            return callback(deviation.targetPath, named ? target : nullptr,
+                            (deviation.flags & ZRS_DEVIATION_COUPLED) != 0, userData);
+        });
+}
 
 uint32_t ZR_MOD_ScanAllExtInsts(const ZrMod *module, ZrExtInstScanFunc callback, void *userData)
 {
@@ -55,12 +109,8 @@ uint32_t ZR_MOD_ScanAllIdentity(const ZrMod *module, ZrIdentityScanFunc callback
         return 0;
     if (callback == nullptr)
         return ZR_ERR_INVALID;
-    for (uint32_t i = 0; module->identities != nullptr && i < module->identityCount; ++i) {
-        uint32_t result = callback(&module->identities[i], userData);
-        if (result != 0)
-            return result;
-    }
-    return 0;
+    return ScanRecords(module->identities, module->identityCount,
+                       [=](const ZrsIdentity &identity) { return callback(&identity, userData); });
 }
 
 uint32_t ZR_MOD_ScanIdentityBase(const ZrsIdentity *identity, ZrIdentBaseScanFunc callback,
@@ -70,11 +120,7 @@ uint32_t ZR_MOD_ScanIdentityBase(const ZrsIdentity *identity, ZrIdentBaseScanFun
         return 0;
     if (callback == nullptr)
         return ZR_ERR_INVALID;
-    for (uint32_t i = 0; identity->bases != nullptr && i < identity->baseCount; ++i) {
-        const ZrsIdentBase *base = &identity->bases[i];
-        uint32_t result = callback(base->moduleName, base->identityName, userData, identity->bases);
-        if (result != 0)
-            return result;
-    }
-    return 0;
+    return ScanRecords(identity->bases, identity->baseCount, [=](const ZrsIdentBase &base) {
+        return callback(base.moduleName, base.identityName, userData, identity->bases);
+    });
 }

@@ -34,6 +34,18 @@ const char *FirstInTypedefs(const ZrCtx *ctx, const ZrtRealType *type, Read read
     return nullptr;
 }
 
+const char *TypedefDefault(const ZrNode *node, const ZrtRealType *type)
+{
+    return FirstInTypedefs(ContextOf(node), type,
+                           [](const ZrsTypDef &definition) { return definition.defaultValue; });
+}
+
+const char *TypedefUnits(const ZrNode *node, const ZrtRealType *type)
+{
+    return FirstInTypedefs(ContextOf(node), type,
+                           [](const ZrsTypDef &definition) { return definition.units; });
+}
+
 const char *OwnUnits(const ZrNode *node)
 {
     if (node->kind == ZR_NODE_LEAF)
@@ -86,10 +98,14 @@ const char *ZR_NODE_GetDefaultValueStr(const ZrNode *node)
         ZR_NODE_IsMandatory(node) != 0)
         return nullptr;
     const auto *leaf = static_cast<const ZrsLeafInfo *>(node->info);
-    if (leaf->defaultValue != nullptr)
-        return leaf->defaultValue;
-    return FirstInTypedefs(ContextOf(node), &leaf->realType,
-                           [](const ZrsTypDef &definition) { return definition.defaultValue; });
+    return leaf->defaultValue != nullptr ? leaf->defaultValue
+                                         : TypedefDefault(node, &leaf->realType);
+}
+
+const char *ZR_NODE_GetTypedefDefaultStr(const ZrNode *node)
+{
+    const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
+    return type != nullptr ? TypedefDefault(node, type) : nullptr;
 }
 
 const char *ZR_NODE_GetUnitsValueStr(const ZrNode *node)
@@ -97,10 +113,14 @@ const char *ZR_NODE_GetUnitsValueStr(const ZrNode *node)
     const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
     if (type == nullptr)
         return nullptr;
-    if (const char *units = OwnUnits(node); units != nullptr)
-        return units;
-    return FirstInTypedefs(ContextOf(node), type,
-                           [](const ZrsTypDef &definition) { return definition.units; });
+    const char *units = OwnUnits(node);
+    return units != nullptr ? units : TypedefUnits(node, type);
+}
+
+const char *ZR_NODE_GetTypedefUnitsStr(const ZrNode *node)
+{
+    const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
+    return type != nullptr ? TypedefUnits(node, type) : nullptr;
 }
 
 uint32_t ZR_NODE_ScanDerivedType(const ZrNode *node, ZrDerivedTypeScanFunc callback, void *userData)

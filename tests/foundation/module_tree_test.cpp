@@ -47,6 +47,33 @@ TEST_F(ModuleTree, FindsAModuleByNameAndByNamespace)
     EXPECT_EQ(ZR_CTX_GetModuleByModNs(ctx_, "m"), nullptr);
 }
 
+TEST_F(ModuleTree, IsScannedInTheOrderOfNames)
+{
+    struct Noted {
+        std::vector<std::string> names;
+        std::string stopAt;
+    } noted;
+    auto note = [](ZrMod *module, void *userData) -> uint32_t {
+        auto *into = static_cast<Noted *>(userData);
+        into->names.emplace_back(module->name);
+        return into->stopAt == module->name ? 9 : 0;
+    };
+    EXPECT_EQ(ZR_CTX_ScanAllModules(ctx_, note, &noted), ZR_OK);
+    EXPECT_THAT(noted.names, IsEmpty());
+    ZrMod b = MakeModule("b", "urn:1");
+    ZrMod c = MakeModule("c", "urn:0");
+    ZrMod a = MakeModule("a", "urn:2");
+    for (ZrMod *module : {&b, &c, &a})
+        ASSERT_EQ(ZR_CTX_AddModuleNode(ctx_, module), ZR_OK);
+    EXPECT_EQ(ZR_CTX_ScanAllModules(ctx_, note, &noted), ZR_OK);
+    EXPECT_THAT(noted.names, ElementsAre("a", "b", "c"));
+    noted = {{}, "b"};
+    EXPECT_EQ(ZR_CTX_ScanAllModules(ctx_, note, &noted), 9u);
+    EXPECT_THAT(noted.names, ElementsAre("a", "b"));
+    EXPECT_EQ(ZR_CTX_ScanAllModules(nullptr, note, &noted), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_ScanAllModules(ctx_, nullptr, &noted), ZR_ERR_INVALID);
+}
+
 TEST_F(ModuleTree, LookupsOfNullAreNull)
 {
     EXPECT_EQ(ZR_CTX_GetModuleByModName(nullptr, "m"), nullptr);

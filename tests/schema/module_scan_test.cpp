@@ -152,4 +152,109 @@ TEST_F(ModuleScan, OfBasesSeesThemInOrderWithTheirArray)
     EXPECT_EQ(ZR_MOD_ScanIdentityBase(identity, nullptr, &noted), 22u);
 }
 
+// What a scan's callback noted, and what it answers.
+struct Noted {
+    std::string text;
+    uint32_t result;
+};
+
+TEST_F(ModuleScan, OfFeaturesTellsWhichAreOn)
+{
+    auto note = [](const char *name, uint32_t enabled, void *userData) {
+        auto *into = static_cast<Noted *>(userData);
+        into->text += name + std::string("=") + std::to_string(enabled) + " ";
+        return into->result;
+    };
+    Noted noted = {"", 0};
+    EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, note, &noted), 0u);
+    for (const char *name : {"f", "g"})
+        ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, name), 0u);
+    ASSERT_EQ(ZR_MOD_EnableFeature(module_, "g"), 0u);
+    EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, note, &noted), 0u);
+    EXPECT_EQ(noted.text, "f=0 g=1 ");
+    noted = {"", 5};
+    EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, note, &noted), 5u);
+    EXPECT_EQ(noted.text, "f=0 ");
+    EXPECT_EQ(ZR_MOD_ScanAllFeatures(nullptr, note, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, nullptr, &noted), 22u);
+}
+
+TEST_F(ModuleScan, OfImportsTellsTheRevisionThatIsLoaded)
+{
+    auto note = [](const char *moduleName, const char *prefix, const char *revision,
+                   void *userData) {
+        auto *into = static_cast<Noted *>(userData);
+        into->text += std::string(moduleName) + "/" + prefix + "@" +
+                      (revision != nullptr ? revision : "-") + " ";
+        return into->result;
+    };
+    NewModule("dated")->revision = ZR_DICT_Insert(dict_, "2020-02-02");
+    NewModule("undated");
+    for (const char *name : {"dated", "undated", "absent"})
+        ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, name, std::string(name, 1).c_str()), 0u);
+    Noted noted = {"", 0};
+    EXPECT_EQ(ZR_MOD_ScanAllImports(module_, note, &noted), 0u);
+    EXPECT_EQ(noted.text, "dated/d@2020-02-02 undated/u@- absent/a@- ");
+    noted = {"", 5};
+    EXPECT_EQ(ZR_MOD_ScanAllImports(module_, note, &noted), 5u);
+    EXPECT_EQ(noted.text, "dated/d@2020-02-02 ");
+    EXPECT_EQ(ZR_MOD_ScanAllImports(nullptr, note, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllImports(module_, nullptr, &noted), 22u);
+}
+
+TEST_F(ModuleScan, OfSubmodulesSeesTheirNamesInOrder)
+{
+    auto note = [](const char *name, void *userData) {
+        auto *into = static_cast<Noted *>(userData);
+        into->text += std::string(name) + " ";
+        return into->result;
+    };
+    for (const char *name : {"m-b", "m-a"})
+        ASSERT_EQ(ZRS_MOD_AppendOneInclude(module_, name), 0u);
+    Noted noted = {"", 0};
+    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(module_, note, &noted), 0u);
+    EXPECT_EQ(noted.text, "m-b m-a ");
+    noted = {"", 5};
+    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(module_, note, &noted), 5u);
+    EXPECT_EQ(noted.text, "m-b ");
+    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(nullptr, note, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(module_, nullptr, &noted), 22u);
+}
+
+TEST_F(ModuleScan, OfDeviationsTellsTargetTheModuleThatDefinesItAndWhetherItIsApplied)
+{
+    auto note = [](const char *path, const char *moduleName, uint32_t applied, void *userData) {
+        auto *into = static_cast<Noted *>(userData);
+        into->text += std::string(path) + " of " + (moduleName != nullptr ? moduleName : "-") +
+                      "=" + std::to_string(applied) + ", ";
+        return into->result;
+    };
+    for (const char *path : {"/a:top/x", "/a:top/b:added/y"})
+        ASSERT_EQ(ZRS_MOD_AppendOneDeviation(module_, path), 0u);
+    module_->deviations[1].flags = ZRS_DEVIATION_COUPLED;
+    Noted noted = {"", 0};
+    EXPECT_EQ(ZR_MOD_ScanAllDeviations(module_, note, &noted), 0u);
+    EXPECT_EQ(noted.text, "/a:top/x of a=0, /a:top/b:added/y of b=1, ");
+    noted = {"", 5};
+    EXPECT_EQ(ZR_MOD_ScanAllDeviations(module_, note, &noted), 5u);
+    EXPECT_EQ(noted.text, "/a:top/x of a=0, ");
+    EXPECT_EQ(ZR_MOD_ScanAllDeviations(nullptr, note, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllDeviations(module_, nullptr, &noted), 22u);
+}
+
+TEST_F(ModuleScan, OfMembersOfAnEmptyModuleSeesNothing)
+{
+    const ZrMod *empty = NewModule("empty");
+    EXPECT_EQ(
+        ZR_MOD_ScanAllImports(
+            empty, [](const char *, const char *, const char *, void *) { return 1u; }, nullptr),
+        0u);
+    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(
+                  empty, [](const char *, void *) { return 1u; }, nullptr),
+              0u);
+    EXPECT_EQ(ZR_MOD_ScanAllDeviations(
+                  empty, [](const char *, const char *, uint32_t, void *) { return 1u; }, nullptr),
+              0u);
+}
+
 } // namespace

@@ -47,6 +47,11 @@ TEST_F(Module, TellsItsHeader)
     EXPECT_STREQ(ZR_MOD_GetModulePrefix(module_), "m");
     EXPECT_STREQ(ZR_MOD_GetOrganization(module_), "org");
     EXPECT_STREQ(ZR_MOD_GetRevision(module_), "2020-02-02");
+    module_->description = ZR_DICT_Insert(dict_, "what it is");
+    EXPECT_STREQ(ZR_MOD_GetDescription(module_), "what it is");
+    EXPECT_STREQ(ZR_MOD_GetYangVersion(module_), "1") << "nothing is said";
+    module_->yangVersion = ZRS_YANG_VERSION_1_1;
+    EXPECT_STREQ(ZR_MOD_GetYangVersion(module_), "1.1");
 }
 
 TEST_F(Module, ThatIsNullTellsNothing)
@@ -56,6 +61,10 @@ TEST_F(Module, ThatIsNullTellsNothing)
     EXPECT_EQ(ZR_MOD_GetModulePrefix(nullptr), nullptr);
     EXPECT_EQ(ZR_MOD_GetOrganization(nullptr), nullptr);
     EXPECT_EQ(ZR_MOD_GetRevision(nullptr), nullptr);
+    EXPECT_EQ(ZR_MOD_GetYangVersion(nullptr), nullptr);
+    EXPECT_EQ(ZR_MOD_GetDescription(nullptr), nullptr);
+    EXPECT_EQ(ZR_MOD_GetTypedefDefault(nullptr, "t"), nullptr);
+    EXPECT_EQ(ZR_MOD_GetTypedefUnits(nullptr, "t"), nullptr);
     EXPECT_EQ(ZR_MOD_GetPrivate(nullptr), nullptr);
     ZR_MOD_SetPrivate(nullptr, this);
     EXPECT_EQ(ZR_MOD_GetRealTypeByTypDefName(nullptr, "t"), nullptr);
@@ -87,6 +96,20 @@ TEST_F(Module, GivesTheTypeOfATypedef)
     EXPECT_EQ(found->baseType, ZRT_TYPE_INT16);
     EXPECT_EQ(ZR_MOD_GetRealTypeByTypDefName(module_, "u"), nullptr);
     EXPECT_EQ(ZR_MOD_GetRealTypeByTypDefName(module_, nullptr), nullptr);
+}
+
+TEST_F(Module, GivesTheDefaultAndTheUnitsThatATypedefStatesItself)
+{
+    ZrtRealType type = {ZRT_TYPE_INT16, 0, 0, nullptr};
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "bare", &type, nullptr), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "full", &type, "7"), 0u);
+    module_->typedefs[1].units = ZR_DICT_Insert(dict_, "metres");
+    EXPECT_STREQ(ZR_MOD_GetTypedefDefault(module_, "full"), "7");
+    EXPECT_STREQ(ZR_MOD_GetTypedefUnits(module_, "full"), "metres");
+    for (const char *name : {"bare", "absent", static_cast<const char *>(nullptr)}) {
+        EXPECT_EQ(ZR_MOD_GetTypedefDefault(module_, name), nullptr);
+        EXPECT_EQ(ZR_MOD_GetTypedefUnits(module_, name), nullptr);
+    }
 }
 
 TEST_F(Module, GivesNameAndDescriptionOfAnIdentity)

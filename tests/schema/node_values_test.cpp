@@ -66,6 +66,20 @@ TEST_F(NodeValues, DefaultsAndUnitsComeFromTheNodeOrTheFirstTypedefThatHasThem)
     EXPECT_EQ(ZR_NODE_GetUnitsValueStr(top), nullptr);
 }
 
+TEST_F(NodeValues, WhatTheTypedefsSayCanBeAskedApartFromWhatTheNodeSays)
+{
+    for (const char *name : {"own", "inherited", "needed", "optional", "many", "many-own"}) {
+        SCOPED_TRACE(name);
+        EXPECT_STREQ(Text(ZR_NODE_GetTypedefDefaultStr(Node(name))), "50");
+        EXPECT_STREQ(Text(ZR_NODE_GetTypedefUnitsStr(Node(name))), "percent");
+    }
+    for (const ZrNode *node : {Node("bare"), Node("built-in"), Node("union"), ctx_.Node("/m:top"),
+                               static_cast<ZrNode *>(nullptr)}) {
+        EXPECT_EQ(ZR_NODE_GetTypedefDefaultStr(node), nullptr);
+        EXPECT_EQ(ZR_NODE_GetTypedefUnitsStr(node), nullptr);
+    }
+}
+
 TEST_F(NodeValues, OnlyLeafsAndLeafListsHaveAType)
 {
     ASSERT_NE(ZR_NODE_GetRealType(Node("built-in")), nullptr);
