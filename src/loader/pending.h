@@ -6,7 +6,7 @@
 
 #include "foundation/relations.h"
 
-struct ZrsPendFeature { // a feature that was on before its module was destroyed
+struct ZrsPendFeature { // a feature as it was when its module was destroyed
     ZrListLink link;
     char *name; // owned
     uint32_t flags;

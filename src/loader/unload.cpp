@@ -31,11 +31,15 @@ void DeleteRelationsOf(ZrCtx *ctx, const ZrMod *module)
     }
 }
 
-uint32_t SaveFeatures(const ZrCtx *ctx, ZrsPendNode *node)
+// Makes room for all features of the module, so that noting the ones that are on when its turn
+// comes needs no memory.
+uint32_t ReserveFeatures(const ZrCtx *ctx, ZrsPendNode *node)
 {
     const ZrMod *module = ZR_CTX_GetModuleByModName(ctx, node->moduleName);
-    return module != nullptr ? ZRS_LOADER_SaveEnabledFeatureToPendNode(module, node)
-                             : uint32_t{ZR_OK};
+    uint32_t status = ZR_OK;
+    for (uint32_t i = 0; module != nullptr && i < module->featureCount && status == ZR_OK; ++i)
+        status = zr::AppendFeature(node, module->features[i].name, 0);
+    return status;
 }
 
 // Starts the table with the module to be unloaded. One that was put together from several files is
@@ -58,7 +62,7 @@ uint32_t Collect(ZrCtx *ctx, const ZrMod *module, ZrsPendTbl *table)
         return status;
     return zr::ForEachPending(table, [=](ZrsPendNode *node) {
         uint32_t result = ZRS_LOADER_PropagateModuleRemove(ctx, node->moduleName, table);
-        return result != ZR_OK ? result : SaveFeatures(ctx, node);
+        return result != ZR_OK ? result : ReserveFeatures(ctx, node);
     });
 }
 
@@ -111,7 +115,11 @@ uint32_t ZRS_LOADER_ProcModuleAugAndRelationUncouple(ZrCtx *ctx, const char *mod
 uint32_t ZRS_LOADER_UnloadModRemoveProc(ZrCtx *ctx, ZrsPendTbl *table)
 {
     return zr::ForEachPending(table, [=](ZrsPendNode *node) -> uint32_t {
-        if (uint32_t status = SaveFeatures(ctx, node); status != ZR_OK)
+        // Not earlier: the callback of a module before this one may turn features on and off.
+        const ZrMod *module = ZR_CTX_GetModuleByModName(ctx, node->moduleName);
+        uint32_t status = module != nullptr ? ZRS_LOADER_SaveEnabledFeatureToPendNode(module, node)
+                                            : uint32_t{ZR_OK};
+        if (status != ZR_OK)
             return status;
         if (ctx->reloadModuleFunc != nullptr)
             ctx->reloadModuleFunc(ctx, node->moduleName);
@@ -140,8 +148,10 @@ uint32_t ZRS_LOADER_EnableReloadModFeature(ZrCtx *ctx, const ZrsPendNode *pendin
         return ZR_ERR_NOT_FOUND;
     uint32_t result = ZR_OK;
     for (const ZrListLink *link = pendingNode->features.next; link != &pendingNode->features;
-         link = link->next)
-        result |=
-            ZR_MOD_EnableFeature(module, reinterpret_cast<const ZrsPendFeature *>(link)->name);
+         link = link->next) {
+        const auto *feature = reinterpret_cast<const ZrsPendFeature *>(link);
+        if ((feature->flags & ZRS_FEATURE_ENABLED) != 0)
+            result |= ZR_MOD_EnableFeature(module, feature->name);
+    }
     return result;
 }

@@ -38,7 +38,8 @@ ZR_API uint32_t ZRS_LOADER_CheckRelTblHaveDevByWithSameName(const ZrModRelTbl *t
 ZR_API uint32_t ZRS_LOADER_IsAugAndRmvModShareSameDevaition(ZrCtx *ctx,
                                                             const char *removedModuleName,
                                                             const char *deviatingModuleName);
-// Notes the features that are on in the module; ones that are noted already are not noted again.
+// Notes the features that are on in the module. AddModFeatPend notes one with its flags; one that
+// is noted already keeps its place and takes the flags.
 ZR_API uint32_t ZRS_LOADER_SaveEnabledFeatureToPendNode(const ZrMod *module,
                                                         ZrsPendNode *pendingNode);
 ZR_API uint32_t ZRS_LOADER_AddModFeatPend(ZrsPendNode *pendingNode, const char *featureName,
@@ -65,6 +66,9 @@ namespace zr {
 inline constexpr PalAvlInfo kRelationTables = {ZR_CTX_CompareModRelationTbl,
                                                offsetof(ZrModRelTbl, moduleName),
                                                offsetof(ZrModRelTbl, treeNode)};
+
+// Notes a feature that is not noted yet: 0 or 12.
+uint32_t AppendFeature(ZrsPendNode *pendingNode, const char *featureName, uint32_t flags);
 
 // Visits the nodes of a table in order, also those that `visit`(node) appends, until it gives a
 // status other than 0, which is returned.

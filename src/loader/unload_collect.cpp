@@ -67,13 +67,14 @@ uint32_t AppendIfLoaded(const ZrCtx *ctx, ZrsPendTbl *table, const char *moduleN
                : uint32_t{ZR_OK};
 }
 
-bool HasFeature(const ZrsPendNode *node, const char *name)
+ZrsPendFeature *FindFeature(ZrsPendNode *node, const char *name)
 {
-    for (const ZrListLink *link = node->features.next; link != &node->features; link = link->next) {
-        if (PAL_StrCmp(reinterpret_cast<const ZrsPendFeature *>(link)->name, name) == 0)
-            return true;
+    for (ZrListLink *link = node->features.next; link != &node->features; link = link->next) {
+        auto *feature = reinterpret_cast<ZrsPendFeature *>(link);
+        if (PAL_StrCmp(feature->name, name) == 0)
+            return feature;
     }
-    return false;
+    return nullptr;
 }
 
 } // namespace
@@ -137,13 +138,8 @@ uint32_t ZRS_LOADER_PropagateModuleRemove(ZrCtx *ctx, const char *moduleName, Zr
     return status != ZR_OK ? status : ZRS_LOADER_UnloadModDeviation(ctx, moduleName, table);
 }
 
-uint32_t ZRS_LOADER_AddModFeatPend(ZrsPendNode *pendingNode, const char *featureName,
-                                   uint32_t flags)
+uint32_t zr::AppendFeature(ZrsPendNode *pendingNode, const char *featureName, uint32_t flags)
 {
-    if (pendingNode == nullptr || featureName == nullptr)
-        return ZR_ERR_INVALID;
-    if (HasFeature(pendingNode, featureName))
-        return ZR_OK;
     zr::ScopedBlock<ZrsPendFeature> feature(zr::AllocRecord<ZrsPendFeature>());
     if (!feature)
         return ZR_ERR_NO_MEMORY;
@@ -156,6 +152,18 @@ uint32_t ZRS_LOADER_AddModFeatPend(ZrsPendNode *pendingNode, const char *feature
     link->next = &pendingNode->features;
     link->prev->next = link;
     link->next->prev = link;
+    return ZR_OK;
+}
+
+uint32_t ZRS_LOADER_AddModFeatPend(ZrsPendNode *pendingNode, const char *featureName,
+                                   uint32_t flags)
+{
+    if (pendingNode == nullptr || featureName == nullptr)
+        return ZR_ERR_INVALID;
+    ZrsPendFeature *noted = FindFeature(pendingNode, featureName);
+    if (noted == nullptr)
+        return zr::AppendFeature(pendingNode, featureName, flags);
+    noted->flags = flags;
     return ZR_OK;
 }
 

@@ -57,6 +57,9 @@ TEST(UnloadCollecting, NotesAFeatureOnce)
         EXPECT_EQ(reinterpret_cast<ZrsPendFeature *>(link)->flags, uint32_t{ZRS_FEATURE_ENABLED});
     }
     EXPECT_THAT(names, ElementsAre("f", "g"));
+    EXPECT_EQ(ZRS_LOADER_AddModFeatPend(table.node(), "f", 0), 0u);
+    EXPECT_EQ(reinterpret_cast<ZrsPendFeature *>(table.node()->features.next)->flags, 0u)
+        << "what is noted last counts";
     EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(nullptr, table.node()), 22u);
     EXPECT_EQ(ZRS_LOADER_AddModFeatPend(table.node(), nullptr, 0), 22u);
 }

@@ -194,6 +194,33 @@ TEST(Unload, EnabledFeaturesAreEnabledAgainAfterTheReload)
     EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "a", "h"), 1u);
 }
 
+namespace {
+
+// Turns a feature of "b" off and another one on when "a" is about to go.
+void ChangeFeaturesOfLaterModule(ZrCtx *ctx, const char *moduleName)
+{
+    if (std::string(moduleName) != "a")
+        return;
+    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx, "b", "f"), 0u);
+    EXPECT_EQ(ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx, "b"), "g"), 0u);
+}
+
+} // namespace
+
+TEST(Unload, FeaturesAreNotedWhenTheirModulesTurnComes)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("b", Import("m") + "<feature name=\"f\"/><feature name=\"g\"/>" +
+                     Augment("/m:c", Leaf("p")));
+    set.Add("a", Import("m") + Augment("/m:c", Leaf("p"))); // stands before "b" in the table
+    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("b"), "f"), 0u);
+    ZR_CTX_SetReloadModuleCbFunc(set.ctx, ChangeFeaturesOfLaterModule);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "b", "f"), 0u);
+    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "b", "g"), 1u);
+}
+
 TEST(Unload, AnEnabledFeatureThatTheFileHasNoMoreIsAStatus)
 {
     Dir set;
