@@ -41,8 +41,9 @@ uint32_t AppendMergeSource(ZrMod *module, const char *suffix)
     return ZR_OK;
 }
 
-// The first object with that suffix; a plain file that stands before it is taken in its place.
-const ZrsPathObj *FindObject(const ZrsPathCollection *collection, const char *suffix)
+} // namespace
+
+const ZrsPathObj *zr::FindPathObject(const ZrsPathCollection *collection, const char *suffix)
 {
     for (uint32_t i = 0; i < collection->count; ++i) {
         const ZrsPathObj *object = &collection->objects[i];
@@ -51,8 +52,6 @@ const ZrsPathObj *FindObject(const ZrsPathCollection *collection, const char *su
     }
     return nullptr;
 }
-
-} // namespace
 
 uint32_t ZRS_LOADER_AppendOneSuffixToAssister(ZrsLoadAssister *assister, const char *suffix,
                                               uint8_t done)
@@ -135,7 +134,7 @@ const ZrsPathObj *ZRS_LOADER_GetNextPathObjToProc(ZrsPathCollection *collection,
     if (collection->count == 0 || collection->processed >= collection->limit)
         return nullptr;
     const ZrsPathObj *object =
-        suffix == nullptr ? &collection->objects[0] : FindObject(collection, suffix);
+        suffix == nullptr ? &collection->objects[0] : zr::FindPathObject(collection, suffix);
     if (object != nullptr)
         ++collection->processed;
     return object;
@@ -154,7 +153,7 @@ uint32_t ZRS_LOADER_SaveSuccLoadingSuffix(ZrMod *module, const ZrsLoadAssister *
     uint32_t status = ZR_OK;
     for (uint32_t i = 0; i < assister->suffixCount && status == ZR_OK; ++i) {
         const ZrsSuffix *entry = &assister->suffixes[i];
-        // A part that was not loaded may still be loaded by a later call.
+        // A file that was not read may still be loaded by a later call.
         if (entry->done != 0 && !HasMergeSource(module, entry->suffix))
             status = AppendMergeSource(module, entry->suffix);
     }

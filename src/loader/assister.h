@@ -42,6 +42,13 @@ ZR_API void ZRS_LOADER_ResetCurrentLoadingSuffix(ZrsLoadAssister *assister, uint
 ZR_API const ZrsPathObj *ZRS_LOADER_GetNextPathObjToProc(ZrsPathCollection *collection,
                                                          ZrsLoadAssister *assister);
 ZR_API void ZRS_LOADER_ClearLoadAssister(ZrsLoadAssister *assister);
-// Keeps the suffixes that were loaded as the module's merge sources: 0, 12 or 22.
+// Keeps the suffixes whose files were read, merged or not, as the module's merge sources: 0, 12
+// or 22.
 ZR_API uint32_t ZRS_LOADER_SaveSuccLoadingSuffix(ZrMod *module, const ZrsLoadAssister *assister);
 }
+
+namespace zr {
+// The file of a suffix among the collected ones, or null; a plain file that stands before it is
+// taken in its place.
+const ZrsPathObj *FindPathObject(const ZrsPathCollection *collection, const char *suffix);
+} // namespace zr

@@ -4,6 +4,7 @@
 #include "foundation/load_errors.h"
 #include "foundation/memory.h"
 #include "foundation/module_tree.h"
+#include "foundation/relations.h"
 #include "foundation/search_dirs.h"
 #include "loader/coupling.h"
 #include "loader/discovery.h"
@@ -13,7 +14,10 @@
 #include "platform/text.h"
 #include "platform/xml.h"
 #include "schema/augment.h"
+#include "schema/change_events.h"
 #include "schema/merge.h"
+#include "schema/merge_aside.h"
+#include "schema/merge_original.h"
 #include "schema/module.h"
 
 namespace {
@@ -30,6 +34,53 @@ void CoupleAugments(ZrCtx *ctx, ZrMod *module)
     ZR_CTX_SetLoadStage(ctx, 0);
 }
 
+// Reads a file into a record of its own; `*read` tells whether there was a document to parse.
+ZrMod *ReadFile(ZrCtx *ctx, const char *path, const char *moduleName, const char *expectedName,
+                bool *read)
+{
+    xmlDoc *document = ZRS_LOADER_ReadYinFileToXmlDoc(path);
+    *read = document != nullptr;
+    if (document == nullptr) {
+        ZR_CTX_AddModError(ctx, moduleName, "Failed to read content from the yin file.");
+        return nullptr;
+    }
+    ZrMod *module = ZRS_LOADER_ParseYinContent(ctx, document, expectedName);
+    xmlFreeDoc(document);
+    return module;
+}
+
+// Notes that the file of the current suffix has been read, also in the module into which it is to
+// be merged (null for the first file), before it is: what was merged, even in part, must not be
+// merged once more.
+uint32_t NoteCurrentSuffix(ZrMod *module, const ZrsLoadAssister *assister)
+{
+    if (assister == nullptr || assister->current == nullptr)
+        return ZR_OK;
+    assister->current->done = 1;
+    uint32_t status =
+        module != nullptr ? ZRS_LOADER_SaveSuccLoadingSuffix(module, assister) : uint32_t{ZR_OK};
+    if (status != ZR_OK)
+        assister->current->done = 0;
+    return status;
+}
+
+// Puts a file's record into the empty slot, or merges it into the module that stands there, if the
+// file could be noted in it.
+uint32_t KeepOrMerge(ZrMod *module, ZrMod **moduleSlot, uint32_t noteStatus)
+{
+    if (*moduleSlot == nullptr) {
+        *moduleSlot = module;
+        return ZR_OK;
+    }
+    uint32_t status =
+        noteStatus == ZR_OK ? ZRS_MOD_MergeTwoModuleInSameCtx(*moduleSlot, module) : noteStatus;
+    if (status != ZR_OK)
+        ZR_CTX_AddModError(module->ctx, module->name, "Failed to merge module \"%s\".",
+                           module->name);
+    ZRS_MOD_Free(module);
+    return status;
+}
+
 // Loads the files that the assister asks for into `*module`; the first failing one ends the loop.
 void LoadFiles(ZrCtx *ctx, const char *moduleName, ZrsPathCollection *collection,
                ZrsLoadAssister *assister, ZrMod **module)
@@ -43,6 +94,60 @@ void LoadFiles(ZrCtx *ctx, const char *moduleName, ZrsPathCollection *collection
     }
 }
 
+// What the parts that the module has been put together from give when they are read once more, in
+// the same order; null when there is none. Whatever went wrong has been recorded the first time.
+ZrMod *ReadPartsAgain(ZrCtx *ctx, const ZrMod *module, const ZrsPathCollection *collection)
+{
+    ZrMod *original = nullptr;
+    uint32_t stage = ctx->loadStage;
+    ZR_CTX_SetLoadStage(ctx, ZRS_STAGE_READING_AGAIN);
+    for (uint32_t i = 0; i < module->mergeSourceCount; ++i) {
+        const ZrsPathObj *object = zr::FindPathObject(collection, module->mergeSources[i]);
+        if (object != nullptr)
+            ZRS_LOADER_LoadModuleByPath(ctx, object->path, module->name, nullptr, &original);
+    }
+    ZR_CTX_SetLoadStage(ctx, stage);
+    ZR_CTX_ClearModErrByLoadStage(ctx->errMng, module->name, ZRS_STAGE_READING_AGAIN);
+    return original;
+}
+
+// Couples what other modules have for the module, in the order in which they came to it: the event
+// that tells of the load takes the newest first.
+void CoupleDependents(ZrCtx *ctx, const char *moduleName)
+{
+    const ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
+    if (table == nullptr)
+        return;
+    for (const ZrListLink *link = table->items.prev; link != &table->items; link = link->prev) {
+        const auto *item = reinterpret_cast<const ZrModRelItem *>(link);
+        ZrsCoupleEventFunc couple = ZRS_MOD_GetCoupleEvtProcFunc(item->kind, ZRS_MODULE_LOADED);
+        if (couple != nullptr)
+            couple(ctx, moduleName, item->otherName, nullptr);
+    }
+}
+
+// Merges further parts into a module that is loaded and coupled, so that it becomes what all parts
+// at once would have given: they meet the module as its files say it, not as couplings left it. A
+// module whose earlier files are not there any more is taken as it stands.
+uint32_t LoadFurtherFiles(ZrCtx *ctx, ZrMod *module, ZrsPathCollection *collection,
+                          ZrsLoadAssister *assister)
+{
+    ZrMod *original =
+        zr::MayDifferFromFiles(module) ? ReadPartsAgain(ctx, module, collection) : nullptr;
+    zr::AugmentsAside aside(module);
+    uint32_t status = aside.TakeOut();
+    if (status == ZR_OK) {
+        if (original != nullptr)
+            zr::BringBackOriginal(module, original);
+        LoadFiles(ctx, module->name, collection, assister, &module);
+        aside.PutBack();
+        status = ZRS_LOADER_AppendModuleToCtx(ctx, module, assister);
+        CoupleDependents(ctx, module->name);
+    }
+    ZRS_MOD_Free(original);
+    return status;
+}
+
 uint32_t LoadCollected(ZrCtx *ctx, const char *moduleName, ZrMod *existing,
                        ZrsPathCollection *collection, ZrsLoadAssister *assister)
 {
@@ -51,12 +156,14 @@ uint32_t LoadCollected(ZrCtx *ctx, const char *moduleName, ZrMod *existing,
         ZRS_LOADER_PreFillLoadAssisterFromExisting(existing, collection, assister, &proceed);
     if (status != ZR_OK || proceed == 0)
         return status;
-    if (existing != nullptr && ZRS_LOADER_UpdateNextLoadingSuffix(assister) == nullptr)
-        return ZR_OK; // every part is loaded already
-    ZrMod *module = existing;
+    if (existing != nullptr)
+        return ZRS_LOADER_UpdateNextLoadingSuffix(assister) != nullptr
+                   ? LoadFurtherFiles(ctx, existing, collection, assister)
+                   : uint32_t{ZR_OK}; // every part is loaded already
+    ZrMod *module = nullptr;
     LoadFiles(ctx, moduleName, collection, assister, &module);
     status = ZRS_LOADER_AppendModuleToCtx(ctx, module, assister);
-    if (status != ZR_OK && module != nullptr && module != existing)
+    if (status != ZR_OK && module != nullptr)
         ZR_CTX_DestroyModuleNode(ctx, module);
     return status;
 }
@@ -119,33 +226,23 @@ ZrMod *ZRS_LOADER_ParseYinContent(ZrCtx *ctx, xmlDoc *document, const char *expe
 ZrMod *ZRS_LOADER_ReadFilePathToZrMod(ZrCtx *ctx, const char *path, const char *moduleName,
                                       const char *expectedName)
 {
-    xmlDoc *document = ZRS_LOADER_ReadYinFileToXmlDoc(path);
-    if (document == nullptr) {
-        ZR_CTX_AddModError(ctx, moduleName, "Failed to read content from the yin file.");
-        return nullptr;
-    }
-    ZrMod *module = ZRS_LOADER_ParseYinContent(ctx, document, expectedName);
-    xmlFreeDoc(document);
-    return module;
+    bool read = false;
+    return ReadFile(ctx, path, moduleName, expectedName, &read);
 }
 
 uint32_t ZRS_LOADER_LoadModuleByPath(ZrCtx *ctx, const char *path, const char *moduleName,
-                                     ZrsLoadAssister * /*assister*/, ZrMod **moduleSlot)
+                                     ZrsLoadAssister *assister, ZrMod **moduleSlot)
 {
-    uint32_t status = ZR_OK;
+    bool read = false;
     ZR_CTX_SetCurYinFile(ctx, path);
-    ZrMod *module = ZRS_LOADER_ReadFilePathToZrMod(ctx, path, moduleName, moduleName);
+    ZrMod *module = ReadFile(ctx, path, moduleName, moduleName, &read);
+    uint32_t status = read ? NoteCurrentSuffix(*moduleSlot, assister) : uint32_t{ZR_OK};
     if (module == nullptr) {
         ZR_CTX_AddModError(ctx, moduleName, "Failed to parse module \"%s\" from the yin file.",
                            moduleName);
         status = ZR_ERR_INVALID;
-    } else if (*moduleSlot == nullptr) {
-        *moduleSlot = module;
     } else {
-        status = ZRS_MOD_MergeTwoModuleInSameCtx(*moduleSlot, module);
-        ZRS_MOD_Free(module);
-        if (status != ZR_OK)
-            ZR_CTX_AddModError(ctx, moduleName, "Failed to merge module \"%s\".", moduleName);
+        status = KeepOrMerge(module, moduleSlot, status);
     }
     ZR_CTX_ClearCurYinFile(ctx);
     return status;

@@ -17,7 +17,8 @@
 enum ZrsLoadStage : uint32_t {
     ZRS_STAGE_LOADING = 0,
     ZRS_STAGE_DEVIATION = 1,
-    ZRS_STAGE_AUGMENT = 2
+    ZRS_STAGE_AUGMENT = 2,
+    ZRS_STAGE_READING_AGAIN = 3 // parts that were read before, which have had their messages
 };
 
 // Of an augment's flags: coupling it made the "input" or "output" node that is its target.
@@ -70,6 +71,9 @@ ZR_API ZrNode *ZRS_NODE_GetAugRpcParentNodeAndChildType(ZrCtx *ctx, const char *
 
 namespace zr {
 
+// The flags of an augment that coupling sets, and no statement.
+constexpr uint32_t kFlagsOfCoupling = uint32_t{ZRS_FLAG_COUPLED} | uint32_t{ZRS_FLAG_MADE_TARGET};
+
 using ModuleNameText = char[kNameSize];
 
 // The module that a target path names last, which owns the target: false for a path without one.
@@ -98,5 +102,9 @@ bool SettleModuleAugments(ZrMod *module);
 // Uncouples the module's augments; an input or output node that was made for one of them and that
 // nothing needs any more goes too.
 void UncoupleModuleAugments(ZrMod *module);
+
+// Uncouples the augments, of all modules, of "input" and "output" nodes of the module that were
+// made for them; these nodes go.
+void UncoupleMadeTargetsIn(const ZrMod *module);
 
 } // namespace zr

@@ -220,3 +220,22 @@ void zr::UncoupleModuleAugments(ZrMod *module)
             LeaveMadeTarget(augment, made);
     }
 }
+
+void zr::UncoupleMadeTargetsIn(const ZrMod *module)
+{
+    // An augment that takes a made target over may stand before the one that left it.
+    for (bool any = true; any;) {
+        any = false;
+        for (const ZrMod *owner = FirstModule(module->ctx); owner != nullptr;
+             owner = NextModule(module->ctx, owner)) {
+            for (ZrNode *augment = owner->augments; augment != nullptr; augment = augment->next) {
+                ZrNode *made = MadeTargetOf(augment);
+                if (made == nullptr || made->module != module)
+                    continue;
+                ZRS_NODE_UnCoupleAugmentNode(augment);
+                LeaveMadeTarget(augment, made);
+                any = true;
+            }
+        }
+    }
+}

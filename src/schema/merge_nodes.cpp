@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "foundation/load_errors.h"
+#include "schema/augment.h"
 #include "schema/ext_inst.h"
 #include "schema/merge_types.h"
 #include "schema/node.h"
@@ -50,7 +51,8 @@ uint32_t ZRS_NODE_CompareTwoTreeNodeSelfData(const ZrNode *destination, const Zr
         return ZRS_DIFF_OTHER;
     if (destination->name != source->name)
         return ZRS_DIFF_NAME;
-    if (destination->flags != source->flags || destination->kind != source->kind)
+    if (((destination->flags ^ source->flags) & ~zr::kFlagsOfCoupling) != 0 ||
+        destination->kind != source->kind)
         return ZRS_DIFF_OTHER;
     if (source->extInstCount == 0)
         return ZRS_DIFF_NONE;

@@ -11,7 +11,8 @@ enum ZrsDiffReason : uint32_t {
     ZRS_DIFF_NONE = 0,
     ZRS_DIFF_EXTENSION = 1, // only the source has extension instances
     ZRS_DIFF_NAME = 2,
-    ZRS_DIFF_OTHER = 4 // in flags, in kind, or in the number of extension instances
+    ZRS_DIFF_OTHER = 4 // in flags (whether an augment is coupled is none), in kind, or in the
+                       // number of extension instances
 };
 
 extern "C" {

@@ -45,7 +45,7 @@ struct ZrMod {
     ZrNode *notifications;
     ZrNode *augments;
     uint16_t mergeSourceCount;
-    const char **mergeSources; // suffixes of the files loaded into this module
+    const char **mergeSources; // suffixes of the files read for this module
     void *privateData;         // the application's
     PalAvlNode byNameLink;     // the context's two trees
     PalAvlNode byNamespaceLink;

@@ -6,6 +6,7 @@
 #include "foundation/context_record.h"
 #include "foundation/search_dirs.h"
 #include "schema/module_record.h"
+#include "schema/node_record.h"
 #include "support/alloc.h"
 #include "support/context.h"
 
@@ -186,14 +187,68 @@ TEST_F(LoadModule, ProcessesTenFilesAtTheMost)
 
 TEST_F(LoadModule, KeepsThePartsBeforeOneThatCannotBeMerged)
 {
-    dir.Write("m@@a.yin", ModuleText("m", Leaf("x")));
+    Write("m@@a.yin", "m", Leaf("x"));
     EXPECT_EQ(Load("m"), 0u);
-    dir.Write("m@@b.yin", ModuleText("m", "<import module='other'><prefix value='p'/></import>"));
-    dir.Write("m@@c.yin", ModuleText("m", "<import module='another'><prefix value='p'/></import>"));
+    Write("m@@b.yin", "m", "<import module='other'><prefix value='p'/></import>");
+    EXPECT_EQ(Load("m"), 0u);
+    Write("m@@c.yin", "m", "<import module='another'><prefix value='p'/></import>");
     EXPECT_EQ(Load("m"), 0u);
     EXPECT_THAT(ctx.Messages("m"), testing::SizeIs(2));
     EXPECT_NE(ctx.Node("/m:x"), nullptr);
-    EXPECT_EQ(ctx.Module("m")->mergeSourceCount, 2) << "the part that failed is not kept as loaded";
+    EXPECT_EQ(ctx.Module("m")->importCount, 1);
+}
+
+// What such a part brought before it failed stays, and must not come a second time.
+TEST_F(LoadModule, MergesAPartThatFailedNotAgainUntilTheModuleIsUnloaded)
+{
+    Write("t.yin", "t", Leaf("x"));
+    Load("t");
+    Write("m@@a.yin", "m", "<import module='t'><prefix value='t'/></import>" + Leaf("x"));
+    EXPECT_EQ(Load("m"), 0u);
+    Write("m@@b.yin", "m",
+          "<import module='t'><prefix value='t'/></import><container name='x'/>"
+          "<deviation target-node='/t:x'><deviate value='add'><must condition='1'/></deviate>"
+          "</deviation>");
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(Load("m"), 0u);
+        EXPECT_EQ(ctx.Module("m")->mergeSourceCount, 2);
+        EXPECT_EQ(ctx.Module("m")->deviationCount, 1);
+        EXPECT_EQ(ctx.Node("/t:x")->mustCount, 1);
+    }
+    Write("m@@b.yin", "m", Leaf("x") + Leaf("y"));
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_EQ(ctx.Module("m")->deviationCount, 1);
+    EXPECT_EQ(ZR_CTX_UnloadModule(ctx, "m"), 0u);
+    EXPECT_EQ(ctx.Module("m")->mergeSourceCount, 2);
+    EXPECT_EQ(ctx.Module("m")->deviationCount, 0);
+    EXPECT_EQ(ctx.Node("/t:x")->mustCount, 0);
+}
+
+TEST_F(LoadModule, ReadsAPartThatCannotBeParsedNotAgainAndGoesOnWithTheNextOne)
+{
+    Write("m@@a.yin", "m", Leaf("x"));
+    EXPECT_EQ(Load("m"), 0u);
+    Write("m@@b.yin", "n");
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_THAT(ctx.Messages("m"), ElementsAre("Failed to parse module \"m\" from the yin file."));
+    Write("m@@c.yin", "m", "<feature name='f'/>");
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_EQ(ctx.Module("m")->featureCount, 1);
+    EXPECT_EQ(ctx.Module("m")->mergeSourceCount, 3);
+    EXPECT_THAT(ctx.Messages("m"), testing::SizeIs(1));
+}
+
+TEST_F(LoadModule, ReadsAPartThatIsNoXmlOnceItIsMended)
+{
+    Write("m@@a.yin", "m", Leaf("x"));
+    EXPECT_EQ(Load("m"), 0u);
+    dir.Write("m@@b.yin", "<module");
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_EQ(ctx.Module("m")->mergeSourceCount, 1);
+    Write("m@@b.yin", "m", "<feature name='f'/>");
+    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_EQ(ctx.Module("m")->featureCount, 1);
+    EXPECT_EQ(ctx.Module("m")->mergeSourceCount, 2);
 }
 
 TEST_F(LoadModule, RecordsAFailedMergeWithItsSummaries)

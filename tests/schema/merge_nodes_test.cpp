@@ -289,6 +289,17 @@ TEST_F(MergeNodes, AreComparedByNameBeforeEverythingElse)
               uint32_t{ZRS_DIFF_EXTENSION});
 }
 
+TEST_F(MergeNodes, DifferInNothingWhenOneIsAnAugmentThatIsCoupled)
+{
+    Top(destination_, {"a"});
+    Top(source_, {"a"});
+    ZrNode *node = destination_->dataNodes;
+    node->flags |= zr::kFlagsOfCoupling;
+    EXPECT_EQ(ZRS_NODE_CompareTwoTreeNodeSelfData(node, source_->dataNodes),
+              uint32_t{ZRS_DIFF_NONE});
+    node->flags &= ~zr::kFlagsOfCoupling; // a coupled node would not be freed
+}
+
 TEST_F(MergeNodes, RefuseAReasonThatIsNone)
 {
     Top(destination_, {"a"});

@@ -1,0 +1,125 @@
+#include "schema/merge_original.h"
+
+#include "loader/pipeline.h"
+#include "platform/xml_parse.h"
+#include "schema/change_events.h"
+#include "schema/coupling_fixture.h"
+
+using namespace zrtest;
+using testing::ElementsAre;
+
+namespace {
+
+const std::string kBody = Container("c", Leaf("a", "<default value=\"1\"/>") + Leaf("gone") +
+                                             "<leaf-list name=\"l\"><type name=\"t\"/>"
+                                             "<default value=\"1\"/></leaf-list>"
+                                             "<choice name=\"h\"><default value=\"k\"/>"
+                                             "<case name=\"k\"/></choice>") +
+                          Container("top") + Leaf("end") +
+                          "<typedef name=\"t\"><type name=\"int8\"/></typedef>";
+
+class BringBack : public testing::Test {
+protected:
+    ~BringBack() override { ZRS_MOD_Free(original); }
+
+    // Loads the module "m", and reads the body of its original, which is the same unless given.
+    void Load(const std::string &originalBody = kBody)
+    {
+        ASSERT_EQ(ctx.LoadBody("m", kBody), 0u);
+        plain = DumpContext(ctx);
+        std::string text = ModuleText("m", originalBody);
+        xmlDoc *document = zr::ParseXmlText(text.c_str(), text.size());
+        original = ZRS_LOADER_ParseYinContent(ctx, document, "m");
+        xmlFreeDoc(document);
+        ASSERT_NE(original, nullptr);
+    }
+    void Deviate(const std::string &deviations)
+    {
+        ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("ietf-netconf-acm") + deviations), 0u);
+    }
+    std::string DumpOfM() { return DumpModule(ctx.Module("m")); }
+
+    TestContext ctx;
+    ZrMod *original = nullptr;
+    std::string plain;
+};
+
+} // namespace
+
+TEST_F(BringBack, UndoesWhatDeviationsChanged)
+{
+    Load();
+    const ZrNode *node = ctx.Node("/m:c/a");
+    const ZrtRealType *type = ZR_NODE_GetRealType(node);
+    EXPECT_FALSE(zr::MayDifferFromFiles(ctx.Module("m")));
+    Deviate(Deviation("/m:c", "add", "<config value=\"false\"/><must condition=\"1\"/>") +
+            Deviation("/m:c/m:a", "replace", "<type name=\"int8\"/><default value=\"2\"/>") +
+            Deviation("/m:c/m:l", "delete", "<default value=\"1\"/>") +
+            Deviation("/m:c/m:h", "delete", "<default value=\"k\"/>") +
+            Deviation("/m:top", "add",
+                      "<ietf-netconf-acm:default-deny-all xmlns:ietf-netconf-acm=\"urn:acm\"/>"));
+    EXPECT_TRUE(zr::MayDifferFromFiles(ctx.Module("m")));
+    EXPECT_NE(DumpOfM(), plain);
+    EXPECT_TRUE(zr::BringBackOriginal(ctx.Module("m"), original));
+    EXPECT_EQ(DumpOfM(), plain);
+    EXPECT_EQ(ctx.Node("/m:c/a"), node) << "nodes stay where they are";
+    EXPECT_EQ(ZR_NODE_GetRealType(node), type);
+    ZRS_MOD_NotifyModuleChangeEvent(ctx, "m", ZRS_MODULE_LOADED, nullptr);
+    EXPECT_EQ(ctx.Node("/m:c")->mustCount, 1) << "the deviations can be applied again";
+    EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:c/l"), ZR_VALUE_STRING, "127"), 0u);
+    EXPECT_NE(ZR_NODE_ValidateValue(ctx.Node("/m:c/l"), ZR_VALUE_STRING, "128"), 0u);
+}
+
+TEST_F(BringBack, GivesBackNodesThatWereRemovedAtTheirPlaces)
+{
+    Load();
+    Deviate(Deviation("/m:c/m:a", "not-supported") + Deviation("/m:c/m:gone", "not-supported") +
+            Deviation("/m:top", "not-supported") + Deviation("/m:end", "not-supported"));
+    EXPECT_TRUE(zr::BringBackOriginal(ctx.Module("m"), original));
+    EXPECT_EQ(DumpOfM(), plain);
+    EXPECT_EQ(ctx.Node("/m:c/gone")->module, ctx.Module("m"));
+    EXPECT_EQ(ctx.Node("/m:end")->prev, ctx.Node("/m:top"));
+}
+
+TEST_F(BringBack, GivesBackAChainOfWhichNothingIsLeft)
+{
+    Load();
+    Deviate(Deviation("/m:c", "not-supported") + Deviation("/m:top", "not-supported") +
+            Deviation("/m:end", "not-supported"));
+    EXPECT_EQ(ctx.Module("m")->dataNodes, nullptr);
+    EXPECT_TRUE(zr::BringBackOriginal(ctx.Module("m"), original));
+    EXPECT_EQ(DumpOfM(), plain);
+}
+
+TEST_F(BringBack, LetsFailedDeviationsFailAgainWithTheirMessages)
+{
+    Load();
+    Deviate(Deviation("/m:c/m:a", "add", "<default value=\"2\"/>"));
+    std::vector<std::string> messages = ctx.Messages("d");
+    ASSERT_FALSE(messages.empty());
+    EXPECT_TRUE(zr::BringBackOriginal(ctx.Module("m"), original));
+    ZRS_MOD_NotifyModuleChangeEvent(ctx, "m", ZRS_MODULE_LOADED, nullptr);
+    EXPECT_EQ(ctx.Messages("d"), messages);
+}
+
+TEST_F(BringBack, ChangesNothingWhenAnotherModuleIsGiven)
+{
+    Load(Container("c", Leaf("a")) + Container("top") + Leaf("end"));
+    Deviate(Deviation("/m:c", "add", "<must condition=\"1\"/>"));
+    std::string before = DumpContext(ctx);
+    EXPECT_FALSE(zr::BringBackOriginal(ctx.Module("m"), original));
+    EXPECT_EQ(DumpContext(ctx), before);
+    EXPECT_EQ(ctx.Module("d")->deviations[0].flags, uint16_t{ZRS_DEVIATION_COUPLED});
+}
+
+TEST(MayDiffer, FromItsFilesAModuleWhoseNodesStandElsewhere)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("t", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Import("t") + Augment("/t:c", Leaf("a"))), 0u);
+    EXPECT_TRUE(zr::MayDifferFromFiles(ctx.Module("m"))) << "flags of the target pass to them";
+    EXPECT_FALSE(zr::MayDifferFromFiles(ctx.Module("t")));
+    ASSERT_EQ(ctx.LoadBody("d", Leaf("a") + Deviation("/d:a", "add", "<must condition=\"1\"/>")),
+              0u);
+    EXPECT_TRUE(zr::MayDifferFromFiles(ctx.Module("d"))) << "it deviates itself";
+}
