@@ -1,13 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "support.h"
 
 using nlohmann::json;
-using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 TEST(Check, LoadsEveryBundledModule)
 {
@@ -40,6 +43,7 @@ TEST(Check, PrintsOneJsonObjectOnRequest)
     EXPECT_EQ(whole["modules"][1]["loaded"], false);
     EXPECT_EQ(whole["modules"][1]["errors"][0],
               json({{"file", nullptr},
+                    {"line", nullptr},
                     {"kind", "warning"},
                     {"message", "Module \"no-such-module\" not found from search directories."}}));
 }
@@ -61,4 +65,130 @@ TEST(Check, LoadsImportsOnRequest)
     ToolRun run = RunTool("check " + kExampleModules + " --imports example-vendor");
     EXPECT_EQ(run.status, 0);
     EXPECT_THAT(run.out, HasSubstr("1 modules: 1 loaded, 0 failed"));
+}
+
+TEST(Check, WithoutAnyModuleFailsAndSaysWhatItLookedFor)
+{
+    Folder folder;
+    folder.Add("README", "no module");
+    std::string message = "no module found: looked for module files NAME.yin, NAME@*.yin in " +
+                          std::filesystem::canonical(folder.path()).string();
+    ToolRun run = RunTool("check --all -p " + folder.path());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "zrschema: " + message + "\n");
+    run = RunTool("check --all --json -p " + folder.path());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(json::parse(run.out), json({{"modules", json::array()},
+                                          {"loaded", 0},
+                                          {"failed", 0},
+                                          {"errors",
+                                           {{{"module", nullptr},
+                                             {"file", nullptr},
+                                             {"line", nullptr},
+                                             {"kind", "error"},
+                                             {"message", message}}}}}));
+}
+
+TEST(Check, PassesOverWhatIsNoRegularFileAndSaysSo)
+{
+    Folder folder;
+    folder.AddModule("good.yin", "good", "");
+    ASSERT_EQ(mkfifo((folder.path() + "/pipe.yin").c_str(), 0600), 0);
+    ASSERT_EQ(mkdir((folder.path() + "/folder.yin").c_str(), 0700), 0);
+    std::filesystem::create_symlink("nowhere", folder.path() + "/dangling.yin");
+    std::filesystem::create_symlink("pipe.yin", folder.path() + "/linked.yin");
+    ToolRun run = RunTool("check --all -p " + folder.path());
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(run.out, "good: loaded\n1 modules: 1 loaded, 0 failed, 0 errors, 0 warnings\n");
+    for (const char *name : {"pipe", "folder", "dangling", "linked"})
+        EXPECT_THAT(run.err, HasSubstr(std::string("/") + name +
+                                       ".yin: warning: not a regular file: passed over\n"));
+    json whole = json::parse(RunTool("check --all --json -p " + folder.path()).out);
+    EXPECT_EQ(whole["errors"].size(), 4u);
+    EXPECT_EQ(whole["errors"][0]["kind"], "warning");
+}
+
+TEST(Check, OpensNoPipeThatStandsForANamedModule)
+{
+    Folder folder;
+    ASSERT_EQ(mkfifo((folder.path() + "/pipe.yin").c_str(), 0600), 0);
+    ToolRun run = RunTool("check pipe -p " + folder.path());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("/pipe.yin is not a regular file"));
+}
+
+TEST(Check, NamesFileLineAndReasonOfBrokenXml)
+{
+    Folder folder;
+    folder.Add("bad.yin", "<module name='bad'>\n<prefix>\n</prefxi>\n</module>\n");
+    const std::string reason = "Opening and ending tag mismatch: prefix line 2 and prefxi";
+    for (const char *what : {"--all", "bad"}) {
+        ToolRun run = RunTool(std::string("check ") + what + " -p " + folder.path());
+        EXPECT_EQ(run.status, 1);
+        EXPECT_THAT(run.out, HasSubstr("bad: not loaded\n"));
+        EXPECT_THAT(run.out, HasSubstr("\n  bad.yin:3: error: " + reason + "\n"));
+    }
+    json whole = json::parse(RunTool("check bad --json -p " + folder.path()).out);
+    EXPECT_EQ(whole["modules"][0]["errors"].back(),
+              json({{"file", "bad.yin"}, {"line", 3}, {"kind", "error"}, {"message", reason}}));
+}
+
+TEST(Check, NamesBrokenXmlInASubmoduleAndInFilesThatAreNotLoaded)
+{
+    Folder folder, second;
+    folder.AddModule("whole.yin", "whole", "<include module='part'/>");
+    folder.Add("part.yin", "<submodule");
+    second.Add("whole.yin", "<module>");
+    std::string directories = " -p " + folder.path() + " -p " + second.path();
+    EXPECT_THAT(RunTool("check whole" + directories).out, HasSubstr("\n  part.yin:1: error: "));
+    EXPECT_THAT(RunTool("check whole" + directories).out, Not(HasSubstr("whole.yin:1:")));
+    EXPECT_THAT(RunTool("check --all" + directories).out, HasSubstr("\n  whole.yin:1: error: "));
+}
+
+TEST(Check, OpensNothingThatADocumentTypeNames)
+{
+    Folder folder;
+    ASSERT_EQ(mkfifo((folder.path() + "/pipe").c_str(), 0600), 0);
+    folder.Add("typed.yin", "<!DOCTYPE module SYSTEM '" + folder.path() +
+                                "/pipe' [<!ENTITY % p SYSTEM '" + folder.path() +
+                                "/pipe'> %p;]>\n<module name='typed'/>");
+    ToolRun run = RunTool("check --all -p " + folder.path());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, HasSubstr("\n  typed.yin:1: error: a document type declaration is not "
+                                   "allowed\n"));
+}
+
+TEST(Check, WarnsOfStatementsThatAreOnlyInUnpreparedYin)
+{
+    Folder folder;
+    folder.AddModule("raw.yin", "raw",
+                     "<grouping name='g'><uses name='h'/></grouping>\n"
+                     "<container name='c'><uses name='g'/>\n"
+                     "<typedef name='t'><type name='int8'/></typedef>\n"
+                     "<leaff name='x'/><leaff name='y'/>\n"
+                     "<leaf xmlns='' name='z'/>\n"
+                     "</container>\n<p:own anything='goes'><p:more/></p:own>");
+    ToolRun run = RunTool("check raw -p " + folder.path());
+    EXPECT_EQ(run.status, 0) << "warnings are no failure";
+    EXPECT_EQ(run.out,
+              "raw: loaded\n"
+              "  raw.yin:3: warning: statement \"grouping\" is passed over: groupings are to be "
+              "expanded before\n"
+              "  raw.yin:4: warning: statement \"uses\" is passed over: groupings are to be "
+              "expanded before\n"
+              "  raw.yin:5: warning: statement \"typedef\" below \"container\" is passed over: "
+              "typedefs are to be moved to the top of their module before\n"
+              "  raw.yin:6: warning: unknown statement \"leaff\" is passed over (2 of them)\n"
+              "  raw.yin:7: warning: element \"leaf\" without a namespace is passed over\n"
+              "1 modules: 1 loaded, 0 failed, 0 errors, 5 warnings\n");
+}
+
+TEST(Check, ShowsCloseNamesOfAModuleThatIsNotThere)
+{
+    ToolRun run = RunTool("check " + kExampleModules + " example-routre");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "zrschema: cannot load module example-routre; did you mean example-router, "
+                       "example-routing?\n");
+    run = RunTool("check " + kExampleModules + " vendor");
+    EXPECT_EQ(run.err, "zrschema: cannot load module vendor; did you mean example-vendor?\n");
 }

@@ -86,5 +86,77 @@ TEST(Node, NamesAPathThatLeadsNowhere)
 {
     ToolRun run = RunTool("node " + kExampleModules + " -m example-router /example-router:nowhere");
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.err, "zrschema: no such node: /example-router:nowhere\n");
+    EXPECT_EQ(run.err,
+              "zrschema: no such node: /example-router:nowhere: module example-router has no "
+              "nowhere (a path is /MODULE:NAME/NAME/..., with MODULE: again where the module "
+              "changes; choices, cases, input and output are steps too)\n");
+}
+
+TEST(Node, ShowsCloseNamesWhereThePathFails)
+{
+    const std::pair<const char *, const char *> paths[] = {
+        {"/example-router:router/hostnam", "; did you mean hostname?"},
+        {"/example-router:rooter/hostname", "; did you mean router?"},
+        {"/example-router:router/interfaces/interface/encapsulation",
+         "; did you mean link/plain/encapsulation?"},
+        {"/example-router:router/interfaces/interface/optic",
+         "; did you mean example-vendor:optics?"},
+        {"/er:router", "no module er is loaded; did you mean example-router?"},
+        {"/example-vender:router", "no module example-vender is loaded; did you mean "
+                                   "example-vendor, example-router?"},
+        {"/example-routing:routing", "no module example-routing is loaded; load it with -m "
+                                     "example-routing"},
+        {"/router", "it names no module at its start; did you mean example-router:router?"},
+        {"router", "it names no module at its start; did you mean example-router:router?"},
+    };
+    for (const auto &[path, close] : paths) {
+        ToolRun run = RunTool("node " + kExampleModules +
+                              " --all-features -m example-router -m example-vendor " + path);
+        EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.out, "");
+        EXPECT_THAT(run.err, HasSubstr(std::string("zrschema: no such node: ") + path + ": "));
+        EXPECT_THAT(run.err, HasSubstr(close));
+    }
+}
+
+TEST(Node, PrintsADocumentWithTheReasonWhenThereIsNoNode)
+{
+    ToolRun run = RunTool("node " + kExampleModules + " --json -m example-router /nowhere");
+    EXPECT_EQ(run.status, 1);
+    json document = json::parse(run.out);
+    ASSERT_EQ(document.size(), 1u);
+    EXPECT_THAT(document["errors"][0]["message"].get<std::string>(),
+                HasSubstr("no such node: /nowhere"));
+}
+
+TEST(Node, HasNoErrorsInItsDocumentWhenAllIsWell)
+{
+    json node = Describe("example-router", "/example-router:router");
+    EXPECT_EQ(node["errors"], json::array());
+}
+
+TEST(Node, ShowsTheTypeThatALeafrefInAUnionPointsTo)
+{
+    Folder folder;
+    folder.AddModule("m.yin", "m",
+                     "<typedef name='t'><type name='int8'><range value='-5..5'/></type></typedef>"
+                     "<leaf name='a'><type name='t'/></leaf>"
+                     "<leaf name='u'><type name='union'><type name='boolean'/>"
+                     "<type name='leafref'><path value='/p:a'/></type></type></leaf>");
+    ToolRun run = RunTool("node --json -m m /m:u -p " + folder.path());
+    ASSERT_EQ(run.status, 0) << run.err;
+    json type = json::parse(run.out)["type"][0];
+    EXPECT_EQ(type["members"], json({"boolean", "leafref"}));
+    EXPECT_EQ(type["leafrefs"],
+              json::array({{{"path", "/m:a"}, {"target", "/m:a"}, {"type", "m:t"}}}));
+}
+
+TEST(Node, ShowsNegativeBoundsOfATypeThatNamesATypedef)
+{
+    Folder folder;
+    folder.AddModule("m.yin", "m",
+                     "<typedef name='t'><type name='int8'/></typedef>"
+                     "<leaf name='a'><type name='t'><range value='-5..5'/></type></leaf>");
+    json node = json::parse(RunTool("node --json -m m /m:a -p " + folder.path()).out);
+    EXPECT_EQ(node["type"][0]["segments"], json::array({{-5, 5}}));
 }

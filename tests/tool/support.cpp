@@ -1,10 +1,10 @@
 #include "support.h"
 
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -20,20 +20,43 @@ std::string ReadFile(const std::string &path)
 
 } // namespace
 
+Folder::Folder()
+{
+    char name[] = "/tmp/zrschema-tool-XXXXXX";
+    path_ = mkdtemp(name) != nullptr ? name : "";
+}
+
+Folder::~Folder()
+{
+    std::error_code error;
+    if (!path_.empty())
+        std::filesystem::remove_all(path_, error);
+}
+
+std::string Folder::Add(const std::string &name, const std::string &text) const
+{
+    std::string path = path_ + "/" + name;
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+}
+
+std::string Folder::AddModule(const std::string &fileName, const std::string &name,
+                              const std::string &body) const
+{
+    return Add(fileName, "<module name='" + name +
+                             "' xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:p='urn:" + name +
+                             "'>\n<namespace uri='urn:" + name + "'/><prefix value='p'/>\n" + body +
+                             "\n</module>\n");
+}
+
 ToolRun RunTool(const std::string &arguments, const std::string &input)
 {
-    char directory[] = "/tmp/zrschema-tool-XXXXXX";
-    if (mkdtemp(directory) == nullptr)
+    Folder folder;
+    if (folder.path().empty())
         return {-1, "", "no temporary directory"};
-    std::string out = std::string(directory) + "/out", err = std::string(directory) + "/err";
-    std::string in = std::string(directory) + "/in";
-    std::ofstream(in, std::ios::binary) << input;
-    std::string command = ZR_TOOL " " + arguments + " <" + in + " >" + out + " 2>" + err;
+    std::string out = folder.path() + "/out", err = folder.path() + "/err";
+    std::string in = folder.Add("in", input);
+    std::string command = "<" + in + " >" + out + " 2>" + err + " " ZR_TOOL " " + arguments;
     int status = std::system(command.c_str());
-    ToolRun run{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(out), ReadFile(err)};
-    unlink(in.c_str());
-    unlink(out.c_str());
-    unlink(err.c_str());
-    rmdir(directory);
-    return run;
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(out), ReadFile(err)};
 }

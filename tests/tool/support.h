@@ -10,7 +10,26 @@ struct ToolRun {
 };
 
 // `arguments` is the rest of a shell command line, `input` what the program reads on standard
-// input.
+// input. A redirection of standard output in `arguments` holds.
 ToolRun RunTool(const std::string &arguments, const std::string &input = "");
 
 inline const std::string kExampleModules = "-p " ZR_EXAMPLES_DIR "/modules";
+
+// A directory that is there as long as the object.
+class Folder {
+public:
+    Folder();
+    ~Folder();
+    Folder(const Folder &) = delete;
+    Folder &operator=(const Folder &) = delete;
+
+    const std::string &path() const { return path_; }
+    // Writes a file; its path.
+    std::string Add(const std::string &name, const std::string &text) const;
+    // Writes a module with a namespace, a prefix "p" and what else it holds; the file's path.
+    std::string AddModule(const std::string &fileName, const std::string &name,
+                          const std::string &body) const;
+
+private:
+    std::string path_;
+};

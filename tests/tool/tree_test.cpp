@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
+#include <nlohmann/json.hpp>
 
 #include "support.h"
 
+using nlohmann::json;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -51,4 +51,37 @@ TEST(Tree, PrintsTheOthersWhenOneCannotBeLoaded)
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "module: example-types\n");
     EXPECT_THAT(run.err, HasSubstr("zrschema: cannot load module no-such-module\n"));
+}
+
+TEST(Tree, ShowsCloseNamesOfAFeatureThatIsNotThere)
+{
+    ToolRun run =
+        RunTool("tree " + kExampleModules + " --feature example-router:tunels example-router");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "zrschema: no such feature: example-router:tunels; did you mean "
+                       "example-router:tunnels?\n");
+    run = RunTool("tree " + kExampleModules + " --feature example-vendor:x example-types");
+    EXPECT_EQ(run.err, "zrschema: no such feature: example-vendor:x (module example-vendor is not "
+                       "loaded)\n");
+}
+
+TEST(Tree, PrintsOneJsonObjectOnRequest)
+{
+    ToolRun run = RunTool("tree " + kExampleModules + " --json example-types no-such-module");
+    EXPECT_EQ(run.status, 1);
+    json document = json::parse(run.out);
+    EXPECT_EQ(document["trees"],
+              json::array({{{"module", "example-types"}, {"tree", "module: example-types\n"}},
+                           {{"module", "no-such-module"}, {"tree", nullptr}}}));
+    EXPECT_EQ(document["errors"][0]["message"], "cannot load module no-such-module");
+}
+
+TEST(Tree, WarnsOfAnImportThatIsNotThere)
+{
+    Folder folder;
+    folder.AddModule("m.yin", "m", "<import module='gone'><prefix value='g'/></import>");
+    ToolRun run = RunTool("tree m -p " + folder.path());
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "zrschema: m: warning: imports gone, which the search directories do not "
+                       "have\n");
 }

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <nlohmann/json.hpp>
 
 #include "support.h"
@@ -99,6 +101,7 @@ TEST(Validate, RefusesAnEnvelopeWithoutOneOperation)
                                        std::string(inside) + "</rpc>",
                                    "--rpc");
         EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.out, "not valid\n");
         EXPECT_EQ(run.err,
                   "zrschema: the envelope does not hold exactly one element to validate\n");
     }
@@ -140,4 +143,82 @@ TEST(Validate, NeedsToKnowWhatTheFileIs)
             "zrschema: validate takes either --rpc or --notification (see zrschema --help)\n");
     }
     EXPECT_EQ(RunTool(Validate("--rpc /nonexistent.xml")).status, 2);
+}
+
+TEST(Validate, NamesFileLineAndReasonOfBrokenXml)
+{
+    Folder folder;
+    std::string file = folder.Add("request.xml", "<ping xmlns='urn:example:router'>\n</pong>");
+    ToolRun run = RunTool(Validate("--rpc " + file));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, StartsWith("not valid\n"));
+    EXPECT_EQ(run.err, "zrschema: " + file +
+                           ":2: error: Opening and ending tag mismatch: ping line 1 and pong\n");
+    run = ValidateText("<a>\n\n</b>", "--notification --json");
+    EXPECT_EQ(run.status, 1);
+    json document = json::parse(run.out);
+    EXPECT_EQ(document["valid"], false);
+    EXPECT_EQ(document["errors"][0]["file"], "-");
+    EXPECT_EQ(document["errors"][0]["line"], 3);
+}
+
+TEST(Validate, RefusesTextsThatTheLibraryDoesNotRead)
+{
+    std::string attributes;
+    for (int i = 0; i < 40000; ++i)
+        attributes += " a" + std::to_string(i) + "='<>'";
+    const std::string ping = kPing;
+    const std::pair<std::string, const char *> texts[] = {
+        {ping + std::string("\0<x", 3), "the text holds a NUL byte"},
+        {"<!DOCTYPE ping [<!ENTITY e 'x'>]>" + ping, "a document type declaration is not allowed"},
+        {"<ping" + attributes + "/>", "a start tag has more than 1024 attributes"},
+        {"", "Document is empty"},
+    };
+    for (const auto &[text, reason] : texts)
+        for (const char *kind : {"--rpc", "--notification"}) {
+            ToolRun run = ValidateText(text, kind);
+            EXPECT_EQ(run.status, 1);
+            EXPECT_THAT(run.out, StartsWith("not valid\n"));
+            EXPECT_THAT(run.err, HasSubstr(reason));
+        }
+    ToolRun run = ValidateText("<!--" + attributes + "--><?x" + attributes + "?>" + ping, "--rpc");
+    EXPECT_EQ(run.status, 0) << "what looks like attributes elsewhere does not count";
+}
+
+TEST(Validate, OpensNothingThatADocumentTypeNames)
+{
+    Folder folder;
+    std::string pipe = folder.path() + "/pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    ToolRun run =
+        ValidateText("<!DOCTYPE ping SYSTEM '" + pipe + "' [<!ENTITY % p SYSTEM '" + pipe +
+                         "'> %p; <!ENTITY e SYSTEM '" + pipe + "'>]>" + "<ping>&e;</ping>",
+                     "--rpc");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, HasSubstr("tag: 18 (operation-failed)\npath: /\n"));
+}
+
+TEST(Validate, GivesNoVerdictWhenTheModulesAreNotSetUp)
+{
+    const std::string ping = kRequests + "ping.xml";
+    for (const char *what : {"-m no-such-module ", "--feature example-router:wings "}) {
+        ToolRun run = RunTool(Validate("--rpc " + std::string(what) + ping));
+        EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.out, "");
+        EXPECT_THAT(run.err, StartsWith("zrschema: "));
+        run = RunTool(Validate("--rpc --json " + std::string(what) + ping));
+        EXPECT_EQ(run.status, 1);
+        json document = json::parse(run.out);
+        EXPECT_EQ(document["valid"], nullptr);
+        EXPECT_EQ(document["error"], nullptr);
+        EXPECT_FALSE(document["errors"].empty());
+    }
+}
+
+TEST(Validate, SaysWhyAFileCannotBeRead)
+{
+    Folder folder;
+    EXPECT_EQ(RunTool(Validate("--rpc " + folder.path())).err,
+              "zrschema: cannot read " + folder.path() +
+                  ": Is a directory (see zrschema --help)\n");
 }

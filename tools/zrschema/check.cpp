@@ -3,17 +3,13 @@
 
 #include <cstdio>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <set>
 
 #include "commands.h"
-#include "module_files.h"
 
 namespace tool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr size_t kManyModules = 10; // from here on a terminal shows the progress
 
@@ -22,13 +18,12 @@ struct CheckOptions {
     std::vector<std::string> modules;
     bool all = false;
     bool imports = false;
-    bool json = false;
 };
 
 struct ModuleReport {
     std::string name;
     const ZrMod *module; // null: not loaded
-    std::vector<LoadError> errors;
+    std::vector<Problem> errors;
 };
 
 struct Totals {
@@ -38,9 +33,31 @@ struct Totals {
     size_t warnings = 0;
 };
 
+// The modules to check. All of them: what is in the directories and no module file is said.
+std::vector<std::string> ModulesToCheck(Session &session, const CheckOptions &options)
+{
+    if (!options.all)
+        return session.Choose(options.modules);
+    ModuleFiles &files = session.files();
+    for (const Problem &problem : files.leftOut())
+        session.run().Say(problem);
+    std::vector<std::string> names = files.InOrder(files.Names());
+    if (names.empty()) {
+        std::string message = "no module found: looked for module files NAME.yin, NAME@*.yin in";
+        for (const std::string &directory : session.directories())
+            message += " " + directory;
+        session.run().Complain(message);
+    }
+    return names;
+}
+
 void LoadAll(Session &session, const std::vector<std::string> &names)
 {
     bool progress = names.size() >= kManyModules && isatty(STDERR_FILENO) == 1;
+    // What was chosen by its file comes before an import of the same name can.
+    for (const std::string &name : names)
+        if (!session.files().ChosenPath(name).empty())
+            session.Load(name);
     for (size_t i = 0; i < names.size(); ++i) {
         if (progress)
             std::fprintf(stderr, "\r\033[Kloading %zu/%zu %s", i + 1, names.size(),
@@ -52,10 +69,11 @@ void LoadAll(Session &session, const std::vector<std::string> &names)
 }
 
 // The named modules in their order, then those that were only imported and have something to tell.
-std::vector<ModuleReport> Collect(const Session &session, const std::vector<std::string> &names)
+std::vector<ModuleReport> Collect(Session &session, const std::vector<std::string> &names,
+                                  bool everyFile)
 {
-    std::map<std::string, std::vector<LoadError>> errors;
-    for (LoadError &error : session.Errors())
+    std::map<std::string, std::vector<Problem>> errors;
+    for (const Problem &error : session.Errors())
         errors[error.module].push_back(error);
     std::vector<ModuleReport> reports;
     std::set<std::string> reported;
@@ -65,6 +83,12 @@ std::vector<ModuleReport> Collect(const Session &session, const std::vector<std:
     for (const auto &[name, entries] : errors)
         if (reported.insert(name).second)
             reports.push_back({name, session.Module(name), entries});
+    for (ModuleReport &report : reports) {
+        for (const Problem &fault : session.files().FaultsOf(report.name, everyFile))
+            report.errors.push_back(fault);
+        for (const Problem &warning : session.files().PassedOverIn(report.name))
+            report.errors.push_back(warning);
+    }
     return reports;
 }
 
@@ -73,91 +97,83 @@ Totals Count(const std::vector<ModuleReport> &reports)
     Totals totals;
     for (const ModuleReport &report : reports) {
         ++(report.module != nullptr ? totals.loaded : totals.failed);
-        for (const LoadError &error : report.errors)
+        for (const Problem &error : report.errors)
             ++(error.warning ? totals.warnings : totals.errors);
     }
     return totals;
 }
 
-const char *KindName(const LoadError &error)
-{
-    return error.warning ? "warning" : "error";
-}
-
-void PrintText(const std::vector<ModuleReport> &reports, const Totals &totals)
+void PrintText(Run &run, const std::vector<ModuleReport> &reports, const Totals &totals)
 {
     for (const ModuleReport &report : reports) {
         const char *revision = ZR_MOD_GetRevision(report.module);
-        std::printf("%s: %s%s%s\n", report.name.c_str(),
-                    report.module != nullptr ? "loaded" : "not loaded",
-                    revision != nullptr ? " " : "", revision != nullptr ? revision : "");
-        for (const LoadError &error : report.errors)
-            std::printf("  %s%s%s: %s\n", error.file.c_str(), error.file.empty() ? "" : ": ",
-                        KindName(error), error.message.c_str());
+        run.Print(report.name + ": " + (report.module != nullptr ? "loaded" : "not loaded") +
+                  (revision != nullptr ? std::string(" ") + revision : "") + "\n");
+        for (const Problem &error : report.errors) {
+            std::string place = PlaceOf(error);
+            run.Print("  " + place + (place.empty() ? "" : ": ") + KindName(error) + ": " +
+                      error.message + "\n");
+        }
     }
-    std::printf("%zu modules: %zu loaded, %zu failed, %zu errors, %zu warnings\n", reports.size(),
-                totals.loaded, totals.failed, totals.errors, totals.warnings);
+    run.Print(std::to_string(reports.size()) + " modules: " + std::to_string(totals.loaded) +
+              " loaded, " + std::to_string(totals.failed) + " failed, " +
+              std::to_string(totals.errors) + " errors, " + std::to_string(totals.warnings) +
+              " warnings\n");
 }
 
-Json TextOrNull(const char *text)
-{
-    return text != nullptr ? Json(text) : Json(nullptr);
-}
-
-void PrintJson(const std::vector<ModuleReport> &reports, const Totals &totals)
+void PrintJson(Run &run, const std::vector<ModuleReport> &reports, const Totals &totals)
 {
     Json modules = Json::array();
     for (const ModuleReport &report : reports) {
         Json errors = Json::array();
-        for (const LoadError &error : report.errors)
-            errors.push_back({{"file", error.file.empty() ? Json(nullptr) : Json(error.file)},
-                              {"kind", KindName(error)},
-                              {"message", error.message}});
+        for (const Problem &error : report.errors)
+            errors.push_back(ToJson(error));
         modules.push_back({{"name", report.name},
                            {"revision", TextOrNull(ZR_MOD_GetRevision(report.module))},
                            {"namespace", TextOrNull(ZR_MOD_GetModuleNs(report.module))},
                            {"loaded", report.module != nullptr},
                            {"errors", errors}});
     }
-    Json whole = {{"modules", modules}, {"loaded", totals.loaded}, {"failed", totals.failed}};
-    std::puts(whole.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+    run.PrintDocument({{"modules", modules}, {"loaded", totals.loaded}, {"failed", totals.failed}});
 }
 
-int RunCheck(const CheckOptions &options)
+int RunCheck(Run &run, const CheckOptions &options)
 {
     if (options.all != options.modules.empty())
         throw UsageError{"check takes either MODULE... or --all"};
     uint32_t flags = options.imports ? ZR_CTX_LOAD_IMPORTS | ZR_CTX_IGNORE_IMPORT_ERRORS : 0;
-    Session session(flags, options.directories);
-    std::vector<std::string> names = options.modules;
-    if (options.all) {
-        ModuleFiles files(session.directories());
-        names = files.InOrder(files.Names());
-    }
+    Session session(run, flags, options.directories);
+    std::vector<std::string> names = ModulesToCheck(session, options);
     LoadAll(session, names);
-    std::vector<ModuleReport> reports = Collect(session, names);
+    std::vector<ModuleReport> reports = Collect(session, names, options.all);
     Totals totals = Count(reports);
-    (options.json ? PrintJson : PrintText)(reports, totals);
     for (const ModuleReport &report : reports)
         if (report.module == nullptr)
-            Complain("cannot load module " + report.name);
-    return totals.failed == 0 && totals.errors == 0 ? kExitOk : kExitFailed;
+            session.ExplainNotLoaded(report.name);
+    (run.json() ? PrintJson : PrintText)(run, reports, totals);
+    return !names.empty() && totals.failed == 0 && totals.errors == 0 ? kExitOk : kExitFailed;
 }
 
 } // namespace
 
-void AddCheckCommand(CLI::App &app, int &status)
+Json EmptyCheckDocument()
+{
+    return {{"modules", Json::array()}, {"loaded", 0}, {"failed", 0}};
+}
+
+void AddCheckCommand(CLI::App &app, Run &run, int &status)
 {
     auto options = std::make_shared<CheckOptions>();
     CLI::App *command = app.add_subcommand("check", "load modules and report what went wrong");
-    command->set_version_flag("--version", "zrschema " ZR_VERSION);
+    AddNotes(*command, "Warnings tell of what the library passes over, such as uses and grouping: "
+                       "YIN is to be\nprepared (see docs/yin.md). They are no failure.");
     AddDirectoryOption(*command, options->directories);
     command->add_flag("--imports", options->imports, "also load what the modules import");
-    command->add_flag("--json", options->json, "print one JSON object");
+    AddJsonOption(*command);
     command->add_flag("--all", options->all,
                       "check every module of the directories, imported modules first");
     command->add_option("modules", options->modules, "the modules to check")->type_name("MODULE");
-    command->callback([options, &status] { status = RunCheck(*options); });
+    command->callback([options, &run, &status] { status = RunCheck(run, *options); });
 }
 
 } // namespace tool

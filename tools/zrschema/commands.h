@@ -8,15 +8,24 @@
 namespace tool {
 
 // The exit status of the command that ran is left in `status`.
-void AddTreeCommand(CLI::App &app, int &status);
-void AddCheckCommand(CLI::App &app, int &status);
-void AddNodeCommand(CLI::App &app, int &status);
-void AddValueCommand(CLI::App &app, int &status);
-void AddValidateCommand(CLI::App &app, int &status);
+void AddTreeCommand(CLI::App &app, Run &run, int &status);
+void AddCheckCommand(CLI::App &app, Run &run, int &status);
+void AddNodeCommand(CLI::App &app, Run &run, int &status);
+void AddValueCommand(CLI::App &app, Run &run, int &status);
+void AddValidateCommand(CLI::App &app, Run &run, int &status);
 
-// Adds -p; the options for features; -m.
+// The documents of commands that fail before they have a result.
+Json EmptyTreeDocument();
+Json EmptyCheckDocument();
+Json EmptyNodeDocument();
+Json EmptyValueDocument();
+Json EmptyValidateDocument();
+
+// Adds -p; the options for features; -m; --json; what --help says at its end.
 void AddDirectoryOption(CLI::App &command, std::vector<std::string> &directories);
 void AddFeatureOptions(CLI::App &command, ModuleOptions &options);
 void AddModuleOption(CLI::App &command, ModuleOptions &options);
+void AddJsonOption(CLI::App &command);
+void AddNotes(CLI::App &command, const std::string &notes);
 
 } // namespace tool

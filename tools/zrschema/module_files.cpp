@@ -1,10 +1,9 @@
 #include "module_files.h"
 
-#include <libxml/parser.h>
-#include <libxml/tree.h>
-
 #include <algorithm>
 #include <filesystem>
+
+#include "close_names.h"
 
 namespace fs = std::filesystem;
 
@@ -12,93 +11,227 @@ namespace tool {
 
 namespace {
 
-constexpr const char *kYinNamespace = "urn:ietf:params:xml:ns:yang:yin:1";
+constexpr const char *kExtension = ".yin";
+constexpr const char *kSuffixMark = "@@"; // in the name of a file that is one part of its module
 
-std::string Text(const xmlChar *text)
+std::string ModuleNameOf(const fs::path &path)
 {
-    return text != nullptr ? reinterpret_cast<const char *>(text) : "";
+    std::string stem = path.stem().string();
+    return stem.substr(0, stem.find('@'));
 }
 
-std::string FirstAttribute(const xmlNode *element)
+bool IsPart(const std::string &path)
 {
-    const xmlAttr *attribute = element->properties;
-    return attribute != nullptr && attribute->children != nullptr
-               ? Text(attribute->children->content)
-               : "";
+    return fs::path(path).filename().string().find(kSuffixMark) != std::string::npos;
 }
 
 } // namespace
 
-ModuleFiles::ModuleFiles(const std::vector<std::string> &directories)
+ModuleFiles::ModuleFiles(const std::vector<std::string> &directories) : directories_(directories)
+{
+    for (const std::string &directory : directories)
+        Collect(directory);
+}
+
+void ModuleFiles::Collect(const std::string &directory)
 {
     std::error_code error;
-    for (const std::string &directory : directories)
-        for (const fs::directory_entry &entry : fs::directory_iterator(directory, error)) {
-            if (entry.path().extension() != ".yin")
-                continue;
-            std::string stem = entry.path().stem().string();
-            files_[stem.substr(0, stem.find('@'))].push_back(entry.path().string());
-        }
-}
-
-const ModuleFiles::Links &ModuleFiles::ReadLinks(const std::string &path)
-{
-    auto [entry, fresh] = links_.try_emplace(path);
-    Links &links = entry->second;
-    if (!fresh)
-        return links;
-    xmlDoc *document = xmlReadFile(path.c_str(), nullptr,
-                                   XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_NONET);
-    const xmlNode *root = document != nullptr ? xmlDocGetRootElement(document) : nullptr;
-    if (root != nullptr)
-        links.root = Text(root->name);
-    for (const xmlNode *child = root != nullptr ? root->children : nullptr; child != nullptr;
-         child = child->next) {
-        if (child->type != XML_ELEMENT_NODE || child->ns == nullptr ||
-            Text(child->ns->href) != kYinNamespace)
+    fs::directory_iterator entry(directory, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const fs::path &path = entry->path();
+        if (path.extension() != kExtension)
             continue;
-        if (Text(child->name) == "import")
-            links.imports.insert(FirstAttribute(child));
-        else if (Text(child->name) == "include")
-            links.includes.insert(FirstAttribute(child));
+        std::error_code unknown;
+        if (entry->is_regular_file(unknown))
+            files_[ModuleNameOf(path)].push_back(path.string());
+        else
+            leftOut_.push_back({"not a regular file: passed over", "", path.string(), 0, true});
     }
-    xmlFreeDoc(document);
-    return links;
+    if (error)
+        leftOut_.push_back({"cannot be listed: " + error.message(), "", directory, 0, false});
 }
 
-std::vector<std::string> ModuleFiles::Names() const
+const YinFile &ModuleFiles::Read(const std::string &path)
+{
+    auto found = read_.find(path);
+    return found != read_.end() ? found->second
+                                : read_.emplace(path, ReadYinFile(path)).first->second;
+}
+
+ModuleChoice ModuleFiles::Choose(const std::string &given)
+{
+    if (given.find('/') != std::string::npos || fs::path(given).extension() == kExtension)
+        return ChooseFile(given);
+    size_t at = given.find('@');
+    if (at == std::string::npos)
+        return {given, "", ""};
+    return ChooseRevision(given.substr(0, at), given.substr(at + 1));
+}
+
+ModuleChoice ModuleFiles::ChooseFile(const std::string &given)
+{
+    std::string path = given;
+    for (const auto &[name, paths] : files_) // a bare file name is one of the search directories
+        for (const std::string &file : paths)
+            if (fs::path(file).filename() == given && path == given)
+                path = file;
+    const YinFile &file = Read(path);
+    if (!file.faults.empty()) {
+        const Problem &fault = file.faults.front();
+        std::string line = fault.line > 0 ? "line " + std::to_string(fault.line) + ": " : "";
+        return {given, "", line + fault.message + DidYouMean(CloseTo(ModuleNameOf(given)))};
+    }
+    if (file.root == "submodule")
+        return {given, "", "the file holds a submodule: name the module that it belongs to"};
+    if (file.root != "module")
+        return {given, "", "the file holds no module, but \"" + file.root + "\""};
+    if (IsLoadedByName(file.name, path))
+        return {file.name, "", ""};
+    if (IsPart(path))
+        return {given, "",
+                "the file is one part of module " + file.name +
+                    ": name the module, and the file's directory with -p"};
+    chosen_[file.name] = path;
+    return {file.name, path, ""};
+}
+
+ModuleChoice ModuleFiles::ChooseRevision(const std::string &name, const std::string &revision)
+{
+    if (!Has(name))
+        return {name, "", ""}; // fails like any module that is not there
+    std::string given = name + "@" + revision, others;
+    for (const std::string &path : files_[name]) {
+        const std::string &found = Read(path).revision;
+        if (found != revision) {
+            others += (others.empty() ? "" : ", ") + (found.empty() ? "none" : found);
+            continue;
+        }
+        if (IsLoadedByName(name, path))
+            return {name, "", ""};
+        if (!IsPart(path))
+            return {name, chosen_[name] = path, ""};
+    }
+    return {given, "", "the directories have no such revision of " + name + ", but " + others};
+}
+
+std::string ModuleFiles::ChosenPath(const std::string &name) const
+{
+    auto found = chosen_.find(name);
+    return found != chosen_.end() ? found->second : "";
+}
+
+// As the library chooses: the first directory with NAME.yin ends the search; of the files with
+// more in their names all parts count, or else the first file alone.
+std::vector<std::string> ModuleFiles::LoadedFiles(const std::string &name) const
+{
+    auto chosen = chosen_.find(name);
+    if (chosen != chosen_.end())
+        return {chosen->second};
+    auto files = files_.find(name);
+    if (files == files_.end())
+        return {};
+    std::vector<std::string> collected, parts;
+    for (const std::string &directory : directories_) {
+        std::string plain = (fs::path(directory) / (name + kExtension)).string();
+        bool isThere =
+            std::find(files->second.begin(), files->second.end(), plain) != files->second.end();
+        if (isThere)
+            collected.push_back(plain);
+        for (const std::string &path : files->second)
+            if (!isThere && fs::path(path).parent_path() == directory)
+                collected.push_back(path);
+        if (isThere)
+            break;
+    }
+    std::copy_if(collected.begin(), collected.end(), std::back_inserter(parts), IsPart);
+    if (parts.empty() && !collected.empty())
+        parts.push_back(collected.front());
+    return parts;
+}
+
+std::vector<std::string> ModuleFiles::LoadedParts(const std::string &name)
+{
+    std::vector<std::string> paths;
+    std::set<std::string> seen = {name};
+    for (std::vector<std::string> todo = {name}; !todo.empty();) {
+        std::vector<std::string> files = LoadedFiles(todo.back());
+        todo.pop_back();
+        for (const std::string &path : files) {
+            paths.push_back(path);
+            for (const std::string &include : Read(path).includes)
+                if (seen.insert(include).second)
+                    todo.push_back(include);
+        }
+    }
+    return paths;
+}
+
+bool ModuleFiles::IsLoadedByName(const std::string &name, const std::string &path) const
+{
+    std::error_code error;
+    for (const std::string &file : LoadedFiles(name))
+        if (fs::equivalent(file, path, error))
+            return true;
+    return false;
+}
+
+std::vector<std::string> ModuleFiles::Names()
 {
     std::vector<std::string> names;
-    auto *self = const_cast<ModuleFiles *>(this);
     for (const auto &[name, paths] : files_)
-        if (self->ReadLinks(paths.front()).root != "submodule")
+        if (Read(paths.front()).root != "submodule")
             names.push_back(name);
     return names;
 }
 
 bool ModuleFiles::Has(const std::string &name) const
 {
-    return files_.count(name) != 0;
+    return files_.count(name) != 0 || chosen_.count(name) != 0;
+}
+
+std::vector<std::string> ModuleFiles::CloseTo(const std::string &name) const
+{
+    std::vector<std::string> names;
+    for (const auto &entry : files_)
+        names.push_back(entry.first);
+    return CloseNames(name, names);
 }
 
 std::set<std::string> ModuleFiles::ImportsOf(const std::string &name)
 {
     std::set<std::string> imports;
-    std::set<std::string> parts = {name};
-    for (std::vector<std::string> todo = {name}; !todo.empty();) {
-        auto found = files_.find(todo.back());
-        todo.pop_back();
-        if (found == files_.end())
-            continue;
-        for (const std::string &path : found->second) {
-            const Links &links = ReadLinks(path);
-            imports.insert(links.imports.begin(), links.imports.end());
-            for (const std::string &include : links.includes)
-                if (parts.insert(include).second)
-                    todo.push_back(include);
-        }
-    }
+    for (const std::string &path : LoadedParts(name))
+        imports.insert(Read(path).imports.begin(), Read(path).imports.end());
     return imports;
+}
+
+std::set<std::string> ModuleFiles::FeaturesOf(const std::string &name)
+{
+    std::set<std::string> features;
+    for (const std::string &path : LoadedParts(name))
+        features.insert(Read(path).features.begin(), Read(path).features.end());
+    return features;
+}
+
+std::vector<Problem> ModuleFiles::FaultsOf(const std::string &name, bool everyFile)
+{
+    std::vector<std::string> paths = LoadedParts(name);
+    if (everyFile && files_.count(name) != 0)
+        for (const std::string &path : files_[name])
+            if (std::find(paths.begin(), paths.end(), path) == paths.end())
+                paths.push_back(path);
+    std::vector<Problem> faults;
+    for (const std::string &path : paths)
+        faults.insert(faults.end(), Read(path).faults.begin(), Read(path).faults.end());
+    return faults;
+}
+
+std::vector<Problem> ModuleFiles::PassedOverIn(const std::string &name)
+{
+    std::vector<Problem> problems;
+    for (const std::string &path : LoadedParts(name))
+        problems.insert(problems.end(), Read(path).passedOver.begin(), Read(path).passedOver.end());
+    return problems;
 }
 
 void ModuleFiles::Visit(const std::string &name, std::set<std::string> &seen,

@@ -1,4 +1,5 @@
-// The YIN files of the search directories, read only as far as is needed to order them.
+// The YIN files of the search directories: which modules there are, what they import, and which
+// file somebody means.
 #pragma once
 
 #include <map>
@@ -6,35 +7,66 @@
 #include <string>
 #include <vector>
 
+#include "yin_file.h"
+
 namespace tool {
 
-// Which modules there are in the directories, and what each imports.
+// A module as somebody named it on the command line.
+struct ModuleChoice {
+    std::string name;
+    std::string path;    // the file to load, "" for the one that the library finds by the name
+    std::string problem; // "", or why nothing can be loaded
+};
+
 class ModuleFiles {
 public:
     explicit ModuleFiles(const std::vector<std::string> &directories);
 
+    // Understands a module's name, NAME@REVISION, and the name or path of a file. From then on the
+    // file that was chosen stands for the module.
+    ModuleChoice Choose(const std::string &given);
+    // The file that was chosen for a module, "" when none was.
+    std::string ChosenPath(const std::string &name) const;
+
     // Every module found, by name.
-    std::vector<std::string> Names() const;
+    std::vector<std::string> Names();
     bool Has(const std::string &name) const;
+    std::vector<std::string> CloseTo(const std::string &name) const;
     // The named modules and what they import, as far as it is there; imported modules first.
     std::vector<std::string> WithImports(const std::vector<std::string> &names);
     // The named modules alone, imported modules before those that import them.
     std::vector<std::string> InOrder(const std::vector<std::string> &names);
 
-private:
-    struct Links { // what one YIN file names
-        std::string root;
-        std::set<std::string> imports;
-        std::set<std::string> includes;
-    };
-
-    const Links &ReadLinks(const std::string &path);
+    // What a module with its submodules imports, and the features that it has.
     std::set<std::string> ImportsOf(const std::string &name);
+    std::set<std::string> FeaturesOf(const std::string &name);
+    // Why files of a module and of its submodules are no XML; of every file of its name, or only of
+    // those that are loaded.
+    std::vector<Problem> FaultsOf(const std::string &name, bool everyFile);
+    // What the library passes over in the files of a module and of its submodules.
+    std::vector<Problem> PassedOverIn(const std::string &name);
+
+    // Directories and entries of them that were left out, with the reason.
+    const std::vector<Problem> &leftOut() const { return leftOut_; }
+
+private:
+    void Collect(const std::string &directory);
+    const YinFile &Read(const std::string &path);
+    ModuleChoice ChooseFile(const std::string &given);
+    ModuleChoice ChooseRevision(const std::string &name, const std::string &revision);
+    // The files that the library reads for a module.
+    std::vector<std::string> LoadedFiles(const std::string &name) const;
+    // Those of the module and of the submodules that it includes.
+    std::vector<std::string> LoadedParts(const std::string &name);
+    bool IsLoadedByName(const std::string &name, const std::string &path) const;
     void Visit(const std::string &name, std::set<std::string> &seen,
                std::vector<std::string> &order);
 
+    std::vector<std::string> directories_;
     std::map<std::string, std::vector<std::string>> files_; // by module or submodule name
-    std::map<std::string, Links> links_;                    // by path
+    std::map<std::string, std::string> chosen_;             // path by name
+    std::map<std::string, YinFile> read_;                   // by path
+    std::vector<Problem> leftOut_;
 };
 
 } // namespace tool

@@ -1,7 +1,5 @@
 #include "names.h"
 
-#include <iterator>
-
 namespace tool {
 
 namespace {
@@ -12,26 +10,6 @@ struct Name {
 };
 
 // clang-format off
-constexpr Name kStatuses[] = {
-    {ZR_OK,                 "ZR_OK"},
-    {ZR_ERR_FAILED,         "ZR_ERR_FAILED"},
-    {ZR_ERR_NO_MEMORY,      "ZR_ERR_NO_MEMORY"},
-    {ZR_ERR_INVALID,        "ZR_ERR_INVALID"},
-    {ZR_ERR_VALUE_NO_BODY,  "ZR_ERR_VALUE_NO_BODY"},
-    {ZR_ERR_VALUE_DERIVED,  "ZR_ERR_VALUE_DERIVED"},
-    {ZR_ERR_VALUE_IDENTITY, "ZR_ERR_VALUE_IDENTITY"},
-    {ZR_ERR_VALUE_BITS,     "ZR_ERR_VALUE_BITS"},
-    {ZR_ERR_VALUE_ENUM,     "ZR_ERR_VALUE_ENUM"},
-    {ZR_ERR_VALUE_LENGTH,   "ZR_ERR_VALUE_LENGTH"},
-    {ZR_ERR_VALUE_LEAFREF,  "ZR_ERR_VALUE_LEAFREF"},
-    {ZR_ERR_VALUE_PATTERN,  "ZR_ERR_VALUE_PATTERN"},
-    {ZR_ERR_VALUE_RANGE,    "ZR_ERR_VALUE_RANGE"},
-    {ZR_ERR_VALUE_UNION,    "ZR_ERR_VALUE_UNION"},
-    {ZR_ERR_VALUE_BOOLEAN,  "ZR_ERR_VALUE_BOOLEAN"},
-    {ZR_ERR_VALUE_BINARY,   "ZR_ERR_VALUE_BINARY"},
-    {ZR_ERR_VALUE_EMPTY,    "ZR_ERR_VALUE_EMPTY"},
-};
-
 constexpr Name kTypes[] = {
     {ZRT_TYPE_DERIVED,             "derived"},
     {ZRT_TYPE_BINARY,              "binary"},
@@ -116,61 +94,8 @@ template <size_t count> std::string Find(const Name (&names)[count], uint32_t nu
     return "unknown";
 }
 
-struct Search {
-    const ZrCtx *ctx;
-    const ZrtRealType *wanted;
-    const ZrtRealType *last; // where the chain ended
-    std::string name;        // "" until found
-};
-
-uint32_t FirstName(const char *moduleName, const char *typedefName, const ZrtRealType *type,
-                   void *userData)
-{
-    *static_cast<std::string *>(userData) = typedefName != nullptr
-                                                ? std::string(moduleName) + ":" + typedefName
-                                                : BuiltInTypeName(ZR_TYPE_GetBuiltInBaseType(type));
-    return 1;
-}
-
-uint32_t CompareLink(const char *moduleName, const char *typedefName, const ZrtRealType *type,
-                     void *userData)
-{
-    auto *search = static_cast<Search *>(userData);
-    search->last = type;
-    if (type != search->wanted)
-        return 0;
-    search->name = typedefName != nullptr ? std::string(moduleName) + ":" + typedefName
-                                          : BuiltInTypeName(ZR_TYPE_GetBuiltInBaseType(type));
-    return 1;
-}
-
-void SearchType(Search &search, const ZrtRealType *type);
-
-uint32_t SearchMember(const char *, const char *, const ZrtRealType *member, void *userData)
-{
-    auto *search = static_cast<Search *>(userData);
-    SearchType(*search, member);
-    return search->name.empty() ? 0 : 1;
-}
-
-void SearchType(Search &search, const ZrtRealType *type)
-{
-    if (type == search.wanted) {
-        search.name = TypeName(search.ctx, type);
-        return;
-    }
-    search.last = nullptr;
-    ZR_TYPE_IterRealTypeDerivedName(type, search.ctx, CompareLink, &search);
-    if (search.name.empty())
-        ZR_TYPE_ScanUnionSubType(search.last, SearchMember, &search);
-}
-
 } // namespace
 
-std::string StatusName(uint32_t status)
-{
-    return Find(kStatuses, status);
-}
 std::string BuiltInTypeName(uint32_t baseType)
 {
     return Find(kTypes, baseType);
@@ -190,22 +115,6 @@ std::string ErrorSeverityName(uint32_t severity)
 std::string ErrorTagName(uint32_t tag)
 {
     return Find(kErrorTags, tag);
-}
-
-std::string TypeName(const ZrCtx *ctx, const ZrtRealType *type)
-{
-    std::string name;
-    ZR_TYPE_IterRealTypeDerivedName(type, ctx, FirstName, &name);
-    return name;
-}
-
-std::string MatchedTypeName(const ZrCtx *ctx, const ZrNode *leaf, const ZrtRealType *matched)
-{
-    Search search{ctx, matched, nullptr, ""};
-    SearchType(search, ZR_NODE_GetRealType(leaf));
-    if (search.name.empty())
-        SearchType(search, ZR_NODE_GetRealType(ZR_NODE_GetLeafrefTargetNode(leaf, 1)));
-    return search.name.empty() ? BuiltInTypeName(ZR_TYPE_GetBuiltInBaseType(matched)) : search.name;
 }
 
 } // namespace tool

@@ -1,27 +1,17 @@
 // zrschema node: describes one schema node.
-#include <cinttypes>
-#include <cstdio>
-#include <nlohmann/json.hpp>
-
 #include "commands.h"
+#include "lookup.h"
 #include "names.h"
+#include "types.h"
 
 namespace tool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 struct NodeOptions {
     ModuleOptions modules;
     std::string path;
-    bool json = false;
 };
-
-Json TextOrNull(const char *text)
-{
-    return text != nullptr ? Json(text) : Json(nullptr);
-}
 
 // Puts the text under the key, unless there is none.
 void PutText(Json &object, const char *key, const char *text)
@@ -44,22 +34,6 @@ uint32_t AppendNameValue(const char *name, const char *description, int64_t valu
     return 0;
 }
 
-struct Segments {
-    bool isSigned;
-    Json array;
-};
-
-uint32_t AppendSegment(uint64_t start, uint64_t end, void *out)
-{
-    auto *segments = static_cast<Segments *>(out);
-    if (segments->isSigned)
-        segments->array.push_back(
-            Json::array({static_cast<int64_t>(start), static_cast<int64_t>(end)}));
-    else
-        segments->array.push_back(Json::array({start, end}));
-    return 0;
-}
-
 uint32_t AppendPattern(const char *pattern, uint32_t invertMatch, void *out, const ZrtPatternItem *)
 {
     Json item = {{"pattern", pattern}};
@@ -76,34 +50,35 @@ uint32_t AppendBase(const char *moduleName, const char *identityName, void *out,
     return 0;
 }
 
-struct Chain {
-    const ZrCtx *ctx;
-    Json links;
-};
-
-uint32_t AppendMember(const char *, const char *, const ZrtRealType *member, void *out)
+Json DescribeSegments(const ZrtRealType *type, bool isSigned)
 {
-    auto *chain = static_cast<Chain *>(out);
-    chain->links.push_back(TypeName(chain->ctx, member));
-    return 0;
+    Json array = Json::array();
+    for (const auto &[start, end] : SegmentsOf(type)) {
+        if (isSigned)
+            array.push_back(Json::array({static_cast<int64_t>(start), static_cast<int64_t>(end)}));
+        else
+            array.push_back(Json::array({start, end}));
+    }
+    return array;
 }
 
-bool IsSigned(uint32_t baseType)
+// What a member of a union points to that is a leafref.
+Json DescribeTarget(const ZrCtx *ctx, const ZrNode *leaf, const char *path)
 {
-    return baseType == ZRT_TYPE_DECIMAL64 ||
-           (baseType >= ZRT_TYPE_INT8 && baseType <= ZRT_TYPE_INT64);
+    const ZrNode *target = FollowLeafrefPath(ctx, leaf, path);
+    const ZrtRealType *type = ZR_NODE_GetRealType(target);
+    return {{"path", path},
+            {"target", target != nullptr ? Json(PathOf(target)) : Json(nullptr)},
+            {"type", type != nullptr ? Json(TypeName(ctx, type)) : Json(nullptr)}};
 }
 
 // What one type statement says: its restrictions and what it enumerates.
-Json DescribeType(const ZrCtx *ctx, const ZrtRealType *type)
+Json DescribeType(const ZrCtx *ctx, const ZrNode *leaf, const ZrtRealType *type, bool isSigned)
 {
     Json object = {{"type", TypeName(ctx, type)}};
-    uint32_t baseType = ZR_TYPE_GetBuiltInBaseType(type);
     if (uint32_t digits = ZR_TYPE_GetDecimal64Fraction(type))
         object["fraction-digits"] = digits;
-    Segments segments{IsSigned(baseType), Json::array()};
-    ZR_TYPE_ScanStartEndPair(type, AppendSegment, &segments);
-    PutArray(object, "segments", segments.array);
+    PutArray(object, "segments", DescribeSegments(type, isSigned));
     Json patterns = Json::array(), values = Json::array(), bases = Json::array();
     ZR_TYPE_ScanPatternInvertMatch(type, AppendPattern, &patterns);
     ZR_TYPE_ScanNameValuePair(type, AppendNameValue, &values);
@@ -111,28 +86,29 @@ Json DescribeType(const ZrCtx *ctx, const ZrtRealType *type)
     PutArray(object, "patterns", patterns);
     PutArray(object, "values", values);
     PutArray(object, "bases", bases);
-    Chain members{ctx, Json::array()};
-    ZR_TYPE_ScanUnionSubType(type, AppendMember, &members);
-    PutArray(object, "members", members.links);
+    Json members = Json::array(), targets = Json::array();
+    for (const ZrtRealType *member : MembersOf(type)) {
+        members.push_back(TypeName(ctx, member));
+        for (const ZrtRealType *link : TypeChain(ctx, member))
+            if (const char *path = ZR_TYPE_GetTypeConsDataLeafrefPath(link))
+                targets.push_back(DescribeTarget(ctx, leaf, path));
+    }
+    PutArray(object, "members", members);
+    PutArray(object, "leafrefs", targets);
     PutText(object, "path", ZR_TYPE_GetTypeConsDataLeafrefPath(type));
     return object;
 }
 
-uint32_t AppendLink(const char *, const char *, const ZrtRealType *type, void *out)
-{
-    auto *chain = static_cast<Chain *>(out);
-    if (type != nullptr)
-        chain->links.push_back(DescribeType(chain->ctx, type));
-    return 0;
-}
-
 // The node's own type statement and then each typedef's, down to the built-in type.
-Json TypeChain(const ZrCtx *ctx, const ZrtRealType *type)
+Json DescribeTypes(const ZrCtx *ctx, const ZrNode *node)
 {
-    Chain chain{ctx, Json::array({DescribeType(ctx, type)})};
-    if (ZR_TYPE_GetBuiltInBaseType(type) == ZRT_TYPE_DERIVED)
-        ZR_TYPE_IterRealTypeDerivedName(type, ctx, AppendLink, &chain);
-    return chain.links;
+    std::vector<const ZrtRealType *> chain = TypeChain(ctx, ZR_NODE_GetRealType(node));
+    bool isSigned = IsSigned(ZR_TYPE_GetBuiltInBaseType(chain.back()));
+    Json links = Json::array();
+    for (const ZrtRealType *type : chain)
+        if (type != nullptr)
+            links.push_back(DescribeType(ctx, node, type, isSigned));
+    return links;
 }
 
 uint32_t AppendMust(const char *condition, const char *errorMessage, const char *errorAppTag,
@@ -176,12 +152,6 @@ uint32_t AppendKey(ZrNode *child, uint32_t, void *out)
     return 0;
 }
 
-std::string PathOf(const ZrNode *node)
-{
-    char path[4096];
-    return ZR_NODE_GetNodePath(node, path, sizeof(path)) == ZR_OK ? path : "";
-}
-
 void PutValues(Json &object, const ZrCtx *ctx, const ZrNode *node)
 {
     PutText(object, "units", ZR_NODE_GetUnitsValueStr(node));
@@ -191,8 +161,8 @@ void PutValues(Json &object, const ZrCtx *ctx, const ZrNode *node)
     if (defaults.empty() && effective != nullptr)
         defaults.push_back(effective); // a typedef's
     PutArray(object, "default", defaults);
-    if (const ZrtRealType *type = ZR_NODE_GetRealType(node))
-        object["type"] = TypeChain(ctx, type);
+    if (ZR_NODE_GetRealType(node) != nullptr)
+        object["type"] = DescribeTypes(ctx, node);
     if (const ZrNode *target = ZR_NODE_GetLeafrefTargetNode(node, 0))
         object["leafref-target"] = PathOf(target);
 }
@@ -245,57 +215,61 @@ std::string Plain(const Json &value)
 }
 
 // One field a line; what a field holds in turn stands indented below it.
-void PrintText(const Json &object, int indent)
+void PrintText(Run &run, const Json &object, const std::string &indent)
 {
     for (const auto &[key, value] : object.items()) {
         if (!value.is_array()) {
-            std::printf("%*s%s: %s\n", indent, "", key.c_str(), Plain(value).c_str());
+            run.Print(indent + key + ": " + Plain(value) + "\n");
             continue;
         }
-        std::printf("%*s%s:\n", indent, "", key.c_str());
+        run.Print(indent + key + ":\n");
         for (const Json &item : value) {
             if (item.is_object())
-                PrintText(item, indent + 2);
+                PrintText(run, item, indent + "  ");
             else
-                std::printf("%*s%s\n", indent + 2, "", Plain(item).c_str());
+                run.Print(indent + "  " + Plain(item) + "\n");
         }
     }
 }
 
-int RunNode(const NodeOptions &options)
+int RunNode(Run &run, const NodeOptions &options)
 {
-    Session session(ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS, options.modules.directories);
-    bool good = LoadWithImports(session, options.modules);
-    const ZrNode *node = ZR_CTX_GetTargetNode(session.ctx(), options.path.c_str(), nullptr);
-    if (node == nullptr) {
-        Complain("no such node: " + options.path);
+    Session session(run, ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS, options.modules.directories);
+    std::vector<std::string> modules;
+    bool good = session.SetUp(options.modules, modules);
+    const ZrNode *node = FindNode(session, modules, options.path);
+    if (node == nullptr)
         return kExitFailed;
-    }
     Json object = Describe(session.ctx(), node);
-    if (options.json)
-        std::puts(object.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+    if (run.json())
+        run.PrintDocument(object);
     else
-        PrintText(object, 0);
+        PrintText(run, object, "");
     return good ? kExitOk : kExitFailed;
 }
 
 } // namespace
 
-void AddNodeCommand(CLI::App &app, int &status)
+Json EmptyNodeDocument()
+{
+    return Json::object();
+}
+
+void AddNodeCommand(CLI::App &app, Run &run, int &status)
 {
     auto options = std::make_shared<NodeOptions>();
     CLI::App *command = app.add_subcommand("node", "describe a schema node");
-    command->set_version_flag("--version", "zrschema " ZR_VERSION);
+    AddNotes(*command, "Features start off: a node that depends on one is shown as not enabled.");
     AddDirectoryOption(*command, options->modules.directories);
     AddModuleOption(*command, options->modules);
     AddFeatureOptions(*command, options->modules);
-    command->add_flag("--json", options->json, "print one JSON object");
+    AddJsonOption(*command);
     command
         ->add_option("path", options->path,
                      "the node's schema path, such as /module:container/leaf")
         ->required()
         ->type_name("PATH");
-    command->callback([options, &status] { status = RunNode(*options); });
+    command->callback([options, &run, &status] { status = RunNode(run, *options); });
 }
 
 } // namespace tool

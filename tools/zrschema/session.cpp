@@ -1,10 +1,11 @@
 #include "session.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <filesystem>
-#include <map>
+#include <new>
 
-#include "module_files.h"
+#include "close_names.h"
+#include "xml_text.h"
 
 namespace fs = std::filesystem;
 
@@ -12,7 +13,7 @@ namespace tool {
 
 namespace {
 
-std::string Text(const char *text)
+std::string OrNothing(const char *text)
 {
     return text != nullptr ? text : "";
 }
@@ -20,32 +21,39 @@ std::string Text(const char *text)
 uint32_t CollectError(const char *moduleName, const char *yinFile, uint32_t kind,
                       const char *message, uint32_t, void *userData)
 {
-    static_cast<std::vector<LoadError> *>(userData)->push_back(
-        {Text(moduleName), Text(yinFile), kind == ZR_LOAD_WARNING, Text(message)});
+    static_cast<std::vector<Problem> *>(userData)->push_back(
+        {OrNothing(message), OrNothing(moduleName), OrNothing(yinFile), 0,
+         kind == ZR_LOAD_WARNING});
     return 0;
+}
+
+std::vector<std::string> AbsolutePaths(const std::vector<std::string> &directories)
+{
+    std::vector<std::string> paths;
+    for (const std::string &directory : directories) {
+        std::error_code error;
+        fs::path path = fs::canonical(directory, error);
+        if (error || !fs::is_directory(path, error))
+            throw UsageError{"not a directory: " + directory};
+        paths.push_back(path.string());
+    }
+    return paths;
 }
 
 } // namespace
 
-void Complain(const std::string &message)
+Session::Session(Run &run, uint32_t flags, const std::vector<std::string> &directories)
+    : run_(run), ctx_(nullptr), flags_(flags), directories_(AbsolutePaths(directories)),
+      files_(directories_)
 {
-    std::fprintf(stderr, "zrschema: %s\n", message.c_str());
-}
-
-Session::Session(uint32_t flags, const std::vector<std::string> &directories)
-    : ctx_(ZR_CTX_Create(flags))
-{
+    ctx_ = ZR_CTX_Create(flags);
     if (ctx_ == nullptr)
         throw std::bad_alloc();
-    for (const std::string &directory : directories) {
-        std::error_code error;
-        fs::path path = fs::canonical(directory, error);
-        if (error || ZR_CTX_SetSearchDir(ctx_, path.c_str()) != ZR_OK) {
+    for (const std::string &path : directories_)
+        if (ZR_CTX_SetSearchDir(ctx_, path.c_str()) != ZR_OK) {
             ZR_CTX_Delete(ctx_);
-            throw UsageError{"not a directory: " + directory};
+            throw std::bad_alloc();
         }
-        directories_.push_back(path.string());
-    }
 }
 
 Session::~Session()
@@ -58,67 +66,119 @@ ZrMod *Session::Module(const std::string &name) const
     return ZR_CTX_GetModuleByModName(ctx_, name.c_str());
 }
 
-bool Session::Load(const std::string &name)
+std::vector<std::string> Session::Choose(const std::vector<std::string> &given)
 {
-    return ZR_CTX_LoadModule(ctx_, name.c_str()) == ZR_OK;
-}
-
-bool Session::EnableFeatures(const std::vector<std::string> &features)
-{
-    bool all = true;
-    for (const std::string &feature : features) {
-        size_t colon = feature.find(':');
-        if (colon == std::string::npos || colon == 0 || colon + 1 == feature.size())
-            throw UsageError{"--feature takes MODULE:NAME or MODULE:*, not " + feature};
-        ZrMod *module = Module(feature.substr(0, colon));
-        if (ZR_MOD_EnableFeature(module, feature.c_str() + colon + 1) != ZR_OK) {
-            Complain("no such feature: " + feature);
-            all = false;
-        }
+    std::vector<std::string> names;
+    for (const std::string &word : given) {
+        ModuleChoice choice = files_.Choose(word);
+        if (!choice.problem.empty())
+            refused_[choice.name] = choice.problem;
+        names.push_back(choice.name);
     }
-    return all;
+    return names;
 }
 
-void Session::EnableAllFeatures(const std::vector<std::string> &modules)
+void Session::Load(const std::string &name)
 {
-    for (const std::string &name : modules)
-        ZR_MOD_EnableFeature(Module(name), "*");
+    if (refused_.count(name) != 0)
+        return;
+    std::string path = files_.ChosenPath(name), text;
+    if (path.empty()) {
+        ZR_CTX_LoadModule(ctx_, name.c_str());
+        return;
+    }
+    if (ReadRegularFile(path, text).empty())
+        ZR_CTX_LoadMemory(ctx_, text.c_str());
+    if ((flags_ & ZR_CTX_LOAD_IMPORTS) != 0) // which loading from memory leaves to its caller
+        for (const std::string &import : files_.ImportsOf(name))
+            ZR_CTX_LoadModule(ctx_, import.c_str());
 }
 
-std::vector<LoadError> Session::Errors() const
+void Session::ExplainNotLoaded(const std::string &name)
 {
-    std::vector<LoadError> errors;
+    std::string message = "cannot load module " + name;
+    auto refused = refused_.find(name);
+    if (refused != refused_.end())
+        message += ": " + refused->second;
+    else if (!files_.Has(name))
+        message += DidYouMean(files_.CloseTo(name));
+    for (const Problem &problem : files_.leftOut())
+        if (fs::path(problem.file).stem() == name)
+            message += ": " + problem.file + " is " + problem.message;
+    run_.Complain(message);
+}
+
+std::vector<Problem> Session::Errors() const
+{
+    std::vector<Problem> errors;
     ZR_CTX_ScanAllSchemaLoadFail(ctx_, CollectError, &errors);
     return errors;
 }
 
-bool Session::ReportFailures(const std::vector<std::string> &modules) const
+bool Session::ReportFailures(const std::vector<std::string> &modules)
 {
     bool clean = true;
-    for (const std::string &name : modules)
+    std::vector<Problem> problems;
+    for (const std::string &name : modules) {
         if (Module(name) == nullptr) {
-            Complain("cannot load module " + name);
+            ExplainNotLoaded(name);
             clean = false;
         }
-    for (const LoadError &error : Errors()) {
-        std::string where =
-            error.file.empty() ? error.module : error.module + " (" + error.file + ")";
-        Complain(where + ": " + (error.warning ? "warning: " : "error: ") + error.message);
-        clean = clean && error.warning;
+        for (Problem &fault : files_.FaultsOf(name, false)) {
+            fault.module = name;
+            problems.push_back(fault);
+        }
+    }
+    for (const Problem &error : Errors())
+        problems.push_back(error);
+    for (const Problem &problem : problems) {
+        run_.Say(problem);
+        clean = clean && problem.warning;
     }
     return clean;
 }
 
-bool LoadWithImports(Session &session, const ModuleOptions &options)
+void Session::ReportMissingImports(const std::vector<std::string> &modules)
 {
-    std::vector<std::string> order =
-        ModuleFiles(session.directories()).WithImports(options.modules);
+    for (const std::string &name : modules)
+        for (const std::string &import : files_.ImportsOf(name))
+            if (Module(import) == nullptr && !files_.Has(import))
+                run_.Say({"imports " + import + ", which the search directories do not have", name,
+                          "", 0, true});
+}
+
+bool Session::EnableFeature(const std::string &feature)
+{
+    size_t colon = feature.find(':');
+    if (colon == std::string::npos || colon == 0 || colon + 1 == feature.size())
+        throw UsageError{"--feature takes MODULE:NAME or MODULE:*, not " + feature};
+    std::string module = feature.substr(0, colon), name = feature.substr(colon + 1);
+    if (ZR_MOD_EnableFeature(Module(module), name.c_str()) == ZR_OK)
+        return true;
+    std::set<std::string> features = files_.FeaturesOf(module);
+    std::vector<std::string> close = CloseNames(name, {features.begin(), features.end()});
+    for (std::string &one : close)
+        one = module + ":" + one;
+    run_.Complain("no such feature: " + feature +
+                  (Module(module) == nullptr ? " (module " + module + " is not loaded)" : "") +
+                  DidYouMean(close));
+    return false;
+}
+
+bool Session::SetUp(const ModuleOptions &options, std::vector<std::string> &namesOut)
+{
+    namesOut = Choose(options.modules);
+    std::vector<std::string> order = files_.WithImports(namesOut);
     for (const std::string &name : order)
-        session.Load(name);
-    bool clean = session.ReportFailures(order);
+        Load(name);
+    bool clean = ReportFailures(order);
+    ReportMissingImports(order);
     if (options.allFeatures)
-        session.EnableAllFeatures(order);
-    return session.EnableFeatures(options.features) && clean;
+        for (const std::string &name : order)
+            ZR_MOD_EnableFeature(Module(name), "*");
+    for (const std::string &feature : options.features)
+        clean = EnableFeature(feature) && clean;
+    return clean;
 }
 
 } // namespace tool

@@ -1,52 +1,16 @@
-// One run of the program: a context, its search directories, what was loaded and what went wrong.
+// What a run works on: a context, its search directories, what was loaded and what went wrong.
 #pragma once
 
 #include <zrschema/zrschema.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
+#include "module_files.h"
+#include "run.h"
+
 namespace tool {
-
-enum ExitStatus { kExitOk = 0, kExitFailed = 1, kExitUsage = 2 };
-
-// A mistake in the words of the command line.
-struct UsageError {
-    std::string message;
-};
-
-// One recorded error or warning.
-struct LoadError {
-    std::string module;
-    std::string file; // "" when none
-    bool warning;
-    std::string message;
-};
-
-class Session {
-public:
-    Session(uint32_t flags, const std::vector<std::string> &directories);
-    ~Session();
-    Session(const Session &) = delete;
-    Session &operator=(const Session &) = delete;
-
-    ZrCtx *ctx() const { return ctx_; }
-    // The search directories as absolute paths.
-    const std::vector<std::string> &directories() const { return directories_; }
-    ZrMod *Module(const std::string &name) const;
-    bool Load(const std::string &name);
-    // Turns on what --feature and --all-features ask for; false when a feature is not there.
-    bool EnableFeatures(const std::vector<std::string> &features);
-    void EnableAllFeatures(const std::vector<std::string> &modules);
-    std::vector<LoadError> Errors() const;
-    // Names every module of the list that is not loaded, with its errors, on standard error; and
-    // the errors of the others. True when there was nothing to say.
-    bool ReportFailures(const std::vector<std::string> &modules) const;
-
-private:
-    ZrCtx *ctx_;
-    std::vector<std::string> directories_;
-};
 
 // Options that every command with modules has.
 struct ModuleOptions {
@@ -56,11 +20,43 @@ struct ModuleOptions {
     bool allFeatures = false;
 };
 
-// Loads the modules with what they import (as far as it is found), and turns features on. False
-// when something failed, which has been said on standard error.
-bool LoadWithImports(Session &session, const ModuleOptions &options);
+class Session {
+public:
+    Session(Run &run, uint32_t flags, const std::vector<std::string> &directories);
+    ~Session();
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
 
-// Prints "zrschema: MESSAGE" on standard error.
-void Complain(const std::string &message);
+    ZrCtx *ctx() const { return ctx_; }
+    Run &run() { return run_; }
+    ModuleFiles &files() { return files_; }
+    // The search directories as absolute paths.
+    const std::vector<std::string> &directories() const { return directories_; }
+    ZrMod *Module(const std::string &name) const;
+
+    // The names of the modules that were named on the command line in one way or another.
+    std::vector<std::string> Choose(const std::vector<std::string> &given);
+    void Load(const std::string &name);
+    // Says that a module is not loaded, and why.
+    void ExplainNotLoaded(const std::string &name);
+    // The recorded load errors and warnings.
+    std::vector<Problem> Errors() const;
+
+    // Loads the modules with what they import (as far as it is found), and turns features on.
+    // `namesOut` receives the modules' names. False when something failed, which has been said.
+    bool SetUp(const ModuleOptions &options, std::vector<std::string> &namesOut);
+
+private:
+    bool ReportFailures(const std::vector<std::string> &modules);
+    void ReportMissingImports(const std::vector<std::string> &modules);
+    bool EnableFeature(const std::string &feature);
+
+    Run &run_;
+    ZrCtx *ctx_;
+    uint32_t flags_;
+    std::vector<std::string> directories_;
+    ModuleFiles files_;
+    std::map<std::string, std::string> refused_; // why, by the name that was given
+};
 
 } // namespace tool

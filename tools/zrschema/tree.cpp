@@ -1,50 +1,68 @@
 // zrschema tree: prints modules as text trees.
-#include <cstdio>
-
 #include "commands.h"
 
 namespace tool {
 
 namespace {
 
-uint32_t WriteOut(const char *text, uint32_t length, void *)
+uint32_t Append(const char *text, uint32_t length, void *out)
 {
-    return std::fwrite(text, 1, length, stdout) == length ? 0 : 1;
+    static_cast<std::string *>(out)->append(text, length);
+    return 0;
 }
 
-int RunTree(const ModuleOptions &options)
+void PrintText(Run &run, const Json &trees)
 {
-    Session session(0, options.directories);
-    bool good = LoadWithImports(session, options);
     bool first = true;
-    for (const std::string &name : options.modules) {
-        const ZrMod *module = session.Module(name);
-        if (module == nullptr)
+    for (const Json &tree : trees) {
+        if (tree["tree"].is_null())
             continue; // named as a failure already
-        if (!first)
-            std::fputc('\n', stdout);
+        run.Print((first ? "" : "\n") + tree["tree"].get<std::string>());
         first = false;
-        if (ZR_MOD_PrintModelTree(module, WriteOut, nullptr) != ZR_OK) {
-            Complain("cannot print module " + name);
-            good = false;
-        }
     }
+}
+
+int RunTree(Run &run, const ModuleOptions &options)
+{
+    Session session(run, 0, options.directories);
+    std::vector<std::string> names;
+    bool good = session.SetUp(options, names);
+    Json trees = Json::array();
+    for (const std::string &name : names) {
+        const ZrMod *module = session.Module(name);
+        std::string text;
+        bool printed = ZR_MOD_PrintModelTree(module, Append, &text) == ZR_OK;
+        if (!printed && module != nullptr)
+            run.Complain("cannot print module " + name);
+        good = good && printed;
+        trees.push_back({{"module", name}, {"tree", printed ? Json(text) : Json(nullptr)}});
+    }
+    if (run.json())
+        run.PrintDocument({{"trees", trees}});
+    else
+        PrintText(run, trees);
     return good ? kExitOk : kExitFailed;
 }
 
 } // namespace
 
-void AddTreeCommand(CLI::App &app, int &status)
+Json EmptyTreeDocument()
+{
+    return {{"trees", Json::array()}};
+}
+
+void AddTreeCommand(CLI::App &app, Run &run, int &status)
 {
     auto options = std::make_shared<ModuleOptions>();
     CLI::App *command = app.add_subcommand("tree", "print modules as text trees (RFC 8340)");
-    command->set_version_flag("--version", "zrschema " ZR_VERSION);
+    AddNotes(*command, "Features start off; nodes that depend on one that is off are not printed.");
     AddDirectoryOption(*command, options->directories);
     AddFeatureOptions(*command, *options);
+    AddJsonOption(*command);
     command->add_option("modules", options->modules, "the modules to print")
         ->required()
         ->type_name("MODULE");
-    command->callback([options, &status] { status = RunTree(*options); });
+    command->callback([options, &run, &status] { status = RunTree(run, *options); });
 }
 
 } // namespace tool

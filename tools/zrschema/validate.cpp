@@ -1,22 +1,15 @@
 // zrschema validate: checks a request or a notification.
-#include <libxml/parser.h>
 #include <libxml/tree.h>
 
-#include <cstdio>
-#include <fstream>
-#include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "commands.h"
 #include "names.h"
+#include "xml_text.h"
 
 namespace tool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr const char *kBaseNamespace = "urn:ietf:params:xml:ns:netconf:base:1.0";
 constexpr const char *kYangNamespace = "urn:ietf:params:xml:ns:yang:1";
@@ -28,7 +21,6 @@ struct ValidateOptions {
     bool rpc = false;
     bool notification = false;
     bool print = false;
-    bool json = false;
 };
 
 struct Outcome {
@@ -37,27 +29,6 @@ struct Outcome {
     std::vector<std::string> defaults;
     std::string document; // "" when there is none
 };
-
-using Document = std::unique_ptr<xmlDoc, void (*)(xmlDoc *)>;
-
-std::string Text(const xmlChar *text)
-{
-    return text != nullptr ? reinterpret_cast<const char *>(text) : "";
-}
-
-std::string ReadInput(const std::string &file)
-{
-    std::stringstream text;
-    if (file == "-") {
-        text << std::cin.rdbuf();
-        return text.str();
-    }
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        throw UsageError{"cannot read " + file};
-    text << stream.rdbuf();
-    return text.str();
-}
 
 bool Is(const xmlNode *node, const char *name, const char *ns)
 {
@@ -189,37 +160,34 @@ Outcome ValidateNotification(ZrCtx *ctx, xmlDoc *document)
     return outcome;
 }
 
-// Text that is no XML has the library's own answer too.
-Outcome ValidateText(ZrCtx *ctx, std::string text, bool notification)
+// The library's answer to a text that is no XML, which is the same for all of them. It cannot be
+// asked about this one: it would read it up to its first NUL byte.
+Outcome RefuseText(ZrCtx *ctx, bool notification)
 {
     Outcome outcome;
+    char nothing[] = "";
     if (!notification)
         outcome.error.reset(
-            ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_STRING, text.data(), nullptr, nullptr));
+            ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_STRING, nothing, nullptr, nullptr));
     return outcome;
 }
 
-Outcome Validate(ZrCtx *ctx, const std::string &text, bool notification)
+Outcome Validate(Session &session, const ValidateOptions &options, const std::string &text)
 {
-    Document whole(xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
-                                 XML_PARSE_NOBLANKS | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
-                                     XML_PARSE_NONET),
-                   xmlFreeDoc);
-    if (whole == nullptr)
-        return ValidateText(ctx, text, notification);
-    xmlNode *element = Unwrap(xmlDocGetRootElement(whole.get()), notification);
+    XmlFault fault;
+    Document whole = ParseXml(text, fault);
+    if (whole == nullptr) {
+        session.run().Say({fault.reason, "", options.file, fault.line});
+        return RefuseText(session.ctx(), options.notification);
+    }
+    xmlNode *element = Unwrap(xmlDocGetRootElement(whole.get()), options.notification);
     if (element == nullptr) {
-        Complain("the envelope does not hold exactly one element to validate");
+        session.run().Complain("the envelope does not hold exactly one element to validate");
         return Outcome();
     }
     Document document = Extract(element);
-    return notification ? ValidateNotification(ctx, document.get())
-                        : ValidateRequest(ctx, document.get());
-}
-
-Json TextOrNull(const char *text)
-{
-    return text != nullptr ? Json(text) : Json(nullptr);
+    return options.notification ? ValidateNotification(session.ctx(), document.get())
+                                : ValidateRequest(session.ctx(), document.get());
 }
 
 Json Describe(const ZrdErrNode *error)
@@ -239,75 +207,91 @@ Json Describe(const ZrdErrNode *error)
             {"bad-attribute", TextOrNull(ZR_GetBadAttribute(error))}};
 }
 
-void PrintJson(const Outcome &outcome, bool print)
+Json DocumentOf(const Outcome &outcome, bool print)
 {
-    Json object = {
+    return {
         {"valid", outcome.valid},
         {"error", Describe(outcome.error.get())},
         {"defaults", outcome.defaults},
         {"document", print && !outcome.document.empty() ? Json(outcome.document) : Json(nullptr)}};
-    std::puts(object.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
 }
 
-void PrintField(const char *name, const char *text)
+void PrintField(Run &run, const char *name, const char *text)
 {
     if (text != nullptr)
-        std::printf("%s: %s\n", name, text);
+        run.Print(std::string(name) + ": " + text + "\n");
 }
 
-void PrintNumber(const char *name, uint32_t number, const std::string &meaning)
+void PrintNumber(Run &run, const char *name, uint32_t number, const std::string &meaning)
 {
-    std::printf("%s: %u (%s)\n", name, number, meaning.c_str());
+    run.Print(std::string(name) + ": " + std::to_string(number) + " (" + meaning + ")\n");
 }
 
-void PrintText(const Outcome &outcome, bool print)
+void PrintText(Run &run, const Outcome &outcome, bool print)
 {
-    std::puts(outcome.valid ? "valid" : "not valid");
+    run.Print(outcome.valid ? "valid\n" : "not valid\n");
     if (const ZrdErrNode *error = outcome.error.get()) {
-        PrintNumber("type", ZR_GetErrorType(error), ErrorTypeName(ZR_GetErrorType(error)));
-        PrintNumber("severity", ZR_GetErrorSeverity(error),
+        PrintNumber(run, "type", ZR_GetErrorType(error), ErrorTypeName(ZR_GetErrorType(error)));
+        PrintNumber(run, "severity", ZR_GetErrorSeverity(error),
                     ErrorSeverityName(ZR_GetErrorSeverity(error)));
-        PrintNumber("tag", ZR_GetErrorTag(error), ErrorTagName(ZR_GetErrorTag(error)));
-        PrintField("app-tag", ZR_GetErrorAppTag(error));
-        PrintField("path", ZR_GetErrorPath(error));
-        PrintField("message", ZR_GetErrorMessage(error));
-        PrintField("bad-element", ZR_GetBadElement(error));
+        PrintNumber(run, "tag", ZR_GetErrorTag(error), ErrorTagName(ZR_GetErrorTag(error)));
+        PrintField(run, "app-tag", ZR_GetErrorAppTag(error));
+        PrintField(run, "path", ZR_GetErrorPath(error));
+        PrintField(run, "message", ZR_GetErrorMessage(error));
+        PrintField(run, "bad-element", ZR_GetBadElement(error));
     }
     for (const std::string &path : outcome.defaults)
-        PrintField("default", path.c_str());
+        PrintField(run, "default", path.c_str());
     if (print)
-        std::fputs(outcome.document.c_str(), stdout);
+        run.Print(outcome.document);
 }
 
-int RunValidate(const ValidateOptions &options)
+int RunValidate(Run &run, const ValidateOptions &options)
 {
     if (options.rpc == options.notification)
         throw UsageError{"validate takes either --rpc or --notification"};
-    Session session(ZR_CTX_KEEP_PATTERNS, options.modules.directories);
-    bool loaded = LoadWithImports(session, options.modules);
-    Outcome outcome = Validate(session.ctx(), ReadInput(options.file), options.notification);
-    (options.json ? PrintJson : PrintText)(outcome, options.print);
-    return outcome.valid && loaded ? kExitOk : kExitFailed;
+    Session session(run, ZR_CTX_KEEP_PATTERNS, options.modules.directories);
+    std::string text, reason = ReadInput(options.file, text);
+    if (!reason.empty())
+        throw UsageError{"cannot read " + options.file + ": " + reason};
+    std::vector<std::string> modules;
+    if (!session.SetUp(options.modules, modules))
+        return kExitFailed; // no verdict on a schema that is not what was asked for
+    Outcome outcome = Validate(session, options, text);
+    if (run.json())
+        run.PrintDocument(DocumentOf(outcome, options.print));
+    else
+        PrintText(run, outcome, options.print);
+    return outcome.valid ? kExitOk : kExitFailed;
 }
 
 } // namespace
 
-void AddValidateCommand(CLI::App &app, int &status)
+Json EmptyValidateDocument()
+{
+    return {
+        {"valid", nullptr}, {"error", nullptr}, {"defaults", Json::array()}, {"document", nullptr}};
+}
+
+void AddValidateCommand(CLI::App &app, Run &run, int &status)
 {
     auto options = std::make_shared<ValidateOptions>();
     CLI::App *command = app.add_subcommand("validate", "check a request or a notification");
-    command->set_version_flag("--version", "zrschema " ZR_VERSION);
+    AddNotes(*command,
+             "FILE is - for standard input. A request is taken out of its <rpc> and <action>, a\n"
+             "notification out of its <notification>, where they stand in one.\n"
+             "Features start off: --feature and --all-features turn them on.");
     command->add_flag("--rpc", options->rpc, "the file is a request: an rpc or an action");
     command->add_flag("--notification", options->notification, "the file is a notification");
     AddDirectoryOption(*command, options->modules.directories);
     AddModuleOption(*command, options->modules);
     AddFeatureOptions(*command, options->modules);
     command->add_flag("--print", options->print, "print the document as the check left it");
-    command->add_flag("--json", options->json, "print one JSON object");
+    AddJsonOption(*command);
     command->add_option("file", options->file, "the XML file, - for standard input")
         ->required()
         ->type_name("FILE|-");
-    command->callback([options, &status] { status = RunValidate(*options); });
+    command->callback([options, &run, &status] { status = RunValidate(run, *options); });
 }
 
 } // namespace tool

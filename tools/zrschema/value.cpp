@@ -1,87 +1,112 @@
 // zrschema value: says for each value whether a leaf takes it.
 #include <cstdio>
-#include <nlohmann/json.hpp>
 
 #include "commands.h"
+#include "lookup.h"
 #include "names.h"
+#include "statuses.h"
+#include "types.h"
 
 namespace tool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 struct ValueOptions {
     ModuleOptions modules;
     std::string path;
     std::vector<std::string> values;
-    bool json = false;
 };
 
 struct Answer {
     std::string value;
     uint32_t status;
-    std::string type; // the one that took it
+    std::string type;     // the one that took it
+    std::string expected; // what would have been taken
 };
 
 Answer Ask(const ZrCtx *ctx, const ZrNode *leaf, const std::string &value)
 {
-    Answer answer{value, ZR_NODE_ValidateValue(leaf, ZR_VALUE_STRING, value.c_str()), ""};
+    Answer answer{value, ZR_NODE_ValidateValue(leaf, ZR_VALUE_STRING, value.c_str()), "", ""};
     if (answer.status == ZR_OK)
         answer.type = MatchedTypeName(
             ctx, leaf, ZR_NODE_FindRealTypeMatchedValue(leaf, ZR_VALUE_STRING, value.c_str()));
+    else
+        answer.expected = ExpectedValue(ctx, leaf);
     return answer;
 }
 
-void PrintText(const std::vector<Answer> &answers)
+void PrintText(Run &run, const std::vector<Answer> &answers)
 {
-    for (const Answer &answer : answers)
-        if (answer.status == ZR_OK)
-            std::printf("%s: accepted as %s\n", answer.value.c_str(), answer.type.c_str());
-        else
-            std::printf("%s: refused, 0x%x %s\n", answer.value.c_str(), answer.status,
-                        StatusName(answer.status).c_str());
+    for (const Answer &answer : answers) {
+        char status[16];
+        std::snprintf(status, sizeof(status), "0x%x ", answer.status);
+        run.Print(answer.value + ": " +
+                  (answer.status == ZR_OK ? "accepted as " + answer.type
+                                          : "refused, " + (status + StatusName(answer.status)) +
+                                                "; expected " + answer.expected) +
+                  "\n");
+    }
 }
 
-void PrintJson(const std::vector<Answer> &answers)
+Json Describe(const Answer &answer)
 {
-    Json array = Json::array();
-    for (const Answer &answer : answers)
-        array.push_back({{"value", answer.value},
-                         {"status", answer.status},
-                         {"name", StatusName(answer.status)},
-                         {"type", answer.status == ZR_OK ? Json(answer.type) : Json(nullptr)}});
-    std::puts(array.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+    bool accepted = answer.status == ZR_OK;
+    return {{"value", answer.value},
+            {"status", answer.status},
+            {"name", StatusName(answer.status)},
+            {"type", accepted ? Json(answer.type) : Json(nullptr)},
+            {"expected", accepted ? Json(nullptr) : Json(answer.expected)}};
 }
 
-int RunValue(const ValueOptions &options)
+int RunValue(Run &run, const ValueOptions &options)
 {
-    Session session(0, options.modules.directories);
-    bool good = LoadWithImports(session, options.modules);
-    const ZrNode *leaf = ZR_CTX_GetTargetNode(session.ctx(), options.path.c_str(), nullptr);
+    Session session(run, 0, options.modules.directories);
+    std::vector<std::string> modules;
+    if (!session.SetUp(options.modules, modules))
+        return kExitFailed; // no verdict on a schema that is not what was asked for
+    const ZrNode *leaf = FindNode(session, modules, options.path);
+    if (leaf == nullptr)
+        return kExitFailed;
     if (ZR_NODE_GetRealType(leaf) == nullptr) {
-        Complain((leaf == nullptr ? "no such node: " : "not a leaf or leaf-list: ") + options.path);
+        run.Complain("not a leaf or leaf-list: " + options.path);
         return kExitFailed;
     }
+    bool good = true;
     std::vector<Answer> answers;
+    Json document = Json::array();
     for (const std::string &value : options.values) {
         answers.push_back(Ask(session.ctx(), leaf, value));
+        document.push_back(Describe(answers.back()));
         good = good && answers.back().status == ZR_OK;
     }
-    (options.json ? PrintJson : PrintText)(answers);
+    if (run.json())
+        run.PrintDocument(document);
+    else
+        PrintText(run, answers);
     return good ? kExitOk : kExitFailed;
 }
 
 } // namespace
 
-void AddValueCommand(CLI::App &app, int &status)
+Json EmptyValueDocument()
+{
+    Json answer = {{"value", nullptr},
+                   {"status", nullptr},
+                   {"name", nullptr},
+                   {"type", nullptr},
+                   {"expected", nullptr}};
+    return Json::array({answer});
+}
+
+void AddValueCommand(CLI::App &app, Run &run, int &status)
 {
     auto options = std::make_shared<ValueOptions>();
     CLI::App *command = app.add_subcommand("value", "check values against a leaf's type");
-    command->set_version_flag("--version", "zrschema " ZR_VERSION);
+    AddNotes(*command, "A refused value is shown with what was expected. Values that begin with - "
+                       "stand behind --.");
     AddDirectoryOption(*command, options->modules.directories);
     AddModuleOption(*command, options->modules);
-    command->add_flag("--json", options->json, "print one JSON array");
+    AddJsonOption(*command);
     command
         ->add_option("path", options->path,
                      "the leaf's schema path, such as /module:container/leaf")
@@ -90,7 +115,7 @@ void AddValueCommand(CLI::App &app, int &status)
     command->add_option("values", options->values, "the values to check")
         ->required()
         ->type_name("VALUE");
-    command->callback([options, &status] { status = RunValue(*options); });
+    command->callback([options, &run, &status] { status = RunValue(run, *options); });
 }
 
 } // namespace tool

@@ -1,0 +1,90 @@
+#include "run.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace tool {
+
+std::string PlaceOf(const Problem &problem)
+{
+    return problem.line > 0 ? problem.file + ":" + std::to_string(problem.line) : problem.file;
+}
+
+const char *KindName(const Problem &problem)
+{
+    return problem.warning ? "warning" : "error";
+}
+
+Json TextOrNull(const char *text)
+{
+    return text != nullptr ? Json(text) : Json(nullptr);
+}
+
+Json ToJson(const Problem &problem)
+{
+    return {{"file", problem.file.empty() ? Json(nullptr) : Json(problem.file)},
+            {"line", problem.line > 0 ? Json(problem.line) : Json(nullptr)},
+            {"kind", KindName(problem)},
+            {"message", problem.message}};
+}
+
+void Run::Say(const Problem &problem)
+{
+    std::string place = PlaceOf(problem);
+    if (!problem.module.empty())
+        place = place.empty() ? problem.module : problem.module + " (" + place + ")";
+    std::string line = "zrschema: ";
+    if (!place.empty())
+        line += place + ": ";
+    if (!place.empty() || problem.warning)
+        line += std::string(KindName(problem)) + ": ";
+    std::fputs((line + problem.message + "\n").c_str(), stderr);
+    problems_.push_back(problem);
+}
+
+void Run::Complain(const std::string &message)
+{
+    Say({message});
+}
+
+void Run::Print(const std::string &text)
+{
+    answered_ = true;
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() && writeError_ == 0)
+        writeError_ = errno;
+}
+
+void Run::PrintDocument(Json document)
+{
+    Json errors = Json::array();
+    for (const Problem &problem : problems_) {
+        Json error = {{"module", problem.module.empty() ? Json(nullptr) : Json(problem.module)}};
+        error.update(ToJson(problem));
+        errors.push_back(error);
+    }
+    if (document.is_array())
+        for (Json &item : document)
+            item["errors"] = errors;
+    else
+        document["errors"] = errors;
+    Print(document.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+}
+
+int Run::Finish(int status)
+{
+    if (json_ && !answered_)
+        PrintDocument(empty_);
+    if (std::fflush(stdout) != 0 && writeError_ == 0)
+        writeError_ = errno;
+    auto isError = [](const Problem &problem) { return !problem.warning; };
+    if (status == kExitOk && std::any_of(problems_.begin(), problems_.end(), isError))
+        status = kExitFailed;
+    if (writeError_ == 0)
+        return status;
+    Complain(std::string("cannot write the output: ") + std::strerror(writeError_));
+    return kExitFailed;
+}
+
+} // namespace tool

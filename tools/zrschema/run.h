@@ -1,0 +1,65 @@
+// What one run of the program says: its result on standard output, and beside it what went wrong.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+namespace tool {
+
+using Json = nlohmann::ordered_json;
+
+enum ExitStatus { kExitOk = 0, kExitFailed = 1, kExitUsage = 2 };
+
+// A mistake in the words of the command line.
+struct UsageError {
+    std::string message;
+};
+
+// Something that went wrong, or a warning, with the place where it was seen.
+struct Problem {
+    std::string message;
+    std::string module = ""; // "" when it belongs to none
+    std::string file = "";   // "" when it belongs to none
+    long line = 0;           // 0 when it belongs to none
+    bool warning = false;
+};
+
+// "FILE", or "FILE:LINE" when the line is known; "" without a file.
+std::string PlaceOf(const Problem &problem);
+const char *KindName(const Problem &problem);
+// The members that every problem has in a document.
+Json ToJson(const Problem &problem);
+Json TextOrNull(const char *text);
+
+class Run {
+public:
+    // `json`: the result is one JSON document.
+    explicit Run(bool json) : json_(json) {}
+
+    bool json() const { return json_; }
+    // The document of a run that fails before it has a result of its own.
+    void SetEmptyDocument(Json document) { empty_ = std::move(document); }
+
+    // Says something on standard error, at once, and keeps it for the document.
+    void Say(const Problem &problem);
+    void Complain(const std::string &message);
+
+    void Print(const std::string &text);
+    // Prints the run's document with `errors`, all that was said, in it; in each of its objects
+    // when the document is an array.
+    void PrintDocument(Json document);
+
+    // Ends the run: prints the empty document when a document is due and none was printed. The
+    // exit status, which is a failure also when an error was said or output could not be written.
+    int Finish(int status);
+
+private:
+    bool json_;
+    bool answered_ = false;
+    int writeError_ = 0; // errno of the first failure
+    Json empty_ = Json::object();
+    std::vector<Problem> problems_;
+};
+
+} // namespace tool

@@ -1,0 +1,203 @@
+#include "yin_file.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <string_view>
+
+#include "xml_text.h"
+
+namespace tool {
+
+namespace {
+
+constexpr const char *kYinNamespace = "urn:ietf:params:xml:ns:yang:yin:1";
+
+// The statements of RFC 7950, section 7, and the elements "text" and "value" that hold an argument
+// (section 13.1).
+constexpr std::string_view kKeywords[] = {"action",
+                                          "anydata",
+                                          "anyxml",
+                                          "argument",
+                                          "augment",
+                                          "base",
+                                          "belongs-to",
+                                          "bit",
+                                          "case",
+                                          "choice",
+                                          "config",
+                                          "contact",
+                                          "container",
+                                          "default",
+                                          "description",
+                                          "deviate",
+                                          "deviation",
+                                          "enum",
+                                          "error-app-tag",
+                                          "error-message",
+                                          "extension",
+                                          "feature",
+                                          "fraction-digits",
+                                          "grouping",
+                                          "identity",
+                                          "if-feature",
+                                          "import",
+                                          "include",
+                                          "input",
+                                          "key",
+                                          "leaf",
+                                          "leaf-list",
+                                          "length",
+                                          "list",
+                                          "mandatory",
+                                          "max-elements",
+                                          "min-elements",
+                                          "modifier",
+                                          "module",
+                                          "must",
+                                          "namespace",
+                                          "notification",
+                                          "ordered-by",
+                                          "organization",
+                                          "output",
+                                          "path",
+                                          "pattern",
+                                          "position",
+                                          "prefix",
+                                          "presence",
+                                          "range",
+                                          "reference",
+                                          "refine",
+                                          "require-instance",
+                                          "revision",
+                                          "revision-date",
+                                          "rpc",
+                                          "status",
+                                          "submodule",
+                                          "text",
+                                          "type",
+                                          "typedef",
+                                          "unique",
+                                          "units",
+                                          "uses",
+                                          "value",
+                                          "when",
+                                          "yang-version",
+                                          "yin-element"};
+
+struct Seen {
+    long line; // of the first one
+    size_t count;
+};
+
+std::string FirstAttribute(const xmlNode *element)
+{
+    const xmlAttr *attribute = element->properties;
+    return attribute != nullptr && attribute->children != nullptr
+               ? Text(attribute->children->content)
+               : "";
+}
+
+std::string FileName(const std::string &path)
+{
+    return path.substr(path.rfind('/') + 1);
+}
+
+bool IsYin(const xmlNode *element)
+{
+    return element->ns != nullptr && Text(element->ns->href) == kYinNamespace;
+}
+
+bool IsKeyword(std::string_view name)
+{
+    return std::find(std::begin(kKeywords), std::end(kKeywords), name) != std::end(kKeywords);
+}
+
+void ReadHeader(const xmlNode *root, YinFile &file)
+{
+    file.root = Text(root->name);
+    file.name = FirstAttribute(root);
+    const std::pair<const char *, std::set<std::string> *> lists[] = {
+        {"import", &file.imports}, {"include", &file.includes}, {"feature", &file.features}};
+    for (const xmlNode *child = root->children; child != nullptr; child = child->next) {
+        if (child->type != XML_ELEMENT_NODE || !IsYin(child))
+            continue;
+        for (const auto &[keyword, names] : lists)
+            if (Text(child->name) == keyword)
+                names->insert(FirstAttribute(child));
+        if (file.revision.empty() && Text(child->name) == "revision")
+            file.revision = FirstAttribute(child);
+    }
+}
+
+// Why the library passes an element over; "" when it does not.
+std::string WhyPassedOver(const xmlNode *element)
+{
+    std::string name = Text(element->name);
+    if (element->ns == nullptr)
+        return "element \"" + name + "\" without a namespace is passed over";
+    if (!IsYin(element))
+        return ""; // an extension's
+    if (name == "uses" || name == "grouping")
+        return "statement \"" + name + "\" is passed over: groupings are to be expanded before";
+    if (name == "typedef" && Text(element->parent->name) != "module" &&
+        Text(element->parent->name) != "submodule")
+        return "statement \"typedef\" below \"" + Text(element->parent->name) +
+               "\" is passed over: typedefs are to be moved to the top of their module before";
+    return IsKeyword(name) ? "" : "unknown statement \"" + name + "\" is passed over";
+}
+
+const xmlNode *NextElement(const xmlNode *root, const xmlNode *node, bool intoChildren)
+{
+    if (intoChildren && node->children != nullptr)
+        return node->children;
+    while (node != root && node->next == nullptr)
+        node = node->parent;
+    return node != root ? node->next : nullptr;
+}
+
+// One warning for all that is passed over for the same reason, in the order of their lines.
+std::vector<Problem> FindPassedOver(const xmlNode *root, const std::string &fileName)
+{
+    std::map<std::string, Seen> seen;
+    bool intoChildren = true;
+    for (const xmlNode *node = root; node != nullptr;
+         node = NextElement(root, node, intoChildren)) {
+        std::string why = node->type == XML_ELEMENT_NODE ? WhyPassedOver(node) : "";
+        intoChildren = node->type == XML_ELEMENT_NODE && why.empty();
+        if (!why.empty())
+            ++seen.try_emplace(why, Seen{xmlGetLineNo(node), 0}).first->second.count;
+    }
+    std::vector<Problem> problems;
+    for (const auto &[why, where] : seen)
+        problems.push_back(
+            {where.count > 1 ? why + " (" + std::to_string(where.count) + " of them)" : why, "",
+             fileName, where.line, true});
+    std::stable_sort(problems.begin(), problems.end(),
+                     [](const Problem &a, const Problem &b) { return a.line < b.line; });
+    return problems;
+}
+
+} // namespace
+
+YinFile ReadYinFile(const std::string &path)
+{
+    YinFile file;
+    std::string text;
+    XmlFault fault;
+    fault.reason = ReadRegularFile(path, text);
+    Document document(nullptr, xmlFreeDoc);
+    if (fault.reason.empty())
+        document = ParseXml(text, fault);
+    if (document == nullptr) {
+        file.faults.push_back({fault.reason, "", FileName(path), fault.line});
+        return file;
+    }
+    const xmlNode *root = xmlDocGetRootElement(document.get());
+    ReadHeader(root, file);
+    if (file.root == "module" || file.root == "submodule")
+        file.passedOver = FindPassedOver(root, FileName(path));
+    return file;
+}
+
+} // namespace tool
