@@ -24,9 +24,10 @@ struct ZrdErrNode {
 enum : uint32_t {
     ZRD_MODE_RPC = 0x1,
     ZRD_MODE_NOTIF = 0x2,
-    ZRD_MODE_ACTION = 0x4,      // an RPC run whose top element is data that carries an action
-    ZRD_MODE_IN_ACTION = 0x8,   // while the children of the action element are matched
-    ZRD_MODE_MOUNT_POINT = 0x10 // a schema-mount point was met (RFC 8528)
+    ZRD_MODE_ACTION = 0x4,       // an RPC run whose top element is data that carries an action
+    ZRD_MODE_IN_ACTION = 0x8,    // while the children of the action element are matched
+    ZRD_MODE_MOUNT_POINT = 0x10, // a schema-mount point was met (RFC 8528)
+    ZRD_MODE_REMEMBERS = 0x20    // the record is the head of a zr::ValidationRun
 };
 
 // The root of one subtree that default completion added.

@@ -8,6 +8,7 @@
 #include "data/completion.h"
 #include "data/default_list.h"
 #include "data/error_record.h"
+#include "data/run_memory.h"
 #include "data/tree_guard.h"
 #include "platform/xml_errors.h"
 #include "platform/xml_parse.h"
@@ -85,8 +86,8 @@ uint32_t RunOnDocument(ZrdCheckAux *check, xmlDoc *document)
 uint32_t RunAndHandOut(ZrCtx *ctx, uint32_t mode, const char *xmlText, ZrDocumentFunc callback,
                        void *userData, ZrdErrNode **errorOut)
 {
-    ZrdCheckAux check;
-    ZRD_PAS_InitCheckAux(&check, ctx, mode, nullptr, nullptr);
+    zr::ValidationRun check;
+    ZRD_PAS_InitCheckAux(&check, ctx, mode | ZRD_MODE_REMEMBERS, nullptr, nullptr);
     xmlDoc *document = nullptr;
     if (ctx != nullptr && xmlText != nullptr)
         document = zr::ParseXmlText(xmlText, std::strlen(xmlText));
@@ -110,8 +111,8 @@ uint32_t RunAndHandOut(ZrCtx *ctx, uint32_t mode, const char *xmlText, ZrDocumen
 ZrdErrNode *ZR_CTX_ValidateRpcDataTree(ZrCtx *ctx, uint32_t inputKind, void *data,
                                        ZrDefaultNodeFunc callback, void *userData)
 {
-    ZrdCheckAux check;
-    ZRD_PAS_InitCheckAux(&check, ctx, ZRD_MODE_RPC, callback, userData);
+    zr::ValidationRun check;
+    ZRD_PAS_InitCheckAux(&check, ctx, ZRD_MODE_RPC | ZRD_MODE_REMEMBERS, callback, userData);
     if (ctx == nullptr || data == nullptr)
         return FinishRun(&check, ZR_ERR_INVALID);
     if (inputKind == kInputTree)

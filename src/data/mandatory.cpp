@@ -6,6 +6,7 @@
 
 #include "data/data_tree.h"
 #include "data/error_record.h"
+#include "data/run_memory.h"
 #include "data/schema_query.h"
 #include "data/when.h"
 #include "schema/node_record.h"
@@ -39,20 +40,25 @@ static_assert(std::size(kMandatory) == ZR_NODE_AUGMENT + 1);
 // the end of the scope.
 class TemporaryElement {
 public:
-    TemporaryElement(xmlNode *parent, ZrNode *schemaNode)
-        : element_(ZRD_NODE_CreateNewChildNode(parent, schemaNode))
+    TemporaryElement(ZrdCheckAux *check, xmlNode *parent, ZrNode *schemaNode)
+        : check_(check), element_(ZRD_NODE_CreateNewChildNode(parent, schemaNode))
     {
+        if (element_ != nullptr)
+            zr::NoteAdded(check_, element_);
     }
     TemporaryElement(const TemporaryElement &) = delete;
     TemporaryElement &operator=(const TemporaryElement &) = delete;
     ~TemporaryElement()
     {
-        if (element_ != nullptr)
-            zr::RemoveNode(element_);
+        if (element_ == nullptr)
+            return;
+        zr::NoteRemoval(check_, element_);
+        zr::RemoveNode(element_);
     }
     xmlNode *get() const { return element_; }
 
 private:
+    ZrdCheckAux *check_;
     xmlNode *element_;
 };
 
@@ -100,7 +106,7 @@ uint32_t ZRD_PAS_CheckDataNodeWithMandatory(ZrdCheckAux *check, xmlNode *parent,
     if (!ZR_NODE_IsMandatory(schemaNode) ||
         ZRD_NODE_GetChildNodeWithSpecifyMdl(parent, schemaNode) != nullptr)
         return ZR_OK;
-    TemporaryElement missing(parent, schemaNode);
+    TemporaryElement missing(check, parent, schemaNode);
     uint32_t applies = 0;
     uint32_t status = WouldApply(check, missing, &applies);
     if (status != ZR_OK || applies == 0)
@@ -116,7 +122,7 @@ uint32_t ZRD_PAS_CheckContainerMandatory(ZrdCheckAux *check, xmlNode *parent, Zr
     if (ZR_NODE_IsPresenceContainer(schemaNode))
         return ZR_OK;
     // A non-presence container is there in spirit: what is mandatory inside is missing.
-    TemporaryElement missing(parent, schemaNode);
+    TemporaryElement missing(check, parent, schemaNode);
     uint32_t applies = 0;
     uint32_t status = WouldApply(check, missing, &applies);
     if (status != ZR_OK || applies == 0)

@@ -5,6 +5,7 @@
 #include "data/data_tree.h"
 #include "data/error_record.h"
 #include "data/mandatory.h"
+#include "data/run_memory.h"
 #include "data/schema_query.h"
 #include "schema/node_record.h"
 #include "xpath/evaluate.h"
@@ -23,7 +24,8 @@ uint32_t EvalMust(ZrdCheckAux *check, xmlNode *element, const ZrsMust &must)
 {
     if (must.condition == nullptr)
         return ZR_ERR_INVALID;
-    uint32_t status = ZR_XPATH_EvalCondition(check->root, element, must.condition);
+    uint32_t status =
+        zr::EvalConditionInRun(check->root, element, must.condition, zr::MemoryOf(check));
     if (status == ZR_OK)
         return ZR_OK;
     if (status != ZR_XPATH_RESULT_FALSE)
@@ -73,6 +75,7 @@ uint32_t ZRD_PAS_EvalDataSubtreeMust(ZrdCheckAux *check, xmlNode *element)
     const ZrNode *schemaNode = zr::SchemaOf(element);
     uint32_t status = ZRD_PAS_EvalDataNodeMustCond(check, element, schemaNode);
     if (status == ZR_XPATH_RESULT_FALSE && (check->mode & ZRD_MODE_NOTIF) != 0) {
+        zr::NoteRemoval(check, element);
         zr::RemoveNode(element);
         return ZR_OK;
     }

@@ -6,6 +6,7 @@
 #include "data/default_list.h"
 #include "data/error_record.h"
 #include "data/must.h"
+#include "data/run_memory.h"
 #include "data/schema_query.h"
 #include "platform/xml.h"
 #include "schema/node_record.h"
@@ -119,7 +120,8 @@ uint32_t ZRD_PAS_EvalDataNodeOneWhenCond(ZrdCheckAux *check, xmlNode *contextNod
                                          const char *condition, uint32_t *pass)
 {
     *pass = 0;
-    uint32_t status = ZR_XPATH_EvalCondition(check->root, contextNode, condition);
+    uint32_t status =
+        zr::EvalConditionInRun(check->root, contextNode, condition, zr::MemoryOf(check));
     if (status == ZR_XPATH_RESULT_FALSE)
         return ZR_OK;
     if (status == ZR_OK)
@@ -133,9 +135,10 @@ uint32_t ZRD_PAS_EvalDataNodeOneWhenCond(ZrdCheckAux *check, xmlNode *contextNod
 uint32_t ZRD_PAS_ProcDataNodeWhenCondNoPass(ZrdCheckAux *check, const xmlNode *top, xmlNode **node,
                                             uint32_t *direction)
 {
-    return (check->mode & ZRD_MODE_NOTIF) != 0
-               ? ZRD_PAS_ProcWhenCondNoPassForNotif(top, node, direction)
-               : ZRD_PAS_ProcWhenCondNoPassForRpc(check, top, node, direction);
+    if ((check->mode & ZRD_MODE_NOTIF) == 0)
+        return ZRD_PAS_ProcWhenCondNoPassForRpc(check, top, node, direction);
+    zr::NoteRemoval(check, *node);
+    return ZRD_PAS_ProcWhenCondNoPassForNotif(top, node, direction);
 }
 
 uint32_t ZRD_PAS_ProcWhenCondNoPassForRpc(ZrdCheckAux *check, const xmlNode *top, xmlNode **node,
@@ -147,6 +150,7 @@ uint32_t ZRD_PAS_ProcWhenCondNoPassForRpc(ZrdCheckAux *check, const xmlNode *top
     }
     xmlNode *branch = TopOfAddedBranch(*node);
     *node = ZR_XML_GetXmlDomSibOrParent(top, branch, direction);
+    zr::NoteRemoval(check, branch);
     ZRD_PAS_DeleteDefaultAddNode(check, branch);
     return ZR_OK;
 }

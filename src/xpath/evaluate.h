@@ -18,3 +18,12 @@ extern "C" {
 // kept: conditions may be evaluated side by side as long as tree and schema stay as they are.
 ZR_API uint32_t ZR_XPATH_EvalCondition(xmlNode *root, xmlNode *contextNode, const char *expression);
 }
+
+namespace zr {
+class ChildMemory;
+// The same for a condition of a validation run: it sees one operation alone, the child of `root` in
+// which `contextNode` stands. `root` itself and what is beside the operation are not read. `memory`
+// is the run's, or null.
+uint32_t EvalConditionInRun(xmlNode *root, xmlNode *contextNode, const char *expression,
+                            ChildMemory *memory);
+} // namespace zr

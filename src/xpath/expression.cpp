@@ -16,6 +16,12 @@ bool ClosesSubExpr(uint32_t tokenType)
     return tokenType == ZR_XPATH_TOKEN_RPAREN || tokenType == ZR_XPATH_TOKEN_COMMA;
 }
 
+bool StartsPrimary(uint32_t tokenType)
+{
+    return tokenType == ZR_XPATH_TOKEN_LPAREN || tokenType == ZR_XPATH_TOKEN_FUNCNAME ||
+           tokenType == ZR_XPATH_TOKEN_LITERAL || tokenType == ZR_XPATH_TOKEN_NUMBER;
+}
+
 // Sets the marker of a sub-expression and passes its "(" or ",".
 uint32_t BeginSubExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
 {
@@ -97,9 +103,18 @@ private:
     PalStack *stack_ = nullptr; // made with the first "("
 };
 
+uint32_t EvalOperand(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
+                     const zr::XpathView &view)
+{
+    return StartsPrimary(zr::TokenTypeAt(lex, *cursor))
+               ? ZR_XPATH_EvalPrimaryExpr(ctx, lex, cursor)
+               : zr::EvalLocationPath(ctx, lex, cursor, view);
+}
+
 } // namespace
 
-uint32_t ZR_XPATH_EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
+uint32_t zr::EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
+                      const XpathView &view)
 {
     OpenParens open;
     uint32_t status = ZR_OK;
@@ -119,10 +134,15 @@ uint32_t ZR_XPATH_EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t 
         } else if (type == ZR_XPATH_TOKEN_LPAREN || type == ZR_XPATH_TOKEN_FUNCNAME) {
             status = open.Open(ctx, lex, cursor);
         } else {
-            status = ZR_XPATH_EvalPathExpr(ctx, lex, cursor);
+            status = EvalOperand(ctx, lex, cursor, view);
         }
     }
     return status;
+}
+
+uint32_t ZR_XPATH_EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
+{
+    return zr::EvalExpr(ctx, lex, cursor, zr::kWholeTree);
 }
 
 uint32_t ZR_XPATH_EvalSubExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
@@ -138,18 +158,7 @@ uint32_t ZR_XPATH_EvalSubExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32
 
 uint32_t ZR_XPATH_EvalPathExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
 {
-    uint32_t type = zr::TokenTypeAt(lex, *cursor);
-    if (type == ZR_XPATH_TOKEN_LPAREN || type == ZR_XPATH_TOKEN_FUNCNAME ||
-        type == ZR_XPATH_TOKEN_LITERAL || type == ZR_XPATH_TOKEN_NUMBER)
-        return ZR_XPATH_EvalPrimaryExpr(ctx, lex, cursor);
-    uint32_t status = ZR_XPATH_PushNodeToObjStack(ctx, nullptr);
-    if (status != ZR_OK)
-        return status;
-    if (type == ZR_XPATH_TOKEN_PATHOP)
-        return ZR_XPATH_EvalAbsoluteLocationPath(ctx, lex, cursor);
-    if (zr::StartsStep(type))
-        return ZR_XPATH_EvalRelativeLocationPath(ctx, lex, cursor);
-    return ZR_ERR_INVALID;
+    return EvalOperand(ctx, lex, cursor, zr::kWholeTree);
 }
 
 uint32_t ZR_XPATH_EvalPrimaryExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)

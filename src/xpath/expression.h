@@ -27,3 +27,10 @@ ZR_API uint32_t ZR_XPATH_EvalFunctionCall(ZrXpathEvalCtx *ctx, const ZrXpathLex 
 ZR_API uint32_t ZR_XPATH_EvalFunctionCallArguments(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                                    uint32_t *cursor);
 }
+
+namespace zr {
+struct XpathView;
+// ZR_XPATH_EvalExpr() with a view of the tree of one's own.
+uint32_t EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
+                  const XpathView &view);
+} // namespace zr

@@ -27,6 +27,23 @@ ZR_API uint32_t ZR_XPATH_SkipPredicate(ZrXpathEvalCtx *ctx, const ZrXpathLex *le
 }
 
 namespace zr {
+class ChildMemory;
+
+// What the paths of an evaluation see.
+struct XpathView {
+    // Of what stands below the root node, only the child in which the context node stands: one
+    // operation. The root node itself and what stands beside the operation may be anybody's: they
+    // are neither followed nor read.
+    bool operationAlone;
+    ChildMemory *memory; // null: every name is looked for anew
+};
+
+// All that stands below the root node, as the functions above see it.
+constexpr XpathView kWholeTree = {false, nullptr};
+
 // Whether a token of that type begins a step.
 bool StartsStep(uint32_t tokenType);
+// A location path, absolute or relative; 22 where none begins. The node object is pushed.
+uint32_t EvalLocationPath(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
+                          const XpathView &view);
 } // namespace zr

@@ -34,6 +34,20 @@ const std::string kBody =
         List("l", "k", Leaf("k", "string") + Leaf("d", "string", When("../no") + Default("x")))) +
     Notification("event", "<anydata name=\"any\"/>" + Leaf("text", "string"));
 
+// Entries whose conditions ask for what stands behind all of them, and for what is nowhere.
+const std::string kConditions =
+    List("l", "k",
+         Leaf("k", "string", Must("../../mode = 'x' and not(../../z)")) +
+             Leaf("d", "string", When("../../mode = 'x'")) + Must("../mode = 'x'") +
+             Must("not(../z)")) +
+    "<choice name=\"way\"><case name=\"one\">" + When("not(z) and mode") +
+    List("c", "k", Leaf("k", "string")) + "</case></choice>" + Leaf("mode", "string") +
+    Leaf("z", "string");
+const std::string kRemoved =
+    List("l", "k", Leaf("k", "string") + Leaf("d", "string") + When("../last = 'x'")) +
+    List("r", "k", Leaf("k", "string") + Must("../r/k = '1' and ../last = 'y'")) +
+    Leaf("last", "string");
+
 class ScaleTest : public ::testing::Test {
 protected:
     // A tree <OPERATION><FIRST>...<x> nested `depth` times below.
@@ -62,6 +76,39 @@ protected:
 
     Schema schema_{kBody};
 };
+
+TEST(ScaleOfConditions, AsksForWhatStandsBehindAllEntriesOrNowhere)
+{
+    Schema schema(Rpc("op", kConditions) + Notification("event", kConditions));
+    ASSERT_EQ(schema.status, 0u);
+    const std::string content =
+        Repeat("<l><k>1</k><d/></l>", kMany) + Repeat("<c><k>1</k></c>", kMany) + "<mode>x</mode>";
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema, 1, Data("op", content).data(), nullptr,
+                                                    nullptr)),
+              Valid());
+    NotifOutcome outcome = ValidateNotif(schema, Data("event", content));
+    EXPECT_EQ(outcome.status, 0u);
+    EXPECT_NE(outcome.document.find("<c>"), std::string::npos);
+}
+
+// Each entry that is removed was the first of its name.
+TEST(ScaleOfConditions, RemovesAllEntriesOfANotification)
+{
+    Schema schema(Notification("event", kRemoved));
+    ASSERT_EQ(schema.status, 0u);
+    const std::string content =
+        Repeat("<l><k>1</k></l>", kMany) + Repeat("<r><k>1</k></r>", kMany) + "<last>y</last>";
+    NotifOutcome outcome = ValidateNotif(schema, Data("event", content));
+    EXPECT_EQ(outcome.status, 0u);
+    EXPECT_EQ(outcome.document.find("<l>"), std::string::npos);
+    EXPECT_NE(outcome.document.find("<r>"), std::string::npos);
+    NotifOutcome without =
+        ValidateNotif(schema, Data("event", Repeat("<l><k>1</k></l>", kMany) + "<last>x</last>" +
+                                                Repeat("<r><k>1</k></r>", kMany)));
+    EXPECT_EQ(without.status, 0u);
+    EXPECT_NE(without.document.find("<l>"), std::string::npos);
+    EXPECT_EQ(without.document.find("<r>"), std::string::npos);
+}
 
 TEST_F(ScaleTest, TakesManyEntriesInsideACase)
 {

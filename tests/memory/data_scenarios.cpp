@@ -112,6 +112,24 @@ void Conditions(World &world)
     world.Notify(In("event", "<mode>off</mode><l><k>bad</k></l>"));
 }
 
+// Conditions that ask for what stands behind many entries: remembered or not, the answers are the
+// same.
+void ManyEntries(World &world)
+{
+    const std::string body =
+        "<list name='l'><key value='k'/><leaf name='k'><type name='string'/></leaf>"
+        "<must condition=\"../mode = 'x'\"/></list><leaf name='mode'><type name='string'/></leaf>"
+        "<leaf name='need'><when condition='not(../z)'/><type name='string'/>"
+        "<mandatory value='true'/></leaf>";
+    world.LoadBody("m", "<rpc name='op'><input>" + body +
+                            "</input></rpc><notification name='event'>" + body + "</notification>");
+    std::string entries;
+    for (int i = 0; i < 33; ++i)
+        entries += "<l><k>1</k></l>";
+    world.Request(In("op", entries + "<mode>x</mode>"));
+    world.Notify(In("event", entries + "<mode>y</mode><need/>"));
+}
+
 void ErrorRecords(World &world)
 {
     LoadData(world);
@@ -151,6 +169,7 @@ const std::vector<Scenario> &DataScenarios()
         {"KeptPatterns", ZR_CTX_KEEP_PATTERNS, nullptr, KeptPatterns},
         {"Completion", 0, nullptr, Completion},
         {"Conditions", 0, nullptr, Conditions},
+        {"ManyEntries", 0, nullptr, ManyEntries},
         {"ErrorRecords", 0, nullptr, ErrorRecords},
         {"Printing", 0, nullptr, Printing},
     };
