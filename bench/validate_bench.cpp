@@ -6,6 +6,7 @@
 #include <zrschema/zrschema.h>
 
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <string>
 
@@ -191,15 +192,71 @@ void ValidateHosts(benchmark::State &state)
     ZR_CTX_Delete(ctx);
 }
 
+// Conditions on each entry that ask for what stands behind all of them, or for what is nowhere.
+struct Shape {
+    const char *name;
+    const char *onEntry;
+    const char *onLeaf;
+};
+
+constexpr Shape kShapes[] = {
+    {"a leaf behind the entries", "../mode = 'x'", "../k"},
+    {"an absent sibling", "not(../z)", "../k"},
+    {"an absent node of the parent", "k", "not(../../z)"},
+};
+
+std::string ShapeModule(const Shape &shape)
+{
+    std::string body =
+        std::string("<list name='entry'><key value='k'/><leaf name='k'><type name='string'/>"
+                    "<must condition=\"") +
+        shape.onLeaf + "\"/></leaf><must condition=\"" + shape.onEntry +
+        "\"/></list><leaf name='mode'><type name='string'/></leaf>";
+    return "<module name='s' xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:s='urn:s'>"
+           "<namespace uri='urn:s'/><prefix value='s'/><rpc name='set'><input>" +
+           body + "</input></rpc><notification name='event'>" + body + "</notification></module>";
+}
+
+std::string ShapeData(const char *top, int64_t entries)
+{
+    std::string text = std::string("<") + top + " xmlns=\"urn:s\">";
+    for (int64_t i = 0; i < entries; ++i)
+        text += "<entry><k>" + std::to_string(i) + "</k></entry>";
+    return text + "<mode>x</mode></" + top + ">";
+}
+
+// The second argument is a row of kShapes.
+void ValidateShape(benchmark::State &state)
+{
+    ZrCtx *ctx = ZR_CTX_Create(0);
+    ZR_CTX_LoadMemory(ctx, ShapeModule(kShapes[state.range(1)]).c_str());
+    ValidateEach(state, ctx, ShapeData("set", state.range(0)));
+    ZR_CTX_Delete(ctx);
+}
+
+// With the parsing of its text and the writing of the document.
+void NotifyShape(benchmark::State &state)
+{
+    ZrCtx *ctx = ZR_CTX_Create(0);
+    ZR_CTX_LoadMemory(ctx, ShapeModule(kShapes[state.range(1)]).c_str());
+    std::string text = ShapeData("event", state.range(0));
+    for (auto _ : state) {
+        if (ZR_CTX_ValidateNotifDataTree(ctx, text.c_str(), nullptr, nullptr) != ZR_OK)
+            state.SkipWithError("the notification is refused");
+    }
+    ZR_CTX_Delete(ctx);
+}
+
 std::string Name(const char *name, int64_t entries)
 {
     return name + ("/" + std::to_string(entries));
 }
 
-std::optional<double> CostPerEntry(int64_t entries, const char *conditions)
+// Of one entry among so many to one among 1,000.
+std::optional<double> CostPerEntry(const char *name, int64_t entries, const std::string &row)
 {
-    auto one = bench::CpuTime(Name("ValidateRequest", 1000) + conditions);
-    auto many = bench::CpuTime(Name("ValidateRequest", entries) + conditions);
+    auto one = bench::CpuTime(Name(name, 1000) + row);
+    auto many = bench::CpuTime(Name(name, entries) + row);
     if (!one || !many)
         return std::nullopt;
     return *many / static_cast<double>(entries) / (*one / 1000);
@@ -225,6 +282,32 @@ void RegisterHosts(int64_t entries)
                         parse);
     bench::AddTimeRatio("addresses and names, patterns kept / compiled for each value" + size, 1.0,
                         kept, compiled);
+}
+
+void RegisterShapes(int64_t entries)
+{
+    const struct {
+        const char *name;
+        const char *shown;
+        void (*run)(benchmark::State &state);
+    } kinds[] = {
+        {"ValidateShape", "request", ValidateShape},
+        {"NotifyShape", "notification", NotifyShape},
+    };
+    for (const auto &kind : kinds) {
+        for (size_t i = 0; i < std::size(kShapes); ++i) {
+            for (int64_t count : {int64_t{1000}, entries})
+                benchmark::RegisterBenchmark(kind.name, kind.run)
+                    ->Args({count, static_cast<int64_t>(i)})
+                    ->Unit(benchmark::kMillisecond);
+            // Not 1.3: so small an entry costs its cache misses, which 1,000 of them have not.
+            bench::AddRatio(std::string(kind.shown) + ", " + kShapes[i].name +
+                                ": one entry among " + std::to_string(entries) + " / among 1000",
+                            1.5, [=, name = kind.name] {
+                                return CostPerEntry(name, entries, "/" + std::to_string(i));
+                            });
+        }
+    }
 }
 
 const bool g_registered = [] {
@@ -254,7 +337,9 @@ const bool g_registered = [] {
         for (const char *conditions : {"/0", "/1"})
             bench::AddRatio("cost of one entry among " + std::to_string(entries) + " / among 1000" +
                                 (conditions[1] == '1' ? ", with conditions" : ""),
-                            1.3, [=] { return CostPerEntry(entries, conditions); });
+                            1.3,
+                            [=] { return CostPerEntry("ValidateRequest", entries, conditions); });
+    RegisterShapes(100000);
     if (std::filesystem::is_directory(ZR_CORPUS_DIR))
         RegisterHosts(10000);
     return true;
