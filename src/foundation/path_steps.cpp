@@ -40,6 +40,13 @@ void Empty(char *out, uint32_t size)
 
 } // namespace
 
+bool zr::IsIdentifier(const char *text)
+{
+    bool startsWell =
+        IsIdentifierChar(*text) && *text != '-' && *text != '.' && !(*text >= '0' && *text <= '9');
+    return startsWell && text[ZR_UTL_ConsumeIdentNameBestEffort(text)] == '\0';
+}
+
 uint32_t ZR_UTL_ConsumeIdentNameBestEffort(const char *str)
 {
     uint32_t length = 0;

@@ -1,8 +1,9 @@
 // String copies, number readers and the tokenisers of names and schema paths.
 //
 // An identifier character is an ASCII letter, a digit, "_", "-" or "."; the rule of YANG for the
-// first character of an identifier (RFC 7950, section 6.2) is not enforced here. A blank is a
-// space, a tab or a line feed. New strings are the caller's, who releases them with zr::Free.
+// first character of an identifier (RFC 7950, section 6.2) is enforced by IsIdentifier alone. A
+// blank is a space, a tab or a line feed. New strings are the caller's, who releases them with
+// zr::Free.
 #pragma once
 
 #include <cstddef>
@@ -13,6 +14,10 @@ namespace zr {
 constexpr uint32_t kNameSize = 65;    // a name of at most 64 characters and its NUL
 constexpr uint32_t kPathSize = 256;   // a file path
 constexpr uint32_t kXpathSize = 3096; // a path in module-name form
+
+// Whether the whole text is an identifier of YANG (RFC 7950, section 6.2): identifier characters,
+// of which the first is a letter or "_". Any length will do.
+bool IsIdentifier(const char *text);
 } // namespace zr
 
 extern "C" {

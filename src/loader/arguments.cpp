@@ -29,6 +29,20 @@ const char *RequireArgument(ZrMod *module, const xmlNode *element, uint32_t stat
     return argument;
 }
 
+uint32_t CheckName(ZrMod *module, const char *name, uint32_t statement)
+{
+    if (IsIdentifier(name))
+        return ZR_OK;
+    RecordBadValue(module, name, statement);
+    return ZR_ERR_INVALID;
+}
+
+const char *RequireName(ZrMod *module, const xmlNode *element, uint32_t statement)
+{
+    const char *name = RequireArgument(module, element, statement);
+    return name != nullptr && CheckName(module, name, statement) == ZR_OK ? name : nullptr;
+}
+
 uint32_t KeepText(ZrMod *module, const char *text, const char **destination)
 {
     const char *kept = ZR_DICT_Insert(&module->ctx->dict, text);

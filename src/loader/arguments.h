@@ -19,6 +19,12 @@ void RecordBadValue(ZrMod *module, const char *value, uint32_t statement);
 // is recorded and gives null.
 const char *RequireArgument(ZrMod *module, const xmlNode *element, uint32_t statement);
 
+// The argument of a statement that gives something its name: an identifier (RFC 7950, section 6.2)
+// of any length. Anything else is recorded as a bad value and gives null.
+const char *RequireName(ZrMod *module, const xmlNode *element, uint32_t statement);
+// The check alone: 0 or 22.
+uint32_t CheckName(ZrMod *module, const char *name, uint32_t statement);
+
 // Interns a text into `*destination`, in place of what stands there; 0 or 12.
 uint32_t KeepText(ZrMod *module, const char *text, const char **destination);
 // The same for the required argument; 0, 12 or 22.

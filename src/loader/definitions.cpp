@@ -67,7 +67,7 @@ uint32_t ParseExtensionInto(ZrMod *module, xmlNode *element, const char *name,
 uint32_t ZRS_LOADER_ParseFeature(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
                                  void *destination)
 {
-    const char *name = zr::RequireArgument(module, element, ZRS_STMT_FEATURE);
+    const char *name = zr::RequireName(module, element, ZRS_STMT_FEATURE);
     if (name == nullptr)
         return ZR_ERR_INVALID;
     auto *feature = static_cast<ZrsFeature *>(destination);
@@ -82,7 +82,7 @@ uint32_t ZRS_LOADER_ParseFeature(ZrMod *module, xmlNode *element, uint32_t /*par
 uint32_t ZRS_LOADER_ParseIdentity(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
                                   void *destination)
 {
-    const char *name = zr::RequireArgument(module, element, ZRS_STMT_IDENTITY);
+    const char *name = zr::RequireName(module, element, ZRS_STMT_IDENTITY);
     if (name == nullptr)
         return ZR_ERR_INVALID;
     auto *identity = static_cast<ZrsIdentity *>(destination);
@@ -123,7 +123,7 @@ uint32_t ZRS_LOADER_ParseIfFeature(ZrMod *module, xmlNode *element, uint32_t /*p
 uint32_t ZRS_LOADER_ParseExtension(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
                                    void *destination)
 {
-    const char *name = zr::RequireArgument(module, element, ZRS_STMT_EXTENSION);
+    const char *name = zr::RequireName(module, element, ZRS_STMT_EXTENSION);
     if (name == nullptr)
         return ZR_ERR_INVALID;
     auto *extension = static_cast<ZrsExtension *>(destination);

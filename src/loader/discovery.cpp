@@ -81,6 +81,12 @@ uint32_t CollectMarkedFiles(ZrsPathCollection *collection, const char *directory
     return status;
 }
 
+// A name stands for files of the search directories themselves, and for itself alone.
+bool CanNameFiles(const char *moduleName)
+{
+    return moduleName != nullptr && std::strpbrk(moduleName, "/*?[") == nullptr;
+}
+
 // In the order of the directories; the first plain file ends the search.
 uint32_t CollectFromAll(ZrsPathCollection *collection, const ZrCtx *ctx, const char *moduleName)
 {
@@ -119,6 +125,8 @@ uint32_t zr::CollectPaths(const ZrCtx *ctx, const char *moduleName,
                           ZrsPathCollection **collectionOut)
 {
     *collectionOut = nullptr;
+    if (!CanNameFiles(moduleName))
+        return ZR_ERR_NOT_FOUND;
     auto *collection = zr::AllocRecord<ZrsPathCollection>();
     if (collection == nullptr)
         return ZR_ERR_NO_MEMORY;
@@ -144,8 +152,8 @@ ZrsPathCollection *ZRS_LOADER_CollectFilePathMatchedInAllDir(const ZrCtx *ctx,
 xmlDoc *ZRS_LOADER_ReadFileContentAsDoc(PalFile *file)
 {
     int64_t size = FileSize(file);
-    if (size < 0)
-        return nullptr;
+    if (size < 0 || size > int64_t{zr::kMaxXmlLength})
+        return nullptr; // before any memory is asked for
     auto length = static_cast<size_t>(size);
     zr::ScopedBlock<char> text(static_cast<char *>(zr::AllocZeroed(length + 1)));
     if (!text || PAL_VFS_FRead(text.get(), 1, length, file) != length)

@@ -121,8 +121,10 @@ uint32_t ZRS_LOADER_ParseStatus(ZrMod *module, xmlNode *element, uint32_t /*pare
 uint32_t ZRS_LOADER_ParsePresence(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
                                   void *destination)
 {
-    if (zr::RequireArgument(module, element, ZRS_STMT_PRESENCE) == nullptr)
+    if (ZR_XML_GetFirstPropertyValue(element) == nullptr) {
+        zr::RecordBadValue(module, "", ZRS_STMT_PRESENCE);
         return ZR_ERR_INVALID;
+    }
     *static_cast<uint32_t *>(destination) |= ZRS_FLAG_PRESENCE;
     return ZR_OK;
 }

@@ -38,7 +38,8 @@ uint32_t NameNode(ZrMod *module, const xmlNode *element, ZrNode *node)
             return ZR_ERR_INVALID;
         return zr::KeepText(module, target.get(), &node->name);
     }
-    return zr::KeepArgument(module, element, ZRS_NODE_GetStmtByNodeType(node->kind), &node->name);
+    const char *name = zr::RequireName(module, element, ZRS_NODE_GetStmtByNodeType(node->kind));
+    return name != nullptr ? zr::KeepText(module, name, &node->name) : uint32_t{ZR_ERR_INVALID};
 }
 
 uint32_t MakeNode(ZrMod *module, const xmlNode *element, uint32_t nodeKind, ZrNode **nodeOut)

@@ -6,6 +6,7 @@
 #include "foundation/module_tree.h"
 #include "foundation/relations.h"
 #include "foundation/search_dirs.h"
+#include "loader/arguments.h"
 #include "loader/coupling.h"
 #include "loader/discovery.h"
 #include "loader/header.h"
@@ -206,7 +207,7 @@ ZrMod *ZRS_LOADER_ParseYinDocToZrMod(ZrCtx *ctx, xmlNode *root, const char *expe
     if (module == nullptr)
         return nullptr;
     module->name = ZR_DICT_Insert(&ctx->dict, name);
-    if (module->name == nullptr ||
+    if (module->name == nullptr || zr::CheckName(module, name, ZRS_STMT_MODULE) != ZR_OK ||
         ZRS_LOADER_ParseModuleContent(module, root, expectedName) != ZR_OK) {
         ZRS_MOD_Free(module);
         return nullptr;

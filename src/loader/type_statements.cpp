@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "foundation/load_errors.h"
+#include "loader/arguments.h"
 #include "loader/engine.h"
 #include "loader/refresh.h"
 #include "loader/type_fill.h"
@@ -11,13 +12,6 @@
 #include "types/real_type.h"
 
 namespace {
-
-uint32_t MissingValue(ZrMod *module, const char *keyword)
-{
-    ZR_CTX_AddModError(module->ctx, module->name, "Failed to get value of statement \"%s\".",
-                       keyword);
-    return ZR_ERR_INVALID;
-}
 
 void RecordParseFailure(ZrMod *module, const char *value, const char *keyword)
 {
@@ -54,8 +48,11 @@ uint32_t ZRT_LOADER_ParseTypeStmt(ZrMod *module, xmlNode *element, uint32_t, voi
     if (type == nullptr || module == nullptr || element == nullptr)
         return ZR_ERR_INVALID;
     const char *name = ZR_XML_GetFirstPropertyValue(element);
-    if (name == nullptr)
-        return MissingValue(module, "typeName");
+    if (name == nullptr) {
+        ZR_CTX_AddModError(module->ctx, module->name, "Failed to get value of statement \"%s\".",
+                           "typeName");
+        return ZR_ERR_INVALID;
+    }
     ZrtTypeSubElemCount counters = {};
     uint32_t baseType = ZRT_LOADER_GetBaseTypeFromTypeName(name);
     if (baseType == ZRT_TYPE_DERIVED) {
@@ -84,9 +81,9 @@ uint32_t ZRT_LOADER_ParseTypeDefStmt(ZrMod *module, xmlNode *element, uint32_t, 
     auto *typeDef = static_cast<ZrsTypDef *>(destination);
     if (typeDef == nullptr || module == nullptr || element == nullptr)
         return ZR_ERR_INVALID;
-    const char *name = ZR_XML_GetFirstPropertyValue(element);
+    const char *name = zr::RequireName(module, element, ZRS_STMT_TYPEDEF);
     if (name == nullptr)
-        return MissingValue(module, "typedef");
+        return ZR_ERR_INVALID;
     typeDef->name = ZR_DICT_Insert(&module->ctx->dict, name);
     if (typeDef->name == nullptr)
         return ZR_ERR_INVALID;

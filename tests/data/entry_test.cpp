@@ -1,6 +1,7 @@
 // The public entry points: input of both kinds, bad input, what is left behind.
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
+#include <sys/stat.h>
 
 #include <cstring>
 
@@ -184,12 +185,78 @@ TEST_F(EntryTest, LoadsNoExternalEntity)
     }
 }
 
-TEST_F(EntryTest, TakesAnEntityReferenceForNoValue)
+TEST_F(EntryTest, RefusesATextWithADocumentTypeLikeOneThatIsNotWellFormed)
+{
+    for (const char *doctype : {"<!DOCTYPE op>", "<!DOCTYPE op [<!ENTITY e \"x\">]>",
+                                "<!DOCTYPE op SYSTEM \"op.dtd\">"}) {
+        std::string text = doctype + Data("op", "<a>x</a>");
+        EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+                  General());
+        EXPECT_EQ(ValidateNotif(schema_, doctype + Data("event", "<a>x</a>")).status, 22u);
+    }
+}
+
+TEST_F(EntryTest, TakesAnEntityReferenceInATreeForNoValue)
 {
     std::string doctype = "<!DOCTYPE op [<!ENTITY e \"x\">]>";
-    EXPECT_EQ(RpcRecord(schema_, doctype + Data("op", "<a>&e;</a>")),
+    Document leaf(doctype + Data("op", "<a>&e;</a>"));
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, leaf.top(), nullptr, nullptr)),
               Fault(9, "-", "/m:op/a", "Unexpected element: a.", "a"));
-    EXPECT_EQ(RpcRecord(schema_, doctype + Data("op", "&e;<any>&e;</any>")), Valid());
+    Document any(doctype + Data("op", "&e;<any>&e;</any>"));
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, any.top(), nullptr, nullptr)),
+              Valid());
+}
+
+TEST_F(EntryTest, OpensNothingWhateverTheDefaultsOfTheProcessAre)
+{
+    TempDir dir;
+    std::string fifo = dir.path() + "/fifo"; // whoever opens it waits for ever
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    const std::string doctypes[] = {
+        "<!DOCTYPE op SYSTEM \"file://" + fifo + "\">",
+        "<!DOCTYPE op [<!ENTITY e SYSTEM \"file://" + fifo + "\">]>",
+        "<!DOCTYPE op [<!ENTITY % e SYSTEM \"file://" + fifo + "\"> %e;]>",
+        "<?oasis-xml-catalog catalog=\"file://" + fifo + "\"?><!DOCTYPE op PUBLIC \"p\" \"s\">",
+    };
+    int substitute = xmlSubstituteEntitiesDefault(1);
+    xmlLoadExtDtdDefaultValue = 1;
+    xmlDoValidityCheckingDefaultValue = 1;
+    for (const std::string &doctype : doctypes)
+        for (const char *content : {"", "<a>&e;</a>", "&e;"}) {
+            std::string text = doctype + Data("op", content);
+            EXPECT_EQ(
+                TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+                General());
+            EXPECT_EQ(ValidateNotif(schema_, doctype + Data("event", content)).status, 22u);
+            TestContext ctx;
+            EXPECT_EQ(ctx.Load(doctype + ModuleText("x", "")), 22u);
+            dir.Write("x.yin", doctype + ModuleText("x", ""));
+            ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
+            EXPECT_EQ(ZR_CTX_LoadModule(ctx, "x"), 22u);
+        }
+    std::string text = "<?oasis-xml-catalog catalog=\"file://" + fifo + "\"?>" + Data("op");
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+              Valid());
+    xmlSubstituteEntitiesDefault(substitute);
+    xmlLoadExtDtdDefaultValue = 0;
+    xmlDoValidityCheckingDefaultValue = 0;
+}
+
+TEST_F(EntryTest, RefusesMoreThan1024AttributesInOneTag)
+{
+    auto withAttributes = [](int count) {
+        std::string attributes;
+        for (int i = 0; i < count; ++i)
+            attributes += " x" + std::to_string(i) + "=\"\"";
+        return "<any><x" + attributes + "/></any>";
+    };
+    std::string text = Data("op", withAttributes(1024));
+    EXPECT_EQ(RpcRecord(schema_, text), Valid());
+    text = Data("op", withAttributes(1025));
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+              General());
+    EXPECT_EQ(ValidateNotif(schema_, Data("event", withAttributes(1024))).status, 0u);
+    EXPECT_EQ(ValidateNotif(schema_, Data("event", withAttributes(1025))).status, 22u);
 }
 
 TEST_F(EntryTest, TakesInstructionsCommentsAndCdataBetweenElements)

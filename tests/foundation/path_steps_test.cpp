@@ -29,6 +29,15 @@ TEST(ConsumeIdentName, KnowsExactlyTheAsciiLettersDigitsAndThreeSigns)
     }
 }
 
+TEST(IsIdentifier, BeginsWithALetterOrUnderscore)
+{
+    for (const char *good : {"a", "Z", "_", "a1", "_-.", "xml", "if-name.x_9"})
+        EXPECT_TRUE(zr::IsIdentifier(good)) << good;
+    EXPECT_TRUE(zr::IsIdentifier(std::string(1000, 'a').c_str()));
+    for (const char *bad : {"", "1a", "-a", ".a", "a b", "a:b", "a/b", "<x/>", "a\n", "\xC3\xA9"})
+        EXPECT_FALSE(zr::IsIdentifier(bad)) << bad;
+}
+
 TEST(ConsumeIdentNameFromTail, FindsTheIdentifierThatEndsAtTheLength)
 {
     const char *text = "/if:interface='x'";

@@ -1,6 +1,9 @@
 #include "loader/discovery.h"
 
 #include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <climits>
 #include <gtest/gtest.h>
 
 #include "foundation/memory.h"
@@ -125,6 +128,24 @@ TEST(CollectFiles, PassesOverPathsThatDoNotFit)
     EXPECT_EQ(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, name.c_str()), nullptr);
 }
 
+TEST(CollectFiles, FindsNothingForANameThatLeavesTheDirectoryOrStandsForOthers)
+{
+    TempDir dir;
+    TestContext ctx;
+    dir.Write("st1.yin", "");
+    dir.Write("st1@2020-01-01.yin", "");
+    dir.Write("st*.yin", "");
+    dir.Write("private/sub.yin", "");
+    dir.Write("public/m.yin", "");
+    ZR_CTX_SetSearchDir(ctx, (dir.path() + "/public").c_str());
+    ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
+    for (const char *name :
+         {"../private/sub", "private/sub", "/private/sub", "st*", "st?", "*", "st[1]", "[s]t1"})
+        EXPECT_EQ(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, name), nullptr) << name;
+    EXPECT_EQ(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, nullptr), nullptr);
+    EXPECT_THAT(Collection(ctx, "st1").Paths(), ElementsAre(dir.path() + "/st1.yin"));
+}
+
 TEST(CollectFiles, SurvivesEveryFailingAllocation)
 {
     TempDir dir;
@@ -168,6 +189,32 @@ TEST(ReadYinFile, ReturnsNothingForWhatIsNoXmlFile)
 TEST(ReadYinFile, ReturnsNothingWithoutAnOpenFile)
 {
     EXPECT_EQ(ZRS_LOADER_ReadFileContentAsDoc(nullptr), nullptr);
+}
+
+TEST(ReadYinFile, RefusesFilesBeyondTheParsersSizeBeforeItAsksForMemory)
+{
+    TempDir dir;
+    zrtest::AllocGuard guard;
+    std::string path = dir.Write("m.yin", "<a/>");
+    for (int64_t size : {int64_t{INT_MAX} + 1, (int64_t{1} << 32) - 1, int64_t{1} << 32,
+                         (int64_t{1} << 32) + 4, int64_t{1} << 40}) {
+        ASSERT_EQ(truncate64(path.c_str(), size), 0) << size; // sparse: takes no room
+        PalFile *file = PAL_VFS_FOpen(path.c_str(), "r");
+        ASSERT_NE(file, nullptr) << size;
+        guard.FailAt(UINT64_MAX);
+        EXPECT_EQ(ZRS_LOADER_ReadFileContentAsDoc(file), nullptr) << size;
+        EXPECT_EQ(guard.Count(), 0u) << size;
+        PAL_VFS_FClose(file);
+    }
+}
+
+TEST(ReadYinFile, RefusesANulInTheFile)
+{
+    TempDir dir;
+    std::string text("<a/>\0<b/>", 9);
+    EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc(dir.Write("inside.yin", text).c_str()), nullptr);
+    text.resize(5);
+    EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc(dir.Write("end.yin", text).c_str()), nullptr);
 }
 
 TEST(ReadYinFile, PrintsNothingAboutMalformedText)
