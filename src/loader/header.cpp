@@ -51,11 +51,12 @@ uint32_t ParseHeadStatement(ZrMod *module, xmlNode *element, const HeadStatement
     return status;
 }
 
-// The rows of a body. Those of the statements that describe the module itself stand first and last,
-// so that the rows of a submodule, which leave them out, are the ones in between.
 constexpr uint32_t kBodyRowCount = 19;
-constexpr uint32_t kModuleOnlyInFront = 2;
-constexpr uint32_t kModuleOnlyBehind = 1;
+
+// Where the statements go that describe the file itself.
+struct Description {
+    const char **revision, **description, **organization;
+};
 
 struct Body {
     uint16_t extensions, features, identities, typedefs, deviations, extInsts;
@@ -75,12 +76,12 @@ Body MakeBody(ZrMod *module)
 }
 
 // Takes the body in place: the rows point at its counters.
-void FillRows(ZrMod *module, Body *body)
+void FillRows(ZrMod *module, const Description &own, Body *body)
 {
     // clang-format off
     const ZrsSubElem rows[] = {
-        zr::RepeatedRow(ZRS_STMT_REVISION,        &module->revision),
-        zr::UniqueRow(ZRS_STMT_DESCRIPTION,       &module->description),
+        zr::RepeatedRow(ZRS_STMT_REVISION,        own.revision),
+        zr::UniqueRow(ZRS_STMT_DESCRIPTION,       own.description),
         zr::ArrayRow(ZRS_STMT_EXTENSION,          &module->extensions, &body->extensions, &module->extensionCount),
         zr::ArrayRow(ZRS_STMT_FEATURE,            &module->features,   &body->features,   &module->featureCount),
         zr::ArrayRow(ZRS_STMT_IDENTITY,           &module->identities, &body->identities, &module->identityCount),
@@ -97,20 +98,23 @@ void FillRows(ZrMod *module, Body *body)
         zr::RepeatedRow(ZRS_STMT_NOTIFICATION,    module),
         zr::ArrayRow(ZRS_STMT_DEVIATION,          &module->deviations, &body->deviations, &module->deviationCount),
         zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &module->extInsts,   &body->extInsts,   &module->extInstCount),
-        zr::UniqueRow(ZRS_STMT_ORGANIZATION,      &module->organization),
+        zr::UniqueRow(ZRS_STMT_ORGANIZATION,      own.organization),
     };
     // clang-format on
     static_assert(std::size(rows) == kBodyRowCount);
     std::ranges::copy(rows, body->rows);
 }
 
-uint32_t ParseBody(ZrMod *module, xmlNode *root, std::span<ZrsSubElem> rows)
+uint32_t ParseBody(ZrMod *module, xmlNode *root, const Description &own)
 {
-    auto rowCount = static_cast<uint32_t>(rows.size());
-    uint32_t status = ZRS_LOADER_CounterAndExpandBodyStmtArray(module, root, rows.data(), rowCount);
+    Body body = MakeBody(module);
+    FillRows(module, own, &body);
+    uint32_t status =
+        ZRS_LOADER_CounterAndExpandBodyStmtArray(module, root, body.rows, kBodyRowCount);
     if (status != ZR_OK)
         return status;
-    return ZRS_LOADER_ParseSubStatementsInner(module, root, ZRS_STMT_MODULE, rows.data(), rowCount);
+    return ZRS_LOADER_ParseSubStatementsInner(module, root, ZRS_STMT_MODULE, body.rows,
+                                              kBodyRowCount);
 }
 
 } // namespace
@@ -167,17 +171,18 @@ uint32_t ZRS_LOADER_CounterAndExpandBodyStmtArray(ZrMod *module, xmlNode *root, 
 
 uint32_t zr::ParseModuleBody(ZrMod *module, xmlNode *root)
 {
-    Body body = MakeBody(module);
-    FillRows(module, &body);
-    return ParseBody(module, root, body.rows);
+    return ParseBody(module, root,
+                     {&module->revision, &module->description, &module->organization});
 }
 
+// What describes the submodule is checked like the module's own, and describes nothing afterwards.
 uint32_t zr::ParseSubmoduleBody(ZrMod *module, xmlNode *root)
 {
-    constexpr uint32_t kCount = kBodyRowCount - kModuleOnlyInFront - kModuleOnlyBehind;
-    Body body = MakeBody(module);
-    FillRows(module, &body);
-    return ParseBody(module, root, std::span(body.rows).subspan(kModuleOnlyInFront, kCount));
+    const char *texts[3] = {};
+    uint32_t status = ParseBody(module, root, {&texts[0], &texts[1], &texts[2]});
+    for (const char *text : texts)
+        ZR_DICT_Remove(&module->ctx->dict, text);
+    return status;
 }
 
 uint32_t ZRS_LOADER_ParseModuleContent(ZrMod *module, xmlNode *root, const char * /*expectedName*/)
@@ -186,7 +191,8 @@ uint32_t ZRS_LOADER_ParseModuleContent(ZrMod *module, xmlNode *root, const char 
     uint32_t status = ZRS_LOADER_ParseModuleHeadStmts(module, root);
     if (status == ZR_OK)
         status = ZRS_LOADER_ParseLinkageStmts(module, root);
+    zr::FileScope file(module);
     if (status == ZR_OK)
-        status = zr::ParseModuleBody(module, root);
-    return status;
+        status = file.EnterRecord();
+    return status == ZR_OK ? zr::ParseModuleBody(module, root) : status;
 }

@@ -5,6 +5,7 @@
 #include <zrschema/types.h>
 
 #include "loader/engine.h"
+#include "loader/linkage.h"
 
 extern "C" {
 // Reads a whole "module" element into the module record, which has its name already.
@@ -30,13 +31,12 @@ ZR_API uint32_t ZRS_LOADER_LoadSubModule(ZrMod *module, const char *submoduleNam
 
 namespace zr {
 
-// The body of a module or, without the statements that describe the module itself, of a submodule.
+// The body of a module, or of a submodule, whose revision, description and organization are checked
+// and dropped.
 uint32_t ParseModuleBody(ZrMod *module, xmlNode *root);
 uint32_t ParseSubmoduleBody(ZrMod *module, xmlNode *root);
-// The linkage of a file that stands below `depth` includes.
-uint32_t ParseLinkage(ZrMod *module, xmlNode *root, uint32_t depth);
-// A submodule that a file below `depth` includes asks for; 22 when they are nested too deep.
-uint32_t LoadSubmodule(ZrMod *module, const char *submoduleName, uint32_t depth);
+// A submodule that a file asks for; 22 when includes are nested too deep.
+uint32_t LoadSubmodule(ZrMod *module, const char *submoduleName, Linkage *linkage);
 // The argument of an element's first "prefix" child. A missing one is recorded together with the
 // value of the statement that needs it, and gives null.
 const char *RequirePrefixChild(ZrMod *module, const xmlNode *element, uint32_t statement,

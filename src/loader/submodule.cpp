@@ -21,55 +21,7 @@ constexpr uint16_t kMaxFilesOfOneSubmodule = 10;
 // chains, so that no set of files can use up the stack.
 constexpr uint32_t kMaxIncludeDepth = 128;
 
-// Prefixes are local to a file: while a submodule is read, its own prefix (that of "belongs-to")
-// and its own imports stand in the module record.
-struct PrefixScope {
-    const char *prefix;
-    ZrsImport *imports;
-    uint16_t importCount;
-};
-
-uint32_t EnterPrefixScope(ZrMod *module, const char *prefix, PrefixScope *outer)
-{
-    const char *kept = ZR_DICT_Insert(&module->ctx->dict, prefix);
-    if (kept == nullptr)
-        return ZR_ERR_NO_MEMORY;
-    *outer = {module->prefix, module->imports, module->importCount};
-    module->prefix = kept;
-    module->imports = nullptr;
-    module->importCount = 0;
-    return ZR_OK;
-}
-
-bool HasImport(const ZrMod *module, const ZrsImport &import)
-{
-    for (uint32_t i = 0; i < module->importCount; ++i)
-        if (std::strcmp(module->imports[i].moduleName, import.moduleName) == 0 &&
-            std::strcmp(module->imports[i].prefix, import.prefix) == 0)
-            return true;
-    return false;
-}
-
-// The submodule's imports become the module's, behind its own: they are loaded with it, and a
-// prefix that the module uses itself keeps its meaning there.
-uint32_t LeavePrefixScope(ZrMod *module, const PrefixScope &outer)
-{
-    ZrDict *dict = &module->ctx->dict;
-    PrefixScope inner = {module->prefix, module->imports, module->importCount};
-    module->prefix = outer.prefix;
-    module->imports = outer.imports;
-    module->importCount = outer.importCount;
-    ZR_DICT_Remove(dict, inner.prefix);
-    uint32_t status = ZR_OK;
-    for (uint32_t i = 0; i < inner.importCount && status == ZR_OK; ++i)
-        if (!HasImport(module, inner.imports[i]))
-            status = ZRS_MOD_AppendOneImport(module, inner.imports[i].moduleName,
-                                             inner.imports[i].prefix);
-    ZRS_MOD_FreeImports(dict, inner.imports, inner.importCount);
-    return status;
-}
-
-uint32_t CheckName(ZrMod *module, const xmlNode *root, const char *submoduleName)
+uint32_t CheckSubmoduleName(ZrMod *module, const xmlNode *root, const char *submoduleName)
 {
     const char *name = ZR_XML_GetTargetPropertyValue(root, "name");
     if (name == nullptr) {
@@ -77,7 +29,7 @@ uint32_t CheckName(ZrMod *module, const xmlNode *root, const char *submoduleName
         return ZR_ERR_INVALID;
     }
     if (std::strcmp(name, submoduleName) == 0)
-        return ZR_OK;
+        return zr::CheckName(module, name, ZRS_STMT_SUBMODULE);
     zr::RecordBadValue(module, name, ZRS_STMT_SUBMODULE);
     return ZR_ERR_INVALID;
 }
@@ -107,36 +59,33 @@ const char *CheckBelongsTo(ZrMod *module, const xmlNode *root)
     return zr::RequirePrefixChild(module, belongsTo, ZRS_STMT_BELONGS_TO, owner);
 }
 
-uint32_t ParseContent(ZrMod *module, xmlNode *root, const char *submoduleName, uint32_t depth)
+uint32_t ParseContent(ZrMod *module, xmlNode *root, const char *submoduleName, zr::Linkage *linkage)
 {
-    uint32_t status = CheckName(module, root, submoduleName);
+    uint32_t status = CheckSubmoduleName(module, root, submoduleName);
     if (status != ZR_OK)
         return status;
     const char *prefix = CheckBelongsTo(module, root);
     if (prefix == nullptr)
         return ZR_ERR_INVALID;
-    PrefixScope outer;
-    status = EnterPrefixScope(module, prefix, &outer);
-    if (status != ZR_OK)
-        return status;
-    status = zr::ParseLinkage(module, root, depth);
+    zr::FileScope file(module);
+    status = file.Enter(root, prefix);
     if (status == ZR_OK)
-        status = zr::ParseSubmoduleBody(module, root);
-    uint32_t leaveStatus = LeavePrefixScope(module, outer);
-    return status != ZR_OK ? status : leaveStatus;
+        status = linkage->ParseFile(root);
+    return status == ZR_OK ? zr::ParseSubmoduleBody(module, root) : status;
 }
 
-uint32_t ParseDocument(ZrMod *module, xmlDoc *document, const char *submoduleName, uint32_t depth)
+uint32_t ParseDocument(ZrMod *module, xmlDoc *document, const char *submoduleName,
+                       zr::Linkage *linkage)
 {
     xmlNode *root = xmlDocGetRootElement(document);
     if (root == nullptr || std::strcmp(reinterpret_cast<const char *>(root->name),
                                        ZRS_LOADER_GetKeywordByStmt(ZRS_STMT_SUBMODULE)) != 0)
         return ZR_ERR_INVALID;
-    return ParseContent(module, root, submoduleName, depth);
+    return ParseContent(module, root, submoduleName, linkage);
 }
 
 // Reads one file; errors name it, and then again the file that includes it.
-uint32_t LoadFile(ZrMod *module, const char *path, const char *submoduleName, uint32_t depth)
+uint32_t LoadFile(ZrMod *module, const char *path, const char *submoduleName, zr::Linkage *linkage)
 {
     ZrCtx *ctx = module->ctx;
     char includingFile[sizeof(ctx->curYinFile)];
@@ -147,7 +96,7 @@ uint32_t LoadFile(ZrMod *module, const char *path, const char *submoduleName, ui
     if (document == nullptr)
         ZR_CTX_AddModError(ctx, module->name, "Failed to read content from the yin file.");
     else
-        status = ParseDocument(module, document, submoduleName, depth);
+        status = ParseDocument(module, document, submoduleName, linkage);
     xmlFreeDoc(document);
     ZR_CTX_SetCurYinFile(ctx, includingFile);
     return status;
@@ -155,7 +104,7 @@ uint32_t LoadFile(ZrMod *module, const char *path, const char *submoduleName, ui
 
 // One file, or one for each suffix.
 uint32_t LoadFiles(ZrMod *module, const char *submoduleName, ZrsPathCollection *collection,
-                   ZrsLoadAssister *assister, uint32_t depth)
+                   ZrsLoadAssister *assister, zr::Linkage *linkage)
 {
     uint32_t status = ZRS_LOADER_AddPathObjToLoadAssister(assister, collection);
     collection->limit = kMaxFilesOfOneSubmodule;
@@ -163,7 +112,7 @@ uint32_t LoadFiles(ZrMod *module, const char *submoduleName, ZrsPathCollection *
         const ZrsPathObj *object = ZRS_LOADER_GetNextPathObjToProc(collection, assister);
         if (object == nullptr)
             break;
-        status = LoadFile(module, object->path, submoduleName, depth);
+        status = LoadFile(module, object->path, submoduleName, linkage);
         ZRS_LOADER_ResetCurrentLoadingSuffix(assister, 1);
     }
     return status;
@@ -171,9 +120,9 @@ uint32_t LoadFiles(ZrMod *module, const char *submoduleName, ZrsPathCollection *
 
 } // namespace
 
-uint32_t zr::LoadSubmodule(ZrMod *module, const char *submoduleName, uint32_t depth)
+uint32_t zr::LoadSubmodule(ZrMod *module, const char *submoduleName, Linkage *linkage)
 {
-    if (depth >= kMaxIncludeDepth)
+    if (linkage->depth >= kMaxIncludeDepth)
         return ZR_ERR_INVALID;
     ZrsPathCollection *collection = nullptr;
     uint32_t status = zr::CollectPaths(module->ctx, submoduleName, &collection);
@@ -181,7 +130,9 @@ uint32_t zr::LoadSubmodule(ZrMod *module, const char *submoduleName, uint32_t de
         return status;
     ZrsLoadAssister assister = {};
     assister.moduleName = submoduleName;
-    status = LoadFiles(module, submoduleName, collection, &assister, depth + 1);
+    ++linkage->depth;
+    status = LoadFiles(module, submoduleName, collection, &assister, linkage);
+    --linkage->depth;
     ZRS_LOADER_ClearLoadAssister(&assister);
     zr::FreePathCollection(collection);
     return status;
@@ -189,10 +140,15 @@ uint32_t zr::LoadSubmodule(ZrMod *module, const char *submoduleName, uint32_t de
 
 uint32_t ZRS_LOADER_ParseSubmoduleContent(ZrMod *module, xmlNode *root, const char *submoduleName)
 {
-    return ParseContent(module, root, submoduleName, 1);
+    return zr::ParseAlone(module, [=](zr::Linkage *linkage) {
+        linkage->depth = 1;
+        return ParseContent(module, root, submoduleName, linkage);
+    });
 }
 
 uint32_t ZRS_LOADER_LoadSubModule(ZrMod *module, const char *submoduleName)
 {
-    return zr::LoadSubmodule(module, submoduleName, 0);
+    return zr::ParseAlone(module, [=](zr::Linkage *linkage) {
+        return zr::LoadSubmodule(module, submoduleName, linkage);
+    });
 }

@@ -2,6 +2,7 @@
 
 #include "foundation/text.h"
 #include "platform/secure.h"
+#include "schema/file_prefixes.h"
 #include "schema/members.h"
 #include "schema/record_arrays.h"
 
@@ -125,6 +126,8 @@ const char *ZRS_MOD_GetModuleNameByPrefix(const ZrMod *module, const char *prefi
 {
     if (module == nullptr)
         return nullptr;
+    if (module->file != nullptr)
+        return zr::ModuleNameInFile(module, prefix);
     if (zr::TextEquals(module->prefix, prefix))
         return module->name;
     return ZRS_MOD_GetImportModNameByPrefix(module, prefix);

@@ -10,7 +10,8 @@
 extern "C" {
 // The name of the module that is imported with the prefix, or null.
 ZR_API const char *ZRS_MOD_GetImportModNameByPrefix(const ZrMod *module, const char *prefix);
-// The same, but the module's own prefix comes first and gives its own name.
+// The same, but the module's own prefix comes first and gives its own name. While a file is read
+// into the module, a prefix means what it means there (file_prefixes.h).
 ZR_API const char *ZRS_MOD_GetModuleNameByPrefix(const ZrMod *module, const char *prefix);
 // "prefix:name" or "name", which means this module's own, as a new text "module:name" that the
 // caller frees with zr::Free. Null for anything else, for names of more than 64 characters, for an

@@ -14,6 +14,8 @@
 // Values of ZrMod::yangVersion.
 enum : uint32_t { ZRS_YANG_VERSION_1 = 0, ZRS_YANG_VERSION_1_1 = 1 };
 
+struct ZrsFilePrefixes;
+
 struct ZrMod {
     ZrCtx *ctx;
     const char *name;
@@ -52,6 +54,7 @@ struct ZrMod {
     // For each of the four chains, in the order of their heads: null, or the node of the chain that
     // was appended last, where the next append begins to look for the end.
     ZrNode *lastAppended[4];
+    const ZrsFilePrefixes *file; // the file that is being read into the module, else null
 };
 
 namespace zr {

@@ -29,13 +29,54 @@ std::string Imports(const ZrMod *module)
 TEST(Import, IsKeptWithItsPrefix)
 {
     TestContext ctx;
-    ASSERT_EQ(
-        ctx.LoadBody("m", Import("a", "pa") +
-                              "<import module='b'><revision-date date='2000-01-01'/>"
-                              "<x:prefix xmlns:x='urn:x' value='no'/><prefix xmlns='' "
-                              "value='no'/><prefix value='pb'/><prefix value='no'/></import>"),
-        0u);
+    ASSERT_EQ(ctx.LoadBody("m", Import("a", "pa") +
+                                    "<import module='b'><revision-date date='2000-01-01'/>"
+                                    "<prefix value='pb'/><prefix value='no'/></import>"),
+              0u);
     EXPECT_EQ(Imports(ctx.Module("m")), "a=pa b=pb");
+}
+
+TEST(Import, HasThePrefixOfItsFirstChildOfThatNameWhateverItsNamespace)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m",
+                           "<import module='a'><x:other xmlns:x='urn:x' value='no'/>"
+                           "<x:prefix xmlns:x='urn:x' value='pa'/><prefix value='no'/></import>"
+                           "<import module='b'><prefix xmlns='' value='pb'/></import>"),
+              0u);
+    EXPECT_EQ(Imports(ctx.Module("m")), "a=pa b=pb");
+}
+
+TEST(Import, MayStandAsOftenAsTheRecordCanCount)
+{
+    std::string imports;
+    for (int i = 0; i < 65535; ++i)
+        imports += Import("a" + std::to_string(i % 1000), "p" + std::to_string(i));
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", imports + Import("a0", "p0") + Import("a1", "p1") +
+                                    "<feature name='f'><if-feature name='p65534:x'/></feature>"),
+              0u);
+    const ZrMod *m = ctx.Module("m");
+    EXPECT_EQ(m->importCount, 65535);
+    EXPECT_STREQ(m->imports[65534].prefix, "p65534");
+    EXPECT_STREQ(m->features[0].ifFeatures[0].moduleName, "a534");
+    EXPECT_EQ(ctx.LoadBody("n", imports + Import("a", "q")), 1u);
+    EXPECT_THAT(ctx.Messages("n"), ElementsAre("Failed to parse statement \"import\"."));
+}
+
+TEST(Import, ThatIsRepeatedTakesNoMemory)
+{
+    zrtest::AllocGuard guard;
+    int64_t bytes[2];
+    for (int repeated : {0, 1}) {
+        TestContext ctx;
+        std::string imports = Import("a", "p") + Import("b", "q");
+        for (int i = 0; i < 100 * repeated; ++i)
+            imports += Import("a", "p");
+        ASSERT_EQ(ctx.LoadBody("m", imports), 0u);
+        bytes[repeated] = guard.LiveBytes();
+    }
+    EXPECT_EQ(bytes[0], bytes[1]);
 }
 
 TEST(Import, OfTheSameModuleUnderTheSamePrefixIsKeptOnce)
@@ -77,7 +118,7 @@ const BadImport kBadImports[] = {
     {"<import module='a'><prefix/><prefix value='p'/></import>",
      "Failed to get value of statement \"prefix\".",
      "Failed to parse value \"a\" of statement \"import\"."},
-    {"<import module='a'><x:prefix xmlns:x='urn:x' value='p'/></import>",
+    {"<import module='a'><x:prefix xmlns:x='urn:x'/><prefix value='p'/></import>",
      "Failed to get value of statement \"prefix\".",
      "Failed to parse value \"a\" of statement \"import\"."},
 };
@@ -123,6 +164,17 @@ TEST(Include, OfASubmoduleWithoutAFileFails)
     ModuleUnderTest module;
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseInclude, "<include module='s'/>", module.get()), 2u);
     EXPECT_THAT(module.Messages(), ElementsAre("Failed to load submodule \"s\"."));
+}
+
+TEST(Include, OfANameThatIsNoFileNameIsNotFound)
+{
+    for (const char *name : {"../s", "/s", "sub/s", "s*", "?", "[s]"}) {
+        ModuleUnderTest module;
+        EXPECT_EQ(Parse(module, ZRS_LOADER_ParseInclude,
+                        "<include module='" + std::string(name) + "'/>", module.get()),
+                  2u)
+            << name;
+    }
 }
 
 TEST(Linkage, NamesTheStatementThatFailed)

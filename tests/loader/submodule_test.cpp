@@ -119,6 +119,35 @@ TEST_F(Submodule, DoesNotReplaceWhatDescribesTheModule)
     EXPECT_STREQ(m->revision, "2000-01-01");
 }
 
+TEST_F(Submodule, IsRefusedWhenWhatDescribesItIsWrong)
+{
+    const struct {
+        const char *content, *message;
+    } rows[] = {
+        {"<revision/>", "Failed to get value of statement \"revision\"."},
+        {"<organization/>", "Failed to get value of statement \"organization\"."},
+        {"<description/>", "Failed to get value of statement \"description\"."},
+        {"<organization><text>a</text></organization><organization><text>b</text></organization>",
+         "Statement \"organization\" under statement \"module\" has repeated."},
+    };
+    for (const auto &row : rows) {
+        TestContext fresh{ZR_CTX_KEEP_DESCRIPTIONS};
+        ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
+        Write("s.yin", SubmoduleText("s", row.content));
+        EXPECT_EQ(fresh.LoadBody("m", "<include module='s'/>"), 1u) << row.content;
+        EXPECT_THAT(fresh.Messages(), ElementsAre(row.message, "Failed to load submodule \"s\"."));
+    }
+}
+
+TEST_F(Submodule, TakesAnIdentifierForItsName)
+{
+    Write("a b.yin", SubmoduleText("a b", ""));
+    EXPECT_EQ(Load("<include module='a b'/>"), 1u);
+    EXPECT_THAT(ctx.Messages(),
+                ElementsAre("Failed to parse value \"a b\" of statement \"submodule\".",
+                            "Failed to load submodule \"a b\"."));
+}
+
 TEST_F(Submodule, CanBeReadFromItsElement)
 {
     ASSERT_EQ(Load(Leaf("n1")), 0u);
@@ -142,12 +171,49 @@ TEST_F(Submodule, CallsTheModuleByThePrefixOfItsBelongsTo)
     EXPECT_STREQ(ctx.Node("/m:d")->when, "m:a");
 }
 
-TEST_F(Submodule, DoesNotKnowThePrefixesOfTheModule)
+TEST_F(Submodule, KnowsThePrefixesOfTheModuleBehindItsOwn)
 {
-    Write("s.yin", SubmoduleText("s", "<container name='c'><if-feature name='a:f'/></container>"));
-    EXPECT_EQ(Load("<import module='a'><prefix value='a'/></import><include module='s'/>"), 1u);
-    EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to find module by prefix \"a\".",
+    Write("s.yin", SubmoduleText("s", "<import module='s-b'><prefix value='b'/></import>"
+                                      "<container name='c'><when condition='a:x = b:y'/>"
+                                      "<if-feature name='a:f'/><if-feature name='b:f'/>"
+                                      "<if-feature name='m:f'/></container>"));
+    const std::string a = "<import module='m-a'><prefix value='a'/></import>";
+    const std::string b = "<import module='m-b'><prefix value='b'/></import>";
+    const std::string include = "<include module='s'/>";
+    for (const std::string &linkage : {a + b + include, include + b + a, a + include + b}) {
+        TestContext fresh;
+        ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
+        ASSERT_EQ(fresh.LoadBody("m", linkage), 0u);
+        const ZrNode *c = fresh.Node("/m:c");
+        EXPECT_STREQ(c->when, "m-a:x = s-b:y");
+        EXPECT_STREQ(c->ifFeatures[0].moduleName, "m-a");
+        EXPECT_STREQ(c->ifFeatures[1].moduleName, "s-b");
+        EXPECT_STREQ(c->ifFeatures[2].moduleName, "m");
+    }
+}
+
+TEST_F(Submodule, TakesItsOwnPrefixBeforeAnImportOfTheModule)
+{
+    Write("s.yin", SubmoduleText("s", "<container name='c'><if-feature name='p:f'/></container>"));
+    ASSERT_EQ(Load("<import module='a'><prefix value='p'/></import><include module='s'/>"), 0u);
+    EXPECT_STREQ(ctx.Node("/m:c")->ifFeatures[0].moduleName, "m");
+}
+
+TEST_F(Submodule, DoesNotKnowThePrefixesOfTheSubmoduleThatIncludesIt)
+{
+    Write("s1.yin", SubmoduleText("s1", "<import module='a'><prefix value='x'/></import>"
+                                        "<include module='s2'/>"));
+    Write("s2.yin",
+          SubmoduleText("s2", "<container name='c'><if-feature name='x:f'/></container>"));
+    EXPECT_EQ(Load("<include module='s1'/>"), 1u);
+    EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to find module by prefix \"x\".",
                                             "Failed to parse \"container\" statement \"c\"."));
+    TestContext fresh;
+    ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
+    ASSERT_EQ(fresh.LoadBody("m", "<import module='b'><prefix value='x'/></import>"
+                                  "<include module='s1'/>"),
+              0u);
+    EXPECT_STREQ(fresh.Node("/m:c")->ifFeatures[0].moduleName, "b");
 }
 
 TEST_F(Submodule, AddsItsImportsBehindThoseOfTheModule)
@@ -164,7 +230,7 @@ TEST_F(Submodule, AddsItsImportsBehindThoseOfTheModule)
               0u);
     EXPECT_STREQ(ctx.Node("/m:c")->ifFeatures[0].moduleName, "b");
     EXPECT_STREQ(ctx.Node("/m:d")->ifFeatures[0].moduleName, "a");
-    EXPECT_EQ(Imports(), "a=x c=z b=x a=x2 a=y");
+    EXPECT_EQ(Imports(), "a=x a=y c=z b=x a=x2");
 }
 
 TEST_F(Submodule, DoesNotRepeatAnImportOfTheModule)
