@@ -189,11 +189,11 @@ ZR_API uint32_t ZR_CTX_UnSetSearchDir(ZrCtx *ctx, const char *directory);
  * The files are name.yin, or else name\@revision.yin and the parts name\@\@suffix.yin, which are
  * merged into one module. The module's augments and deviations are applied to the modules that are
  * loaded, and theirs to it, in whatever order modules arrive. Loading a module that is loaded
- * already does nothing and gives 0, but for parts with new suffixes, which are merged in: the
- * schema is then the one of all parts at once, deviations of the module's nodes are applied anew. A
- * part that failed is not merged again until the module is unloaded. At most ten files are merged
- * in one call; the others come with a later one. In a context with ZR_CTX_LOAD_IMPORTS the modules
- * that it imports follow, and those that they import.
+ * already does nothing and gives 0, but for parts with new suffixes, which are merged in; the
+ * schema is then the one that all parts give at once. Deviations of the module's nodes are applied
+ * anew for that. A part that failed is not merged again until the module is unloaded. At most ten
+ * files are merged in one call; the others come with a later one. In a context with
+ * ZR_CTX_LOAD_IMPORTS the modules that it imports follow, and those that they import.
  *
  * Why a module is missing or incomplete is recorded: see ZR_CTX_ScanAllSchemaLoadFail(). A module
  * whose augments or deviations could not be applied is loaded, with an error recorded.
