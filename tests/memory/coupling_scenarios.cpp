@@ -102,6 +102,9 @@ void WriteModules(const TempDir &folder)
 {
     folder.Write("m.yin", ModuleText("m", kTarget));
     folder.Write("n@@one.yin", ModuleText("n", Augmenting()));
+    folder.Write("more/n@@two.yin",
+                 ModuleText("n", Augmenting() + "<augment target-node='/m:c'><leaf name='late'>"
+                                                "<type name='string'/></leaf></augment>"));
     folder.Write("o.yin", ModuleText("o", Further()));
     folder.Write("v.yin", ModuleText("v", Deviating()));
     folder.Write("x.yin", ModuleText("x", Removing()));
@@ -127,6 +130,16 @@ void UnloadAugmenting(World &world)
     LoadAll(world);
     world.Unload("n"); // which comes back, being put together from parts
     world.Unload("o");
+}
+
+// Of a module that is augmented and deviated, and whose own augments are.
+void LaterPart(World &world)
+{
+    LoadAll(world);
+    world.SetDir("more");
+    world.Load("n");
+    world.Load("n");
+    world.Node("/m:c/n:d");
 }
 
 void UnloadDeviating(World &world)
@@ -164,6 +177,7 @@ const std::vector<Scenario> &CouplingScenarios()
         {"Augments", kTexts, nullptr, Augments},
         {"Deviations", kTexts, nullptr, Deviations},
         {"RemovedNodes", kTexts, nullptr, RemovedNodes},
+        {"LaterPart", kTexts, WriteModules, LaterPart},
         {"UnloadTarget", kTexts, WriteModules, UnloadTarget},
         {"UnloadAugmenting", kTexts, WriteModules, UnloadAugmenting},
         {"UnloadDeviating", kTexts, WriteModules, UnloadDeviating},
