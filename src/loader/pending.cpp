@@ -1,11 +1,21 @@
 #include "loader/pending.h"
 
+#include <cstddef>
+
 #include "foundation/memory.h"
 #include "foundation/text.h"
 #include "platform/text.h"
 #include "schema/module_record.h"
 
 namespace {
+
+int32_t CompareNames(const void *nameA, const void *nameB)
+{
+    return PAL_StrCmp(static_cast<const char *>(nameA), static_cast<const char *>(nameB));
+}
+
+constexpr PalAvlInfo kByName = {CompareNames, offsetof(ZrsPendNode, moduleName),
+                                offsetof(ZrsPendNode, byNameLink)};
 
 void FreeFeatures(ZrsPendNode *node)
 {
@@ -23,6 +33,7 @@ void zr::InitPendTable(ZrsPendTbl *table)
 {
     table->nodes.next = &table->nodes;
     table->nodes.prev = &table->nodes;
+    PAL_AVL3_Init(&table->byName);
 }
 
 uint32_t zr::AppendPending(ZrsPendTbl *table, const char *moduleName)
@@ -43,6 +54,8 @@ uint32_t zr::AppendPending(ZrsPendTbl *table, const char *moduleName)
     node->link.next = &table->nodes;
     node->link.prev->next = &node->link;
     table->nodes.prev = &node->link;
+    PAL_AVL3_InitNode(&node->byNameLink);
+    PAL_AVL3_Insert_Or_Find(&table->byName, node, &kByName);
     return ZR_OK;
 }
 
@@ -60,12 +73,7 @@ void zr::FreePendTable(ZrsPendTbl *table)
 
 ZrsPendNode *ZRS_LOADER_FindModPendNodeByName(const ZrsPendTbl *table, const char *moduleName)
 {
-    for (ZrListLink *link = table->nodes.next; link != &table->nodes; link = link->next) {
-        auto *node = reinterpret_cast<ZrsPendNode *>(link);
-        if (PAL_StrCmp(node->moduleName, moduleName) == 0)
-            return node;
-    }
-    return nullptr;
+    return static_cast<ZrsPendNode *>(PAL_AVL3_Find(&table->byName, moduleName, &kByName));
 }
 
 uint32_t ZRS_LOADER_AppendZrModImportsAsPending(ZrsPendTbl *table, const ZrMod *module)

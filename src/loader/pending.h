@@ -5,6 +5,7 @@
 #include <zrschema/types.h>
 
 #include "foundation/relations.h"
+#include "platform/avl.h"
 
 struct ZrsPendFeature { // a feature as it was when its module was destroyed
     ZrListLink link;
@@ -17,10 +18,12 @@ struct ZrsPendNode {
     char *moduleName; // owned
     uint8_t doNotReload;
     ZrListLink features;
+    PalAvlNode byNameLink;
 };
 
 struct ZrsPendTbl {
     ZrListLink nodes;
+    PalAvlTree byName; // the same nodes
 };
 
 extern "C" {
