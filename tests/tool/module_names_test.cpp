@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "support.h"
@@ -72,6 +73,17 @@ TEST(ModuleNames, AChosenRevisionIsNotReplacedByAnImport)
         EXPECT_THAT(
             RunTool("check " + std::string(imports) + "a m@2021-01-01 -p " + folder.path()).out,
             HasSubstr("m: loaded 2021-01-01\n"));
+}
+
+TEST(ModuleNames, AFileThatIsTooLargeIsNotRead)
+{
+    Folder folder;
+    std::string file = folder.path() + "/huge.yin";
+    ASSERT_EQ(std::system(("truncate -s 5G " + file).c_str()), 0);
+    ToolRun run = RunTool("tree " + kExampleModules + " " + file);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err,
+              "zrschema: cannot load module " + file + ": the text is larger than 2 GiB\n");
 }
 
 TEST(ModuleNames, WhatCannotBeLoadedIsExplained)

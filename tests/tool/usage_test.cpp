@@ -39,6 +39,7 @@ TEST(Usage, MistakesAreOneClearLine)
 {
     ExpectUsageError("");
     ExpectUsageError("dance");
+    ExpectUsageError("\"$(printf 'two\\nlines')\"");
     ExpectUsageError("tree");
     ExpectUsageError("tree " + kExampleModules);
     ExpectUsageError("tree example-router");

@@ -1,11 +1,24 @@
 #include "run.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 
 namespace tool {
+
+namespace {
+
+// Whatever a name or a reason holds.
+std::string OneLine(std::string text)
+{
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, ' ');
+    return text;
+}
+
+} // namespace
 
 std::string PlaceOf(const Problem &problem)
 {
@@ -30,9 +43,10 @@ Json ToJson(const Problem &problem)
             {"message", problem.message}};
 }
 
-void Run::Say(const Problem &problem)
+void Run::Say(Problem problem)
 {
-    std::string place = PlaceOf(problem);
+    problem.message = OneLine(problem.message);
+    std::string place = OneLine(PlaceOf(problem));
     if (!problem.module.empty())
         place = place.empty() ? problem.module : problem.module + " (" + place + ")";
     std::string line = "zrschema: ";
@@ -41,7 +55,7 @@ void Run::Say(const Problem &problem)
     if (!place.empty() || problem.warning)
         line += std::string(KindName(problem)) + ": ";
     std::fputs((line + problem.message + "\n").c_str(), stderr);
-    problems_.push_back(problem);
+    problems_.push_back(std::move(problem));
 }
 
 void Run::Complain(const std::string &message)

@@ -42,7 +42,7 @@ public:
     void SetEmptyDocument(Json document) { empty_ = std::move(document); }
 
     // Says something on standard error, at once, and keeps it for the document.
-    void Say(const Problem &problem);
+    void Say(Problem problem);
     void Complain(const std::string &message);
 
     void Print(const std::string &text);

@@ -36,7 +36,7 @@ public:
     explicit Descriptor(int number) : number_(number) {}
     ~Descriptor()
     {
-        if (number_ > STDIN_FILENO)
+        if (number_ >= 0)
             close(number_);
     }
     Descriptor(const Descriptor &) = delete;
@@ -135,7 +135,9 @@ std::string Text(const xmlChar *text)
 
 std::string ReadInput(const std::string &file, std::string &text)
 {
-    Descriptor input(file == "-" ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (file == "-")
+        return ReadAll(STDIN_FILENO, text);
+    Descriptor input(open(file.c_str(), O_RDONLY | O_CLOEXEC));
     return input.number() < 0 ? Reason() : ReadAll(input.number(), text);
 }
 
