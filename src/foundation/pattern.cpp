@@ -9,6 +9,30 @@ const xmlChar *AsXml(const char *text)
     return reinterpret_cast<const xmlChar *>(text);
 }
 
+// Character classes inside each other at most, "[a-z-[aeiou]]". libxml2 calls itself for each, with
+// no end but that of the stack.
+constexpr uint32_t kMaxClassNesting = 64;
+
+bool NestsClassesTooDeep(const char *pattern)
+{
+    uint32_t depth = 0;
+    for (const char *at = pattern; *at != '\0'; ++at) {
+        if (*at == '\\' && at[1] != '\0')
+            ++at; // an escaped character opens and closes nothing
+        else if (*at == '[' && ++depth > kMaxClassNesting)
+            return true;
+        else if (*at == ']' && depth > 0)
+            --depth;
+    }
+    return false;
+}
+
+// Null for an expression that does not compile.
+xmlRegexp *Compile(const char *pattern)
+{
+    return NestsClassesTooDeep(pattern) ? nullptr : xmlRegexpCompile(AsXml(pattern));
+}
+
 } // namespace
 
 zr::Match zr::MatchPattern(const char *str, const char *pattern)
@@ -25,7 +49,7 @@ zr::Match zr::MatchPattern(const char *str, const char *pattern)
 xmlRegexp *zr::CompilePattern(const char *pattern, bool *outOfMemory)
 {
     XmlErrors errors;
-    xmlRegexp *compiled = xmlRegexpCompile(AsXml(pattern));
+    xmlRegexp *compiled = Compile(pattern);
     *outOfMemory = errors.outOfMemory();
     if (!*outOfMemory)
         return compiled;

@@ -51,6 +51,36 @@ TEST(MatchStrWithPattern, Is22WhereTheMatcherGivesUp)
     EXPECT_EQ(ZR_UTL_MatchStrWithPattern("xxx", pattern), 0u);
 }
 
+TEST(MatchStrWithPattern, HasClassesInsideClassesUpToABoundThatKeepsTheStack)
+{
+    auto nested = [](uint32_t count) {
+        std::string open;
+        for (uint32_t i = 1; i < count; ++i)
+            open += "[a-z-";
+        return open + "[a]" + std::string(count - 1, ']');
+    };
+    EXPECT_EQ(ZR_UTL_MatchStrWithPattern("b", nested(2).c_str()), 0u) << "[a-z-[a]]";
+    EXPECT_EQ(ZR_UTL_MatchStrWithPattern("a", nested(2).c_str()), 22u) << "[a-z-[a]]";
+    bool outOfMemory = false;
+    xmlRegexp *deepest = zr::CompilePattern(nested(64).c_str(), &outOfMemory);
+    EXPECT_NE(deepest, nullptr);
+    xmlRegFreeRegexp(deepest);
+    for (uint32_t count : {65u, 1'000'000u}) {
+        outOfMemory = true;
+        EXPECT_EQ(zr::CompilePattern(nested(count).c_str(), &outOfMemory), nullptr) << count;
+        EXPECT_FALSE(outOfMemory);
+        EXPECT_EQ(ZR_UTL_MatchStrWithPattern("b", nested(count).c_str()), 22u) << count;
+    }
+    std::string many;
+    for (uint32_t i = 0; i < 200; ++i)
+        many += "[a]\\[";
+    std::string text;
+    for (uint32_t i = 0; i < 200; ++i)
+        text += "a[";
+    EXPECT_EQ(ZR_UTL_MatchStrWithPattern(text.c_str(), many.c_str()), 0u)
+        << "beside each other, and escaped";
+}
+
 TEST(MatchStrWithPattern, Is22ForNull)
 {
     EXPECT_EQ(ZR_UTL_MatchStrWithPattern(nullptr, "a"), 22u);
