@@ -84,7 +84,7 @@ uint32_t CollectMarkedFiles(ZrsPathCollection *collection, const char *directory
 // A name stands for files of the search directories themselves, and for itself alone.
 bool CanNameFiles(const char *moduleName)
 {
-    return moduleName != nullptr && std::strpbrk(moduleName, "/*?[") == nullptr;
+    return moduleName != nullptr && std::strpbrk(moduleName, "/*?[]\\") == nullptr;
 }
 
 // In the order of the directories; the first plain file ends the search.

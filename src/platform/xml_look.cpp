@@ -16,9 +16,10 @@ constexpr size_t kRefused = std::string_view::npos;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kBlanks = " \t\r\n";
 
-// Beginnings of the names of the encodings in which every byte below 0x80 is the character of ASCII
-// and every other byte is a character of its own, so that markup can be told byte by byte.
-constexpr std::string_view kByteEncodings[] = {"US-ASCII", "ASCII", "ISO-8859-", "WINDOWS-125"};
+// Beginnings of the names of the encodings in which every byte below 0x80 is the character of
+// ASCII, never a part of another one, so that markup can be told byte by byte.
+constexpr std::string_view kByteEncodings[] = {"US-ASCII", "ASCII", "ISO-8859-", "WINDOWS-125",
+                                               "CP125",    "KOI8-", "EUC-",      "GB2312"};
 
 // The character whose bytes begin at `at`, which moves behind them; 0 when they are not UTF-8.
 uint32_t TakeCharacter(std::string_view text, size_t *at)
@@ -93,9 +94,10 @@ bool StartsWithIgnoringCase(std::string_view text, std::string_view start)
 template <size_t size> bool ChooseEncoding(std::string_view declared, char (&encoding)[size])
 {
     encoding[0] = '\0';
-    constexpr std::string_view kUtf8 = "UTF-8";
-    if (declared.empty() ||
-        (declared.size() == kUtf8.size() && StartsWithIgnoringCase(declared, kUtf8)))
+    auto is = [declared](std::string_view name) {
+        return declared.size() == name.size() && StartsWithIgnoringCase(declared, name);
+    };
+    if (declared.empty() || is("UTF-8") || is("UTF8"))
         return true;
     auto begins = [declared](std::string_view start) {
         return StartsWithIgnoringCase(declared, start);

@@ -18,10 +18,10 @@ struct XmlLook {
 };
 
 // Accepts every well-formed text without a document type declaration (RFC 6241, section 3) that is
-// in UTF-8, ASCII, a part of ISO 8859 or a Windows code page, keeps to the numbers above, and has
-// no comment, instruction or CDATA section of more than 10,000,000 bytes (a third of it outside of
-// UTF-8), which is what libxml2 takes. Texts that are not well-formed may be accepted: the parser
-// finds out.
+// in UTF-8 or in ASCII, a part of ISO 8859, a Windows code page, KOI8, EUC or GB 2312, keeps to the
+// numbers above, and has no comment, instruction or CDATA section of more than 10,000,000 bytes (a
+// third of it outside of UTF-8), which is what libxml2 takes. Texts that are not well-formed may be
+// accepted: the parser finds out.
 XmlLook LookAtXml(std::string_view text);
 
 } // namespace zr

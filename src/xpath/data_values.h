@@ -19,6 +19,7 @@ ZR_API uint32_t ZRD_MDL_IsIdentityref(const ZrNode *schemaNode);
 namespace zr {
 // Whether the type is an identityref, also behind typedefs; not so a union that contains one.
 bool IsIdentityrefAlone(const ZrNode *schemaNode);
-// Whether an identityref's value names a loaded module, so that it has a value text.
+// Whether an identityref's value has a value text: its prefix, if it has one, means a loaded
+// module.
 bool HasModuleForm(const xmlNode *element, const ZrNode *schemaNode, const char *value);
 } // namespace zr

@@ -1,6 +1,8 @@
 // The functions: not(), derived-from() and derived-from-or-self().
 #include "xpath/functions.h"
 
+#include <cstring>
+
 #include "foundation/memory.h"
 #include "foundation/text.h"
 #include "platform/secure.h"
@@ -86,7 +88,9 @@ uint32_t IsDerived(const xmlNode *node, const char *argument, bool orSelf, bool 
     uint32_t status = zr::ReadValueText(node, text.slot());
     if (status != ZR_OK || !text || *text.get() == '\0')
         return status; // no value is derived from nothing
-    // The value text of an identityref names the module always.
+    // What names no identity, as a notification's value may, has no module in its value text.
+    if (std::strchr(text.get(), ':') == nullptr)
+        return ZR_OK;
     IdentityName value;
     if (!SplitIdentityName(text.get(), &value))
         return ZR_ERR_INVALID;

@@ -139,8 +139,8 @@ TEST(CollectFiles, FindsNothingForANameThatLeavesTheDirectoryOrStandsForOthers)
     dir.Write("public/m.yin", "");
     ZR_CTX_SetSearchDir(ctx, (dir.path() + "/public").c_str());
     ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
-    for (const char *name :
-         {"../private/sub", "private/sub", "/private/sub", "st*", "st?", "*", "st[1]", "[s]t1"})
+    for (const char *name : {"../private/sub", "private/sub", "/private/sub", "st*", "st?", "*",
+                             "st[1]", "[s]t1", "s\\t1"})
         EXPECT_EQ(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, name), nullptr) << name;
     EXPECT_EQ(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, nullptr), nullptr);
     EXPECT_THAT(Collection(ctx, "st1").Paths(), ElementsAre(dir.path() + "/st1.yin"));

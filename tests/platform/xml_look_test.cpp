@@ -158,9 +158,11 @@ TEST(LookAtXml, TellsTheEncodingOfTheText)
     EXPECT_EQ(encoding(" encoding='UTF-8'"), "");
     EXPECT_EQ(encoding(" encoding = \"utf-8\" standalone='yes'"), "");
     EXPECT_EQ(encoding(" encoding='iso-8859-1'"), "iso-8859-1");
+    EXPECT_EQ(encoding(" encoding='utf8'"), "");
     EXPECT_EQ(encoding(" encoding='Windows-1252'"), "Windows-1252");
-    for (const char *other : {"UTF-7", "UTF-16", "UTF-16LE", "IBM037", "ISO-2022-JP", "HZ",
-                              "UTF-8859", "ISO-8859-1-and-much-more-than-that"})
+    EXPECT_EQ(encoding(" encoding='EUC-JP'"), "EUC-JP");
+    for (const char *other : {"UTF-7", "UTF-16", "UTF-16LE", "IBM037", "ISO-2022-JP", "HZ", "GBK",
+                              "Shift_JIS", "UTF-8859", "ISO-8859-1-and-much-more-than-that"})
         EXPECT_EQ(encoding(std::string(" encoding='") + other + "'"), "refused") << other;
 }
 

@@ -136,6 +136,12 @@ TEST_F(DerivedFrom, HoldsForTheIdentityItselfOnlyOrSelf)
     EXPECT_EQ(Eval("m:animal", "derived-from-or-self(pet, 'base:animal')"), 0x7100u);
 }
 
+TEST_F(DerivedFrom, IsFalseForAValueThatNamesNoIdentity)
+{
+    EXPECT_EQ(Eval("hello world", "derived-from(pet, 'base:animal')"), 0x7100u);
+    EXPECT_EQ(Eval("hello world", "derived-from-or-self(pet, 'base:animal')"), 0x7100u);
+}
+
 TEST_F(DerivedFrom, TakesTheModuleOfTheNodeWhereANameHasNone)
 {
     EXPECT_EQ(Eval("mammal", "derived-from(pet, 'animal')"), 0u);
