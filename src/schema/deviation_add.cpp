@@ -42,13 +42,11 @@ uint32_t AddSingleDefault(ZrMod *module, const ZrsDeviate *deviate, ZrNode *targ
 
 uint32_t AddConfig(ZrMod *module, const ZrsDeviate *deviate, ZrNode *target)
 {
-    constexpr uint32_t kConfig = ZRS_FLAGS_CONFIG | ZRS_FLAG_CONFIG_GIVEN;
     if ((target->flags & ZRS_FLAG_CONFIG_GIVEN) != 0)
         return zr::RefuseDeviate(
             module, target,
             "Failed to add config to node \"%s\", because it had been set config statement.");
-    target->flags = (target->flags & ~kConfig) | (deviate->flags & kConfig);
-    ZRS_NODE_UpdateFlag(target);
+    zr::SetDeviatedConfig(target, deviate->flags);
     return ZR_OK;
 }
 
@@ -171,7 +169,7 @@ uint32_t ZRS_MOD_CoupleDevAddExtInsts(ZrMod *module, ZrsDeviate *deviate, ZrNode
         status = ZRS_EXT_MergeOneExtInstToArray(&module->ctx->dict, &target->extInsts,
                                                 &target->extInstCount, instance);
         if (status == ZR_OK && zr::IsNacmInstance(instance)) {
-            ZRS_NODE_SetNacmFlag(target, instance->moduleName, instance->extensionName);
+            zr::AddDeviatedNacm(target, instance->moduleName, instance->extensionName);
             nacm = true;
         }
     }

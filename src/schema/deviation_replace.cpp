@@ -55,11 +55,11 @@ void ZRS_MOD_CoupleDevReplFlag(const ZrsDeviate *deviate, ZrNode *target)
 void ZRS_MOD_ReplNodeConfig(const ZrsDeviate *deviate, ZrNode *target)
 {
     uint32_t config = deviate->flags & ZRS_FLAGS_CONFIG;
-    if (config == 0 || config == (target->flags & ZRS_FLAGS_CONFIG))
+    if (config == 0)
         return;
-    target->flags = (target->flags & ~ZRS_FLAGS_CONFIG) |
-                    (deviate->flags & (ZRS_FLAGS_CONFIG | ZRS_FLAG_CONFIG_GIVEN));
-    ZRS_NODE_UpdateFlag(target);
+    // An equal one changes nothing now, but holds when another deviation changes the parent's.
+    bool isEqual = config == (target->flags & ZRS_FLAGS_CONFIG);
+    zr::SetDeviatedConfig(target, isEqual ? target->flags : deviate->flags);
 }
 
 void ZRS_MOD_ReplNodeMandatory(const ZrsDeviate *deviate, ZrNode *target)

@@ -76,4 +76,9 @@ ZR_API ZrNode *ZRS_NODE_CopyNodeTreeToModule(ZrNode *root, ZrMod *target);
 namespace zr {
 // Whether the node belongs to the module of that name.
 bool IsOfModule(const ZrNode *node, const char *moduleName);
+
+// The "config" of a deviation, and a default-deny extension that one added. Both hold whatever is
+// inherited, before or after; the first passes on to the nodes below.
+void SetDeviatedConfig(ZrNode *node, uint32_t flags);
+void AddDeviatedNacm(ZrNode *node, const char *moduleName, const char *extensionName);
 } // namespace zr

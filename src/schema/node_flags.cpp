@@ -6,10 +6,50 @@
 
 namespace {
 
-// Replaces a group of flags by the parent's.
-void TakeFromParent(ZrNode *node, uint32_t cleared, uint32_t group)
+// Replaces flags by the parent's "config".
+void TakeConfig(ZrNode *node, uint32_t cleared)
 {
-    node->flags = (node->flags & ~cleared) | (node->parent->flags & group);
+    node->flags = (node->flags & ~cleared) | (node->parent->flags & ZRS_FLAGS_CONFIG);
+}
+
+// A "config true" that gave way holds again once a deviation has made the parent configuration.
+void TakeStatementBack(ZrNode *node)
+{
+    if ((node->marks & ZRS_MARK_CONFIG_YIELDED) == 0 || (node->flags & ZRS_FLAG_CONFIG_TRUE) == 0)
+        return;
+    node->flags |= ZRS_FLAG_CONFIG_GIVEN;
+    node->marks &= static_cast<uint8_t>(~ZRS_MARK_CONFIG_YIELDED);
+}
+
+struct NacmMark {
+    uint32_t flag;
+    uint8_t mark; // that a deviation has set the flag
+};
+
+constexpr NacmMark kNacmMarks[] = {{ZRS_FLAG_DENY_WRITE, ZRS_MARK_WRITE_DEVIATED},
+                                   {ZRS_FLAG_DENY_ALL, ZRS_MARK_ALL_DEVIATED}};
+
+// The NACM flags that deviations added to the node, which stay beside those of its parent.
+uint32_t DeviatedNacm(const ZrNode *node)
+{
+    uint32_t flags = 0;
+    for (const NacmMark &row : kNacmMarks) {
+        if ((node->marks & row.mark) != 0)
+            flags |= row.flag;
+    }
+    return flags;
+}
+
+// The flag of a default-deny extension of "ietf-netconf-acm"; 0 for other names.
+uint32_t NacmFlagOf(const char *moduleName, const char *extensionName)
+{
+    if (moduleName == nullptr || extensionName == nullptr ||
+        std::string_view(moduleName) != "ietf-netconf-acm")
+        return 0;
+    std::string_view extension(extensionName);
+    if (extension == "default-deny-all")
+        return ZRS_FLAG_DENY_ALL;
+    return extension == "default-deny-write" ? uint32_t{ZRS_FLAG_DENY_WRITE} : 0;
 }
 
 uint32_t UpdateConfigOfChild(ZrNode *child, uint32_t, void *)
@@ -32,18 +72,20 @@ void ZRS_NODE_UpdateConfigFlag(ZrNode *node)
         return;
     uint32_t inherited = node->parent->flags & ZRS_FLAGS_CONFIG;
     uint32_t own = node->flags & ZRS_FLAGS_CONFIG;
-    if (inherited == 0)
+    if (inherited == 0 || (node->marks & ZRS_MARK_CONFIG_DEVIATED) != 0)
         return;
     if ((node->flags & ZRS_FLAG_CONFIG_GIVEN) == 0) {
         if (own == inherited)
             return;
-        TakeFromParent(node, ZRS_FLAGS_CONFIG, ZRS_FLAGS_CONFIG);
+        TakeConfig(node, ZRS_FLAGS_CONFIG);
+        TakeStatementBack(node);
     } else {
         // Nothing below state data can be configuration: such a "config true" gives way, and the
-        // node is from then on like one without the statement.
+        // node is like one without the statement as long as its parent is state data.
         if ((inherited & ZRS_FLAG_CONFIG_FALSE) == 0 || (own & ZRS_FLAG_CONFIG_TRUE) == 0)
             return;
-        TakeFromParent(node, ZRS_FLAGS_CONFIG | ZRS_FLAG_CONFIG_GIVEN, ZRS_FLAGS_CONFIG);
+        TakeConfig(node, ZRS_FLAGS_CONFIG | ZRS_FLAG_CONFIG_GIVEN);
+        node->marks |= ZRS_MARK_CONFIG_YIELDED;
     }
     ZR_NODE_IterScanChildrenNode(node, UpdateConfigOfChild, nullptr);
 }
@@ -53,9 +95,10 @@ void ZRS_NODE_UpdateNacmFlag(ZrNode *node)
     if (node == nullptr || node->parent == nullptr)
         return;
     uint32_t inherited = node->parent->flags & ZRS_FLAGS_NACM;
-    if (inherited == 0 || inherited == (node->flags & ZRS_FLAGS_NACM))
+    uint32_t wanted = inherited | DeviatedNacm(node);
+    if (inherited == 0 || wanted == (node->flags & ZRS_FLAGS_NACM))
         return;
-    TakeFromParent(node, ZRS_FLAGS_NACM, ZRS_FLAGS_NACM);
+    node->flags = (node->flags & ~ZRS_FLAGS_NACM) | wanted;
     ZR_NODE_IterScanChildrenNode(node, UpdateNacmOfChild, nullptr);
 }
 
@@ -72,14 +115,27 @@ void ZRS_NODE_UpdateFlag(ZrNode *node)
         ZR_NODE_IterScanChildrenNode(node, ZRS_NODE_ImplUpdateFlagCb, nullptr);
 }
 
+void zr::SetDeviatedConfig(ZrNode *node, uint32_t flags)
+{
+    constexpr uint32_t kConfig = ZRS_FLAGS_CONFIG | ZRS_FLAG_CONFIG_GIVEN;
+    node->flags = (node->flags & ~kConfig) | (flags & kConfig);
+    node->marks &= static_cast<uint8_t>(~ZRS_MARK_CONFIG_YIELDED);
+    node->marks |= ZRS_MARK_CONFIG_DEVIATED;
+    ZRS_NODE_UpdateFlag(node);
+}
+
+void zr::AddDeviatedNacm(ZrNode *node, const char *moduleName, const char *extensionName)
+{
+    uint32_t flag = NacmFlagOf(moduleName, extensionName);
+    node->flags |= flag;
+    for (const NacmMark &row : kNacmMarks) {
+        if (row.flag == flag)
+            node->marks |= row.mark;
+    }
+}
+
 void ZRS_NODE_SetNacmFlag(ZrNode *node, const char *moduleName, const char *extensionName)
 {
-    if (node == nullptr || moduleName == nullptr || extensionName == nullptr ||
-        std::string_view(moduleName) != "ietf-netconf-acm")
-        return;
-    std::string_view extension(extensionName);
-    if (extension == "default-deny-all")
-        node->flags |= ZRS_FLAG_DENY_ALL;
-    else if (extension == "default-deny-write")
-        node->flags |= ZRS_FLAG_DENY_WRITE;
+    if (node != nullptr)
+        node->flags |= NacmFlagOf(moduleName, extensionName);
 }

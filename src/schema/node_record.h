@@ -29,6 +29,15 @@ enum : uint32_t {
     ZRS_FLAGS_NACM = ZRS_FLAG_DENY_WRITE | ZRS_FLAG_DENY_ALL
 };
 
+// Bits of ZrNode::marks: what the flags cannot tell any more, so that they come out the same
+// whichever of the modules that change them arrives first.
+enum : uint8_t {
+    ZRS_MARK_CONFIG_YIELDED = 0x1,  // an own "config true" gave way to state data above
+    ZRS_MARK_CONFIG_DEVIATED = 0x2, // a deviation set "config"; it holds below any parent
+    ZRS_MARK_WRITE_DEVIATED = 0x4,  // a deviation added default-deny-write
+    ZRS_MARK_ALL_DEVIATED = 0x8     // a deviation added default-deny-all
+};
+
 // The per-kind information, born and freed with its node. All strings are interned.
 struct ZrsLeafInfo {
     ZrtRealType realType;
@@ -71,6 +80,7 @@ struct ZrNode {
     uint16_t mustCount;
     uint16_t extInstCount;
     uint8_t keyCount; // lists
+    uint8_t marks;    // ZRS_MARK_...
     ZrsExtInst *extInsts;
     void *info;        // ZrsLeafInfo, ZrsLeafListInfo, ZrsChoiceInfo or null
     void *privateData; // the application's
@@ -83,5 +93,6 @@ static_assert(sizeof(ZrsChoiceInfo) == 4);
 static_assert(sizeof(ZrNode) == 72);
 static_assert(offsetof(ZrNode, kind) == 32);
 static_assert(offsetof(ZrNode, keyCount) == 58);
+static_assert(offsetof(ZrNode, marks) == 59);
 static_assert(offsetof(ZrNode, extInsts) == 60);
 #endif

@@ -195,12 +195,16 @@ std::string DumpNode(const ZrNode *node, int indent)
 {
     std::string text(static_cast<size_t>(indent), ' ');
     uint32_t flags = node->flags & ~uint32_t{ZRS_FLAG_MADE_TARGET};
+    // A "replace" by the same "config" leaves out this mark; which it is may depend on the order.
+    if ((node->marks & ZRS_MARK_CONFIG_DEVIATED) != 0)
+        flags |= ZRS_FLAG_CONFIG_GIVEN;
     text += std::to_string(node->kind) + " " + (node->module != nullptr ? node->module->name : "") +
             ":" + (node->name != nullptr ? node->name : "") + " flags " + std::to_string(flags) +
-            " keys " + std::to_string(node->keyCount) + " when " + Text(node->when) +
-            " description " + Text(node->description) +
-            DumpIfFeatures(node->ifFeatures, node->ifFeatureCount) + DumpMusts(node) +
-            DumpExtInsts(node->extInsts, node->extInstCount) + DumpInfo(node) + "\n";
+            (node->marks != 0 ? " marks " + std::to_string(node->marks) : "") + " keys " +
+            std::to_string(node->keyCount) + " when " + Text(node->when) + " description " +
+            Text(node->description) + DumpIfFeatures(node->ifFeatures, node->ifFeatureCount) +
+            DumpMusts(node) + DumpExtInsts(node->extInsts, node->extInstCount) + DumpInfo(node) +
+            "\n";
     // The nodes of a coupled augment are shown where they stand.
     if ((node->flags & ZRS_FLAG_COUPLED) == 0)
         text += DumpChildren(node, indent + 2);
