@@ -29,10 +29,7 @@ void CoupleAugments(ZrCtx *ctx, ZrMod *module)
 {
     if (ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, module) == ZR_OK)
         return;
-    // A stage of its own: a later success clears the message.
-    ZR_CTX_SetLoadStage(ctx, ZRS_STAGE_AUGMENT);
-    ZR_CTX_AddModError(ctx, module->name, "Failed to couple augment statements.");
-    ZR_CTX_SetLoadStage(ctx, 0);
+    zr::RecordUncoupledAugments(module);
 }
 
 // Reads a file into a record of its own; `*read` tells whether there was a document to parse.

@@ -20,6 +20,23 @@ ZrNode *TargetOfNodes(const ZrNode *augment)
     return augment->firstChild != nullptr ? augment->firstChild->parent : nullptr;
 }
 
+// What may be augmented (RFC 7950, section 7.17).
+bool TakesAugments(uint32_t kind)
+{
+    switch (kind) {
+    case ZR_NODE_CONTAINER:
+    case ZR_NODE_LIST:
+    case ZR_NODE_CHOICE:
+    case ZR_NODE_CASE:
+    case ZR_NODE_INPUT:
+    case ZR_NODE_OUTPUT:
+    case ZR_NODE_NOTIFICATION:
+        return true;
+    default:
+        return false;
+    }
+}
+
 // Moves the nodes from `first` up to `last` from the target back under the augment.
 uint32_t MoveBack(ZrNode *augment, ZrNode *first, const ZrNode *last)
 {
@@ -79,23 +96,24 @@ uint32_t ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(ZrNode *augment, ZrNode *targ
 
 uint32_t ZRS_NODE_CoupleAugmentNode(ZrNode *augment)
 {
-    return zr::CoupleAugment(augment, nullptr);
-}
-
-uint32_t zr::CoupleAugment(ZrNode *augment, ChildIndex *index)
-{
     if (augment == nullptr || augment->module == nullptr)
         return ZR_ERR_INVALID;
     if ((augment->flags & ZRS_FLAG_COUPLED) != 0)
         return ZR_OK;
-    ZrCtx *ctx = augment->module->ctx;
-    ZrNode *target = zr::FindTarget(ctx, augment->name, nullptr, index);
+    return zr::CoupleAugment(augment,
+                             ZR_CTX_GetTargetNode(augment->module->ctx, augment->name, nullptr));
+}
+
+uint32_t zr::CoupleAugment(ZrNode *augment, ZrNode *target)
+{
     if (target == nullptr) {
-        target = ZRS_NODE_UpdateTargetPathWithInputOutput(ctx, augment->name);
+        target = ZRS_NODE_UpdateTargetPathWithInputOutput(augment->module->ctx, augment->name);
         if (target == nullptr)
             return ZR_ERR_INVALID;
         augment->flags |= ZRS_FLAG_MADE_TARGET;
     }
+    if (!TakesAugments(target->kind))
+        return ZR_ERR_INVALID;
     ZRS_NODE_CoupleAugmentNodeAndTargetNode(augment, target);
     ZRS_NODE_NotifyAugmentFirstChildNodeRelink(augment->firstChild);
     augment->flags |= ZRS_FLAG_COUPLED;

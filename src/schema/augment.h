@@ -44,7 +44,8 @@ ZR_API char *ZRS_NODE_GetParentCond(const char *condition);
 ZR_API char *ZRS_NODE_CombineTwoWhenCondition(const char *a, const char *b);
 
 // Moves the augment's children into its target, making a missing input or output node. 0 (also
-// when it is coupled already), or 22 for null and without a target.
+// when it is coupled already), or 22 for null, without a target, and when the target is a leaf,
+// leaf-list, anydata, anyxml, rpc or action.
 ZR_API uint32_t ZRS_NODE_CoupleAugmentNode(ZrNode *augment);
 // Takes the children back; needs no memory for it. 0, or 22 unless the augment is coupled and its
 // target is there.
@@ -74,18 +75,36 @@ namespace zr {
 // The flags of an augment that coupling sets, and no statement.
 constexpr uint32_t kFlagsOfCoupling = uint32_t{ZRS_FLAG_COUPLED} | uint32_t{ZRS_FLAG_MADE_TARGET};
 
+// Records under another load stage; at the end of the scope the stage is what it was.
+class ScopedLoadStage {
+public:
+    ScopedLoadStage(ZrCtx *ctx, uint32_t stage) : ctx_(ctx), before_(ZR_CTX_GetLoadStage(ctx))
+    {
+        ZR_CTX_SetLoadStage(ctx, stage);
+    }
+    ~ScopedLoadStage() { ZR_CTX_SetLoadStage(ctx_, before_); }
+    ScopedLoadStage(const ScopedLoadStage &) = delete;
+    ScopedLoadStage &operator=(const ScopedLoadStage &) = delete;
+
+private:
+    ZrCtx *ctx_;
+    uint32_t before_;
+};
+
 using ModuleNameText = char[kNameSize];
 
 // The module that a target path names last, which owns the target: false for a path without one.
 bool LastNamedModule(const char *path, ModuleNameText &nameOut);
 
+// Whether the node is part of a schema; one that hangs in an augment without a target is not yet.
+bool StandsInSchema(const ZrNode *node);
+
 // Whether `path` is `root` or leads to something below it.
 bool IsPathAtOrBelow(const char *path, const char *root);
 
-class ChildIndex;
-
-// ZRS_NODE_CoupleAugmentNode for many augments in a row, with an index that may be null.
-uint32_t CoupleAugment(ZrNode *augment, ChildIndex *index);
+// ZRS_NODE_CoupleAugmentNode for an augment that is not coupled, with the target that its path
+// leads to, or null.
+uint32_t CoupleAugment(ZrNode *augment, ZrNode *target);
 
 // Takes a coupled augment's nodes back without telling the application, for an augment that is
 // about to be freed with them.
@@ -93,8 +112,16 @@ void TakeBackAugmentNodes(ZrNode *augment);
 
 // Couples the module's augments that are not coupled yet and records a relation for each; load
 // errors of the coupling are cleared when none is left uncoupled. 0, or the status of one that
-// stays uncoupled. Augments whose target a "not-supported" deviation removed are dropped.
+// stays uncoupled. Augments whose target a "not-supported" deviation removed are dropped. Other
+// modules' deviations that waited for the nodes are applied; the module's own are left to the
+// caller, who applies them next.
 uint32_t CoupleModuleAugments(ZrMod *module);
+
+// The same after a change elsewhere: the module's own deviations are applied too.
+void RetryModuleAugments(ZrMod *module);
+
+// Records that augments of the module are not coupled, unless that is recorded already.
+void RecordUncoupledAugments(const ZrMod *module);
 
 // Whether every augment of the module is coupled; clears the load errors of the coupling if so.
 bool SettleModuleAugments(ZrMod *module);

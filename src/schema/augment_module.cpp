@@ -4,8 +4,8 @@
 #include "foundation/module_tree.h"
 #include "foundation/relations.h"
 #include "schema/augment.h"
-#include "schema/child_index.h"
-#include "schema/deviation.h"
+#include "schema/deviation_run.h"
+#include "schema/lookup.h"
 #include "schema/module_record.h"
 #include "schema/node.h"
 #include "schema/record_arrays.h"
@@ -35,6 +35,7 @@ public:
         return status_;
     }
 
+    bool CoupledAny() const { return coupled_ != 0; }
     bool MadeTarget() const { return madeTarget_; }
 
 private:
@@ -82,12 +83,15 @@ private:
         uint32_t status = Relate(target);
         if (status != ZR_OK)
             return status;
-        if (const ZrMod *remover = zr::FindRemover(module_->ctx, augment->name)) {
-            index_.Forget(); // a node that goes may be the one whose children it holds
-            return zr::DropAugment(augment, remover);
+        ZrNode *node = zr::FindTarget(module_->ctx, augment->name, nullptr, &index_);
+        if (node == nullptr || !zr::StandsInSchema(node)) {
+            if (const ZrMod *remover = removed_.FindRemover(module_->ctx, augment->name)) {
+                index_.LeaveAugment(augment);
+                return zr::DropAugment(augment, remover);
+            }
         }
         bool hadMade = (augment->flags & ZRS_FLAG_MADE_TARGET) != 0;
-        status = zr::CoupleAugment(augment, &index_);
+        status = zr::CoupleAugment(augment, node);
         if (status != ZR_OK)
             return status;
         ++coupled_;
@@ -119,17 +123,26 @@ private:
 
     ZrMod *module_;
     zr::ChildIndex index_;
+    zr::RemovedPaths removed_;
     uint32_t status_ = ZR_OK;
     uint32_t coupled_ = 0;
     bool madeTarget_ = false;
 };
 
-// Deviations may have waited for a node that coupling made.
-void ApplyWaitingDeviations(const ZrCtx *ctx)
+// Applies the deviations of all other modules that waited for a node.
+void ApplyWaitingDeviations(const ZrMod *coupled)
 {
-    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module))
-        zr::RetryModuleDeviations(module);
+    for (ZrMod *module = zr::FirstModule(coupled->ctx); module != nullptr;
+         module = zr::NextModule(coupled->ctx, module)) {
+        if (module != coupled)
+            zr::RetryModuleDeviations(module);
+    }
+}
+
+// Whether any other module adds to the nodes of the module or changes them.
+bool IsChangedByOthers(const ZrMod *module)
+{
+    return ZR_CTX_FindModRelationTbl(module->ctx, module->name) != nullptr;
 }
 
 // A deviation of a node that is gone can be applied again when the node comes back.
@@ -174,6 +187,19 @@ ZrNode *MadeTargetOf(const ZrNode *augment)
     return ZR_CTX_GetTargetNode(augment->module->ctx, augment->name, nullptr);
 }
 
+constexpr char kUncoupled[] = "Failed to couple augment statements.";
+
+bool IsRecordedUncoupled(const ZrMod *module)
+{
+    const ZrErrModNode *recorded = ZR_CTX_GetErrNodeByModName(module->ctx, module->name);
+    for (uint32_t i = 0; recorded != nullptr && i < recorded->entryCount; ++i) {
+        const ZrErrInfo &entry = recorded->entries[i];
+        if (entry.loadStage == ZRS_STAGE_AUGMENT && zr::TextEquals(entry.message, kUncoupled))
+            return true;
+    }
+    return false;
+}
+
 // The made node stays for the next augment that uses it, and goes with the last one.
 void LeaveMadeTarget(ZrNode *augment, ZrNode *target)
 {
@@ -206,9 +232,26 @@ uint32_t zr::CoupleModuleAugments(ZrMod *module)
 {
     Coupler coupler(module);
     uint32_t status = coupler.Run();
-    if (coupler.MadeTarget())
-        ApplyWaitingDeviations(module->ctx);
+    // Others may have waited for the input or output that this made, and for nodes that hung in an
+    // augment without a target.
+    if (coupler.MadeTarget() || (coupler.CoupledAny() && IsChangedByOthers(module)))
+        ApplyWaitingDeviations(module);
     return SettleModuleAugments(module) ? uint32_t{ZR_OK} : status;
+}
+
+void zr::RetryModuleAugments(ZrMod *module)
+{
+    CoupleModuleAugments(module);
+    RetryModuleDeviations(module);
+}
+
+void zr::RecordUncoupledAugments(const ZrMod *module)
+{
+    if (IsRecordedUncoupled(module))
+        return;
+    // A stage of its own: a later success clears the message.
+    ScopedLoadStage stage(module->ctx, ZRS_STAGE_AUGMENT);
+    ZR_CTX_AddModError(module->ctx, module->name, kUncoupled);
 }
 
 void zr::UncoupleModuleAugments(ZrMod *module)

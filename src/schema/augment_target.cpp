@@ -40,6 +40,13 @@ bool zr::LastNamedModule(const char *path, ModuleNameText &nameOut)
            ZR_XPATH_SplitTargetNodeXpath(path, nameOut, sizeof(nameOut), nullptr, nullptr) == ZR_OK;
 }
 
+bool zr::StandsInSchema(const ZrNode *node)
+{
+    while (node->parent != nullptr)
+        node = node->parent;
+    return node->kind != ZR_NODE_AUGMENT;
+}
+
 bool zr::IsPathAtOrBelow(const char *path, const char *root)
 {
     size_t length = std::strlen(root);

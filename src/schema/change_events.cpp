@@ -59,7 +59,7 @@ uint32_t ZRS_MOD_CoupleAugmentFromDepMods(ZrCtx *ctx, const char *, const char *
     ZrMod *module = ZR_CTX_GetModuleByModName(ctx, dependentModuleName);
     if (module == nullptr)
         return ZR_ERR_FAILED;
-    zr::CoupleModuleAugments(module);
+    zr::RetryModuleAugments(module);
     return ZR_OK;
 }
 

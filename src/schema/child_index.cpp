@@ -1,81 +1,205 @@
 #include "schema/child_index.h"
 
 #include "foundation/dict.h"
-#include "schema/module_record.h"
+#include "schema/lookup.h"
 #include "schema/node.h"
 
 namespace {
 
-// With fewer children, passing them costs no more than hashing a name.
-constexpr size_t kManyChildren = 64;
+// With fewer nodes, passing them costs no more than hashing a name.
+constexpr size_t kMany = 64;
 
-size_t CountChildren(const ZrNode *parent)
+template <typename Visit> void ForEachChild(const ZrNode *parent, Visit visit)
 {
-    size_t count = 0;
-    for (const ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
-        ++count;
+    for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
+        visit(child);
         if (child == parent->lastChild)
             break;
     }
-    return count;
 }
 
-// Names are shared copies, so that their addresses tell them apart.
-size_t SlotOf(const char *name, size_t mask)
+// In the order in which a lookup passes them.
+template <typename Visit> void ForEachTop(const ZrMod *module, Visit visit)
 {
-    auto address = reinterpret_cast<uintptr_t>(name);
-    return (address / alignof(max_align_t) * size_t{2654435761}) & mask;
+    for (ZrNode *node : {module->dataNodes, module->rpcs, module->notifications}) {
+        for (; node != nullptr; node = node->next)
+            visit(node);
+    }
+}
+
+// Whether `node` is the other one or stands below it.
+bool IsAtOrBelow(const ZrNode *node, const ZrNode *ancestor)
+{
+    while (node != nullptr && node != ancestor)
+        node = node->parent;
+    return node != nullptr;
 }
 
 } // namespace
 
-bool zr::ChildIndex::Build(const ZrNode *parent)
+bool zr::ChildIndex::Table::Make(size_t count)
 {
-    size_t count = CountChildren(parent);
-    if (count < kManyChildren || parent->module == nullptr)
-        return false;
-    size_t size = kManyChildren;
+    size_t size = kMany;
     while (size < 2 * count)
         size *= 2;
-    Forget();
     zr::Free(slots_.release());
-    *slots_.slot() = static_cast<ZrNode **>(zr::AllocZeroed(size * sizeof(ZrNode *)));
-    if (!slots_)
-        return false;
+    *slots_.slot() = static_cast<Entry *>(zr::AllocZeroed(size * sizeof(Entry)));
     mask_ = size - 1;
-    ZrNode *child = parent->firstChild;
-    for (; count != 0; --count, child = child->next) {
-        size_t slot = SlotOf(child->name, mask_);
-        while (slots_.get()[slot] != nullptr)
-            slot = (slot + 1) & mask_;
-        slots_.get()[slot] = child;
+    return static_cast<bool>(slots_);
+}
+
+void zr::ChildIndex::Table::Add(Entry entry)
+{
+    size_t slot = entry.hash & mask_;
+    while (slots_.get()[slot].node != nullptr)
+        slot = (slot + 1) & mask_;
+    slots_.get()[slot] = entry;
+}
+
+void zr::ChildIndex::Table::Remove(const ZrNode *node, size_t hash)
+{
+    Entry *slots = slots_.get();
+    size_t hole = hash & mask_;
+    while (slots[hole].node != nullptr && slots[hole].node != node)
+        hole = (hole + 1) & mask_;
+    if (slots[hole].node == nullptr)
+        return;
+    // What stands behind the hole moves up to it, unless that would put it before its own place.
+    for (size_t at = (hole + 1) & mask_; slots[at].node != nullptr; at = (at + 1) & mask_) {
+        size_t home = slots[at].hash & mask_;
+        if (((at - home) & mask_) < ((at - hole) & mask_))
+            continue;
+        slots[hole] = slots[at];
+        hole = at;
     }
+    slots[hole] = {};
+}
+
+bool zr::ChildIndex::ServesChildrenOf(const ZrNode *parent)
+{
+    return parent == parent_ && parent->firstChild == firstChild_ &&
+           parent->lastChild == lastChild_;
+}
+
+bool zr::ChildIndex::MakeChildrenOf(const ZrNode *parent)
+{
+    size_t count = 0;
+    ForEachChild(parent, [&](const ZrNode *) { ++count; });
+    if (count < kMany || parent->module == nullptr)
+        return false;
+    parent_ = nullptr;
+    if (!children_.Make(count))
+        return false;
+    ForEachChild(parent, [this](ZrNode *child) {
+        children_.Add({child, nullptr, HashOf(child->name)});
+    });
     parent_ = parent;
     firstChild_ = parent->firstChild;
     lastChild_ = parent->lastChild;
     return true;
 }
 
-bool zr::ChildIndex::Serves(const ZrNode *parent)
-{
-    return parent == parent_ && parent->firstChild == firstChild_ &&
-           parent->lastChild == lastChild_;
-}
-
 ZrNode *zr::ChildIndex::Find(const ZrNode *parent, const char *moduleName, const char *name)
 {
-    if (parent == nullptr || name == nullptr || (!Serves(parent) && !Build(parent)))
+    if (parent == nullptr || name == nullptr ||
+        (!ServesChildrenOf(parent) && !MakeChildrenOf(parent)))
         return ZRS_NODE_FindChildNodeByName(parent, moduleName, name);
     const char *shared = zr::FindInterned(&parent->module->ctx->dict, name);
     if (shared == nullptr)
         return nullptr;
     bool anyModule = moduleName == nullptr || *moduleName == '\0';
-    // Children of one name stand in the slots in their own order: the first is found first.
-    for (size_t slot = SlotOf(shared, mask_); slots_.get()[slot] != nullptr;
-         slot = (slot + 1) & mask_) {
-        ZrNode *child = slots_.get()[slot];
-        if (child->name == shared && (anyModule || zr::IsOfModule(child, moduleName)))
-            return child;
+    return children_.Find(HashOf(shared), [=](const Entry &entry) {
+        return entry.node->name == shared && (anyModule || zr::IsOfModule(entry.node, moduleName));
+    });
+}
+
+bool zr::ChildIndex::ServesTopOf(const ZrMod *module)
+{
+    if (module == module_)
+        return true;
+    size_t count = 0;
+    ForEachTop(module, [&](const ZrNode *) { ++count; });
+    if (count < kMany)
+        return false;
+    module_ = nullptr;
+    if (!top_.Make(count))
+        return false;
+    ForEachTop(module, [this](ZrNode *node) { top_.Add({node, nullptr, HashOf(node->name)}); });
+    module_ = module;
+    return true;
+}
+
+ZrNode *zr::ChildIndex::FindTop(const ZrMod *module, const char *name)
+{
+    if (module == nullptr || name == nullptr || !ServesTopOf(module))
+        return ZRS_MOD_FindTopLevelSchemaNode(module, name);
+    const char *shared = zr::FindInterned(&module->ctx->dict, name);
+    if (shared == nullptr)
+        return nullptr;
+    return top_.Find(HashOf(shared),
+                     [=](const Entry &entry) { return entry.node->name == shared; });
+}
+
+bool zr::ChildIndex::ServesAugmentsOf(const ZrMod *module)
+{
+    if (module == augmenting_)
+        return true;
+    size_t augments = 0, nodes = 0;
+    for (const ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
+        ++augments;
+    if (augments < kMany)
+        return false;
+    for (const ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
+        ForEachChild(augment, [&](const ZrNode *) { ++nodes; });
+    augmenting_ = nullptr;
+    if (!added_.Make(nodes))
+        return false;
+    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
+        size_t hash = HashOf(std::string_view(augment->name));
+        ForEachChild(augment, [=, this](ZrNode *node) {
+            added_.Add({node, augment, HashOf(node->name) ^ hash});
+        });
     }
-    return nullptr;
+    augmenting_ = module;
+    return true;
+}
+
+size_t zr::ChildIndex::HashOf(std::string_view text)
+{
+    uint32_t hash = 2166136261; // FNV-1a
+    for (char c : text)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619;
+    return hash;
+}
+
+void zr::ChildIndex::LeaveAugment(const ZrNode *augment)
+{
+    ForEachChild(augment, [=, this](const ZrNode *node) { Leave(node, augment); });
+    ForgetChildrenOf(augment);
+}
+
+void zr::ChildIndex::Leave(const ZrNode *node, const ZrNode *augment)
+{
+    if (augmenting_ != nullptr && augment != nullptr && augment->module == augmenting_)
+        added_.Remove(node, HashOf(node->name) ^ HashOf(std::string_view(augment->name)));
+    if (module_ != nullptr && node->parent == nullptr)
+        top_.Remove(node, HashOf(node->name));
+    if (parent_ == nullptr)
+        return;
+    if (IsAtOrBelow(parent_, node)) {
+        parent_ = nullptr;
+        return;
+    }
+    children_.Remove(node, HashOf(node->name));
+    bool isFirst = node == firstChild_, isLast = node == lastChild_;
+    if (isFirst)
+        firstChild_ = isLast ? nullptr : node->next;
+    if (isLast)
+        lastChild_ = isFirst ? nullptr : node->prev;
+}
+
+void zr::ChildIndex::ForgetChildrenOf(const ZrNode *parent)
+{
+    if (parent == parent_)
+        parent_ = nullptr;
 }

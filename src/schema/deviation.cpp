@@ -5,7 +5,9 @@
 #include "foundation/memory.h"
 #include "foundation/relations.h"
 #include "schema/augment.h"
+#include "schema/deviation_run.h"
 #include "schema/deviation_steps.h"
+#include "schema/lookup.h"
 #include "schema/module.h"
 #include "schema/node.h"
 #include "schema/record_arrays.h"
@@ -49,11 +51,12 @@ const char **QualifyDefaults(const ZrMod *module, const ZrsDeviate *deviate)
     return texts;
 }
 
-uint32_t ApplyDeviates(ZrMod *module, ZrsDeviation *deviation, ZrNode *target, ZrNode *augment)
+uint32_t ApplyDeviates(ZrMod *module, ZrsDeviation *deviation, ZrNode *target, ZrNode *augment,
+                       zr::DeviationRun *run)
 {
     for (uint32_t i = 0; i < deviation->deviateCount; ++i) {
         ZrsDeviate *deviate = &deviation->deviates[i];
-        uint32_t status = ZRS_MOD_CoupleDeviate(module, deviation, deviate, target, augment);
+        uint32_t status = zr::CoupleDeviate(module, deviation, deviate, target, augment, run);
         if (status != ZR_OK)
             return status;
         if (deviate->kind == ZRS_DEVIATE_NOT_SUPPORTED)
@@ -91,6 +94,13 @@ uint32_t ZRS_MOD_RefreshDeviateDefaults(ZrMod *module, const ZrNode *target, Zrs
 uint32_t ZRS_MOD_CoupleDeviate(ZrMod *module, ZrsDeviation *deviation, ZrsDeviate *deviate,
                                ZrNode *target, ZrNode *augment)
 {
+    zr::DeviationRun run;
+    return zr::CoupleDeviate(module, deviation, deviate, target, augment, &run);
+}
+
+uint32_t zr::CoupleDeviate(ZrMod *module, ZrsDeviation *deviation, ZrsDeviate *deviate,
+                           ZrNode *target, ZrNode *augment, DeviationRun *run)
+{
     if (module == nullptr || deviation == nullptr || deviate == nullptr || target == nullptr)
         return ZR_ERR_INVALID;
     uint32_t status = ZRS_MOD_RefreshDeviateDefaults(module, target, deviate);
@@ -102,7 +112,7 @@ uint32_t ZRS_MOD_CoupleDeviate(ZrMod *module, ZrsDeviation *deviation, ZrsDeviat
     case ZRS_DEVIATE_DELETE:
         return ZRS_MOD_CoupleDevDel(module, deviate, target);
     case ZRS_DEVIATE_NOT_SUPPORTED:
-        return ZRS_MOD_CoupleDevNotSup(module, deviation, target, augment);
+        return RemoveTarget(module, deviation, target, augment, run);
     case ZRS_DEVIATE_REPLACE:
         return ZRS_MOD_CoupleDevRepl(module, deviate, target);
     default:
@@ -112,16 +122,24 @@ uint32_t ZRS_MOD_CoupleDeviate(ZrMod *module, ZrsDeviation *deviation, ZrsDeviat
 
 uint32_t ZRS_MOD_CoupleDeviation(ZrMod *module, ZrsDeviation *deviation)
 {
+    zr::DeviationRun run;
+    return zr::CoupleDeviation(module, deviation, &run);
+}
+
+uint32_t zr::CoupleDeviation(ZrMod *module, ZrsDeviation *deviation, DeviationRun *run)
+{
     if (module == nullptr || deviation == nullptr)
         return ZR_ERR_INVALID;
     if ((deviation->flags & ZRS_DEVIATION_COUPLED) != 0)
         return ZR_OK;
     ZrNode *augment = nullptr;
-    ZrNode *target = ZR_CTX_GetTargetNode(module->ctx, deviation->targetPath, &augment);
-    if (target == nullptr)
-        return ZR_OK; // tried again when the target's module is loaded
+    ZrNode *target = FindTarget(module->ctx, deviation->targetPath, &augment, &run->children);
+    // Tried again when the target is there. What it inherits has to come before what a deviation
+    // changes, so that it is not there yet while it hangs in an augment.
+    if (target == nullptr || !StandsInSchema(target))
+        return ZR_OK;
     ZR_CTX_SetLoadStage(module->ctx, ZRS_STAGE_DEVIATION);
-    uint32_t status = ApplyDeviates(module, deviation, target, augment);
+    uint32_t status = ApplyDeviates(module, deviation, target, augment, run);
     deviation->flags =
         status == ZR_OK ? uint16_t{ZRS_DEVIATION_COUPLED} : uint16_t{ZRS_DEVIATION_FAILED};
     ZR_CTX_SetLoadStage(module->ctx, ZRS_STAGE_LOADING);
@@ -131,13 +149,15 @@ uint32_t ZRS_MOD_CoupleDeviation(ZrMod *module, ZrsDeviation *deviation)
 uint32_t zr::CoupleModuleDeviations(ZrMod *module)
 {
     uint32_t result = ZR_OK;
+    DeviationRun run;
+    ScopedLoadStage stage(module->ctx, ZR_CTX_GetLoadStage(module->ctx));
     for (uint32_t i = 0; i < module->deviationCount; ++i) {
         ZrsDeviation *deviation = &module->deviations[i];
         if (deviation->flags != 0)
             continue;
         uint32_t status = RecordRelation(module, deviation);
         if (status == ZR_OK)
-            status = ZRS_MOD_CoupleDeviation(module, deviation);
+            status = CoupleDeviation(module, deviation, &run);
         if (result == ZR_OK)
             result = status;
     }
@@ -154,7 +174,6 @@ void zr::RetryModuleDeviations(ZrMod *module)
     const ZrErrModNode *recorded = ZR_CTX_GetErrNodeByModName(ctx, module->name);
     if (recorded != nullptr && recorded->entryCount != 0)
         return;
-    ZR_CTX_SetLoadStage(ctx, ZRS_STAGE_DEVIATION);
+    ScopedLoadStage stage(ctx, ZRS_STAGE_DEVIATION);
     ZR_CTX_AddModError(ctx, module->name, "Failed to couple deviation statements.");
-    ZR_CTX_SetLoadStage(ctx, ZRS_STAGE_LOADING);
 }

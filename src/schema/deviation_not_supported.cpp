@@ -2,91 +2,20 @@
 //
 // The rule is the same in whatever order modules arrive: an augment whose target a loaded module's
 // deviation has removed is dropped, be it there when the deviation is applied or loaded later.
+#include <algorithm>
 #include <cstring>
+#include <string_view>
 
+#include "foundation/array.h"
 #include "foundation/module_tree.h"
 #include "foundation/relations.h"
 #include "schema/augment.h"
-#include "schema/deviation.h"
+#include "schema/deviation_run.h"
 #include "schema/module.h"
 #include "schema/node.h"
 #include "schema/record_arrays.h"
 
 namespace {
-
-// Of an augment's flags: it is about to be dropped.
-constexpr uint32_t kDoomed = 0x8000;
-
-// What is removed: the nodes at and below a path, and below a node when it is known.
-struct Removed {
-    const char *path;
-    const ZrNode *node; // or null
-};
-
-bool IsAtOrBelow(const ZrNode *node, const ZrNode *ancestor)
-{
-    while (node != nullptr && node != ancestor)
-        node = node->parent;
-    return node != nullptr;
-}
-
-// The paths tell for nearly all augments; the nodes also tell for one whose path leads to the
-// removed node by another spelling.
-bool PointsInto(const ZrNode *augment, const Removed &removed)
-{
-    if (zr::IsPathAtOrBelow(augment->name, removed.path))
-        return true;
-    return removed.node != nullptr && (augment->flags & ZRS_FLAG_COUPLED) != 0 &&
-           augment->firstChild != nullptr && IsAtOrBelow(augment->firstChild->parent, removed.node);
-}
-
-// Marks the module's augments that are to be dropped; false when there is none.
-bool Doom(const ZrMod *module, const Removed &removed)
-{
-    bool any = false;
-    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
-        if (PointsInto(augment, removed)) {
-            augment->flags |= kDoomed;
-            any = true;
-        }
-    }
-    return any;
-}
-
-void Spare(const ZrMod *module)
-{
-    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
-        augment->flags &= ~kDoomed;
-}
-
-void TakeBackDoomed(const ZrMod *module)
-{
-    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
-        if ((augment->flags & kDoomed) != 0)
-            zr::TakeBackAugmentNodes(augment);
-    }
-}
-
-void Drop(ZrNode *augment)
-{
-    ZRS_NODE_Unlink(augment);
-    ZRS_NODE_Free(augment);
-}
-
-void DropDoomed(ZrMod *module)
-{
-    bool any = false;
-    ZrNode *next = nullptr;
-    for (ZrNode *augment = module->augments; augment != nullptr; augment = next) {
-        next = augment->next;
-        if ((augment->flags & kDoomed) != 0) {
-            Drop(augment);
-            any = true;
-        }
-    }
-    if (any)
-        zr::SettleModuleAugments(module);
-}
 
 // Records that the module is changed by the deviating one, so that it is loaded again when that
 // one goes.
@@ -98,40 +27,41 @@ uint32_t RecordLoss(const ZrMod *module, const char *deviatingModuleName)
                                     ZR_RELATION_DEVIATED_BY);
 }
 
-// Calls `visit`(module) for every loaded module.
-template <typename Visit> void ForEachModule(const ZrCtx *ctx, Visit visit)
+// Drops the augments that point to or below the path, and to or below the node, which may be null.
+// Everything that can fail comes first. The nodes are taken back before any augment goes, since one
+// augment's nodes may hang below another's.
+uint32_t DropAugments(zr::DeviationRun *run, const char *deviatingModuleName, const char *path,
+                      const ZrNode *node)
 {
-    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module))
-        visit(module);
-}
-
-// Drops the augments of all modules that point into what is removed. Everything that can fail
-// comes first. The nodes are taken back before any augment goes, since one augment's nodes may
-// hang below another's.
-uint32_t DropAugments(const ZrCtx *ctx, const char *deviatingModuleName, const Removed &removed)
-{
+    if (!run->augments.Doom(path, node))
+        return ZR_OK;
     uint32_t status = ZR_OK;
-    ForEachModule(ctx, [&](const ZrMod *module) {
-        if (status == ZR_OK && Doom(module, removed))
-            status = RecordLoss(module, deviatingModuleName);
+    run->augments.ForEachDoomed([&](const ZrNode *augment) {
+        if (status == ZR_OK)
+            status = RecordLoss(augment->module, deviatingModuleName);
     });
     if (status != ZR_OK) {
-        ForEachModule(ctx, Spare);
+        run->augments.Spare();
         return status;
     }
-    ForEachModule(ctx, TakeBackDoomed);
-    ForEachModule(ctx, DropDoomed);
+    run->augments.ForEachDoomed([run](ZrNode *augment) {
+        if (augment->firstChild != nullptr)
+            run->children.ForgetChildrenOf(augment->firstChild->parent);
+        zr::TakeBackAugmentNodes(augment);
+    });
+    run->augments.ForEachDoomed(
+        [run](const ZrNode *augment) { run->children.LeaveAugment(augment); });
+    run->augments.FreeDoomed();
     return ZR_OK;
 }
 
-// The stretches of coupled augments that begin or end with the node. It may have been added by an
-// augment of its own module, which a lookup by path does not come through.
-void KeepStretches(ZrNode *augment, const ZrNode *node)
+// The same by path alone, for the augments of a context or of one module.
+template <typename Owner>
+uint32_t DropAugmentsOf(Owner *owner, const char *deviatingModuleName, const char *path)
 {
-    ZRS_NODE_RemoveCoupledAugmentNodeChildLink(augment, node);
-    for (ZrNode *own = node->module->augments; own != nullptr; own = own->next)
-        ZRS_NODE_RemoveCoupledAugmentNodeChildLink(own, node);
+    zr::DeviationRun run;
+    uint32_t status = run.augments.Make(owner);
+    return status == ZR_OK ? DropAugments(&run, deviatingModuleName, path, nullptr) : status;
 }
 
 bool IsNotSupported(const ZrsDeviation &deviation)
@@ -143,12 +73,16 @@ bool IsNotSupported(const ZrsDeviation &deviation)
     return false;
 }
 
+bool HasRemoved(const ZrsDeviation &deviation)
+{
+    return (deviation.flags & ZRS_DEVIATION_COUPLED) != 0 && IsNotSupported(deviation);
+}
+
 bool HasRemoved(const ZrMod *module, const char *path)
 {
     for (uint32_t i = 0; module != nullptr && i < module->deviationCount; ++i) {
         const ZrsDeviation &deviation = module->deviations[i];
-        if ((deviation.flags & ZRS_DEVIATION_COUPLED) != 0 && IsNotSupported(deviation) &&
-            zr::IsPathAtOrBelow(path, deviation.targetPath))
+        if (HasRemoved(deviation) && zr::IsPathAtOrBelow(path, deviation.targetPath))
             return true;
     }
     return false;
@@ -199,14 +133,28 @@ void ZRS_NODE_NotifyBeforeDeviateNotSupport(ZrNode *node)
 uint32_t ZRS_MOD_CoupleDevNotSup(ZrMod *module, const ZrsDeviation *deviation, ZrNode *target,
                                  ZrNode *augment)
 {
+    zr::DeviationRun run;
+    return zr::RemoveTarget(module, deviation, target, augment, &run);
+}
+
+uint32_t zr::RemoveTarget(ZrMod *module, const ZrsDeviation *deviation, ZrNode *target,
+                          ZrNode *augment, DeviationRun *run)
+{
     if (module == nullptr || deviation == nullptr || target == nullptr)
         return ZR_ERR_INVALID;
     ZRS_NODE_NotifyBeforeDeviateNotSupport(target);
     // The augments go before the nodes do, as long as their links lead somewhere.
-    uint32_t status = DropAugments(module->ctx, module->name, {deviation->targetPath, target});
+    uint32_t status = run->augments.Make(module->ctx);
+    if (status == ZR_OK)
+        status = DropAugments(run, module->name, deviation->targetPath, target);
     if (status != ZR_OK)
         return status;
-    KeepStretches(augment, target);
+    ZrNode *adder = run->augments.AugmentOf(target);
+    run->children.Leave(target, adder);
+    // The augment that added the node may be one of its own module, which a lookup by path does
+    // not come through.
+    ZRS_NODE_RemoveCoupledAugmentNodeChildLink(augment, target);
+    ZRS_NODE_RemoveCoupledAugmentNodeChildLink(adder, target);
     ZRS_NODE_Unlink(target);
     ZRS_NODE_Free(target);
     return ZR_OK;
@@ -218,7 +166,7 @@ uint32_t ZRS_MOD_RemoveAllModAugmentStartsWithDeviationPath(ZrMod *targetModule,
 {
     if (targetModule == nullptr || deviatingModuleName == nullptr || deviationPath == nullptr)
         return ZR_ERR_INVALID;
-    return DropAugments(targetModule->ctx, deviatingModuleName, {deviationPath, nullptr});
+    return DropAugmentsOf(targetModule->ctx, deviatingModuleName, deviationPath);
 }
 
 uint32_t ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ZrMod *module,
@@ -227,16 +175,62 @@ uint32_t ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ZrMod *module,
 {
     if (module == nullptr || deviatingModuleName == nullptr || deviationPath == nullptr)
         return ZR_ERR_INVALID;
-    if (!Doom(module, {deviationPath, nullptr}))
-        return ZR_OK;
-    uint32_t status = RecordLoss(module, deviatingModuleName);
-    if (status != ZR_OK) {
-        Spare(module);
-        return status;
+    return DropAugmentsOf(module, deviatingModuleName, deviationPath);
+}
+
+namespace {
+
+// Calls `visit`(deviation, module) for every deviation that has removed a node.
+template <typename Visit> void ForEachRemoval(const ZrCtx *ctx, Visit visit)
+{
+    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
+         module = zr::NextModule(ctx, module)) {
+        for (uint32_t i = 0; i < module->deviationCount; ++i) {
+            const ZrsDeviation &deviation = module->deviations[i];
+            if (HasRemoved(deviation))
+                visit(deviation, module);
+        }
     }
-    TakeBackDoomed(module);
-    DropDoomed(module);
-    return ZR_OK;
+}
+
+} // namespace
+
+bool zr::RemovedPaths::Make(const ZrCtx *ctx)
+{
+    uint32_t count = 0;
+    ForEachRemoval(ctx, [&](const ZrsDeviation &, const ZrMod *) { ++count; });
+    if (NewArray(paths_.slot(), count) != ZR_OK)
+        return false;
+    ForEachRemoval(ctx, [this](const ZrsDeviation &deviation, ZrMod *module) {
+        paths_.get()[count_++] = {deviation.targetPath, module};
+    });
+    std::sort(paths_.get(), paths_.get() + count_, [](const Removal &a, const Removal &b) {
+        return std::string_view(a.path) < std::string_view(b.path);
+    });
+    return true;
+}
+
+ZrMod *zr::RemovedPaths::RemoverOf(std::string_view path) const
+{
+    const Removal *first = paths_.get(), *end = first + count_;
+    const Removal *found =
+        std::lower_bound(first, end, path, [](const Removal &removal, std::string_view key) {
+            return std::string_view(removal.path) < key;
+        });
+    return found != end && path == found->path ? found->module : nullptr;
+}
+
+ZrMod *zr::RemovedPaths::FindRemover(const ZrCtx *ctx, const char *path)
+{
+    constexpr uint32_t kManyQuestions = 16;
+    if (!isMade_ && (++questions_ < kManyQuestions || !(isMade_ = Make(ctx))))
+        return zr::FindRemover(ctx, path);
+    std::string_view text(path);
+    for (size_t slash = text.find('/', 1); slash != text.npos; slash = text.find('/', slash + 1)) {
+        if (ZrMod *remover = RemoverOf(text.substr(0, slash)))
+            return remover;
+    }
+    return RemoverOf(text);
 }
 
 ZrMod *zr::FindRemover(const ZrCtx *ctx, const char *path)
@@ -256,7 +250,9 @@ ZrMod *zr::FindRemover(const ZrCtx *ctx, const char *path)
 uint32_t zr::DropAugment(ZrNode *augment, const ZrMod *remover)
 {
     uint32_t status = RecordLoss(augment->module, remover->name);
-    if (status == ZR_OK)
-        Drop(augment);
-    return status;
+    if (status != ZR_OK)
+        return status;
+    ZRS_NODE_Unlink(augment);
+    ZRS_NODE_Free(augment);
+    return ZR_OK;
 }

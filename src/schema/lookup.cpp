@@ -16,17 +16,44 @@ ZrNode *FindBySteps(const ZrMod *module, ZrNode *start, const char *path, zr::Ch
 {
     return zr::FollowSteps(
         start, path, [=](ZrNode *node, const char *moduleName, const char *name) {
-            if (node == nullptr)
-                return ZRS_MOD_FindTopLevelSchemaNode(module, name);
-            return index != nullptr ? index->Find(node, moduleName, name)
-                                    : ZRS_NODE_FindChildNodeByName(node, moduleName, name);
+            if (index != nullptr)
+                return node == nullptr ? index->FindTop(module, name)
+                                       : index->Find(node, moduleName, name);
+            return node == nullptr ? ZRS_MOD_FindTopLevelSchemaNode(module, name)
+                                   : ZRS_NODE_FindChildNodeByName(node, moduleName, name);
         });
+}
+
+// FindUnderAugment() with an index that serves the module's augments: only the augments that add a
+// node of the first step's name are looked at.
+ZrNode *FindAmongAdded(const ZrMod *module, std::string_view augmentTarget, const char *restPath,
+                       ZrNode **augmentOut, zr::ChildIndex *index)
+{
+    char moduleName[zr::kNameSize];
+    char name[zr::kNameSize];
+    const char *rest =
+        ZR_UTL_GetXPathNextPredicatedPrefixNode(*restPath == '/' ? restPath + 1 : restPath,
+                                                moduleName, sizeof(moduleName), name, sizeof(name));
+    if (rest == nullptr)
+        return nullptr;
+    ZrNode *found = nullptr;
+    index->ForEachAdded(augmentTarget, name, [&](ZrNode *node, ZrNode *augment) {
+        if (*moduleName != '\0' && !zr::IsOfModule(node, moduleName))
+            return false;
+        found = *rest == '\0' ? node : FindBySteps(module, node, rest, index);
+        if (found != nullptr && augmentOut != nullptr)
+            *augmentOut = augment;
+        return found != nullptr;
+    });
+    return found;
 }
 
 // Looks the rest of a path up below the module's own augments of exactly that target.
 ZrNode *FindUnderAugment(const ZrMod *module, std::string_view augmentTarget, const char *restPath,
                          ZrNode **augmentOut, zr::ChildIndex *index)
 {
+    if (index != nullptr && index->ServesAugmentsOf(module))
+        return FindAmongAdded(module, augmentTarget, restPath, augmentOut, index);
     for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
         if (augment->name == nullptr || augment->name != augmentTarget)
             continue;

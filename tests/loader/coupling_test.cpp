@@ -1,8 +1,10 @@
 #include "loader/coupling.h"
 
+#include "foundation/load_errors.h"
 #include "foundation/module_tree.h"
 #include "foundation/relations.h"
 #include "loader/module_sets.h"
+#include "loader/pipeline.h"
 #include "schema/augment.h"
 #include "schema/coupling_fixture.h"
 
@@ -117,6 +119,44 @@ TEST(CoupleAugmentAndGenRelation, WithoutMemoryForTheRelationNothingIsCoupled)
     EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), 0u);
 }
 
+TEST(CouplingMessages, AreRecordedAlsoWhenAnAugmentOfTheModuleMadeAnInput)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", "<rpc name=\"r\"/>" + Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/input", Leaf("p")) +
+                                    Deviation("/m:c", "replace", "<type name=\"string\"/>")),
+              0u);
+    EXPECT_THAT(ctx.Messages("a"), ElementsAre("Failed to replace type of node \"c\".",
+                                               "Failed to couple deviation statements."));
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/output", Leaf("p")) +
+                                    Augment("/m:none", Leaf("p")) +
+                                    Deviation("/m:c", "replace", "<type name=\"string\"/>")),
+              0u);
+    EXPECT_THAT(ctx.Messages("b"), ElementsAre("Failed to couple augment statements.",
+                                               "Failed to replace type of node \"c\"."));
+}
+
+TEST(CouplingMessages, OfAugmentsAreNotRecordedAgainWhileTheEntryStands)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    EXPECT_THAT(ctx.Messages("a"), ElementsAre("Failed to couple augment statements."));
+    ASSERT_EQ(ZRS_LOADER_AppendModuleToCtx(ctx, ctx.Module("a"), nullptr), 0u);
+    EXPECT_THAT(ctx.Messages("a"), ElementsAre("Failed to couple augment statements."));
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    EXPECT_THAT(ctx.Messages("a"), IsEmpty());
+}
+
+TEST(CouplingMessages, OfAugmentsAreRecordedBesideAnApplicationsEntryOfThatStage)
+{
+    TestContext ctx;
+    ZR_CTX_SetLoadStage(ctx, ZRS_STAGE_AUGMENT);
+    ZR_CTX_AddModError(ctx, "a", "The application's.");
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    EXPECT_THAT(ctx.Messages("a"),
+                ElementsAre("The application's.", "Failed to couple augment statements."));
+}
+
 TEST(CoupleDeviationAndGenRelation, TellsTheFirstFailingStatusAndTriesAll)
 {
     TestContext ctx;
@@ -227,12 +267,16 @@ TEST(ModuleSets, HoldWhatTheyAreMadeFor)
         sum.sharedNodes += set.sharedNodes;
         sum.madeInputs += set.madeInputs;
         sum.notSupported += set.notSupported;
+        sum.changedConfig += set.changedConfig;
+        sum.deniedByDeviation += set.deniedByDeviation;
     }
     EXPECT_GT(sum.augmentsOnAugments, 500);
     EXPECT_GT(sum.deviationsOnAugmented, 500);
     EXPECT_GT(sum.sharedNodes, 100);
     EXPECT_GT(sum.madeInputs, 200);
     EXPECT_GT(sum.notSupported, 200);
+    EXPECT_GT(sum.changedConfig, 500);
+    EXPECT_GT(sum.deniedByDeviation, 200);
 }
 
 TEST(LoadOrder, DoesNotChangeTheSchema)

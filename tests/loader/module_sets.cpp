@@ -22,19 +22,27 @@ struct Node {
     {
     }
     bool hasDefault = false;
+    bool hasMust = false;
+    bool hasUnits = false;
+    bool hasTag = false;
+    bool ownMandatory = false;
     bool ownConfig = false;
     bool declared = true;        // false: an input or output that no statement declares
     std::set<std::string> taken; // properties that a deviation has changed
     std::set<int> deviators;
 };
 
+// A use of an extension that means nothing to anyone.
+constexpr char kTag[] = "<p-e:tag xmlns:p-e=\"urn:e\"/>";
+
 class Maker {
 public:
     explicit Maker(uint32_t seed) : random_(seed) {}
 
-    ModuleSet Make()
+    ModuleSet Make(uint32_t count)
     {
-        uint32_t count = 3 + random_.Below(5);
+        if (count == 0)
+            count = 3 + random_.Below(5);
         for (uint32_t i = 0; i < count; ++i) {
             set_.names.push_back("m" + std::to_string(i));
             bodies_.push_back(Own(static_cast<int>(i)));
@@ -53,7 +61,7 @@ private:
     std::string Imports() const
     {
         std::string text;
-        for (const char *name : {"m0", "m1", "m2", "m3", "m4", "m5", "m6", "ietf-netconf-acm"})
+        for (const char *name : {"m0", "m1", "m2", "m3", "m4", "m5", "m6", "e", "ietf-netconf-acm"})
             text += "<import module=\"" + std::string(name) + "\"><prefix value=\"p-" + name +
                     "\"/></import>";
         return text;
@@ -136,8 +144,24 @@ private:
             text += "<if-feature name=\"f\"/>";
         if (random_.Chance(20))
             text += "<when condition=\"../w\"/>";
-        if (node->kind != Kind::Case && node->kind != Kind::Choice && random_.Chance(20))
+        if (node->kind != Kind::Case && node->kind != Kind::Choice && random_.Chance(20)) {
             text += "<must condition=\"x\"/>";
+            node->hasMust = true;
+        }
+        if (isLeaf && random_.Chance(20)) {
+            text += "<units name=\"u\"/>";
+            node->hasUnits = true;
+        }
+        if (node->kind == Kind::Leaf && random_.Chance(20)) {
+            text += "<mandatory value=\"true\"/>";
+            node->ownMandatory = true;
+        }
+        if (random_.Chance(10)) {
+            text += kTag;
+            node->hasTag = true;
+        }
+        if (random_.Chance(10))
+            text += Deny();
         if (node->kind != Kind::Case && random_.Chance(20)) {
             text += random_.Chance(50) ? "<config value=\"false\"/>" : "<config value=\"true\"/>";
             node->ownConfig = true;
@@ -212,38 +236,79 @@ private:
         set_.deviationsOnAugmented += node.depth > 0;
         set_.sharedNodes += node.deviators.size() == 2;
         set_.notSupported += property == "node";
+        set_.changedConfig += property == "config";
+        set_.deniedByDeviation += property.starts_with("deny");
     }
 
     // One deviate of a property that fits the node, or nothing.
     std::string Deviate(Node *node, std::string *property)
     {
         bool isLeaf = node->kind == Kind::Leaf || node->kind == Kind::LeafList;
-        switch (random_.Below(6)) {
+        bool takesMust = node->kind != Kind::Case && node->kind != Kind::Choice;
+        switch (random_.Below(11)) {
         case 0:
             *property = "node";
             return random_.Chance(50) ? "<deviate value=\"not-supported\"/>" : "";
         case 1:
             *property = "default";
-            if (!isLeaf)
-                return "";
-            return DeviateDefault(*node);
+            return isLeaf ? DeviateDefault(*node) : "";
         case 2:
             *property = NewName("must"); // any number of them
-            return node->kind == Kind::Case || node->kind == Kind::Choice
-                       ? ""
-                       : "<deviate value=\"add\"><must condition=\"" + *property + "\"/></deviate>";
+            return takesMust ? In("add", "<must condition=\"" + *property + "\"/>") : "";
         case 3:
-            *property = "config";
-            return node->ownConfig ? ""
-                                   : "<deviate value=\"add\"><config value=\"false\"/></deviate>";
+            *property = "own must";
+            return node->hasMust ? In("delete", "<must condition=\"x\"/>") : "";
         case 4:
+        case 5:
+            *property = "config";
+            return In(node->ownConfig || random_.Chance(30) ? "replace" : "add",
+                      random_.Chance(50) ? "<config value=\"false\"/>"
+                                         : "<config value=\"true\"/>");
+        case 6:
             *property = "type";
-            return isLeaf ? "<deviate value=\"replace\"><type name=\"t\"/></deviate>" : "";
+            return isLeaf ? In("replace", "<type name=\"t\"/>") : "";
+        case 7:
+            *property = "units";
+            return isLeaf ? DeviateUnits(*node) : "";
+        case 8:
+            *property = "mandatory";
+            return node->kind != Kind::Leaf
+                       ? ""
+                       : In(node->ownMandatory ? "replace" : "add", "<mandatory value=\"false\"/>");
+        case 9:
+            *property = "tag";
+            return In(node->hasTag ? "delete" : "add", kTag);
         default:
-            *property = "nacm";
-            return "<deviate value=\"add\"><p-ietf-netconf-acm:default-deny-all "
-                   "xmlns:p-ietf-netconf-acm=\"urn:acm\"/></deviate>";
+            return DeviateDeny(property);
         }
+    }
+
+    static std::string In(const std::string &kind, const std::string &property)
+    {
+        return "<deviate value=\"" + kind + "\">" + property + "</deviate>";
+    }
+
+    // One of the two extensions of access control.
+    std::string Deny() { return random_.Chance(50) ? Deny("all") : Deny("write"); }
+    static std::string Deny(const std::string &what)
+    {
+        return "<p-ietf-netconf-acm:default-deny-" + what +
+               " xmlns:p-ietf-netconf-acm=\"urn:acm\"/>";
+    }
+
+    std::string DeviateDeny(std::string *property)
+    {
+        std::string what = random_.Chance(50) ? "all" : "write";
+        *property = "deny " + what;
+        return In("add", Deny(what));
+    }
+
+    std::string DeviateUnits(const Node &node)
+    {
+        if (!node.hasUnits)
+            return In("add", "<units name=\"v\"/>");
+        return random_.Chance(50) ? In("replace", "<units name=\"v\"/>")
+                                  : In("delete", "<units name=\"u\"/>");
     }
 
     std::string DeviateDefault(const Node &node)
@@ -264,9 +329,9 @@ private:
 
 } // namespace
 
-ModuleSet MakeModuleSet(uint32_t seed)
+ModuleSet MakeModuleSet(uint32_t seed, uint32_t count)
 {
-    return Maker(seed).Make();
+    return Maker(seed).Make(count);
 }
 
 } // namespace zrtest

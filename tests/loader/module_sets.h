@@ -20,9 +20,12 @@ struct ModuleSet {
     int sharedNodes = 0; // deviated by more than one module
     int madeInputs = 0;  // augments of an input or output that no statement declares
     int notSupported = 0;
+    int changedConfig = 0; // by "replace", or by "add" of either value
+    int deniedByDeviation = 0;
 };
 
-ModuleSet MakeModuleSet(uint32_t seed);
+// A set of so many modules; 0 lets the seed decide.
+ModuleSet MakeModuleSet(uint32_t seed, uint32_t count = 0);
 
 // Values below a bound, the same on every platform.
 class Random {

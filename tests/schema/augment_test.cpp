@@ -306,7 +306,7 @@ TEST(CoupleAugment, CasesCanBeAddedToAChoice)
     ASSERT_EQ(
         ctx.LoadBody("a", Import("m") +
                               Augment("/m:ch", "<case name=\"two\">" + Leaf("p") + "</case>") +
-                              Augment("/m:ch/m:one", Leaf("q"))),
+                              Augment("/m:ch/one", Leaf("q"))),
         0u);
     EXPECT_THAT(ChildNames(ctx.Node("/m:ch")), ElementsAre("one", "two"));
     EXPECT_THAT(ChildNames(ctx.Node("/m:ch/one")), ElementsAre("x", "q"));
@@ -350,12 +350,47 @@ TEST(CoupleAugment, TwoModulesMayAugmentEachOther)
     EXPECT_THAT(ctx.Messages(), IsEmpty());
 }
 
-TEST(CoupleAugment, ALeafTakesNodesLikeAnyTarget)
+TEST(CoupleAugment, NodesThatTakeNoAugmentAreLikeMissingTargetsInEveryOrder)
 {
-    TestContext ctx; // kept: the kind of the target is not looked at
-    ASSERT_EQ(ctx.LoadBody("m", Leaf("x")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:x", Leaf("p"))), 0u);
-    EXPECT_THAT(ChildNames(ctx.Node("/m:x")), ElementsAre("p"));
+    std::string m = ModuleText("m", Leaf("x") + LeafList("xs") + "<anydata name=\"any\"/>" +
+                                        "<anyxml name=\"xml\"/><rpc name=\"r\"><input/></rpc>" +
+                                        Container("c", "<action name=\"do\"><input/></action>"));
+    for (const char *path : {"/m:x", "/m:xs", "/m:any", "/m:xml", "/m:r", "/m:c/do"}) {
+        std::string a = ModuleText("a", Import("m") + Augment(path, Leaf("p")));
+        for (const std::vector<std::string> &order : {std::vector{m, a}, {a, m}}) {
+            TestContext ctx;
+            for (const std::string &text : order)
+                ASSERT_EQ(ctx.Load(text), 0u);
+            ZrNode *augment = ctx.Module("a")->augments;
+            EXPECT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u) << path;
+            EXPECT_THAT(ChildNames(augment), ElementsAre("p"));
+            EXPECT_THAT(ChildNames(ctx.Node(path)), testing::Not(testing::Contains("p")));
+            EXPECT_THAT(ctx.Messages("a"), ElementsAre("Failed to couple augment statements."));
+            EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment), 22u);
+            EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 22u);
+        }
+    }
+}
+
+TEST(CoupleAugment, EveryNodeThatTakesAnAugmentGetsItsNodes)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", "<action name=\"do\"/>") + "<list name=\"li\"/>" +
+                                    Choice("ch") + "<rpc name=\"r\"/><notification name=\"n\"/>"),
+              0u);
+    std::string augments;
+    const std::vector<std::string> paths = {
+        "/m:c", "/m:li", "/m:ch/one", "/m:r/input", "/m:r/output", "/m:c/do/input", "/m:n"};
+    for (const std::string &path : paths)
+        augments += Augment(path, Leaf("p"));
+    augments += Augment("/m:ch", "<case name=\"p\"/>");
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + augments), 0u);
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+    for (const std::string &path : paths) {
+        ASSERT_NE(ctx.Node(path.c_str()), nullptr) << path;
+        EXPECT_THAT(ChildNames(ctx.Node(path.c_str())), testing::Contains("p")) << path;
+    }
+    EXPECT_THAT(ChildNames(ctx.Node("/m:ch")), testing::Contains("p"));
 }
 
 TEST(CoupleAugment, NodesInAModuleThatThePathDoesNotNameAreRelatedToItToo)

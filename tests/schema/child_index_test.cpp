@@ -1,6 +1,9 @@
 #include "schema/child_index.h"
 
+#include <random>
+
 #include "schema/coupling_fixture.h"
+#include "schema/lookup.h"
 #include "schema/record_fixture.h"
 #include "support/alloc.h"
 
@@ -73,7 +76,7 @@ TEST_F(ChildIndex, NoticesChildrenThatComeAndAnotherParent)
     ExpectAgreement(index, parent);
 }
 
-TEST_F(ChildIndex, HasToForgetAChildThatGoes)
+TEST_F(ChildIndex, ForgetsTheChildrenOfAParent)
 {
     zr::ChildIndex index;
     ZrNode *parent = NewParent("p", 100);
@@ -81,9 +84,72 @@ TEST_F(ChildIndex, HasToForgetAChildThatGoes)
     ASSERT_NE(child, nullptr);
     ZRS_NODE_Unlink(child);
     ZRS_NODE_Free(child);
-    index.Forget();
+    index.ForgetChildrenOf(parent);
     EXPECT_EQ(index.Find(parent, nullptr, "child-50"), nullptr);
     ExpectAgreement(index, parent);
+}
+
+TEST_F(ChildIndex, FollowsWhatItIsToldToLeave)
+{
+    zr::ChildIndex index;
+    ZrNode *parent = NewParent("p", 200);
+    for (int i = 0; i < 200; i += 5) // several of one name
+        ZRS_NODE_AddChild(parent, NewNode(other_, ZR_NODE_LEAF, Name(i).c_str()));
+    EXPECT_NE(index.Find(parent, nullptr, "child-0"), nullptr);
+    std::mt19937 random(1);
+    for (int left = 240; left != 0; --left) {
+        ZrNode *child = parent->firstChild;
+        // Often the first or the last, which the index knows the parent by.
+        for (uint32_t skip = left % 3 == 0 ? 0 : static_cast<uint32_t>(random()) % 240;
+             skip != 0 && child->next != nullptr; --skip)
+            child = child->next;
+        index.Leave(child, nullptr);
+        ZRS_NODE_Unlink(child);
+        ZRS_NODE_Free(child);
+        if (left % 7 == 0)
+            ExpectAgreement(index, parent);
+    }
+    EXPECT_EQ(index.Find(parent, nullptr, "child-0"), nullptr);
+}
+
+TEST_F(ChildIndex, LeavesAParentThatGoes)
+{
+    zr::ChildIndex index;
+    ZrNode *top = AddData(module_, ZR_NODE_CONTAINER, "top");
+    ZrNode *inner = AddChild(top, ZR_NODE_CONTAINER, "inner");
+    for (int i = 0; i < 100; ++i)
+        AddChild(inner, ZR_NODE_LEAF, Name(i).c_str());
+    EXPECT_NE(index.Find(inner, nullptr, "child-7"), nullptr);
+    index.Leave(top, nullptr);
+    ZRS_NODE_Unlink(top);
+    ZRS_NODE_Free(top);
+    ExpectAgreement(index, NewParent("q", 100));
+}
+
+TEST_F(ChildIndex, FindsTopLevelNodesInTheOrderOfTheChains)
+{
+    zr::ChildIndex index;
+    for (int i = 0; i < 100; ++i)
+        AddData(module_, ZR_NODE_CONTAINER, Name(i).c_str());
+    for (int i = 50; i < 150; ++i)
+        ZRS_MOD_AddTopNodeToSchemaTree(module_, NewNode(module_, ZR_NODE_RPC, Name(i).c_str()));
+    for (int i = 100; i < 200; ++i)
+        ZRS_MOD_AddTopNodeToSchemaTree(module_,
+                                       NewNode(module_, ZR_NODE_NOTIFICATION, Name(i).c_str()));
+    for (int round = 0; round < 3; ++round) {
+        for (int i = 0; i < 210; ++i)
+            EXPECT_EQ(index.FindTop(module_, Name(i).c_str()),
+                      ZRS_MOD_FindTopLevelSchemaNode(module_, Name(i).c_str()))
+                << i;
+        // The rpc, then the notification of that name, then one that only the first chain has.
+        ZrNode *node = ZRS_MOD_FindTopLevelSchemaNode(module_, round < 2 ? "child-120" : "child-7");
+        index.Leave(node, nullptr);
+        ZRS_NODE_Unlink(node);
+        ZRS_NODE_Free(node);
+    }
+    EXPECT_EQ(index.FindTop(other_, "child-1"), nullptr);
+    EXPECT_EQ(index.FindTop(module_, nullptr), nullptr);
+    EXPECT_EQ(index.FindTop(nullptr, "child-1"), nullptr);
 }
 
 TEST_F(ChildIndex, NeedsMemoryOnlyToBeQuick)

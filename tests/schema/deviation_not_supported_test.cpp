@@ -237,6 +237,31 @@ TEST(NotSupported, ANodeReachedByAnotherSpellingLeavesNoPointerBehind)
     EXPECT_TRUE(IsDeviatedBy(ctx, "b", "d"));
 }
 
+// More of each than are looked for one by one.
+TEST(NotSupported, OfManyNodesBesideManyAugmentsGivesTheSameSchemaInEveryOrder)
+{
+    std::string nodes, tops, augments, deviations;
+    for (int i = 0; i < 100; ++i) {
+        std::string n = std::to_string(i);
+        nodes += Container("c" + n) + Container("x" + n);
+        tops += Container("t" + n) + Container("u" + n);
+        augments += Augment("/m:top/m:c" + n, Leaf("l")) + Augment("/m:top", Leaf("y" + n)) +
+                    Augment("/m:t" + n, Leaf("l")) +
+                    Augment("/m:top/m:c" + n + "/m:none", Leaf("l"));
+        if (i % 2 == 0)
+            deviations += Deviation("/m:top/m:x" + n, "not-supported") +
+                          Deviation("/m:u" + n, "not-supported") +
+                          Deviation("/m:top/a:y" + n, "not-supported");
+        if (i % 3 == 0)
+            deviations += Deviation("/m:t" + n + "/a:l", "not-supported");
+        // With these go all augments that have no target.
+        deviations += Deviation("/m:top/m:c" + n, "not-supported");
+    }
+    ExpectSameInEveryOrder({ModuleText("m", Container("top", nodes) + tops),
+                            ModuleText("a", Import("m") + augments),
+                            ModuleText("d", Import("m") + Import("a") + deviations)});
+}
+
 TEST(NotSupported, TheRemovalOfAugmentsRefusesNullArguments)
 {
     TestContext ctx;

@@ -101,6 +101,46 @@ TEST(CoupleDeviation, AModuleMayDeviateItself)
     EXPECT_EQ(ZR_CTX_FindModRelationTbl(ctx, "m"), nullptr) << "no relation with itself";
 }
 
+TEST(CoupleDeviation, WaitsForTheTargetOfTheAugmentThatAddsItsOwn)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Deviation("/m:c/a:p", "not-supported")), 0u);
+    EXPECT_EQ(ctx.Module("d")->deviations[0].flags, 0);
+    EXPECT_THAT(ChildNames(ctx.Module("a")->augments), ElementsAre("p"));
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    EXPECT_EQ(ctx.Module("d")->deviations[0].flags, ZRS_DEVIATION_COUPLED);
+    EXPECT_EQ(ctx.Node("/m:c/a:p"), nullptr);
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+}
+
+TEST(CoupleDeviation, OfANodeBelowAnotherModulesNodesWaitsForTheWholeChain)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Import("b") + Deviation("/m:c/a:p/b:q", "add", Must("x"))), 0u);
+    EXPECT_EQ(ctx.Module("d")->deviations[0].flags, 0);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    EXPECT_EQ(ctx.Node("/m:c/a:p/b:q")->mustCount, 1);
+}
+
+TEST(CoupleDeviation, LeavesTheLoadStageOfTheApplicationAsItWas)
+{
+    TestContext ctx;
+    ZR_CTX_SetLoadStage(ctx, 7);
+    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", Default("v"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Augment("/m:none", Leaf("p")) +
+                                    Deviation("/m:x", "add", Default("w"))),
+              0u);
+    EXPECT_EQ(ZR_CTX_GetLoadStage(ctx), 7u);
+    ASSERT_EQ(ctx.LoadBody("e", Import("f") + Augment("/f:c", Leaf("p")) +
+                                    Deviation("/f:x", "add", Default("w"))),
+              0u);
+    ASSERT_EQ(ctx.LoadBody("f", Leaf("x", Default("v"))), 0u);
+    EXPECT_EQ(ZR_CTX_GetLoadStage(ctx), 7u);
+}
+
 TEST(CoupleDeviation, NodesOfAnAugmentAreReachedBeforeAndAfterItIsCoupled)
 {
     std::string m = ModuleText("m", Container("c"));
