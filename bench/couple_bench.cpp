@@ -74,6 +74,54 @@ void CoupleOneTarget(benchmark::State &state)
     }
 }
 
+std::string NotSupported(const std::string &target)
+{
+    return "<deviation target-node='" + target + "'><deviate value='not-supported'/></deviation>";
+}
+
+// A module whose `count` augments stand beside as many "not-supported" deviations of another one,
+// which take other nodes, nodes that the augments add, and targets of augments; the deviations come
+// before or after the augments.
+void CoupleBesideRemovals(benchmark::State &state, bool deviationsFirst)
+{
+    const std::string import = "<import module='a'><prefix value='a'/></import>";
+    std::string containers, tops, augments = kImportTarget, deviations = kImportTarget + import;
+    for (int64_t i = 0; i < state.range(0) / 4; ++i) {
+        std::string n = std::to_string(i);
+        containers += "<container name='c" + n + "'/><container name='d" + n +
+                      "'/><container name='x" + n + "'/>";
+        tops += "<container name='t" + n + "'/><container name='u" + n + "'/>";
+        augments += Augment("/t:top/t:c" + n, "a") + Augment("/t:top", "y" + n) +
+                    Augment("/t:top/t:d" + n, "a") + Augment("/t:t" + n, "a");
+        deviations += NotSupported("/t:top/t:x" + n) + NotSupported("/t:top/a:y" + n) +
+                      NotSupported("/t:top/t:d" + n) + NotSupported("/t:u" + n);
+    }
+    std::string target =
+        ModuleText("t", "<container name='top'>" + containers + "</container>" + tops);
+    std::string first = ModuleText("a", augments), second = ModuleText("d", deviations);
+    if (deviationsFirst)
+        first.swap(second);
+    for (auto _ : state) {
+        state.PauseTiming();
+        ZrCtx *ctx = ZR_CTX_Create(0);
+        ZR_CTX_LoadMemory(ctx, target.c_str());
+        state.ResumeTiming();
+        ZR_CTX_LoadMemory(ctx, first.c_str());
+        ZR_CTX_LoadMemory(ctx, second.c_str());
+        state.PauseTiming();
+        ZR_CTX_Delete(ctx);
+        state.ResumeTiming();
+    }
+}
+void CoupleThenRemove(benchmark::State &state)
+{
+    CoupleBesideRemovals(state, false);
+}
+void RemoveThenCouple(benchmark::State &state)
+{
+    CoupleBesideRemovals(state, true);
+}
+
 // Files of a target and of `count` modules that augment it.
 class Dependents {
 public:
@@ -164,6 +212,10 @@ void Register(const char *name, void (*function)(benchmark::State &), int size, 
 const bool g_registered = [] {
     Register("CoupleAugments", CoupleAugments, 1000, "coupling a module of 1,000 augments");
     Register("CoupleOneTarget", CoupleOneTarget, 1000, "coupling 1,000 augments of one container");
+    Register("CoupleThenRemove", CoupleThenRemove, 1000,
+             "1,000 augments, then 1,000 not-supported deviations");
+    Register("RemoveThenCouple", RemoveThenCouple, 1000,
+             "1,000 not-supported deviations, then 1,000 augments");
     Register("LoadDependents", LoadDependents, 200, "loading 200 modules that augment one");
     Register("UnloadTarget", UnloadTarget, 100, "unloading one module that 100 depend on");
     return true;

@@ -96,7 +96,10 @@ private:
             return status;
         ++coupled_;
         madeTarget_ = madeTarget_ || (!hadMade && (augment->flags & ZRS_FLAG_MADE_TARGET) != 0);
-        return RelateToOwner(augment, target);
+        status = RelateToOwner(augment, target);
+        if (status == ZR_OK)
+            index_.Arrive(augment);
+        return status;
     }
 
     uint32_t Relate(const char *targetModuleName) const

@@ -45,15 +45,19 @@ bool zr::ChildIndex::Table::Make(size_t count)
     zr::Free(slots_.release());
     *slots_.slot() = static_cast<Entry *>(zr::AllocZeroed(size * sizeof(Entry)));
     mask_ = size - 1;
+    count_ = 0;
     return static_cast<bool>(slots_);
 }
 
-void zr::ChildIndex::Table::Add(Entry entry)
+bool zr::ChildIndex::Table::Add(Entry entry)
 {
+    if (2 * ++count_ > mask_ + 1)
+        return false;
     size_t slot = entry.hash & mask_;
     while (slots_.get()[slot].node != nullptr)
         slot = (slot + 1) & mask_;
     slots_.get()[slot] = entry;
+    return true;
 }
 
 void zr::ChildIndex::Table::Remove(const ZrNode *node, size_t hash)
@@ -73,6 +77,7 @@ void zr::ChildIndex::Table::Remove(const ZrNode *node, size_t hash)
         hole = at;
     }
     slots[hole] = {};
+    --count_;
 }
 
 bool zr::ChildIndex::ServesChildrenOf(const ZrNode *parent)
@@ -170,6 +175,20 @@ size_t zr::ChildIndex::HashOf(std::string_view text)
     for (char c : text)
         hash = (hash ^ static_cast<unsigned char>(c)) * 16777619;
     return hash;
+}
+
+void zr::ChildIndex::Arrive(const ZrNode *augment)
+{
+    const ZrNode *first = augment->firstChild;
+    if (first == nullptr || first->parent != parent_ || first->prev != lastChild_)
+        return;
+    bool hasRoom = true;
+    ForEachChild(augment, [&](ZrNode *node) {
+        hasRoom = hasRoom && children_.Add({node, nullptr, HashOf(node->name)});
+    });
+    lastChild_ = augment->lastChild;
+    if (!hasRoom)
+        parent_ = nullptr;
 }
 
 void zr::ChildIndex::LeaveAugment(const ZrNode *augment)

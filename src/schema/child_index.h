@@ -15,9 +15,9 @@ namespace zr {
 
 // Finds what ZRS_NODE_FindChildNodeByName and ZRS_MOD_FindTopLevelSchemaNode find. Where there are
 // many nodes to choose from it does so through a hash table of them, which serves until another
-// parent or module with many is asked for or this parent gets more children; without memory for
-// the table it passes the siblings like those functions. What is taken out between two lookups has
-// to be told before.
+// parent or module with many is asked for; without memory for the table it passes the siblings like
+// those functions. What is taken out between two lookups has to be told before; where the table is
+// not told of new children, it is made again.
 class ChildIndex {
 public:
     ZrNode *Find(const ZrNode *parent, const char *moduleName, const char *name);
@@ -37,6 +37,8 @@ public:
                    visit(entry.node, entry.augment);
         });
     }
+    // The augment has just been coupled.
+    void Arrive(const ZrNode *augment);
     // The node, still linked, is about to go with its subtree; `augment` is the coupled augment
     // that added it, or null.
     void Leave(const ZrNode *node, const ZrNode *augment);
@@ -57,7 +59,8 @@ private:
     public:
         // Makes room for the nodes; false without memory.
         bool Make(size_t count);
-        void Add(Entry entry);
+        // False when there is no room.
+        bool Add(Entry entry);
         void Remove(const ZrNode *node, size_t hash);
         // The first node of that hash for which `fits`(entry) holds, or null.
         template <typename Fits> ZrNode *Find(size_t hash, Fits fits) const
@@ -73,6 +76,7 @@ private:
 
     private:
         ScopedBlock<Entry> slots_;
+        size_t count_ = 0;
         size_t mask_ = 0; // number of slots less one; at least half of them are empty
     };
 

@@ -121,10 +121,10 @@ void zr::AugmentsAside::CoupleNewAugments() const
     for (ZrNode *augment = module_->augments; augment != nullptr; augment = augment->next) {
         if (IsCoupled(augment))
             continue;
-        const ZrNode *target = FindTarget(ctx, augment->name, nullptr, &index);
+        ZrNode *target = FindTarget(ctx, augment->name, nullptr, &index);
         if (target != nullptr && target->module == module_ &&
             FindRemover(ctx, augment->name) == nullptr)
-            CoupleAugment(augment, &index);
+            CoupleAugment(augment, target);
     }
 }
 

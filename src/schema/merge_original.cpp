@@ -57,6 +57,7 @@ void SwapInfo(ZrNode *node, ZrNode *original)
 void SwapProperties(ZrNode *node, ZrNode *original)
 {
     node->flags = (node->flags & zr::kFlagsOfCoupling) | (original->flags & ~zr::kFlagsOfCoupling);
+    node->marks = original->marks;
     std::swap(node->musts, original->musts);
     std::swap(node->mustCount, original->mustCount);
     std::swap(node->extInsts, original->extInsts);

@@ -162,6 +162,27 @@ TEST_F(ChildIndex, NeedsMemoryOnlyToBeQuick)
     EXPECT_GT(guard.Count(), 0u);
 }
 
+TEST(Coupling, OfAugmentsToANodeAndToItsManyChildrenReachesEach)
+{
+    std::string containers, augments;
+    for (int i = 0; i < 300; ++i) {
+        std::string name = "c" + std::to_string(i);
+        containers += zrtest::Container(name);
+        augments += zrtest::Augment("/m:top/m:" + name, zrtest::Leaf("p")) +
+                    zrtest::Augment("/m:top", zrtest::Container("a" + name)) +
+                    zrtest::Augment("/m:top/a:a" + name, zrtest::Leaf("q"));
+    }
+    zrtest::TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", zrtest::Container("top", containers)), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", zrtest::Import("m") + augments), 0u);
+    EXPECT_TRUE(ctx.Messages().empty());
+    for (int i = 0; i < 300; ++i) {
+        std::string name = "c" + std::to_string(i);
+        EXPECT_NE(ctx.Node(("/m:top/" + name + "/a:p").c_str()), nullptr) << name;
+        EXPECT_NE(ctx.Node(("/m:top/a:a" + name + "/q").c_str()), nullptr) << name;
+    }
+}
+
 TEST(Coupling, OfAugmentsToEveryOneOfManyChildrenReachesEach)
 {
     std::string containers, augments;
