@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <string_view>
 
 extern "C" {
 // Compares byte by byte as unsigned: negative, 0 or positive. Null sorts before every text.
@@ -25,3 +27,27 @@ uint32_t PAL_StrToFloat(const char *text, double *valueOut);
 // Seconds since 1970-01-01 UTC.
 uint32_t PAL_SystimeGet(void);
 }
+
+namespace zr {
+
+// What std::string_view does with a check that throws, and would make the library need the C++
+// library at run time.
+
+inline bool StartsWith(std::string_view text, std::string_view start)
+{
+    return text.size() >= start.size() && std::memcmp(text.data(), start.data(), start.size()) == 0;
+}
+
+// The first `length` characters, or as many as there are.
+inline std::string_view First(std::string_view text, size_t length)
+{
+    return {text.data(), length < text.size() ? length : text.size()};
+}
+
+// The text from `at` on, which lies in it or at its end.
+inline std::string_view From(std::string_view text, size_t at)
+{
+    return {text.data() + at, text.size() - at};
+}
+
+} // namespace zr

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "platform/text.h"
+
 // libxml2 compares each attribute of a tag with all others. And it does not stop where a text turns
 // out not to be well-formed, but goes on behind the place. So what the look passes over at once
 // must be what the parser passes over at once, in broken texts too: else a comment that breaks off
@@ -68,17 +70,17 @@ std::string_view DeclaredEncoding(std::string_view text)
 {
     constexpr std::string_view kStart = "<?xml";
     constexpr std::string_view kName = "encoding";
-    if (!text.starts_with(kStart))
+    if (!zr::StartsWith(text, kStart))
         return "";
-    std::string_view declaration = text.substr(0, text.find("?>"));
+    std::string_view declaration = zr::First(text, text.find("?>"));
     size_t name = declaration.find(kName);
     if (name == std::string_view::npos)
         return "";
     size_t quote = declaration.find_first_of("\"'", name + kName.size());
     if (quote == std::string_view::npos)
         return "";
-    std::string_view value = declaration.substr(quote + 1);
-    return value.substr(0, value.find(declaration[quote]));
+    std::string_view value = zr::From(declaration, quote + 1);
+    return zr::First(value, value.find(declaration[quote]));
 }
 
 bool StartsWithIgnoringCase(std::string_view text, std::string_view start)
@@ -118,7 +120,7 @@ public:
     bool IsReadable(std::string_view text)
     {
         for (size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
-            size_t length = LengthOf(text.substr(at));
+            size_t length = LengthOf(zr::From(text, at));
             if (length == kRefused)
                 return false;
             at += length;
@@ -131,15 +133,15 @@ private:
     {
         constexpr std::string_view kComment = "<!--";
         constexpr std::string_view kCdata = "<![CDATA[";
-        if (text.starts_with(kComment))
+        if (zr::StartsWith(text, kComment))
             return SectionLength(text, kComment.size(), "-->");
-        if (text.starts_with(kCdata))
+        if (zr::StartsWith(text, kCdata))
             return SectionLength(text, kCdata.size(), "]]>");
-        if (text.starts_with("<!"))
+        if (zr::StartsWith(text, "<!"))
             return kRefused; // a document type declaration
-        if (text.starts_with("<?"))
+        if (zr::StartsWith(text, "<?"))
             return InstructionLength(text);
-        if (text.starts_with("</"))
+        if (zr::StartsWith(text, "</"))
             return Close() ? 2 : kRefused;
         return StartTagLength(text);
     }
@@ -161,7 +163,7 @@ private:
         char first = text.size() > kOpening ? text[kOpening] : '\0';
         bool isLetter = (first >= 'A' && first <= 'Z') || (first >= 'a' && first <= 'z');
         size_t nameEnd = std::min(text.find_first_of(" \t\r\n?", kOpening), text.size());
-        std::string_view target = text.substr(kOpening, nameEnd - kOpening);
+        std::string_view target = zr::First(zr::From(text, kOpening), nameEnd - kOpening);
         if ((!isLetter && first != '_') || target == "xml" || target.size() > XML_MAX_NAME_LENGTH)
             return kOpening;
         return SectionLength(text, kOpening, "?>");
@@ -217,7 +219,7 @@ private:
 zr::XmlLook zr::LookAtXml(std::string_view text)
 {
     XmlLook look = {};
-    bool hasMark = text.starts_with(kByteOrderMark); // that of UTF-8, whatever is declared
+    bool hasMark = zr::StartsWith(text, kByteOrderMark); // that of UTF-8, whatever is declared
     if (hasMark)
         text.remove_prefix(kByteOrderMark.size());
     if (!ChooseEncoding(hasMark ? "" : DeclaredEncoding(text), look.encoding))

@@ -9,6 +9,7 @@
 #include "foundation/array.h"
 #include "foundation/module_tree.h"
 #include "foundation/relations.h"
+#include "platform/text.h"
 #include "schema/augment.h"
 #include "schema/deviation_run.h"
 #include "schema/module.h"
@@ -227,7 +228,7 @@ ZrMod *zr::RemovedPaths::FindRemover(const ZrCtx *ctx, const char *path)
         return zr::FindRemover(ctx, path);
     std::string_view text(path);
     for (size_t slash = text.find('/', 1); slash != text.npos; slash = text.find('/', slash + 1)) {
-        if (ZrMod *remover = RemoverOf(text.substr(0, slash)))
+        if (ZrMod *remover = RemoverOf(First(text, slash)))
             return remover;
     }
     return RemoverOf(text);

@@ -173,7 +173,8 @@ const struct {
 } kTools[] = {
     {"format tidy cppcheck headers exports",
      {"clang-format", "clang-tidy", "cppcheck", "gcc", "nm"}},
-    {"tidy headers", {"cmake", "g++"}},
+    {"tidy headers", {"cmake"}},
+    {"headers", {"g++"}},
     {"format sizes headers tidy", {"git"}},
 };
 
