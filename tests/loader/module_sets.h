@@ -24,7 +24,7 @@ struct ModuleSet {
     int deniedByDeviation = 0;
 };
 
-// A set of so many modules; 0 lets the seed decide.
+// A set of so many modules; 0 leaves the number to chance.
 ModuleSet MakeModuleSet(uint32_t seed, uint32_t count = 0);
 
 // Values below a bound, the same on every platform.

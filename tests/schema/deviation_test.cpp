@@ -105,7 +105,8 @@ TEST(CoupleDeviation, WaitsForTheTargetOfTheAugmentThatAddsItsOwn)
 {
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Deviation("/m:c/a:p", "not-supported")), 0u);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Deviation("/m:c/a:p", "not-supported")),
+              0u);
     EXPECT_EQ(ctx.Module("d")->deviations[0].flags, 0);
     EXPECT_THAT(ChildNames(ctx.Module("a")->augments), ElementsAre("p"));
     ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
@@ -119,7 +120,9 @@ TEST(CoupleDeviation, OfANodeBelowAnotherModulesNodesWaitsForTheWholeChain)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q"))), 0u);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Import("b") + Deviation("/m:c/a:p/b:q", "add", Must("x"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Import("b") +
+                                    Deviation("/m:c/a:p/b:q", "add", Must("x"))),
+              0u);
     EXPECT_EQ(ctx.Module("d")->deviations[0].flags, 0);
     ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
     EXPECT_EQ(ctx.Node("/m:c/a:p/b:q")->mustCount, 1);
