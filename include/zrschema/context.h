@@ -8,6 +8,12 @@
  * features and callbacks, and deletion must not run at the same time as anything else on the same
  * context. Lookups only read and may run in parallel with each other.
  *
+ * Loading parses XML with libxml2. A program that loads in several contexts at the same time, or
+ * beside other users of libxml2, calls its xmlInitParser() once before it starts threads. libxml2's
+ * keep-blanks default is switched off by loading and left so (xmlKeepBlanksDefault(0)).
+ *
+ * A thread needs 1 MiB of stack for whatever a module file may hold: see the guide.
+ *
  * In the order of use: create, set callbacks, add search directories, load modules, query and
  * validate, unload, delete.
  */
@@ -45,7 +51,8 @@ ZR_API void ZR_CTX_Delete(ZrCtx *ctx);
 /**
  * Sets the load stage, a number that is copied into each load error recorded from now on.
  *
- * The stage is the loader's own bookkeeping, and loading changes it.
+ * It is a mark for those who record load errors. The loader records what it may take back later,
+ * the failures of coupling, under marks of its own, and leaves the stage as it was.
  *
  * @param ctx    the context; null is ignored
  * @param stage  the stage
@@ -81,8 +88,11 @@ ZR_API uint32_t ZT_CTX_IgnoreImportModError(const ZrCtx *ctx);
 /**
  * Sets the function that releases an application's private data.
  *
- * It is called when a schema node that carries private data (ZR_NODE_SetPrivate()) is freed; the
- * node is still whole, and its private pointer is cleared afterwards.
+ * It is called when a schema node that carries private data (ZR_NODE_SetPrivate()) is freed: when
+ * its module is unloaded, also to be loaded again, when a deviation removes it, and when the
+ * context is deleted. The node itself and everything below it are still whole and may be asked
+ * about, but not what stands above: neither for its parent, its path or its module. The private
+ * pointer is cleared afterwards.
  *
  * @param ctx   the context; null is ignored
  * @param func  the function, or null
@@ -90,8 +100,14 @@ ZR_API uint32_t ZT_CTX_IgnoreImportModError(const ZrCtx *ctx);
 ZR_API void ZR_CTX_SetPridataFreeFunc(ZrCtx *ctx, ZrPridataFreeFunc func);
 
 /**
- * Sets the function that is told when the first child of an augment is linked into the augment's
- * target (RFC 7950, section 7.17).
+ * Sets the function that is told when the nodes of an augment change their place (RFC 7950, section
+ * 7.17). It gets the first of them:
+ * - each time the augment is coupled, after all its nodes have been linked into the target;
+ * - each time it is uncoupled, which also the unloading of a module and the deletion of the context
+ *   do, before the first of its nodes leaves the target.
+ *
+ * Both times ZR_NODE_GetParentNode() of the node is the target. Not told of are augments without
+ * nodes, and those whose target is removed by a "not-supported" deviation.
  *
  * @param ctx   the context; null is ignored
  * @param func  the function, or null
@@ -100,7 +116,7 @@ ZR_API void ZR_CTX_SetFirstAugChildRelinkFunc(ZrCtx *ctx, ZrNodeChangeFunc func)
 
 /**
  * Sets the function that is told just before a "not-supported" deviation removes a node (RFC 7950,
- * section 7.20.3.2).
+ * section 7.20.3.2). It gets the deviation's target; what stands below goes with it, untold.
  *
  * @param ctx   the context; null is ignored
  * @param func  the function, or null
@@ -108,7 +124,8 @@ ZR_API void ZR_CTX_SetFirstAugChildRelinkFunc(ZrCtx *ctx, ZrNodeChangeFunc func)
 ZR_API void ZR_CTX_SetBeforeDeviateNotSupportFunc(ZrCtx *ctx, ZrNodeChangeFunc func);
 
 /**
- * Sets the function that is told just before a deviation changes the extension instances of a node.
+ * Sets the function that is told just before a deviation changes the extension instances of a node,
+ * once for each "deviate" that does.
  *
  * @param ctx   the context; null is ignored
  * @param func  the function, or null
@@ -119,8 +136,9 @@ ZR_API void ZR_CTX_SetBeforeDeviateExtInstFunc(ZrCtx *ctx, ZrNodeChangeFunc func
  * Sets the function that is told during an unload just before each module of the unload is
  * destroyed, also before one that is loaded again afterwards.
  *
- * Private pointers on the module and its nodes do not come back with a reload: this is the
- * application's chance to take note.
+ * The module's augments are uncoupled by then; its header can be asked for. Private pointers on the
+ * module and its nodes do not come back with a reload: this is the application's chance to take
+ * note.
  *
  * @param ctx   the context; null is ignored
  * @param func  the function, or null
@@ -143,8 +161,9 @@ ZR_API void ZR_CTX_SetExtInstFilterCbFunc(ZrCtx *ctx, ZrExtInstFilterFunc func);
 
 /**
  * @name Search directories
- * Module files are searched in the directories in the order in which these were added. There may
- * be any number of them.
+ * Module files are searched in the directories in the order in which these were added, and so are
+ * the submodules that they include, whatever directory the including file came from. There may be
+ * any number of directories. A file whose whole path has more than 255 bytes is not found.
  * @{
  */
 
@@ -168,6 +187,7 @@ ZR_API uint32_t ZR_CTX_SetSearchDir(ZrCtx *ctx, const char *directory);
  * Removes a search directory, or all of them.
  *
  * The directory must still exist: one that has vanished from the disk goes only with all others.
+ * Modules that were loaded from it stay.
  *
  * @param ctx        the context; null does nothing
  * @param directory  an absolute path, compared without the slashes at its end; null removes all
@@ -180,6 +200,10 @@ ZR_API uint32_t ZR_CTX_UnSetSearchDir(ZrCtx *ctx, const char *directory);
 
 /**
  * @name Loading and unloading
+ *
+ * Names have at most 64 characters. A module or a node with a longer one is loaded, and the module
+ * is found by it, but no path leads through it: neither ZR_CTX_GetTargetNode() nor an augment, a
+ * deviation or a leafref reaches the node, or what is in the module.
  * @{
  */
 
@@ -196,17 +220,23 @@ ZR_API uint32_t ZR_CTX_UnSetSearchDir(ZrCtx *ctx, const char *directory);
  * ZR_CTX_LOAD_IMPORTS the modules that it imports follow, and those that they import.
  *
  * Why a module is missing or incomplete is recorded: see ZR_CTX_ScanAllSchemaLoadFail(). A module
- * whose augments or deviations could not be applied is loaded, with an error recorded.
+ * whose augments or deviations could not be applied is loaded, with an error recorded. So is one of
+ * whose suffixed parts the first could be read and a later one not.
+ *
+ * Loading again is also how imports that failed are tried again: in a context with
+ * ZR_CTX_LOAD_IMPORTS the imports of a module that is loaded already are followed as well. The
+ * module's file must still be there for it; without one the status is 2 and a warning is recorded,
+ * and the module stays.
  *
  * @param ctx         the context; null gives 22
- * @param moduleName  the module's name, at most 64 characters; null gives 22
+ * @param moduleName  the module's name; null gives 22
  * @retval 0   the module is loaded
- * @retval 1   its name or its namespace is taken by another module, or an import failed
+ * @retval 1   its namespace is taken by another module
  * @retval 2   no search directory has a file of it, or of a module that it imports
  * @retval 12  memory ran out
  * @retval 22  a null argument, or a file that cannot be read or is no such module
- * @note An import's status is passed on; the module itself stays loaded then. A failed load leaves
- *       nothing of the module in the context but its recorded errors.
+ * @note The status of an import that fails is passed on; the module itself stays loaded then. Any
+ *       other failed load leaves nothing of the module in the context but its recorded errors.
  */
 ZR_API uint32_t ZR_CTX_LoadModule(ZrCtx *ctx, const char *moduleName);
 
@@ -214,13 +244,15 @@ ZR_API uint32_t ZR_CTX_LoadModule(ZrCtx *ctx, const char *moduleName);
  * Loads a module from memory.
  *
  * A module whose name is loaded already stays as it is, and the new text is dropped. Imports are
- * not loaded here. libxml2's process-wide keep-blanks default is switched off and left so.
+ * not loaded here; the submodules that the text includes are, from the search directories. What was
+ * loaded from memory has no file to come back from: see ZR_CTX_UnloadModule().
  *
  * @param ctx      the context; null gives 22
  * @param yinText  the module in YIN form (RFC 7950, section 13), NUL-terminated, with its groupings
  *                 expanded; null gives 22
  * @retval 0   the module, or another one of its name, is loaded
- * @retval 1   the text is no module, or its namespace is taken
+ * @retval 1   the text is no module, has an error in it, or its namespace is taken; nothing is
+ *             loaded
  * @retval 12  memory ran out
  * @retval 22  a null argument, or text that is not well-formed XML
  */
@@ -229,17 +261,25 @@ ZR_API uint32_t ZR_CTX_LoadMemory(ZrCtx *ctx, const char *yinText);
 /**
  * Unloads a module.
  *
- * Modules whose augments or deviations reach into it, or into which it reaches, are taken out and
- * loaded again from the search directories, so that the schema is as if the module had never been
- * there; their enabled features are enabled again, their private pointers are empty. A module that
- * was put together from suffixed parts is loaded again itself, from the files that are there now.
+ * Modules whose augments or deviations reach into it, modules that its own deviations have changed,
+ * and those that depend on these in turn, are replaced: taken out and loaded again by name from the
+ * search directories, so that the schema is as if the module had never been there. Each is a new
+ * module with new nodes: pointers to the old ones are invalid, the features that were on are on
+ * again, the private pointers are empty. One that has no file any more, or came from memory, is
+ * gone. Modules that merely import the module, or that its augments reach into, stay as they are.
+ *
+ * The module itself comes back in two cases: one that was put together from suffixed parts is
+ * loaded again, from the files that are there now; and in a context with ZR_CTX_LOAD_IMPORTS a
+ * module that is loaded again brings its imports along, this one among them if it has a file.
  * Recorded errors of the module are forgotten.
  *
  * @param ctx         the context; null gives 0
- * @param moduleName  the module's name; one that is not loaded gives 0
+ * @param moduleName  the module's name; one that is not loaded gives 0; null gives 22
  * @retval 0   done
  * @retval 12  memory ran out; the context may have changed in part
- * @return any other status: at least one module could not be loaded again; its load errors say why
+ * @retval 22  a null name
+ * @return any other value: at least one module could not be loaded again; its load errors say why.
+ *         The statuses of several are combined, so that the number itself need not be a status.
  */
 ZR_API uint32_t ZR_CTX_UnloadModule(ZrCtx *ctx, const char *moduleName);
 
@@ -318,10 +358,12 @@ ZR_API uint32_t ZR_CTX_DisableModFeature(ZrCtx *ctx, const char *moduleName,
  * The path is a schema node identifier (RFC 7950, section 6.5) with module names in the place of
  * prefixes: "/module:name/name/...". The first step always names its module, a later one where the
  * module changes, which is where an augment added it. Choices, cases, inputs and outputs are steps
- * of their own. This is the form that ZR_NODE_PrintPath() gives. Predicates are passed over.
+ * of their own. This is the form that ZR_NODE_GetNodePath() gives. A path with a predicate is never
+ * found, and neither is one whose later step names the module that it is in already.
  *
  * @param ctx         the context; null gives null
- * @param path        the path; module and node names have at most 64 characters; null gives null
+ * @param path        the path, of any length; module and node names in it have at most 64
+ *                    characters; null gives null
  * @param augmentOut  receives the augment node that added the target, or null when it stands in its
  *                    module's own tree; may be null
  * @return the node, or null when there is none or the path is malformed

@@ -61,8 +61,8 @@ ZR_API const char *ZR_MOD_GetOrganization(const ZrMod *module);
  * Returns a module's revision (RFC 7950, section 7.1.9).
  *
  * @param module  a loaded module; null gives null
- * @return the date of the first "revision" statement, the newest by convention, as "YYYY-MM-DD";
- *         null when the module states none
+ * @return the date of the first "revision" statement, the newest by convention, as it is written
+ *         there ("YYYY-MM-DD" is not enforced); null when the module states none
  */
 ZR_API const char *ZR_MOD_GetRevision(const ZrMod *module);
 
@@ -170,9 +170,13 @@ ZR_API const char *ZR_MOD_GetIdentityDescription(const ZrsIdentity *identity);
 /**
  * Turns a feature of a loaded module on. Changes the module.
  *
- * Features are off after loading. The effect is immediate: node queries, printing and validation
- * read the feature's bit each time (RFC 7950, section 7.20.1). The conditions of the feature
- * itself are not looked at.
+ * Features are off after loading; when an unload has a module loaded again, those that were on are
+ * on again. The effect is immediate: ZR_NODE_IsEnabled() and printing look each time (RFC 7950,
+ * section 7.20.1). The conditions of the feature itself are not looked at.
+ *
+ * Validation refuses nothing for a feature that is off: elements of a disabled node are taken like
+ * any others. Only what would be asked for or added by itself is left alone below such a node: its
+ * mandatory nodes are not missed, its defaults are not added.
  *
  * @param module  a loaded module; null gives 22
  * @param name    the feature's name, or "*" for all of the module's features; null gives 22
@@ -185,7 +189,7 @@ ZR_API uint32_t ZR_MOD_EnableFeature(ZrMod *module, const char *name);
 /**
  * Turns a feature of a loaded module off. Changes the module.
  *
- * The effect is immediate, as with ZR_MOD_EnableFeature(). Features are turned off one by one:
+ * The effect is as immediate as that of ZR_MOD_EnableFeature(). Features are turned off one by one:
  * "*" does not stand for all of them here.
  *
  * @param module  a loaded module; null gives 22

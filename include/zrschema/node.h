@@ -42,8 +42,9 @@ ZR_API const char *ZR_NODE_GetDescription(const ZrNode *node);
 /**
  * Returns a node's "when" condition (RFC 7950, section 7.21.5).
  *
- * Prefixes are replaced by module names. A node that an augment adds also carries the augment's
- * condition, rewritten for the node as its context node.
+ * Prefixes are replaced by module names; a condition with a prefix that is not known is kept as it
+ * was written. A node that an augment adds also carries the augment's condition, rewritten for the
+ * node as its context node, but for actions and notifications.
  *
  * @param node  a schema node; null gives null
  * @return the XPath text, or null when the node has no condition
@@ -218,16 +219,26 @@ ZR_API uint32_t ZR_NODE_IsObsoleteNode(const ZrNode *node);
 /**
  * Tells whether access to a node is denied altogether by default (RFC 8341, "default-deny-all").
  *
+ * The two defaults of access control follow the parent's: a node below one that says
+ * "default-deny-write" or "default-deny-all" has what its parent has, whatever it says itself. So
+ * "default-deny-all" below "default-deny-write" reads as write alone, here and further down. What a
+ * node says itself is found with ZR_NODE_ScanAllExtInsts().
+ *
  * @param node  a schema node; null gives 0
- * @return 1 when the node or an ancestor says so, else 0
+ * @return 1 when the topmost node that says either says so, be it an ancestor or the node itself;
+ *         else 0
  */
 ZR_API uint32_t ZR_NODE_IsNacmDefaultDenyAll(const ZrNode *node);
 
 /**
  * Tells whether writing a node is denied by default (RFC 8341, "default-deny-write").
  *
+ * It follows the parent's like ZR_NODE_IsNacmDefaultDenyAll(). Where that one is 1, this one is 0
+ * unless a node says both.
+ *
  * @param node  a schema node; null gives 0
- * @return 1 when the node or an ancestor says so, else 0
+ * @return 1 when the topmost node that says either says so, be it an ancestor or the node itself;
+ *         else 0
  */
 ZR_API uint32_t ZR_NODE_IsNacmDefaultDenyWrite(const ZrNode *node);
 
@@ -422,8 +433,9 @@ ZR_API uint32_t ZR_EXT_ScanAllChildExtInsts(const ZrsExtInst *instance, ZrExtIns
 /**
  * Adds an extension instance to a node, unless an equal one is there already.
  *
- * An instance of "ietf-netconf-acm" named "default-deny-all" or "default-deny-write" also sets the
- * node's access control default, for the node and everything below it (RFC 8341, section 3.2.2).
+ * An instance of "ietf-netconf-acm" named "default-deny-all" or "default-deny-write" also sets that
+ * default of access control, beside what the node has; everything below it follows (RFC 8341,
+ * section 3.2.2).
  *
  * @param node           a schema node; null gives 22
  * @param moduleName     the module that defines the extension; null gives 22; the text is copied
@@ -439,6 +451,7 @@ ZR_API uint32_t ZR_NODE_AppendExtInst(ZrNode *node, const char *moduleName,
 
 /**
  * Replaces a node's extension instances by copies of another node's, with all that is inside them.
+ * Access control defaults stay as they are.
  *
  * @param destination  the node that receives them; null gives 22
  * @param source       the node that is copied from; null, or a node without instances, gives 22
@@ -503,7 +516,9 @@ ZR_API uint32_t ZR_NODE_ScanAllDefaults(const ZrNode *node, ZrTextScanFunc callb
  *
  * @param node    a node; null gives 22
  * @param buffer  receives the path and a NUL; null gives 22; empty after a failure
- * @param size    the buffer's size in bytes; 3,096 are enough for every path that can be looked up
+ * @param size    the buffer's size in bytes; 512 are enough for those of real modules, 20,000
+ *                for every path that can be looked up: the longest ones lead below an augment whose
+ *                target has one of 3,095 characters, down as many levels as a file may nest
  * @retval 0   the path is in the buffer
  * @retval 12  the path does not fit
  * @retval 22  a null argument, or a size of 0
