@@ -81,8 +81,8 @@ TEST(ScaleOfConditions, AsksForWhatStandsBehindAllEntriesOrNowhere)
 {
     Schema schema(Rpc("op", kConditions) + Notification("event", kConditions));
     ASSERT_EQ(schema.status, 0u);
-    const std::string content =
-        Repeat("<l><k>1</k><d/></l>", kMany) + Repeat("<c><k>1</k></c>", kMany) + "<mode>x</mode>";
+    const std::string content = Repeat("<l><k>1</k><d/></l>", kMany / 2) +
+                                Repeat("<c><k>1</k></c>", kMany / 2) + "<mode>x</mode>";
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema, 1, Data("op", content).data(), nullptr,
                                                     nullptr)),
               Valid());
