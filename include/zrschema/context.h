@@ -236,7 +236,8 @@ ZR_API uint32_t ZR_CTX_UnSetSearchDir(ZrCtx *ctx, const char *directory);
  * @retval 12  memory ran out
  * @retval 22  a null argument, or a file that cannot be read or is no such module
  * @note The status of an import that fails is passed on; the module itself stays loaded then. Any
- *       other failed load leaves nothing of the module in the context but its recorded errors.
+ *       other failure leaves nothing of a module that was not loaded before but its recorded
+ *       errors.
  */
 ZR_API uint32_t ZR_CTX_LoadModule(ZrCtx *ctx, const char *moduleName);
 
@@ -312,9 +313,9 @@ ZR_API ZrMod *ZR_CTX_GetModuleByModNs(const ZrCtx *ctx, const char *ns);
 /**
  * Scans the loaded modules in the order of their names, compared byte by byte.
  *
- * @param ctx       the context; null gives 22
+ * @param ctx       the context; null gives ZR_ERR_INVALID
  * @param callback  called with each module; 0 goes on, any other value stops the scan; null gives
- *                  22. It must not load or unload anything in the context.
+ *                  ZR_ERR_INVALID. It must not load or unload anything in the context.
  * @param userData  handed to the callback; may be null
  * @retval ZR_OK           every module was visited; there may be none
  * @retval ZR_ERR_INVALID  a null context or callback

@@ -214,10 +214,10 @@ ZR_API uint32_t ZR_MOD_DisableFeature(ZrMod *module, const char *name);
 /**
  * Scans the features that a module defines, with their state (RFC 7950, section 7.20.1).
  *
- * @param module    a loaded module; null gives 22
+ * @param module    a loaded module; null gives ZR_ERR_INVALID
  * @param callback  called for each feature in order, with its name and 1 when it is on, else 0; it
  *                  may turn features on and off, and sees the state at the time of its call; null
- *                  gives 22
+ *                  gives ZR_ERR_INVALID
  * @param userData  handed to the callback; may be null
  * @retval ZR_OK           all were scanned; there may be none
  * @retval ZR_ERR_INVALID  a null module or callback
@@ -232,11 +232,11 @@ ZR_API uint32_t ZR_MOD_ScanAllFeatures(const ZrMod *module, ZrFeatureScanFunc ca
  * The imports of its submodules stand behind its own; a module comes once for each prefix. The date
  * of a "revision-date" is not kept: an import binds to whatever revision is loaded.
  *
- * @param module    a loaded module; null gives 22
+ * @param module    a loaded module; null gives ZR_ERR_INVALID
  * @param callback  called for each import in order, with the imported module's name, the prefix
  *                  that the importing module or submodule gives it, and the revision of the module
  *                  of that name that is loaded: null when none is, or it states no revision; null
- *                  gives 22
+ *                  gives ZR_ERR_INVALID
  * @param userData  handed to the callback; may be null
  * @retval ZR_OK           all were scanned; there may be none
  * @retval ZR_ERR_INVALID  a null module or callback
@@ -249,9 +249,9 @@ ZR_API uint32_t ZR_MOD_ScanAllImports(const ZrMod *module, ZrImportScanFunc call
  * Scans the submodules that a module includes (RFC 7950, section 7.1.6), those that its submodules
  * include too. Their revisions are not kept, and their definitions are the module's.
  *
- * @param module    a loaded module; null gives 22
+ * @param module    a loaded module; null gives ZR_ERR_INVALID
  * @param callback  called with the name of each submodule, once, in the order in which they were
- *                  met; null gives 22
+ *                  met; null gives ZR_ERR_INVALID
  * @param userData  handed to the callback; may be null
  * @retval ZR_OK           all were scanned; there may be none
  * @retval ZR_ERR_INVALID  a null module or callback
@@ -264,12 +264,12 @@ ZR_API uint32_t ZR_MOD_ScanAllSubmodules(const ZrMod *module, ZrTextScanFunc cal
  * Scans the deviations that a module applies to other modules, or to itself (RFC 7950, section
  * 7.20.3).
  *
- * @param module    a loaded module; null gives 22
+ * @param module    a loaded module; null gives ZR_ERR_INVALID
  * @param callback  called for each deviation in order, with the path of its target (module names in
  *                  the place of prefixes, the form of ZR_CTX_GetTargetNode()), the name of the
  *                  module that defines the target, which need not be loaded, and 1 when every
  *                  "deviate" in it is applied, else 0; the module's name lives until it returns;
- *                  null gives 22
+ *                  null gives ZR_ERR_INVALID
  * @param userData  handed to the callback; may be null
  * @retval ZR_OK           all were scanned; there may be none
  * @retval ZR_ERR_INVALID  a null module or callback
