@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "schema/augment.h"
 #include "schema/conditions.h"
 #include "xpath/evaluate.h"

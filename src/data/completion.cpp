@@ -8,7 +8,7 @@
 #include "data/default_list.h"
 #include "data/schema_query.h"
 #include "data/structure.h"
-#include "schema/node_record.h"
+#include "model/node_record.h"
 
 namespace {
 

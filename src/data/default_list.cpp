@@ -1,7 +1,7 @@
 #include "data/default_list.h"
 
 #include "data/data_tree.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 
 // A marked element points back at its entry through `psvi`, a field that libxml2 uses in text nodes
 // and in schema validation alone: taking one of 100,000 out of the list needs no search.

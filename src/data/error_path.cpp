@@ -9,10 +9,10 @@
 #include <string_view>
 
 #include "data/data_tree.h"
-#include "data/value_text.h"
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "platform/xml.h"
+#include "xpath/value_text.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <iterator>
 
 #include "data/error_path.h"
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 
 namespace {

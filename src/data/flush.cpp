@@ -10,11 +10,11 @@
 #include "data/error_record.h"
 #include "data/schema_query.h"
 #include "data/structure.h"
+#include "model/module_record.h"
+#include "model/navigation.h"
+#include "model/node_record.h"
 #include "platform/xml.h"
 #include "schema/lookup.h"
-#include "schema/module_record.h"
-#include "schema/navigation.h"
-#include "schema/node_record.h"
 
 // Matching follows the schema down, one function call a level: an element that matches nothing
 // ends the flush, so the schema bounds the depth whatever the document holds.

@@ -9,7 +9,7 @@
 #include "data/run_memory.h"
 #include "data/schema_query.h"
 #include "data/when.h"
-#include "schema/node_record.h"
+#include "model/node_record.h"
 
 namespace {
 

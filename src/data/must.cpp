@@ -7,7 +7,7 @@
 #include "data/mandatory.h"
 #include "data/run_memory.h"
 #include "data/schema_query.h"
-#include "schema/node_record.h"
+#include "model/node_record.h"
 #include "xpath/evaluate.h"
 
 // Only matched elements are gone into, one function call a level, so the schema bounds the depth.

@@ -9,6 +9,7 @@
 #include "data/schema_query.h"
 #include "foundation/text.h"
 #include "schema/module.h"
+#include "xpath/value_text.h"
 
 namespace {
 

@@ -4,55 +4,10 @@
 
 #include <cstring>
 
+#include "model/navigation.h"
 #include "schema/module.h"
-#include "schema/navigation.h"
 #include "schema/node.h"
 #include "types/real_type.h"
-#include "xpath/data_values.h"
-
-namespace {
-
-constexpr uint32_t kMaxTypedefs = 129;
-
-// The type that a typedef reference leads to; null when the typedef is not there.
-const ZrtRealType *Resolve(const ZrCtx *ctx, const ZrtRealType *type)
-{
-    const ZrtConsDerived *derived = ZRT_TYPE_GetTypeConsDataDerived(type);
-    if (derived == nullptr)
-        return nullptr;
-    if (derived->resolved != nullptr)
-        return derived->resolved;
-    const ZrsTypDef *def =
-        ZR_CTX_FindTdefObjByModAndTdefName(ctx, derived->moduleName, derived->typedefName);
-    return def != nullptr ? &def->realType : nullptr;
-}
-
-// The type at the end of a chain of typedefs, whose links are added to `*depth`; null when it does
-// not come to an end.
-const ZrtRealType *EndOfTypedefs(const ZrCtx *ctx, const ZrtRealType *type, uint32_t *depth)
-{
-    for (; type != nullptr && type->baseType == ZRT_TYPE_DERIVED; type = Resolve(ctx, type)) {
-        if (++*depth > kMaxTypedefs)
-            return nullptr;
-    }
-    return type;
-}
-
-bool HoldsIdentityref(const ZrCtx *ctx, const ZrtRealType *type, uint32_t depth)
-{
-    type = EndOfTypedefs(ctx, type, &depth);
-    if (type == nullptr || type->baseType != ZRT_TYPE_UNION)
-        return ZRT_TYPE_IsTypeWithIdentref(type) != 0;
-    auto *members =
-        static_cast<ZrtConsUnion *>(ZRT_TYPE_GetTypeConsDataByConsType(type, ZRT_CONS_UNION));
-    for (uint32_t i = 0; members != nullptr && i < members->count; ++i) {
-        if (HoldsIdentityref(ctx, &members->items[i], depth + 1))
-            return true;
-    }
-    return false;
-}
-
-} // namespace
 
 uint32_t ZRD_MDL_IsSchemaNodeDefineWithMountPoint(const ZrNode *schemaNode)
 {
@@ -86,14 +41,6 @@ uint32_t ZRD_MDL_IsNeedCheckWhenCond(const ZrNode *schemaNode)
 {
     uint32_t kind = ZR_NODE_GetNodeType(schemaNode);
     return kind < ZR_NODE_ACTION || kind > ZR_NODE_OUTPUT;
-}
-
-uint32_t ZRD_MDL_IsIdentityref(const ZrNode *schemaNode)
-{
-    const ZrtRealType *type = ZR_NODE_GetRealType(schemaNode);
-    if (type == nullptr || schemaNode->module == nullptr)
-        return 0;
-    return HoldsIdentityref(schemaNode->module->ctx, type, 0);
 }
 
 ZrNode *ZRD_MDL_GetChoiceCaseParentNode(ZrNode *schemaNode, ZrNode **caseOut)
@@ -136,15 +83,6 @@ ZrNode *ZRD_MDL_GetChoiceDefaultChildNode(const ZrNode *choice)
 }
 
 namespace zr {
-
-bool IsIdentityrefAlone(const ZrNode *schemaNode)
-{
-    const ZrtRealType *type = ZR_NODE_GetRealType(schemaNode);
-    if (type == nullptr || schemaNode->module == nullptr)
-        return false;
-    uint32_t depth = 0;
-    return ZRT_TYPE_IsTypeWithIdentref(EndOfTypedefs(schemaNode->module->ctx, type, &depth)) != 0;
-}
 
 bool HasMatchedChildren(const ZrNode *schemaNode)
 {

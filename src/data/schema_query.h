@@ -12,8 +12,6 @@ ZR_API uint32_t ZRD_MDL_IsSchemaNodeNeedSkipProcChildNode(const ZrNode *schemaNo
 ZR_API uint32_t ZRD_MDL_IsChoiceOrCaseNode(const ZrNode *schemaNode);
 // Whether a "when" of the node is evaluated: not for operations, notifications, input and output.
 ZR_API uint32_t ZRD_MDL_IsNeedCheckWhenCond(const ZrNode *schemaNode);
-// A leaf or leaf-list whose type is an identityref, through typedefs too, or a union with one.
-ZR_API uint32_t ZRD_MDL_IsIdentityref(const ZrNode *schemaNode);
 // The choice that a node stands in, and its branch there: the case, or the node itself in a
 // shorthand case. Null, and a null branch, when the node stands in none.
 ZR_API ZrNode *ZRD_MDL_GetChoiceCaseParentNode(ZrNode *schemaNode, ZrNode **caseOut);

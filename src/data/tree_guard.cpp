@@ -4,7 +4,7 @@
 
 #include "data/data_tree.h"
 #include "data/default_list.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 
 namespace {
 

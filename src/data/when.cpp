@@ -8,8 +8,8 @@
 #include "data/must.h"
 #include "data/run_memory.h"
 #include "data/schema_query.h"
+#include "model/node_record.h"
 #include "platform/xml.h"
-#include "schema/node_record.h"
 #include "xpath/evaluate.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "foundation/array.h"
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #include "foundation/array.h"
 #include "foundation/context_record.h"
 #include "foundation/load_errors.h"
-#include "foundation/memory.h"
 #include "foundation/search_dirs.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "platform/text.h"
 
 namespace {
@@ -55,7 +55,7 @@ uint32_t ZRS_MOD_SetErrInfoNode(ZrCtx *ctx, ZrErrInfo *entry, uint32_t kind, con
     }
     entry->kind = kind;
     entry->time = PAL_SystimeGet();
-    entry->loadStage = ZR_CTX_GetLoadStage(ctx);
+    entry->loadStage = ctx->loadStage;
     return ZR_OK;
 }
 

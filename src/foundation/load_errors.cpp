@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "foundation/context_record.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 #include "platform/text.h"
 

@@ -4,7 +4,7 @@
 
 #include "foundation/array.h"
 #include "foundation/context_record.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "platform/text.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #include "foundation/search_dirs.h"
 
 #include "foundation/context_record.h"
-#include "foundation/memory.h"
 #include "foundation/text.h"
 #include "platform/files.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 #include "platform/text.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 
 namespace {

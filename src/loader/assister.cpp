@@ -1,11 +1,11 @@
 #include "loader/assister.h"
 
 #include "foundation/array.h"
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "model/module_record.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 #include "platform/text.h"
-#include "schema/module_record.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 #include "schema/module.h"
 #include "xpath/lex.h"

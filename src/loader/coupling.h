@@ -5,7 +5,7 @@
 #include <zrschema/context.h>
 
 #include "loader/pending.h"
-#include "schema/module_record.h"
+#include "model/module_record.h"
 
 extern "C" {
 // Resolves the references to typedefs of the module itself, in its typedefs and in the types of

@@ -4,13 +4,13 @@
 #include <iterator>
 
 #include "foundation/load_errors.h"
-#include "foundation/memory.h"
 #include "loader/arguments.h"
 #include "loader/engine.h"
 #include "loader/parsers.h"
+#include "model/node_record.h"
+#include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/members.h"
-#include "schema/node_record.h"
 #include "types/real_type.h"
 #include "xpath/path_forms.h"
 

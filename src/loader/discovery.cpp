@@ -6,8 +6,8 @@
 
 #include "foundation/array.h"
 #include "foundation/context_record.h"
-#include "foundation/memory.h"
 #include "platform/files.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 #include "platform/text.h"
 #include "platform/xml_parse.h"

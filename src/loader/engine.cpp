@@ -8,8 +8,8 @@
 #include "foundation/array.h"
 #include "foundation/load_errors.h"
 #include "loader/parsers.h"
+#include "model/node_record.h"
 #include "platform/xml.h"
-#include "schema/node_record.h"
 
 namespace {
 

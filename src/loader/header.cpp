@@ -7,7 +7,7 @@
 #include "foundation/array.h"
 #include "foundation/load_errors.h"
 #include "loader/parsers.h"
-#include "schema/module_record.h"
+#include "model/module_record.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 
 #include <cstdint>
 
-#include "foundation/memory.h"
-#include "schema/file_prefixes.h"
-#include "schema/module_record.h"
+#include "model/file_prefixes.h"
+#include "model/module_record.h"
+#include "platform/memory.h"
 
 namespace zr {
 

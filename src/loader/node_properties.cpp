@@ -3,15 +3,15 @@
 #include <string_view>
 
 #include "foundation/load_errors.h"
-#include "foundation/memory.h"
 #include "loader/arguments.h"
 #include "loader/conditions.h"
 #include "loader/engine.h"
 #include "loader/parsers.h"
+#include "model/module_record.h"
+#include "model/node_record.h"
+#include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/conditions.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
 
 namespace {
 

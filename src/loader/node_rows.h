@@ -5,7 +5,7 @@
 #include <span>
 
 #include "loader/engine.h"
-#include "schema/node_record.h"
+#include "model/node_record.h"
 
 namespace zr {
 

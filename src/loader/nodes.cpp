@@ -1,15 +1,15 @@
 // The parsers of the data-definition statements: each makes a schema node, parses its children by
 // the table of its kind, and links the finished node into its parent.
 #include "foundation/load_errors.h"
-#include "foundation/memory.h"
 #include "loader/arguments.h"
 #include "loader/node_rows.h"
 #include "loader/parsers.h"
 #include "loader/refresh.h"
+#include "model/module_record.h"
+#include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/augment.h"
 #include "schema/lookup.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 #include "types/real_type.h"
 #include "xpath/path_forms.h"

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "model/module_record.h"
+#include "platform/memory.h"
 #include "platform/text.h"
-#include "schema/module_record.h"
 
 namespace {
 

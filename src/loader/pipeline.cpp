@@ -2,8 +2,6 @@
 
 #include "foundation/context_record.h"
 #include "foundation/load_errors.h"
-#include "foundation/memory.h"
-#include "foundation/module_tree.h"
 #include "foundation/relations.h"
 #include "foundation/search_dirs.h"
 #include "loader/arguments.h"
@@ -12,6 +10,8 @@
 #include "loader/header.h"
 #include "loader/pending.h"
 #include "loader/statements.h"
+#include "model/module_tree.h"
+#include "platform/memory.h"
 #include "platform/text.h"
 #include "platform/xml.h"
 #include "schema/augment.h"

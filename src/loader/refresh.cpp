@@ -1,7 +1,7 @@
 #include "loader/refresh.h"
 
-#include "foundation/memory.h"
 #include "loader/arguments.h"
+#include "platform/memory.h"
 #include "schema/module.h"
 #include "types/real_type.h"
 

@@ -1,8 +1,8 @@
 // Defaults brought into the form that their types compare: identityref defaults get module names.
 #pragma once
 
-#include "schema/module_record.h"
-#include "schema/node_record.h"
+#include "model/module_record.h"
+#include "model/node_record.h"
 
 extern "C" {
 ZR_API uint32_t ZRS_LOADER_RefreshLeafDefaultValue(ZrMod *module, ZrNode *leaf);

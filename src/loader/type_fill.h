@@ -8,7 +8,7 @@
 
 #include <cstdint>
 
-#include "types/type_records.h"
+#include "model/type_records.h"
 
 // Fills a new body from the type statement `element`, which has `count` children of the kind.
 typedef uint32_t (*ZrtConsFillFunc)(ZrMod *module, ZrtRealType *type, void *body, xmlNode *element,

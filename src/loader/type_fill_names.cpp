@@ -2,12 +2,12 @@
 // (RFC 7950, sections 9.6.4 and 9.7.4).
 #include <algorithm>
 
-#include "foundation/memory.h"
 #include "foundation/text.h"
 #include "loader/statements.h"
 #include "loader/type_fill.h"
+#include "model/module_record.h"
+#include "platform/memory.h"
 #include "platform/xml.h"
-#include "schema/module_record.h"
 
 namespace {
 

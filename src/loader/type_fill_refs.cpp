@@ -2,10 +2,10 @@
 #include <cstring>
 
 #include "foundation/load_errors.h"
-#include "foundation/memory.h"
 #include "foundation/text.h"
 #include "loader/type_fill.h"
 #include "loader/type_statements.h"
+#include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/members.h"
 #include "schema/module.h"

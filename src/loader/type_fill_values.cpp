@@ -1,11 +1,11 @@
 // The restrictions of numbers and text: fraction digits, ranges, lengths and patterns.
 #include <cstring>
 
-#include "foundation/memory.h"
 #include "foundation/text.h"
 #include "loader/type_fill.h"
+#include "model/module_record.h"
+#include "platform/memory.h"
 #include "platform/xml.h"
-#include "schema/module_record.h"
 #include "types/range_parse.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "loader/statements.h"
-#include "types/type_records.h"
+#include "model/type_records.h"
 
 extern "C" {
 ZR_API uint32_t ZRT_LOADER_ParseTypeStmt(ZrMod *module, xmlNode *element, uint32_t parentStatement,

@@ -10,7 +10,7 @@
 #include <zrschema/context.h>
 
 #include "loader/pending.h"
-#include "schema/module_record.h"
+#include "model/module_record.h"
 
 extern "C" {
 // Unloads a module. One that is not loaded gives 0, and its recorded errors are forgotten. 12 with

@@ -1,9 +1,9 @@
 // What the removal of a module concerns: the modules to be destroyed with it, and what has to be
 // remembered of each for its return.
 #include "foundation/context_record.h"
-#include "foundation/memory.h"
 #include "foundation/text.h"
 #include "loader/unload.h"
+#include "platform/memory.h"
 #include "platform/text.h"
 #include "schema/augment.h"
 #include "schema/module.h"

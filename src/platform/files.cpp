@@ -16,7 +16,7 @@
 #include <string_view>
 #include <zrschema/types.h>
 
-#include "platform/blocks.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 
 struct PalFile {

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <zrschema/types.h>
 
-#include "platform/blocks.h"
+#include "platform/memory.h"
 
 // One block: this head, then `capacity` slots.
 struct PalStack {

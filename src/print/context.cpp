@@ -1,10 +1,10 @@
 // The print context: what passes to the level below, the buffer, the width of the names.
 #include <cstring>
 
+#include "model/module_record.h"
+#include "model/node_record.h"
 #include "print/line.h"
 #include "print/walk.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "print/printer.h"
 
 namespace zr {

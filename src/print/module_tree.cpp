@@ -1,7 +1,7 @@
 // A whole module as a tree.
+#include "model/module_record.h"
 #include "print/line.h"
 #include "print/walk.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 
 namespace {

@@ -1,9 +1,9 @@
 // The lines of the node kinds.
+#include "model/module_record.h"
+#include "model/node_record.h"
 #include "print/line.h"
 #include "print/type_text.h"
 #include "print/walk.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
 
 namespace {
 

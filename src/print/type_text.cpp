@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "schema/module_record.h"
+#include "model/module_record.h"
 #include "types/real_type.h"
 
 namespace {

@@ -3,8 +3,8 @@
 
 #include <iterator>
 
+#include "model/module_record.h"
 #include "print/line.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // Coupling and uncoupling of one augment.
 #include "schema/augment.h"
 
+#include "model/module_record.h"
 #include "schema/lookup.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 
 namespace {

@@ -10,7 +10,7 @@
 
 #include "foundation/dict.h"
 #include "foundation/text.h"
-#include "schema/node_record.h"
+#include "model/node_record.h"
 
 // Stages under which the load errors of coupling are recorded, so that a later success can clear
 // just them.

@@ -2,7 +2,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 #include "schema/augment.h"
 #include "schema/conditions.h"

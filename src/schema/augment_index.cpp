@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "foundation/array.h"
-#include "foundation/module_tree.h"
+#include "model/module_tree.h"
 #include "schema/augment.h"
 #include "schema/node.h"
 

@@ -4,9 +4,9 @@
 
 #include <zrschema/context.h>
 
-#include "foundation/memory.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
+#include "model/module_record.h"
+#include "model/node_record.h"
+#include "platform/memory.h"
 
 namespace zr {
 

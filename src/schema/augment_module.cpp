@@ -1,14 +1,14 @@
 // The augments of one module: coupled with a relation to each target's module, and uncoupled again.
 #include "foundation/load_errors.h"
-#include "foundation/memory.h"
-#include "foundation/module_tree.h"
+#include "foundation/record_arrays.h"
 #include "foundation/relations.h"
+#include "model/module_record.h"
+#include "model/module_tree.h"
+#include "platform/memory.h"
 #include "schema/augment.h"
 #include "schema/deviation_run.h"
 #include "schema/lookup.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
-#include "schema/record_arrays.h"
 
 namespace {
 

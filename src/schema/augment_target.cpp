@@ -3,9 +3,9 @@
 #include <cstring>
 #include <string_view>
 
-#include "foundation/memory.h"
+#include "model/module_record.h"
+#include "platform/memory.h"
 #include "schema/augment.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 #include "xpath/path_forms.h"
 

@@ -1,11 +1,11 @@
 #include "schema/change_events.h"
 
 #include "foundation/load_errors.h"
+#include "foundation/record_arrays.h"
 #include "foundation/relations.h"
 #include "schema/augment.h"
 #include "schema/deviation.h"
 #include "schema/module.h"
-#include "schema/record_arrays.h"
 
 namespace {
 

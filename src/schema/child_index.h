@@ -7,9 +7,9 @@
 
 #include "foundation/context_record.h"
 #include "foundation/dict.h"
-#include "foundation/memory.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
+#include "model/module_record.h"
+#include "model/node_record.h"
+#include "platform/memory.h"
 
 namespace zr {
 

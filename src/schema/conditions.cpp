@@ -1,6 +1,6 @@
 #include "schema/conditions.h"
 
-#include "schema/record_arrays.h"
+#include "foundation/record_arrays.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 
 #include "foundation/dict.h"
-#include "schema/member_records.h"
+#include "model/member_records.h"
 
 extern "C" {
 // Both names are required.

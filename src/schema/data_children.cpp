@@ -4,10 +4,10 @@
 
 #include <initializer_list>
 
+#include "model/module_record.h"
+#include "model/navigation.h"
+#include "model/node_record.h"
 #include "platform/text.h"
-#include "schema/module_record.h"
-#include "schema/navigation.h"
-#include "schema/node_record.h"
 
 namespace {
 

@@ -2,15 +2,15 @@
 
 #include "foundation/array.h"
 #include "foundation/load_errors.h"
-#include "foundation/memory.h"
+#include "foundation/record_arrays.h"
 #include "foundation/relations.h"
+#include "platform/memory.h"
 #include "schema/augment.h"
 #include "schema/deviation_run.h"
 #include "schema/deviation_steps.h"
 #include "schema/lookup.h"
 #include "schema/module.h"
 #include "schema/node.h"
-#include "schema/record_arrays.h"
 #include "types/real_type.h"
 
 namespace {

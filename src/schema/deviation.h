@@ -4,7 +4,7 @@
 // loaded again instead. Messages are recorded under the deviating module's name.
 #pragma once
 
-#include "schema/module_record.h"
+#include "model/module_record.h"
 
 // Of a deviation's flags: applying it failed part of the way, and what was changed stays. It is
 // not tried again on the same target, since the changes would be made twice.

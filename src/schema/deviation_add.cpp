@@ -1,10 +1,10 @@
 // "deviate add": properties that the target does not have yet.
 #include "foundation/load_errors.h"
+#include "foundation/record_arrays.h"
 #include "schema/conditions.h"
 #include "schema/deviation_steps.h"
 #include "schema/ext_inst.h"
 #include "schema/node.h"
-#include "schema/record_arrays.h"
 
 namespace {
 

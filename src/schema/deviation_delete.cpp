@@ -1,12 +1,12 @@
 // "deviate delete": properties that the target must have, with the very values given.
 #include "foundation/load_errors.h"
-#include "foundation/memory.h"
+#include "foundation/record_arrays.h"
+#include "platform/memory.h"
 #include "platform/text.h"
 #include "schema/conditions.h"
 #include "schema/deviation_steps.h"
 #include "schema/ext_inst.h"
 #include "schema/node.h"
-#include "schema/record_arrays.h"
 
 namespace {
 

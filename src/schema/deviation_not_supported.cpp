@@ -7,14 +7,14 @@
 #include <string_view>
 
 #include "foundation/array.h"
-#include "foundation/module_tree.h"
+#include "foundation/record_arrays.h"
 #include "foundation/relations.h"
+#include "model/module_tree.h"
 #include "platform/text.h"
 #include "schema/augment.h"
 #include "schema/deviation_run.h"
 #include "schema/module.h"
 #include "schema/node.h"
-#include "schema/record_arrays.h"
 
 namespace {
 

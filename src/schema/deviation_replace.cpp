@@ -1,9 +1,9 @@
 // "deviate replace": other values for properties that the target has.
 #include "foundation/array.h"
-#include "foundation/memory.h"
+#include "foundation/record_arrays.h"
+#include "platform/memory.h"
 #include "schema/deviation_steps.h"
 #include "schema/node.h"
-#include "schema/record_arrays.h"
 #include "types/real_type.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "schema/augment_index.h"
 #include "schema/child_index.h"
 #include "schema/deviation.h"

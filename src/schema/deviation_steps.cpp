@@ -1,7 +1,7 @@
 #include "schema/deviation_steps.h"
 
 #include "foundation/load_errors.h"
-#include "schema/record_arrays.h"
+#include "foundation/record_arrays.h"
 
 uint32_t zr::RunDeviateSteps(std::span<const DeviateStep> steps, ZrMod *module, ZrsDeviate *deviate,
                              ZrNode *target)

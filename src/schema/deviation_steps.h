@@ -4,8 +4,8 @@
 
 #include <span>
 
+#include "model/node_record.h"
 #include "schema/deviation.h"
-#include "schema/node_record.h"
 
 namespace zr {
 

@@ -6,7 +6,7 @@
 #include <zrschema/node.h>
 
 #include "foundation/dict.h"
-#include "schema/member_records.h"
+#include "model/member_records.h"
 
 extern "C" {
 // Interns the names, both of them required, and the argument, which may be null. A failure leaves

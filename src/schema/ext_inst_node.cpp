@@ -1,9 +1,9 @@
 // Extension instances of schema nodes.
 #include "foundation/context_record.h"
+#include "foundation/record_arrays.h"
+#include "model/module_record.h"
 #include "schema/ext_inst.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
-#include "schema/record_arrays.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Turning features on and off. The bit in the feature's record is all that there is: whoever needs
 // to know reads it each time, so nothing has to be told of a change.
+#include "foundation/record_arrays.h"
 #include "schema/members.h"
 #include "schema/module.h"
-#include "schema/record_arrays.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 
 #include <string_view>
 
+#include "model/module_record.h"
 #include "platform/text.h"
 #include "schema/child_index.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 #include "xpath/path_forms.h"
 

@@ -7,13 +7,11 @@
 
 #include <zrschema/context.h>
 
-#include "foundation/text.h"
+#include "model/data_path.h"
 
 extern "C" {
 // Appends a node to the module's chain for its kind; 22 for a kind that is no top-level one.
 ZR_API uint32_t ZRS_MOD_AddTopNodeToSchemaTree(ZrMod *module, ZrNode *node);
-// The first data node, else RPC, else notification of that name; never an augment.
-ZR_API ZrNode *ZRS_MOD_FindTopLevelSchemaNode(const ZrMod *module, const char *name);
 // By schema node identifier, from `start` or else from the module's top-level nodes: every schema
 // node is a step, choice, case, input and output too (RFC 7950, section 6.5).
 ZR_API ZrNode *ZRS_MOD_GetNodeBySchemaNodeId(const ZrMod *module, ZrNode *start, const char *path);
@@ -22,18 +20,6 @@ ZR_API ZrNode *ZRS_MOD_GetNodeBySchemaNodeId(const ZrMod *module, ZrNode *start,
 ZR_API ZrNode *ZRS_MOD_GetNodeUnderAugmentBySchemaNodeId(const ZrMod *module,
                                                          const char *augmentTarget,
                                                          const char *restPath, ZrNode **augmentOut);
-// Through the data tree, as a leafref's path goes: choice and case are no steps. A relative path
-// starts at the context node, with ".." for its parents (RFC 7950, section 9.9.2).
-ZR_API ZrNode *ZRS_MOD_GetNodeByXpath(const ZrMod *module, const ZrNode *contextNode,
-                                      const char *path);
-// Its steps: where a path starts (null: above the top level) and what is left of it, 0 or 22; the
-// same for a path that begins with ".", null when it leads nowhere; one step by names.
-ZR_API uint32_t ZRS_MOD_GetStartPathAndNode(const ZrNode *contextNode, const char *path,
-                                            const char **restOut, ZrNode **startOut);
-ZR_API const char *ZRS_MOD_GetRelativePathRealStartNode(const ZrNode *contextNode, const char *path,
-                                                        ZrNode **startOut);
-ZR_API ZrNode *ZRS_MOD_GetDataTreeNodeByNodeIdentifier(const ZrMod *module, ZrNode *current,
-                                                       const char *moduleName, const char *name);
 // The target of an augment of the module's own nodes, without the context. 0 with null when the
 // target lies in another module or is not there; the split's failure leaves `*nodeOut` alone.
 ZR_API uint32_t ZRS_MOD_FindAugNodeTargetInSelfMod(const ZrMod *module, const ZrNode *augment,
@@ -49,23 +35,6 @@ ZR_API uint32_t ZRS_NODE_PrintJsonPathRecursive(const ZrNode *node, char *buffer
 
 namespace zr {
 class ChildIndex;
-
-// Goes down a path, whose first "/" may be left out, from `node`, which may be null: each step is
-// `step(node, moduleName, name)`, and the first null ends the walk, as a malformed step does.
-template <typename Step> ZrNode *FollowSteps(ZrNode *node, const char *path, Step step)
-{
-    const char *rest = path;
-    do {
-        char moduleName[kNameSize];
-        char name[kNameSize];
-        rest = ZR_UTL_GetXPathNextPredicatedPrefixNode(*rest == '/' ? rest + 1 : rest, moduleName,
-                                                       sizeof(moduleName), name, sizeof(name));
-        if (rest == nullptr)
-            return nullptr;
-        node = step(node, moduleName, name);
-    } while (node != nullptr && *rest != '\0');
-    return node;
-}
 
 // ZR_CTX_GetTargetNode() for many paths in a row, with an index that may be null.
 ZrNode *FindTarget(const ZrCtx *ctx, const char *path, ZrNode **augmentOut, ChildIndex *index);

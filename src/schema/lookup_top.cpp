@@ -3,8 +3,8 @@
 
 #include <initializer_list>
 
+#include "model/module_record.h"
 #include "platform/text.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 
 namespace {
@@ -33,13 +33,6 @@ zr::TopChain ChainForKind(uint32_t kind)
     }
 }
 
-const ZrNode *FindInChain(const ZrNode *head, const char *name)
-{
-    while (head != nullptr && (head->name == nullptr || PAL_StrCmp(head->name, name) != 0))
-        head = head->next;
-    return head;
-}
-
 } // namespace
 
 uint32_t ZRS_MOD_AddTopNodeToSchemaTree(ZrMod *module, ZrNode *node)
@@ -57,15 +50,4 @@ uint32_t ZRS_MOD_AddTopNodeToSchemaTree(ZrMod *module, ZrNode *node)
         ZRS_NODE_AddSibling(last != nullptr ? last : head, node);
     last = node;
     return ZR_OK;
-}
-
-ZrNode *ZRS_MOD_FindTopLevelSchemaNode(const ZrMod *module, const char *name)
-{
-    if (module == nullptr || name == nullptr)
-        return nullptr;
-    for (const ZrNode *head : {module->dataNodes, module->rpcs, module->notifications}) {
-        if (const ZrNode *node = FindInChain(head, name); node != nullptr)
-            return const_cast<ZrNode *>(node);
-    }
-    return nullptr;
 }

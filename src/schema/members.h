@@ -5,7 +5,6 @@
 // AppendOne     makes room at the end of the module's array, fills the new record, and counts it
 //               when that succeeded. 12, 22 or the status of Fill; 22 also for one too many (a
 //               module holds 65,535 of a kind).
-// Find          the first record of that name, compared as text, or null.
 // Copy          a new array with copies of everything; null when empty or memory runs out.
 // Clear         releases what a record holds; null is accepted.
 // Free          clears every record and frees the array; null is accepted.
@@ -15,22 +14,20 @@
 #include <zrschema/module.h>
 
 #include "foundation/dict.h"
-#include "schema/module_record.h"
+#include "model/members_by_name.h"
+#include "model/module_record.h"
 
 extern "C" {
 // Imports (RFC 7950, section 7.1.5). Fill gives 22 for every failure.
 ZR_API uint32_t ZRS_MOD_FillImport(ZrDict *dict, ZrsImport *record, const char *moduleName,
                                    const char *prefix);
 ZR_API uint32_t ZRS_MOD_AppendOneImport(ZrMod *module, const char *moduleName, const char *prefix);
-ZR_API ZrsImport *ZRS_MOD_FindImportByPrefix(ZrsImport *array, uint32_t count, const char *prefix);
 ZR_API void ZRS_MOD_ClearImport(ZrDict *dict, ZrsImport *record);
 ZR_API void ZRS_MOD_FreeImports(ZrDict *dict, ZrsImport *array, uint32_t count);
 
 // Includes (section 7.1.6).
 ZR_API uint32_t ZRS_MOD_FillInclude(ZrDict *dict, ZrsInclude *record, const char *name);
 ZR_API uint32_t ZRS_MOD_AppendOneInclude(ZrMod *module, const char *name);
-ZR_API ZrsInclude *ZRS_MOD_FindIncludeBySubName(ZrsInclude *array, uint32_t count,
-                                                const char *name);
 ZR_API void ZRS_MOD_ClearInclude(ZrDict *dict, ZrsInclude *record);
 ZR_API void ZRS_MOD_FreeIncludes(ZrDict *dict, ZrsInclude *array, uint32_t count);
 
@@ -38,7 +35,6 @@ ZR_API void ZRS_MOD_FreeIncludes(ZrDict *dict, ZrsInclude *array, uint32_t count
 // one name and with the same if-features in the same order, on or off.
 ZR_API uint32_t ZRS_MOD_FillFeature(ZrDict *dict, ZrsFeature *record, const char *name);
 ZR_API uint32_t ZRS_MOD_AppendOneFeature(ZrMod *module, const char *name);
-ZR_API ZrsFeature *ZRS_MOD_FindFeatureByName(const ZrMod *module, const char *name);
 ZR_API void ZRS_MDL_ClearFeature(ZrDict *dict, ZrsFeature *record);
 ZR_API void ZRS_MOD_FreeFeatures(ZrDict *dict, ZrsFeature *array, uint32_t count);
 ZR_API uint32_t ZRS_MOD_CheckTwoFeatureSame(const ZrsFeature *a, const ZrsFeature *b);
@@ -47,7 +43,6 @@ ZR_API uint32_t ZRS_MOD_CheckTwoFeatureSame(const ZrsFeature *a, const ZrsFeatur
 // if-features in the same order; descriptions do not matter.
 ZR_API uint32_t ZRS_MOD_FillIdentity(ZrDict *dict, ZrsIdentity *record, const char *name);
 ZR_API uint32_t ZRS_MOD_AppendOneIdentity(ZrMod *module, const char *name);
-ZR_API ZrsIdentity *ZRS_MOD_FindIdentityByName(const ZrMod *module, const char *name);
 ZR_API void ZRS_MDL_ClearIdentity(ZrDict *dict, ZrsIdentity *record);
 ZR_API void ZRS_MOD_FreeIdentities(ZrDict *dict, ZrsIdentity *array, uint32_t count);
 ZR_API uint32_t ZRS_MOD_CheckTwoIdentitySame(const ZrsIdentity *a, const ZrsIdentity *b);
@@ -66,7 +61,6 @@ ZR_API uint32_t ZRS_MOD_SetExtension(ZrDict *dict, ZrsExtension *record, const c
                                      const char *argument, uint32_t yinElement);
 ZR_API uint32_t ZRS_MOD_AppendOneExtension(ZrMod *module, const char *name, const char *argument,
                                            uint32_t yinElement);
-ZR_API ZrsExtension *ZRS_MOD_FindExtensionByName(const ZrMod *module, const char *name);
 ZR_API void ZRS_MDL_ClearExtension(ZrDict *dict, ZrsExtension *record);
 ZR_API void ZRS_MOD_FreeExtensions(ZrDict *dict, ZrsExtension *array, uint32_t count);
 ZR_API uint32_t ZRS_MOD_CheckTwoExtensionSame(const ZrsExtension *a, const ZrsExtension *b);
@@ -78,8 +72,6 @@ ZR_API uint32_t ZRS_MOD_FillTypeDef(ZrCtx *ctx, ZrsTypDef *record, const char *n
                                     const ZrtRealType *realType, const char *defaultValue);
 ZR_API uint32_t ZRS_MOD_AppendOneTypeDef(ZrMod *module, const char *name,
                                          const ZrtRealType *realType, const char *defaultValue);
-ZR_API ZrsTypDef *ZRS_MOD_FindTypDefObjByName(ZrsTypDef *array, uint32_t count, const char *name);
-ZR_API ZrsTypDef *ZRS_MOD_FindZrsTypDefByName(const ZrMod *module, const char *name);
 ZR_API void ZRS_TYPE_DestroyTypDefInner(ZrCtx *ctx, ZrsTypDef *record);
 ZR_API void ZRS_TYPE_FreeTypDefArray(ZrCtx *ctx, ZrsTypDef *array, uint32_t count);
 

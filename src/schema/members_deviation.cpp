@@ -1,8 +1,8 @@
 // The deviations of a module and their deviates (RFC 7950, section 7.20.3).
+#include "foundation/record_arrays.h"
 #include "schema/conditions.h"
 #include "schema/ext_inst.h"
 #include "schema/members.h"
-#include "schema/record_arrays.h"
 #include "types/real_type.h"
 
 namespace {

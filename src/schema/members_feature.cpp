@@ -1,7 +1,7 @@
 // The features of a module (RFC 7950, section 7.20.1).
+#include "foundation/record_arrays.h"
 #include "schema/conditions.h"
 #include "schema/members.h"
-#include "schema/record_arrays.h"
 
 uint32_t ZRS_MOD_FillFeature(ZrDict *dict, ZrsFeature *record, const char *name)
 {
@@ -16,15 +16,6 @@ uint32_t ZRS_MOD_AppendOneFeature(ZrMod *module, const char *name)
         return ZR_ERR_INVALID;
     return zr::AppendOne(&module->features, &module->featureCount, [=](ZrsFeature *record) {
         return ZRS_MOD_FillFeature(&module->ctx->dict, record, name);
-    });
-}
-
-ZrsFeature *ZRS_MOD_FindFeatureByName(const ZrMod *module, const char *name)
-{
-    if (module == nullptr)
-        return nullptr;
-    return zr::FindFirst(module->features, module->featureCount, [name](const ZrsFeature &record) {
-        return zr::TextEquals(record.name, name);
     });
 }
 

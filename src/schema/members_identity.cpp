@@ -1,7 +1,7 @@
 // The identities of a module and their bases (RFC 7950, section 7.18).
+#include "foundation/record_arrays.h"
 #include "schema/conditions.h"
 #include "schema/members.h"
-#include "schema/record_arrays.h"
 
 namespace {
 
@@ -26,15 +26,6 @@ uint32_t ZRS_MOD_AppendOneIdentity(ZrMod *module, const char *name)
     return zr::AppendOne(&module->identities, &module->identityCount, [=](ZrsIdentity *record) {
         return ZRS_MOD_FillIdentity(&module->ctx->dict, record, name);
     });
-}
-
-ZrsIdentity *ZRS_MOD_FindIdentityByName(const ZrMod *module, const char *name)
-{
-    if (module == nullptr)
-        return nullptr;
-    return zr::FindFirst(
-        module->identities, module->identityCount,
-        [name](const ZrsIdentity &record) { return zr::TextEquals(record.name, name); });
 }
 
 void ZRS_MDL_ClearIdentity(ZrDict *dict, ZrsIdentity *record)

@@ -1,6 +1,6 @@
 // What a module names of others: imports, includes and the extensions that it defines for them.
+#include "foundation/record_arrays.h"
 #include "schema/members.h"
-#include "schema/record_arrays.h"
 
 uint32_t ZRS_MOD_FillImport(ZrDict *dict, ZrsImport *record, const char *moduleName,
                             const char *prefix)
@@ -21,13 +21,6 @@ uint32_t ZRS_MOD_AppendOneImport(ZrMod *module, const char *moduleName, const ch
         return ZR_ERR_INVALID;
     return zr::AppendOne(&module->imports, &module->importCount, [=](ZrsImport *record) {
         return ZRS_MOD_FillImport(&module->ctx->dict, record, moduleName, prefix);
-    });
-}
-
-ZrsImport *ZRS_MOD_FindImportByPrefix(ZrsImport *array, uint32_t count, const char *prefix)
-{
-    return zr::FindFirst(array, count, [prefix](const ZrsImport &record) {
-        return zr::TextEquals(record.prefix, prefix);
     });
 }
 
@@ -57,13 +50,6 @@ uint32_t ZRS_MOD_AppendOneInclude(ZrMod *module, const char *name)
         return ZR_ERR_INVALID;
     return zr::AppendOne(&module->includes, &module->includeCount, [=](ZrsInclude *record) {
         return ZRS_MOD_FillInclude(&module->ctx->dict, record, name);
-    });
-}
-
-ZrsInclude *ZRS_MOD_FindIncludeBySubName(ZrsInclude *array, uint32_t count, const char *name)
-{
-    return zr::FindFirst(array, count, [name](const ZrsInclude &record) {
-        return zr::TextEquals(record.submoduleName, name);
     });
 }
 
@@ -100,15 +86,6 @@ uint32_t ZRS_MOD_AppendOneExtension(ZrMod *module, const char *name, const char 
     return zr::AppendOne(&module->extensions, &module->extensionCount, [=](ZrsExtension *record) {
         return ZRS_MOD_SetExtension(&module->ctx->dict, record, name, argument, yinElement);
     });
-}
-
-ZrsExtension *ZRS_MOD_FindExtensionByName(const ZrMod *module, const char *name)
-{
-    if (module == nullptr)
-        return nullptr;
-    return zr::FindFirst(
-        module->extensions, module->extensionCount,
-        [name](const ZrsExtension &record) { return zr::TextEquals(record.name, name); });
 }
 
 void ZRS_MDL_ClearExtension(ZrDict *dict, ZrsExtension *record)

@@ -1,6 +1,6 @@
 // The typedefs of a module (RFC 7950, section 7.3).
+#include "foundation/record_arrays.h"
 #include "schema/members.h"
-#include "schema/record_arrays.h"
 #include "types/real_type.h"
 
 uint32_t ZRS_MOD_FillTypeDef(ZrCtx *ctx, ZrsTypDef *record, const char *name,
@@ -30,20 +30,6 @@ uint32_t ZRS_MOD_AppendOneTypeDef(ZrMod *module, const char *name, const ZrtReal
     return zr::AppendOne(&module->typedefs, &module->typedefCount, [=](ZrsTypDef *record) {
         return ZRS_MOD_FillTypeDef(module->ctx, record, name, realType, defaultValue);
     });
-}
-
-ZrsTypDef *ZRS_MOD_FindTypDefObjByName(ZrsTypDef *array, uint32_t count, const char *name)
-{
-    return zr::FindFirst(array, count, [name](const ZrsTypDef &record) {
-        return zr::TextEquals(record.name, name);
-    });
-}
-
-ZrsTypDef *ZRS_MOD_FindZrsTypDefByName(const ZrMod *module, const char *name)
-{
-    if (module == nullptr)
-        return nullptr;
-    return ZRS_MOD_FindTypDefObjByName(module->typedefs, module->typedefCount, name);
 }
 
 void ZRS_TYPE_DestroyTypDefInner(ZrCtx *ctx, ZrsTypDef *record)

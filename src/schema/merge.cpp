@@ -3,12 +3,12 @@
 #include <cstdarg>
 
 #include "foundation/load_errors.h"
+#include "foundation/record_arrays.h"
 #include "schema/conditions.h"
 #include "schema/ext_inst.h"
 #include "schema/members.h"
 #include "schema/merge_nodes.h"
 #include "schema/merge_types.h"
-#include "schema/record_arrays.h"
 
 namespace {
 

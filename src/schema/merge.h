@@ -4,7 +4,7 @@
 // was merged before it stays. The messages are recorded under the destination's name.
 #pragma once
 
-#include "schema/module_record.h"
+#include "model/module_record.h"
 
 extern "C" {
 // Merges everything of `source`, which the caller then frees with whatever was not moved.

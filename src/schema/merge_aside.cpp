@@ -1,7 +1,7 @@
 #include "schema/merge_aside.h"
 
 #include "foundation/array.h"
-#include "foundation/module_tree.h"
+#include "model/module_tree.h"
 #include "schema/augment.h"
 #include "schema/child_index.h"
 #include "schema/deviation.h"

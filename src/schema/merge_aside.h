@@ -3,9 +3,9 @@
 // statements, in their own lists, and nothing else. Then each goes back to its place.
 #pragma once
 
-#include "foundation/memory.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
+#include "model/module_record.h"
+#include "model/node_record.h"
+#include "platform/memory.h"
 
 namespace zr {
 

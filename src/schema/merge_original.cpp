@@ -3,13 +3,13 @@
 #include <utility>
 
 #include "foundation/load_errors.h"
+#include "foundation/record_arrays.h"
 #include "foundation/relations.h"
 #include "schema/augment.h"
 #include "schema/deviation.h"
 #include "schema/merge_nodes.h"
 #include "schema/merge_types.h"
 #include "schema/node.h"
-#include "schema/record_arrays.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 // their targets. A further part is merged with the nodes as they were read.
 #pragma once
 
-#include "schema/module_record.h"
+#include "model/module_record.h"
 
 namespace zr {
 

@@ -4,7 +4,7 @@
 // until the reference is resolved again, which linking the module into its context does.
 #pragma once
 
-#include "schema/module_record.h"
+#include "model/module_record.h"
 
 namespace zr {
 // Drops the resolved typedefs of a type and of its union members.

@@ -1,13 +1,13 @@
 // The end of modules and of contexts.
-#include "foundation/context.h"
 #include "foundation/load_errors.h"
-#include "foundation/module_tree.h"
+#include "foundation/record_arrays.h"
+#include "model/context.h"
+#include "model/module_tree.h"
 #include "schema/augment.h"
 #include "schema/ext_inst.h"
 #include "schema/members.h"
 #include "schema/module.h"
 #include "schema/node.h"
-#include "schema/record_arrays.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Scans over what a module holds.
 #include <initializer_list>
 
+#include "model/node_record.h"
 #include "schema/augment.h"
 #include "schema/ext_inst.h"
 #include "schema/module.h"
-#include "schema/node_record.h"
 
 namespace {
 

@@ -4,7 +4,8 @@
 #include <zrschema/node.h>
 
 #include "foundation/dict.h"
-#include "schema/node_record.h"
+#include "model/navigation.h"
+#include "model/node_record.h"
 
 enum ZrsLinkMode : uint32_t { ZRS_LINK_AS_CHILD = 0, ZRS_LINK_AS_SIBLING = 1 };
 
@@ -34,10 +35,6 @@ ZR_API uint32_t ZRS_NODE_AddSibling(ZrNode *node, ZrNode *newNode);
 ZR_API uint32_t ZRS_NODE_LinkTreeNode(ZrNode *anchor, ZrNode *node, uint32_t mode); // ZrsLinkMode
 ZR_API ZrNode *ZRS_NODE_GetLastSibling(const ZrNode *node);
 ZR_API uint32_t ZRS_NODE_IsChildNode(const ZrNode *parent, const ZrNode *node); // 1 or 0
-// The first child of that name; of any module when the module name is null or empty. Choice, case,
-// input and output are children like any other.
-ZR_API ZrNode *ZRS_NODE_FindChildNodeByName(const ZrNode *parent, const char *moduleName,
-                                            const char *name);
 
 // Inheritance from a parent that may have changed, for the node and, after a change, everything
 // below it. ImplUpdateFlagCb does both for one node; UpdateFlag does both for a node's children.
@@ -53,8 +50,6 @@ ZR_API void ZRS_NODE_SetNacmFlag(ZrNode *node, const char *moduleName, const cha
 ZR_API uint32_t ZRS_NODE_MarkKeyAttrToListLeafs(ZrNode *list, const char *keyText,
                                                 uint8_t *keyCount);
 
-// The type of a leaf or leaf-list, else null.
-ZR_API const ZrtRealType *ZRS_NODE_GetLeafSchemaRealType(const ZrNode *node);
 // Appends copies of all values or none: 12 without memory, 22 for more than 65,535 defaults.
 ZR_API uint32_t ZRS_NODE_AppendLeaflistDefaults(ZrDict *dict, ZrsLeafListInfo *info,
                                                 const char *const *values, uint32_t count);
@@ -74,8 +69,6 @@ ZR_API ZrNode *ZRS_NODE_CopyNodeTreeToModule(ZrNode *root, ZrMod *target);
 }
 
 namespace zr {
-// Whether the node belongs to the module of that name.
-bool IsOfModule(const ZrNode *node, const char *moduleName);
 
 // The "config" of a deviation, and a default-deny extension that one added. Both hold whatever is
 // inherited, before or after; the first passes on to the nodes below.

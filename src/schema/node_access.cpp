@@ -1,6 +1,6 @@
 // What a schema node says of itself.
+#include "model/module_record.h"
 #include "schema/lookup.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // Deep copies of schema nodes into another module.
 #include "foundation/array.h"
+#include "model/module_record.h"
 #include "schema/ext_inst.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 #include "types/real_type.h"
 

@@ -1,10 +1,10 @@
 // Birth and death of schema nodes, and the per-kind information that comes and goes with them.
 #include <iterator>
 
-#include "foundation/memory.h"
+#include "model/module_record.h"
+#include "platform/memory.h"
 #include "schema/conditions.h"
 #include "schema/ext_inst.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 #include "types/real_type.h"
 

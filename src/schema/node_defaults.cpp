@@ -1,6 +1,6 @@
 // The defaults of a leaf-list (RFC 7950, section 7.7.4), which deviations add and take away.
 #include "foundation/array.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "schema/node.h"
 
 uint32_t ZRS_NODE_AppendLeaflistDefaults(ZrDict *dict, ZrsLeafListInfo *info,

@@ -1,6 +1,6 @@
 // Links between schema nodes: parent, children, siblings, and the heads of the top-level chains.
+#include "model/module_record.h"
 #include "platform/text.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 
 namespace {
@@ -17,12 +17,6 @@ void ForgetLastAppended(const ZrNode *node)
 }
 
 } // namespace
-
-bool zr::IsOfModule(const ZrNode *node, const char *moduleName)
-{
-    return node->module != nullptr && node->module->name != nullptr &&
-           PAL_StrCmp(node->module->name, moduleName) == 0;
-}
 
 void ZR_NODE_CalibrateTopNodeAddress(ZrNode *node)
 {
@@ -134,20 +128,4 @@ uint32_t ZRS_NODE_IsChildNode(const ZrNode *parent, const ZrNode *node)
             return 1;
     }
     return 0;
-}
-
-ZrNode *ZRS_NODE_FindChildNodeByName(const ZrNode *parent, const char *moduleName, const char *name)
-{
-    if (parent == nullptr || name == nullptr)
-        return nullptr;
-    bool anyModule = moduleName == nullptr || *moduleName == '\0';
-    // The last child ends the scan: a coupled augment's own stretch ends inside the target's chain.
-    for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
-        if (child->name != nullptr && PAL_StrCmp(child->name, name) == 0 &&
-            (anyModule || zr::IsOfModule(child, moduleName)))
-            return child;
-        if (child == parent->lastChild)
-            break;
-    }
-    return nullptr;
 }

@@ -1,8 +1,8 @@
 // Scans of what a node holds in lists: conditions, features, defaults; and its path.
 #include <zrschema/node.h>
 
+#include "model/node_record.h"
 #include "schema/lookup.h"
-#include "schema/node_record.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Paths of schema nodes, in the form in which target paths are looked up.
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "model/module_record.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 #include "schema/lookup.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 
 namespace {

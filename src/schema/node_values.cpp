@@ -72,20 +72,6 @@ uint32_t Validate(const ZrNode *node, uint32_t inputKind, const void *value,
 
 } // namespace
 
-const ZrtRealType *ZRS_NODE_GetLeafSchemaRealType(const ZrNode *node)
-{
-    if (node == nullptr || node->info == nullptr)
-        return nullptr;
-    switch (node->kind) {
-    case ZR_NODE_LEAF:
-        return &static_cast<const ZrsLeafInfo *>(node->info)->realType;
-    case ZR_NODE_LEAF_LIST:
-        return &static_cast<const ZrsLeafListInfo *>(node->info)->realType;
-    default:
-        return nullptr;
-    }
-}
-
 const ZrtRealType *ZR_NODE_GetRealType(const ZrNode *node)
 {
     return ZRS_NODE_GetLeafSchemaRealType(node);

@@ -7,8 +7,8 @@
 #include <type_traits>
 
 #include "foundation/context_record.h"
-#include "foundation/memory.h"
-#include "types/type_records.h"
+#include "model/type_records.h"
+#include "platform/memory.h"
 
 extern "C" {
 // A zeroed body; when count and item size are both non-zero, its item array is zeroed and stored

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "types/type_records.h"
+#include "model/type_records.h"
 
 typedef void *(*ZrtConsCreateFunc)(uint32_t count);
 typedef void (*ZrtConsDestroyFunc)(ZrCtx *ctx, void *body);

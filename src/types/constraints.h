@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "types/type_records.h"
+#include "model/type_records.h"
 
 extern "C" {
 ZR_API void *ZRT_CONS_CreateConsDataBodyWithDerived(uint32_t count);

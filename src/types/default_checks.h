@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "types/type_records.h"
+#include "model/type_records.h"
 
 extern "C" {
 ZR_API uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictBinary(uint32_t baseType, uint32_t inputKind,

@@ -1,10 +1,10 @@
 // The typedef reference of a derived type (RFC 7950, section 7.3).
 #include <cstring>
 
-#include "schema/module_record.h"
+#include "model/members_by_name.h"
+#include "model/module_record.h"
 #include "types/constraint_body.h"
 #include "types/constraints.h"
-#include "types/lookups.h"
 #include "types/real_type.h"
 
 namespace {

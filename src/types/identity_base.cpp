@@ -6,10 +6,10 @@
 #include <string_view>
 
 #include "foundation/text.h"
-#include "schema/module_record.h"
+#include "model/members_by_name.h"
+#include "model/module_record.h"
 #include "types/constraint_body.h"
 #include "types/constraints.h"
-#include "types/lookups.h"
 #include "types/real_type.h"
 
 namespace {

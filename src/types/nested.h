@@ -1,7 +1,7 @@
 // Values handed on to another type: a union's member or a leafref's target.
 #pragma once
 
-#include "types/type_records.h"
+#include "model/type_records.h"
 
 namespace zr {
 

@@ -1,7 +1,7 @@
 // Bounds that a type leaves for the types derived from it.
 #pragma once
 
-#include "types/type_records.h"
+#include "model/type_records.h"
 
 namespace zr {
 

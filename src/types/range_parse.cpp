@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "foundation/array.h"
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "types/decimal64.h"
 #include "types/real_type.h"
 

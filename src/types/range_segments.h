@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "types/type_records.h"
+#include "model/type_records.h"
 
 // A segment of one of the narrow widths.
 template <typename Integer> struct ZrtNarrowSeg {

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "foundation/array.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "types/constraint_ops.h"
 #include "types/constraints.h"
 

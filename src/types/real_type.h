@@ -4,7 +4,7 @@
 #include <zrschema/type.h>
 
 #include "foundation/context_record.h"
-#include "types/type_records.h"
+#include "model/type_records.h"
 
 extern "C" {
 ZR_API uint32_t ZRT_TYPE_ExpandConstraintArray(ZrtRealType *type, uint32_t count);

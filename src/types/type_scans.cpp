@@ -1,9 +1,9 @@
 // The public queries and scans on types.
 #include <zrschema/type.h>
 
+#include "model/members_by_name.h"
 #include "types/constraint_ops.h"
 #include "types/constraints.h"
-#include "types/lookups.h"
 #include "types/real_type.h"
 
 namespace {

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 #include "platform/text.h"
 #include "platform/xml.h"

@@ -1,6 +1,6 @@
 // The evaluation context and the moves on its two stacks.
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "xpath/eval.h"
 #include "xpath/operators.h"
 

@@ -3,8 +3,8 @@
 
 #include <limits>
 
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "platform/text.h"
 #include "xpath/functions.h"
 #include "xpath/steps.h"

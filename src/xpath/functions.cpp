@@ -3,13 +3,12 @@
 
 #include <cstring>
 
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "model/members_by_name.h"
+#include "model/node_record.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 #include "platform/text.h"
-#include "schema/module.h"
-#include "schema/node_record.h"
-#include "xpath/data_values.h"
 #include "xpath/value_text.h"
 
 namespace zr {

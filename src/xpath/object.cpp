@@ -5,8 +5,8 @@
 #include <iterator>
 #include <limits>
 
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "platform/text.h"
 #include "platform/xml.h"
 #include "xpath/value_text.h"

@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "foundation/array.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "platform/text.h"
 #include "xpath/lex.h"
 #include "xpath/lex_internal.h"

@@ -1,4 +1,4 @@
-// The value of an element, as conditions see it.
+// The value of a leaf element as text, identities in module-name form.
 #pragma once
 
 #include <libxml/tree.h>
@@ -6,7 +6,24 @@
 #include <cstdint>
 #include <zrschema/types.h>
 
+extern "C" {
+// 1 for a leaf or leaf-list whose type is or contains an identityref, also behind typedefs, else 0.
+ZR_API uint32_t ZRD_MDL_IsIdentityref(const ZrNode *schemaNode);
+// A copy of the element's value, to be freed through the hooks. An identityref's "prefix:name"
+// becomes "module:name", and a name alone is one of the leaf's module; what is neither, as a union
+// may hold it, stays as it is. Null without content, for an unknown prefix and when memory runs
+// out.
+ZR_API char *ZRD_NODE_GetValueContent(const xmlNode *element, const ZrNode *schemaNode);
+// The rewriting alone: prefixes are looked up among the element's namespace declarations.
+ZR_API char *ZRD_NODE_ConvertPrefixValueToModValue(const xmlNode *element, const ZrNode *schemaNode,
+                                                   const char *value);
+}
+
 namespace zr {
+// Whether an identityref's value has a value text: the conversion then fails for memory alone.
+bool HasModuleForm(const xmlNode *element, const ZrNode *schemaNode, const char *value);
+// Whether the type is an identityref, also behind typedefs; not so a union that contains one.
+bool IsIdentityrefAlone(const ZrNode *schemaNode);
 // The schema node of an element, or null. Only elements have one: the private pointer of another
 // kind of node is the application's.
 inline const ZrNode *SchemaNodeOf(const xmlNode *node)

@@ -10,9 +10,9 @@
 
 #include <gtest/gtest.h>
 
-#include "foundation/module_tree.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
+#include "model/module_record.h"
+#include "model/module_tree.h"
+#include "model/node_record.h"
 #include "support/context.h"
 #include "support/schema_dump.h"
 

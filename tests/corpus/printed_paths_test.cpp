@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "foundation/memory.h"
-#include "foundation/module_tree.h"
+#include "model/module_record.h"
+#include "model/module_tree.h"
+#include "platform/memory.h"
 #include "schema/lookup.h"
-#include "schema/module_record.h"
 #include "support/context.h"
 
 namespace {

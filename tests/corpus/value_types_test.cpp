@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "schema/module_record.h"
+#include "model/module_record.h"
 #include "support/context.h"
 
 namespace {

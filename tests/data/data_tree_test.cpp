@@ -4,8 +4,8 @@
 #include <zrschema/node.h>
 
 #include "data/flush.h"
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
+#include "support/run.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "data/data_tree.h"
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
 #include "support/alloc.h"
+#include "support/run.h"
 
 namespace {
 

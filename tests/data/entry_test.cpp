@@ -7,9 +7,9 @@
 
 #include "data/check_run.h"
 #include "data/data_tree.h"
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
 #include "support/alloc.h"
+#include "support/run.h"
 
 namespace {
 

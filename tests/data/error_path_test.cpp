@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "data/flush.h"
-#include "foundation/memory.h"
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
+#include "support/run.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
 #include "support/alloc.h"
+#include "support/run.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 // the caller's tree as it was.
 #include <gtest/gtest.h>
 
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
 #include "support/alloc.h"
+#include "support/run.h"
 #include "support/xml_alloc.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // Every fault that a run reports, through the public functions, each with its whole record.
 #include <gtest/gtest.h>
 
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
+#include "support/run.h"
 
 namespace {
 

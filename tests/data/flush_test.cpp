@@ -4,9 +4,9 @@
 #include <zrschema/node.h>
 
 #include "data/data_tree.h"
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
 #include "support/alloc.h"
+#include "support/run.h"
 
 namespace {
 

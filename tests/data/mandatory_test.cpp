@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "data/flush.h"
-#include "run.h"
-#include "schema.h"
-#include "schema/node_record.h"
+#include "data/schema.h"
+#include "model/node_record.h"
+#include "support/run.h"
 
 namespace {
 

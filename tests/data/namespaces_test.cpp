@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "data/data_tree.h"
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
+#include "support/run.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 // number of elements. The tests are sized so that a square would not end in reasonable time.
 #include <gtest/gtest.h>
 
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
+#include "support/run.h"
 
 namespace {
 

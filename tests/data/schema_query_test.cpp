@@ -1,11 +1,12 @@
 #include "data/schema_query.h"
+#include "xpath/value_text.h"
 
 #include <gtest/gtest.h>
 #include <zrschema/node.h>
 
-#include "run.h"
-#include "schema.h"
-#include "schema/node_record.h"
+#include "data/schema.h"
+#include "model/node_record.h"
+#include "support/run.h"
 
 namespace {
 

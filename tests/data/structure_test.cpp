@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "data/flush.h"
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
+#include "support/run.h"
 
 namespace {
 

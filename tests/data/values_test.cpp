@@ -2,8 +2,8 @@
 // value, which is not the same as an empty text.
 #include <gtest/gtest.h>
 
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
+#include "support/run.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include "data/data_tree.h"
 #include "data/default_list.h"
 #include "data/flush.h"
-#include "run.h"
-#include "schema.h"
-#include "schema/node_record.h"
+#include "data/schema.h"
+#include "model/node_record.h"
+#include "support/run.h"
 
 namespace {
 

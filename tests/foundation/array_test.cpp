@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 
 namespace {

@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 #include <zrschema/context.h>
 
-#include "foundation/context.h"
 #include "foundation/context_record.h"
 #include "foundation/load_errors.h"
+#include "model/context.h"
 
 namespace zrtest {
 

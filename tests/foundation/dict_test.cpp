@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "bare_context.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 
 namespace {

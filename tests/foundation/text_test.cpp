@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 
 namespace {

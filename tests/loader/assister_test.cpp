@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "foundation/array.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "platform/secure.h"
 #include "schema/module.h"
 #include "support/alloc.h"

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "foundation/memory.h"
 #include "loader/loader_fixture.h"
+#include "platform/memory.h"
 
 using zrtest::ModuleUnderTest;
 

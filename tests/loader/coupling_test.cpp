@@ -1,10 +1,10 @@
 #include "loader/coupling.h"
 
 #include "foundation/load_errors.h"
-#include "foundation/module_tree.h"
 #include "foundation/relations.h"
 #include "loader/module_sets.h"
 #include "loader/pipeline.h"
+#include "model/module_tree.h"
 #include "schema/augment.h"
 #include "schema/coupling_fixture.h"
 

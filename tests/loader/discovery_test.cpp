@@ -6,8 +6,8 @@
 #include <climits>
 #include <gtest/gtest.h>
 
-#include "foundation/memory.h"
 #include "platform/files.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 #include "support/context.h"
 

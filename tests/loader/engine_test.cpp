@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "foundation/memory.h"
 #include "loader/loader_fixture.h"
+#include "platform/memory.h"
 #include "schema/conditions.h"
 #include "schema/ext_inst.h"
 

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "loader/loader_fixture.h"
+#include "model/module_record.h"
 #include "schema/ext_inst.h"
-#include "schema/module_record.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -2,7 +2,7 @@
 
 #include "loader/header.h"
 #include "loader/loader_fixture.h"
-#include "schema/module_record.h"
+#include "model/module_record.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

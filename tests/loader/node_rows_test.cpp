@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "schema/node.h"
 
 namespace {

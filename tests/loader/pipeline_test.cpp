@@ -5,8 +5,8 @@
 
 #include "foundation/context_record.h"
 #include "foundation/search_dirs.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
+#include "model/module_record.h"
+#include "model/node_record.h"
 #include "support/alloc.h"
 #include "support/context.h"
 

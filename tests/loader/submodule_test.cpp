@@ -4,8 +4,8 @@
 #include "foundation/search_dirs.h"
 #include "loader/header.h"
 #include "loader/loader_fixture.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
+#include "model/module_record.h"
+#include "model/node_record.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

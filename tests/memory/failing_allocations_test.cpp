@@ -6,9 +6,9 @@
 #include <cstdio>
 
 #include "foundation/context_record.h"
-#include "foundation/module_tree.h"
 #include "memory/scenario.h"
-#include "schema/module_record.h"
+#include "model/module_record.h"
+#include "model/module_tree.h"
 #include "support/alloc.h"
 #include "support/schema_dump.h"
 

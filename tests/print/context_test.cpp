@@ -1,6 +1,6 @@
+#include "model/module_record.h"
 #include "print/print_support.h"
 #include "print/printer.h"
-#include "schema/module_record.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
+#include "model/module_record.h"
 #include "print/print_support.h"
 #include "print/printer.h"
 #include "schema/augment.h"
-#include "schema/module_record.h"
 #include "schema/node.h"
 #include "support/alloc.h"
 

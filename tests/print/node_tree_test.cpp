@@ -1,7 +1,7 @@
+#include "model/module_record.h"
+#include "model/node_record.h"
 #include "print/print_support.h"
 #include "print/printer.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
 #include "support/alloc.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "print/type_text.h"
 
+#include "model/module_record.h"
 #include "print/print_support.h"
-#include "schema/module_record.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "schema/coupling_fixture.h"
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 
 using namespace zrtest;
 using testing::ElementsAre;

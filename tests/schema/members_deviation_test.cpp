@@ -1,7 +1,7 @@
+#include "foundation/record_arrays.h"
 #include "schema/conditions.h"
 #include "schema/ext_inst.h"
 #include "schema/members.h"
-#include "schema/record_arrays.h"
 #include "schema/record_fixture.h"
 
 namespace {

@@ -1,10 +1,10 @@
 #include "schema/merge.h"
 
+#include "foundation/record_arrays.h"
 #include "schema/conditions.h"
 #include "schema/ext_inst.h"
 #include "schema/members.h"
 #include "schema/merge_fixture.h"
-#include "schema/record_arrays.h"
 #include "types/real_type.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #include "foundation/load_errors.h"
+#include "foundation/record_arrays.h"
 #include "schema/augment.h"
 #include "schema/conditions.h"
 #include "schema/ext_inst.h"
 #include "schema/members.h"
-#include "schema/record_arrays.h"
 #include "schema/record_fixture.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "schema/lookup.h"
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "schema/augment.h"
 #include "schema/record_fixture.h"
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "foundation/memory.h"
-#include "foundation/module_tree.h"
+#include "model/module_tree.h"
+#include "platform/memory.h"
 #include "schema/module.h"
 #include "schema/node.h"
 #include "support/alloc.h"

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 
 namespace {
 

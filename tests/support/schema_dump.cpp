@@ -4,11 +4,11 @@
 #include <cstdio>
 #include <vector>
 
-#include "foundation/module_tree.h"
+#include "model/module_record.h"
+#include "model/module_tree.h"
+#include "model/node_record.h"
 #include "schema/augment.h"
 #include "schema/deviation.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
 
 namespace zrtest {
 

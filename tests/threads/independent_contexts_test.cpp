@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "support/context.h"
 #include "support/schema_dump.h"
 #include "threads/parallel.h"

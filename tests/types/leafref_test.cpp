@@ -1,4 +1,4 @@
-#include "schema/node_record.h"
+#include "model/node_record.h"
 #include "support/alloc.h"
 #include "types/constraints.h"
 #include "types/leaf.h"

@@ -1,7 +1,7 @@
 #include "types/real_type.h"
 
 #include "foundation/array.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 #include "types/constraints.h"
 #include "types/leaf.h"

@@ -7,8 +7,8 @@
 #include <cstring>
 #include <string>
 
-#include "schema/module_record.h"
-#include "schema/node_record.h"
+#include "model/module_record.h"
+#include "model/node_record.h"
 #include "xpath/evaluate.h"
 
 namespace zrtest {

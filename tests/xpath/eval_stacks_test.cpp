@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 #include "xpath/eval.h"
 #include "xpath/evaluation.h"

@@ -6,8 +6,8 @@
 #include <limits>
 #include <string>
 
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 #include "xpath/data_tree.h"
 

@@ -4,8 +4,8 @@
 
 #include <limits>
 
-#include "foundation/memory.h"
 #include "foundation/text.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 #include "xpath/evaluation.h"
 

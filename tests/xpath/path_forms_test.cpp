@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "foundation/memory.h"
-#include "schema/module_record.h"
+#include "model/module_record.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 
 namespace {

@@ -1,8 +1,8 @@
-#include "schema/file_prefixes.h"
+#include "model/file_prefixes.h"
 
 #include "foundation/dict.h"
-#include "schema/module_record.h"
-#include "schema/record_arrays.h"
+#include "foundation/record_arrays.h"
+#include "model/module_record.h"
 
 uint32_t zr::ImportTable::Make(const ZrsImport *imports, uint32_t capacity, Key key)
 {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <zrschema/types.h>
 
-#include "types/type_records.h"
+#include "model/type_records.h"
 
 // A use of an extension, with those that stand below it (RFC 7950, section 7.19).
 struct ZrsExtInst {

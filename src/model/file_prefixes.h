@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "foundation/memory.h"
-#include "schema/member_records.h"
+#include "model/member_records.h"
+#include "platform/memory.h"
 
 namespace zr {
 

@@ -1,10 +1,10 @@
 // The data tree seen through the schema tree (RFC 7950, section 3: choice, case, input, output and
 // augment have no instance in data, so their children stand where they would).
-#include "schema/navigation.h"
+#include "model/navigation.h"
 
+#include "model/module_record.h"
+#include "model/node_record.h"
 #include "platform/text.h"
-#include "schema/module_record.h"
-#include "schema/node_record.h"
 
 namespace {
 
@@ -39,6 +39,13 @@ ZrNode *FindBelow(const ZrNode *parent, const char *moduleName, const char *name
             break;
     }
     return nullptr;
+}
+
+const ZrNode *FindInChain(const ZrNode *head, const char *name)
+{
+    while (head != nullptr && (head->name == nullptr || PAL_StrCmp(head->name, name) != 0))
+        head = head->next;
+    return head;
 }
 
 } // namespace
@@ -96,4 +103,51 @@ ZrNode *ZRS_NODE_FindChildDataTreeNodeByName(const ZrNode *node, const char *mod
     if (moduleName == nullptr || *moduleName == '\0')
         moduleName = node->module != nullptr ? node->module->name : nullptr;
     return moduleName != nullptr ? FindBelow(node, moduleName, name) : nullptr;
+}
+
+bool zr::IsOfModule(const ZrNode *node, const char *moduleName)
+{
+    return node->module != nullptr && node->module->name != nullptr &&
+           PAL_StrCmp(node->module->name, moduleName) == 0;
+}
+
+ZrNode *ZRS_NODE_FindChildNodeByName(const ZrNode *parent, const char *moduleName, const char *name)
+{
+    if (parent == nullptr || name == nullptr)
+        return nullptr;
+    bool anyModule = moduleName == nullptr || *moduleName == '\0';
+    // The last child ends the scan: a coupled augment's own stretch ends inside the target's chain.
+    for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
+        if (child->name != nullptr && PAL_StrCmp(child->name, name) == 0 &&
+            (anyModule || zr::IsOfModule(child, moduleName)))
+            return child;
+        if (child == parent->lastChild)
+            break;
+    }
+    return nullptr;
+}
+
+const ZrtRealType *ZRS_NODE_GetLeafSchemaRealType(const ZrNode *node)
+{
+    if (node == nullptr || node->info == nullptr)
+        return nullptr;
+    switch (node->kind) {
+    case ZR_NODE_LEAF:
+        return &static_cast<const ZrsLeafInfo *>(node->info)->realType;
+    case ZR_NODE_LEAF_LIST:
+        return &static_cast<const ZrsLeafListInfo *>(node->info)->realType;
+    default:
+        return nullptr;
+    }
+}
+
+ZrNode *ZRS_MOD_FindTopLevelSchemaNode(const ZrMod *module, const char *name)
+{
+    if (module == nullptr || name == nullptr)
+        return nullptr;
+    for (const ZrNode *head : {module->dataNodes, module->rpcs, module->notifications}) {
+        if (const ZrNode *node = FindInChain(head, name); node != nullptr)
+            return const_cast<ZrNode *>(node);
+    }
+    return nullptr;
 }

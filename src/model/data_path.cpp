@@ -1,10 +1,9 @@
-// Schema nodes by a path through the data tree, the form of leafref paths (RFC 7950,
-// section 9.9.2).
+#include "model/data_path.h"
+
 #include "foundation/text.h"
-#include "schema/lookup.h"
-#include "schema/module_record.h"
-#include "schema/navigation.h"
-#include "schema/node_record.h"
+#include "model/module_record.h"
+#include "model/navigation.h"
+#include "model/node_record.h"
 
 namespace {
 

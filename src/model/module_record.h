@@ -8,8 +8,8 @@
 #include <zrschema/types.h>
 
 #include "foundation/context_record.h"
+#include "model/member_records.h"
 #include "platform/avl.h"
-#include "schema/member_records.h"
 
 // Values of ZrMod::yangVersion.
 enum : uint32_t { ZRS_YANG_VERSION_1 = 0, ZRS_YANG_VERSION_1_1 = 1 };

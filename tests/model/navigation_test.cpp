@@ -1,4 +1,4 @@
-#include "schema/navigation.h"
+#include "model/navigation.h"
 
 #include "schema/record_fixture.h"
 

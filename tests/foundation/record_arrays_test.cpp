@@ -1,4 +1,4 @@
-#include "schema/record_arrays.h"
+#include "foundation/record_arrays.h"
 
 #include "schema/record_fixture.h"
 

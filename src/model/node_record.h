@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <zrschema/types.h>
 
-#include "schema/member_records.h"
+#include "model/member_records.h"
 
 // Bits of ZrNode::flags. The config and NACM bits pass to the nodes below; the others are the
 // node's own.

@@ -1,11 +1,11 @@
-#include "foundation/module_tree.h"
+#include "model/module_tree.h"
 
 #include <cstddef>
 
 #include "foundation/context_record.h"
+#include "model/module_record.h"
 #include "platform/avl.h"
 #include "platform/text.h"
-#include "schema/module_record.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "foundation/array.h"
 #include "foundation/dict.h"
-#include "foundation/memory.h"
+#include "platform/memory.h"
 #include "platform/text.h"
 
 namespace zr {

@@ -7,8 +7,6 @@
 #include <cstdint>
 #include <zrschema/memory.h>
 
-#include "platform/blocks.h"
-
 extern "C" {
 // The three hooks in force: the C library's functions until the application registers its own.
 // They are read without a lock.
@@ -26,7 +24,10 @@ ZR_API uint32_t ZR_MemRegisterHandleInner(ZrMallocFunc mallocFunc, ZrReallocFunc
 
 namespace zr {
 
-// AllocZeroed(size) and Free(block) are declared in platform/blocks.h.
+// A zero-filled block through the malloc hook, or null.
+void *AllocZeroed(size_t size);
+// Gives a block back through the free hook; null is accepted.
+void Free(void *block);
 
 // A zero-filled record, or null.
 template <typename Record> Record *AllocRecord()

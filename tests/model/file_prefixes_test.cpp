@@ -1,4 +1,4 @@
-#include "schema/file_prefixes.h"
+#include "model/file_prefixes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
-#include "data/value_text.h"
+#include "xpath/value_text.h"
 
 #include <gtest/gtest.h>
 
-#include "foundation/memory.h"
-#include "run.h"
-#include "schema.h"
+#include "data/schema.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
+#include "support/run.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "foundation/context.h"
+#include "model/context.h"
 
 #include <gtest/gtest.h>
 
-#include "bare_context.h"
+#include "foundation/bare_context.h"
 #include "foundation/relations.h"
 #include "foundation/search_dirs.h"
 #include "support/alloc.h"

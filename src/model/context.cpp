@@ -1,10 +1,10 @@
-#include "foundation/context.h"
+#include "model/context.h"
 
 #include "foundation/context_record.h"
 #include "foundation/load_errors.h"
-#include "foundation/memory.h"
-#include "foundation/module_tree.h"
 #include "foundation/relations.h"
+#include "model/module_tree.h"
+#include "platform/memory.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "run.h"
+#include "support/run.h"
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>

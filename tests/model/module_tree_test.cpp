@@ -1,4 +1,4 @@
-#include "foundation/module_tree.h"
+#include "model/module_tree.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "bare_context.h"
-#include "schema/module_record.h"
+#include "foundation/bare_context.h"
+#include "model/module_record.h"
 
 namespace {
 
