@@ -125,6 +125,20 @@ TEST(Validate, PrintsANotificationWithoutWhatItsConditionsRefuse)
     EXPECT_THAT(run.out, Not(HasSubstr("<reason>")));
 }
 
+TEST(Validate, SaysWhyANotificationIsRefused)
+{
+    const char *text = "<interface-state-changed xmlns='urn:example:router'>"
+                       "<colour>red</colour></interface-state-changed>";
+    ToolRun run = ValidateText(text, "--notification");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, StartsWith("not valid\n"));
+    EXPECT_THAT(run.out, HasSubstr("tag: 9 (unknown-element)\n"));
+    EXPECT_THAT(run.out, HasSubstr("message: Unexpected element: colour.\n"));
+    json document = json::parse(ValidateText(text, "--notification --json").out);
+    EXPECT_EQ(document["valid"], false);
+    EXPECT_EQ(document["error"]["bad-element"], "colour");
+}
+
 TEST(Validate, RefusesTextThatIsNoXml)
 {
     ToolRun run = ValidateText("<ping", "--rpc");

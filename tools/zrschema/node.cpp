@@ -1,7 +1,6 @@
 // zrschema node: describes one schema node.
 #include "commands.h"
 #include "lookup.h"
-#include "names.h"
 #include "types.h"
 
 namespace tool {
@@ -183,7 +182,7 @@ Json Describe(const ZrCtx *ctx, const ZrNode *node)
 {
     uint32_t kind = ZR_NODE_GetNodeType(node);
     Json object = {{"path", PathOf(node)},
-                   {"kind", NodeKindName(kind)},
+                   {"kind", ZR_GetNodeKindName(kind)},
                    {"module", ZR_MOD_GetModuleName(ZR_NODE_GetModule(node))},
                    {"config", ZR_NODE_IsRwConfig(node) == 1},
                    {"status", ZR_NODE_IsObsoleteNode(node) == 1     ? "obsolete"

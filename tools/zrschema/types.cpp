@@ -4,7 +4,6 @@
 #include <set>
 
 #include "lookup.h"
-#include "names.h"
 
 namespace tool {
 
@@ -84,9 +83,9 @@ uint32_t AppendPattern(const char *pattern, uint32_t invertMatch, void *out, con
 uint32_t FirstName(const char *moduleName, const char *typedefName, const ZrtRealType *type,
                    void *userData)
 {
-    *static_cast<std::string *>(userData) = typedefName != nullptr
-                                                ? std::string(moduleName) + ":" + typedefName
-                                                : BuiltInTypeName(ZR_TYPE_GetBuiltInBaseType(type));
+    *static_cast<std::string *>(userData) =
+        typedefName != nullptr ? std::string(moduleName) + ":" + typedefName
+                               : ZR_GetBuiltInTypeName(ZR_TYPE_GetBuiltInBaseType(type));
     return 1;
 }
 
@@ -262,7 +261,7 @@ bool HasSegments(const std::vector<const ZrtRealType *> &chain)
 
 std::string Teller::TellNumber()
 {
-    std::string text = BuiltInTypeName(baseType_);
+    std::string text = ZR_GetBuiltInTypeName(baseType_);
     if (digits_ > 0)
         text += " with " + std::to_string(digits_) + " fraction digits";
     return text + " " + SegmentText(Restrictions(0), IsSigned(baseType_), digits_);
@@ -270,7 +269,7 @@ std::string Teller::TellNumber()
 
 std::string Teller::TellText()
 {
-    std::string text = BuiltInTypeName(baseType_);
+    std::string text = ZR_GetBuiltInTypeName(baseType_);
     if (baseType_ == ZRT_TYPE_BINARY)
         text += " (base64)";
     if (HasSegments(chain_))
@@ -331,7 +330,7 @@ std::string Teller::Tell(Place place)
     case ZRT_TYPE_BINARY:
         return TellText();
     default:
-        return BoundsOf(baseType_) != nullptr ? TellNumber() : BuiltInTypeName(baseType_);
+        return BoundsOf(baseType_) != nullptr ? TellNumber() : ZR_GetBuiltInTypeName(baseType_);
     }
 }
 
@@ -356,7 +355,7 @@ std::string MatchedTypeName(const ZrCtx *ctx, const ZrNode *leaf, const ZrtRealT
 {
     Search search{ctx, matched, {}};
     std::string name = NameOfWanted(search, {ZR_NODE_GetRealType(leaf), leaf});
-    return name.empty() ? BuiltInTypeName(ZR_TYPE_GetBuiltInBaseType(matched)) : name;
+    return name.empty() ? ZR_GetBuiltInTypeName(ZR_TYPE_GetBuiltInBaseType(matched)) : name;
 }
 
 std::vector<const ZrtRealType *> MembersOf(const ZrtRealType *type)

@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "commands.h"
-#include "names.h"
 #include "xml_text.h"
 
 namespace tool {
@@ -155,20 +154,22 @@ Outcome ValidateRequest(ZrCtx *ctx, xmlDoc *document)
 Outcome ValidateNotification(ZrCtx *ctx, xmlDoc *document)
 {
     Outcome outcome;
-    outcome.valid = ZR_CTX_ValidateNotifDataTree(ctx, Dump(document).c_str(), CollectDocument,
-                                                 &outcome.document) == ZR_OK;
+    ZrdErrNode *error = nullptr;
+    outcome.valid =
+        ZR_CTX_ValidateNotifDataTreeWithError(ctx, Dump(document).c_str(), CollectDocument,
+                                              &outcome.document, &error) == ZR_OK;
+    outcome.error.reset(error);
     return outcome;
 }
 
 // The library's answer to a text that is no XML, which is the same for all of them. It cannot be
 // asked about this one: it would read it up to its first NUL byte.
-Outcome RefuseText(ZrCtx *ctx, bool notification)
+Outcome RefuseText(ZrCtx *ctx)
 {
     Outcome outcome;
     char nothing[] = "";
-    if (!notification)
-        outcome.error.reset(
-            ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_STRING, nothing, nullptr, nullptr));
+    outcome.error.reset(
+        ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_STRING, nothing, nullptr, nullptr));
     return outcome;
 }
 
@@ -178,7 +179,7 @@ Outcome Validate(Session &session, const ValidateOptions &options, const std::st
     Document whole = ParseXml(text, fault);
     if (whole == nullptr) {
         session.run().Say({fault.reason, "", options.file, fault.line});
-        return RefuseText(session.ctx(), options.notification);
+        return RefuseText(session.ctx());
     }
     xmlNode *element = Unwrap(xmlDocGetRootElement(whole.get()), options.notification);
     if (element == nullptr) {
@@ -195,11 +196,11 @@ Json Describe(const ZrdErrNode *error)
     if (error == nullptr)
         return nullptr;
     return {{"type", ZR_GetErrorType(error)},
-            {"type-name", ErrorTypeName(ZR_GetErrorType(error))},
+            {"type-name", ZR_GetErrorTypeName(ZR_GetErrorType(error))},
             {"severity", ZR_GetErrorSeverity(error)},
-            {"severity-name", ErrorSeverityName(ZR_GetErrorSeverity(error))},
+            {"severity-name", ZR_GetErrorSeverityName(ZR_GetErrorSeverity(error))},
             {"tag", ZR_GetErrorTag(error)},
-            {"tag-name", ErrorTagName(ZR_GetErrorTag(error))},
+            {"tag-name", ZR_GetErrorTagName(ZR_GetErrorTag(error))},
             {"app-tag", TextOrNull(ZR_GetErrorAppTag(error))},
             {"path", TextOrNull(ZR_GetErrorPath(error))},
             {"message", TextOrNull(ZR_GetErrorMessage(error))},
@@ -231,10 +232,11 @@ void PrintText(Run &run, const Outcome &outcome, bool print)
 {
     run.Print(outcome.valid ? "valid\n" : "not valid\n");
     if (const ZrdErrNode *error = outcome.error.get()) {
-        PrintNumber(run, "type", ZR_GetErrorType(error), ErrorTypeName(ZR_GetErrorType(error)));
+        PrintNumber(run, "type", ZR_GetErrorType(error),
+                    ZR_GetErrorTypeName(ZR_GetErrorType(error)));
         PrintNumber(run, "severity", ZR_GetErrorSeverity(error),
-                    ErrorSeverityName(ZR_GetErrorSeverity(error)));
-        PrintNumber(run, "tag", ZR_GetErrorTag(error), ErrorTagName(ZR_GetErrorTag(error)));
+                    ZR_GetErrorSeverityName(ZR_GetErrorSeverity(error)));
+        PrintNumber(run, "tag", ZR_GetErrorTag(error), ZR_GetErrorTagName(ZR_GetErrorTag(error)));
         PrintField(run, "app-tag", ZR_GetErrorAppTag(error));
         PrintField(run, "path", ZR_GetErrorPath(error));
         PrintField(run, "message", ZR_GetErrorMessage(error));

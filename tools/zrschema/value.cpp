@@ -3,8 +3,6 @@
 
 #include "commands.h"
 #include "lookup.h"
-#include "names.h"
-#include "statuses.h"
 #include "types.h"
 
 namespace tool {
@@ -41,9 +39,10 @@ void PrintText(Run &run, const std::vector<Answer> &answers)
         char status[16];
         std::snprintf(status, sizeof(status), "0x%x ", answer.status);
         run.Print(answer.value + ": " +
-                  (answer.status == ZR_OK ? "accepted as " + answer.type
-                                          : "refused, " + (status + StatusName(answer.status)) +
-                                                "; expected " + answer.expected) +
+                  (answer.status == ZR_OK
+                       ? "accepted as " + answer.type
+                       : "refused, " + std::string(status) + ZR_GetStatusName(answer.status) +
+                             "; expected " + answer.expected) +
                   "\n");
     }
 }
@@ -53,7 +52,7 @@ Json Describe(const Answer &answer)
     bool accepted = answer.status == ZR_OK;
     return {{"value", answer.value},
             {"status", answer.status},
-            {"name", StatusName(answer.status)},
+            {"name", ZR_GetStatusName(answer.status)},
             {"type", accepted ? Json(answer.type) : Json(nullptr)},
             {"expected", accepted ? Json(nullptr) : Json(answer.expected)}};
 }
