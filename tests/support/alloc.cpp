@@ -1,8 +1,7 @@
 #include "support/alloc.h"
 
-#include <malloc.h>
-
 #include <cstdlib>
+#include <unordered_map>
 
 #include "platform/memory.h"
 
@@ -14,6 +13,7 @@ struct State {
     bool failAll = false;
     int64_t blocks = 0;
     int64_t bytes = 0;
+    std::unordered_map<void *, size_t> sizes; // as they were asked for
 } g_state;
 
 bool Refuses()
@@ -22,26 +22,31 @@ bool Refuses()
     return n == g_state.failAt || (g_state.failAll && n > g_state.failAt);
 }
 
-void *Track(void *block)
+void *Track(void *block, size_t size)
 {
     if (block != nullptr) {
         ++g_state.blocks;
-        g_state.bytes += static_cast<int64_t>(malloc_usable_size(block));
+        g_state.bytes += static_cast<int64_t>(size);
+        g_state.sizes[block] = size;
     }
     return block;
 }
 
 void Untrack(void *block)
 {
-    if (block != nullptr) {
-        --g_state.blocks;
-        g_state.bytes -= static_cast<int64_t>(malloc_usable_size(block));
-    }
+    if (block == nullptr)
+        return;
+    --g_state.blocks;
+    auto found = g_state.sizes.find(block);
+    if (found == g_state.sizes.end())
+        return; // from before the guard
+    g_state.bytes -= static_cast<int64_t>(found->second);
+    g_state.sizes.erase(found);
 }
 
 void *TestMalloc(size_t size)
 {
-    return Refuses() ? nullptr : Track(std::malloc(size));
+    return Refuses() ? nullptr : Track(std::malloc(size), size);
 }
 
 void *TestRealloc(void *block, size_t size)
@@ -49,7 +54,7 @@ void *TestRealloc(void *block, size_t size)
     if (Refuses())
         return nullptr;
     Untrack(block);
-    return Track(std::realloc(block, size));
+    return Track(std::realloc(block, size), size);
 }
 
 void TestFree(void *block)
