@@ -108,7 +108,7 @@ enum ZrCtxFlag {
 
 /** Kinds of schema node, as ZR_NODE_GetNodeType() returns them. */
 enum ZrNodeKind {
-    ZR_NODE_UNKNOWN = 0,
+    ZR_NODE_UNKNOWN = 0, /**< no node, or none of the kinds below */
     ZR_NODE_CONTAINER = 1,
     ZR_NODE_LEAF = 2,
     ZR_NODE_LEAF_LIST = 3,
@@ -205,9 +205,11 @@ enum ZrErrorTag {
     ZR_ERROR_TAG_MALFORMED_MESSAGE = 20
 };
 
-/** Allocation hooks: like malloc(), realloc() and free(). Sizes are in bytes. */
+/** An allocation hook: like malloc(). The size is in bytes. */
 typedef void *(*ZrMallocFunc)(size_t size);
+/** An allocation hook: like realloc(). The size is in bytes. */
 typedef void *(*ZrReallocFunc)(void *block, size_t size);
+/** An allocation hook: like free(). */
 typedef void (*ZrFreeFunc)(void *block);
 
 /** Releases the application's private data of a node that is being freed. */

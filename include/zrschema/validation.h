@@ -7,8 +7,8 @@
  * mandatory nodes (RFC 7950, section 8). The first fault ends it and is described in one record in
  * the manner of a NETCONF rpc-error (RFC 6241, section 4.3).
  *
- * What is validated is the operation alone: what stands inside <rpc>, or inside <notification>
- * after <eventTime>. Conditions are evaluated against that data and nothing else.
+ * What is validated is the operation alone: what stands inside `<rpc>`, or inside `<notification>`
+ * after `<eventTime>`. Conditions are evaluated against that data and nothing else.
  *
  * Not checked, and left to the application:
  * - features: data of a node whose "if-feature" is off is taken like any other (such a node is only
