@@ -161,8 +161,8 @@ Result RunRpc(ZrCtx *ctx, std::string text)
     xmlDoc *doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
                                 XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
     std::string before = Dump(doc);
-    std::string second =
-        TakeRecord(ZR_CTX_ValidateRpcDataTree(ctx, 2, xmlDocGetRootElement(doc), nullptr, nullptr));
+    std::string second = TakeRecord(
+        ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_XML, xmlDocGetRootElement(doc), nullptr, nullptr));
     EXPECT_EQ(second, result.record);
     result.document = Dump(doc);
     if (result.record != "valid") {

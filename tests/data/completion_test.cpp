@@ -42,7 +42,7 @@ const Row kRows[] = {
     {"a leaf without a default", Leaf("a", "string"), "", "", {}},
     {"an empty default", Leaf("d", "string", Default("")), "", "<d/>", {"d"}},
     {"a mandatory leaf takes no default of its type",
-     Leaf("a", "string") + Leaf("m", "with-default", kMandatory),
+     Leaf("a", "string") + Leaf("m", "with-default", Mandatory()),
      "<m>1</m>",
      "<m>1</m>",
      {}},
@@ -144,7 +144,7 @@ TEST(Completion, AddsWhatTheDataLeavesOut)
         Schema schema("<feature name=\"f\"/><typedef name=\"with-default\"><type name=\"uint8\"/>"
                       "<default value=\"7\"/></typedef><typedef name=\"chained\">"
                       "<type name=\"with-default\"/></typedef>" +
-                      Rpc("op", row.input));
+                      Rpc("op", Input(row.input)));
         ASSERT_EQ(schema.status, ZR_OK) << row.name;
         Outcome outcome = ValidateRpc(schema, Data("op", row.content));
         EXPECT_EQ(outcome.record, Valid()) << row.name;
@@ -155,8 +155,8 @@ TEST(Completion, AddsWhatTheDataLeavesOut)
 
 TEST(Completion, LooksForTheLeafsNameAmongNodesOfAnyType)
 {
-    Schema schema(
-        Rpc("op", Leaf("text", "string", Default("x")) + Leaf("comment", "string", Default("y"))));
+    Schema schema(Rpc("op", Input(Leaf("text", "string", Default("x")) +
+                                  Leaf("comment", "string", Default("y")))));
     ASSERT_EQ(schema.status, ZR_OK);
     Outcome outcome = ValidateRpc(schema, Data("op", "some text"));
     EXPECT_EQ(Content(outcome), "some text<comment>y</comment>");
@@ -166,7 +166,7 @@ TEST(Completion, LooksForTheLeafsNameAmongNodesOfAnyType)
 
 TEST(Completion, DoesNotTouchAnotherModulesContainerOfThatName)
 {
-    Schema schema(Rpc("op", Leaf("a", "string") + Container("c", kD)));
+    Schema schema(Rpc("op", Input(Leaf("a", "string") + Container("c", kD))));
     ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
                                    "<augment target-node=\"/m:op/m:input\">" +
                                        Container("c", Leaf("z", "string")) + "</augment>"),
@@ -178,7 +178,7 @@ TEST(Completion, DoesNotTouchAnotherModulesContainerOfThatName)
 
 TEST(Completion, DeclaresTheNamespaceOfAnotherModulesDefault)
 {
-    Schema schema(Rpc("op", Leaf("a", "string")));
+    Schema schema(Rpc("op", Input(Leaf("a", "string"))));
     ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
                                    "<augment target-node=\"/m:op/m:input\">" +
                                        Container("c", kD) + "</augment>"),
@@ -221,7 +221,7 @@ TEST(Completion, IsNotDoneInNotifications)
 
 TEST(Completion, OfAFailedRunLeavesNothingBehind)
 {
-    Schema schema(Rpc("op", kD + Container("c", kD) + Leaf("m", "string", kMandatory)));
+    Schema schema(Rpc("op", Input(kD + Container("c", kD) + Leaf("m", "string", Mandatory()))));
     ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("op")),
               Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op", "Missing element: m.", "m"));
@@ -229,7 +229,7 @@ TEST(Completion, OfAFailedRunLeavesNothingBehind)
 
 class CompleteTest : public ::testing::Test {
 protected:
-    Schema schema_{Rpc("op", kD + Container("c", kD)) + Container("state", kD)};
+    Schema schema_{Rpc("op", Input(kD + Container("c", kD))) + Container("state", kD)};
     Document document_{Data("op")};
     CheckRun run_{schema_, ZRD_MODE_RPC};
     uint32_t added_ = 0;

@@ -18,9 +18,9 @@ using namespace zrtest;
 const std::string kInput = Leaf("a", "string") + Leaf("d", "string", Default("x")) +
                            Container("c", Leaf("n", "uint8")) + "<anydata name=\"any\"/>";
 const std::string kBody =
-    Rpc("op", kInput) + Notification("event", kInput) + "<rpc name=\"bare\"/>" +
+    Rpc("op", Input(kInput)) + Notification("event", kInput) + "<rpc name=\"bare\"/>" +
     Notification("strict",
-                 Must("not(no)") + Leaf("must-be", "string", kMandatory) + Leaf("no", "string"));
+                 Must("not(no)") + Leaf("must-be", "string", Mandatory()) + Leaf("no", "string"));
 
 class EntryTest : public ::testing::Test {
 protected:
@@ -31,9 +31,11 @@ TEST_F(EntryTest, RefusesNullWithTheGeneralRecord)
 {
     std::string text = Data("op");
     Document document(text);
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(nullptr, 1, text.data(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(nullptr, ZR_VALUE_STRING, text.data(), nullptr,
+                                                    nullptr)),
               General());
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(nullptr, 2, document.top(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(nullptr, ZR_VALUE_XML, document.top(), nullptr,
+                                                    nullptr)),
               General());
     for (uint32_t kind : {1u, 2u})
         EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, kind, nullptr, nullptr, nullptr)),
@@ -55,7 +57,8 @@ TEST_F(EntryTest, NeedsNoCallbacks)
 {
     std::string text = Data("op");
     Document document(text);
-    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr), nullptr);
+    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, document.top(), nullptr, nullptr),
+              nullptr);
     EXPECT_NE(document.Dump().find("<d>x</d>"), std::string::npos);
     EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, Data("event").c_str(), nullptr, nullptr),
               ZR_OK);
@@ -66,7 +69,7 @@ TEST_F(EntryTest, TakesATreeWithoutADocumentNode)
     Document document(Data("op", "<c><n>300</n></c>"));
     xmlNode *top = document.top();
     xmlUnlinkNode(top);
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, top, nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, top, nullptr, nullptr)),
               Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
     xmlFreeNode(top);
 }
@@ -77,7 +80,7 @@ TEST_F(EntryTest, TakesASubtreeOfALargerDocument)
                       Data("op", "<c><n>300</n></c>") + "</rpc>");
     xmlNode *op = document.Find("op");
     document.top()->_private = op; // the application's own
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, op, nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, op, nullptr, nullptr)),
               Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
     EXPECT_EQ(document.top()->_private, op);
 }
@@ -85,10 +88,11 @@ TEST_F(EntryTest, TakesASubtreeOfALargerDocument)
 TEST_F(EntryTest, RefusesATreeThatIsNoElement)
 {
     Document document(Data("op", "text"));
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.get(), nullptr, nullptr)),
-              General());
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top()->children, nullptr,
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, document.get(), nullptr,
                                                     nullptr)),
+              General());
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, document.top()->children,
+                                                    nullptr, nullptr)),
               General());
 }
 
@@ -98,7 +102,8 @@ TEST_F(EntryTest, IgnoresPrivatePointersThatStandInTheTree)
     int own = 0;
     document.top()->_private = &own;
     document.Find("n")->_private = &own;
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, document.top(), nullptr,
+                                                    nullptr)),
               Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
     EXPECT_EQ(document.top()->_private, nullptr);
     EXPECT_EQ(document.Find("n")->_private, nullptr);
@@ -145,11 +150,12 @@ TEST_F(EntryTest, TakesUndeclaredPrefixesForElementsWithoutANamespace)
 {
     testing::internal::CaptureStderr();
     std::string text = "<q:op><a/></q:op>";
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, text.data(), nullptr,
+                                                    nullptr)),
               General());
     text = Data("op", "<q:a/>");
-    Record record =
-        TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr));
+    Record record = TakeRecord(
+        ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, text.data(), nullptr, nullptr));
     EXPECT_EQ(record.tag, ZR_ERROR_TAG_UNKNOWN_ELEMENT);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
@@ -166,8 +172,8 @@ TEST_F(EntryTest, RefusesAnEntityBomb)
     }
     bomb += "]><op xmlns=\"urn:m\"><a>&z;</a></op>";
     testing::internal::CaptureStderr();
-    Record record =
-        TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, bomb.data(), nullptr, nullptr));
+    Record record = TakeRecord(
+        ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, bomb.data(), nullptr, nullptr));
     EXPECT_EQ(record, General());
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
@@ -183,7 +189,8 @@ TEST_F(EntryTest, LoadsNoExternalEntity)
             ValidateNotif(schema_, "<!DOCTYPE event [<!ENTITY e SYSTEM \"file://" + path + "\">]>" +
                                        Data("event", content));
         EXPECT_EQ(outcome.document.find("secret"), std::string::npos);
-        ZR_FreeErrNode(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr));
+        ZR_FreeErrNode(
+            ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, text.data(), nullptr, nullptr));
     }
 }
 
@@ -192,7 +199,8 @@ TEST_F(EntryTest, RefusesATextWithADocumentTypeLikeOneThatIsNotWellFormed)
     for (const char *doctype : {"<!DOCTYPE op>", "<!DOCTYPE op [<!ENTITY e \"x\">]>",
                                 "<!DOCTYPE op SYSTEM \"op.dtd\">"}) {
         std::string text = doctype + Data("op", "<a>x</a>");
-        EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+        EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, text.data(),
+                                                        nullptr, nullptr)),
                   General());
         EXPECT_EQ(ValidateNotif(schema_, doctype + Data("event", "<a>x</a>")).status,
                   ZR_ERR_INVALID);
@@ -203,11 +211,13 @@ TEST_F(EntryTest, TakesAnEntityReferenceInATreeForNoValue)
 {
     std::string doctype = "<!DOCTYPE op [<!ENTITY e \"x\">]>";
     Document leaf(doctype + Data("op", "<a>&e;</a>"));
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, leaf.top(), nullptr, nullptr)),
-              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/a", "Unexpected element: a.", "a"));
+    EXPECT_EQ(
+        TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, leaf.top(), nullptr, nullptr)),
+        Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/a", "Unexpected element: a.", "a"));
     Document any(doctype + Data("op", "&e;<any>&e;</any>"));
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, any.top(), nullptr, nullptr)),
-              Valid());
+    EXPECT_EQ(
+        TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, any.top(), nullptr, nullptr)),
+        Valid());
 }
 
 TEST_F(EntryTest, OpensNothingWhateverTheDefaultsOfTheProcessAre)
@@ -227,9 +237,9 @@ TEST_F(EntryTest, OpensNothingWhateverTheDefaultsOfTheProcessAre)
     for (const std::string &doctype : doctypes)
         for (const char *content : {"", "<a>&e;</a>", "&e;"}) {
             std::string text = doctype + Data("op", content);
-            EXPECT_EQ(
-                TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
-                General());
+            EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, text.data(),
+                                                            nullptr, nullptr)),
+                      General());
             EXPECT_EQ(ValidateNotif(schema_, doctype + Data("event", content)).status,
                       ZR_ERR_INVALID);
             TestContext ctx;
@@ -239,7 +249,8 @@ TEST_F(EntryTest, OpensNothingWhateverTheDefaultsOfTheProcessAre)
             EXPECT_EQ(ZR_CTX_LoadModule(ctx, "x"), ZR_ERR_INVALID);
         }
     std::string text = "<?oasis-xml-catalog catalog=\"file://" + fifo + "\"?>" + Data("op");
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, text.data(), nullptr,
+                                                    nullptr)),
               Valid());
     xmlSubstituteEntitiesDefault(substitute);
     xmlLoadExtDtdDefaultValue = 0;
@@ -257,7 +268,8 @@ TEST_F(EntryTest, RefusesMoreThan1024AttributesInOneTag)
     std::string text = Data("op", withAttributes(1024));
     EXPECT_EQ(RpcRecord(schema_, text), Valid());
     text = Data("op", withAttributes(1025));
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, text.data(), nullptr,
+                                                    nullptr)),
               General());
     EXPECT_EQ(ValidateNotif(schema_, Data("event", withAttributes(1024))).status, ZR_OK);
     EXPECT_EQ(ValidateNotif(schema_, Data("event", withAttributes(1025))).status, ZR_ERR_INVALID);
@@ -278,10 +290,12 @@ TEST_F(EntryTest, TakesADocumentOf100Megabytes)
     for (int i = 0; i < 20; ++i)
         content += "<x>" + std::string(5000000, 'x') + "</x>";
     std::string text = Data("op", "<any>" + content + "</any>");
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, text.data(), nullptr,
+                                                    nullptr)),
               Valid());
     text = Data("op", "<any>" + content + "</any><z/>");
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, text.data(), nullptr,
+                                                    nullptr)),
               Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/z", "Unexpected element: z.", "z"));
 }
 
@@ -289,12 +303,14 @@ TEST_F(EntryTest, SwitchesKeepBlanksOffAndLeavesItSo)
 {
     xmlKeepBlanksDefault(1);
     std::string text = Data("op");
-    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr), nullptr);
+    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_STRING, text.data(), nullptr, nullptr),
+              nullptr);
     EXPECT_EQ(xmlKeepBlanksDefault(1), 0);
     EXPECT_EQ(ValidateNotif(schema_, Data("event")).status, ZR_OK);
     EXPECT_EQ(xmlKeepBlanksDefault(1), 0);
     Document document(text); // a caller's tree needs no parsing
-    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr), nullptr);
+    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, document.top(), nullptr, nullptr),
+              nullptr);
     EXPECT_EQ(xmlKeepBlanksDefault(1), 1);
 }
 
@@ -417,13 +433,13 @@ TEST(CompletedText, HoldsDefaultsInTheSchemasOrderAndIsValidAgain)
 {
     Schema schema(Rpc(
         "op",
-        Leaf("d1", "string", Default("1")) +
-            "<choice name=\"way\"><default value=\"road\"/><case name=\"road\">" +
-            Leaf("d2", "string", Default("2")) + "</case></choice>" + Leaf("a", "string") +
-            Container("c", Leaf("d3", "string", Default("3")) + Leaf("x", "string")) +
-            List("l", "k",
-                 Leaf("k", "string") + Leaf("d4", "string", Default("4")) + Leaf("y", "string")) +
-            Container("e", Leaf("d5", "string", Default("5"))) + Leaf("z", "string")));
+        Input(Leaf("d1", "string", Default("1")) +
+              "<choice name=\"way\"><default value=\"road\"/><case name=\"road\">" +
+              Leaf("d2", "string", Default("2")) + "</case></choice>" + Leaf("a", "string") +
+              Container("c", Leaf("d3", "string", Default("3")) + Leaf("x", "string")) +
+              List("l", "k",
+                   Leaf("k", "string") + Leaf("d4", "string", Default("4")) + Leaf("y", "string")) +
+              Container("e", Leaf("d5", "string", Default("5"))) + Leaf("z", "string"))));
     ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
                                    "<augment target-node=\"/m:op/m:input\">" +
                                        Leaf("d6", "string", Default("6")) + Leaf("w", "string") +
@@ -448,10 +464,10 @@ TEST(CompletedText, LeavesWhatStandsBelowAMountPointAlone)
 {
     Schema schema(
         "<import module=\"ietf-yang-schema-mount\"><prefix value=\"yangmnt\"/></import>" +
-        Rpc("op",
-            Container("mounted", Leaf("d", "string", Default("x")) +
-                                     "<yangmnt:mount-point xmlns:yangmnt=\"urn:ietf:params:xml:"
-                                     "ns:yang:ietf-yang-schema-mount\" label=\"root\"/>")));
+        Rpc("op", Input(Container("mounted",
+                                  Leaf("d", "string", Default("x")) +
+                                      "<yangmnt:mount-point xmlns:yangmnt=\"urn:ietf:params:xml:"
+                                      "ns:yang:ietf-yang-schema-mount\" label=\"root\"/>"))));
     ASSERT_EQ(schema.status, ZR_OK);
     Result result = RunOnText(ZR_CTX_CompleteRpcDataTree, schema,
                               Data("op", "<mounted><any xmlns=\"urn:any\"/></mounted>"));

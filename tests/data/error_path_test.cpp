@@ -161,10 +161,10 @@ TEST(IdentityPath, ShowsAnIdentityKeyWithItsModule)
 {
     Schema schema(
         "<identity name=\"base\"/><identity name=\"red\"><base name=\"base\"/></identity>" +
-        Rpc("op", List("entry", "type",
-                       "<leaf name=\"type\"><type name=\"identityref\">"
-                       "<base name=\"base\"/></type></leaf>" +
-                           Leaf("n", "uint8"))));
+        Rpc("op", Input(List("entry", "type",
+                             "<leaf name=\"type\"><type name=\"identityref\">"
+                             "<base name=\"base\"/></type></leaf>" +
+                                 Leaf("n", "uint8")))));
     ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, "<op xmlns=\"urn:m\" xmlns:p=\"urn:m\"><entry><type>p:red</type>"
                                 "<n>x</n></entry></op>"),

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "data/schema.h"
+#include "platform/memory.h"
 #include "support/alloc.h"
 #include "support/run.h"
 
@@ -103,16 +104,17 @@ TEST_F(RecordTest, TakesNoEmptyMessage)
 
 TEST_F(RecordTest, LeavesAFieldNullWhenItCannotBeStored)
 {
-    for (uint64_t n : {UINT64_C(0), UINT64_C(1)}) { // the scratch buffer, the copy
-        guard_.FailAt(n);
-        ZRD_ERR_SetErrorMsg(record_, "text");
-        EXPECT_EQ(ZR_GetErrorMessage(record_), nullptr);
-    }
+    uint64_t points = FailEachAllocation(guard_, [&](FailPoint &memory) {
+        memory.Run([&] { ZRD_ERR_SetErrorMsg(record_, "text"); });
+        EXPECT_EQ(ZR_GetErrorMessage(record_) == nullptr, memory.Failed());
+        zr::Free(std::exchange(record_->message, nullptr));
+    });
+    EXPECT_EQ(points, 2u); // the scratch buffer, the copy
     guard_.FailAt(0);
     ZRD_ERR_SetErrorAppTag(record_, "text");
     guard_.FailAt(0);
     ZRD_ERR_SetBadElement(record_, "text");
-    guard_.FailNone();
+    guard_.Stop();
     EXPECT_EQ(ZR_GetErrorAppTag(record_), nullptr);
     EXPECT_EQ(ZR_GetBadElement(record_), nullptr);
 }

@@ -5,7 +5,6 @@
 #include "data/schema.h"
 #include "support/alloc.h"
 #include "support/run.h"
-#include "support/xml_alloc.h"
 
 namespace {
 
@@ -18,12 +17,12 @@ const std::string kInput =
     List("l", "k",
          Leaf("k", "string") +
              "<leaf name=\"t\"><type name=\"identityref\"><base name=\"b\"/></type></leaf>" +
-             Leaf("g", "string", When("derived-from-or-self(../t, 'm:b')") + kMandatory)) +
+             Leaf("g", "string", When("derived-from-or-self(../t, 'm:b')") + Mandatory())) +
     Leaf("m", "string",
-         kMandatory + Must(". = 'yes'", "<error-message><value>Say yes.</value>"
-                                        "</error-message>"));
+         Mandatory() + Must(". = 'yes'", "<error-message><value>Say yes.</value>"
+                                         "</error-message>"));
 const std::string kBody =
-    "<identity name=\"b\"/>" + Rpc("op", kInput) + Notification("event", kInput);
+    "<identity name=\"b\"/>" + Rpc("op", Input(kInput)) + Notification("event", kInput);
 
 const char *const kContents[] = {
     "<mode>on</mode><l><k>1</k><t>b</t><g/></l><m>yes</m>", // valid
@@ -55,70 +54,57 @@ TEST_P(FailingMemory, NeverMakesAFailedRequestLookValidNorLeaksNorTouchesTheTree
     document.top()->line = 256; // the guard of caller's lines allocates too
     std::string before = document.Dump();
     AllocGuard guard;
-    uint64_t n = 0;
     for (bool all : {false, true}) {
-        for (n = 0; n < 10000; ++n) {
-            Document copy(xmlCopyDoc(document.get(), 1));
-            copy.top()->line = 256;
-            guard.FailAt(n, all);
-            ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(schema_, 2, copy.top(), Ignore, nullptr);
-            bool reached = guard.Count() > n;
-            guard.FailNone();
-            EXPECT_EQ(copy.top()->line, 256);
-            if (error != nullptr) {
-                EXPECT_EQ(ZR_GetErrorType(error), ZR_ERROR_TYPE_APPLICATION);
-                EXPECT_EQ(ZR_GetErrorSeverity(error), ZR_ERROR_SEVERITY_ERROR);
-                EXPECT_EQ(copy.Dump(), before);
-            }
-            // Short of memory a run may fail that would not, never the other way round.
-            EXPECT_TRUE(valid || error != nullptr) << "allocation " << n;
-            ZR_FreeErrNode(error);
-            EXPECT_EQ(guard.LiveBlocks(), 0) << "allocation " << n;
-            if (!reached)
-                break;
-        }
-        EXPECT_GT(n, 3u);
-        EXPECT_LT(n, 10000u);
+        uint64_t points = FailEachAllocation(
+            guard,
+            [&](FailPoint &memory) {
+                Document copy(xmlCopyDoc(document.get(), 1));
+                copy.top()->line = 256;
+                ZrdErrNode *error = memory.Run([&] {
+                    return ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, copy.top(), Ignore,
+                                                      nullptr);
+                });
+                EXPECT_EQ(copy.top()->line, 256);
+                if (error != nullptr) {
+                    EXPECT_EQ(ZR_GetErrorType(error), ZR_ERROR_TYPE_APPLICATION);
+                    EXPECT_EQ(ZR_GetErrorSeverity(error), ZR_ERROR_SEVERITY_ERROR);
+                    EXPECT_EQ(copy.Dump(), before);
+                }
+                // Short of memory a run may fail that would not, never the other way round.
+                EXPECT_TRUE(valid || error != nullptr);
+                EXPECT_TRUE(memory.Failed() || valid == (error == nullptr));
+                ZR_FreeErrNode(error);
+            },
+            all);
+        EXPECT_GT(points, 3u);
     }
 }
 
 TEST_P(FailingMemory, OfANotificationLeaksNothing)
 {
-    AllocGuard guard;
     std::string text = Data("event", GetParam());
-    for (uint64_t n = 0; n < 10000; ++n) {
-        guard.FailAt(n);
-        uint32_t status = ZR_CTX_ValidateNotifDataTree(schema_, text.c_str(), nullptr, nullptr);
-        bool reached = guard.Count() > n;
-        guard.FailNone();
+    FailEachAllocation([&](FailPoint &memory) {
+        uint32_t status = memory.Run(
+            [&] { return ZR_CTX_ValidateNotifDataTree(schema_, text.c_str(), nullptr, nullptr); });
         EXPECT_TRUE(status == ZR_OK || status == ZR_ERR_INVALID) << status;
-        EXPECT_EQ(guard.LiveBlocks(), 0) << "allocation " << n;
-        if (!reached)
-            break;
-    }
+    });
 }
 
 TEST_P(FailingMemory, OfATextGivesARecordOrADocumentAndLeaksNothing)
 {
-    AllocGuard guard;
     for (bool notification : {false, true}) {
         auto run =
             notification ? ZR_CTX_ValidateNotifDataTreeWithError : ZR_CTX_CompleteRpcDataTree;
         std::string text = Data(notification ? "event" : "op", GetParam());
-        uint64_t n = 0;
-        for (bool reached = true; reached && n < 10000; ++n) {
+        FailEachAllocation([&](FailPoint &memory) {
             std::string document;
             ZrdErrNode *error = nullptr;
-            guard.FailAt(n);
-            uint32_t status = run(schema_, text.c_str(), KeepText, &document, &error);
-            reached = guard.Count() > n;
-            guard.FailNone();
-            EXPECT_EQ(status, error != nullptr ? ZR_ERR_INVALID : ZR_OK) << n;
-            EXPECT_EQ(document.empty(), error != nullptr) << n;
+            uint32_t status =
+                memory.Run([&] { return run(schema_, text.c_str(), KeepText, &document, &error); });
+            EXPECT_EQ(status, error != nullptr ? ZR_ERR_INVALID : ZR_OK);
+            EXPECT_EQ(document.empty(), error != nullptr);
             ZR_FreeErrNode(error);
-            EXPECT_EQ(guard.LiveBlocks(), 0) << "allocation " << n;
-        }
-        EXPECT_LT(n, 10000u);
+        });
     }
 }
 
@@ -134,40 +120,34 @@ TEST_P(FailingMemory, OfLibxml2LeavesTheTreeAndNeverMakesAFailedRequestLookValid
     Document document(Data("op", GetParam()));
     bool valid = RpcRecord(schema_, Data("op", GetParam())) == Valid();
     std::string before = document.Dump();
-    XmlAllocGuard memory;
-    uint64_t n = 0;
-    for (bool reached = true; reached && n < 1000; ++n) {
+    XmlAllocGuard guard;
+    FailEachAllocation(guard, [&](FailPoint &memory) {
         Document copy(xmlCopyDoc(document.get(), 1));
-        memory.FailAt(n);
-        ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(schema_, 2, copy.top(), Ignore, nullptr);
-        reached = memory.Stop();
-        EXPECT_TRUE(valid || error != nullptr) << "allocation " << n;
-        EXPECT_TRUE(error != nullptr || !reached) << "allocation " << n;
+        ZrdErrNode *error = memory.Run([&] {
+            return ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, copy.top(), Ignore, nullptr);
+        });
+        EXPECT_TRUE(valid || error != nullptr);
+        EXPECT_TRUE(error != nullptr || !memory.Failed());
         if (error != nullptr) {
-            EXPECT_EQ(copy.Dump(), before) << "allocation " << n;
+            EXPECT_EQ(copy.Dump(), before);
         }
         ZR_FreeErrNode(error);
-    }
-    EXPECT_LT(n, 1000u);
-    EXPECT_EQ(memory.Messages(), 0u);
+    });
+    EXPECT_EQ(guard.Messages(), 0u);
 }
 
 TEST(FailingXmlMemory, LoadsAModuleWholeOrNotAtAll)
 {
     std::string yin = ModuleText("m", kBody);
-    XmlAllocGuard memory;
-    bool failed = true;
-    uint64_t n = 0;
-    for (; failed; ++n) {
+    XmlAllocGuard guard;
+    uint64_t points = FailEachAllocation(guard, [&](FailPoint &memory) {
         TestContext ctx;
-        memory.FailAt(n);
-        uint32_t status = ctx.Load(yin);
-        failed = memory.Stop();
-        EXPECT_EQ(status, failed ? ZR_ERR_INVALID : ZR_OK) << n;
-        EXPECT_EQ(ctx.Node("/m:op/input/l/g") == nullptr, failed) << n;
-    }
-    EXPECT_GT(n, 100u);
-    EXPECT_EQ(memory.Messages(), 0u);
+        uint32_t status = memory.Run([&] { return ctx.Load(yin); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_INVALID : ZR_OK);
+        EXPECT_EQ(ctx.Node("/m:op/input/l/g") == nullptr, memory.Failed());
+    });
+    EXPECT_GT(points, 100u);
+    EXPECT_EQ(guard.Messages(), 0u);
 }
 
 using TextFunc = uint32_t (*)(ZrCtx *ctx, const char *text, std::string *document);
@@ -184,25 +164,22 @@ uint32_t Complete(ZrCtx *ctx, const char *text, std::string *document)
 
 void ExpectAllOrNothing(TextFunc run, ZrCtx *ctx, const std::string &text)
 {
-    XmlAllocGuard memory;
+    XmlAllocGuard guard;
     std::string document;
-    auto validate = [&](uint64_t failAt) {
+    auto validate = [&] {
         document.clear();
-        memory.FailAt(failAt);
         return run(ctx, text.c_str(), &document);
     };
-    ASSERT_EQ(validate(UINT64_MAX), ZR_OK); // what a first document brings about
-    ASSERT_EQ(validate(UINT64_MAX), ZR_OK);
+    ASSERT_EQ(validate(), ZR_OK); // what a first document brings about
+    ASSERT_EQ(validate(), ZR_OK);
     const std::string whole = document;
     EXPECT_NE(whole, "");
-    bool failed = true;
-    for (uint64_t n = 0; failed; ++n) {
-        uint32_t status = validate(n);
-        failed = memory.Stop();
-        EXPECT_EQ(status, failed ? ZR_ERR_INVALID : ZR_OK) << n;
-        EXPECT_EQ(document, failed ? "" : whole) << n;
-    }
-    EXPECT_EQ(memory.Messages(), 0u);
+    FailEachAllocation(guard, [&](FailPoint &memory) {
+        uint32_t status = memory.Run(validate);
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_INVALID : ZR_OK);
+        EXPECT_EQ(document, memory.Failed() ? "" : whole);
+    });
+    EXPECT_EQ(guard.Messages(), 0u);
 }
 
 TEST(FailingXmlMemory, HandsOutNoNotificationThatWasNotReadAndWrittenWhole)

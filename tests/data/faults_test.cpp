@@ -9,22 +9,23 @@ namespace {
 using namespace zrtest;
 
 const std::string kBody =
-    Rpc("op", Leaf("must-have", "string", kMandatory) + Leaf("number", "uint8") +
-                  Container("single", Leaf("x", "string"))) +
-    Rpc("ordered", Leaf("first", "string") + Leaf("second", "string") + Leaf("third", "string")) +
-    Rpc("pick", "<choice name=\"way\"><case name=\"one\">" + Leaf("a", "string") +
-                    Leaf("b", "string") + "</case><case name=\"two\">" + Leaf("c", "string") +
-                    "</case></choice>") +
-    Rpc("pick-one", "<choice name=\"way\"><mandatory value=\"true\"/><case name=\"one\">" +
-                        Leaf("a", "string") + "</case></choice>") +
+    Rpc("op", Input(Leaf("must-have", "string", Mandatory()) + Leaf("number", "uint8") +
+                    Container("single", Leaf("x", "string")))) +
+    Rpc("ordered",
+        Input(Leaf("first", "string") + Leaf("second", "string") + Leaf("third", "string"))) +
+    Rpc("pick", Input("<choice name=\"way\"><case name=\"one\">" + Leaf("a", "string") +
+                      Leaf("b", "string") + "</case><case name=\"two\">" + Leaf("c", "string") +
+                      "</case></choice>")) +
+    Rpc("pick-one", Input("<choice name=\"way\"><mandatory value=\"true\"/><case name=\"one\">" +
+                          Leaf("a", "string") + "</case></choice>")) +
     Rpc("musts",
-        Leaf("plain", "string", Must(". = 'yes'")) +
-            Leaf("texts", "string",
-                 Must(". = 'yes'", "<error-message><value>Say yes, 100%s.</value></error-message>"
-                                   "<error-app-tag value=\"not-yes\"/>")) +
-            Leaf("broken", "string", Must("count(.) &gt; 1"))) +
-    Rpc("whens", Leaf("mode", "string") + Leaf("when-b", "string", When("../mode = 'b'")) +
-                     Leaf("when-broken", "string", When("current()"))) +
+        Input(Leaf("plain", "string", Must(". = 'yes'")) +
+              Leaf("texts", "string",
+                   Must(". = 'yes'", "<error-message><value>Say yes, 100%s.</value></error-message>"
+                                     "<error-app-tag value=\"not-yes\"/>")) +
+              Leaf("broken", "string", Must("count(.) &gt; 1")))) +
+    Rpc("whens", Input(Leaf("mode", "string") + Leaf("when-b", "string", When("../mode = 'b'")) +
+                       Leaf("when-broken", "string", When("current()")))) +
     Container("state",
               "<action name=\"reset\"><input>" + Leaf("delay", "uint8") + "</input></action>");
 
@@ -100,8 +101,8 @@ TEST(Faults, EndTheRunAtTheFirstOne)
 
 TEST(Faults, LeaveACallersTreeThatWasParsedWithLineNumbersAsItWas)
 {
-    Schema schema(Rpc("op", Container("c", Leaf("d", "string", Default("x"))) +
-                                Leaf("w", "string", When("../c/d = 'y'"))));
+    Schema schema(Rpc("op", Input(Container("c", Leaf("d", "string", Default("x"))) +
+                                  Leaf("w", "string", When("../c/d = 'y'")))));
     ASSERT_EQ(schema.status, ZR_OK);
     // Line 256 is the mark of an added default: the elements there are not taken for one.
     std::string request = std::string(255, '\n') + Data("op", "<c></c><w/>");

@@ -13,13 +13,13 @@ namespace {
 using namespace zrtest;
 
 const std::string kBody =
-    Rpc("op", Leaf("a", "string") + Leaf("n", "uint8") + Container("c", Leaf("x", "string")) +
-                  "<anydata name=\"any\"/><anyxml name=\"xml\"/>"
-                  "<choice name=\"way\"><case name=\"one\">" +
-                  Leaf("in-one", "string") + "</case><case name=\"two\">" +
-                  Leaf("in-two", "string") +
-                  "</case></choice>"
-                  "<leaf-list name=\"ll\"><type name=\"string\"/></leaf-list>") +
+    Rpc("op",
+        Input(Leaf("a", "string") + Leaf("n", "uint8") + Container("c", Leaf("x", "string")) +
+              "<anydata name=\"any\"/><anyxml name=\"xml\"/>"
+              "<choice name=\"way\"><case name=\"one\">" +
+              Leaf("in-one", "string") + "</case><case name=\"two\">" + Leaf("in-two", "string") +
+              "</case></choice>"
+              "<leaf-list name=\"ll\"><type name=\"string\"/></leaf-list>")) +
     Notification("event", Leaf("n", "uint8") + Container("c", Leaf("x", "string"))) +
     Container("state", Leaf("n", "uint8")) + "<choice name=\"top-choice\"><case name=\"k\">" +
     Leaf("k-leaf", "string") + "</case></choice>";
@@ -240,7 +240,7 @@ TEST(FlushNames, TakeTheInputsNodeBeforeTheOutputsOfTheSameName)
 
 TEST(FlushNamespaces, MatchAugmentedElementsByTheirModule)
 {
-    Schema schema(Rpc("op", Container("c", Leaf("a", "string") + Leaf("b", "string"))));
+    Schema schema(Rpc("op", Input(Container("c", Leaf("a", "string") + Leaf("b", "string")))));
     ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
                                    "<augment target-node=\"/m:op/m:input/m:c\">" +
                                        Leaf("a", "uint8") + Leaf("z", "string") + "</augment>"),
@@ -266,9 +266,9 @@ const std::string kMountBody =
                                "<yangmnt:mount-point xmlns:yangmnt=\"urn:ietf:params:xml:ns:yang:"
                                "ietf-yang-schema-mount\" label=\"root\"/>") +
                          "<action name=\"act\"/>") +
-    Rpc("op", Leaf("a", "string") +
-                  Container("mounted", "<yangmnt:mount-point xmlns:yangmnt=\"urn:ietf:params:xml:"
-                                       "ns:yang:ietf-yang-schema-mount\" label=\"root\"/>"));
+    Rpc("op", Input(Leaf("a", "string") +
+                    Container("mounted", "<yangmnt:mount-point xmlns:yangmnt=\"urn:ietf:params:xml:"
+                                         "ns:yang:ietf-yang-schema-mount\" label=\"root\"/>")));
 
 TEST(MountPoint, IsNotLookedInto)
 {

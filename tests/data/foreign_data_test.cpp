@@ -36,8 +36,8 @@ public:
     Record Validate(ZrCtx *ctx, int index)
     {
         Mark(document_.top(), Child(index), kForeign);
-        Record record =
-            TakeRecord(ZR_CTX_ValidateRpcDataTree(ctx, 2, Child(index), nullptr, nullptr));
+        Record record = TakeRecord(
+            ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_XML, Child(index), nullptr, nullptr));
         EXPECT_EQ(CountMarked(document_.top(), Child(index)), marked_);
         EXPECT_EQ(document_.get()->_private, kForeign);
         return record;
@@ -76,7 +76,7 @@ private:
 
 std::string WithMust(const std::string &condition)
 {
-    return Rpc("op", kMode + Leaf("a", "string", Must(condition)));
+    return Rpc("op", Input(kMode + Leaf("a", "string", Must(condition))));
 }
 
 struct Row {
@@ -108,7 +108,7 @@ TEST(ForeignData, IsNotSeenByTheConditionsOfARequest)
 {
     const std::string around = "<mode>off</mode><x/></other>";
     for (const Row &row : kRows) {
-        Schema schema(WithMust(row.condition) + Rpc("other", kMode));
+        Schema schema(WithMust(row.condition) + Rpc("other", Input(kMode)));
         ASSERT_EQ(schema.status, ZR_OK) << row.condition;
         ForeignTree tree("<rpc xmlns=\"urn:m\" message-id=\"1\">text of the application<!-- c -->"
                          "<?target?><op><mode>off</mode></op><other>" +
@@ -141,8 +141,9 @@ TEST(ForeignData, HasNoIdentity)
 
 TEST(ForeignData, IsNotSeenByWhensAndMissingNodes)
 {
-    Schema schema(Rpc("op", kMode + Leaf("w", "string", When("/op/mode = 'on'") + Default("d")) +
-                                Leaf("need", "string", When("/other/mode") + kMandatory)));
+    Schema schema(
+        Rpc("op", Input(kMode + Leaf("w", "string", When("/op/mode = 'on'") + Default("d")) +
+                        Leaf("need", "string", When("/other/mode") + Mandatory()))));
     ForeignTree tree("<rpc xmlns=\"urn:m\">" + Op("<mode>off</mode>") +
                      "<other><mode>on</mode></other>" + Op("<mode>on</mode>") + "</rpc>");
     EXPECT_EQ(tree.Validate(schema, 0), Valid());
@@ -184,7 +185,8 @@ TEST(ForeignData, IsNotSeenByTheConditionsOfANotification)
 // A reference to an entity is a node of the operation; what it stands for is the declaration's.
 TEST(ForeignData, BehindAReferenceToAnEntityIsNotFollowed)
 {
-    Schema schema(Rpc("op", "<anydata name=\"any\"/>" + Leaf("a", "string", Must("../any/e/e/x"))));
+    Schema schema(
+        Rpc("op", Input("<anydata name=\"any\"/>" + Leaf("a", "string", Must("../any/e/e/x")))));
     xmlDoc *doc =
         xmlReadDoc(reinterpret_cast<const xmlChar *>("<!DOCTYPE op [<!ENTITY e '<x>1</x>'>]>"
                                                      "<op xmlns='urn:m'><any>&e;</any><a/></op>"),
@@ -195,7 +197,8 @@ TEST(ForeignData, BehindAReferenceToAnEntityIsNotFollowed)
     ASSERT_EQ(reference->type, XML_ENTITY_REF_NODE);
     if (reference->children != nullptr && reference->children->children != nullptr)
         reference->children->children->_private = kForeign;
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema, 2, document.top(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema, ZR_VALUE_XML, document.top(), nullptr,
+                                                    nullptr)),
               Fault(ZR_ERROR_TAG_OPERATION_FAILED, "must-violation", "/m:op/a",
                     "a is not satisfied must condition.", "a"));
 }

@@ -11,7 +11,7 @@ namespace {
 
 using namespace zrtest;
 
-const std::string kM = Leaf("m", "string", kMandatory);
+const std::string kM = Leaf("m", "string", Mandatory());
 
 Record Missing(const std::string &path, const std::string &name)
 {
@@ -32,31 +32,16 @@ struct Row {
     Record record; // for the rpc
 };
 
-std::string Presence(const std::string &inside)
-{
-    return "<container name=\"c\"><presence value=\"p\"/>" + inside + "</container>";
-}
-
-std::string Choice(const std::string &inside)
-{
-    return "<choice name=\"w\">" + inside + "</choice>";
-}
-
-std::string Case(const std::string &name, const std::string &inside)
-{
-    return "<case name=\"" + name + "\">" + inside + "</case>";
-}
-
 const Row kRows[] = {
     {"leaf missing", kM, "", false, Missing("/m:op", "m")},
     {"leaf present", kM, "<m/>", true, {}},
-    {"anydata missing", "<anydata name=\"any\">" + kMandatory + "</anydata>", "", false,
+    {"anydata missing", "<anydata name=\"any\">" + Mandatory() + "</anydata>", "", false,
      Missing("/m:op", "any")},
-    {"anyxml missing", "<anyxml name=\"xml\">" + kMandatory + "</anyxml>", "", false,
+    {"anyxml missing", "<anyxml name=\"xml\">" + Mandatory() + "</anyxml>", "", false,
      Missing("/m:op", "xml")},
-    {"anyxml present", "<anyxml name=\"xml\">" + kMandatory + "</anyxml>", "<xml/>", true, {}},
+    {"anyxml present", "<anyxml name=\"xml\">" + Mandatory() + "</anyxml>", "<xml/>", true, {}},
     {"disabled leaf missing",
-     Leaf("m", "string", "<if-feature name=\"f\"/>" + kMandatory),
+     Leaf("m", "string", "<if-feature name=\"f\"/>" + Mandatory()),
      "",
      true,
      {}},
@@ -75,18 +60,19 @@ const Row kRows[] = {
     {"in an absent container", Container("c", kM), "", false, Missing("/m:op/c", "m")},
     {"in absent containers", Container("c", Container("e", kM)), "", false,
      Missing("/m:op/c/e", "m")},
-    {"in an absent presence container", Presence(kM), "", true, {}},
-    {"in a present presence container", Presence(kM), "<c/>", false, Missing("/m:op/c", "m")},
+    {"in an absent presence container", Container("c", Presence() + kM), "", true, {}},
+    {"in a present presence container", Container("c", Presence() + kM), "<c/>", false,
+     Missing("/m:op/c", "m")},
     {"in the second list entry", List("l", "k", Leaf("k", "string") + kM),
      "<l><k>1</k><m/></l><l><k>2</k></l>", false, Missing("/m:op/l[k='2']", "m")},
     {"in a list without entries", List("l", "k", Leaf("k", "string") + kM), "", true, {}},
     {"leaf with a false when",
-     Leaf("m", "string", When("../a = 'x'") + kMandatory) + Leaf("a", "string"),
+     Leaf("m", "string", When("../a = 'x'") + Mandatory()) + Leaf("a", "string"),
      "<a>y</a>",
      true,
      {}},
     {"leaf with a true when",
-     Leaf("m", "string", When("../a = 'x'") + kMandatory) + Leaf("a", "string"), "<a>x</a>", false,
+     Leaf("m", "string", When("../a = 'x'") + Mandatory()) + Leaf("a", "string"), "<a>x</a>", false,
      Missing("/m:op", "m")},
     {"in an absent container with a false when",
      "<container name=\"c\">" + When("../a = 'x'") + kM + "</container>" + Leaf("a", "string"),
@@ -97,60 +83,61 @@ const Row kRows[] = {
      "<container name=\"c\">" + When("../a = 'x'") + kM + "</container>" + Leaf("a", "string"),
      "<a>x</a>", false, Missing("/m:op/c", "m")},
     {"leaf with a when that cannot be evaluated",
-     Leaf("m", "string", When("count(a)") + kMandatory), "", false,
+     Leaf("m", "string", When("count(a)") + Mandatory()), "", false,
      Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/m:op/m", "Failed to check when condition of m.",
            "m")},
     {"container with a when that cannot be evaluated",
      "<container name=\"c\">" + When("count(a)") + kM + "</container>", "", false,
      Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/m:op/c", "Failed to check when condition of c.",
            "c")},
-    {"mandatory choice without data", Choice(kMandatory + Case("one", Leaf("a", "string"))), "",
-     false, MissingChoice("/m:op", "op")},
+    {"mandatory choice without data", Choice("w", Mandatory() + Case("one", Leaf("a", "string"))),
+     "", false, MissingChoice("/m:op", "op")},
     {"mandatory choice with data",
-     Choice(kMandatory + Case("one", Leaf("a", "string"))),
+     Choice("w", Mandatory() + Case("one", Leaf("a", "string"))),
      "<a/>",
      true,
      {}},
     {"mandatory choice with data of a choice inside",
-     Choice(kMandatory + Case("one", "<choice name=\"v\">" + Leaf("a", "string") + "</choice>")),
+     Choice("w",
+            Mandatory() + Case("one", "<choice name=\"v\">" + Leaf("a", "string") + "</choice>")),
      "<a/>",
      true,
      {}},
     {"mandatory choice with a default case",
-     Choice(kMandatory + Default("one") + Case("one", Leaf("a", "string"))),
+     Choice("w", Mandatory() + Default("one") + Case("one", Leaf("a", "string"))),
      "",
      true,
      {}},
-    {"optional choice without data", Choice(Case("one", kM)), "", true, {}},
-    {"leaf of the case in the data", Choice(Case("one", Leaf("a", "string") + kM)), "<a/>", false,
-     Missing("/m:op", "m")},
+    {"optional choice without data", Choice("w", Case("one", kM)), "", true, {}},
+    {"leaf of the case in the data", Choice("w", Case("one", Leaf("a", "string") + kM)), "<a/>",
+     false, Missing("/m:op", "m")},
     {"leaf of another case",
-     Choice(Case("one", Leaf("a", "string")) + Case("two", kM)),
+     Choice("w", Case("one", Leaf("a", "string")) + Case("two", kM)),
      "<a/>",
      true,
      {}},
     {"leaf of the default case",
-     Choice(Default("two") + Case("one", Leaf("a", "string")) + Case("two", kM)), "", false,
+     Choice("w", Default("two") + Case("one", Leaf("a", "string")) + Case("two", kM)), "", false,
      Missing("/m:op", "m")},
     {"leaf of a case whose when is false",
      Leaf("a", "string") +
-         Choice(Default("one") + "<case name=\"one\">" + When("a = 'x'") + kM + "</case>"),
+         Choice("w", Default("one") + "<case name=\"one\">" + When("a = 'x'") + kM + "</case>"),
      "<a>y</a>",
      true,
      {}},
-    {"mandatory choice in a container", Container("c", Choice(kMandatory + kM)), "<c/>", false,
-     MissingChoice("/m:op/c", "c")},
+    {"mandatory choice in a container", Container("c", Choice("w", Mandatory() + kM)), "<c/>",
+     false, MissingChoice("/m:op/c", "c")},
     {"mandatory choice in a list entry",
-     List("l", "k", Leaf("k", "string") + Choice(kMandatory + kM)), "<l><k>1</k></l>", false,
+     List("l", "k", Leaf("k", "string") + Choice("w", Mandatory() + kM)), "<l><k>1</k></l>", false,
      MissingChoice("/m:op/l[k='1']", "l")},
-    {"first in schema order", Leaf("m1", "string", kMandatory) + Leaf("m2", "string", kMandatory),
+    {"first in schema order", Leaf("m1", "string", Mandatory()) + Leaf("m2", "string", Mandatory()),
      "", false, Missing("/m:op", "m1")},
 };
 
 TEST(Mandatory, IsWhatTheSchemaDemands)
 {
     for (const Row &row : kRows) {
-        Schema schema("<feature name=\"f\"/>" + Rpc("op", row.input) +
+        Schema schema("<feature name=\"f\"/>" + Rpc("op", Input(row.input)) +
                       Notification("event", row.input));
         ASSERT_EQ(schema.status, ZR_OK) << row.name;
         EXPECT_EQ(RpcRecord(schema, Data("op", row.content)), row.valid ? Valid() : row.record)
@@ -171,7 +158,7 @@ TEST(Mandatory, IsNotDemandedOfAnOutput)
 
 TEST(Mandatory, IsDemandedOfTheActionAndNotOfTheDataAroundIt)
 {
-    Schema schema(Container("state", Leaf("s", "string", kMandatory) +
+    Schema schema(Container("state", Leaf("s", "string", Mandatory()) +
                                          "<action name=\"act\"><input>" + kM +
                                          "</input></action>"));
     ASSERT_EQ(schema.status, ZR_OK);
@@ -182,25 +169,26 @@ TEST(Mandatory, IsDemandedOfTheActionAndNotOfTheDataAroundIt)
 TEST(Mandatory, IsSatisfiedByADefaultThatWasAdded)
 {
     // A mandatory leaf takes no default; one that is not mandatory is completed before.
-    Schema schema(Rpc("op", "<choice name=\"w\">" + kMandatory + "<default value=\"one\"/>" +
-                                Case("one", Leaf("a", "string", Default("x"))) + "</choice>"));
+    Schema schema(Rpc("op", Input("<choice name=\"w\">" + Mandatory() + "<default value=\"one\"/>" +
+                                  Case("one", Leaf("a", "string", Default("x"))) + "</choice>")));
     ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(ValidateRpc(schema, Data("op")).defaults, std::vector<std::string>{"a=x"});
 }
 
 class MandatoryCallTest : public ::testing::Test {
 protected:
-    Schema schema_{Rpc("op", kM)};
+    Schema schema_{Rpc("op", Input(kM))};
     Document document_{Data("op")};
 };
 
 TEST_F(MandatoryCallTest, TreeWantsARunOfEitherKind)
 {
-    for (uint32_t mode : {0u, 1u, 2u, 8u}) {
+    for (uint32_t mode : {uint32_t{0}, uint32_t{ZRD_MODE_RPC}, uint32_t{ZRD_MODE_NOTIF},
+                          uint32_t{ZRD_MODE_IN_ACTION}}) {
         CheckRun run(schema_, mode);
         document_.top()->_private = schema_.Node("/m:op");
         EXPECT_EQ(ZR_PAS_CheckTreeMandatory(run, document_.top()), ZR_ERR_INVALID);
-        EXPECT_EQ(run.record() == Record{}, mode == 0 || mode == 8) << mode;
+        EXPECT_EQ(run.record() == Record{}, mode == 0 || mode == ZRD_MODE_IN_ACTION) << mode;
         EXPECT_EQ(xmlChildElementCount(document_.top()), 0u);
     }
     CheckRun run(schema_, ZRD_MODE_RPC);

@@ -53,7 +53,7 @@ TEST(Must, OfARequestIsAFaultWithTheSchemasTexts)
                                  "Failed to check must condition of a.", "a")},
     };
     for (const auto &row : rows) {
-        Schema schema(Rpc("op", Leaf("a", "string", row.must)));
+        Schema schema(Rpc("op", Input(Leaf("a", "string", row.must))));
         ASSERT_EQ(schema.status, ZR_OK) << row.must;
         EXPECT_EQ(RpcRecord(schema, Data("op", "<a>no</a>")), row.record) << row.must;
     }
@@ -61,8 +61,8 @@ TEST(Must, OfARequestIsAFaultWithTheSchemasTexts)
 
 TEST(Must, OfAnInputIsEvaluatedOnTheRpcElement)
 {
-    Schema schema(Rpc("op", Must("a or b", Texts("One of them.", "one")) + Leaf("a", "string") +
-                                Leaf("b", "string")));
+    Schema schema(Rpc("op", Input(Must("a or b", Texts("One of them.", "one")) +
+                                  Leaf("a", "string") + Leaf("b", "string"))));
     ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("op", "<b/>")), Valid());
     EXPECT_EQ(RpcRecord(schema, Data("op")),
@@ -81,9 +81,10 @@ TEST(Must, OfAnActionsInputIsEvaluatedOnTheActionElement)
 
 TEST(Must, IsAskedInDocumentOrderDownToTheDeepestElement)
 {
-    Schema schema(Rpc(
-        "op", List("l", "k",
-                   Leaf("k", "string") + Container("c", Leaf("x", "string", Must(". != 'bad'"))))));
+    Schema schema(
+        Rpc("op", Input(List("l", "k",
+                             Leaf("k", "string") +
+                                 Container("c", Leaf("x", "string", Must(". != 'bad'")))))));
     ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("op", "<l><k>1</k><c><x>ok</x></c></l>"
                                            "<l><k>2</k><c><x>bad</x></c></l>")),
@@ -92,9 +93,9 @@ TEST(Must, IsAskedInDocumentOrderDownToTheDeepestElement)
 
 TEST(Must, SeesTheDefaultsThatWereAdded)
 {
-    Schema schema(
-        Rpc("op", Leaf("d", "string", Default("x")) + Leaf("a", "string", Must("../d = 'x'")) +
-                      Container("c", Leaf("e", "string", Default("z") + Must("../../a")))));
+    Schema schema(Rpc(
+        "op", Input(Leaf("d", "string", Default("x")) + Leaf("a", "string", Must("../d = 'x'")) +
+                    Container("c", Leaf("e", "string", Default("z") + Must("../../a"))))));
     ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("op", "<a/>")), Valid());
     EXPECT_EQ(RpcRecord(schema, Data("op", "<d>y</d><a/>")), MustFalse("/m:op/a", "a"));
@@ -103,7 +104,7 @@ TEST(Must, SeesTheDefaultsThatWereAdded)
 
 TEST(Must, IsNotAskedBelowAnydata)
 {
-    Schema schema(Rpc("op", "<anydata name=\"any\"/>" + Leaf("a", "string", Must("false"))));
+    Schema schema(Rpc("op", Input("<anydata name=\"any\"/>" + Leaf("a", "string", Must("false")))));
     ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("op", "<any><a/></any>")), Valid());
 }
@@ -139,7 +140,7 @@ TEST(Must, OfANotificationThatCannotBeEvaluatedFailsTheRun)
 
 TEST(MustCond, GivesFalseOrTheEvaluatorsStatus)
 {
-    Schema schema(Rpc("op", Leaf("a", "string")));
+    Schema schema(Rpc("op", Input(Leaf("a", "string"))));
     Document document(Data("op", "<a>no</a>"));
     document.Find("a")->_private = schema.Node("/m:op/input/a");
     ZrsMust musts[2] = {{". = 'yes'", nullptr, nullptr}, {nullptr, nullptr, nullptr}};
@@ -158,8 +159,9 @@ TEST(MustCond, GivesFalseOrTheEvaluatorsStatus)
         musts[0].condition = ". = 'yes'";
         EXPECT_EQ(ZRD_PAS_EvalDataNodeMustCond(run, document.Find("a"), &node),
                   uint32_t{ZR_XPATH_RESULT_FALSE});
-        EXPECT_EQ(run.record() == Record{}, mode == 2); // a notification's leaves no record
-        musts[0].condition = ". = 'no'";                // the second has no condition
+        EXPECT_EQ(run.record() == Record{},
+                  mode == ZRD_MODE_NOTIF); // a notification's leaves no record
+        musts[0].condition = ". = 'no'";   // the second has no condition
         EXPECT_EQ(ZRD_PAS_EvalDataNodeMustCond(run, document.Find("a"), &node), ZR_ERR_INVALID);
         musts[0].condition = "count(.)";
         EXPECT_EQ(ZRD_PAS_EvalDataNodeMustCond(run, document.Find("a"), &node),
@@ -170,7 +172,7 @@ TEST(MustCond, GivesFalseOrTheEvaluatorsStatus)
 TEST(MustPass, WithoutAnInputEvaluatesNothing)
 {
     Schema schema("<rpc name=\"bare\"/>" + Container("c", Leaf("a", "string", Must("false"))) +
-                  Rpc("op", Leaf("a", "string")));
+                  Rpc("op", Input(Leaf("a", "string"))));
     ASSERT_EQ(schema.status, ZR_OK);
     CheckRun run(schema, ZRD_MODE_RPC);
     Document document(Data("c", "<a/>"));

@@ -16,12 +16,6 @@ const std::string kImports = "<import module=\"m\"><prefix value=\"m\"/></import
 const std::string kBase = "<identity name=\"kind\"/><identity name=\"one\"><base name=\"kind\"/>"
                           "</identity>";
 
-std::string Identityref(const std::string &name, const std::string &inside)
-{
-    return "<leaf name=\"" + name + "\"><type name=\"identityref\"><base name=\"b:kind\"/></type>" +
-           inside + "</leaf>";
-}
-
 std::string NamespaceOf(const xmlNode *element)
 {
     if (element == nullptr || element->ns == nullptr)
@@ -54,7 +48,8 @@ public:
 private:
     static Record Validate(ZrCtx *ctx, Document &document)
     {
-        return TakeRecord(ZR_CTX_ValidateRpcDataTree(ctx, 2, document.top(), nullptr, nullptr));
+        return TakeRecord(
+            ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_XML, document.top(), nullptr, nullptr));
     }
     Document document_;
     std::string again_;
@@ -66,13 +61,13 @@ protected:
     {
         ASSERT_EQ(schema_.LoadBody("base", kBase), ZR_OK);
         std::string inside =
-            Leaf("d", "string", Default("x")) + Identityref("id", Default("b:one"));
+            Leaf("d", "string", Default("x")) + Leaf("id", Identityref("b:kind"), Default("b:one"));
         std::string added = Container("c", inside) + Leaf("lim", "uint8", Default("5"));
         ASSERT_EQ(schema_.LoadBody("au", kImports + "<augment target-node=\"/m:op/m:input\">" +
                                              added + "</augment>"),
                   ZR_OK);
     }
-    Schema schema_{Rpc("op", Leaf("a", "string"))};
+    Schema schema_{Rpc("op", Input(Leaf("a", "string")))};
 };
 
 TEST_F(AugmentedDefaults, BelongToTheirOwnModule)
@@ -109,7 +104,7 @@ protected:
                                           "</typedef>"),
             ZR_OK);
         ASSERT_EQ(ctx_.LoadBody("m", "<import module=\"base\"><prefix value=\"b\"/></import>" +
-                                         Rpc("op", input)),
+                                         Rpc("op", Input(input))),
                   ZR_OK);
     }
     TestContext ctx_;
@@ -117,7 +112,7 @@ protected:
 
 TEST_F(IdentityDefaults, DeclareTheModuleThatTheyName)
 {
-    Load(Leaf("a", "string") + Identityref("id", Default("b:one")));
+    Load(Leaf("a", "string") + Leaf("id", Identityref("b:kind"), Default("b:one")));
     CompletedRequest completed(ctx_, Data("op", "<a/>"));
     EXPECT_TRUE(completed.Holds("<op xmlns=\"urn:m\"><a/>"
                                 "<id xmlns:base=\"urn:base\">base:one</id></op>"))
@@ -127,9 +122,10 @@ TEST_F(IdentityDefaults, DeclareTheModuleThatTheyName)
 
 TEST_F(IdentityDefaults, AreSeenByTheirOwnConditions)
 {
-    Load(Leaf("z", "string", When("derived-from(../id, 'b:kind')") + kMandatory) +
-         Identityref("id", Must("derived-from-or-self(., 'b:one')") + Must(". = 'base:one'") +
-                               Default("b:one")));
+    Load(
+        Leaf("z", "string", When("derived-from(../id, 'b:kind')") + Mandatory()) +
+        Leaf("id", Identityref("b:kind"),
+             Must("derived-from-or-self(., 'b:one')") + Must(". = 'base:one'") + Default("b:one")));
     EXPECT_EQ(RpcRecord(ctx_, Data("op")),
               Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op", "Missing element: z.", "z"));
     CompletedRequest completed(ctx_, Data("op", "<z/>"));
@@ -138,7 +134,7 @@ TEST_F(IdentityDefaults, AreSeenByTheirOwnConditions)
 
 TEST_F(IdentityDefaults, UseABindingOfThePrefixThatIsThere)
 {
-    Load(Leaf("a", "string") + Identityref("id", Default("b:one")));
+    Load(Leaf("a", "string") + Leaf("id", Identityref("b:kind"), Default("b:one")));
     CompletedRequest bound(ctx_, "<op xmlns=\"urn:m\" xmlns:base=\"urn:base\"><a/></op>");
     EXPECT_TRUE(bound.Holds("<a/><id>base:one</id></op>")) << bound.text();
     CompletedRequest other(ctx_, "<op xmlns=\"urn:m\" xmlns:base=\"urn:other\"><a/></op>");
@@ -147,7 +143,7 @@ TEST_F(IdentityDefaults, UseABindingOfThePrefixThatIsThere)
 
 TEST_F(IdentityDefaults, KeepTheirNameWhereTheRequestUsesThePrefixForIt)
 {
-    Load(Leaf("a", "string") + Identityref("id", Default("b:one")));
+    Load(Leaf("a", "string") + Leaf("id", Identityref("b:kind"), Default("b:one")));
     CompletedRequest completed(ctx_, "<base:op xmlns:base=\"urn:m\"><base:a/></base:op>");
     EXPECT_EQ(completed.NamespaceOf("id"), "urn:m");
     EXPECT_TRUE(
@@ -193,11 +189,12 @@ TEST_F(IdentityDefaults, ThatNameNoIdentityDeclareNothing)
 TEST(IdentityPrefix, IsNotDeclaredWhenXmlKeepsItForItself)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("xmlns", "<identity name=\"b\"/>" +
-                                        Rpc("op", "<leaf name=\"id\"><type name=\"identityref\">"
+    ASSERT_EQ(
+        ctx.LoadBody("xmlns", "<identity name=\"b\"/>" +
+                                  Rpc("op", Input("<leaf name=\"id\"><type name=\"identityref\">"
                                                   "<base name=\"b\"/></type>" +
-                                                      Default("b") + "</leaf>")),
-              ZR_OK);
+                                                  Default("b") + "</leaf>"))),
+        ZR_OK);
     Outcome outcome = ValidateRpc(ctx, "<op xmlns=\"urn:xmlns\"/>");
     EXPECT_EQ(outcome.record, Valid());
     EXPECT_NE(outcome.document.find("<id>xmlns:b</id>"), std::string::npos) << outcome.document;

@@ -26,12 +26,13 @@ const std::string kCaseOf = "<choice name=\"way\"><case name=\"one\">" + Leaf("f
                             "</case><case name=\"two\">" + Leaf("other", "string") +
                             "</case></choice>";
 const std::string kBody =
-    Rpc("in-case", kCaseOf + Leaf("last", "string")) +
-    Rpc("in-container", Container("c", kCaseOf)) +
-    Rpc("plain", List("l", "k", Leaf("k", "string")) + Leaf("single", "string") +
-                     "<anydata name=\"any\"/>" + Leaf("text", "string")) +
+    Rpc("in-case", Input(kCaseOf + Leaf("last", "string"))) +
+    Rpc("in-container", Input(Container("c", kCaseOf))) +
+    Rpc("plain", Input(List("l", "k", Leaf("k", "string")) + Leaf("single", "string") +
+                       "<anydata name=\"any\"/>" + Leaf("text", "string"))) +
     Rpc("false-defaults",
-        List("l", "k", Leaf("k", "string") + Leaf("d", "string", When("../no") + Default("x")))) +
+        Input(List("l", "k",
+                   Leaf("k", "string") + Leaf("d", "string", When("../no") + Default("x"))))) +
     Notification("event", "<anydata name=\"any\"/>" + Leaf("text", "string"));
 
 // Entries whose conditions ask for what stands behind all of them, and for what is nowhere.
@@ -67,8 +68,8 @@ protected:
     Record Validate(const std::string &text, std::string *documentOut = nullptr)
     {
         Document document(text);
-        Record record =
-            TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr));
+        Record record = TakeRecord(
+            ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, document.top(), nullptr, nullptr));
         if (documentOut != nullptr)
             *documentOut = document.Dump();
         return record;
@@ -79,12 +80,12 @@ protected:
 
 TEST(ScaleOfConditions, AsksForWhatStandsBehindAllEntriesOrNowhere)
 {
-    Schema schema(Rpc("op", kConditions) + Notification("event", kConditions));
+    Schema schema(Rpc("op", Input(kConditions)) + Notification("event", kConditions));
     ASSERT_EQ(schema.status, ZR_OK);
     const std::string content = Repeat("<l><k>1</k><d/></l>", kMany / 2) +
                                 Repeat("<c><k>1</k></c>", kMany / 2) + "<mode>x</mode>";
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema, 1, Data("op", content).data(), nullptr,
-                                                    nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema, ZR_VALUE_STRING,
+                                                    Data("op", content).data(), nullptr, nullptr)),
               Valid());
     NotifOutcome outcome = ValidateNotif(schema, Data("event", content));
     EXPECT_EQ(outcome.status, ZR_OK);
@@ -159,7 +160,8 @@ TEST_F(ScaleTest, TakesTwoListsOfTwoModulesInTurn)
 TEST_F(ScaleTest, WalksATreeOf100000LevelsBelowAnydata)
 {
     Document document = Deep("plain", "any", nullptr, kMany);
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, document.top(), nullptr,
+                                                    nullptr)),
               Valid());
     EXPECT_EQ(document.top()->children->children->children->_private, nullptr);
 }
@@ -167,7 +169,8 @@ TEST_F(ScaleTest, WalksATreeOf100000LevelsBelowAnydata)
 TEST_F(ScaleTest, RefusesATreeOf100000LevelsBehindTheTextOfALeaf)
 {
     Document document = Deep("plain", "text", "value", kMany);
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, document.top(), nullptr,
+                                                    nullptr)),
               Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:plain/text", "Unexpected element: text.",
                     "text"));
 }
@@ -176,10 +179,12 @@ TEST_F(ScaleTest, RefusesATreeOf100000UnexpectedLevels)
 {
     Document document = Deep("plain", "x", nullptr, kMany);
     EXPECT_EQ(
-        TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr)),
+        TakeRecord(
+            ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, document.top(), nullptr, nullptr)),
         Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:plain/x", "Unexpected element: x.", "x"));
     Document first = Deep("x", "x", nullptr, kMany);
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, first.top(), nullptr, nullptr)),
+    EXPECT_EQ(TakeRecord(
+                  ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, first.top(), nullptr, nullptr)),
               Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:x", "Unexpected element: x.", "x"));
 }
 

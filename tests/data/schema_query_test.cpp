@@ -40,7 +40,8 @@ TEST(SchemaQuery, TellsChoicesAndCases)
     for (uint32_t kind = ZR_NODE_UNKNOWN; kind <= ZR_NODE_AUGMENT; ++kind) {
         ZrNode node = {};
         node.kind = kind;
-        EXPECT_EQ(ZRD_MDL_IsChoiceOrCaseNode(&node), kind == 5 || kind == 6 ? 1u : 0u) << kind;
+        bool expected = kind == ZR_NODE_CHOICE || kind == ZR_NODE_CASE;
+        EXPECT_EQ(ZRD_MDL_IsChoiceOrCaseNode(&node), expected ? 1u : 0u) << kind;
     }
 }
 

@@ -17,7 +17,7 @@ const std::string kChoice = "<choice name=\"way\"><case name=\"one\">" + Leaf("o
 const std::string kAll = kLeaves + List("l", "k", Leaf("k", "string") + kLeaves) +
                          "<leaf-list name=\"ll\"><type name=\"string\"/></leaf-list>" +
                          Container("box", kLeaves) + kChoice;
-const std::string kBody = Rpc("op", kAll) + Notification("event", kAll) +
+const std::string kBody = Rpc("op", Input(kAll)) + Notification("event", kAll) +
                           Container("state", kAll + "<action name=\"act\"><input>" + kAll +
                                                  "</input></action><action name=\"other\"/>");
 
@@ -109,9 +109,9 @@ TEST_F(StructureTest, DoesNotCheckTheOrderOfDifferentModules)
 TEST_F(StructureTest, PassesOverDisabledNodesInTheOrder)
 {
     Schema schema("<feature name=\"f\"/>" +
-                  zrtest::Rpc("op", Leaf("a", "string") +
-                                        Leaf("b", "string", "<if-feature name=\"f\"/>") +
-                                        Leaf("c", "string")));
+                  zrtest::Rpc("op", Input(Leaf("a", "string") +
+                                          Leaf("b", "string", "<if-feature name=\"f\"/>") +
+                                          Leaf("c", "string"))));
     ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("op", "<b/><a/>")), Valid());
     EXPECT_EQ(RpcRecord(schema, Data("op", "<c/><a/>")),
@@ -210,11 +210,11 @@ TEST_F(StructureTest, ComparesCasesWithEverySiblingWhenAskedAlone)
 TEST_F(StructureTest, TellsTheChoicesOfOneLevelApart)
 {
     Schema schema(zrtest::Rpc(
-        "op", "<choice name=\"x\"><case name=\"x1\">" + Leaf("x1a", "string") +
-                  "<choice name=\"y\"><case name=\"y1\">" + Leaf("y1a", "string") +
-                  "</case><case name=\"y2\">" + Leaf("y2a", "string") + "</case></choice>" +
-                  Leaf("x1b", "string") + "</case><case name=\"x2\">" + Leaf("x2a", "string") +
-                  "</case></choice>"));
+        "op", Input("<choice name=\"x\"><case name=\"x1\">" + Leaf("x1a", "string") +
+                    "<choice name=\"y\"><case name=\"y1\">" + Leaf("y1a", "string") +
+                    "</case><case name=\"y2\">" + Leaf("y2a", "string") + "</case></choice>" +
+                    Leaf("x1b", "string") + "</case><case name=\"x2\">" + Leaf("x2a", "string") +
+                    "</case></choice>")));
     ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("op", "<x1a/><y1a/><x1b/>")), Valid());
     const char *kMessage = "Data for more than one case branch of a choice is present.";
@@ -257,8 +257,8 @@ TEST_F(StructureTest, RefusesAnActionOutsideOfActionDataWithoutARecord)
 
 TEST(InvalidValue, IsShownUpTo256CharactersAndCutBeyond)
 {
-    Schema schema(Rpc("op", "<leaf name=\"v\"><type name=\"string\"><length value=\"0..10\"/>"
-                            "</type></leaf>"));
+    Schema schema(Rpc("op", Input("<leaf name=\"v\"><type name=\"string\"><length value=\"0..10\"/>"
+                                  "</type></leaf>")));
     ASSERT_EQ(schema.status, ZR_OK);
     for (size_t length : {11u, 256u, 257u, 300u}) {
         std::string value(length, 'y');
@@ -272,7 +272,7 @@ TEST(InvalidValue, IsShownUpTo256CharactersAndCutBeyond)
 
 TEST(InvalidValue, IsTheStatusOfItsType)
 {
-    Schema schema(Rpc("op", Leaf("n", "uint8") + Leaf("flag", "boolean")));
+    Schema schema(Rpc("op", Input(Leaf("n", "uint8") + Leaf("flag", "boolean"))));
     struct {
         const char *content;
         uint32_t status;

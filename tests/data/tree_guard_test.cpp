@@ -42,14 +42,15 @@ class AdjacentTexts : public ::testing::Test {
 protected:
     Record Validate(Document &document)
     {
-        return TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr));
+        return TakeRecord(
+            ZR_CTX_ValidateRpcDataTree(schema_, ZR_VALUE_XML, document.top(), nullptr, nullptr));
     }
 
-    Schema schema_{
-        Rpc("op",
-            Leaf("n", "uint8") +
-                List("l", "k", Leaf("k", "string") + Leaf("v", "string", Must("../../n = '12'"))) +
-                Container("c", Leaf("d", "string", Default("x"))))};
+    Schema schema_{Rpc(
+        "op",
+        Input(Leaf("n", "uint8") +
+              List("l", "k", Leaf("k", "string") + Leaf("v", "string", Must("../../n = '12'"))) +
+              Container("c", Leaf("d", "string", Default("x")))))};
 };
 
 TEST_F(AdjacentTexts, AreOneValue)
@@ -123,14 +124,14 @@ TEST_F(AdjacentTexts, AreAsTheyWereWhenMemoryRunsOut)
     document.Find("c")->line = ZRD_DEFAULT_MARK;
     std::vector<const xmlNode *> leaf = Nodes(document.Find("n"));
     std::vector<const xmlNode *> container = Nodes(document.Find("c"));
-    AllocGuard memory;
+    AllocGuard guard;
     for (uint64_t n = 0; n < 3; ++n) { // the texts of both, the lines
-        memory.FailAt(n);
+        guard.FailAt(n);
         EXPECT_EQ(Validate(document), General()) << n;
         EXPECT_EQ(Nodes(document.Find("n")), leaf);
         EXPECT_EQ(Nodes(document.Find("c")), container);
         EXPECT_EQ(document.Find("c")->line, ZRD_DEFAULT_MARK);
-        EXPECT_EQ(memory.LiveBlocks(), 0);
+        EXPECT_EQ(guard.LiveBlocks(), 0);
     }
 }
 

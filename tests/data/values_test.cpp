@@ -15,11 +15,6 @@ struct Row {
     std::vector<std::string> bad;
 };
 
-std::string Type(const std::string &name, const std::string &inside = "")
-{
-    return "<type name=\"" + name + "\">" + inside + "</type>";
-}
-
 const Row kRows[] = {
     {Type("binary"), {"TQ==", "TWFu"}, {"", "T", "TQ=", "=TQ="}},
     {Type("bits", "<bit name=\"one\"/><bit name=\"two\"/>"),
@@ -56,9 +51,10 @@ const Row kRows[] = {
 TEST(Values, AreTakenAtTheLimitsOfTheirTypesAndRefusedBeyond)
 {
     for (const Row &row : kRows) {
-        Schema schema("<identity name=\"b\"/><identity name=\"red\"><base name=\"b\"/></identity>" +
-                      Rpc("op", Leaf("target", "uint8") + "<leaf name=\"v\">" + row.type +
-                                    "</leaf><leaf-list name=\"w\">" + row.type + "</leaf-list>"));
+        Schema schema(
+            "<identity name=\"b\"/><identity name=\"red\"><base name=\"b\"/></identity>" +
+            Rpc("op", Input(Leaf("target", "uint8") + "<leaf name=\"v\">" + row.type +
+                            "</leaf><leaf-list name=\"w\">" + row.type + "</leaf-list>")));
         ASSERT_EQ(schema.status, ZR_OK) << row.type;
         for (const char *name : {"v", "w"}) {
             auto request = [&](const std::string &value) {
@@ -82,7 +78,7 @@ TEST(Values, AreTakenAtTheLimitsOfTheirTypesAndRefusedBeyond)
 // The instance-identifier has no rules of its own.
 TEST(Values, OfAnInstanceIdentifierAreNotLookedAt)
 {
-    Schema schema(Rpc("op", "<leaf name=\"v\"><type name=\"instance-identifier\"/></leaf>"));
+    Schema schema(Rpc("op", Input("<leaf name=\"v\"><type name=\"instance-identifier\"/></leaf>")));
     ASSERT_EQ(schema.status, ZR_OK);
     for (const char *value : {"/m:op/m:v", "x", ""})
         EXPECT_EQ(RpcRecord(schema, Data("op", std::string("<v>") + value + "</v>")), Valid());

@@ -140,9 +140,11 @@ void Validate(ZrCtx *ctx, long number)
     std::string text = std::to_string(number);
     std::string good = "<op xmlns='urn:m'><mode>on</mode><speed>" + std::to_string(number % 9 + 1) +
                        "</speed><kind>b</kind><e><k>" + text + "</k></e></op>";
-    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(ctx, 1, good.data(), nullptr, nullptr), nullptr);
+    EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_STRING, good.data(), nullptr, nullptr),
+              nullptr);
     std::string bad = "<op xmlns='urn:m'><n" + text + "/></op>";
-    ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(ctx, 1, bad.data(), nullptr, nullptr);
+    ZrdErrNode *error =
+        ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_STRING, bad.data(), nullptr, nullptr);
     EXPECT_EQ(ZR_GetErrorTag(error), uint32_t{ZR_ERROR_TAG_UNKNOWN_ELEMENT});
     ZR_FreeErrNode(error);
     std::string event = "<event xmlns='urn:m'><l>" + text + "</l></event>";

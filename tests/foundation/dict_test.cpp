@@ -206,19 +206,15 @@ TEST_F(Dictionary, CountsHeadsThatCameAndHeadsThatWent)
 
 TEST_F(Dictionary, InsertIsNullWhenMemoryRunsOutAndLeavesTheBucketsCountRaised)
 {
-    int64_t before = guard_.LiveBlocks();
-    for (uint64_t n = 0; n < 2; ++n) {
-        guard_.FailAt(n);
-        EXPECT_EQ(ZR_DICT_Insert(&dict_, "a"), nullptr);
-        EXPECT_EQ(guard_.LiveBlocks(), before);
-        EXPECT_EQ(BucketOf("a")->entryCount, n + 1);
-        EXPECT_EQ(BucketOf("a")->head, nullptr);
-        EXPECT_EQ(dict_.headCount, 0u);
-    }
-    guard_.FailNone();
-    EXPECT_STREQ(ZR_DICT_Insert(&dict_, "a"), "a");
-    EXPECT_EQ(guard_.Count(), 2u);
-    ZR_DICT_Remove(&dict_, "a");
+    uint64_t points = zrtest::FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        const char *text = memory.Run([&] { return ZR_DICT_Insert(&dict_, "a"); });
+        EXPECT_EQ(text == nullptr, memory.Failed());
+        EXPECT_EQ(BucketOf("a")->entryCount, memory.n() + 1);
+        EXPECT_EQ(BucketOf("a")->head == nullptr, memory.Failed());
+        EXPECT_EQ(dict_.headCount, memory.Failed() ? 0u : 1u);
+        ZR_DICT_Remove(&dict_, text);
+    });
+    EXPECT_EQ(points, 2u);
 }
 
 TEST_F(Dictionary, AnotherReferenceToAKnownTextNeedsNoMemory)
@@ -226,7 +222,7 @@ TEST_F(Dictionary, AnotherReferenceToAKnownTextNeedsNoMemory)
     const char *a = ZR_DICT_Insert(&dict_, "a");
     guard_.FailAt(0, true);
     EXPECT_EQ(ZR_DICT_Insert(&dict_, "a"), a);
-    guard_.FailNone();
+    guard_.Stop();
     ZR_DICT_Remove(&dict_, "a");
     ZR_DICT_Remove(&dict_, "a");
 }

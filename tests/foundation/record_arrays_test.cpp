@@ -72,15 +72,15 @@ TEST_F(RecordArrays, AreCopiedWholeOrNotAtAll)
 {
     for (uint32_t number : {7u, 8u})
         ASSERT_EQ(zr::AppendOne(&array_, &count_, Fill(number)), ZR_OK);
-    FailEachAllocation([&] { return zr::CopyRecords(array_, count_, Copy(), Clear()); },
-                       [&](Pair *copy, bool failed) {
-                           EXPECT_EQ(copy == nullptr, failed);
-                           zr::FreeRecords(copy, copy == nullptr ? 0 : 2, Clear());
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        Pair *copy = memory.Run([&] { return zr::CopyRecords(array_, count_, Copy(), Clear()); });
+        EXPECT_EQ(copy == nullptr, memory.Failed());
+        zr::FreeRecords(copy, copy == nullptr ? 0 : 2, Clear());
+    });
     // the second of two cannot be filled: the first is released again
     int64_t blocks = guard_.LiveBlocks();
     auto refuseSecond = [&](Pair *copy, const Pair *from) {
-        return from->number == 8 ? uint32_t{22} : Copy()(copy, from);
+        return from->number == 8 ? uint32_t{ZR_ERR_INVALID} : Copy()(copy, from);
     };
     EXPECT_EQ(zr::CopyRecords(array_, count_, refuseSecond, Clear()), nullptr);
     EXPECT_EQ(guard_.LiveBlocks(), blocks);

@@ -233,32 +233,30 @@ TEST_F(Relations, CollectingAnUnnamedFirstModuleIs22)
     item->otherName = name;
 }
 
+// Adds a relation and takes it away again.
+auto Adding(ZrCtx *ctx, const char *target, const char *other)
+{
+    return [=](zrtest::FailPoint &memory) {
+        uint32_t status =
+            memory.Run([&] { return ZR_CTX_AddTwoModRelation(ctx, target, other, kAugmentedBy); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        ZR_CTX_DelTwoModRelation(ctx, target, other, kAugmentedBy);
+    };
+}
+
 TEST(RelationsMemory, AddingFailsCleanlyWhenAnyAllocationFails)
 {
     zrtest::AllocGuard guard;
     ZrCtx *ctx = ZR_CTX_Create(0);
-    int64_t before = guard.LiveBlocks();
     // The table and its name, two blocks, then the other name, two blocks, and the item.
-    for (uint64_t n = 0; n < 6; ++n) {
-        guard.FailAt(n);
-        EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx, "a", "b", kAugmentedBy), ZR_ERR_NO_MEMORY) << n;
-        EXPECT_EQ(ZR_CTX_FindModRelationTbl(ctx, "a"), nullptr) << n;
-        EXPECT_EQ(guard.LiveBlocks(), before) << n;
-    }
-    guard.FailNone();
-    EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx, "a", "b", kAugmentedBy), ZR_OK);
-    EXPECT_EQ(guard.Count(), 6u);
-    int64_t withOne = guard.LiveBlocks();
-    for (uint64_t n = 0; n < 3; ++n) {
-        guard.FailAt(n);
-        EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx, "a", "c", kAugmentedBy), ZR_ERR_NO_MEMORY) << n;
-        EXPECT_EQ(guard.LiveBlocks(), withOne) << n;
-    }
+    EXPECT_EQ(zrtest::FailEachAllocation(guard, Adding(ctx, "a", "b")), 6u);
+    ZR_CTX_AddTwoModRelation(ctx, "a", "b", kAugmentedBy);
+    EXPECT_EQ(zrtest::FailEachAllocation(guard, Adding(ctx, "a", "c")), 3u);
     guard.FailAt(0, true);
     EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx, "a", "b", kAugmentedBy), ZR_OK) << "known already";
     ZR_CTX_DelTwoModRelation(ctx, "a", "b", kAugmentedBy);
     EXPECT_EQ(ZR_CTX_FindModRelationTbl(ctx, "a"), nullptr) << "deleting needs no memory";
-    guard.FailNone();
+    guard.Stop();
     zrtest::DestroyBareContext(ctx);
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
@@ -281,17 +279,16 @@ TEST(RelationsMemory, CollectingIs12WhenMemoryRunsOut)
     ZrCtx *ctx = ZR_CTX_Create(0);
     for (int i = 0; i < 40; ++i)
         ZR_CTX_AddTwoModRelation(ctx, "a", std::to_string(i).c_str(), kAugmentedBy);
-    int64_t before = guard.LiveBlocks();
-    for (uint64_t n = 0; n < 2; ++n) {
+    zrtest::FailEachAllocation(guard, [&](zrtest::FailPoint &memory) {
         const char **names = nullptr;
         uint32_t count = 0;
-        guard.FailAt(n);
-        EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx, "a", kAugmentedBy, &names, &count),
-                  ZR_ERR_NO_MEMORY);
-        EXPECT_EQ(names, nullptr);
-        EXPECT_EQ(guard.LiveBlocks(), before);
-    }
-    guard.FailNone();
+        uint32_t status = memory.Run([&] {
+            return ZR_CTX_CollectDepModNamesRecursive(ctx, "a", kAugmentedBy, &names, &count);
+        });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(names == nullptr, memory.Failed());
+        zr::Free(names);
+    });
     zrtest::DestroyBareContext(ctx);
 }
 

@@ -252,13 +252,13 @@ TEST(SearchDirsMemory, AddingFailsCleanlyWhenAnyAllocationFails)
         ctx->searchDirs = nullptr;
         ctx->searchDirCapacity = 0;
     }
-    guard.FailNone();
+    guard.Stop();
     EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, "/tmp"), ZR_OK);
     EXPECT_EQ(guard.Count(), 4u);
     guard.FailAt(1);
     EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, "/"), ZR_ERR_NO_MEMORY) << "the array could not grow";
     EXPECT_THAT(Dirs(ctx), ElementsAre("/tmp"));
-    guard.FailNone();
+    guard.Stop();
     zrtest::DestroyBareContext(ctx);
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }

@@ -174,16 +174,15 @@ TEST_F(AssisterTest, SavingReportsMemoryThatCannotBeHad)
     zrtest::AllocGuard guard;
     {
         zrtest::TestContext ctx;
-        ZrMod *module = zr::NewModule(ctx);
         ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 1);
-        for (uint64_t n = 0; n < 3; ++n) {
-            guard.FailAt(n);
-            EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), ZR_ERR_NO_MEMORY);
-            EXPECT_EQ(module->mergeSourceCount, 0);
-        }
-        guard.FailNone();
-        EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), ZR_OK);
-        ZRS_MOD_Free(module);
+        zrtest::FailEachAllocation(guard, [&](zrtest::FailPoint &memory) {
+            ZrMod *module = zr::NewModule(ctx);
+            uint32_t status =
+                memory.Run([&] { return ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister); });
+            EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+            EXPECT_EQ(module->mergeSourceCount, memory.Failed() ? 0 : 1);
+            ZRS_MOD_Free(module);
+        });
         ZRS_LOADER_ClearLoadAssister(&assister);
     }
     EXPECT_EQ(guard.LiveBlocks(), 0);

@@ -149,20 +149,13 @@ TEST(ConditionText, TakesTheModuleNameOfAPrefix)
 TEST(ConditionRewriting, FailsWhenAnyAllocationFails)
 {
     ModuleUnderTest module;
-    zrtest::AllocGuard guard;
     std::string condition = "x:a";
     for (int i = 0; i < 15; ++i)
         condition += " and x:a";
-    for (uint64_t n = 0;; ++n) {
-        guard.FailAt(n);
-        std::string text = Rewrite(module, condition);
-        bool wasReached = guard.Count() > n;
-        guard.FailNone();
-        EXPECT_EQ(text == "(null)", wasReached);
-        EXPECT_EQ(guard.LiveBlocks(), 0);
-        if (!wasReached)
-            break;
-    }
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        std::string text = memory.Run([&] { return Rewrite(module, condition); });
+        EXPECT_EQ(text == "(null)", memory.Failed());
+    });
 }
 
 } // namespace

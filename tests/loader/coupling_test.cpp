@@ -55,11 +55,6 @@ const ZrtConsDerived *DerivedOf(const ZrNode *leaf)
     return static_cast<const ZrtConsDerived *>(info->realType.constraints[0].body);
 }
 
-std::string TypedLeaf(const std::string &name, const std::string &type)
-{
-    return "<leaf name=\"" + name + "\"><type name=\"" + type + "\"/></leaf>";
-}
-
 } // namespace
 
 TEST(CouplingRelations, AreRecordedWhetherOrNotTheTargetIsThere)
@@ -160,7 +155,8 @@ TEST(CouplingMessages, OfAugmentsAreRecordedBesideAnApplicationsEntryOfThatStage
 TEST(CoupleDeviationAndGenRelation, TellsTheFirstFailingStatusAndTriesAll)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", "<default value=\"v\"/>") + Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", "string", "<default value=\"v\"/>") + Container("c")),
+              ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:x", "add", "<default value=\"w\"/>") +
                                     Deviation("/m:c", "add", "<must condition=\"x\"/>")),
               ZR_OK);
@@ -177,11 +173,10 @@ TEST(UpdateGlobalTypDefDerivedFrom, ResolvesReferencesToTheModulesOwnTypedefs)
     ASSERT_EQ(ctx.LoadBody("m", Import("n") +
                                     "<typedef name=\"u\"><type name=\"t\"/></typedef>"
                                     "<typedef name=\"t\"><type name=\"uint8\"/></typedef>" +
-                                    TypedLeaf("x", "t") + TypedLeaf("y", "n:t") +
-                                    "<rpc name=\"r\"><input>" + TypedLeaf("i", "u") +
-                                    "</input></rpc><notification name=\"e\">" +
-                                    TypedLeaf("k", "u") + "</notification>" +
-                                    Augment("/n:none", Container("p", TypedLeaf("q", "u")))),
+                                    Leaf("x", "t") + Leaf("y", "n:t") + "<rpc name=\"r\"><input>" +
+                                    Leaf("i", "u") + "</input></rpc><notification name=\"e\">" +
+                                    Leaf("k", "u") + "</notification>" +
+                                    Augment("/n:none", Container("p", Leaf("q", "u")))),
               ZR_OK);
     const ZrMod *m = ctx.Module("m");
     EXPECT_EQ(DerivedOf(ctx.Node("/m:x"))->resolved, &m->typedefs[1].realType);
@@ -209,7 +204,7 @@ TEST(UpdateGlobalTypDefDerivedFrom, ATypedefThatCannotBeResolvedIsRecorded)
 TEST(UpdateGlobalTypDefDerivedFrom, ALeafThatCannotBeResolvedIsNoFailure)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", TypedLeaf("x", "none")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", "none")), ZR_OK);
     EXPECT_THAT(ctx.Messages("m"), IsEmpty());
 }
 
@@ -219,7 +214,7 @@ TEST(UpdateGlobalTypDefDerivedFrom, OtherModulesNodesAreLeftAlone)
     ASSERT_EQ(
         ctx.LoadBody("m", "<typedef name=\"t\"><type name=\"int8\"/></typedef>" + Container("c")),
         ZR_OK);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", TypedLeaf("p", "m:t"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p", "m:t"))), ZR_OK);
     EXPECT_EQ(ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(ctx.Module("m")), ZR_OK);
     EXPECT_EQ(DerivedOf(ctx.Node("/m:c/a:p"))->resolved, nullptr);
 }

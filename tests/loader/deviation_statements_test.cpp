@@ -234,25 +234,19 @@ TEST(Deviation, IsClearedWhenADeviateFails)
 TEST(Deviation, LeavesNothingBehindWhenAnyAllocationFails)
 {
     ModuleUnderTest module(ZR_CTX_KEEP_UNITS);
-    zrtest::AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
         ZrsDeviation deviation = {};
-        guard.FailAt(n);
-        uint32_t status =
-            Parse(module, ZRS_LOADER_ParseDeviation,
-                  "<deviation target-node='/x:a1'><deviate value='add'><default value='d1'/>"
-                  "<units name='u1'/><x:e1/></deviate><deviate value='replace'>"
-                  "<type name='typedef1'/></deviate></deviation>",
-                  &deviation);
-        bool wasReached = guard.Count() > n;
-        guard.FailNone();
+        uint32_t status = memory.Run([&] {
+            return Parse(module, ZRS_LOADER_ParseDeviation,
+                         "<deviation target-node='/x:a1'><deviate value='add'><default value='d1'/>"
+                         "<units name='u1'/><x:e1/></deviate><deviate value='replace'>"
+                         "<type name='typedef1'/></deviate></deviation>",
+                         &deviation);
+        });
         ZRS_MOD_ClearDeviation(module.ctx, &deviation);
-        EXPECT_EQ(status != ZR_OK, wasReached) << n;
+        EXPECT_EQ(status != ZR_OK, memory.Failed());
         ZR_CTX_DeleteErrNodeByModName(module->ctx->errMng, "t");
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (!wasReached)
-            break;
-    }
+    });
 }
 
 } // namespace

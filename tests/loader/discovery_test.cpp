@@ -151,19 +151,13 @@ TEST(CollectFiles, SurvivesEveryFailingAllocation)
     TempDir dir;
     dir.Write("m@@a.yin", "");
     dir.Write("m@@b.yin", "");
-    zrtest::AllocGuard guard;
-    {
-        TestContext ctx;
-        ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
-        int64_t before = guard.LiveBlocks();
-        for (uint64_t n = 0; n < 4; ++n) {
-            guard.FailAt(n);
-            zr::FreePathCollection(ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, "m"));
-            guard.FailNone();
-            EXPECT_EQ(guard.LiveBlocks(), before) << "allocation " << n;
-        }
-    }
-    EXPECT_EQ(guard.LiveBlocks(), 0);
+    TestContext ctx;
+    ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        auto *files =
+            memory.Run([&] { return ZRS_LOADER_CollectFilePathMatchedInAllDir(ctx, "m"); });
+        zr::FreePathCollection(files);
+    });
 }
 
 TEST(ReadYinFile, ReturnsTheDocumentOfAWellFormedFile)
@@ -231,9 +225,13 @@ TEST(ReadYinFile, ReturnsNothingWhenTheBufferCannotBeHad)
     TempDir dir;
     std::string path = dir.Write("m.yin", "<a/>");
     zrtest::AllocGuard guard;
-    for (uint64_t n = 0; n < 2; ++n) {
-        guard.FailAt(n, true);
-        EXPECT_EQ(ZRS_LOADER_ReadYinFileToXmlDoc(path.c_str()), nullptr);
-        EXPECT_EQ(guard.LiveBlocks(), 0);
-    }
+    zrtest::FailEachAllocation(
+        guard,
+        [&](zrtest::FailPoint &memory) {
+            xmlDoc *document =
+                memory.Run([&] { return ZRS_LOADER_ReadYinFileToXmlDoc(path.c_str()); });
+            EXPECT_EQ(document == nullptr, memory.Failed());
+            xmlFreeDoc(document);
+        },
+        true);
 }

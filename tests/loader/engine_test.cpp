@@ -187,7 +187,7 @@ TEST(NewArrays, ForgetsTheCountsOfArraysThatCouldNotBeMade)
     EXPECT_EQ(mustCount, 2);
     EXPECT_EQ(featureCount, 0);
     EXPECT_EQ(features, nullptr);
-    guard.FailNone();
+    guard.Stop();
     zr::Free(musts);
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
@@ -333,7 +333,7 @@ TEST(SubStatements, NameTheFailedStatementWhenNothingIsRecordedYet)
     guard.FailAt(0);
     EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_LEAF, rows, 1),
               ZR_ERR_NO_MEMORY);
-    guard.FailNone();
+    guard.Stop();
     EXPECT_THAT(module.Messages(),
                 ElementsAre("Failed to parse statement \"default\" under statement \"leaf\"."));
 }

@@ -233,24 +233,17 @@ TEST(ExtensionInstanceFilter, AlsoHoldsForTheModulesOwnInstances)
 TEST(ExtensionInstance, LeavesNothingBehindWhenAnyAllocationFails)
 {
     ModuleUnderTest module;
-    zrtest::AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
-        uint32_t status = 0;
-        bool wasReached = false;
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
         {
             Container container(module);
-            guard.FailAt(n);
-            status = ParseUnderNode(module, container, "<x:a n='1'><x:b n='2'/></x:a><x:c/>");
-            wasReached = guard.Count() > n;
-            guard.FailNone();
-            EXPECT_EQ(container->extInstCount, wasReached ? 0 : 2);
+            uint32_t status = memory.Run([&] {
+                return ParseUnderNode(module, container, "<x:a n='1'><x:b n='2'/></x:a><x:c/>");
+            });
+            EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+            EXPECT_EQ(container->extInstCount, memory.Failed() ? 0 : 2);
         }
-        EXPECT_EQ(status, wasReached ? ZR_ERR_NO_MEMORY : ZR_OK) << n;
         ZR_CTX_DeleteErrNodeByModName(module->ctx->errMng, "t");
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (!wasReached)
-            break;
-    }
+    });
 }
 
 } // namespace

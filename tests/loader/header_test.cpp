@@ -279,20 +279,10 @@ TEST(ModuleContent, LeavesNothingBehindWhenAnyAllocationFails)
         <leaf name='l1'><type name='t1'/></leaf>
         <augment target-node='/p1:c1'><leaf name='l2'><type name='string'/></leaf></augment>
         <deviation target-node='/p1:c1'><deviate value='not-supported'/></deviation>)");
-    for (uint64_t n = 0;; ++n) {
-        zrtest::AllocGuard guard;
-        bool wasReached = false;
-        {
-            TestContext ctx(ZR_CTX_KEEP_DESCRIPTIONS);
-            guard.FailAt(n);
-            ctx.Load(yin);
-            wasReached = guard.Count() > n;
-            guard.FailNone();
-        }
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (!wasReached)
-            break;
-    }
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        TestContext ctx(ZR_CTX_KEEP_DESCRIPTIONS);
+        memory.RunStatus([&] { return ctx.Load(yin); });
+    });
 }
 
 } // namespace

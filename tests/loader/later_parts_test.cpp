@@ -125,13 +125,14 @@ TEST_F(LaterParts, GiveNodesToAnAugmentThatHadNone)
 
 TEST_F(LaterParts, MeetTheNodesAsTheyWereBeforeDeviations)
 {
-    Part(Container("c", Leaf("gone") + Leaf("a", "<default value=\"1\"/>")));
+    Part(Container("c", Leaf("gone") + Leaf("a", "string", "<default value=\"1\"/>")));
     Other("d", Import("m") + Deviation("/m:c", "add", kConfigFalse) +
                    Deviation("/m:c/m:gone", "not-supported") +
                    Deviation("/m:c/m:a", "add", "<must condition=\"1\"/><units name=\"u\"/>") +
                    Deviation("/m:c/m:a", "delete", "<default value=\"1\"/>") +
                    Deviation("/m:c/m:late", "add", "<default value=\"2\"/>"));
-    Part(Container("c", Leaf("gone") + Leaf("a", "<default value=\"1\"/>") + Leaf("late")));
+    Part(Container("c",
+                   Leaf("gone") + Leaf("a", "string", "<default value=\"1\"/>") + Leaf("late")));
     EXPECT_THAT(ctx.Messages(), IsEmpty());
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("a", "late"));
     EXPECT_EQ(ctx.Node("/m:c/a")->mustCount, 1);
@@ -248,33 +249,22 @@ TEST(LaterPart, EveryFailingAllocationLeavesASchemaThatALaterLoadCanFinish)
                 ModuleText("x", Import("m") + Augment("/m:c", Leaf("x1")) +
                                     Augment("/m:r/m:input", Leaf("i")) +
                                     Deviation("/m:c/m:a", "add", "<must condition=\"1\"/>")));
-    AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
-        bool complete = false;
-        {
-            TestContext ctx(kKeepAll);
-            ZR_CTX_SetSearchDir(ctx, first.path().c_str());
-            ZR_CTX_SetSearchDir(ctx, second.path().c_str());
-            for (const char *name : {"t", "m", "x"})
-                ASSERT_EQ(ZR_CTX_LoadModule(ctx, name), ZR_OK);
-            std::string late = second.Write(
-                "m@@1.yin",
-                ModuleText("m", Import("t") + Container("c", Leaf("a") + Leaf("b")) +
-                                    Augment("/t:c", Container("k", Leaf("a") + Leaf("b")))));
-            guard.FailAt(n);
-            uint32_t status = ZR_CTX_LoadModule(ctx, "m");
-            complete = guard.Count() <= n;
-            guard.FailNone();
-            EXPECT_TRUE(!complete || status == ZR_OK);
-            EXPECT_NE(ctx.Node("/m:c/a"), nullptr) << n;
-            EXPECT_NE(ctx.Node("/m:c/x:x1"), nullptr) << n;
-            EXPECT_NE(ctx.Node("/t:c/m:k/a"), nullptr) << n;
-            EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), ZR_OK);
-            EXPECT_TRUE(ctx.Node("/m:c/b") != nullptr || !ctx.Messages("m").empty()) << n;
-            std::filesystem::remove(late);
-        }
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (complete)
-            break;
-    }
+    FailEachAllocation([&](FailPoint &memory) {
+        TestContext ctx(kKeepAll);
+        ZR_CTX_SetSearchDir(ctx, first.path().c_str());
+        ZR_CTX_SetSearchDir(ctx, second.path().c_str());
+        for (const char *name : {"t", "m", "x"})
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, name), ZR_OK);
+        std::string late = second.Write(
+            "m@@1.yin",
+            ModuleText("m", Import("t") + Container("c", Leaf("a") + Leaf("b")) +
+                                Augment("/t:c", Container("k", Leaf("a") + Leaf("b")))));
+        memory.RunStatus([&] { return ZR_CTX_LoadModule(ctx, "m"); });
+        EXPECT_NE(ctx.Node("/m:c/a"), nullptr);
+        EXPECT_NE(ctx.Node("/m:c/x:x1"), nullptr);
+        EXPECT_NE(ctx.Node("/t:c/m:k/a"), nullptr);
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), ZR_OK);
+        EXPECT_TRUE(ctx.Node("/m:c/b") != nullptr || !ctx.Messages("m").empty());
+        std::filesystem::remove(late);
+    });
 }

@@ -8,13 +8,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using zrtest::ModuleUnderTest;
 using zrtest::TestContext;
+using zrtest::yin::Import;
 
 namespace {
-
-std::string Import(const std::string &module, const std::string &prefix)
-{
-    return "<import module='" + module + "'><prefix value='" + prefix + "'/></import>";
-}
 
 // "module=prefix" of every import.
 std::string Imports(const ZrMod *module)

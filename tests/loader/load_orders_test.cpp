@@ -86,7 +86,7 @@ ModuleSet AugmentedAndDeviated(const std::string &top, const DeviateRow &row,
     ModuleSet set;
     set.names = {"a", "b", "v"};
     set.texts["a"] = ModuleText("a", imports + Container("top", top));
-    set.texts["b"] = ModuleText("b", imports + Augment("/a:top", Leaf("foo", row.node)));
+    set.texts["b"] = ModuleText("b", imports + Augment("/a:top", Leaf("foo", "string", row.node)));
     set.texts["v"] = ModuleText("v", imports + row.deviation + topDeviation);
     return set;
 }

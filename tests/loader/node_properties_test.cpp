@@ -229,24 +229,19 @@ TEST(Must, IsClearedWhenASubStatementFails)
 TEST(Must, LeavesNothingBehindWhenAnyAllocationFails)
 {
     ModuleUnderTest module;
-    zrtest::AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
         ZrsMust must = {};
-        guard.FailAt(n);
-        uint32_t status = Parse(module, ZRS_LOADER_ParseMust,
-                                "<must condition='x:c1'><error-app-tag value='t1'/>"
-                                "<error-message><value>m1</value></error-message></must>",
-                                &must);
-        bool wasReached = guard.Count() > n;
-        guard.FailNone();
-        EXPECT_TRUE(status == ZR_OK || status == ZR_ERR_NO_MEMORY) << n;
-        EXPECT_EQ(must.condition != nullptr, status == ZR_OK) << n;
+        uint32_t status = memory.Run([&] {
+            return Parse(module, ZRS_LOADER_ParseMust,
+                         "<must condition='x:c1'><error-app-tag value='t1'/>"
+                         "<error-message><value>m1</value></error-message></must>",
+                         &must);
+        });
+        EXPECT_TRUE(status == ZR_OK || status == ZR_ERR_NO_MEMORY);
+        EXPECT_EQ(must.condition != nullptr, status == ZR_OK);
         ZRS_NODE_ClearMust(module.dict(), &must);
         ZR_CTX_DeleteErrNodeByModName(module->ctx->errMng, "t");
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (!wasReached)
-            break;
-    }
+    });
 }
 
 } // namespace

@@ -23,21 +23,23 @@ struct NodeKindRow {
 };
 
 const NodeKindRow kKinds[] = {
-    {"container", ZRS_LOADER_ParseContainer, 1, "<container name='n'>", "", "n"},
-    {"leaf", ZRS_LOADER_ParseLeaf, 2, "<leaf name='n'>", "<type name='string'/>", "n"},
-    {"leaf-list", ZRS_LOADER_ParseLeafList, 3, "<leaf-list name='n'>", "<type name='string'/>",
+    {"container", ZRS_LOADER_ParseContainer, ZR_NODE_CONTAINER, "<container name='n'>", "", "n"},
+    {"leaf", ZRS_LOADER_ParseLeaf, ZR_NODE_LEAF, "<leaf name='n'>", "<type name='string'/>", "n"},
+    {"leaf-list", ZRS_LOADER_ParseLeafList, ZR_NODE_LEAF_LIST, "<leaf-list name='n'>",
+     "<type name='string'/>", "n"},
+    {"list", ZRS_LOADER_ParseList, ZR_NODE_LIST, "<list name='n'>", "", "n"},
+    {"choice", ZRS_LOADER_ParseChoice, ZR_NODE_CHOICE, "<choice name='n'>", "", "n"},
+    {"case", ZRS_LOADER_ParseCase, ZR_NODE_CASE, "<case name='n'>", "", "n"},
+    {"anydata", ZRS_LOADER_ParseAnydata, ZR_NODE_ANYDATA, "<anydata name='n'>", "", "n"},
+    {"anyxml", ZRS_LOADER_ParseAnyxml, ZR_NODE_ANYXML, "<anyxml name='n'>", "", "n"},
+    {"action", ZRS_LOADER_ParseAction, ZR_NODE_ACTION, "<action name='n'>", "", "n"},
+    {"rpc", ZRS_LOADER_ParseRpc, ZR_NODE_RPC, "<rpc name='n'>", "", "n"},
+    {"notification", ZRS_LOADER_ParseNotif, ZR_NODE_NOTIFICATION, "<notification name='n'>", "",
      "n"},
-    {"list", ZRS_LOADER_ParseList, 4, "<list name='n'>", "", "n"},
-    {"choice", ZRS_LOADER_ParseChoice, 5, "<choice name='n'>", "", "n"},
-    {"case", ZRS_LOADER_ParseCase, 6, "<case name='n'>", "", "n"},
-    {"anydata", ZRS_LOADER_ParseAnydata, 7, "<anydata name='n'>", "", "n"},
-    {"anyxml", ZRS_LOADER_ParseAnyxml, 8, "<anyxml name='n'>", "", "n"},
-    {"action", ZRS_LOADER_ParseAction, 9, "<action name='n'>", "", "n"},
-    {"rpc", ZRS_LOADER_ParseRpc, 10, "<rpc name='n'>", "", "n"},
-    {"notification", ZRS_LOADER_ParseNotif, 11, "<notification name='n'>", "", "n"},
-    {"input", ZRS_LOADER_ParseInput, 12, "<input>", "", "input"},
-    {"output", ZRS_LOADER_ParseOutput, 13, "<output>", "", "output"},
-    {"augment", ZRS_LOADER_ParseAugment, 14, "<augment target-node='/x:a/x:b'>", "", "/x-mod:a/b"},
+    {"input", ZRS_LOADER_ParseInput, ZR_NODE_INPUT, "<input>", "", "input"},
+    {"output", ZRS_LOADER_ParseOutput, ZR_NODE_OUTPUT, "<output>", "", "output"},
+    {"augment", ZRS_LOADER_ParseAugment, ZR_NODE_AUGMENT, "<augment target-node='/x:a/x:b'>", "",
+     "/x-mod:a/b"},
 };
 
 std::string Xml(const NodeKindRow &row, const std::string &more = "")
@@ -81,11 +83,12 @@ TEST(NodeParser, PutsATopLevelNodeIntoTheModulesList)
         uint32_t status = Parse(module, row.parse, Xml(row), module.get(), ZRS_STMT_MODULE);
         ZrNode *const heads[] = {module->dataNodes, module->rpcs, module->notifications,
                                  module->augments};
-        const ZrNode *expected = row.kind == 10   ? module->rpcs
-                                 : row.kind == 11 ? module->notifications
-                                 : row.kind == 14 ? module->augments
-                                                  : module->dataNodes;
-        bool isTopLevel = row.kind != 6 && row.kind != 9 && row.kind != 12 && row.kind != 13;
+        const ZrNode *expected = row.kind == ZR_NODE_RPC            ? module->rpcs
+                                 : row.kind == ZR_NODE_NOTIFICATION ? module->notifications
+                                 : row.kind == ZR_NODE_AUGMENT      ? module->augments
+                                                                    : module->dataNodes;
+        bool isTopLevel = row.kind != ZR_NODE_CASE && row.kind != ZR_NODE_ACTION &&
+                          row.kind != ZR_NODE_INPUT && row.kind != ZR_NODE_OUTPUT;
         EXPECT_EQ(status, isTopLevel ? ZR_OK : ZR_ERR_INVALID) << row.keyword;
         EXPECT_EQ(expected != nullptr, isTopLevel) << row.keyword;
         size_t filled = 0;
@@ -216,7 +219,6 @@ TEST(NodeParser, TakesADocumentAsDeepAsTheXmlParserAllows)
 TEST(NodeParser, LeavesNothingBehindWhenAnyAllocationFails)
 {
     ModuleUnderTest module(ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS);
-    zrtest::AllocGuard guard;
     const std::string xml = R"(
         <list name='l1'>
           <key value='k1'/> <if-feature name='f1'/> <must condition='c1'/>
@@ -226,23 +228,16 @@ TEST(NodeParser, LeavesNothingBehindWhenAnyAllocationFails)
           <choice name='ch1'><default value='ca1'/><case name='ca1'/></choice>
           <action name='ac1'><input/><output/></action>
         </list>)";
-    for (uint64_t n = 0;; ++n) {
-        bool wasReached = false;
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
         {
             Parent parent(module);
-            guard.FailAt(n);
-            uint32_t status =
-                Parse(module, ZRS_LOADER_ParseList, xml, parent.node, ZRS_STMT_CONTAINER);
-            wasReached = guard.Count() > n;
-            guard.FailNone();
-            EXPECT_EQ(parent.node->firstChild != nullptr, status == ZR_OK) << n;
-            EXPECT_TRUE(wasReached || status == ZR_OK);
+            uint32_t status = memory.RunStatus([&] {
+                return Parse(module, ZRS_LOADER_ParseList, xml, parent.node, ZRS_STMT_CONTAINER);
+            });
+            EXPECT_EQ(parent.node->firstChild != nullptr, status == ZR_OK);
         }
         ZR_CTX_DeleteErrNodeByModName(module->ctx->errMng, "t");
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (!wasReached)
-            break;
-    }
+    });
 }
 
 } // namespace

@@ -15,13 +15,9 @@ using testing::IsEmpty;
 using zrtest::ModuleText;
 using zrtest::TempDir;
 using zrtest::TestContext;
+using zrtest::yin::Leaf;
 
 namespace {
-
-std::string Leaf(const std::string &name)
-{
-    return "<leaf name='" + name + "'><type name='string'/></leaf>";
-}
 
 class LoadModule : public testing::Test {
 protected:
@@ -351,20 +347,13 @@ TEST_F(LoadModule, LeavesNothingBehindWhateverAllocationFails)
 {
     Write("m@@a.yin", "m", "<feature name='f'/><container name='c'>" + Leaf("a") + "</container>");
     Write("m@@b.yin", "m", "<container name='c'>" + Leaf("b") + "</container>");
-    zrtest::AllocGuard guard;
-    bool failed = true;
-    for (uint64_t n = 0; failed; ++n) {
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
         TestContext fresh;
         ASSERT_EQ(ZR_CTX_SetSearchDir(fresh, dir.path().c_str()), ZR_OK);
-        guard.FailAt(n);
-        uint32_t status = ZR_CTX_LoadModule(fresh, "m");
-        failed = guard.Count() > n;
-        guard.FailNone();
+        uint32_t status = memory.RunStatus([&] { return ZR_CTX_LoadModule(fresh, "m"); });
         EXPECT_EQ(status == ZR_OK, fresh.Module("m") != nullptr);
-        EXPECT_EQ(ZR_CTX_LoadModule(fresh, "m"), ZR_OK)
-            << "the context stays usable, allocation " << n;
-    }
-    EXPECT_EQ(guard.LiveBlocks(), 0);
+        EXPECT_EQ(ZR_CTX_LoadModule(fresh, "m"), ZR_OK) << "the context stays usable";
+    });
 }
 
 TEST(LoadMemory, RefusesTextThatIsNoXml)

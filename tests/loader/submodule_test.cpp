@@ -12,22 +12,10 @@ using testing::IsEmpty;
 using zrtest::ModuleText;
 using zrtest::TempDir;
 using zrtest::TestContext;
+using zrtest::yin::Leaf;
+using zrtest::yin::SubmoduleText;
 
 namespace {
-
-const char *const kOpen = "xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:p='urn:m'>";
-
-std::string Leaf(const std::string &name)
-{
-    return "<leaf name='" + name + "'><type name='string'/></leaf>";
-}
-
-// Submodule `name` of module "m", which it calls "p".
-std::string SubmoduleText(const std::string &name, const std::string &content)
-{
-    return "<submodule name='" + name + "' " + kOpen +
-           "<belongs-to module='m'><prefix value='p'/></belongs-to>" + content + "</submodule>";
-}
 
 std::vector<std::string> g_files;
 
@@ -406,21 +394,11 @@ TEST_F(Submodule, LeavesNothingBehindWhenAnyAllocationFails)
                                       "<feature name='f1'/><leaf name='n1'><type name='int8'/>"
                                       "</leaf><p:e1/>"));
     const std::string text = ModuleText("m", "<include module='s'/><feature name='f2'/>");
-    for (uint64_t n = 0;; ++n) {
-        zrtest::AllocGuard guard;
-        bool wasReached = false;
-        {
-            TestContext fresh;
-            ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
-            guard.FailAt(n);
-            fresh.Load(text);
-            wasReached = guard.Count() > n;
-            guard.FailNone();
-        }
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (!wasReached)
-            break;
-    }
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        TestContext fresh;
+        ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
+        memory.RunStatus([&] { return fresh.Load(text); });
+    });
 }
 
 } // namespace

@@ -107,7 +107,7 @@ TEST(ArgumentStatement, FailsWith12WhenTheTextCannotBeKept)
         EXPECT_EQ(Parse(module, row.parse, "<" + std::string(row.keyword) + " value='new'/>",
                         text.slot()),
                   ZR_ERR_NO_MEMORY);
-        guard.FailNone();
+        guard.Stop();
         EXPECT_EQ(text.get(), nullptr);
     }
 }
@@ -251,7 +251,7 @@ TEST(TextStatement, FailsWith12WhenTheTextCannotBeKept)
         EXPECT_EQ(
             Parse(module, row.parse, Element(row.keyword, Element(row.child, "new")), text.slot()),
             ZR_ERR_NO_MEMORY);
-        guard.FailNone();
+        guard.Stop();
         EXPECT_EQ(text.get(), nullptr);
     }
 }

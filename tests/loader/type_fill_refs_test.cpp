@@ -59,14 +59,15 @@ TEST(DerivedFill, IsRefusedWithoutMemoryForANameThatIsNotInterned)
     YinElement element("<type name=\"a\"/>");
     ZrtConsDerived body = {};
     const char *name = std::exchange(snippet.module()->name, "not-interned");
-    zrtest::AllocGuard guard;
-    for (uint64_t n = 0; n < 2; ++n) {
-        guard.FailAt(n);
-        EXPECT_EQ(ZRT_LOADER_FillConsDataAndAllDerivedSeg(snippet.module(), nullptr, &body,
-                                                          element.get(), 1),
-                  ZR_ERR_NO_MEMORY);
-        EXPECT_EQ(guard.LiveBlocks(), 0);
-    }
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        uint32_t status = memory.Run([&] {
+            return ZRT_LOADER_FillConsDataAndAllDerivedSeg(snippet.module(), nullptr, &body,
+                                                           element.get(), 1);
+        });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        zr::Release(&snippet.context().get()->dict, body.moduleName);
+        zr::Release(&snippet.context().get()->dict, body.typedefName);
+    });
     snippet.module()->name = name;
 }
 

@@ -133,23 +133,17 @@ constexpr char kEverything[] = R"(<type name="t:everything">
 TEST(TypeStatement, FailsCleanlyWhicheverAllocationFails)
 {
     YinElement element(kEverything);
-    zrtest::AllocGuard guard;
-    uint64_t n = 0;
-    for (bool done = false; !done; ++n) {
-        {
-            SnippetModule module(ZR_CTX_KEEP_DESCRIPTIONS);
-            ZrtRealType type = {};
-            guard.FailAt(n);
-            uint32_t status =
-                ZRT_LOADER_ParseTypeStmt(module.module(), element.get(), ZRS_STMT_LEAF, &type);
-            guard.FailNone();
-            done = status == ZR_OK;
-            EXPECT_TRUE(done || status == ZR_ERR_NO_MEMORY || status == ZR_ERR_INVALID) << status;
-            ZRT_TYPE_DestroyZrtRealTypeInner(module.context(), &type);
-        }
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-    }
-    EXPECT_GT(n, 30u);
+    uint64_t points = zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        SnippetModule module(ZR_CTX_KEEP_DESCRIPTIONS);
+        ZrtRealType type = {};
+        uint32_t status = memory.RunStatus([&] {
+            return ZRT_LOADER_ParseTypeStmt(module.module(), element.get(), ZRS_STMT_LEAF, &type);
+        });
+        EXPECT_TRUE(status == ZR_OK || status == ZR_ERR_NO_MEMORY || status == ZR_ERR_INVALID)
+            << status;
+        ZRT_TYPE_DestroyZrtRealTypeInner(module.context(), &type);
+    });
+    EXPECT_GT(points, 30u);
 }
 
 // A typedef statement that is parsed and given back.
@@ -258,25 +252,18 @@ TEST(TypeDefStatement, FailsCleanlyWhicheverAllocationFails)
 {
     YinElement element(std::string("<typedef name=\"td\">") + kEverything +
                        "<default value=\"d\"/><units name=\"u\"/></typedef>");
-    zrtest::AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
-        uint32_t status = 0;
-        {
-            SnippetModule module(ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS);
-            ZrsTypDef typeDef = {};
-            guard.FailAt(n);
-            status = ZRT_LOADER_ParseTypeDefStmt(module.module(), element.get(), ZRS_STMT_MODULE,
-                                                 &typeDef);
-            guard.FailNone();
-            if (status != ZR_OK) {
-                EXPECT_EQ(typeDef.name, nullptr);
-            }
-            ZRS_TYPE_DestroyTypDefInner(module.context(), &typeDef);
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        SnippetModule module(ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS);
+        ZrsTypDef typeDef = {};
+        uint32_t status = memory.RunStatus([&] {
+            return ZRT_LOADER_ParseTypeDefStmt(module.module(), element.get(), ZRS_STMT_MODULE,
+                                               &typeDef);
+        });
+        if (status != ZR_OK) {
+            EXPECT_EQ(typeDef.name, nullptr);
         }
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (status == ZR_OK)
-            break;
-    }
+        ZRS_TYPE_DestroyTypDefInner(module.context(), &typeDef);
+    });
 }
 
 } // namespace

@@ -147,7 +147,7 @@ TEST(Unload, ADeviationWithoutATargetChangedNothing)
 TEST(Unload, ADeviationThatFailedPartOfTheWayIsUndone)
 {
     Dir set;
-    set.Add("m", Leaf("x", "<default value=\"v\"/>"));
+    set.Add("m", Leaf("x", "string", "<default value=\"v\"/>"));
     set.Add("d", Import("m") +
                      Deviation("/m:x", "add", "<mandatory value=\"true\"/><default value=\"w\"/>"));
     ASSERT_EQ(ZR_NODE_IsMandatory(set.ctx.Node("/m:x")), 1u);
@@ -384,31 +384,20 @@ TEST(Unload, EveryFailingAllocationEitherChangesNothingOrIsAStatusOfTheReload)
                                            Augment("/m:r/m:input", Leaf("i"))));
     dir.Write("b.yin", ModuleText("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q"))));
     dir.Write("d.yin", ModuleText("d", Import("m") + Deviation("/m:c", "add", Must("x"))));
-    AllocGuard guard;
     uint64_t unchanged = 0;
-    for (uint64_t n = 0;; ++n) {
-        bool complete = false;
-        {
-            TestContext ctx;
-            ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), ZR_OK);
-            for (const char *name : {"m", "a", "b", "d"})
-                ASSERT_EQ(ZR_CTX_LoadModule(ctx, name), ZR_OK);
-            ZR_MOD_EnableFeature(ctx.Module("a"), "f");
-            std::string before = DumpContext(ctx);
-            guard.FailAt(n);
-            uint32_t status = ZR_CTX_UnloadModule(ctx, "d");
-            complete = guard.Count() <= n;
-            guard.FailNone();
-            if (ctx.Module("d") != nullptr) {
-                EXPECT_EQ(status, ZR_ERR_NO_MEMORY) << n;
-                EXPECT_EQ(DumpContext(ctx), before) << n;
-                ++unchanged;
-            }
-            EXPECT_TRUE(!complete || status == ZR_OK);
+    FailEachAllocation([&](FailPoint &memory) {
+        TestContext ctx;
+        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), ZR_OK);
+        for (const char *name : {"m", "a", "b", "d"})
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, name), ZR_OK);
+        ZR_MOD_EnableFeature(ctx.Module("a"), "f");
+        std::string before = DumpContext(ctx);
+        uint32_t status = memory.RunStatus([&] { return ZR_CTX_UnloadModule(ctx, "d"); });
+        if (ctx.Module("d") != nullptr) {
+            EXPECT_EQ(status, ZR_ERR_NO_MEMORY);
+            EXPECT_EQ(DumpContext(ctx), before);
+            ++unchanged;
         }
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (complete)
-            break;
-    }
+    });
     EXPECT_GT(unchanged, 5u);
 }

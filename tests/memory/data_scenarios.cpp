@@ -89,27 +89,22 @@ void LoadData(World &world)
                             data + "</notification>");
 }
 
-std::string In(const std::string &name, const std::string &content)
-{
-    return "<" + name + " xmlns='urn:m'>" + content + "</" + name + ">";
-}
-
 void Completion(World &world)
 {
     LoadData(world);
-    world.Request(In("op", ""));
-    world.Request(In("op", "<kind>d</kind><box><out>o</out></box><rail>t</rail><l><k>1</k></l>"
-                           "<l><k>2</k><v>x</v></l><there><need>n</need></there>"));
-    world.Request(In("top", "<act><mode>off</mode></act>"));
+    world.Request(Data("op", ""));
+    world.Request(Data("op", "<kind>d</kind><box><out>o</out></box><rail>t</rail><l><k>1</k></l>"
+                             "<l><k>2</k><v>x</v></l><there><need>n</need></there>"));
+    world.Request(Data("top", "<act><mode>off</mode></act>"));
 }
 
 void Conditions(World &world)
 {
     LoadData(world);
-    world.Request(In("op", "<box><in>y</in><out>o</out></box>"));
-    world.Request(In("op", "<l><k>bad</k></l>"));
-    world.Notify(In("event", "<box><in>y</in><out>o</out></box><l><k>2</k><v/></l>"));
-    world.Notify(In("event", "<mode>off</mode><l><k>bad</k></l>"));
+    world.Request(Data("op", "<box><in>y</in><out>o</out></box>"));
+    world.Request(Data("op", "<l><k>bad</k></l>"));
+    world.Notify(Data("event", "<box><in>y</in><out>o</out></box><l><k>2</k><v/></l>"));
+    world.Notify(Data("event", "<mode>off</mode><l><k>bad</k></l>"));
 }
 
 // Conditions that ask for what stands behind many entries: remembered or not, the answers are the
@@ -126,23 +121,23 @@ void ManyEntries(World &world)
     std::string entries;
     for (int i = 0; i < 33; ++i)
         entries += "<l><k>1</k></l>";
-    world.Request(In("op", entries + "<mode>x</mode>"));
-    world.Notify(In("event", entries + "<mode>y</mode><need/>"));
+    world.Request(Data("op", entries + "<mode>x</mode>"));
+    world.Notify(Data("event", entries + "<mode>y</mode><need/>"));
 }
 
 void ErrorRecords(World &world)
 {
     LoadData(world);
     world.Request("<op");
-    world.Request(In("none", ""));
+    world.Request(Data("none", ""));
     world.Request("<op xmlns='urn:none'/>");
-    world.Request(In("op", "<none/>"));
-    world.Request(In("op", "<mode/><mode/>"));
-    world.Request(In("op", "<there/><mode/>"));
-    world.Request(In("op", "<road/><rail/>"));
-    world.Request(In("op", "<l><k>1</k><v>none</v></l>"));
-    world.Request(In("op", "<there/>"));
-    world.Request(In("top", ""));
+    world.Request(Data("op", "<none/>"));
+    world.Request(Data("op", "<mode/><mode/>"));
+    world.Request(Data("op", "<there/><mode/>"));
+    world.Request(Data("op", "<road/><rail/>"));
+    world.Request(Data("op", "<l><k>1</k><v>none</v></l>"));
+    world.Request(Data("op", "<there/>"));
+    world.Request(Data("top", ""));
 }
 
 void Printing(World &world)

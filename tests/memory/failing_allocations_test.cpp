@@ -93,13 +93,13 @@ bool FailingAllocations::TryPoint(uint64_t n, const Outcome &expected)
     guard_.FailAt(n, all());
     ZrCtx *ctx = ZR_CTX_Create(scenario().flags);
     if (ctx == nullptr) {
-        guard_.FailNone();
+        guard_.Stop();
         EXPECT_EQ(guard_.LiveBlocks(), 0) << "after a context that could not be made";
         return true;
     }
     Outcome failed = RunOnce(scenario(), ctx, folder_);
     bool reached = guard_.Count() > n;
-    guard_.FailNone();
+    guard_.Stop();
     // A single failure shows in a result or in a recorded message, or has changed nothing.
     if (!all() && failed.results == expected.results && failed.messages == expected.messages) {
         EXPECT_EQ(failed.schema, expected.schema) << "a failure went unsaid";

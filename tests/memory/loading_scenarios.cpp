@@ -91,24 +91,18 @@ void Imports(World &world)
     world.Node("/c:k/b:n");
 }
 
-std::string Submodule(const std::string &name, const std::string &body)
-{
-    return "<submodule name='" + name +
-           "' xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:p='urn:m'>"
-           "<belongs-to module='m'><prefix value='p'/></belongs-to>" +
-           body + "</submodule>";
-}
-
 void WriteSubmodules(const TempDir &folder)
 {
     folder.Write("m.yin", ModuleText("m", "<include module='s'/><include module='t'/>"
                                           "<leaf name='own'><type name='word'/></leaf>"));
-    folder.Write("s.yin", Submodule("s", "<include module='t'/><feature name='f'/><p:x arg='1'/>"
+    folder.Write("s.yin",
+                 yin::SubmoduleText("s", "<include module='t'/><feature name='f'/><p:x arg='1'/>"
                                          "<container name='c'><when condition='p:own'/></container>"
                                          "<augment target-node='/p:c'><leaf name='l'>"
                                          "<if-feature name='p:f'/><type name='p:word'/></leaf>"
                                          "</augment>"));
-    folder.Write("t.yin", Submodule("t", "<typedef name='word'><type name='string'/></typedef>"
+    folder.Write("t.yin",
+                 yin::SubmoduleText("t", "<typedef name='word'><type name='string'/></typedef>"
                                          "<rpc name='r'/>"));
     folder.Write("broken.yin", ModuleText("broken", "<include module='none'/>"));
 }
@@ -127,7 +121,7 @@ void WriteParts(const TempDir &folder)
                                "<include module='s'/><extension name='e'/>"
                                "<feature name='f'><if-feature name='g'/></feature>"
                                "<identity name='i'><base name='x:i'/></identity><m:e a='1'/>";
-    folder.Write("s.yin", Submodule("s", ""));
+    folder.Write("s.yin", yin::SubmoduleText("s", ""));
     folder.Write("m@@one.yin",
                  ModuleText("m", header + "<container name='c'><leaf name='a'>"
                                           "<type name='string'/></leaf></container>"));

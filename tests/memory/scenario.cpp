@@ -159,7 +159,8 @@ void World::Request(const std::string &xml)
 {
     int defaults = 0;
     std::string text = xml;
-    ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(ctx_, 1, text.data(), CountDefault, &defaults);
+    ZrdErrNode *error =
+        ZR_CTX_ValidateRpcDataTree(ctx_, ZR_VALUE_STRING, text.data(), CountDefault, &defaults);
     if (error != nullptr) {
         EXPECT_EQ(ZR_GetErrorType(error), uint32_t{ZR_ERROR_TYPE_APPLICATION});
         EXPECT_EQ(ZR_GetErrorSeverity(error), uint32_t{ZR_ERROR_SEVERITY_ERROR});

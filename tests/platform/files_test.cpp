@@ -142,7 +142,7 @@ TEST_F(Files, FOpenGivesNullAndKeepsNothingOpenWhenMemoryRunsOut)
     zrtest::AllocGuard guard;
     guard.FailAt(0);
     EXPECT_EQ(PAL_VFS_FOpen(path.c_str(), "r"), nullptr);
-    guard.FailNone();
+    guard.Stop();
     PalFile *file = PAL_VFS_FOpen(path.c_str(), "r");
     EXPECT_NE(file, nullptr);
     PAL_VFS_FClose(file);
@@ -254,7 +254,7 @@ TEST_F(Files, FindGivesEveryBlockBackAlsoWhenMemoryRunsOut)
     char path[256];
     guard.FailAt(0);
     EXPECT_EQ(PAL_VFS_FindFirst(Path("*").c_str(), path, sizeof(path)), nullptr);
-    guard.FailNone();
+    guard.Stop();
     PAL_VFS_FindClose(PAL_VFS_FindFirst(Path("*").c_str(), path, sizeof(path)));
     EXPECT_EQ(PAL_VFS_FindFirst(Path("x").c_str(), path, sizeof(path)), nullptr);
     EXPECT_EQ(guard.LiveBlocks(), 0);

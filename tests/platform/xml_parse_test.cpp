@@ -9,7 +9,7 @@
 #include <cstring>
 #include <string>
 
-#include "support/xml_alloc.h"
+#include "support/alloc.h"
 
 namespace {
 
@@ -80,17 +80,16 @@ TEST(ParseXmlText, ShortOfMemoryGivesNothingRatherThanAPartOfTheDocument)
         std::string(5000, 't') + "<b/><c><m:d>text<![CDATA[more]]></m:d></c><?p i?></m:a>";
     std::string whole = Parsed(text);
     ASSERT_NE(whole, "nothing");
-    zrtest::XmlAllocGuard memory;
-    for (bool all : {false, true}) {
-        bool failed = true;
-        for (uint64_t n = 0; failed; ++n) {
-            memory.FailAt(n, all);
-            std::string parsed = Parsed(text);
-            failed = memory.Stop();
-            EXPECT_TRUE(parsed == whole || (failed && parsed == "nothing"))
-                << "allocation " << n << " gave " << parsed.substr(0, 100);
-        }
-    }
+    zrtest::XmlAllocGuard guard;
+    for (bool all : {false, true})
+        zrtest::FailEachAllocation(
+            guard,
+            [&](zrtest::FailPoint &memory) {
+                std::string parsed = memory.Run([&] { return Parsed(text); });
+                EXPECT_TRUE(parsed == whole || (memory.Failed() && parsed == "nothing"))
+                    << parsed.substr(0, 100);
+            },
+            all);
 }
 
 // ---- what the process is set to, and what a text asks for

@@ -284,7 +284,7 @@ TEST(PrintModelTree, NeedsOneAllocationAndFailsWith12WithoutIt)
         guard.FailAt(1);
         EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), ZR_OK);
         EXPECT_EQ(guard.Count(), 1u);
-        guard.FailNone();
+        guard.Stop();
         EXPECT_EQ(guard.LiveBlocks(), blocks);
     }
     EXPECT_EQ(guard.LiveBlocks(), 0);

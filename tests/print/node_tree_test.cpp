@@ -211,7 +211,7 @@ TEST_F(PrintNodesTree, WithoutMemoryForTheBufferFailsWith12)
     guard.FailAt(0);
     EXPECT_EQ(ZR_NODE_PrintNodesTree(node, TakePiece, &pieces), ZR_ERR_NO_MEMORY);
     EXPECT_TRUE(pieces.pieces.empty());
-    guard.FailNone();
+    guard.Stop();
     EXPECT_EQ(ZR_NODE_PrintNodesTree(node, TakePiece, &pieces), ZR_OK);
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }

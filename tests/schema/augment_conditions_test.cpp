@@ -88,18 +88,13 @@ TEST(GetParentCond, FitsConditionsOfNothingButShortNames)
 
 TEST(GetParentCond, LeaksNothingWhenMemoryRunsOut)
 {
-    AllocGuard guard;
-    uint64_t n = 0;
-    for (;; ++n) {
-        guard.FailAt(n);
-        char *text = ZRS_NODE_GetParentCond("a and b or c = current()/d and e/f/g");
-        bool done = text != nullptr;
+    uint64_t points = FailEachAllocation([&](FailPoint &memory) {
+        char *text = memory.Run(
+            [&] { return ZRS_NODE_GetParentCond("a and b or c = current()/d and e/f/g"); });
+        EXPECT_EQ(text == nullptr, memory.Failed());
         zr::Free(text);
-        EXPECT_EQ(guard.LiveBlocks(), 0);
-        if (done)
-            break;
-    }
-    EXPECT_GE(n, 3u);
+    });
+    EXPECT_GE(points, 3u);
 }
 
 TEST(CombineTwoWhenCondition, JoinsBothInBrackets)
@@ -127,8 +122,9 @@ TEST(AugmentConditions, ABareNameBecomesTheChildsConditionOrGoesBeforeItsOwn)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), ZR_OK);
     ASSERT_EQ(
-        ctx.LoadBody("a", Import("m") + Augment("/m:c", "<when condition=\"x\"/>" + Leaf("p") +
-                                                            Leaf("q", "<when condition=\"y\"/>"))),
+        ctx.LoadBody("a", Import("m") +
+                              Augment("/m:c", "<when condition=\"x\"/>" + Leaf("p") +
+                                                  Leaf("q", "string", "<when condition=\"y\"/>"))),
         ZR_OK);
     EXPECT_STREQ(ctx.Node("/m:c/a:p")->when, "../x");
     EXPECT_STREQ(ctx.Node("/m:c/a:q")->when, "(../x) and (y)");
@@ -161,8 +157,9 @@ TEST(AugmentConditions, IfFeaturesAreAppendedInOrderAndOnce)
         ctx.LoadBody("a", Import("m") +
                               "<feature name=\"f\"/><feature name=\"g\"/><feature name=\"h\"/>" +
                               Augment("/m:c", "<if-feature name=\"f\"/><if-feature name=\"g\"/>" +
-                                                  Leaf("p", "<if-feature name=\"g\"/>"
-                                                            "<if-feature name=\"h\"/>"))),
+                                                  Leaf("p", "string",
+                                                       "<if-feature name=\"g\"/>"
+                                                       "<if-feature name=\"h\"/>"))),
         ZR_OK);
     const ZrNode *leaf = ctx.Node("/m:c/a:p");
     std::vector<std::string> features;
@@ -252,7 +249,7 @@ TEST_F(AugmentByHand, AFailedInheritanceIsReportedAndLeaksNothing)
     EXPECT_EQ(ZRS_NODE_InheritAugNodeIfFeatArrayToChildNode(dict(), augment_, leaf),
               ZR_ERR_NO_MEMORY);
     EXPECT_EQ(leaf->ifFeatureCount, 0);
-    guard_.FailNone();
+    guard_.Stop();
     EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), augment_), ZR_OK);
     EXPECT_STREQ(leaf->when, "(../some/condition = 1) and (y)");
 }

@@ -106,10 +106,14 @@ TEST_F(AugmentIndex, ForgetsTheMessageOfAModuleThatLosesItsLastAugmentWithoutATa
 
 TEST_F(AugmentIndex, WithoutMemoryIsNotMade)
 {
-    for (size_t n = 0; n < 3; ++n) {
-        zr::AugmentIndex index;
-        AllocGuard guard;
-        guard.FailAt(n, true);
-        EXPECT_EQ(index.Make(ctx_.get()), ZR_ERR_NO_MEMORY) << n;
-    }
+    AllocGuard guard;
+    uint64_t points = FailEachAllocation(
+        guard,
+        [&](FailPoint &memory) {
+            zr::AugmentIndex index;
+            uint32_t status = memory.Run([&] { return index.Make(ctx_.get()); });
+            EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        },
+        true);
+    EXPECT_EQ(points, 3u);
 }

@@ -8,11 +8,6 @@ namespace {
 
 constexpr const char *kNotCoupled = "Failed to couple augment statements.";
 
-std::string Rpc(const std::string &inside)
-{
-    return "<rpc name=\"r\">" + inside + "</rpc>";
-}
-
 } // namespace
 
 TEST(TargetPaths, TheLastNamedModuleOwnsTheTarget)
@@ -39,7 +34,7 @@ TEST(TargetPaths, OnePathIsBelowAnotherOnlyAtAStep)
 TEST(MissingInput, IsMadeAsTheRpcsFirstChild)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("<output>" + Leaf("o") + "</output>")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r", Output(Leaf("o")))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input", "output"));
     const ZrNode *input = ctx.Node("/m:r/input");
@@ -51,7 +46,7 @@ TEST(MissingInput, IsMadeAsTheRpcsFirstChild)
 TEST(MissingInput, AMissingOutputIsMadeAsTheLastChild)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("<input>" + Leaf("i") + "</input>")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r", Input(Leaf("i")))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:output", Leaf("o"))), ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input", "output"));
     EXPECT_EQ(ctx.Node("/m:r/output")->kind, uint32_t{ZR_NODE_OUTPUT});
@@ -68,7 +63,7 @@ TEST(MissingInput, IsMadeInAnActionToo)
 TEST(MissingInput, IsSharedByLaterAugmentsAndStaysAfterUncoupling)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i")) +
                                     Augment("/m:r/m:input", Leaf("j"))),
               ZR_OK);
@@ -84,7 +79,7 @@ TEST(MissingInput, IsNotMadeForOtherStepsOrInOtherNodes)
     for (const char *target : {"/m:r/m:inputs", "/m:c/m:input", "/m:c/m:output", "/m:none/m:input",
                                "/m:r/a:input", "/m:input"}) {
         TestContext ctx;
-        ASSERT_EQ(ctx.LoadBody("m", Rpc("") + Container("c")), ZR_OK);
+        ASSERT_EQ(ctx.LoadBody("m", Rpc("r") + Container("c")), ZR_OK);
         ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment(target, Leaf("i"))), ZR_OK);
         EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled)) << target;
         EXPECT_THAT(ChildNames(ctx.Node("/m:r")), IsEmpty()) << target;
@@ -95,7 +90,7 @@ TEST(MissingInput, IsNotMadeForOtherStepsOrInOtherNodes)
 TEST(MissingInput, GoesWithTheLastAugmentThatItWasMadeFor)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), ZR_OK);
     zr::UncoupleModuleAugments(ctx.Module("a"));
@@ -122,7 +117,7 @@ TEST(MissingInput, StaysForAnAugmentThatReachesItByAnotherSpelling)
 TEST(MissingInput, ADeclaredOneStaysWhenItsAugmentsGo)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("<input/>")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r", "<input/>")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), ZR_OK);
     zr::UncoupleModuleAugments(ctx.Module("a"));
     EXPECT_NE(ctx.Node("/m:r/input"), nullptr);
@@ -131,7 +126,7 @@ TEST(MissingInput, ADeclaredOneStaysWhenItsAugmentsGo)
 TEST(MissingInput, StaysForAnAugmentThatHasNoNodesLeft)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", "")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), ZR_OK);
     zr::UncoupleModuleAugments(ctx.Module("b"));
@@ -143,7 +138,7 @@ TEST(MissingInput, StaysForAnAugmentThatHasNoNodesLeft)
 TEST(MissingInput, TheStepsOfItsMakingRefuseWhatDoesNotFit)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r")), ZR_OK);
     uint32_t kind = 0;
     EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:r", "inputs", &kind), nullptr);
     EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:none", "input", &kind), nullptr);

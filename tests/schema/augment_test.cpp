@@ -377,7 +377,8 @@ TEST(CoupleAugment, EveryNodeThatTakesAnAugmentGetsItsNodes)
 {
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c", "<action name=\"do\"/>") + "<list name=\"li\"/>" +
-                                    Choice("ch") + "<rpc name=\"r\"/><notification name=\"n\"/>"),
+                                    ChoiceOfTwo("ch") +
+                                    "<rpc name=\"r\"/><notification name=\"n\"/>"),
               ZR_OK);
     std::string augments;
     const std::vector<std::string> paths = {
@@ -411,24 +412,14 @@ TEST(CoupleAugment, WithoutMemoryForThatRelationTheNodesAreTakenBack)
     std::string m = ModuleText("m", Container("c"));
     std::string a = ModuleText("a", Import("m") + Augment("/m:c", Container("p")));
     std::string b = ModuleText("b", Import("m") + Augment("/m:c/m:p", Leaf("q")));
-    AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
-        bool complete = false;
-        {
-            TestContext ctx;
-            ASSERT_EQ(ctx.Load(m), ZR_OK);
-            ASSERT_EQ(ctx.Load(a), ZR_OK);
-            guard.FailAt(n);
-            ctx.Load(b);
-            complete = guard.Count() <= n;
-            guard.FailNone();
-            EXPECT_EQ(ctx.Node("/m:c/a:p/q") != nullptr,
-                      ZR_CTX_FindModRelationTbl(ctx, "a") != nullptr)
-                << n;
-        }
-        if (complete)
-            break;
-    }
+    FailEachAllocation([&](FailPoint &memory) {
+        TestContext ctx;
+        ASSERT_EQ(ctx.Load(m), ZR_OK);
+        ASSERT_EQ(ctx.Load(a), ZR_OK);
+        memory.RunStatus([&] { return ctx.Load(b); });
+        EXPECT_EQ(ctx.Node("/m:c/a:p/q") != nullptr,
+                  ZR_CTX_FindModRelationTbl(ctx, "a") != nullptr);
+    });
 }
 
 TEST(CoupleAugment, EveryFailingAllocationLeavesAUsableContext)
@@ -436,21 +427,11 @@ TEST(CoupleAugment, EveryFailingAllocationLeavesAUsableContext)
     std::string m = ModuleText("m", Container("c") + "<rpc name=\"r\"/>");
     std::string a = ModuleText("a", Import("m") + Augment("/m:c", Leaf("p")) +
                                         Augment("/m:r/m:input", Leaf("i")));
-    AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
-        bool complete = false;
-        {
-            TestContext ctx;
-            ASSERT_EQ(ctx.Load(m), ZR_OK);
-            guard.FailAt(n);
-            uint32_t status = ctx.Load(a);
-            complete = guard.Count() <= n;
-            guard.FailNone();
-            if (status == ZR_OK && !complete)
-                ZRS_NODE_CoupleAugmentNode(ctx.Module("a")->augments);
-        }
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (complete)
-            break;
-    }
+    FailEachAllocation([&](FailPoint &memory) {
+        TestContext ctx;
+        ASSERT_EQ(ctx.Load(m), ZR_OK);
+        uint32_t status = memory.RunStatus([&] { return ctx.Load(a); });
+        if (status == ZR_OK && memory.Failed())
+            ZRS_NODE_CoupleAugmentNode(ctx.Module("a")->augments);
+    });
 }

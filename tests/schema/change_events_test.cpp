@@ -97,7 +97,7 @@ TEST(ChangeEvents, OtherMessagesStayWhenTheAugmentMessageGoes)
 
 TEST(ChangeEvents, UncouplingDeviationsForgetsTheirMessagesAndLetsThemBeAppliedAgain)
 {
-    Deviated schema(Leaf("x", Default("v")) + Container("c"),
+    Deviated schema(Leaf("x", "string", Default("v")) + Container("c"),
                     Deviation("/m:x", "add", Default("w")) + Deviation("/m:c", "add", Must("a")) +
                         Deviation("/e:c", "add", Must("a")));
     ASSERT_EQ(schema.Messages().size(), 2u);

@@ -156,10 +156,10 @@ TEST_F(ChildIndex, NeedsMemoryOnlyToBeQuick)
 {
     zr::ChildIndex index;
     ZrNode *parent = NewParent("p", 100);
-    AllocGuard guard;
-    guard.FailAt(0, true);
+    guard_.FailAt(0, true);
     ExpectAgreement(index, parent);
-    EXPECT_GT(guard.Count(), 0u);
+    EXPECT_GT(guard_.Count(), 0u);
+    guard_.Stop();
 }
 
 TEST(Coupling, OfAugmentsToANodeAndToItsManyChildrenReachesEach)

@@ -35,28 +35,29 @@ TEST_F(IfFeature, NeedsBothNames)
 TEST_F(IfFeature, IsEmptyAfterAFillWithoutMemory)
 {
     ZrsIfFeature entry;
-    FailEachAllocation([&] { return ZRS_NODE_FillIfFeature(dict_, &entry, "m", "f"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(entry.moduleName == nullptr, failed);
-                           EXPECT_EQ(entry.featureName == nullptr, failed);
-                           ZRS_NODE_ClearIfFeature(dict_, &entry);
-                           EXPECT_EQ(entry.moduleName, nullptr);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status =
+            memory.Run([&] { return ZRS_NODE_FillIfFeature(dict_, &entry, "m", "f"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(entry.moduleName == nullptr, memory.Failed());
+        EXPECT_EQ(entry.featureName == nullptr, memory.Failed());
+        ZRS_NODE_ClearIfFeature(dict_, &entry);
+        EXPECT_EQ(entry.moduleName, nullptr);
+    });
     ZRS_NODE_ClearIfFeature(dict_, nullptr);
     ZRS_NODE_FreeIfFeatures(dict_, nullptr, 0);
 }
 
 TEST_F(IfFeature, AppendWithoutMemoryLeavesTheCount)
 {
-    FailEachAllocation([&] { return Append("m", "f"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(count_, failed ? 0 : 1);
-                           ZRS_NODE_FreeIfFeatures(dict_, array_, count_);
-                           array_ = nullptr;
-                           count_ = 0;
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status = memory.Run([&] { return Append("m", "f"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(count_, memory.Failed() ? 0 : 1);
+        ZRS_NODE_FreeIfFeatures(dict_, array_, count_);
+        array_ = nullptr;
+        count_ = 0;
+    });
 }
 
 TEST_F(IfFeature, IsRefusedAsThe65536thOfAnArray)
@@ -111,14 +112,15 @@ TEST_F(IfFeature, ArrayIsCopied)
 {
     ASSERT_EQ(Append("m", "f"), ZR_OK);
     ASSERT_EQ(Append("n", "g"), ZR_OK);
-    FailEachAllocation(
-        [&] { return ZRS_NODE_CopyIfFeaturesArray(dict_, array_, count_); },
-        [&](ZrsIfFeature *copy, bool failed) {
-            ASSERT_EQ(copy == nullptr, failed);
-            uint32_t copied = copy == nullptr ? 0 : 2;
-            EXPECT_EQ(ZRS_NODE_CheckTwoIfFeatureArraySame(array_, count_, copy, copied), !failed);
-            ZRS_NODE_FreeIfFeatures(dict_, copy, 2);
-        });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        ZrsIfFeature *copy =
+            memory.Run([&] { return ZRS_NODE_CopyIfFeaturesArray(dict_, array_, count_); });
+        ASSERT_EQ(copy == nullptr, memory.Failed());
+        uint32_t copied = copy == nullptr ? 0 : 2;
+        EXPECT_EQ(ZRS_NODE_CheckTwoIfFeatureArraySame(array_, count_, copy, copied),
+                  !memory.Failed());
+        ZRS_NODE_FreeIfFeatures(dict_, copy, 2);
+    });
     EXPECT_EQ(ZRS_NODE_CopyIfFeaturesArray(dict_, array_, 0), nullptr);
     EXPECT_EQ(ZRS_NODE_CopyIfFeaturesArray(dict_, nullptr, 2), nullptr);
 }
@@ -174,15 +176,16 @@ TEST_F(Must, MayLackMessageAndTag)
 TEST_F(Must, IsEmptyAfterAFillWithoutMemory)
 {
     ZrsMust record;
-    FailEachAllocation([&] { return ZRS_NODE_FillMust(dict_, &record, "a", "message", "tag"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(record.condition == nullptr, failed);
-                           EXPECT_EQ(record.errorMessage == nullptr, failed);
-                           EXPECT_EQ(record.errorAppTag == nullptr, failed);
-                           ZRS_NODE_ClearMust(dict_, &record);
-                           EXPECT_EQ(record.condition, nullptr);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status =
+            memory.Run([&] { return ZRS_NODE_FillMust(dict_, &record, "a", "message", "tag"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(record.condition == nullptr, memory.Failed());
+        EXPECT_EQ(record.errorMessage == nullptr, memory.Failed());
+        EXPECT_EQ(record.errorAppTag == nullptr, memory.Failed());
+        ZRS_NODE_ClearMust(dict_, &record);
+        EXPECT_EQ(record.condition, nullptr);
+    });
     ZRS_NODE_ClearMust(dict_, nullptr);
     ZRS_NODE_FreeMusts(dict_, nullptr, 0);
 }
@@ -218,14 +221,14 @@ TEST_F(Must, IsTheSameByItsConditionAlone)
 
 TEST_F(Must, AppendWithoutMemoryLeavesTheCount)
 {
-    FailEachAllocation([&] { return Append("a", "message", "tag"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(count_, failed ? 0 : 1);
-                           ZRS_NODE_FreeMusts(dict_, array_, count_);
-                           array_ = nullptr;
-                           count_ = 0;
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status = memory.Run([&] { return Append("a", "message", "tag"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(count_, memory.Failed() ? 0 : 1);
+        ZRS_NODE_FreeMusts(dict_, array_, count_);
+        array_ = nullptr;
+        count_ = 0;
+    });
 }
 
 TEST_F(Must, IsRefusedAsThe65536thOfAnArray)
@@ -241,18 +244,18 @@ TEST_F(Must, ArrayIsCopied)
 {
     ASSERT_EQ(Append("a", "one", "x"), ZR_OK);
     ASSERT_EQ(Append("b"), ZR_OK);
-    FailEachAllocation([&] { return ZRS_NODE_CopyMustsArray(dict_, array_, count_); },
-                       [&](ZrsMust *copy, bool failed) {
-                           ASSERT_EQ(copy == nullptr, failed);
-                           if (copy != nullptr) {
-                               EXPECT_EQ(copy[0].condition, array_[0].condition);
-                               EXPECT_EQ(copy[0].errorMessage, array_[0].errorMessage);
-                               EXPECT_EQ(copy[0].errorAppTag, array_[0].errorAppTag);
-                               EXPECT_EQ(copy[1].condition, array_[1].condition);
-                               EXPECT_EQ(copy[1].errorMessage, nullptr);
-                           }
-                           ZRS_NODE_FreeMusts(dict_, copy, 2);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        ZrsMust *copy = memory.Run([&] { return ZRS_NODE_CopyMustsArray(dict_, array_, count_); });
+        ASSERT_EQ(copy == nullptr, memory.Failed());
+        if (copy != nullptr) {
+            EXPECT_EQ(copy[0].condition, array_[0].condition);
+            EXPECT_EQ(copy[0].errorMessage, array_[0].errorMessage);
+            EXPECT_EQ(copy[0].errorAppTag, array_[0].errorAppTag);
+            EXPECT_EQ(copy[1].condition, array_[1].condition);
+            EXPECT_EQ(copy[1].errorMessage, nullptr);
+        }
+        ZRS_NODE_FreeMusts(dict_, copy, 2);
+    });
     EXPECT_EQ(ZRS_NODE_CopyMustsArray(dict_, array_, 0), nullptr);
     EXPECT_EQ(ZRS_NODE_CopyMustsArray(dict_, nullptr, 2), nullptr);
 }
@@ -296,7 +299,7 @@ TEST_F(Must, SubtractWithoutMemoryForTheNewArrayChangesNothing)
     Mark(1);
     guard_.FailAt(0);
     EXPECT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 2, 1), ZR_ERR_NO_MEMORY);
-    guard_.FailNone();
+    guard_.Stop();
     EXPECT_EQ(Conditions(), "a-");
 }
 
@@ -312,7 +315,7 @@ TEST_F(Must, SubtractLosesAllMustsWhenOneCannotBeCopied)
     array_[2].condition = "not interned";
     guard_.FailAt(1);
     EXPECT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 3, 2), ZR_ERR_NO_MEMORY);
-    guard_.FailNone();
+    guard_.Stop();
     EXPECT_EQ(array_, nullptr);
     count_ = 0;
     ZR_DICT_Remove(dict_, interned);

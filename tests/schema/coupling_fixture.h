@@ -23,32 +23,7 @@ constexpr uint32_t kConfigBits =
     ZRS_FLAG_CONFIG_TRUE | ZRS_FLAG_CONFIG_FALSE | ZRS_FLAG_CONFIG_GIVEN;
 constexpr uint32_t kMandatoryBits = ZRS_FLAG_MANDATORY_TRUE | ZRS_FLAG_MANDATORY_FALSE;
 
-inline std::string Import(const std::string &module)
-{
-    return "<import module=\"" + module + "\"><prefix value=\"" + module + "\"/></import>";
-}
-
-inline std::string Leaf(const std::string &name, const std::string &inside = "")
-{
-    return "<leaf name=\"" + name + "\"><type name=\"string\"/>" + inside + "</leaf>";
-}
-
-inline std::string Container(const std::string &name, const std::string &inside = "")
-{
-    return "<container name=\"" + name + "\">" + inside + "</container>";
-}
-
-inline std::string Augment(const std::string &target, const std::string &inside)
-{
-    return "<augment target-node=\"" + target + "\">" + inside + "</augment>";
-}
-
-inline std::string Deviation(const std::string &target, const std::string &kind,
-                             const std::string &inside = "")
-{
-    return "<deviation target-node=\"" + target + "\"><deviate value=\"" + kind + "\">" + inside +
-           "</deviate></deviation>";
-}
+using namespace yin;
 
 // The names of a node's children, in order.
 inline std::vector<std::string> ChildNames(const ZrNode *node)
@@ -61,10 +36,6 @@ inline std::vector<std::string> ChildNames(const ZrNode *node)
     }
     return names;
 }
-
-} // namespace zrtest
-
-namespace zrtest {
 
 // A module m and a module d that deviates it, both loaded; units are kept.
 class Deviated {
@@ -116,26 +87,6 @@ public:
     TestContext ctx{ZR_CTX_KEEP_UNITS};
 };
 
-inline std::string Default(const std::string &value)
-{
-    return "<default value=\"" + value + "\"/>";
-}
-inline std::string Units(const std::string &value)
-{
-    return "<units name=\"" + value + "\"/>";
-}
-inline std::string Must(const std::string &condition)
-{
-    return "<must condition=\"" + condition + "\"/>";
-}
-inline std::string Config(const std::string &value)
-{
-    return "<config value=\"" + value + "\"/>";
-}
-inline std::string Mandatory(const std::string &value)
-{
-    return "<mandatory value=\"" + value + "\"/>";
-}
 // Uses of the extensions of module "e" and of NETCONF access control.
 inline std::string Ext(const std::string &name)
 {
@@ -145,14 +96,10 @@ inline std::string Nacm(const std::string &name)
 {
     return "<ietf-netconf-acm:" + name + " xmlns:ietf-netconf-acm=\"urn:ietf-netconf-acm\"/>";
 }
-inline std::string LeafList(const std::string &name, const std::string &inside = "")
+// A choice of the cases "one" and "two", each with a leaf.
+inline std::string ChoiceOfTwo(const std::string &name, const std::string &inside = "")
 {
-    return "<leaf-list name=\"" + name + "\"><type name=\"string\"/>" + inside + "</leaf-list>";
-}
-inline std::string Choice(const std::string &name, const std::string &inside = "")
-{
-    return "<choice name=\"" + name + "\">" + inside + "<case name=\"one\">" + Leaf("x1") +
-           "</case><case name=\"two\">" + Leaf("x2") + "</case></choice>";
+    return Choice(name, inside + Case("one", Leaf("x1")) + Case("two", Leaf("x2")));
 }
 
 } // namespace zrtest

@@ -49,7 +49,8 @@ TEST(DeviateAdd, MandatoryIsSet)
 
 TEST(DeviateAdd, MandatoryOnANodeThatHasItFails)
 {
-    Deviated schema(Leaf("x", Mandatory("false")), Deviation("/m:x", "add", Mandatory("true")));
+    Deviated schema(Leaf("x", "string", Mandatory("false")),
+                    Deviation("/m:x", "add", Mandatory("true")));
     EXPECT_EQ(ZR_NODE_IsMandatory(schema.Node("/m:x")), 0u);
     EXPECT_THAT(schema.Messages(), ElementsAre("Failed to add mandatory flag to node \"x\".",
                                                "Failed to add config or mandatory to node \"x\"."));
@@ -63,7 +64,7 @@ TEST(DeviateAdd, ALeafGetsItsDefault)
 
 TEST(DeviateAdd, ADefaultOnALeafThatHasOneFails)
 {
-    Deviated schema(Leaf("x", Default("v")), Deviation("/m:x", "add", Default("w")));
+    Deviated schema(Leaf("x", "string", Default("v")), Deviation("/m:x", "add", Default("w")));
     EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "v");
     EXPECT_THAT(schema.Messages(),
                 ElementsAre("Failed to add default to leaf node \"x\", because it had been set "
@@ -83,13 +84,13 @@ TEST(DeviateAdd, TwoDefaultsOnALeafAreRecordedButCountAsApplied)
 
 TEST(DeviateAdd, AChoiceGetsItsDefaultCase)
 {
-    Deviated schema(Choice("ch"), Deviation("/m:ch", "add", Default("two")));
+    Deviated schema(ChoiceOfTwo("ch"), Deviation("/m:ch", "add", Default("two")));
     EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "two");
 }
 
 TEST(DeviateAdd, ADefaultOnAChoiceThatHasOneFails)
 {
-    Deviated schema(Choice("ch", Default("one")), Deviation("/m:ch", "add", Default("two")));
+    Deviated schema(ChoiceOfTwo("ch", Default("one")), Deviation("/m:ch", "add", Default("two")));
     EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "one");
     EXPECT_THAT(schema.Messages(),
                 ElementsAre("Failed to add default to choice node \"ch\", because it had been set "
@@ -99,7 +100,7 @@ TEST(DeviateAdd, ADefaultOnAChoiceThatHasOneFails)
 
 TEST(DeviateAdd, TwoDefaultsOnAChoiceAreRecordedButCountAsApplied)
 {
-    Deviated schema(Choice("ch"), Deviation("/m:ch", "add", Default("one") + Default("two")));
+    Deviated schema(ChoiceOfTwo("ch"), Deviation("/m:ch", "add", Default("one") + Default("two")));
     EXPECT_TRUE(schema.IsApplied());
     EXPECT_EQ(schema.ChoiceDefault("/m:ch"), nullptr);
     EXPECT_THAT(schema.Messages(),
@@ -109,14 +110,14 @@ TEST(DeviateAdd, TwoDefaultsOnAChoiceAreRecordedButCountAsApplied)
 
 TEST(DeviateAdd, ALeafListGetsFurtherDefaultsInOrder)
 {
-    Deviated schema(LeafList("l", Default("a")),
+    Deviated schema(LeafList("l", "string", Default("a")),
                     Deviation("/m:l", "add", Default("c") + Default("b")));
     EXPECT_THAT(schema.DefaultsOf("/m:l"), ElementsAre("a", "c", "b"));
 }
 
 TEST(DeviateAdd, ALeafListDefaultThatExistsFailsAndAddsNone)
 {
-    Deviated schema(LeafList("l", Default("a")),
+    Deviated schema(LeafList("l", "string", Default("a")),
                     Deviation("/m:l", "add", Default("b") + Default("a")));
     EXPECT_THAT(schema.DefaultsOf("/m:l"), ElementsAre("a"));
     EXPECT_THAT(schema.Messages(),
@@ -167,7 +168,7 @@ TEST(DeviateAdd, UnitsAreSetOnLeafAndLeafList)
 
 TEST(DeviateAdd, UnitsOnANodeThatHasThemFail)
 {
-    Deviated schema(Leaf("x", Units("s")), Deviation("/m:x", "add", Units("m")));
+    Deviated schema(Leaf("x", "string", Units("s")), Deviation("/m:x", "add", Units("m")));
     EXPECT_STREQ(schema.LeafOf("/m:x")->units, "s");
     EXPECT_THAT(schema.Messages(),
                 ElementsAre("Failed to add units to node \"x\", because it already has units.",
@@ -225,27 +226,17 @@ TEST(DeviateAdd, AccessControlIsSetAndPassedDown)
 
 TEST(DeviateAdd, EveryFailingAllocationIsAStatusAndLeaksNothing)
 {
-    std::string m =
-        ModuleText("m", Import("e") + LeafList("l", Default("a") + Must("a")) + Leaf("x"));
+    std::string m = ModuleText(
+        "m", Import("e") + LeafList("l", "string", Default("a") + Must("a")) + Leaf("x"));
     std::string d = ModuleText(
         "d", Import("m") + Import("e") +
                  Deviation("/m:l", "add", Default("b") + Must("b") + Units("s") + Ext("one")) +
                  Deviation("/m:x", "add", Default("b")));
-    AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
-        bool complete = false;
-        {
-            TestContext ctx(ZR_CTX_KEEP_UNITS);
-            ASSERT_EQ(ctx.Load(m), ZR_OK);
-            guard.FailAt(n);
-            ctx.Load(d);
-            complete = guard.Count() <= n;
-            guard.FailNone();
-        }
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (complete)
-            break;
-    }
+    FailEachAllocation([&](FailPoint &memory) {
+        TestContext ctx(ZR_CTX_KEEP_UNITS);
+        ASSERT_EQ(ctx.Load(m), ZR_OK);
+        memory.RunStatus([&] { return ctx.Load(d); });
+    });
 }
 
 TEST(DeviateAdd, NullArgumentsAreRefused)
@@ -257,7 +248,7 @@ TEST(DeviateAdd, NullArgumentsAreRefused)
 TEST(DeviateAdd, TheFirstFailingStepEndsTheDeviateAndKeepsWhatWasDone)
 {
     Deviated schema(
-        Leaf("x", Units("s")),
+        Leaf("x", "string", Units("s")),
         Deviation("/m:x", "add", Mandatory("true") + Default("v") + Must("a") + Units("m")));
     EXPECT_TRUE(schema.HasFailed());
     EXPECT_EQ(ZR_NODE_IsMandatory(schema.Node("/m:x")), 1u);

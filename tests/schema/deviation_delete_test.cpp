@@ -26,14 +26,15 @@ std::string Summary(const char *format, const char *name)
 
 TEST(DeviateDelete, AChoiceLosesItsDefaultCase)
 {
-    Deviated schema(Choice("ch", Default("one")), Deviation("/m:ch", "delete", Default("one")));
+    Deviated schema(ChoiceOfTwo("ch", Default("one")),
+                    Deviation("/m:ch", "delete", Default("one")));
     EXPECT_TRUE(schema.IsApplied());
     EXPECT_EQ(schema.ChoiceDefault("/m:ch"), nullptr);
 }
 
 TEST(DeviateDelete, TwoDefaultsOfAChoiceAreRecordedButCountAsApplied)
 {
-    Deviated schema(Choice("ch", Default("one")),
+    Deviated schema(ChoiceOfTwo("ch", Default("one")),
                     Deviation("/m:ch", "delete", Default("one") + Default("two")));
     EXPECT_TRUE(schema.IsApplied());
     EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "one");
@@ -43,7 +44,7 @@ TEST(DeviateDelete, TwoDefaultsOfAChoiceAreRecordedButCountAsApplied)
 
 TEST(DeviateDelete, ADefaultOfAChoiceWithoutOneFails)
 {
-    Deviated schema(Choice("ch"), Deviation("/m:ch", "delete", Default("one")));
+    Deviated schema(ChoiceOfTwo("ch"), Deviation("/m:ch", "delete", Default("one")));
     EXPECT_TRUE(schema.HasFailed());
     EXPECT_THAT(schema.Messages(),
                 ElementsAre("Failed to delete default from choice node \"ch\" without default "
@@ -53,7 +54,8 @@ TEST(DeviateDelete, ADefaultOfAChoiceWithoutOneFails)
 
 TEST(DeviateDelete, AnotherDefaultOfAChoiceFails)
 {
-    Deviated schema(Choice("ch", Default("one")), Deviation("/m:ch", "delete", Default("two")));
+    Deviated schema(ChoiceOfTwo("ch", Default("one")),
+                    Deviation("/m:ch", "delete", Default("two")));
     EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "one");
     EXPECT_THAT(schema.Messages(),
                 ElementsAre("Failed to find default value to be deleted in choice node \"ch\".",
@@ -62,13 +64,13 @@ TEST(DeviateDelete, AnotherDefaultOfAChoiceFails)
 
 TEST(DeviateDelete, ALeafLosesItsDefault)
 {
-    Deviated schema(Leaf("x", Default("v")), Deviation("/m:x", "delete", Default("v")));
+    Deviated schema(Leaf("x", "string", Default("v")), Deviation("/m:x", "delete", Default("v")));
     EXPECT_EQ(schema.LeafOf("/m:x")->defaultValue, nullptr);
 }
 
 TEST(DeviateDelete, TwoDefaultsOfALeafAreRecordedButCountAsApplied)
 {
-    Deviated schema(Leaf("x", Default("v")),
+    Deviated schema(Leaf("x", "string", Default("v")),
                     Deviation("/m:x", "delete", Default("v") + Default("w")));
     EXPECT_TRUE(schema.IsApplied());
     EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "v");
@@ -87,7 +89,7 @@ TEST(DeviateDelete, ADefaultOfALeafWithoutOneFails)
 
 TEST(DeviateDelete, AnotherDefaultOfALeafFails)
 {
-    Deviated schema(Leaf("x", Default("v")), Deviation("/m:x", "delete", Default("w")));
+    Deviated schema(Leaf("x", "string", Default("v")), Deviation("/m:x", "delete", Default("w")));
     EXPECT_THAT(schema.Messages(),
                 ElementsAre("Failed to find default value to be deleted in leaf node \"x\".",
                             Summary(kNoDefault, "x")));
@@ -95,14 +97,15 @@ TEST(DeviateDelete, AnotherDefaultOfALeafFails)
 
 TEST(DeviateDelete, ALeafListDefaultThatOccursTwiceGoesTwice)
 {
-    Deviated schema(LeafList("l", Default("a") + Default("b") + Default("a") + Default("c")),
-                    Deviation("/m:l", "delete", Default("a")));
+    Deviated schema(
+        LeafList("l", "string", Default("a") + Default("b") + Default("a") + Default("c")),
+        Deviation("/m:l", "delete", Default("a")));
     EXPECT_THAT(schema.DefaultsOf("/m:l"), ElementsAre("b", "c"));
 }
 
 TEST(DeviateDelete, ALeafListWithoutDefaultsLeftHasNoArray)
 {
-    Deviated schema(LeafList("l", Default("a") + Default("b")),
+    Deviated schema(LeafList("l", "string", Default("a") + Default("b")),
                     Deviation("/m:l", "delete", Default("b") + Default("a")));
     EXPECT_EQ(schema.LeafListOf("/m:l")->defaultCount, 0);
     EXPECT_EQ(schema.LeafListOf("/m:l")->defaults, nullptr);
@@ -110,7 +113,7 @@ TEST(DeviateDelete, ALeafListWithoutDefaultsLeftHasNoArray)
 
 TEST(DeviateDelete, AnUnknownLeafListDefaultFailsAndDeletesNone)
 {
-    Deviated schema(LeafList("l", Default("a") + Default("b")),
+    Deviated schema(LeafList("l", "string", Default("a") + Default("b")),
                     Deviation("/m:l", "delete", Default("a") + Default("z")));
     EXPECT_THAT(schema.DefaultsOf("/m:l"), ElementsAre("a", "b"));
     EXPECT_THAT(schema.Messages(),
@@ -120,7 +123,7 @@ TEST(DeviateDelete, AnUnknownLeafListDefaultFailsAndDeletesNone)
 
 TEST(DeviateDelete, MoreLeafListDefaultsThanThereAreFail)
 {
-    Deviated schema(LeafList("l", Default("a")),
+    Deviated schema(LeafList("l", "string", Default("a")),
                     Deviation("/m:l", "delete", Default("a") + Default("a")));
     EXPECT_THAT(schema.DefaultsOf("/m:l"), ElementsAre("a"));
     EXPECT_THAT(schema.Messages(),
@@ -130,7 +133,7 @@ TEST(DeviateDelete, MoreLeafListDefaultsThanThereAreFail)
 
 TEST(DeviateDelete, AValueListedTwiceAmongOthersGoesOnce)
 {
-    Deviated schema(LeafList("l", Default("a") + Default("b")),
+    Deviated schema(LeafList("l", "string", Default("a") + Default("b")),
                     Deviation("/m:l", "delete", Default("a") + Default("a")));
     EXPECT_THAT(schema.DefaultsOf("/m:l"), ElementsAre("b"));
 }
@@ -176,7 +179,7 @@ TEST(DeviateDelete, MoreMustsThanThereAreFail)
 
 TEST(DeviateDelete, EqualUnitsGo)
 {
-    Deviated schema(Leaf("x", Units("s")) + LeafList("l", Units("m")),
+    Deviated schema(Leaf("x", "string", Units("s")) + LeafList("l", "string", Units("m")),
                     Deviation("/m:x", "delete", Units("s")) +
                         Deviation("/m:l", "delete", Units("m")));
     EXPECT_EQ(schema.LeafOf("/m:x")->units, nullptr);
@@ -186,7 +189,7 @@ TEST(DeviateDelete, EqualUnitsGo)
 TEST(DeviateDelete, OtherOrMissingUnitsFail)
 {
     for (const std::string &units : {Units("m"), std::string()}) {
-        Deviated schema(Leaf("x", units), Deviation("/m:x", "delete", Units("s")));
+        Deviated schema(Leaf("x", "string", units), Deviation("/m:x", "delete", Units("s")));
         EXPECT_THAT(schema.Messages(),
                     ElementsAre("Failed to delete units from node \"x\", because it doesn't have "
                                 "units or the target units.",
@@ -280,30 +283,21 @@ TEST(DeviateDelete, TheExtensionCallbackComesOnceAndOnlyBeforeAChange)
 
 TEST(DeviateDelete, EveryFailingAllocationIsAStatusAndLeavesArraysInOrder)
 {
-    std::string m = ModuleText(
-        "m", Import("e") + LeafList("l", Default("a") + Default("b") + Must("a") + Must("b") +
-                                             Must("c") + Units("s") + Ext("one") + Ext("two")));
+    std::string m = ModuleText("m", Import("e") + LeafList("l", "string",
+                                                           Default("a") + Default("b") + Must("a") +
+                                                               Must("b") + Must("c") + Units("s") +
+                                                               Ext("one") + Ext("two")));
     std::string d = ModuleText(
         "d", Import("m") + Import("e") +
                  Deviation("/m:l", "delete", Default("a") + Must("b") + Units("s") + Ext("one")));
-    AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
-        bool complete = false;
-        {
-            TestContext ctx(ZR_CTX_KEEP_UNITS);
-            ASSERT_EQ(ctx.Load(m), ZR_OK);
-            guard.FailAt(n);
-            ctx.Load(d);
-            complete = guard.Count() <= n;
-            guard.FailNone();
-            const ZrNode *node = ctx.Node("/m:l");
-            for (int i = 0; i < node->mustCount; ++i)
-                EXPECT_NE(node->musts[i].condition, nullptr) << n;
-            for (int i = 0; i < node->extInstCount; ++i)
-                EXPECT_NE(node->extInsts[i].extensionName, nullptr) << n;
-        }
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (complete)
-            break;
-    }
+    FailEachAllocation([&](FailPoint &memory) {
+        TestContext ctx(ZR_CTX_KEEP_UNITS);
+        ASSERT_EQ(ctx.Load(m), ZR_OK);
+        memory.RunStatus([&] { return ctx.Load(d); });
+        const ZrNode *node = ctx.Node("/m:l");
+        for (int i = 0; i < node->mustCount; ++i)
+            EXPECT_NE(node->musts[i].condition, nullptr);
+        for (int i = 0; i < node->extInstCount; ++i)
+            EXPECT_NE(node->extInsts[i].extensionName, nullptr);
+    });
 }

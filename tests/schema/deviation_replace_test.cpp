@@ -34,7 +34,7 @@ TEST(DeviateReplace, ConfigOnANodeWithoutOneIsNoFailure)
 
 TEST(DeviateReplace, MandatoryIsReplaced)
 {
-    Deviated schema(Leaf("x", Mandatory("true")) + Leaf("y"),
+    Deviated schema(Leaf("x", "string", Mandatory("true")) + Leaf("y"),
                     Deviation("/m:x", "replace", Mandatory("false")) +
                         Deviation("/m:y", "replace", Mandatory("true")));
     EXPECT_EQ(schema.Node("/m:x")->flags & kMandatoryBits, ZRS_FLAG_MANDATORY_FALSE);
@@ -43,13 +43,14 @@ TEST(DeviateReplace, MandatoryIsReplaced)
 
 TEST(DeviateReplace, AChoicesDefaultIsReplaced)
 {
-    Deviated schema(Choice("ch", Default("one")), Deviation("/m:ch", "replace", Default("two")));
+    Deviated schema(ChoiceOfTwo("ch", Default("one")),
+                    Deviation("/m:ch", "replace", Default("two")));
     EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "two");
 }
 
 TEST(DeviateReplace, TwoDefaultsOfAChoiceAreRecordedButCountAsApplied)
 {
-    Deviated schema(Choice("ch", Default("one")),
+    Deviated schema(ChoiceOfTwo("ch", Default("one")),
                     Deviation("/m:ch", "replace", Default("one") + Default("two")));
     EXPECT_TRUE(schema.IsApplied());
     EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "one");
@@ -59,7 +60,7 @@ TEST(DeviateReplace, TwoDefaultsOfAChoiceAreRecordedButCountAsApplied)
 
 TEST(DeviateReplace, ADefaultOfAChoiceWithoutOneFails)
 {
-    Deviated schema(Choice("ch"), Deviation("/m:ch", "replace", Default("two")));
+    Deviated schema(ChoiceOfTwo("ch"), Deviation("/m:ch", "replace", Default("two")));
     EXPECT_THAT(schema.Messages(),
                 ElementsAre("Failed to replace default of choice node \"ch\" without default "
                             "value.",
@@ -68,13 +69,13 @@ TEST(DeviateReplace, ADefaultOfAChoiceWithoutOneFails)
 
 TEST(DeviateReplace, ALeafsDefaultIsReplaced)
 {
-    Deviated schema(Leaf("x", Default("v")), Deviation("/m:x", "replace", Default("w")));
+    Deviated schema(Leaf("x", "string", Default("v")), Deviation("/m:x", "replace", Default("w")));
     EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "w");
 }
 
 TEST(DeviateReplace, TheSameDefaultSucceedsAndChangesNothing)
 {
-    Deviated schema(Leaf("x", Default("v")), Deviation("/m:x", "replace", Default("v")));
+    Deviated schema(Leaf("x", "string", Default("v")), Deviation("/m:x", "replace", Default("v")));
     EXPECT_TRUE(schema.IsApplied());
     EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "v");
     EXPECT_THAT(schema.Messages(), IsEmpty());
@@ -82,7 +83,7 @@ TEST(DeviateReplace, TheSameDefaultSucceedsAndChangesNothing)
 
 TEST(DeviateReplace, TwoDefaultsOfALeafAreRecordedButCountAsApplied)
 {
-    Deviated schema(Leaf("x", Default("v")),
+    Deviated schema(Leaf("x", "string", Default("v")),
                     Deviation("/m:x", "replace", Default("v") + Default("w")));
     EXPECT_TRUE(schema.IsApplied());
     EXPECT_THAT(schema.Messages(), ElementsAre("Failed to replace default of leaf node \"x\", "
@@ -101,7 +102,7 @@ TEST(DeviateReplace, ADefaultOfALeafWithoutOneFails)
 
 TEST(DeviateReplace, ALeafListsDefaultsAreReplacedAsAWhole)
 {
-    Deviated schema(LeafList("l", Default("a") + Default("b")),
+    Deviated schema(LeafList("l", "string", Default("a") + Default("b")),
                     Deviation("/m:l", "replace", Default("c") + Default("b") + Default("d")));
     EXPECT_THAT(schema.DefaultsOf("/m:l"), ElementsAre("c", "b", "d"));
 }
@@ -155,7 +156,7 @@ TEST(DeviateReplace, TheTypeOfAnotherKindOfNodeFails)
 
 TEST(DeviateReplace, UnitsAreReplaced)
 {
-    Deviated schema(Leaf("x", Units("s")) + LeafList("l", Units("s")),
+    Deviated schema(Leaf("x", "string", Units("s")) + LeafList("l", "string", Units("s")),
                     Deviation("/m:x", "replace", Units("m")) +
                         Deviation("/m:l", "replace", Units("kg")));
     EXPECT_STREQ(schema.LeafOf("/m:x")->units, "m");
@@ -179,8 +180,8 @@ TEST(DeviateReplace, NullArgumentsAreRefused)
 
 TEST(DeviateReplace, EveryFailingAllocationIsAStatusAndLosesNoProperty)
 {
-    std::string m =
-        ModuleText("m", LeafList("l", Default("a") + Units("s")) + Leaf("x", Default("v")));
+    std::string m = ModuleText("m", LeafList("l", "string", Default("a") + Units("s")) +
+                                        Leaf("x", "string", Default("v")));
     std::string d = ModuleText("d", Import("m") +
                                         Deviation("/m:l", "replace",
                                                   Default("b") + Default("c") +
@@ -188,39 +189,26 @@ TEST(DeviateReplace, EveryFailingAllocationIsAStatusAndLosesNoProperty)
                                                       "value=\"1..9\"/></type>" +
                                                       Units("m")) +
                                         Deviation("/m:x", "replace", Default("w")));
-    AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
-        bool complete = false;
-        {
-            TestContext ctx(ZR_CTX_KEEP_UNITS);
-            ASSERT_EQ(ctx.Load(m), ZR_OK);
-            guard.FailAt(n);
-            ctx.Load(d);
-            complete = guard.Count() <= n;
-            guard.FailNone();
-            const auto *info = static_cast<const ZrsLeafListInfo *>(ctx.Node("/m:l")->info);
-            EXPECT_GE(info->defaultCount, 1) << n;
-            EXPECT_EQ(info->realType.baseType, uint32_t{ZRT_TYPE_STRING}) << n;
-            EXPECT_NE(info->units, nullptr) << n;
-            EXPECT_NE(static_cast<const ZrsLeafInfo *>(ctx.Node("/m:x")->info)->defaultValue,
-                      nullptr)
-                << n;
-        }
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (complete)
-            break;
-    }
+    FailEachAllocation([&](FailPoint &memory) {
+        TestContext ctx(ZR_CTX_KEEP_UNITS);
+        ASSERT_EQ(ctx.Load(m), ZR_OK);
+        memory.RunStatus([&] { return ctx.Load(d); });
+        const auto *info = static_cast<const ZrsLeafListInfo *>(ctx.Node("/m:l")->info);
+        EXPECT_GE(info->defaultCount, 1);
+        EXPECT_EQ(info->realType.baseType, uint32_t{ZRT_TYPE_STRING});
+        EXPECT_NE(info->units, nullptr);
+        EXPECT_NE(static_cast<const ZrsLeafInfo *>(ctx.Node("/m:x")->info)->defaultValue, nullptr);
+    });
 }
 
 TEST(DeviateReplace, ATextThatCannotBeInternedLeavesTheOldOne)
 {
-    Deviated schema(Leaf("x", Units("s")), "");
-    AllocGuard guard;
-    for (uint64_t n = 0; n < 2; ++n) {
-        guard.FailAt(n);
-        EXPECT_EQ(
-            zr::ReplaceText(schema.ctx.Module("d"), schema.LeafOf("/m:x")->units, "not interned"),
-            ZR_ERR_NO_MEMORY);
-        EXPECT_STREQ(schema.LeafOf("/m:x")->units, "s");
-    }
+    Deviated schema(Leaf("x", "string", Units("s")), "");
+    ZrsLeafInfo *info = schema.LeafOf("/m:x");
+    FailEachAllocation([&](FailPoint &memory) {
+        uint32_t status = memory.Run(
+            [&] { return zr::ReplaceText(schema.ctx.Module("d"), info->units, "not interned"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_STREQ(info->units, memory.Failed() ? "s" : "not interned");
+    });
 }

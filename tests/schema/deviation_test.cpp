@@ -8,17 +8,6 @@ using testing::IsEmpty;
 
 namespace {
 
-std::string Identity(const std::string &name)
-{
-    return "<identity name=\"" + name + "\"/>";
-}
-
-std::string IdentityLeaf(const std::string &name, const std::string &inside = "")
-{
-    return "<leaf name=\"" + name + "\"><type name=\"identityref\"><base name=\"m:base\"/></type>" +
-           inside + "</leaf>";
-}
-
 } // namespace
 
 TEST(CoupleDeviation, IsAppliedOnlyOnce)
@@ -54,7 +43,7 @@ TEST(CoupleDeviation, AFailureStopsItAndIsNotTriedAgainOnTheSameNode)
     std::string both = "<deviation target-node=\"/m:x\"><deviate value=\"add\">" + Must("a") +
                        "</deviate><deviate value=\"add\">" + Default("w") +
                        "</deviate><deviate value=\"add\">" + Must("b") + "</deviate></deviation>";
-    Deviated schema(Leaf("x", Default("v")), both);
+    Deviated schema(Leaf("x", "string", Default("v")), both);
     EXPECT_TRUE(schema.HasFailed());
     EXPECT_EQ(ZR_CTX_GetLoadStage(schema.ctx), ZRS_STAGE_LOADING);
     EXPECT_THAT(schema.MustsOf("/m:x"), ElementsAre("a")) << "what was done stays";
@@ -64,14 +53,14 @@ TEST(CoupleDeviation, AFailureStopsItAndIsNotTriedAgainOnTheSameNode)
 
 TEST(CoupleDeviation, FurtherDeviationsAreAppliedAfterOneThatFailed)
 {
-    Deviated schema(Leaf("x", Default("v")) + Container("c"),
+    Deviated schema(Leaf("x", "string", Default("v")) + Container("c"),
                     Deviation("/m:x", "add", Default("w")) + Deviation("/m:c", "add", Must("a")));
     EXPECT_THAT(schema.MustsOf("/m:c"), ElementsAre("a"));
 }
 
 TEST(CoupleDeviation, ADirectCallTellsTheFailingStatus)
 {
-    Deviated schema(Leaf("x", Default("v")), Deviation("/m:x", "add", Default("w")));
+    Deviated schema(Leaf("x", "string", Default("v")), Deviation("/m:x", "add", Default("w")));
     EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), &schema.First()), ZR_ERR_FAILED);
     EXPECT_EQ(ZRS_MOD_CoupleDeviation(nullptr, &schema.First()), ZR_ERR_INVALID);
     EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), nullptr), ZR_ERR_INVALID);
@@ -132,7 +121,7 @@ TEST(CoupleDeviation, LeavesTheLoadStageOfTheApplicationAsItWas)
 {
     TestContext ctx;
     ZR_CTX_SetLoadStage(ctx, 7);
-    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", Default("v"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", "string", Default("v"))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Augment("/m:none", Leaf("p")) +
                                     Deviation("/m:x", "add", Default("w"))),
               ZR_OK);
@@ -140,7 +129,7 @@ TEST(CoupleDeviation, LeavesTheLoadStageOfTheApplicationAsItWas)
     ASSERT_EQ(ctx.LoadBody("e", Import("f") + Augment("/f:c", Leaf("p")) +
                                     Deviation("/f:x", "add", Default("w"))),
               ZR_OK);
-    ASSERT_EQ(ctx.LoadBody("f", Leaf("x", Default("v"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("f", Leaf("x", "string", Default("v"))), ZR_OK);
     EXPECT_EQ(ZR_CTX_GetLoadStage(ctx), 7u);
 }
 
@@ -162,7 +151,8 @@ TEST(CoupleDeviation, NodesOfAnAugmentAreReachedBeforeAndAfterItIsCoupled)
 
 TEST(RefreshDeviateDefaults, IdentityDefaultsGetModuleNames)
 {
-    Deviated schema(Identity("base") + IdentityLeaf("x") + IdentityLeaf("y"),
+    Deviated schema(Identity("base") + Leaf("x", Identityref("m:base")) +
+                        Leaf("y", Identityref("m:base")),
                     Identity("own") + Deviation("/m:x", "add", Default("own")) +
                         Deviation("/m:y", "add", Default("m:base")));
     EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "d:own");
@@ -171,7 +161,7 @@ TEST(RefreshDeviateDefaults, IdentityDefaultsGetModuleNames)
 
 TEST(RefreshDeviateDefaults, TheReplacementTypeDecidesWhenThereIsOne)
 {
-    Deviated schema(Identity("base") + Leaf("x", Default("v")),
+    Deviated schema(Identity("base") + Leaf("x", "string", Default("v")),
                     Deviation("/m:x", "replace",
                               Default("m:base") + "<type name=\"identityref\"><base "
                                                   "name=\"m:base\"/></type>"));
@@ -180,7 +170,7 @@ TEST(RefreshDeviateDefaults, TheReplacementTypeDecidesWhenThereIsOne)
 
 TEST(RefreshDeviateDefaults, DeletingComparesTheQualifiedForm)
 {
-    Deviated schema(Identity("base") + IdentityLeaf("x", Default("base")),
+    Deviated schema(Identity("base") + Leaf("x", Identityref("m:base"), Default("base")),
                     Deviation("/m:x", "delete", Default("m:base")));
     EXPECT_TRUE(schema.IsApplied());
     EXPECT_EQ(schema.LeafOf("/m:x")->defaultValue, nullptr);
@@ -188,7 +178,7 @@ TEST(RefreshDeviateDefaults, DeletingComparesTheQualifiedForm)
 
 TEST(RefreshDeviateDefaults, AnUnknownPrefixFails)
 {
-    Deviated schema(Identity("base") + IdentityLeaf("x"),
+    Deviated schema(Identity("base") + Leaf("x", Identityref("m:base")),
                     Deviation("/m:x", "add", Default("q:own")));
     EXPECT_TRUE(schema.HasFailed());
     EXPECT_EQ(ZRS_MOD_RefreshDeviateDefaults(schema.ctx.Module("d"), schema.Node("/m:x"),
@@ -201,7 +191,7 @@ TEST(RefreshDeviateDefaults, AreConvertedOnlyOnceHoweverOftenTheDeviationIsAppli
 {
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("long-name", Identity("i")), ZR_OK);
-    ASSERT_EQ(ctx.LoadBody("m", Identity("base") + IdentityLeaf("x")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Identity("base") + Leaf("x", Identityref("m:base"))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") +
                                     "<import module=\"long-name\"><prefix value=\"ln\"/></import>" +
                                     Deviation("/m:x", "add", Default("ln:i"))),
@@ -216,8 +206,8 @@ TEST(RefreshDeviateDefaults, AreConvertedOnlyOnceHoweverOftenTheDeviationIsAppli
 
 TEST(RefreshDeviateDefaults, OtherTypesAndNodesAreLeftAlone)
 {
-    Deviated schema(Leaf("x") + Choice("ch"), Deviation("/m:x", "add", Default("q:v")) +
-                                                  Deviation("/m:ch", "add", Default("one")));
+    Deviated schema(Leaf("x") + ChoiceOfTwo("ch"), Deviation("/m:x", "add", Default("q:v")) +
+                                                       Deviation("/m:ch", "add", Default("one")));
     EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "q:v");
     EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "one");
     EXPECT_EQ(ZRS_MOD_RefreshDeviateDefaults(nullptr, nullptr, nullptr), ZR_ERR_INVALID);

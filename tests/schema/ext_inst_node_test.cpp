@@ -60,12 +60,12 @@ TEST_F(NodeExtInst, NeedsNodeModuleContextAndNames)
 
 TEST_F(NodeExtInst, AppendWithoutMemoryAddsNothing)
 {
-    FailEachAllocation([&] { return ZR_NODE_AppendExtInst(node_, "new", "a", "x"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(Instances(node_), failed ? "" : "new:a(x)");
-                           ZR_NODE_CleanExtInsts(node_);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status = memory.Run([&] { return ZR_NODE_AppendExtInst(node_, "new", "a", "x"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(Instances(node_), memory.Failed() ? "" : "new:a(x)");
+        ZR_NODE_CleanExtInsts(node_);
+    });
 }
 
 TEST_F(NodeExtInst, OfDefaultDenyAllMarksEverythingBelow)
@@ -131,7 +131,7 @@ TEST_F(NodeExtInst, StaysWhenTheReplacementCannotBeCopied)
     ASSERT_EQ(ZR_NODE_AppendExtInst(node_, "n", "a", nullptr), ZR_OK);
     guard_.FailAt(0);
     EXPECT_EQ(ZR_NODE_ReplaceDstExtInst(node_, source), ZR_ERR_NO_MEMORY);
-    guard_.FailNone();
+    guard_.Stop();
     EXPECT_EQ(Instances(node_), "n:a(-)");
 }
 

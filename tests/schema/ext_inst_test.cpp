@@ -98,12 +98,13 @@ TEST_F(ExtInst, NeedsBothNames)
 TEST_F(ExtInst, HasNoStringsAfterAFillWithoutMemory)
 {
     ZrsExtInst record;
-    FailEachAllocation([&] { return ZRS_EXT_FillExtInst(dict_, &record, "m", "ext", "arg"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(record.moduleName == nullptr, failed);
-                           ZRS_EXT_ClearExtInst(dict_, &record);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status =
+            memory.Run([&] { return ZRS_EXT_FillExtInst(dict_, &record, "m", "ext", "arg"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(record.moduleName == nullptr, memory.Failed());
+        ZRS_EXT_ClearExtInst(dict_, &record);
+    });
 }
 
 TEST_F(ExtInst, ClearReleasesWholeTree)
@@ -164,26 +165,23 @@ TEST_F(ExtInst, IsAppendedInOrder)
 TEST_F(ExtInst, AppendWithoutMemoryLeavesTheCount)
 {
     ASSERT_EQ(Append("m", "a"), ZR_OK);
-    FailEachAllocation(
-        [&] {
-            ZrsExtInst *array = nullptr;
-            uint16_t count = 0;
-            uint32_t status =
-                ZRS_EXT_AppendOneExtInstToArray(dict_, &array, &count, "m", "b", "new");
-            EXPECT_EQ(count, status == ZR_OK ? 1 : 0);
-            ZRS_EXT_FreeExtInsts(dict_, array, count);
-            return status;
-        },
-        [&](uint32_t status, bool failed) {
-            EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        ZrsExtInst *array = nullptr;
+        uint16_t count = 0;
+        uint32_t status = memory.Run([&] {
+            return ZRS_EXT_AppendOneExtInstToArray(dict_, &array, &count, "m", "b", "new");
         });
+        EXPECT_EQ(count, memory.Failed() ? 0 : 1);
+        ZRS_EXT_FreeExtInsts(dict_, array, count);
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+    });
 }
 
 TEST_F(ExtInst, AppendsIntoTheRoomThatAFirstFailedAppendLeft)
 {
     guard_.FailAt(1); // the array is grown, the dictionary refuses
     EXPECT_EQ(Append("new", "a"), ZR_ERR_NO_MEMORY);
-    guard_.FailNone();
+    guard_.Stop();
     EXPECT_EQ(count_, 0);
     ASSERT_NE(array_, nullptr);
     EXPECT_EQ(Append("new", "a"), ZR_OK);
@@ -204,21 +202,20 @@ TEST_F(ExtInst, IsCopiedWithEverythingBelowIt)
     ASSERT_EQ(Append("m", "a", "x"), ZR_OK);
     ASSERT_EQ(Append("m", "b"), ZR_OK);
     AddChildren(&array_[0]);
-    FailEachAllocation([&] { return ZRS_EXT_CopyExtInsts(dict_, array_, count_); },
-                       [&](ZrsExtInst *copy, bool failed) {
-                           ASSERT_EQ(copy == nullptr, failed);
-                           if (copy != nullptr) {
-                               EXPECT_EQ(Names(copy, 2), "a b");
-                               EXPECT_EQ(copy[0].argument, array_[0].argument);
-                               ASSERT_EQ(copy[0].childCount, 1);
-                               EXPECT_NE(copy[0].children, array_[0].children);
-                               ASSERT_EQ(copy[0].children[0].childCount, 1);
-                               EXPECT_STREQ(copy[0].children[0].children[0].extensionName,
-                                            "grandchild");
-                               EXPECT_EQ(copy[1].childCount, 0);
-                               ZRS_EXT_FreeExtInsts(dict_, copy, 2);
-                           }
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        ZrsExtInst *copy = memory.Run([&] { return ZRS_EXT_CopyExtInsts(dict_, array_, count_); });
+        ASSERT_EQ(copy == nullptr, memory.Failed());
+        if (copy != nullptr) {
+            EXPECT_EQ(Names(copy, 2), "a b");
+            EXPECT_EQ(copy[0].argument, array_[0].argument);
+            ASSERT_EQ(copy[0].childCount, 1);
+            EXPECT_NE(copy[0].children, array_[0].children);
+            ASSERT_EQ(copy[0].children[0].childCount, 1);
+            EXPECT_STREQ(copy[0].children[0].children[0].extensionName, "grandchild");
+            EXPECT_EQ(copy[1].childCount, 0);
+            ZRS_EXT_FreeExtInsts(dict_, copy, 2);
+        }
+    });
     EXPECT_EQ(ZRS_EXT_CopyExtInsts(dict_, array_, 0), nullptr);
     EXPECT_EQ(ZRS_EXT_CopyExtInsts(dict_, nullptr, 2), nullptr);
 }
@@ -227,12 +224,13 @@ TEST_F(ExtInst, IsCopiedIntoAnotherContextOrNotAtAll)
 {
     ASSERT_EQ(Append("m", "a", "x"), ZR_OK);
     ZrCtx *other = ZR_CTX_Create(0);
-    FailEachAllocation([&] { return ZRS_EXT_CopyExtInsts(&other->dict, array_, count_); },
-                       [&](ZrsExtInst *copy, bool failed) {
-                           ASSERT_EQ(copy == nullptr, failed);
-                           EXPECT_EQ(Names(copy, failed ? 0 : 1), failed ? "" : "a");
-                           ZRS_EXT_FreeExtInsts(&other->dict, copy, 1);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        ZrsExtInst *copy =
+            memory.Run([&] { return ZRS_EXT_CopyExtInsts(&other->dict, array_, count_); });
+        ASSERT_EQ(copy == nullptr, memory.Failed());
+        EXPECT_EQ(Names(copy, memory.Failed() ? 0 : 1), memory.Failed() ? "" : "a");
+        ZRS_EXT_FreeExtInsts(&other->dict, copy, 1);
+    });
     ZR_CTX_Delete(other);
 }
 
@@ -243,14 +241,14 @@ TEST_F(ExtInst, TakesACopyOfChildren)
     ZrsExtInst record = {};
     EXPECT_EQ(ZRS_EXT_UpdateExtInstChildInsts(dict_, &record, array_, 0), ZR_OK);
     EXPECT_EQ(record.children, nullptr);
-    FailEachAllocation(
-        [&] { return ZRS_EXT_UpdateExtInstChildInsts(dict_, &record, array_, count_); },
-        [&](uint32_t status, bool failed) {
-            EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-            EXPECT_EQ(record.childCount, failed ? 0 : 2);
-            EXPECT_EQ(Names(record.children, record.childCount), failed ? "" : "a b");
-            ZRS_EXT_ClearExtInst(dict_, &record);
-        });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status = memory.Run(
+            [&] { return ZRS_EXT_UpdateExtInstChildInsts(dict_, &record, array_, count_); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(record.childCount, memory.Failed() ? 0 : 2);
+        EXPECT_EQ(Names(record.children, record.childCount), memory.Failed() ? "" : "a b");
+        ZRS_EXT_ClearExtInst(dict_, &record);
+    });
     EXPECT_EQ(ZRS_EXT_UpdateExtInstChildInsts(dict_, nullptr, array_, count_), ZR_ERR_INVALID);
 }
 
@@ -274,7 +272,7 @@ TEST_F(ExtInst, StaysCountedAndEmptyWhenItsChildrenCannotBeMergedIn)
     AddChildren(&source);
     guard_.FailAt(1); // the array is grown, the strings are there; the children's array fails
     EXPECT_EQ(ZRS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &source), ZR_ERR_NO_MEMORY);
-    guard_.FailNone();
+    guard_.Stop();
     ASSERT_EQ(count_, 1);
     EXPECT_EQ(array_[0].moduleName, nullptr);
     EXPECT_EQ(array_[0].extensionName, nullptr);
@@ -313,7 +311,7 @@ TEST_F(ExtInst, MergeStopsAtTheFirstFailure)
     guard_.FailAt(1); // growing for the second
     EXPECT_EQ(ZRS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount),
               ZR_ERR_NO_MEMORY);
-    guard_.FailNone();
+    guard_.Stop();
     EXPECT_EQ(Names(array_, count_), "a b");
     ZRS_EXT_FreeExtInsts(dict_, source, sourceCount);
 }
@@ -348,7 +346,7 @@ TEST_F(ExtInst, SubtractFromACountOfZeroStoresAnEmptyArray)
 {
     guard_.FailAt(1);
     EXPECT_EQ(Append("new", "a"), ZR_ERR_NO_MEMORY); // an array without a counted record
-    guard_.FailNone();
+    guard_.Stop();
     ASSERT_NE(array_, nullptr);
     ASSERT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 0, 0), ZR_OK);
     EXPECT_EQ(array_, nullptr);
@@ -374,12 +372,13 @@ TEST_F(ExtInst, SubtractWithoutMemoryLeavesTheArray)
     AddChildren(&array_[0]);
     AddChildren(&array_[2]);
     Mark(1);
-    for (uint64_t n = 0; n < 5; ++n) { // the array, then two levels of children of each survivor
+    // The array, then two levels of children of each survivor.
+    for (uint64_t n = 0; n < 5; ++n) {
         const ZrsExtInst *before = array_;
         int64_t blocks = guard_.LiveBlocks();
         guard_.FailAt(n);
         EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 3, 2), ZR_ERR_NO_MEMORY) << n;
-        guard_.FailNone();
+        guard_.Stop();
         EXPECT_EQ(array_, before);
         EXPECT_EQ(guard_.LiveBlocks(), blocks);
         EXPECT_EQ(Names(array_, count_), "a - c");

@@ -213,8 +213,10 @@ TEST_F(Lookup, AnAugmentPathThatCannotBeSplitLeavesTheResultAlone)
 
 TEST_F(Lookup, WithoutMemoryNothingIsFoundAndNothingIsLost)
 {
-    FailEachAllocation([&] { return Target("/a:top/b:x/y"); },
-                       [&](ZrNode *node, bool failed) { EXPECT_EQ(node, failed ? nullptr : y_); });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        ZrNode *node = memory.Run([&] { return Target("/a:top/b:x/y"); });
+        EXPECT_EQ(node, memory.Failed() ? nullptr : y_);
+    });
 }
 
 } // namespace

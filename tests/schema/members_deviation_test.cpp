@@ -64,12 +64,13 @@ TEST_F(Deviation, NeedsItsTargetPath)
 TEST_F(Deviation, WithoutMemoryHoldsNothing)
 {
     ZrsDeviation record = {};
-    FailEachAllocation([&] { return ZRS_MOD_FillDeviationTargetNode(dict_, &record, "/n:a"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(record.targetPath == nullptr, failed);
-                           ZRS_MOD_ClearDeviation(ctx_, &record);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status =
+            memory.Run([&] { return ZRS_MOD_FillDeviationTargetNode(dict_, &record, "/n:a"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(record.targetPath == nullptr, memory.Failed());
+        ZRS_MOD_ClearDeviation(ctx_, &record);
+    });
 }
 
 TEST_F(Deviation, StartsUnappliedAndWithoutDeviates)
@@ -115,21 +116,21 @@ TEST_F(Deviation, DeviateIsCopiedDeeplyOrNotAtAll)
     ZrsDeviate source;
     FillSource(&source);
     ZrsDeviate copy;
-    FailEachAllocation([&] { return ZRS_MOD_FillDeviate(ctx_, &copy, &source); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           if (failed) {
-                               EXPECT_EQ(copy.musts, nullptr);
-                               EXPECT_EQ(copy.defaults, nullptr);
-                               EXPECT_EQ(copy.type, nullptr);
-                               EXPECT_EQ(copy.units, nullptr);
-                               EXPECT_EQ(copy.extInsts, nullptr);
-                               EXPECT_EQ(copy.mustCount + copy.defaultCount + copy.extInstCount, 0);
-                           } else {
-                               ExpectCopy(copy, source);
-                           }
-                           ZRS_MOD_ClearDeviate(ctx_, &copy);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status = memory.Run([&] { return ZRS_MOD_FillDeviate(ctx_, &copy, &source); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        if (memory.Failed()) {
+            EXPECT_EQ(copy.musts, nullptr);
+            EXPECT_EQ(copy.defaults, nullptr);
+            EXPECT_EQ(copy.type, nullptr);
+            EXPECT_EQ(copy.units, nullptr);
+            EXPECT_EQ(copy.extInsts, nullptr);
+            EXPECT_EQ(copy.mustCount + copy.defaultCount + copy.extInstCount, 0);
+        } else {
+            ExpectCopy(copy, source);
+        }
+        ZRS_MOD_ClearDeviate(ctx_, &copy);
+    });
     EXPECT_EQ(ZRS_MOD_FillDeviate(ctx_, &copy, nullptr), ZR_ERR_INVALID);
     EXPECT_EQ(ZRS_MOD_FillDeviate(ctx_, nullptr, &source), ZR_ERR_INVALID);
     EXPECT_EQ(ZRS_MOD_FillDeviate(nullptr, &copy, &source), ZR_ERR_INVALID);
@@ -152,13 +153,13 @@ TEST_F(Deviation, DeviatesAreCopiedTogether)
     ZrsDeviate sources[2];
     FillSource(&sources[0]);
     FillSource(&sources[1]);
-    FailEachAllocation([&] { return ZRS_MOD_CopyDeviateArray(ctx_, sources, 2); },
-                       [&](ZrsDeviate *copies, bool failed) {
-                           ASSERT_EQ(copies == nullptr, failed);
-                           if (copies != nullptr)
-                               ExpectCopy(copies[1], sources[1]);
-                           ZRS_MOD_FreeDeviate(ctx_, copies, 2);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        ZrsDeviate *copies = memory.Run([&] { return ZRS_MOD_CopyDeviateArray(ctx_, sources, 2); });
+        ASSERT_EQ(copies == nullptr, memory.Failed());
+        if (copies != nullptr)
+            ExpectCopy(copies[1], sources[1]);
+        ZRS_MOD_FreeDeviate(ctx_, copies, 2);
+    });
     EXPECT_EQ(ZRS_MOD_CopyDeviateArray(ctx_, sources, 0), nullptr);
     EXPECT_EQ(ZRS_MOD_CopyDeviateArray(ctx_, nullptr, 2), nullptr);
     ZRS_MOD_ClearDeviate(ctx_, &sources[0]);

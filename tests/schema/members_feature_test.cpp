@@ -39,12 +39,12 @@ TEST_F(Feature, NeedsItsName)
 TEST_F(Feature, WithoutMemoryHoldsNothing)
 {
     ZrsFeature record = {};
-    FailEachAllocation([&] { return ZRS_MOD_FillFeature(dict_, &record, "f"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(record.name == nullptr, failed);
-                           ZRS_MDL_ClearFeature(dict_, &record);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status = memory.Run([&] { return ZRS_MOD_FillFeature(dict_, &record, "f"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(record.name == nullptr, memory.Failed());
+        ZRS_MDL_ClearFeature(dict_, &record);
+    });
 }
 
 TEST_F(Feature, IsFoundByItsName)

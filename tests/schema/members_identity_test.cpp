@@ -43,12 +43,12 @@ TEST_F(Identity, NeedsItsName)
 TEST_F(Identity, WithoutMemoryHoldsNothing)
 {
     ZrsIdentity record = {};
-    FailEachAllocation([&] { return ZRS_MOD_FillIdentity(dict_, &record, "i"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(record.name == nullptr, failed);
-                           ZRS_MDL_ClearIdentity(dict_, &record);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status = memory.Run([&] { return ZRS_MOD_FillIdentity(dict_, &record, "i"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(record.name == nullptr, memory.Failed());
+        ZRS_MDL_ClearIdentity(dict_, &record);
+    });
 }
 
 TEST_F(Identity, IsFoundByItsName)
@@ -113,13 +113,14 @@ TEST_F(Identity, BaseNeedsBothNames)
 TEST_F(Identity, BaseWithoutMemoryHoldsNothing)
 {
     ZrsIdentBase record;
-    FailEachAllocation([&] { return ZRS_MOD_FillIdentBase(dict_, &record, "n", "b"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(record.moduleName == nullptr, failed);
-                           EXPECT_EQ(record.identityName == nullptr, failed);
-                           ZRS_MDL_ClearIdentBase(dict_, &record);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status =
+            memory.Run([&] { return ZRS_MOD_FillIdentBase(dict_, &record, "n", "b"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(record.moduleName == nullptr, memory.Failed());
+        EXPECT_EQ(record.identityName == nullptr, memory.Failed());
+        ZRS_MDL_ClearIdentBase(dict_, &record);
+    });
     ZRS_MDL_ClearIdentBase(dict_, nullptr);
     ZRS_MDL_FreeIdentBases(dict_, nullptr, 0);
 }
@@ -137,16 +138,16 @@ TEST_F(Identity, BasesAreTheSameInBothNames)
 TEST_F(Identity, BasesAreCopied)
 {
     const ZrsIdentity *identity = Add("i", {"a", "b"});
-    FailEachAllocation(
-        [&] { return ZRS_MOD_CopyIdentBaseArray(dict_, identity->bases, 2); },
-        [&](ZrsIdentBase *copy, bool failed) {
-            ASSERT_EQ(copy == nullptr, failed);
-            if (copy != nullptr) {
-                EXPECT_EQ(ZRS_MOD_CheckTwoIdentBaseSame(&copy[0], &identity->bases[0]), 1u);
-                EXPECT_EQ(ZRS_MOD_CheckTwoIdentBaseSame(&copy[1], &identity->bases[1]), 1u);
-            }
-            ZRS_MDL_FreeIdentBases(dict_, copy, 2);
-        });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        ZrsIdentBase *copy =
+            memory.Run([&] { return ZRS_MOD_CopyIdentBaseArray(dict_, identity->bases, 2); });
+        ASSERT_EQ(copy == nullptr, memory.Failed());
+        if (copy != nullptr) {
+            EXPECT_EQ(ZRS_MOD_CheckTwoIdentBaseSame(&copy[0], &identity->bases[0]), 1u);
+            EXPECT_EQ(ZRS_MOD_CheckTwoIdentBaseSame(&copy[1], &identity->bases[1]), 1u);
+        }
+        ZRS_MDL_FreeIdentBases(dict_, copy, 2);
+    });
     EXPECT_EQ(ZRS_MOD_CopyIdentBaseArray(dict_, identity->bases, 0), nullptr);
     EXPECT_EQ(ZRS_MOD_CopyIdentBaseArray(dict_, nullptr, 2), nullptr);
 }

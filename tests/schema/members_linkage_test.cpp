@@ -25,13 +25,13 @@ TEST_F(Members, ImportNeedsModuleNameAndPrefix)
 TEST_F(Members, ImportWithoutMemoryForAStringIsInvalid)
 {
     ZrsImport record;
-    FailEachAllocation([&] { return ZRS_MOD_FillImport(dict_, &record, "n", "p"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_INVALID : ZR_OK);
-                           EXPECT_EQ(record.moduleName == nullptr, failed);
-                           EXPECT_EQ(record.prefix == nullptr, failed);
-                           ZRS_MOD_ClearImport(dict_, &record);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status = memory.Run([&] { return ZRS_MOD_FillImport(dict_, &record, "n", "p"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_INVALID : ZR_OK);
+        EXPECT_EQ(record.moduleName == nullptr, memory.Failed());
+        EXPECT_EQ(record.prefix == nullptr, memory.Failed());
+        ZRS_MOD_ClearImport(dict_, &record);
+    });
 }
 
 TEST_F(Members, ImportIsFoundByItsPrefix)
@@ -74,12 +74,12 @@ TEST_F(Members, IncludeNeedsItsName)
 TEST_F(Members, IncludeWithoutMemoryHoldsNothing)
 {
     ZrsInclude record;
-    FailEachAllocation([&] { return ZRS_MOD_FillInclude(dict_, &record, "s"); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(record.submoduleName == nullptr, failed);
-                           ZRS_MOD_ClearInclude(dict_, &record);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status = memory.Run([&] { return ZRS_MOD_FillInclude(dict_, &record, "s"); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(record.submoduleName == nullptr, memory.Failed());
+        ZRS_MOD_ClearInclude(dict_, &record);
+    });
 }
 
 TEST_F(Members, ExtensionKeepsArgumentAndYinElement)
@@ -108,13 +108,14 @@ TEST_F(Members, ExtensionNeedsItsName)
 TEST_F(Members, ExtensionWithoutMemoryHoldsNothing)
 {
     ZrsExtension record;
-    FailEachAllocation([&] { return ZRS_MOD_SetExtension(dict_, &record, "a", "text", 1); },
-                       [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                           EXPECT_EQ(record.name == nullptr, failed);
-                           EXPECT_EQ(record.argument == nullptr, failed);
-                           ZRS_MDL_ClearExtension(dict_, &record);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status =
+            memory.Run([&] { return ZRS_MOD_SetExtension(dict_, &record, "a", "text", 1); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        EXPECT_EQ(record.name == nullptr, memory.Failed());
+        EXPECT_EQ(record.argument == nullptr, memory.Failed());
+        ZRS_MDL_ClearExtension(dict_, &record);
+    });
 }
 
 TEST_F(Members, ExtensionsAreTheSameInNameArgumentAndYinElement)
@@ -175,7 +176,7 @@ TEST_F(Members, AreCountedOnlyWhenTheyAreFilled)
         guard_.FailAt(1); // the dictionary
         EXPECT_EQ(row.append(module_), row.statusWithoutMemory);
         EXPECT_EQ(module_->*row.count, 0);
-        guard_.FailNone(); // the room that was left is used
+        guard_.Stop(); // the room that was left is used
         EXPECT_EQ(row.append(module_), ZR_OK);
         EXPECT_EQ(row.append(module_), ZR_OK);
         EXPECT_EQ(module_->*row.count, 2);

@@ -61,17 +61,17 @@ TEST_F(TypeDef, WithoutMemoryHoldsNothing)
 {
     const ZrtRealType *source = DerivedFrom("base");
     ZrsTypDef record;
-    FailEachAllocation(
-        [&] { return ZRS_MOD_FillTypeDef(ctx_, &record, "t", source, "1"); },
-        [&](uint32_t status, bool failed) {
-            // the strings first (12), then the type (22)
-            EXPECT_EQ(status != ZR_OK, failed);
-            EXPECT_TRUE(status == ZR_OK || status == ZR_ERR_NO_MEMORY || status == ZR_ERR_INVALID)
-                << status;
-            EXPECT_EQ(record.name == nullptr, failed);
-            EXPECT_EQ(record.defaultValue == nullptr, failed);
-            ZRS_TYPE_DestroyTypDefInner(ctx_, &record);
-        });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        uint32_t status =
+            memory.Run([&] { return ZRS_MOD_FillTypeDef(ctx_, &record, "t", source, "1"); });
+        // the strings first (12), then the type (22)
+        EXPECT_EQ(status != ZR_OK, memory.Failed());
+        EXPECT_TRUE(status == ZR_OK || status == ZR_ERR_NO_MEMORY || status == ZR_ERR_INVALID)
+            << status;
+        EXPECT_EQ(record.name == nullptr, memory.Failed());
+        EXPECT_EQ(record.defaultValue == nullptr, memory.Failed());
+        ZRS_TYPE_DestroyTypDefInner(ctx_, &record);
+    });
 }
 
 TEST_F(TypeDef, OfATypeThatCannotBeCopiedIsInvalid)

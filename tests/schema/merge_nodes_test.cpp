@@ -184,7 +184,7 @@ TEST_F(MergeNodes, WithExtensionInstancesThatCannotBeCopiedFail)
     ASSERT_EQ(AddInstance(source_->dataNodes, "e"), ZR_OK);
     guard_.FailAt(0);
     EXPECT_EQ(MergeTrees(), ZR_ERR_NO_MEMORY);
-    guard_.FailNone();
+    guard_.Stop();
     EXPECT_EQ(destination_->dataNodes->extInstCount, 0);
     EXPECT_THAT(Messages(),
                 ElementsAre("Failed to merge node \"a\" with diff reason \"extension\"."));

@@ -10,13 +10,13 @@ using testing::ElementsAre;
 
 namespace {
 
-const std::string kBody = Container("c", Leaf("a", "<default value=\"1\"/>") + Leaf("gone") +
-                                             "<leaf-list name=\"l\"><type name=\"t\"/>"
-                                             "<default value=\"1\"/></leaf-list>"
-                                             "<choice name=\"h\"><default value=\"k\"/>"
-                                             "<case name=\"k\"/></choice>") +
-                          Container("top") + Leaf("end") +
-                          "<typedef name=\"t\"><type name=\"int8\"/></typedef>";
+const std::string kBody =
+    Container("c", Leaf("a", "string", "<default value=\"1\"/>") + Leaf("gone") +
+                       "<leaf-list name=\"l\"><type name=\"t\"/>"
+                       "<default value=\"1\"/></leaf-list>"
+                       "<choice name=\"h\"><default value=\"k\"/>"
+                       "<case name=\"k\"/></choice>") +
+    Container("top") + Leaf("end") + "<typedef name=\"t\"><type name=\"int8\"/></typedef>";
 
 class BringBack : public testing::Test {
 protected:

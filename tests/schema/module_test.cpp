@@ -35,7 +35,7 @@ TEST_F(Module, IsNewWithoutAnything)
     ZRS_MOD_Free(fresh);
     guard_.FailAt(0);
     EXPECT_EQ(zr::NewModule(ctx_), nullptr);
-    guard_.FailNone();
+    guard_.Stop();
 }
 
 TEST_F(Module, TellsItsHeader)
@@ -165,7 +165,7 @@ TEST_F(Module, WritesNoValueWithoutMemory)
 {
     guard_.FailAt(0);
     EXPECT_EQ(Json("o:x"), "(none)");
-    guard_.FailNone();
+    guard_.Stop();
 }
 
 TEST_F(Module, MembersAreFoundByModuleAndName)

@@ -149,11 +149,11 @@ TEST_F(NodeCopy, WithoutMemoryThereIsNoCopyAndNothingIsLeft)
 {
     ZrNode *tree = NewTree();
     ASSERT_EQ(ZR_NODE_AppendExtInst(tree, "n", "ext", "argument"), ZR_OK);
-    FailEachAllocation([&] { return ZRS_NODE_CopyNodeTreeToModule(tree, target_); },
-                       [](ZrNode *copy, bool failed) {
-                           EXPECT_EQ(copy == nullptr, failed);
-                           ZRS_NODE_Free(copy);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        ZrNode *copy = memory.Run([&] { return ZRS_NODE_CopyNodeTreeToModule(tree, target_); });
+        EXPECT_EQ(copy == nullptr, memory.Failed());
+        ZRS_NODE_Free(copy);
+    });
 }
 
 TEST_F(NodeCopy, IntoAnotherContextIsWholeOrNothing)
@@ -165,15 +165,15 @@ TEST_F(NodeCopy, IntoAnotherContextIsWholeOrNothing)
     key->units = ZR_DICT_Insert(dict_, "meters");
     zrtest::TestContext other;
     ZrMod *target = zr::NewModule(other);
-    FailEachAllocation([&] { return ZRS_NODE_CopyNodeTreeToModule(tree, target); },
-                       [&](ZrNode *copy, bool failed) {
-                           ASSERT_EQ(copy == nullptr, failed);
-                           if (copy != nullptr) {
-                               EXPECT_EQ(Describe(copy), Describe(tree));
-                               EXPECT_STREQ(copy->description, "text");
-                           }
-                           ZRS_NODE_Free(copy);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        ZrNode *copy = memory.Run([&] { return ZRS_NODE_CopyNodeTreeToModule(tree, target); });
+        ASSERT_EQ(copy == nullptr, memory.Failed());
+        if (copy != nullptr) {
+            EXPECT_EQ(Describe(copy), Describe(tree));
+            EXPECT_STREQ(copy->description, "text");
+        }
+        ZRS_NODE_Free(copy);
+    });
     ZRS_MOD_Free(target);
 }
 

@@ -47,23 +47,22 @@ TEST_F(LeafListDefaults, AreAppendedAllOrNoneWhenMemoryRunsOut)
         if (filled) {
             ASSERT_EQ(Append({"old"}), ZR_OK);
         }
-        FailEachAllocation(
-            [&] {
+        FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+            uint32_t status = memory.Run([&] {
                 return Append({"a new text", "another text", "a third one"});
-            },
-            [&](uint32_t status, bool failed) {
-                EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
-                std::string before = filled ? "old" : "";
-                EXPECT_EQ(Defaults(),
-                          failed ? before : before + "a new textanother texta third one");
-                if (failed) {
-                    EXPECT_EQ(info_->defaults == nullptr, !filled);
-                    return;
-                }
-                for (uint32_t i = filled ? 1 : 0; i < info_->defaultCount; ++i)
-                    zr::Release(dict_, info_->defaults[i]);
-                ASSERT_EQ(ZRS_NODE_SubtractLeaflistDefaults(dict_, info_, filled ? 1 : 0), ZR_OK);
             });
+            EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+            std::string before = filled ? "old" : "";
+            EXPECT_EQ(Defaults(),
+                      memory.Failed() ? before : before + "a new textanother texta third one");
+            if (memory.Failed()) {
+                EXPECT_EQ(info_->defaults == nullptr, !filled);
+                return;
+            }
+            for (uint32_t i = filled ? 1 : 0; i < info_->defaultCount; ++i)
+                zr::Release(dict_, info_->defaults[i]);
+            ASSERT_EQ(ZRS_NODE_SubtractLeaflistDefaults(dict_, info_, filled ? 1 : 0), ZR_OK);
+        });
     }
 }
 

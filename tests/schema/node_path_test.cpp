@@ -100,11 +100,11 @@ TEST_F(NodePath, MayBe3095CharactersLongAndNoLonger)
 TEST_F(NodePath, WithoutMemoryThereIsNone)
 {
     ZrNode *leaf = AddChild(top_, ZR_NODE_LEAF, "leaf");
-    FailEachAllocation([&] { return ZRS_NODE_PrintPath(leaf); },
-                       [](char *path, bool failed) {
-                           EXPECT_EQ(path == nullptr, failed);
-                           zr::Free(path);
-                       });
+    FailEachAllocation(guard_, [&](zrtest::FailPoint &memory) {
+        char *path = memory.Run([&] { return ZRS_NODE_PrintPath(leaf); });
+        EXPECT_EQ(path == nullptr, memory.Failed());
+        zr::Free(path);
+    });
 }
 
 TEST_F(NodePath, IsWrittenBehindWhatTheBufferHolds)

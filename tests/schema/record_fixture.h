@@ -41,6 +41,13 @@ protected:
         return module;
     }
 
+    // Frees a module that is not linked before the end of the test.
+    void FreeModule(ZrMod *module)
+    {
+        std::erase(detached_, module);
+        ZRS_MOD_Free(module);
+    }
+
     // A node of the module, linked nowhere.
     ZrNode *NewNode(ZrMod *module, uint32_t kind, const char *name)
     {
@@ -68,27 +75,6 @@ protected:
         ZrNode *node = NewNode(parent->module, kind, name);
         ZRS_NODE_AddChild(parent, node);
         return node;
-    }
-
-    // Runs `operation` with the first, the second, ... allocation failing until it asks for no
-    // more; after each run `check`(result, whether one failed) looks at it and cleans up, so that
-    // no block may be left.
-    template <typename Operation, typename Check>
-    void FailEachAllocation(Operation operation, Check check)
-    {
-        for (uint64_t n = 0; n < 1000; ++n) {
-            SCOPED_TRACE(n);
-            int64_t blocks = guard_.LiveBlocks();
-            guard_.FailAt(n);
-            auto result = operation();
-            bool failed = guard_.Count() > n;
-            guard_.FailNone();
-            check(result, failed);
-            EXPECT_EQ(guard_.LiveBlocks(), blocks);
-            if (!failed)
-                return;
-        }
-        FAIL() << "the operation never came to an end of its allocations";
     }
 
     AllocGuard guard_;

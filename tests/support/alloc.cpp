@@ -1,78 +1,46 @@
 #include "support/alloc.h"
 
+#include <libxml/globals.h>
+#include <libxml/xmlmemory.h>
+
 #include <cstdlib>
-#include <unordered_map>
+#include <cstring>
 
 #include "platform/memory.h"
 
-namespace {
-
-struct State {
-    uint64_t count = 0;
-    uint64_t failAt = UINT64_MAX;
-    bool failAll = false;
-    int64_t blocks = 0;
-    int64_t bytes = 0;
-    std::unordered_map<void *, size_t> sizes; // as they were asked for
-} g_state;
-
-bool Refuses()
-{
-    uint64_t n = g_state.count++;
-    return n == g_state.failAt || (g_state.failAll && n > g_state.failAt);
-}
-
-void *Track(void *block, size_t size)
-{
-    if (block != nullptr) {
-        ++g_state.blocks;
-        g_state.bytes += static_cast<int64_t>(size);
-        g_state.sizes[block] = size;
-    }
-    return block;
-}
-
-void Untrack(void *block)
-{
-    if (block == nullptr)
-        return;
-    --g_state.blocks;
-    auto found = g_state.sizes.find(block);
-    if (found == g_state.sizes.end())
-        return; // from before the guard
-    g_state.bytes -= static_cast<int64_t>(found->second);
-    g_state.sizes.erase(found);
-}
-
-void *TestMalloc(size_t size)
-{
-    return Refuses() ? nullptr : Track(std::malloc(size), size);
-}
-
-void *TestRealloc(void *block, size_t size)
-{
-    if (Refuses())
-        return nullptr;
-    Untrack(block);
-    return Track(std::realloc(block, size), size);
-}
-
-void TestFree(void *block)
-{
-    Untrack(block);
-    std::free(block);
-}
-
-} // namespace
-
 namespace zrtest {
+
+void Allocations::FailAt(uint64_t n, bool all)
+{
+    count_ = 0;
+    failAt_ = n;
+    all_ = all;
+}
+
+bool Allocations::Stop()
+{
+    bool failed = count_ > failAt_;
+    FailAt(UINT64_MAX);
+    return failed;
+}
+
+bool Allocations::Refuses()
+{
+    uint64_t n = count_++;
+    return n == failAt_ || (all_ && n > failAt_);
+}
+
+// The guards that live now, which the hooks find here.
+static AllocGuard *g_guard = nullptr;
+static XmlAllocGuard *g_xmlGuard = nullptr;
 
 AllocGuard::AllocGuard()
 {
-    g_state = State();
-    g_zrMemMallocFunc = TestMalloc;
-    g_zrMemReAllocFunc = TestRealloc;
-    g_zrMemFreeFunc = TestFree;
+    EXPECT_EQ(g_guard, nullptr) << "one guard at a time";
+    g_guard = this;
+    g_zrMemMallocFunc = [](size_t size) { return g_guard->Malloc(size); };
+    g_zrMemReAllocFunc = [](void *block, size_t size) { return g_guard->Realloc(block, size); };
+    g_zrMemFreeFunc = [](void *block) { g_guard->Free(block); };
 }
 
 AllocGuard::~AllocGuard()
@@ -80,30 +48,86 @@ AllocGuard::~AllocGuard()
     g_zrMemMallocFunc = std::malloc;
     g_zrMemReAllocFunc = std::realloc;
     g_zrMemFreeFunc = std::free;
+    g_guard = nullptr;
 }
 
-void AllocGuard::FailAt(uint64_t n, bool all)
+void *AllocGuard::Malloc(size_t size)
 {
-    g_state.count = 0;
-    g_state.failAt = n;
-    g_state.failAll = all;
+    return Refuses() ? nullptr : Track(std::malloc(size), size);
 }
 
-void AllocGuard::FailNone()
+void *AllocGuard::Realloc(void *block, size_t size)
 {
-    FailAt(UINT64_MAX);
+    if (Refuses())
+        return nullptr;
+    Untrack(block);
+    return Track(std::realloc(block, size), size);
 }
-uint64_t AllocGuard::Count() const
+
+void AllocGuard::Free(void *block)
 {
-    return g_state.count;
+    Untrack(block);
+    std::free(block);
 }
-int64_t AllocGuard::LiveBlocks() const
+
+void *AllocGuard::Track(void *block, size_t size)
 {
-    return g_state.blocks;
+    if (block != nullptr) {
+        ++blocks_;
+        bytes_ += static_cast<int64_t>(size);
+        sizes_[block] = size;
+    }
+    return block;
 }
-int64_t AllocGuard::LiveBytes() const
+
+void AllocGuard::Untrack(void *block)
 {
-    return g_state.bytes;
+    if (block == nullptr)
+        return;
+    --blocks_;
+    auto found = sizes_.find(block);
+    if (found == sizes_.end())
+        return; // from before the guard
+    bytes_ -= static_cast<int64_t>(found->second);
+    sizes_.erase(found);
+}
+
+static void CountXmlMessage(void *, const char *, ...)
+{
+    g_xmlGuard->CountMessage();
+}
+
+XmlAllocGuard::XmlAllocGuard()
+{
+    EXPECT_EQ(g_xmlGuard, nullptr) << "one guard at a time";
+    g_xmlGuard = this;
+    xmlMemSetup(
+        std::free, [](size_t size) { return g_xmlGuard->Malloc(size); },
+        [](void *block, size_t size) { return g_xmlGuard->Realloc(block, size); },
+        [](const char *text) { return g_xmlGuard->Strdup(text); });
+    xmlSetGenericErrorFunc(nullptr, CountXmlMessage);
+}
+
+XmlAllocGuard::~XmlAllocGuard()
+{
+    xmlSetGenericErrorFunc(nullptr, nullptr);
+    xmlMemSetup(std::free, std::malloc, std::realloc, strdup);
+    g_xmlGuard = nullptr;
+}
+
+void *XmlAllocGuard::Malloc(size_t size)
+{
+    return Refuses() ? nullptr : std::malloc(size);
+}
+
+void *XmlAllocGuard::Realloc(void *block, size_t size)
+{
+    return Refuses() ? nullptr : std::realloc(block, size);
+}
+
+char *XmlAllocGuard::Strdup(const char *text)
+{
+    return Refuses() ? nullptr : strdup(text);
 }
 
 } // namespace zrtest

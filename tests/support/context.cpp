@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 namespace zrtest {
 
@@ -30,14 +29,6 @@ uint32_t AppendText(const char *text, uint32_t length, void *userData)
 
 } // namespace
 
-std::string ModuleText(const std::string &name, const std::string &body)
-{
-    return "<module name=\"" + name +
-           "\" xmlns=\"urn:ietf:params:xml:ns:yang:yin:1\" xmlns:" + name + "=\"urn:" + name +
-           "\"><namespace uri=\"urn:" + name + "\"/><prefix value=\"" + name + "\"/>" + body +
-           "</module>";
-}
-
 uint32_t TestContext::LoadBody(const std::string &name, const std::string &body)
 {
     return Load(ModuleText(name, body));
@@ -54,26 +45,6 @@ std::string Tree(const ZrMod *module)
 {
     std::string text;
     return ZR_MOD_PrintModelTree(module, AppendText, &text) == ZR_OK ? text : "(failed)\n" + text;
-}
-
-TempDir::TempDir()
-{
-    std::string pattern = (std::filesystem::temp_directory_path() / "zrschema-XXXXXX").string();
-    path_ = mkdtemp(pattern.data());
-}
-
-TempDir::~TempDir()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-}
-
-std::string TempDir::Write(const std::string &name, const std::string &content) const
-{
-    std::string path = path_ + "/" + name;
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream(path, std::ios::binary) << content;
-    return path;
 }
 
 std::string CorpusDir()

@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "support/temp_dir.h"
+#include "support/yin.h"
+
 namespace zrtest {
 
 // A context that is deleted at the end of the scope.
@@ -32,26 +35,8 @@ private:
     ZrCtx *ctx_;
 };
 
-// The YIN text of a module: namespace urn:NAME, prefix NAME, then the body.
-std::string ModuleText(const std::string &name, const std::string &body);
-
 // The printed tree of a module.
 std::string Tree(const ZrMod *module);
-
-// A fresh directory that is removed with all its files at the end of the scope.
-class TempDir {
-public:
-    TempDir();
-    ~TempDir();
-    TempDir(const TempDir &) = delete;
-    TempDir &operator=(const TempDir &) = delete;
-    const std::string &path() const { return path_; }
-    // Writes a file and returns its path.
-    std::string Write(const std::string &name, const std::string &content) const;
-
-private:
-    std::string path_;
-};
 
 // The folder of the real modules, or "" when there is none.
 std::string CorpusDir();

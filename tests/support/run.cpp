@@ -88,7 +88,8 @@ void PrintTo(const Record &record, std::ostream *out)
         *out << "valid";
         return;
     }
-    *out << "{type " << record.type << ", severity " << record.severity << ", tag " << record.tag
+    *out << "{type " << ZR_GetErrorTypeName(record.type) << ", severity "
+         << ZR_GetErrorSeverityName(record.severity) << ", tag " << ZR_GetErrorTagName(record.tag)
          << ", app tag " << record.appTag << ", path " << record.path << ", message "
          << record.message << ", bad element " << record.badElement << ", bad attribute "
          << record.badAttribute << "}";
@@ -148,8 +149,8 @@ Outcome ValidateRpc(ZrCtx *ctx, const std::string &text)
 {
     Outcome asText;
     std::string copy = text;
-    asText.record = TakeRecord(
-        ZR_CTX_ValidateRpcDataTree(ctx, 1, copy.data(), CollectDefault, &asText.defaults));
+    asText.record = TakeRecord(ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_STRING, copy.data(),
+                                                          CollectDefault, &asText.defaults));
 
     Document document(text);
     if (document.get() == nullptr)
@@ -157,8 +158,8 @@ Outcome ValidateRpc(ZrCtx *ctx, const std::string &text)
     std::string before = document.Dump();
     std::vector<NodeState> statesBefore = States(document.top());
     Outcome asTree;
-    asTree.record = TakeRecord(
-        ZR_CTX_ValidateRpcDataTree(ctx, 2, document.top(), CollectDefault, &asTree.defaults));
+    asTree.record = TakeRecord(ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_XML, document.top(),
+                                                          CollectDefault, &asTree.defaults));
     asTree.document = document.Dump();
     EXPECT_EQ(asTree.record, asText.record) << text;
     EXPECT_EQ(asTree.defaults, asText.defaults) << text;

@@ -23,7 +23,7 @@ std::string Live(uint32_t flags)
     std::string text = DumpContext(ctx) + Tree(ctx.Module("example-router"));
     char request[] = "<ping xmlns='urn:example:router'><destination>192.0.2.1</destination>"
                      "<size>1501</size></ping>";
-    ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(ctx, 1, request, nullptr, nullptr);
+    ZrdErrNode *error = ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_STRING, request, nullptr, nullptr);
     text += error != nullptr && ZR_GetErrorMessage(error) != nullptr ? ZR_GetErrorMessage(error)
                                                                      : "valid";
     ZR_FreeErrNode(error);

@@ -210,12 +210,12 @@ std::string Validate(ZrCtx *ctx, int number)
                                "<entry><id>bad</id></entry>", "<gated>g</gated>"}) {
         std::string request = Request(number, inside);
         int defaults = 0;
-        text +=
-            Describe(ZR_CTX_ValidateRpcDataTree(ctx, 1, request.data(), CountDefault, &defaults));
+        text += Describe(ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_STRING, request.data(),
+                                                    CountDefault, &defaults));
         xmlDoc *doc =
             xmlReadMemory(request.c_str(), static_cast<int>(request.size()), nullptr, nullptr, 0);
-        text += Describe(
-            ZR_CTX_ValidateRpcDataTree(ctx, 2, xmlDocGetRootElement(doc), CountDefault, &defaults));
+        text += Describe(ZR_CTX_ValidateRpcDataTree(ctx, ZR_VALUE_XML, xmlDocGetRootElement(doc),
+                                                    CountDefault, &defaults));
         xmlFreeDoc(doc);
         text += std::to_string(defaults);
     }

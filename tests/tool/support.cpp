@@ -20,26 +20,6 @@ std::string ReadFile(const std::string &path)
 
 } // namespace
 
-Folder::Folder()
-{
-    char name[] = "/tmp/zrschema-tool-XXXXXX";
-    path_ = mkdtemp(name) != nullptr ? name : "";
-}
-
-Folder::~Folder()
-{
-    std::error_code error;
-    if (!path_.empty())
-        std::filesystem::remove_all(path_, error);
-}
-
-std::string Folder::Add(const std::string &name, const std::string &text) const
-{
-    std::string path = path_ + "/" + name;
-    std::ofstream(path, std::ios::binary) << text;
-    return path;
-}
-
 std::string Folder::AddModule(const std::string &fileName, const std::string &name,
                               const std::string &body) const
 {

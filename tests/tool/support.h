@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "support/temp_dir.h"
+
 struct ToolRun {
     int status;
     std::string out;
@@ -15,21 +17,15 @@ ToolRun RunTool(const std::string &arguments, const std::string &input = "");
 
 inline const std::string kExampleModules = "-p " ZR_EXAMPLES_DIR "/modules";
 
-// A directory that is there as long as the object.
-class Folder {
+// A directory of modules.
+class Folder : public zrtest::TempDir {
 public:
-    Folder();
-    ~Folder();
-    Folder(const Folder &) = delete;
-    Folder &operator=(const Folder &) = delete;
-
-    const std::string &path() const { return path_; }
     // Writes a file; its path.
-    std::string Add(const std::string &name, const std::string &text) const;
+    std::string Add(const std::string &name, const std::string &text) const
+    {
+        return Write(name, text);
+    }
     // Writes a module with a namespace, a prefix "p" and what else it holds; the file's path.
     std::string AddModule(const std::string &fileName, const std::string &name,
                           const std::string &body) const;
-
-private:
-    std::string path_;
 };

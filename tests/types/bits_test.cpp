@@ -60,7 +60,7 @@ TEST(Bits, AreRefusedWhenMemoryRunsOut)
     zrtest::AllocGuard guard;
     guard.FailAt(0);
     EXPECT_EQ(leaf.Check("a"), ZR_ERR_VALUE_BITS);
-    guard.FailNone();
+    guard.Stop();
     EXPECT_EQ(leaf.Check("a"), ZR_OK);
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
@@ -69,7 +69,7 @@ TEST(Bits, TakeOneSmallBlockPerCheck)
 {
     Leaf leaf(kAb);
     zrtest::AllocGuard guard;
-    guard.FailNone();
+    guard.Stop();
     EXPECT_EQ(leaf.Check("b a"), ZR_OK);
     EXPECT_EQ(guard.Count(), 1u);
 }

@@ -37,12 +37,15 @@ TEST(CreateBody, MakesNoArrayWhenCountOrItemSizeIsZero)
 
 TEST(CreateBody, FreesTheBodyWhenTheArrayCannotBeHad)
 {
-    zrtest::AllocGuard guard;
-    for (uint64_t n = 0; n < 2; ++n) {
-        guard.FailAt(n);
-        EXPECT_EQ(ZRT_CONS_CreateConsDataBodyAndSegSize(sizeof(ZrtConsEnum), 3, 8), nullptr);
-    }
-    EXPECT_EQ(guard.LiveBlocks(), 0);
+    uint64_t points = zrtest::FailEachAllocation([](zrtest::FailPoint &memory) {
+        auto *body = static_cast<ZrtConsEnum *>(memory.Run(
+            [] { return ZRT_CONS_CreateConsDataBodyAndSegSize(sizeof(ZrtConsEnum), 3, 8); }));
+        EXPECT_EQ(body == nullptr, memory.Failed());
+        if (body != nullptr)
+            zr::Free(body->items);
+        zr::Free(body);
+    });
+    EXPECT_EQ(points, 2u);
 }
 
 TEST(CreateBody, OfEveryKindCanBeDestroyedAtOnce)

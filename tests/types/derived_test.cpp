@@ -15,11 +15,9 @@ using zrtest::Leaf;
 std::string Chain(int length)
 {
     std::string text;
-    for (int i = 1; i <= length; ++i) {
-        std::string base = i < length ? "t" + std::to_string(i + 1) : "int8";
-        text +=
-            "<typedef name=\"t" + std::to_string(i) + "\"><type name=\"" + base + "\"/></typedef>";
-    }
+    for (int i = 1; i <= length; ++i)
+        text += zrtest::yin::TypeDef("t" + std::to_string(i),
+                                     i < length ? "t" + std::to_string(i + 1) : "int8");
     return text;
 }
 
@@ -270,13 +268,13 @@ TEST(DerivedCopy, HasTheNamesAndIsNotResolved)
 TEST(DerivedCopy, IntoAnotherContextIsNullWhicheverAllocationFails)
 {
     zrtest::TestContext ctx;
-    zrtest::AllocGuard guard;
     ZrtConsDerived body = {"m", "t1", nullptr};
-    for (uint64_t n = 0; n < 5; ++n) { // the body, and two blocks for each name
-        guard.FailAt(n);
-        EXPECT_EQ(ZRT_CONS_CopyConsDataBodyWithDerived(ctx, &body), nullptr) << n;
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-    }
+    uint64_t points = zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        void *copy = memory.Run([&] { return ZRT_CONS_CopyConsDataBodyWithDerived(ctx, &body); });
+        EXPECT_EQ(copy == nullptr, memory.Failed());
+        ZRT_CONS_DestroyConsDataBodyWithDerived(ctx, copy);
+    });
+    EXPECT_EQ(points, 5u); // the body, and two blocks for each name
 }
 
 TEST(DerivedCheck, RefusesATypedefThatIsNotResolvedWithoutAContextToLookItUpIn)

@@ -68,16 +68,16 @@ TEST(EnumerationCopy, HasNamesValuesAndDescriptions)
 TEST(EnumerationCopy, IsNullWhicheverAllocationFails)
 {
     zrtest::TestContext ctx;
-    zrtest::AllocGuard guard;
     ZrtEnumItem items[] = {{"a", 0}};
     const char *descriptions[] = {"About a."};
     ZrtConsEnum body = {1, items, descriptions};
+    uint64_t points = zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        void *copy = memory.Run([&] { return ZRT_CONS_CopyConsDataBodyWithEnum(ctx, &body); });
+        EXPECT_EQ(copy == nullptr, memory.Failed());
+        ZRT_CONS_DestroyConsDataBodyWithEnum(ctx, copy);
+    });
     // The body, its items and their descriptions, and two blocks for each text.
-    for (uint64_t n = 0; n < 7; ++n) {
-        guard.FailAt(n);
-        EXPECT_EQ(ZRT_CONS_CopyConsDataBodyWithEnum(ctx, &body), nullptr) << n;
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-    }
+    EXPECT_EQ(points, 7u);
 }
 
 } // namespace

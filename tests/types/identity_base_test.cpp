@@ -5,21 +5,14 @@ namespace {
 
 using zrtest::Leaf;
 using zrtest::ValueElement;
+using zrtest::yin::Identity;
 
 constexpr char kRef[] = "<type name=\"identityref\"><base name=\"root\"/></type>";
-
-std::string Identity(const std::string &name, const std::vector<std::string> &bases)
-{
-    std::string text = "<identity name=\"" + name + "\">";
-    for (const std::string &base : bases)
-        text += "<base name=\"" + base + "\"/>";
-    return text + "</identity>";
-}
 
 // Identities i1 to iN, each on the one before, the first on "root".
 std::string Line(int length)
 {
-    std::string text = Identity("root", {});
+    std::string text = Identity("root");
     for (int i = 1; i <= length; ++i)
         text += Identity("i" + std::to_string(i), {i == 1 ? "root" : "i" + std::to_string(i - 1)});
     return text;
@@ -27,7 +20,7 @@ std::string Line(int length)
 
 TEST(Identityref, TakesTheBaseItself)
 {
-    Leaf leaf(kRef, Identity("root", {}));
+    Leaf leaf(kRef, Identity("root"));
     EXPECT_EQ(leaf.Check("m:root"), ZR_OK);
     EXPECT_EQ(leaf.Check("root"), ZR_ERR_VALUE_IDENTITY);
     EXPECT_EQ(leaf.CheckElement("root"), ZR_OK);
@@ -46,7 +39,7 @@ TEST(Identityref, TakesDerivationsUpTo128Levels)
 
 TEST(Identityref, SearchesEveryBaseOfAnIdentity)
 {
-    Leaf leaf(kRef, Identity("root", {}) + Identity("other", {}) + Identity("left", {"other"}) +
+    Leaf leaf(kRef, Identity("root") + Identity("other") + Identity("left", {"other"}) +
                         Identity("right", {"root"}) + Identity("both", {"left", "right"}) +
                         Identity("neither", {"left", "other"}));
     EXPECT_EQ(leaf.Check("m:both"), ZR_OK);
@@ -56,7 +49,7 @@ TEST(Identityref, SearchesEveryBaseOfAnIdentity)
 TEST(Identityref, TakesAnIdentityOfAnyOfItsBases)
 {
     Leaf leaf("<type name=\"identityref\"><base name=\"a\"/><base name=\"b\"/></type>",
-              Identity("a", {}) + Identity("b", {}) + Identity("c", {}) + Identity("ax", {"a"}) +
+              Identity("a") + Identity("b") + Identity("c") + Identity("ax", {"a"}) +
                   Identity("bx", {"b"}) + Identity("cx", {"c"}));
     EXPECT_EQ(leaf.Check("m:ax"), ZR_OK);
     EXPECT_EQ(leaf.Check("m:bx"), ZR_OK);
@@ -66,7 +59,7 @@ TEST(Identityref, TakesAnIdentityOfAnyOfItsBases)
 
 TEST(Identityref, SearchOfIdentitiesInACircleEnds)
 {
-    Leaf leaf(kRef, Identity("root", {}) + Identity("a", {"b", "c"}) + Identity("b", {"c", "a"}) +
+    Leaf leaf(kRef, Identity("root") + Identity("a", {"b", "c"}) + Identity("b", {"c", "a"}) +
                         Identity("c", {"a", "b"}) + Identity("self", {"self"}));
     EXPECT_EQ(leaf.Check("m:a"), ZR_ERR_VALUE_IDENTITY);
     EXPECT_EQ(leaf.Check("m:self"), ZR_ERR_VALUE_IDENTITY);
@@ -82,7 +75,7 @@ TEST(Identityref, WithAnUnknownBaseRefusesEverything)
 class IdentityrefElement : public testing::Test {
 protected:
     // Module "m" with the base, and module "far" with an identity on it.
-    IdentityrefElement() : leaf_(kRef, Identity("root", {}) + Identity("near", {"root"}))
+    IdentityrefElement() : leaf_(kRef, Identity("root") + Identity("near", {"root"}))
     {
         loaded_ =
             leaf_.context().Load("<module name=\"far\" xmlns=\"urn:ietf:params:xml:ns:yang:yin:1\">"
@@ -158,8 +151,7 @@ TEST(IdentityrefString, TakesAModuleNameOf64Characters)
 {
     std::string name(64, 'n');
     zrtest::TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody(name, Identity("root", {}) + "<leaf name=\"v\">" + kRef + "</leaf>"),
-              ZR_OK);
+    ASSERT_EQ(ctx.LoadBody(name, Identity("root") + "<leaf name=\"v\">" + kRef + "</leaf>"), ZR_OK);
     ZrNode *node = ctx.Node(("/" + name + ":v").c_str());
     ASSERT_NE(node, nullptr);
     EXPECT_EQ(ZR_NODE_ValidateValue(node, ZR_VALUE_STRING, (name + ":root").c_str()), ZR_OK);

@@ -6,20 +6,12 @@
 namespace {
 
 using zrtest::Leaf;
-
-std::string LeafrefTo(const std::string &path)
-{
-    return "<type name=\"leafref\"><path value=\"" + path + "\"/></type>";
-}
-
-std::string LeafText(const std::string &name, const std::string &type)
-{
-    return "<leaf name=\"" + name + "\">" + type + "</leaf>";
-}
+using zrtest::yin::Leafref;
+namespace yin = zrtest::yin;
 
 TEST(Leafref, RefusesWithTheTargetsCode)
 {
-    Leaf leaf(LeafrefTo("/m:number"), LeafText("number", "<type name=\"int8\"/>"));
+    Leaf leaf(Leafref("/m:number"), yin::Leaf("number", "int8"));
     EXPECT_EQ(leaf.Check("100"), ZR_OK);
     EXPECT_EQ(leaf.Check("200"), ZR_ERR_VALUE_RANGE);
 }
@@ -28,10 +20,9 @@ TEST(Leafref, WithARelativePathStartsAtTheLeaf)
 {
     zrtest::TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", "<container name=\"top\"><container name=\"box\">" +
-                                    LeafText("v", LeafrefTo("../../number")) +
+                                    yin::Leaf("v", Leafref("../../number")) +
                                     "</container><choice name=\"c\"><case name=\"d\">" +
-                                    LeafText("number", "<type name=\"int8\"/>") +
-                                    "</case></choice></container>"),
+                                    yin::Leaf("number", "int8") + "</case></choice></container>"),
               ZR_OK);
     ZrNode *node = ctx.Node("/m:top/box/v");
     ASSERT_NE(node, nullptr);
@@ -41,52 +32,51 @@ TEST(Leafref, WithARelativePathStartsAtTheLeaf)
 
 TEST(Leafref, ThatClimbsAboveTheTopIsRefusedWithItsOwnCode)
 {
-    Leaf leaf(LeafrefTo("../number"), LeafText("number", "<type name=\"int8\"/>"));
+    Leaf leaf(Leafref("../number"), yin::Leaf("number", "int8"));
     ASSERT_NE(leaf.node(), nullptr);
     EXPECT_EQ(leaf.Check("5"), ZR_ERR_VALUE_LEAFREF);
 }
 
 TEST(Leafref, MatchesTheTypeOfItsTarget)
 {
-    Leaf leaf(LeafrefTo("/m:number"), LeafText("number", "<type name=\"int8\"/>"));
+    Leaf leaf(Leafref("/m:number"), yin::Leaf("number", "int8"));
     EXPECT_EQ(leaf.Matched("5"), ZR_NODE_GetRealType(leaf.context().Node("/m:number")));
 }
 
 TEST(Leafref, WithoutATargetIsRefusedWithItsOwnCode)
 {
-    Leaf leaf(LeafrefTo("/m:missing"));
+    Leaf leaf(Leafref("/m:missing"));
     ASSERT_NE(leaf.node(), nullptr);
     EXPECT_EQ(leaf.Check("5"), ZR_ERR_VALUE_LEAFREF);
 }
 
 TEST(Leafref, IntoAModuleThatIsNotLoadedIsRefusedWithItsOwnCode)
 {
-    Leaf leaf(LeafrefTo("/o:top/o:leaf"),
-              "<import module=\"other\"><prefix value=\"o\"/></import>");
+    Leaf leaf(Leafref("/o:top/o:leaf"), "<import module=\"other\"><prefix value=\"o\"/></import>");
     ASSERT_NE(leaf.node(), nullptr);
     EXPECT_EQ(leaf.Check("5"), ZR_ERR_VALUE_LEAFREF);
 }
 
 TEST(Leafref, ToAContainerIsRefusedWithItsOwnCode)
 {
-    Leaf leaf(LeafrefTo("/m:box"), "<container name=\"box\"/>");
+    Leaf leaf(Leafref("/m:box"), "<container name=\"box\"/>");
     ASSERT_NE(leaf.node(), nullptr);
     EXPECT_EQ(leaf.Check("5"), ZR_ERR_VALUE_LEAFREF);
 }
 
 TEST(Leafref, RefusesANullValueWithItsOwnCode)
 {
-    Leaf leaf(LeafrefTo("/m:any"), LeafText("any", "<type name=\"empty\"/>"));
+    Leaf leaf(Leafref("/m:any"), yin::Leaf("any", "<type name=\"empty\"/>"));
     EXPECT_EQ(leaf.Check(nullptr), ZR_ERR_VALUE_LEAFREF);
     EXPECT_EQ(leaf.Check(""), ZR_OK);
 }
 
 TEST(Leafref, ToALeafrefToAUnionIsCheckedAgainstTheUnion)
 {
-    Leaf leaf(LeafrefTo("/m:second"),
-              LeafText("second", LeafrefTo("/m:third")) +
-                  LeafText("third", "<type name=\"union\"><type name=\"int8\"/>"
-                                    "<type name=\"boolean\"/></type>"));
+    Leaf leaf(Leafref("/m:second"),
+              yin::Leaf("second", Leafref("/m:third")) +
+                  yin::Leaf("third", "<type name=\"union\"><type name=\"int8\"/>"
+                                     "<type name=\"boolean\"/></type>"));
     EXPECT_EQ(leaf.Check("5"), ZR_OK);
     EXPECT_EQ(leaf.Check("true"), ZR_OK);
     EXPECT_EQ(leaf.Check("200"), ZR_ERR_VALUE_UNION);
@@ -101,9 +91,8 @@ TEST(Leafref, ToALeafrefToAUnionIsCheckedAgainstTheUnion)
 
 TEST(Leafref, InsideAUnionFollowsItsOwnPath)
 {
-    Leaf leaf("<type name=\"union\">" + LeafrefTo("/m:number") + LeafrefTo("/m:flag") + "</type>",
-              LeafText("number", "<type name=\"int8\"/>") +
-                  LeafText("flag", "<type name=\"boolean\"/>"));
+    Leaf leaf("<type name=\"union\">" + Leafref("/m:number") + Leafref("/m:flag") + "</type>",
+              yin::Leaf("number", "int8") + yin::Leaf("flag", "<type name=\"boolean\"/>"));
     EXPECT_EQ(leaf.Check("5"), ZR_OK);
     EXPECT_EQ(leaf.Check("true"), ZR_OK);
     EXPECT_EQ(leaf.Check("200"), ZR_ERR_VALUE_UNION);
@@ -112,48 +101,45 @@ TEST(Leafref, InsideAUnionFollowsItsOwnPath)
 
 TEST(Leafref, BehindATypedefStartsAtTheLeaf)
 {
-    Leaf leaf("<type name=\"ref\"/>", "<typedef name=\"ref\">" + LeafrefTo("/m:number") +
-                                          "</typedef>" +
-                                          LeafText("number", "<type name=\"int8\"/>"));
+    Leaf leaf("<type name=\"ref\"/>", "<typedef name=\"ref\">" + Leafref("/m:number") +
+                                          "</typedef>" + yin::Leaf("number", "int8"));
     EXPECT_EQ(leaf.Check("5"), ZR_OK);
     EXPECT_EQ(leaf.Check("200"), ZR_ERR_VALUE_RANGE);
 }
 
 TEST(Leafref, FollowsATargetThatIsALeafrefBehindATypedef)
 {
-    Leaf leaf(LeafrefTo("/m:second"), "<typedef name=\"ref\">" + LeafrefTo("/m:number") +
-                                          "</typedef>" +
-                                          LeafText("second", "<type name=\"ref\"/>") +
-                                          LeafText("number", "<type name=\"int8\"/>"));
+    Leaf leaf(Leafref("/m:second"), "<typedef name=\"ref\">" + Leafref("/m:number") + "</typedef>" +
+                                        yin::Leaf("second", "<type name=\"ref\"/>") +
+                                        yin::Leaf("number", "int8"));
     EXPECT_EQ(leaf.Matched("5"), ZR_NODE_GetRealType(leaf.context().Node("/m:number")));
     EXPECT_EQ(leaf.Check("200"), ZR_ERR_VALUE_RANGE);
 }
 
 TEST(Leafref, InACircleIsRefusedWithItsOwnCode)
 {
-    Leaf leaf(LeafrefTo("/m:a"),
-              LeafText("a", LeafrefTo("/m:b")) + LeafText("b", LeafrefTo("/m:a")));
+    Leaf leaf(Leafref("/m:a"), yin::Leaf("a", Leafref("/m:b")) + yin::Leaf("b", Leafref("/m:a")));
     ASSERT_NE(leaf.node(), nullptr);
     EXPECT_EQ(leaf.Check("5"), ZR_ERR_VALUE_LEAFREF);
 }
 
 TEST(Leafref, ToItselfIsRefusedWithItsOwnCode)
 {
-    Leaf leaf(LeafrefTo("/m:v"));
+    Leaf leaf(Leafref("/m:v"));
     ASSERT_NE(leaf.node(), nullptr);
     EXPECT_EQ(leaf.Check("5"), ZR_ERR_VALUE_LEAFREF);
 }
 
 TEST(Leafref, InAUnionToItsOwnLeafEnds)
 {
-    Leaf leaf("<type name=\"union\">" + LeafrefTo("/m:v") + LeafrefTo("/m:v") + "</type>");
+    Leaf leaf("<type name=\"union\">" + Leafref("/m:v") + Leafref("/m:v") + "</type>");
     ASSERT_NE(leaf.node(), nullptr);
     EXPECT_EQ(leaf.Check("5"), ZR_ERR_VALUE_UNION);
 }
 
 TEST(Leafref, InAUnionToItsOwnLeafFailsAlone)
 {
-    Leaf leaf("<type name=\"union\">" + LeafrefTo("/m:v") + "<type name=\"int8\"/></type>");
+    Leaf leaf("<type name=\"union\">" + Leafref("/m:v") + "<type name=\"int8\"/></type>");
     ASSERT_NE(leaf.node(), nullptr);
     EXPECT_EQ(leaf.Check("5"), ZR_OK);
     EXPECT_EQ(leaf.Check("200"), ZR_ERR_VALUE_UNION);
@@ -167,10 +153,10 @@ TEST(Leafref, InAUnionToItsOwnLeafFailsAlone)
 // The leaves ask each other; each falls back on its own int8 or boolean.
 TEST(Leafref, InAUnionThatLeadsBackThroughOtherLeavesFailsAlone)
 {
-    Leaf leaf("<type name=\"union\">" + LeafrefTo("/m:a") + "<type name=\"int8\"/></type>",
-              LeafText("a", "<type name=\"union\"><type name=\"ref\"/>" + LeafrefTo("/m:a") +
-                                "<type name=\"boolean\"/></type>") +
-                  LeafText("b", LeafrefTo("/m:v")) + "<typedef name=\"ref\">" + LeafrefTo("/m:b") +
+    Leaf leaf("<type name=\"union\">" + Leafref("/m:a") + "<type name=\"int8\"/></type>",
+              yin::Leaf("a", "<type name=\"union\"><type name=\"ref\"/>" + Leafref("/m:a") +
+                                 "<type name=\"boolean\"/></type>") +
+                  yin::Leaf("b", Leafref("/m:v")) + "<typedef name=\"ref\">" + Leafref("/m:b") +
                   "</typedef>");
     ASSERT_NE(leaf.node(), nullptr);
     for (const char *name : {"/m:v", "/m:a", "/m:b"}) {
@@ -189,11 +175,10 @@ TEST(Leafref, InAUnionThatLeadsBackThroughOtherLeavesFailsAlone)
 // Two members that lead to one leaf, one after the other: the second asks it anew.
 TEST(Leafref, ToALeafThatWasAskedBeforeIsFollowed)
 {
-    Leaf leaf("<type name=\"union\">" + LeafrefTo("/m:flag") + "<type name=\"both\"/></type>",
-              "<typedef name=\"both\"><type name=\"union\">" + LeafrefTo("/m:number") +
-                  LeafrefTo("/m:flag") + "</type></typedef>" +
-                  LeafText("number", "<type name=\"int8\"/>") +
-                  LeafText("flag", "<type name=\"boolean\"/>"));
+    Leaf leaf("<type name=\"union\">" + Leafref("/m:flag") + "<type name=\"both\"/></type>",
+              "<typedef name=\"both\"><type name=\"union\">" + Leafref("/m:number") +
+                  Leafref("/m:flag") + "</type></typedef>" + yin::Leaf("number", "int8") +
+                  yin::Leaf("flag", "<type name=\"boolean\"/>"));
     EXPECT_EQ(leaf.Check("true"), ZR_OK);
     EXPECT_EQ(leaf.Check("5"), ZR_OK);
     EXPECT_EQ(leaf.Check("x"), ZR_ERR_VALUE_UNION);
@@ -204,18 +189,17 @@ std::string Row(int length)
 {
     std::string text;
     for (int i = 1; i <= length; ++i)
-        text +=
-            LeafText("r" + std::to_string(i), i < length ? LeafrefTo("/m:r" + std::to_string(i + 1))
-                                                         : "<type name=\"int8\"/>");
+        text += yin::Leaf("r" + std::to_string(i),
+                          i < length ? Leafref("/m:r" + std::to_string(i + 1)) : "int8");
     return text;
 }
 
 TEST(Leafref, IsFollowedThrough129Resolutions)
 {
-    Leaf last(LeafrefTo("/m:r1"), Row(129));
+    Leaf last(Leafref("/m:r1"), Row(129));
     EXPECT_EQ(last.Check("5"), ZR_OK);
     EXPECT_EQ(last.Check("200"), ZR_ERR_VALUE_RANGE);
-    Leaf beyond(LeafrefTo("/m:r1"), Row(130));
+    Leaf beyond(Leafref("/m:r1"), Row(130));
     EXPECT_EQ(beyond.Check("5"), ZR_ERR_VALUE_LEAFREF);
 }
 
@@ -223,13 +207,13 @@ TEST(Leafref, DoesNotAskForAnInstance)
 {
     Leaf leaf("<type name=\"leafref\"><path value=\"/m:number\"/>"
               "<require-instance value=\"true\"/></type>",
-              LeafText("number", "<type name=\"int8\"/>"));
+              yin::Leaf("number", "int8"));
     EXPECT_EQ(leaf.Check("5"), ZR_OK);
 }
 
 TEST(Leafref, IsCheckedAgainstAnotherLeafsLeafList)
 {
-    Leaf leaf(LeafrefTo("/m:numbers"),
+    Leaf leaf(Leafref("/m:numbers"),
               "<leaf-list name=\"numbers\"><type name=\"uint8\"/></leaf-list>");
     EXPECT_EQ(leaf.Check("255"), ZR_OK);
     EXPECT_EQ(leaf.Check("256"), ZR_ERR_VALUE_RANGE);
@@ -267,13 +251,13 @@ TEST(LeafrefCopy, HasThePathAndRequireInstance)
 TEST(LeafrefCopy, IsNullWhicheverAllocationFails)
 {
     zrtest::TestContext ctx;
-    zrtest::AllocGuard guard;
     ZrtConsPath body = {"/m:a", 1};
-    for (uint64_t n = 0; n < 3; ++n) { // the body, and two blocks for the path
-        guard.FailAt(n);
-        EXPECT_EQ(ZRT_CONS_CopyConsDataBodyWithPath(ctx, &body), nullptr) << n;
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-    }
+    uint64_t points = zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        void *copy = memory.Run([&] { return ZRT_CONS_CopyConsDataBodyWithPath(ctx, &body); });
+        EXPECT_EQ(copy == nullptr, memory.Failed());
+        ZRT_CONS_DestroyConsDataBodyWithPath(ctx, copy);
+    });
+    EXPECT_EQ(points, 3u); // the body, and two blocks for the path
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "support/alloc.h"
-#include "support/xml_alloc.h"
 #include "types/constraints.h"
 #include "types/leaf.h"
 
@@ -29,7 +28,7 @@ INSTANTIATE_TEST_SUITE_P(Options, Pattern, testing::Values(0u, uint32_t{ZR_CTX_K
 
 std::string String(const std::string &patterns)
 {
-    return "<type name=\"string\">" + patterns + "</type>";
+    return zrtest::yin::Type("string", patterns);
 }
 
 TEST_P(Pattern, MatchesTheWholeValue)
@@ -194,7 +193,7 @@ TEST(KeptPattern, ThatCannotBeKeptForWantOfMemoryIsCompiledForTheValue)
     alloc.FailAt(0, true);
     EXPECT_EQ(leaf.Check("abc"), ZR_OK);
     EXPECT_EQ(leaf.Check("1"), ZR_ERR_VALUE_PATTERN);
-    alloc.FailNone();
+    alloc.Stop();
     EXPECT_EQ(leaf.Check("abc"), ZR_OK);
 }
 
@@ -235,12 +234,14 @@ TEST(KeptPattern, ThatLibxml2LacksMemoryForIsCompiledAgainForTheValue)
     Leaf leaf(String("<pattern value=\"[a-z]+\"/>"), "", ZR_CTX_KEEP_PATTERNS);
     uint64_t allocations =
         AllocationsOfOneCheck(Leaf(String("<pattern value=\"[a-z]+\"/>")), "abc");
-    XmlAllocGuard memory;
-    memory.FailAt(allocations - 1);
-    EXPECT_EQ(leaf.Check("abc"), ZR_OK);
-    EXPECT_TRUE(memory.Stop());
-    EXPECT_GT(memory.Count(), allocations);
-    EXPECT_EQ(leaf.Check("abc"), ZR_OK);
+    {
+        XmlAllocGuard memory;
+        memory.FailAt(allocations - 1);
+        EXPECT_EQ(leaf.Check("abc"), ZR_OK);
+        EXPECT_GT(memory.Count(), allocations);
+        EXPECT_TRUE(memory.Stop());
+        EXPECT_EQ(leaf.Check("abc"), ZR_OK);
+    }
     EXPECT_EQ(AllocationsOfOneCheck(leaf, "abc"), 0u);
 }
 
@@ -251,16 +252,15 @@ TEST(KeptPattern, AcceptsNothingWhenMatchingRunsOutOfMemory)
                      "<modifier value=\"invert-match\"/></pattern>"),
               "", ZR_CTX_KEEP_PATTERNS);
     ASSERT_EQ(leaf.Check("abcd"), ZR_OK);
-    XmlAllocGuard memory;
-    bool failed = true;
-    uint64_t n = 0;
-    for (; failed; ++n) {
-        memory.FailAt(n, true);
-        uint32_t status = leaf.Check("abcd");
-        failed = memory.Stop();
-        EXPECT_EQ(status, failed ? uint32_t{ZR_ERR_VALUE_PATTERN} : uint32_t{ZR_OK}) << n;
-    }
-    EXPECT_GT(n, 1u);
+    XmlAllocGuard guard;
+    uint64_t points = zrtest::FailEachAllocation(
+        guard,
+        [&](zrtest::FailPoint &memory) {
+            uint32_t status = memory.Run([&] { return leaf.Check("abcd"); });
+            EXPECT_EQ(status, memory.Failed() ? ZR_ERR_VALUE_PATTERN : ZR_OK);
+        },
+        true);
+    EXPECT_GT(points, 0u);
 }
 
 } // namespace

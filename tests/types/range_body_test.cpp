@@ -40,10 +40,12 @@ TEST(RangeBody, IsCopiedWithItsSegments)
     EXPECT_EQ(copy->segSize, 4);
     EXPECT_EQ(uint64_t{zr::ReadSegment(copy, 1, ZRT_TYPE_UINT16).end}, 4u);
     ZRT_CONS_DestroyConsDataBodyWithRange(nullptr, copy);
-    for (uint64_t n = 0; n < 2; ++n) {
-        guard.FailAt(n);
-        EXPECT_EQ(ZRT_CONS_CopyConsDataBodyWithRange(nullptr, &body), nullptr);
-    }
+    zrtest::FailEachAllocation(guard, [&](zrtest::FailPoint &memory) {
+        void *again =
+            memory.Run([&] { return ZRT_CONS_CopyConsDataBodyWithRange(nullptr, &body); });
+        EXPECT_EQ(again == nullptr, memory.Failed());
+        ZRT_CONS_DestroyConsDataBodyWithRange(nullptr, again);
+    });
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
 

@@ -8,26 +8,10 @@
 namespace {
 
 using zrtest::Leaf;
-
-std::string Type(const std::string &name, const std::string &restriction = "")
-{
-    return "<type name=\"" + name + "\">" + restriction + "</type>";
-}
-
-std::string Range(const std::string &value)
-{
-    return "<range value=\"" + value + "\"/>";
-}
-
-std::string Length(const std::string &value)
-{
-    return "<length value=\"" + value + "\"/>";
-}
-
-std::string TypeDef(const std::string &name, const std::string &type)
-{
-    return "<typedef name=\"" + name + "\">" + type + "</typedef>";
-}
+using zrtest::yin::Length;
+using zrtest::yin::Range;
+using zrtest::yin::Type;
+using zrtest::yin::TypeDef;
 
 TEST(RangeCheck, TakesValuesOfAnySegment)
 {

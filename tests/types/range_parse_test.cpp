@@ -268,7 +268,7 @@ TEST(ParseRange, Returns12WhenTheSegmentsCannotBeHad)
     type.baseType = ZRT_TYPE_INT8;
     guard.FailAt(0);
     EXPECT_EQ(zr::ParseRangeInto(&type, body, "1..2"), ZR_ERR_NO_MEMORY);
-    guard.FailNone();
+    guard.Stop();
     ZRT_CONS_DestroyConsDataBodyWithRange(nullptr, body);
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }

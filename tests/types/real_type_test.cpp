@@ -175,37 +175,27 @@ TEST_F(FullType, IsNotCopiedIntoARecordWithSlots)
 
 TEST_F(FullType, CopyFailsCleanlyWhicheverAllocationFails)
 {
-    zrtest::AllocGuard guard;
-    uint64_t n = 0;
-    for (bool done = false; !done; ++n) {
+    uint64_t points = zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
         ZrtRealType destination = {};
-        guard.FailAt(n);
-        uint32_t status = ZRT_TYPE_CopyZrtRealTypeInner(ctx_, &destination, type_);
-        guard.FailNone();
-        done = status == ZR_OK;
-        EXPECT_TRUE(done || status == ZR_ERR_NO_MEMORY);
-        if (!done) {
+        uint32_t status =
+            memory.Run([&] { return ZRT_TYPE_CopyZrtRealTypeInner(ctx_, &destination, type_); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        if (memory.Failed()) {
             EXPECT_EQ(destination.constraints, nullptr);
             EXPECT_EQ(destination.consCount, 0);
         }
         ZRT_TYPE_DestroyZrtRealTypeInner(ctx_, &destination);
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-    }
-    EXPECT_GT(n, 15u);
+    });
+    EXPECT_GT(points, 15u);
 }
 
 TEST_F(FullType, HeapCopyIsNullWhicheverAllocationFails)
 {
-    zrtest::AllocGuard guard;
-    for (uint64_t n = 0;; ++n) {
-        guard.FailAt(n);
-        ZrtRealType *copy = ZRT_TYPE_CopyZrtRealType(ctx_, type_);
-        guard.FailNone();
+    zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        ZrtRealType *copy = memory.Run([&] { return ZRT_TYPE_CopyZrtRealType(ctx_, type_); });
+        EXPECT_EQ(copy == nullptr, memory.Failed());
         ZRT_TYPE_DestroyZrtRealType(ctx_, copy);
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        if (copy != nullptr)
-            break;
-    }
+    });
 }
 
 TEST(CopyType, WithoutSlotsCopiesTheBaseTypeAlone)

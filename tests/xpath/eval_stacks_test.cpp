@@ -46,14 +46,14 @@ TEST(EvalCtx, FreesWhatIsLeftOnTheStacks)
 TEST(EvalCtx, FailsWithoutMemoryForEitherStack)
 {
     DataTree tree("<r/>");
-    for (uint64_t n = 0; n < 2; ++n) {
-        zrtest::AllocGuard guard;
-        guard.FailAt(n);
+    uint64_t points = zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
         ZrXpathEvalCtx ctx;
-        EXPECT_EQ(ZR_XPATH_InitEvalCtx(&ctx, tree.Root(), tree.Top(), 4), ZR_ERR_NO_MEMORY) << n;
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-        ZR_XPATH_DestroyEvalCtx(&ctx); // nothing left to free
-    }
+        uint32_t status =
+            memory.Run([&] { return ZR_XPATH_InitEvalCtx(&ctx, tree.Root(), tree.Top(), 4); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
+        ZR_XPATH_DestroyEvalCtx(&ctx);
+    });
+    EXPECT_EQ(points, 2u);
 }
 
 TEST(ObjectStack, KeepsObjectsOfEveryKind)

@@ -148,7 +148,7 @@ TEST(TransformToJsonFormat, AllocatesTheExactSizeAndSurvivesWithoutMemory)
     guard.FailAt(0);
     EXPECT_EQ(ZR_XPATH_TransformToJsonFormat(&module, "/x"), nullptr);
     EXPECT_EQ(guard.LiveBlocks(), 0);
-    guard.FailNone();
+    guard.Stop();
     char *form = ZR_XPATH_GetJsonFormatXpath(&module, "/x/p:y");
     EXPECT_STREQ(form, "/own:x/m1:y");
     EXPECT_EQ(guard.LiveBlocks(), 1);
@@ -264,25 +264,19 @@ TEST(SplitTargetNodeXpath, GivesTheModuleNameAloneWhenAnOutArgumentIsNull)
 
 TEST(SplitTargetNodeXpath, FreesWhatItMadeWhenMemoryRunsOut)
 {
-    for (uint64_t n = 0;; ++n) {
-        zrtest::AllocGuard guard;
-        guard.FailAt(n);
+    uint64_t points = zrtest::FailEachAllocation([](zrtest::FailPoint &memory) {
         char module[65];
         char *head = nullptr;
         char *tail = nullptr;
-        uint32_t status = ZR_XPATH_SplitTargetNodeXpath("/m:a/n:b", module, 65, &head, &tail);
-        if (guard.Count() <= n) {
-            EXPECT_EQ(n, 2u);
-            EXPECT_EQ(status, ZR_OK);
-            zr::Free(head);
-            zr::Free(tail);
-            break;
-        }
-        EXPECT_EQ(status, ZR_ERR_INVALID) << n;
-        EXPECT_EQ(head, nullptr) << n;
-        EXPECT_EQ(tail, nullptr) << n;
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-    }
+        uint32_t status = memory.Run(
+            [&] { return ZR_XPATH_SplitTargetNodeXpath("/m:a/n:b", module, 65, &head, &tail); });
+        EXPECT_EQ(status, memory.Failed() ? ZR_ERR_INVALID : ZR_OK);
+        EXPECT_EQ(head == nullptr, memory.Failed());
+        EXPECT_EQ(tail == nullptr, memory.Failed());
+        zr::Free(head);
+        zr::Free(tail);
+    });
+    EXPECT_EQ(points, 2u);
 }
 
 } // namespace

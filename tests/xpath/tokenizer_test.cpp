@@ -50,7 +50,9 @@ TEST(ExprTokenize, GivesNoTokensForAnEmptyOrBlankExpression)
 
 TEST(ExprTokenize, PassesOverTheFourWhiteSpaceCharactersOnly)
 {
-    EXPECT_EQ(TokensOf(" a\t=\n\r1 "), (Tokens{{8, "a"}, {18, "="}, {12, "1"}}));
+    EXPECT_EQ(TokensOf(" a\t=\n\r1 "), (Tokens{{ZR_XPATH_TOKEN_NAME, "a"},
+                                               {ZR_XPATH_TOKEN_EQUALITY, "="},
+                                               {ZR_XPATH_TOKEN_NUMBER, "1"}}));
     EXPECT_TRUE(IsRefused("a\v= 1"));
     EXPECT_TRUE(IsRefused("a\f= 1"));
     EXPECT_TRUE(IsRefused("a \xC2\xA0= 1"));
@@ -69,62 +71,103 @@ TEST(ExprTokenize, ReadsEverySymbol)
 
 TEST(ExprTokenize, ReadsTwoSymbolsThatStandTogether)
 {
-    EXPECT_EQ(TokensOf("<=>="), (Tokens{{17, "<="}, {17, ">="}}));
-    EXPECT_EQ(TokensOf("=!="), (Tokens{{18, "="}, {18, "!="}}));
-    EXPECT_EQ(TokensOf("///"), (Tokens{{13, "//"}, {13, "/"}}));
-    EXPECT_EQ(TokensOf("..."), (Tokens{{5, ".."}, {4, "."}}));
-    EXPECT_EQ(TokensOf("==<"), (Tokens{{18, "="}, {18, "="}, {17, "<"}}));
+    EXPECT_EQ(TokensOf("<=>="),
+              (Tokens{{ZR_XPATH_TOKEN_RELATIONAL, "<="}, {ZR_XPATH_TOKEN_RELATIONAL, ">="}}));
+    EXPECT_EQ(TokensOf("=!="),
+              (Tokens{{ZR_XPATH_TOKEN_EQUALITY, "="}, {ZR_XPATH_TOKEN_EQUALITY, "!="}}));
+    EXPECT_EQ(TokensOf("///"),
+              (Tokens{{ZR_XPATH_TOKEN_PATHOP, "//"}, {ZR_XPATH_TOKEN_PATHOP, "/"}}));
+    EXPECT_EQ(TokensOf("..."), (Tokens{{ZR_XPATH_TOKEN_DOTDOT, ".."}, {ZR_XPATH_TOKEN_DOT, "."}}));
+    EXPECT_EQ(TokensOf("==<"), (Tokens{{ZR_XPATH_TOKEN_EQUALITY, "="},
+                                       {ZR_XPATH_TOKEN_EQUALITY, "="},
+                                       {ZR_XPATH_TOKEN_RELATIONAL, "<"}}));
 }
 
 TEST(ExprTokenize, TakesAHyphenIntoAName)
 {
-    EXPECT_EQ(TokensOf("a-b"), (Tokens{{8, "a-b"}}));
-    EXPECT_EQ(TokensOf("a - b"), (Tokens{{8, "a"}, {16, "-"}, {8, "b"}}));
-    EXPECT_EQ(TokensOf("a -b"), (Tokens{{8, "a"}, {16, "-"}, {8, "b"}}));
+    EXPECT_EQ(TokensOf("a-b"), (Tokens{{ZR_XPATH_TOKEN_NAME, "a-b"}}));
+    EXPECT_EQ(TokensOf("a - b"), (Tokens{{ZR_XPATH_TOKEN_NAME, "a"},
+                                         {ZR_XPATH_TOKEN_ADDITIVE, "-"},
+                                         {ZR_XPATH_TOKEN_NAME, "b"}}));
+    EXPECT_EQ(TokensOf("a -b"), (Tokens{{ZR_XPATH_TOKEN_NAME, "a"},
+                                        {ZR_XPATH_TOKEN_ADDITIVE, "-"},
+                                        {ZR_XPATH_TOKEN_NAME, "b"}}));
 }
 
 TEST(ExprTokenize, ReadsAStarByItsPlace)
 {
-    EXPECT_EQ(TokensOf("* * *"), (Tokens{{8, "*"}, {15, "*"}, {8, "*"}}));
-    EXPECT_EQ(TokensOf("count(*)"), (Tokens{{10, "count"}, {0, "("}, {8, "*"}, {1, ")"}}));
-    EXPECT_EQ(TokensOf("a/*"), (Tokens{{8, "a"}, {13, "/"}, {8, "*"}}));
-    EXPECT_EQ(TokensOf("a[*]*@*"),
-              (Tokens{{8, "a"}, {2, "["}, {8, "*"}, {3, "]"}, {15, "*"}, {6, "@"}, {8, "*"}}));
+    EXPECT_EQ(TokensOf("* * *"), (Tokens{{ZR_XPATH_TOKEN_NAME, "*"},
+                                         {ZR_XPATH_TOKEN_MULTIPLY, "*"},
+                                         {ZR_XPATH_TOKEN_NAME, "*"}}));
+    EXPECT_EQ(TokensOf("count(*)"), (Tokens{{ZR_XPATH_TOKEN_FUNCNAME, "count"},
+                                            {ZR_XPATH_TOKEN_LPAREN, "("},
+                                            {ZR_XPATH_TOKEN_NAME, "*"},
+                                            {ZR_XPATH_TOKEN_RPAREN, ")"}}));
+    EXPECT_EQ(TokensOf("a/*"), (Tokens{{ZR_XPATH_TOKEN_NAME, "a"},
+                                       {ZR_XPATH_TOKEN_PATHOP, "/"},
+                                       {ZR_XPATH_TOKEN_NAME, "*"}}));
+    EXPECT_EQ(TokensOf("a[*]*@*"), (Tokens{{ZR_XPATH_TOKEN_NAME, "a"},
+                                           {ZR_XPATH_TOKEN_LBRACKET, "["},
+                                           {ZR_XPATH_TOKEN_NAME, "*"},
+                                           {ZR_XPATH_TOKEN_RBRACKET, "]"},
+                                           {ZR_XPATH_TOKEN_MULTIPLY, "*"},
+                                           {ZR_XPATH_TOKEN_AT, "@"},
+                                           {ZR_XPATH_TOKEN_NAME, "*"}}));
 }
 
 TEST(ExprTokenize, ReadsAnAttributeSign)
 {
-    EXPECT_EQ(TokensOf("@x"), (Tokens{{6, "@"}, {8, "x"}}));
+    EXPECT_EQ(TokensOf("@x"), (Tokens{{ZR_XPATH_TOKEN_AT, "@"}, {ZR_XPATH_TOKEN_NAME, "x"}}));
 }
 
 TEST(ExprTokenize, ReadsDots)
 {
-    EXPECT_EQ(TokensOf("../a"), (Tokens{{5, ".."}, {13, "/"}, {8, "a"}}));
-    EXPECT_EQ(TokensOf("."), (Tokens{{4, "."}}));
-    EXPECT_EQ(TokensOf("./.5"), (Tokens{{4, "."}, {13, "/"}, {12, ".5"}}));
+    EXPECT_EQ(TokensOf("../a"), (Tokens{{ZR_XPATH_TOKEN_DOTDOT, ".."},
+                                        {ZR_XPATH_TOKEN_PATHOP, "/"},
+                                        {ZR_XPATH_TOKEN_NAME, "a"}}));
+    EXPECT_EQ(TokensOf("."), (Tokens{{ZR_XPATH_TOKEN_DOT, "."}}));
+    EXPECT_EQ(TokensOf("./.5"), (Tokens{{ZR_XPATH_TOKEN_DOT, "."},
+                                        {ZR_XPATH_TOKEN_PATHOP, "/"},
+                                        {ZR_XPATH_TOKEN_NUMBER, ".5"}}));
 }
 
 TEST(ExprTokenize, ReadsAQualifiedName)
 {
-    EXPECT_EQ(TokensOf("p:a/q:*"), (Tokens{{8, "p:a"}, {13, "/"}, {8, "q:*"}}));
-    EXPECT_EQ(TokensOf("_x.1-y"), (Tokens{{8, "_x.1-y"}}));
+    EXPECT_EQ(TokensOf("p:a/q:*"), (Tokens{{ZR_XPATH_TOKEN_NAME, "p:a"},
+                                           {ZR_XPATH_TOKEN_PATHOP, "/"},
+                                           {ZR_XPATH_TOKEN_NAME, "q:*"}}));
+    EXPECT_EQ(TokensOf("_x.1-y"), (Tokens{{ZR_XPATH_TOKEN_NAME, "_x.1-y"}}));
 }
 
 TEST(ExprTokenize, ReadsAWordAsAnOperatorOnlyAfterAnOperand)
 {
-    EXPECT_EQ(TokensOf("x and y"), (Tokens{{8, "x"}, {19, "and"}, {8, "y"}}));
-    EXPECT_EQ(TokensOf("and"), (Tokens{{8, "and"}}));
-    EXPECT_EQ(TokensOf("or or or"), (Tokens{{8, "or"}, {20, "or"}, {8, "or"}}));
-    EXPECT_EQ(TokensOf("div div mod mod mod"),
-              (Tokens{{8, "div"}, {15, "div"}, {8, "mod"}, {15, "mod"}, {8, "mod"}}));
-    EXPECT_EQ(TokensOf("/and"), (Tokens{{13, "/"}, {8, "and"}}));
+    EXPECT_EQ(TokensOf("x and y"), (Tokens{{ZR_XPATH_TOKEN_NAME, "x"},
+                                           {ZR_XPATH_TOKEN_AND, "and"},
+                                           {ZR_XPATH_TOKEN_NAME, "y"}}));
+    EXPECT_EQ(TokensOf("and"), (Tokens{{ZR_XPATH_TOKEN_NAME, "and"}}));
+    EXPECT_EQ(TokensOf("or or or"), (Tokens{{ZR_XPATH_TOKEN_NAME, "or"},
+                                            {ZR_XPATH_TOKEN_OR, "or"},
+                                            {ZR_XPATH_TOKEN_NAME, "or"}}));
+    EXPECT_EQ(TokensOf("div div mod mod mod"), (Tokens{{ZR_XPATH_TOKEN_NAME, "div"},
+                                                       {ZR_XPATH_TOKEN_MULTIPLY, "div"},
+                                                       {ZR_XPATH_TOKEN_NAME, "mod"},
+                                                       {ZR_XPATH_TOKEN_MULTIPLY, "mod"},
+                                                       {ZR_XPATH_TOKEN_NAME, "mod"}}));
+    EXPECT_EQ(TokensOf("/and"),
+              (Tokens{{ZR_XPATH_TOKEN_PATHOP, "/"}, {ZR_XPATH_TOKEN_NAME, "and"}}));
 }
 
 TEST(ExprTokenize, ReadsTheBeginningOfAWordAsAnOperator)
 {
-    EXPECT_EQ(TokensOf("x andy"), (Tokens{{8, "x"}, {19, "and"}, {8, "y"}}));
-    EXPECT_EQ(TokensOf("1 andx"), (Tokens{{12, "1"}, {19, "and"}, {8, "x"}}));
-    EXPECT_EQ(TokensOf("1 order"), (Tokens{{12, "1"}, {20, "or"}, {8, "der"}}));
+    EXPECT_EQ(TokensOf("x andy"), (Tokens{{ZR_XPATH_TOKEN_NAME, "x"},
+                                          {ZR_XPATH_TOKEN_AND, "and"},
+                                          {ZR_XPATH_TOKEN_NAME, "y"}}));
+    EXPECT_EQ(TokensOf("1 andx"), (Tokens{{ZR_XPATH_TOKEN_NUMBER, "1"},
+                                          {ZR_XPATH_TOKEN_AND, "and"},
+                                          {ZR_XPATH_TOKEN_NAME, "x"}}));
+    EXPECT_EQ(TokensOf("1 order"), (Tokens{{ZR_XPATH_TOKEN_NUMBER, "1"},
+                                           {ZR_XPATH_TOKEN_OR, "or"},
+                                           {ZR_XPATH_TOKEN_NAME, "der"}}));
 }
 
 TEST(ExprTokenize, RefusesAnotherWordWhereAnOperatorIsDue)
@@ -136,18 +179,25 @@ TEST(ExprTokenize, RefusesAnotherWordWhereAnOperatorIsDue)
 
 TEST(ExprTokenize, ReadsTheNameBeforeAParenthesisAsAFunction)
 {
-    EXPECT_EQ(TokensOf("not(a)"), (Tokens{{10, "not"}, {0, "("}, {8, "a"}, {1, ")"}}));
-    EXPECT_EQ(TokensOf("f ("), (Tokens{{10, "f"}, {0, "("}}));
-    EXPECT_EQ(TokensOf("*("), (Tokens{{10, "*"}, {0, "("}}));
-    EXPECT_EQ(TokensOf("1("), (Tokens{{12, "1"}, {0, "("}}));
+    EXPECT_EQ(TokensOf("not(a)"), (Tokens{{ZR_XPATH_TOKEN_FUNCNAME, "not"},
+                                          {ZR_XPATH_TOKEN_LPAREN, "("},
+                                          {ZR_XPATH_TOKEN_NAME, "a"},
+                                          {ZR_XPATH_TOKEN_RPAREN, ")"}}));
+    EXPECT_EQ(TokensOf("f ("),
+              (Tokens{{ZR_XPATH_TOKEN_FUNCNAME, "f"}, {ZR_XPATH_TOKEN_LPAREN, "("}}));
+    EXPECT_EQ(TokensOf("*("),
+              (Tokens{{ZR_XPATH_TOKEN_FUNCNAME, "*"}, {ZR_XPATH_TOKEN_LPAREN, "("}}));
+    EXPECT_EQ(TokensOf("1("), (Tokens{{ZR_XPATH_TOKEN_NUMBER, "1"}, {ZR_XPATH_TOKEN_LPAREN, "("}}));
 }
 
 TEST(ExprTokenize, ReadsLiteralsWithTheirQuotes)
 {
-    EXPECT_EQ(TokensOf("'it''s'"), (Tokens{{11, "'it'"}, {11, "'s'"}}));
-    EXPECT_EQ(TokensOf("''\"\""), (Tokens{{11, "''"}, {11, "\"\""}}));
-    EXPECT_EQ(TokensOf("\"it's\""), (Tokens{{11, "\"it's\""}}));
-    EXPECT_EQ(TokensOf("'\xC3\xA4 $'"), (Tokens{{11, "'\xC3\xA4 $'"}}));
+    EXPECT_EQ(TokensOf("'it''s'"),
+              (Tokens{{ZR_XPATH_TOKEN_LITERAL, "'it'"}, {ZR_XPATH_TOKEN_LITERAL, "'s'"}}));
+    EXPECT_EQ(TokensOf("''\"\""),
+              (Tokens{{ZR_XPATH_TOKEN_LITERAL, "''"}, {ZR_XPATH_TOKEN_LITERAL, "\"\""}}));
+    EXPECT_EQ(TokensOf("\"it's\""), (Tokens{{ZR_XPATH_TOKEN_LITERAL, "\"it's\""}}));
+    EXPECT_EQ(TokensOf("'\xC3\xA4 $'"), (Tokens{{ZR_XPATH_TOKEN_LITERAL, "'\xC3\xA4 $'"}}));
 }
 
 TEST(ExprTokenize, RefusesALiteralWithoutItsEnd)
@@ -159,16 +209,17 @@ TEST(ExprTokenize, RefusesALiteralWithoutItsEnd)
 
 TEST(ExprTokenize, ReadsNumbers)
 {
-    EXPECT_EQ(TokensOf("7"), (Tokens{{12, "7"}}));
-    EXPECT_EQ(TokensOf("12.50"), (Tokens{{12, "12.50"}}));
-    EXPECT_EQ(TokensOf(".5"), (Tokens{{12, ".5"}}));
-    EXPECT_EQ(TokensOf("1."), (Tokens{{12, "1."}}));
-    EXPECT_EQ(TokensOf("1 2"), (Tokens{{12, "1"}, {12, "2"}}));
+    EXPECT_EQ(TokensOf("7"), (Tokens{{ZR_XPATH_TOKEN_NUMBER, "7"}}));
+    EXPECT_EQ(TokensOf("12.50"), (Tokens{{ZR_XPATH_TOKEN_NUMBER, "12.50"}}));
+    EXPECT_EQ(TokensOf(".5"), (Tokens{{ZR_XPATH_TOKEN_NUMBER, ".5"}}));
+    EXPECT_EQ(TokensOf("1."), (Tokens{{ZR_XPATH_TOKEN_NUMBER, "1."}}));
+    EXPECT_EQ(TokensOf("1 2"),
+              (Tokens{{ZR_XPATH_TOKEN_NUMBER, "1"}, {ZR_XPATH_TOKEN_NUMBER, "2"}}));
 }
 
 TEST(ExprTokenize, CountsTheDotsOfANumberAfterItsFirstCharacter)
 {
-    EXPECT_EQ(TokensOf(".5.3"), (Tokens{{12, ".5.3"}}));
+    EXPECT_EQ(TokensOf(".5.3"), (Tokens{{ZR_XPATH_TOKEN_NUMBER, ".5.3"}}));
     EXPECT_TRUE(IsRefused("1.2.3"));
     EXPECT_TRUE(IsRefused("1.."));
     EXPECT_TRUE(IsRefused(".5.3."));
@@ -215,19 +266,13 @@ TEST(ExprTokenize, GrowsTheListByTenAtTheEleventhToken)
 TEST(ExprTokenize, FreesThePartialListWhenAnAllocationFails)
 {
     const std::string expression = "a or b or c or d or e or f or g or h or i or j or k or l";
-    for (uint64_t n = 0;; ++n) {
-        zrtest::AllocGuard guard;
-        guard.FailAt(n);
-        ZrXpathLex *lex = ZR_XPATH_ExprTokenize(expression.c_str());
-        if (guard.Count() <= n) {
-            EXPECT_EQ(ZR_XPATH_GetTokenNumber(lex), 23u);
-            EXPECT_GE(n, 4u);
-            ZR_XPATH_FreeXpathLex(lex);
-            break;
-        }
-        EXPECT_EQ(lex, nullptr) << n;
-        EXPECT_EQ(guard.LiveBlocks(), 0) << n;
-    }
+    uint64_t points = zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        ZrXpathLex *lex = memory.Run([&] { return ZR_XPATH_ExprTokenize(expression.c_str()); });
+        EXPECT_EQ(lex == nullptr, memory.Failed());
+        EXPECT_EQ(ZR_XPATH_GetTokenNumber(lex), memory.Failed() ? 0u : 23u);
+        ZR_XPATH_FreeXpathLex(lex);
+    });
+    EXPECT_GE(points, 4u);
 }
 
 TEST(ExprTokenize, FreesThePartialListWhenAScanFails)
