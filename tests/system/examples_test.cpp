@@ -1,4 +1,4 @@
-// The library as an application uses it: public headers, real files, one call after the other.
+// The bundled example modules, loaded and asked about.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <zrschema/zrschema.h>
@@ -20,21 +20,21 @@ uint32_t AppendName(ZrNode *node, uint32_t, void *out)
     return 0;
 }
 
-class Application : public testing::Test {
+class Examples : public testing::Test {
 protected:
-    Application()
+    Examples()
         : ctx(ZR_CTX_Create(ZR_CTX_LOAD_IMPORTS | ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS))
     {
         EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLES_DIR "/modules"), ZR_OK);
     }
-    ~Application() override { ZR_CTX_Delete(ctx); }
+    ~Examples() override { ZR_CTX_Delete(ctx); }
     ZrNode *Node(const char *path) { return ZR_CTX_GetTargetNode(ctx, path, nullptr); }
     ZrCtx *ctx;
 };
 
 } // namespace
 
-TEST_F(Application, LoadsAModuleWithWhatItImportsAndAsksAboutIt)
+TEST_F(Examples, OfAModuleWithWhatItImportsAnswerEveryQuery)
 {
     ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-routing"), ZR_OK);
     ZrMod *router = ZR_CTX_GetModuleByModName(ctx, "example-router");
@@ -51,18 +51,18 @@ TEST_F(Application, LoadsAModuleWithWhatItImportsAndAsksAboutIt)
 
     ZrNode *mtu = Node("/example-router:router/interfaces/interface/mtu");
     ASSERT_NE(mtu, nullptr);
-    EXPECT_EQ(ZR_NODE_GetNodeType(mtu), uint32_t{ZR_NODE_LEAF});
+    EXPECT_EQ(ZR_NODE_GetNodeType(mtu), ZR_NODE_LEAF);
     EXPECT_STREQ(ZR_NODE_GetUnitsValueStr(mtu), "octets");
     EXPECT_STREQ(ZR_NODE_GetWhenCond(mtu),
                  "derived-from-or-self(../example-router:type, 'example-types:ethernet') or "
                  "../example-router:type = 'example-types:gigabit-ethernet'");
     EXPECT_EQ(ZR_NODE_ValidateValue(mtu, ZR_VALUE_STRING, "9000"), ZR_OK);
-    EXPECT_EQ(ZR_NODE_ValidateValue(mtu, ZR_VALUE_STRING, "1501"), uint32_t{ZR_ERR_VALUE_RANGE});
+    EXPECT_EQ(ZR_NODE_ValidateValue(mtu, ZR_VALUE_STRING, "1501"), ZR_ERR_VALUE_RANGE);
     EXPECT_STREQ(ZR_NODE_GetDefaultValueStr(Node("/example-router:router/max-load")), "10")
         << "the typedef's";
 }
 
-TEST_F(Application, SeesWhatAnotherModuleAddsAndChanges)
+TEST_F(Examples, ShowWhatAnotherModuleAddsAndChanges)
 {
     ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-vendor"), ZR_OK);
     ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-routing"), ZR_OK);
@@ -77,7 +77,7 @@ TEST_F(Application, SeesWhatAnotherModuleAddsAndChanges)
     EXPECT_EQ(ZR_NODE_GetParentNode(cost), ZR_NODE_GetParentNode(mtu));
 }
 
-TEST_F(Application, PrintsAModuleOfTwoSuffixedFiles)
+TEST_F(Examples, OfAModuleOfTwoSuffixedFilesPrintAsOne)
 {
     ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-services"), ZR_OK);
     std::string tree;
