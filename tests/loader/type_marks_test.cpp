@@ -14,26 +14,29 @@ TEST(TypeMarks, AreOnePerKind)
     struct Row {
         const char *keyword;
         uint32_t kind;
-        uint32_t mark;
     };
     const Row rows[] = {
-        {"base", 1, 0x001},    {"bit", 2, 0x002},
-        {"enum", 3, 0x004},    {"fraction-digits", 4, 0x008},
-        {"length", 5, 0x010},  {"path", 6, 0x020},
-        {"pattern", 7, 0x040}, {"range", 8, 0x080},
-        {"type", 9, 0x200},
+        {"base", ZRT_CONS_BASE},       {"bit", ZRT_CONS_BIT},
+        {"enum", ZRT_CONS_ENUM},       {"fraction-digits", ZRT_CONS_FRACTION},
+        {"length", ZRT_CONS_LENGTH},   {"path", ZRT_CONS_PATH},
+        {"pattern", ZRT_CONS_PATTERN}, {"range", ZRT_CONS_RANGE},
+        {"type", ZRT_CONS_UNION},
     };
+    uintptr_t seen = 0;
     for (const Row &row : rows) {
         YinElement type(std::string("<type name=\"t\"><") + row.keyword + "/></type>");
         ZrtTypeSubElemCount counters = {};
         EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), ZR_OK);
         EXPECT_EQ(counters.counts[row.kind], 1) << row.keyword;
-        EXPECT_EQ(counters.counts[10], 1) << row.keyword;
-        EXPECT_EQ(MarkOf(type.get()->children), row.mark) << row.keyword;
-        EXPECT_EQ(zr::TypeMarkOf(row.kind), row.mark);
+        EXPECT_EQ(counters.counts[ZRT_CONS_KIND_COUNT], 1) << row.keyword;
+        uintptr_t mark = MarkOf(type.get()->children);
+        EXPECT_EQ(zr::TypeMarkOf(row.kind), mark) << row.keyword;
+        EXPECT_NE(mark, 0u) << row.keyword;
+        EXPECT_EQ(seen & mark, 0u) << row.keyword;
+        seen |= mark;
     }
-    EXPECT_EQ(zr::TypeMarkOf(0), 0u);
-    EXPECT_EQ(zr::TypeMarkOf(10), 0u);
+    EXPECT_EQ(zr::TypeMarkOf(ZRT_CONS_DERIVED), 0u);
+    EXPECT_EQ(zr::TypeMarkOf(ZRT_CONS_KIND_COUNT), 0u);
 }
 
 TEST(TypeMarks, CountEveryChildAndEveryKindOnce)
@@ -42,11 +45,11 @@ TEST(TypeMarks, CountEveryChildAndEveryKindOnce)
                     "</type>");
     ZrtTypeSubElemCount counters = {};
     EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), ZR_OK);
-    EXPECT_EQ(counters.counts[7], 3);
-    EXPECT_EQ(counters.counts[5], 1);
-    EXPECT_EQ(counters.counts[8], 1);
-    EXPECT_EQ(counters.counts[3], 1);
-    EXPECT_EQ(counters.counts[10], 4);
+    EXPECT_EQ(counters.counts[ZRT_CONS_PATTERN], 3);
+    EXPECT_EQ(counters.counts[ZRT_CONS_LENGTH], 1);
+    EXPECT_EQ(counters.counts[ZRT_CONS_RANGE], 1);
+    EXPECT_EQ(counters.counts[ZRT_CONS_ENUM], 1);
+    EXPECT_EQ(counters.counts[ZRT_CONS_KIND_COUNT], 4);
 }
 
 TEST(TypeMarks, LeaveEverythingElseAlone)

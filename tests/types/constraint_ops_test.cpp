@@ -2,48 +2,72 @@
 
 #include <gtest/gtest.h>
 
+#include "support/alloc.h"
 #include "types/constraints.h"
 #include "types/default_checks.h"
+#include "types/leaf.h"
 
 namespace {
 
-struct KindRow {
-    ZrtConsCreateFunc create;
-    ZrtConsDestroyFunc destroy;
-    ZrtConsCopyFunc copy;
-    ZrtConsCheckFunc check;
+struct Restriction {
+    uint32_t kind;
+    const char *type;
+    const char *good;
+    const char *bad;
+    uint32_t status; // of the bad value
 };
 
-const KindRow g_rows[] = {
-    {ZRT_CONS_CreateConsDataBodyWithDerived, ZRT_CONS_DestroyConsDataBodyWithDerived,
-     ZRT_CONS_CopyConsDataBodyWithDerived, ZRT_CONS_ValidateValueNodeAgainstDataDerived},
-    {ZRT_CONS_CreateConsDataBodyWithBase, ZRT_CONS_DestroyConsDataBodyWithBase,
-     ZRT_CONS_CopyConsDataBodyWithBase, ZRT_CONS_ValidateValueNodeAgainstDataBase},
-    {ZRT_CONS_CreateConsDataBodyWithBit, ZRT_CONS_DestroyConsDataBodyWithBit,
-     ZRT_CONS_CopyConsDataBodyWithBit, ZRT_CONS_ValidateValueNodeAgainstDataBit},
-    {ZRT_CONS_CreateConsDataBodyWithEnum, ZRT_CONS_DestroyConsDataBodyWithEnum,
-     ZRT_CONS_CopyConsDataBodyWithEnum, ZRT_CONS_ValidateValueNodeAgainstDataEnum},
-    {ZRT_CONS_CreateConsDataBodyWithFraction, ZRT_CONS_DestroyConsDataBodyWithNoDynamic,
-     ZRT_CONS_CopyConsDataBodyWithFraction, ZRT_CONS_ValidateValueNodeAgainstDataFraction},
-    {ZRT_CONS_CreateConsDataBodyWithRange, ZRT_CONS_DestroyConsDataBodyWithRange,
-     ZRT_CONS_CopyConsDataBodyWithRange, ZRT_CONS_ValidateValueNodeAgainstDataLength},
-    {ZRT_CONS_CreateConsDataBodyWithPath, ZRT_CONS_DestroyConsDataBodyWithPath,
-     ZRT_CONS_CopyConsDataBodyWithPath, ZRT_CONS_ValidateValueNodeAgainstDataPath},
-    {ZRT_CONS_CreateConsDataBodyWithPattern, ZRT_CONS_DestroyConsDataBodyWithPattern,
-     ZRT_CONS_CopyConsDataBodyWithPattern, ZRT_CONS_ValidateValueNodeAgainstDataPattern},
-    {ZRT_CONS_CreateConsDataBodyWithRange, ZRT_CONS_DestroyConsDataBodyWithRange,
-     ZRT_CONS_CopyConsDataBodyWithRange, ZRT_CONS_ValidateValueNodeAgainstDataRange},
-    {ZRT_CONS_CreateConsDataBodyWithUnion, ZRT_CONS_DestroyConsDataBodyWithUnion,
-     ZRT_CONS_CopyConsDataBodyWithUnion, ZRT_CONS_ValidateValueNodeAgainstDataUnion},
+const Restriction kRestrictions[] = {
+    {ZRT_CONS_DERIVED, "<type name='t'/>", "5", "200", ZR_ERR_VALUE_RANGE},
+    {ZRT_CONS_BASE, "<type name='identityref'><base name='wood'/></type>", "m:wood", "m:steel",
+     ZR_ERR_VALUE_IDENTITY},
+    {ZRT_CONS_BIT, "<type name='bits'><bit name='up'/></type>", "up", "down", ZR_ERR_VALUE_BITS},
+    {ZRT_CONS_ENUM, "<type name='enumeration'><enum name='up'/></type>", "up", "down",
+     ZR_ERR_VALUE_ENUM},
+    {ZRT_CONS_FRACTION, "<type name='decimal64'><fraction-digits value='1'/></type>", "1.5", "1.55",
+     ZR_ERR_VALUE_RANGE},
+    {ZRT_CONS_LENGTH, "<type name='string'><length value='2'/></type>", "ab", "abc",
+     ZR_ERR_VALUE_LENGTH},
+    {ZRT_CONS_PATH, "<type name='leafref'><path value='/m:number'/></type>", "5", "200",
+     ZR_ERR_VALUE_RANGE},
+    {ZRT_CONS_PATTERN, "<type name='string'><pattern value='[ab]+'/></type>", "ab", "abc",
+     ZR_ERR_VALUE_PATTERN},
+    {ZRT_CONS_RANGE, "<type name='int8'><range value='1..5'/></type>", "5", "6",
+     ZR_ERR_VALUE_RANGE},
+    {ZRT_CONS_UNION, "<type name='union'><type name='int8'/><type name='boolean'/></type>", "true",
+     "maybe", ZR_ERR_VALUE_UNION},
 };
 
-TEST(KindTable, HasTheOperationsOfEveryKind)
+constexpr char kDefinitions[] = "<typedef name='t'><type name='int8'/></typedef>"
+                                "<identity name='wood'/>"
+                                "<leaf name='number'><type name='int8'/></leaf>";
+
+TEST(KindTable, ARestrictionOfEveryKindIsCheckedAndCopiedAndFreedInItsOwnWay)
 {
-    for (uint32_t kind = 0; kind < ZRT_CONS_KIND_COUNT; ++kind) {
-        EXPECT_EQ(ZRT_CONS_GetConsDataCreateBodyFunc(kind), g_rows[kind].create) << kind;
-        EXPECT_EQ(ZRT_CONS_GetConsDataDestroyBodyFunc(kind), g_rows[kind].destroy) << kind;
-        EXPECT_EQ(ZRT_CONS_GetConsDataCopyBodyFunc(kind), g_rows[kind].copy) << kind;
-        EXPECT_EQ(ZRT_CONS_GetConsDataValueRestricationCheckFunc(kind), g_rows[kind].check) << kind;
+    ASSERT_EQ(std::size(kRestrictions), size_t{ZRT_CONS_KIND_COUNT});
+    for (const Restriction &row : kRestrictions) {
+        SCOPED_TRACE(row.type);
+        zrtest::Leaf leaf(row.type, kDefinitions);
+        ASSERT_NE(leaf.node(), nullptr);
+        ZrtConsSlot *slot = leaf.type()->constraints;
+        ASSERT_EQ(slot->kind, row.kind);
+        EXPECT_EQ(leaf.Check(row.good), ZR_OK);
+        EXPECT_EQ(leaf.Check(row.bad), row.status);
+
+        // A copy stands for the body that it was made from.
+        zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+            ZrCtx *ctx = leaf.context();
+            void *copy = memory.Run(
+                [&] { return ZRT_CONS_GetConsDataCopyBodyFunc(row.kind)(ctx, slot->body); });
+            EXPECT_EQ(copy == nullptr, memory.Failed());
+            if (copy == nullptr)
+                return;
+            std::swap(slot->body, copy);
+            EXPECT_EQ(leaf.Check(row.good), ZR_OK);
+            EXPECT_EQ(leaf.Check(row.bad), row.status);
+            std::swap(slot->body, copy);
+            ZRT_CONS_GetConsDataDestroyBodyFunc(row.kind)(ctx, copy);
+        });
     }
 }
 

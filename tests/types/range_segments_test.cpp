@@ -9,12 +9,17 @@ namespace {
 
 TEST(SegmentSize, FollowsTheBaseType)
 {
-    const uint32_t sizes[] = {20, 20, 20, 20, 20, 20, 20, 20, 20, 2,
-                              4,  8,  20, 20, 20, 2,  4,  8,  20, 20};
-    for (uint32_t type = 0; type < ZRT_TYPE_NONE; ++type)
-        EXPECT_EQ(ZRT_CONS_GetZrtSegIntegerSize(type), sizes[type]) << type;
-    EXPECT_EQ(ZRT_CONS_GetZrtSegIntegerSize(20), 20u);
-    EXPECT_EQ(ZRT_CONS_GetZrtSegIntegerSize(UINT32_MAX), 20u);
+    for (uint32_t type = ZRT_TYPE_DERIVED; type <= ZRT_TYPE_NONE; ++type) {
+        uint32_t width = sizeof(ZrtGenericSeg); // with flags that tell how to read it
+        if (type == ZRT_TYPE_INT8 || type == ZRT_TYPE_UINT8)
+            width = 2 * sizeof(uint8_t); // start and end
+        if (type == ZRT_TYPE_INT16 || type == ZRT_TYPE_UINT16)
+            width = 2 * sizeof(uint16_t);
+        if (type == ZRT_TYPE_INT32 || type == ZRT_TYPE_UINT32)
+            width = 2 * sizeof(uint32_t);
+        EXPECT_EQ(ZRT_CONS_GetZrtSegIntegerSize(type), width) << ZR_GetBuiltInTypeName(type);
+    }
+    EXPECT_EQ(ZRT_CONS_GetZrtSegIntegerSize(UINT32_MAX), sizeof(ZrtGenericSeg));
 }
 
 TEST(BaseTypeBounds, AreThoseOfTheIntegerTypes)

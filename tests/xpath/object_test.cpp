@@ -58,13 +58,9 @@ uint32_t AsBoolean(ZrXpathObject object)
     return object.value.boolean;
 }
 
-TEST(Object, HasTheStatedKindsAndPayloadSize)
+TEST(Object, HoldsANumberInEightBytes)
 {
-    EXPECT_EQ(ZR_XPATH_OBJ_BOOLEAN, 0u);
-    EXPECT_EQ(ZR_XPATH_OBJ_STRING, 1u);
-    EXPECT_EQ(ZR_XPATH_OBJ_NODE, 2u);
-    EXPECT_EQ(ZR_XPATH_OBJ_NUMBER, 3u);
-    EXPECT_EQ(sizeof(ZrXpathValue), 8u);
+    EXPECT_EQ(sizeof(ZrXpathValue), sizeof(double));
 }
 
 TEST(FreeObject, FreesTheStringToo)

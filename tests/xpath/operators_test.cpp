@@ -17,9 +17,22 @@ using zrtest::Evaluation;
 TEST(OperationType, IsReadFromTheOperatorsToken)
 {
     const std::pair<const char *, uint32_t> operators[] = {
-        {"1 or 1", 0},  {"1 and 1", 1}, {"1 = 1", 2}, {"1 != 1", 3}, {"1 > 1", 4}, {"1 < 1", 5},
-        {"1 >= 1", 6},  {"1 <= 1", 7},  {"1 + 1", 8}, {"1 - 1", 8},  {"1 * 1", 8}, {"1 div 1", 8},
-        {"1 mod 1", 8}, {"1 | 1", 8},   {"1 / 1", 8}, {"1 1 1", 8},
+        {"1 or 1", ZR_XPATH_OP_OR},
+        {"1 and 1", ZR_XPATH_OP_AND},
+        {"1 = 1", ZR_XPATH_OP_EQUAL},
+        {"1 != 1", ZR_XPATH_OP_NOT_EQUAL},
+        {"1 > 1", ZR_XPATH_OP_GREATER},
+        {"1 < 1", ZR_XPATH_OP_LESS},
+        {"1 >= 1", ZR_XPATH_OP_GREATER_OR_EQUAL},
+        {"1 <= 1", ZR_XPATH_OP_LESS_OR_EQUAL},
+        {"1 + 1", ZR_XPATH_OP_NONE},
+        {"1 - 1", ZR_XPATH_OP_NONE},
+        {"1 * 1", ZR_XPATH_OP_NONE},
+        {"1 div 1", ZR_XPATH_OP_NONE},
+        {"1 mod 1", ZR_XPATH_OP_NONE},
+        {"1 | 1", ZR_XPATH_OP_NONE},
+        {"1 / 1", ZR_XPATH_OP_NONE},
+        {"1 1 1", ZR_XPATH_OP_NONE},
     };
     for (const auto &[expression, operation] : operators) {
         ZrXpathLex *lex = ZR_XPATH_ExprTokenize(expression);
@@ -31,9 +44,11 @@ TEST(OperationType, IsReadFromTheOperatorsToken)
 
 TEST(OperationType, KnowsEqualityAndRelationalOperators)
 {
-    for (uint32_t operation = 0; operation <= 9; ++operation) {
-        EXPECT_EQ(ZR_XPATH_IsEqualityOperator(operation), operation == 2 || operation == 3);
-        EXPECT_EQ(ZR_XPATH_IsRelationalOperator(operation), operation >= 4 && operation <= 7);
+    for (uint32_t operation = ZR_XPATH_OP_OR; operation <= ZR_XPATH_OP_NONE; ++operation) {
+        EXPECT_EQ(ZR_XPATH_IsEqualityOperator(operation),
+                  operation == ZR_XPATH_OP_EQUAL || operation == ZR_XPATH_OP_NOT_EQUAL);
+        EXPECT_EQ(ZR_XPATH_IsRelationalOperator(operation),
+                  operation >= ZR_XPATH_OP_GREATER && operation <= ZR_XPATH_OP_LESS_OR_EQUAL);
     }
 }
 
