@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-#include "platform/xml_parse.h"
+#include "platform/xml.h"
 
 namespace zrfuzz {
 

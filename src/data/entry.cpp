@@ -6,12 +6,9 @@
 
 #include "data/check_run.h"
 #include "data/completion.h"
-#include "data/default_list.h"
 #include "data/error_record.h"
-#include "data/run_memory.h"
 #include "data/tree_guard.h"
-#include "platform/xml_errors.h"
-#include "platform/xml_parse.h"
+#include "platform/xml.h"
 
 namespace {
 

@@ -6,15 +6,14 @@
 #include <cstring>
 
 #include "data/data_tree.h"
-#include "data/error_path.h"
 #include "data/error_record.h"
 #include "data/schema_query.h"
 #include "data/structure.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "model/navigation.h"
 #include "model/node_record.h"
 #include "platform/xml.h"
-#include "schema/lookup.h"
+#include "schema/lookup/lookup.h"
 
 // Matching follows the schema down, one function call a level: an element that matches nothing
 // ends the flush, so the schema bounds the depth whatever the document holds.

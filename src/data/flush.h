@@ -2,7 +2,7 @@
 // is checked in document order. The first fault ends it.
 #pragma once
 
-#include "data/check_records.h"
+#include "data/check_run.h"
 
 extern "C" {
 ZR_API uint32_t ZRD_PAS_FlushTreeWithSchema(ZrdCheckAux *check, xmlNode *top);

@@ -4,9 +4,9 @@
 
 #include <iterator>
 
+#include "data/check_run.h"
 #include "data/data_tree.h"
 #include "data/error_record.h"
-#include "data/run_memory.h"
 #include "data/schema_query.h"
 #include "data/when.h"
 #include "model/node_record.h"

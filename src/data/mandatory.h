@@ -2,7 +2,7 @@
 // choice that is missing (RFC 7950, section 8.1).
 #pragma once
 
-#include "data/check_records.h"
+#include "data/check_run.h"
 
 extern "C" {
 // Below the element, against its own schema node; 22 in a run that is neither RPC nor notification.

@@ -2,10 +2,10 @@
 
 #include <zrschema/node.h>
 
+#include "data/check_run.h"
 #include "data/data_tree.h"
 #include "data/error_record.h"
 #include "data/mandatory.h"
-#include "data/run_memory.h"
 #include "data/schema_query.h"
 #include "model/node_record.h"
 #include "xpath/evaluate.h"

@@ -2,7 +2,7 @@
 // element out of a notification.
 #pragma once
 
-#include "data/check_records.h"
+#include "data/check_run.h"
 
 extern "C" {
 ZR_API uint32_t ZRD_PAS_EvalDataTreeMust(ZrdCheckAux *check, xmlNode *element);

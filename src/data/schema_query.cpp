@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "model/navigation.h"
-#include "schema/module.h"
-#include "schema/node.h"
+#include "schema/members/module.h"
+#include "schema/nodes/node.h"
 #include "types/real_type.h"
 
 uint32_t ZRD_MDL_IsSchemaNodeDefineWithMountPoint(const ZrNode *schemaNode)

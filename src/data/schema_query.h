@@ -2,7 +2,7 @@
 // has nothing.
 #pragma once
 
-#include "data/check_records.h"
+#include "data/check_run.h"
 
 extern "C" {
 // A container or list with "mount-point" of ietf-yang-schema-mount (RFC 8528, section 3).

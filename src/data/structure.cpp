@@ -5,7 +5,7 @@
 #include "data/data_tree.h"
 #include "data/error_record.h"
 #include "data/schema_query.h"
-#include "platform/secure.h"
+#include "platform/text.h"
 #include "platform/xml.h"
 
 namespace {

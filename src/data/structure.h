@@ -2,7 +2,7 @@
 // record (CheckDataNodeValue passes the value check's status on).
 #pragma once
 
-#include "data/check_records.h"
+#include "data/check_run.h"
 
 extern "C" {
 // Settles the kind of run by the top element: an RPC run whose top is no rpc looks for an action.

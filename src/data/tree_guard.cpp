@@ -2,8 +2,8 @@
 
 #include <cstring>
 
+#include "data/completion.h"
 #include "data/data_tree.h"
-#include "data/default_list.h"
 #include "platform/memory.h"
 
 namespace {
@@ -93,7 +93,7 @@ TreeGuard::~TreeGuard()
 
 void TreeGuard::HideLines(size_t marked)
 {
-    lines_ = static_cast<xmlNode **>(AllocZeroed(marked * sizeof(xmlNode *)));
+    lines_ = New<xmlNode *>(marked);
     failed_ = failed_ || lines_ == nullptr;
     for (xmlNode *node = top_; lineCount_ < marked && lines_ != nullptr;
          node = NextElement(top_, node)) {

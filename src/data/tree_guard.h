@@ -1,7 +1,7 @@
 // What a tree needs before a run, and what is taken back from it afterwards.
 #pragma once
 
-#include "data/check_records.h"
+#include "data/check_run.h"
 
 namespace zr {
 

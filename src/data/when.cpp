@@ -2,11 +2,11 @@
 
 #include <zrschema/node.h>
 
+#include "data/check_run.h"
+#include "data/completion.h"
 #include "data/data_tree.h"
-#include "data/default_list.h"
 #include "data/error_record.h"
 #include "data/must.h"
-#include "data/run_memory.h"
 #include "data/schema_query.h"
 #include "model/node_record.h"
 #include "platform/xml.h"

@@ -2,7 +2,7 @@
 // element out of a notification.
 #pragma once
 
-#include "data/check_records.h"
+#include "data/check_run.h"
 
 extern "C" {
 // The "when" pass and then the "must" pass over the element's subtree.

@@ -4,9 +4,14 @@
 // without spare room: the lists of a schema are short and built once.
 #pragma once
 
+#include <zrschema/types.h>
+
 #include <cstddef>
 #include <cstdint>
-#include <zrschema/types.h>
+
+#include "foundation/dict.h"
+#include "platform/memory.h"
+#include "platform/text.h"
 
 extern "C" {
 // `arrayPtr` is the address of the owner's array pointer; sizes are in bytes.
@@ -28,9 +33,102 @@ template <typename T> uint32_t NewArray(T **array, uint32_t count)
 {
     return ZR_UTL_NewArray(reinterpret_cast<void **>(array), count, sizeof(T));
 }
+template <typename T> uint32_t NewArray(Owned<T> &array, uint32_t count)
+{
+    return NewArray<T>(Out(array), count);
+}
 template <typename T> uint32_t ExpandArray(T **array, uint32_t oldCount, uint32_t addCount)
 {
     return ZR_UTL_ExpandArray(reinterpret_cast<void **>(array), oldCount, addCount, sizeof(T));
+}
+
+} // namespace zr
+
+// What the families of small records share: interning of their strings, and the operations on
+// counted arrays of them. An array is one block, its 16-bit count stands in the owner.
+
+namespace zr {
+
+// Stores an interned copy of `text` in `field`; a null text stores null. False when the dictionary
+// cannot take the text; the field is null then.
+inline bool Intern(ZrDict *dict, const char *&field, const char *text)
+{
+    field = text == nullptr ? nullptr : ZR_DICT_Insert(dict, text);
+    return field != nullptr || text == nullptr;
+}
+
+// Whether both texts are there and equal. Callers ask with buffers of their own, so pointers alone
+// do not decide.
+inline bool TextEquals(const char *a, const char *b)
+{
+    return a != nullptr && b != nullptr && (a == b || PAL_StrCmp(a, b) == 0);
+}
+
+// Appends one record: makes room, lets `fill`(record) set it, and counts it when that gives 0.
+// Else the room stays, uncounted, for the next record. 0, 12, 22 for an array that is full, or the
+// result of `fill`.
+template <typename Record, typename Fill>
+uint32_t AppendOne(Record **array, uint16_t *count, Fill fill)
+{
+    if (array == nullptr || count == nullptr || *count == UINT16_MAX)
+        return ZR_ERR_INVALID;
+    bool hasRoom = *count == 0 && *array != nullptr; // left by a first record that was not filled
+    uint32_t status = hasRoom ? uint32_t{ZR_OK} : ExpandArray(array, *count, 1);
+    if (status == ZR_OK)
+        status = fill(&(*array)[*count]);
+    if (status == ZR_OK)
+        ++*count;
+    return status;
+}
+
+// The first record for which `matches`(record) holds, or null.
+template <typename Record, typename Matches>
+Record *FindFirst(Record *array, uint32_t count, Matches matches)
+{
+    for (uint32_t i = 0; array != nullptr && i < count; ++i) {
+        if (matches(array[i]))
+            return &array[i];
+    }
+    return nullptr;
+}
+
+// Lets `clear`(record) release every record, then frees the block.
+template <typename Record, typename Clear>
+void FreeRecords(Record *array, uint32_t count, Clear clear)
+{
+    for (uint32_t i = 0; array != nullptr && i < count; ++i)
+        clear(&array[i]);
+    Free(array);
+}
+
+// A new array of the same length, each record set by `fill`(record, source record). Null for an
+// empty array and on failure, when `clear` releases what was copied.
+template <typename Record, typename Fill, typename Clear>
+Record *CopyRecords(const Record *array, uint32_t count, Fill fill, Clear clear)
+{
+    Record *copy = nullptr;
+    if (array == nullptr || NewArray(&copy, count) != ZR_OK)
+        return nullptr;
+    for (uint32_t i = 0; i < count; ++i) {
+        if (fill(&copy[i], &array[i]) != ZR_OK) {
+            FreeRecords(copy, i, clear);
+            return nullptr;
+        }
+    }
+    return copy;
+}
+
+// Whether the arrays are equally long and equal record by record, in order.
+template <typename Record, typename Same>
+bool RecordsSame(const Record *a, uint32_t countA, const Record *b, uint32_t countB, Same same)
+{
+    if (countA != countB)
+        return false;
+    for (uint32_t i = 0; i < countA; ++i) {
+        if (!same(&a[i], &b[i]))
+            return false;
+    }
+    return true;
 }
 
 } // namespace zr

@@ -4,7 +4,7 @@
 
 #include "foundation/array.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
+#include "platform/text.h"
 
 namespace {
 
@@ -51,7 +51,7 @@ ZrDictEntry **FindLink(ZrDictBucket *bucket, const char *text)
 
 ZrDictEntry *NewEntry(const char *text, size_t length)
 {
-    zr::ScopedBlock<ZrDictEntry> entry(zr::AllocRecord<ZrDictEntry>());
+    zr::Owned<ZrDictEntry> entry(zr::New<ZrDictEntry>());
     if (!entry)
         return nullptr;
     // Not zero-filled first: every byte is written at once.

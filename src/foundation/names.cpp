@@ -2,6 +2,7 @@
 // holes, so a table is indexed by the number less that of its first row; statuses do have holes and
 // are searched.
 #include <zrschema/names.h>
+#include <zrschema/version.h>
 
 #include <iterator>
 
@@ -149,4 +150,9 @@ const char *ZR_GetErrorSeverityName(uint32_t severity)
 const char *ZR_GetErrorTagName(uint32_t tag)
 {
     return NameOf(kErrorTags, ZR_ERROR_TAG_IN_USE, tag);
+}
+
+const char *ZR_GetVersion(void)
+{
+    return ZR_VERSION_STRING;
 }

@@ -1,6 +1,6 @@
 #include "foundation/pattern.h"
 
-#include "platform/xml_errors.h"
+#include "platform/xml.h"
 
 namespace {
 

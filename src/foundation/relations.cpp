@@ -66,7 +66,7 @@ ZrModRelTbl *FindOrCreateTable(ZrCtx *ctx, const char *moduleName)
     ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
     if (table != nullptr)
         return table;
-    zr::ScopedBlock<ZrModRelTbl> created(zr::AllocRecord<ZrModRelTbl>());
+    zr::Owned<ZrModRelTbl> created(zr::New<ZrModRelTbl>());
     if (!created)
         return nullptr;
     table = created.get();
@@ -88,7 +88,7 @@ uint32_t AddItem(ZrModRelTbl *table, const char *otherName, uint32_t kind)
     if (interned == nullptr)
         return ZR_ERR_NO_MEMORY;
     bool known = ZR_CTX_FindModRelationItem(table, kind, interned) != nullptr;
-    auto *item = known ? nullptr : zr::AllocRecord<ZrModRelItem>();
+    auto *item = known ? nullptr : zr::New<ZrModRelItem>();
     if (item == nullptr) {
         ZR_DICT_Remove(table->dict, interned);
         return known ? ZR_OK : ZR_ERR_NO_MEMORY;

@@ -8,16 +8,12 @@
 #include <zrschema/types.h>
 
 #include "foundation/dict.h"
+#include "foundation/list.h"
 #include "platform/avl.h"
 
 enum ZrRelationKind : uint32_t {
     ZR_RELATION_AUGMENTED_BY = 0, // the other module's augment adds nodes to the target module
     ZR_RELATION_DEVIATED_BY = 1   // the other module's deviation changes the target module
-};
-
-struct ZrListLink { // of a circular doubly linked list
-    ZrListLink *next;
-    ZrListLink *prev;
 };
 
 struct ZrModRelItem {

@@ -4,7 +4,7 @@
 #include "foundation/load_errors.h"
 #include "loader/statements.h"
 #include "platform/xml.h"
-#include "schema/module.h"
+#include "schema/members/module.h"
 
 namespace zr {
 

@@ -1,11 +1,11 @@
-#include "loader/coupling.h"
+#include "loader/pipeline.h"
 
 #include <zrschema/module.h>
 
-#include "schema/augment.h"
-#include "schema/change_events.h"
-#include "schema/deviation.h"
-#include "schema/node.h"
+#include "schema/augment/augment.h"
+#include "schema/augment/change_events.h"
+#include "schema/deviation/deviation.h"
+#include "schema/nodes/node.h"
 #include "types/real_type.h"
 
 namespace {

@@ -10,7 +10,7 @@
 #include "model/node_record.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
-#include "schema/members.h"
+#include "schema/members/members.h"
 #include "types/real_type.h"
 #include "xpath/path_forms.h"
 
@@ -50,7 +50,7 @@ uint16_t PropertyFlags(uint32_t nodeFlags)
 uint32_t ParseDeviationInto(ZrMod *module, xmlNode *element, const char *path,
                             ZrsDeviation *deviation)
 {
-    zr::ScopedBlock<char> target(ZR_XPATH_TransformToJsonFormat(module, path));
+    zr::Owned<char> target(ZR_XPATH_TransformToJsonFormat(module, path));
     if (!target)
         return ZR_ERR_INVALID;
     uint32_t status = ZRS_MOD_FillDeviationTargetNode(&module->ctx->dict, deviation, target.get());
@@ -158,7 +158,7 @@ uint32_t ZRS_LOADER_ParseDeviateReplace(ZrMod *module, xmlNode *element,
                                         uint32_t /*parentStatement*/, void *destination)
 {
     auto *deviate = static_cast<ZrsDeviate *>(destination);
-    deviate->type = zr::AllocRecord<ZrtRealType>();
+    deviate->type = zr::New<ZrtRealType>();
     if (deviate->type == nullptr)
         return ZR_ERR_NO_MEMORY;
     uint32_t flags = 0;

@@ -6,11 +6,10 @@
 
 #include "foundation/array.h"
 #include "foundation/context_record.h"
-#include "platform/files.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
+#include "platform/system.h"
 #include "platform/text.h"
-#include "platform/xml_parse.h"
+#include "platform/xml.h"
 
 namespace {
 
@@ -127,7 +126,7 @@ uint32_t zr::CollectPaths(const ZrCtx *ctx, const char *moduleName,
     *collectionOut = nullptr;
     if (!CanNameFiles(moduleName))
         return ZR_ERR_NOT_FOUND;
-    auto *collection = zr::AllocRecord<ZrsPathCollection>();
+    auto *collection = zr::New<ZrsPathCollection>();
     if (collection == nullptr)
         return ZR_ERR_NO_MEMORY;
     collection->limit = 1;
@@ -155,7 +154,7 @@ xmlDoc *ZRS_LOADER_ReadFileContentAsDoc(PalFile *file)
     if (size < 0 || size > int64_t{zr::kMaxXmlLength})
         return nullptr; // before any memory is asked for
     auto length = static_cast<size_t>(size);
-    zr::ScopedBlock<char> text(static_cast<char *>(zr::AllocZeroed(length + 1)));
+    zr::Owned<char> text(zr::New<char>(length + 1));
     if (!text || PAL_VFS_FRead(text.get(), 1, length, file) != length)
         return nullptr;
     return zr::ParseXmlText(text.get(), length);

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "loader/statements.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 
 enum : uint32_t {
     ZRS_ROW_UNIQUE = 0x2, // at most once

@@ -7,11 +7,10 @@
 #include "foundation/array.h"
 #include "foundation/load_errors.h"
 #include "loader/arguments.h"
-#include "loader/header.h"
 #include "loader/parsers.h"
 #include "platform/xml.h"
-#include "schema/members.h"
-#include "schema/module.h"
+#include "schema/members/members.h"
+#include "schema/members/module.h"
 
 namespace {
 
@@ -72,7 +71,7 @@ void TrimImports(ZrMod *module, uint32_t room)
 uint32_t zr::FileScope::Enter(const xmlNode *root, const char *prefix)
 {
     uint32_t room = CountImports(root);
-    uint32_t status = zr::NewArray(texts_.slot(), room);
+    uint32_t status = zr::NewArray(texts_, room);
     if (status == ZR_OK)
         status = file_.imports.Make(texts_.get(), room, ImportTable::kPrefix);
     if (status != ZR_OK)

@@ -4,14 +4,14 @@
 
 #include "foundation/load_errors.h"
 #include "loader/arguments.h"
-#include "loader/conditions.h"
 #include "loader/engine.h"
+#include "loader/module_form.h"
 #include "loader/parsers.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "model/node_record.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
-#include "schema/conditions.h"
+#include "schema/members/condition_records.h"
 
 namespace {
 
@@ -74,7 +74,7 @@ public:
 
 private:
     const char *written_;
-    zr::ScopedBlock<char> rewritten_;
+    zr::Owned<char> rewritten_;
 };
 
 uint32_t ParseMustInto(ZrMod *module, xmlNode *element, const char *argument, ZrsMust *must)

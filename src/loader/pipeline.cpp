@@ -1,25 +1,75 @@
+// The public entry points that load and unload modules.
 #include "loader/pipeline.h"
+
+#include <zrschema/context.h>
+
+#include <cstring>
 
 #include "foundation/context_record.h"
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"
 #include "foundation/search_dirs.h"
 #include "loader/arguments.h"
-#include "loader/coupling.h"
 #include "loader/discovery.h"
-#include "loader/header.h"
-#include "loader/pending.h"
+#include "loader/linkage.h"
+#include "loader/load_state.h"
 #include "loader/statements.h"
-#include "model/module_tree.h"
+#include "loader/unload.h"
+#include "model/context.h"
 #include "platform/memory.h"
 #include "platform/text.h"
 #include "platform/xml.h"
-#include "schema/augment.h"
-#include "schema/change_events.h"
-#include "schema/merge.h"
-#include "schema/merge_aside.h"
-#include "schema/merge_original.h"
-#include "schema/module.h"
+#include "schema/augment/augment.h"
+#include "schema/augment/change_events.h"
+#include "schema/members/module.h"
+#include "schema/merge/merge.h"
+
+uint32_t ZR_CTX_LoadModule(ZrCtx *ctx, const char *moduleName)
+{
+    if (ctx == nullptr || moduleName == nullptr)
+        return ZR_ERR_INVALID;
+    uint32_t status = ZRS_LOADER_LoadModuleByModName(ctx, moduleName);
+    if (status != ZR_OK) {
+        if (ZR_CTX_GetErrNodeByModName(ctx, moduleName) == nullptr)
+            ZR_CTX_AddModError(ctx, moduleName, "Failed to load module \"%s\".", moduleName);
+        return status;
+    }
+    if ((ctx->flags & ZR_CTX_LOAD_IMPORTS) != 0)
+        return ZRS_LOADER_LoadModuleImportedNames(ctx, moduleName);
+    ZRS_MOD_NotifyModuleChangeEvent(ctx, moduleName, ZRS_MODULE_LOADED, nullptr);
+    return ZR_OK;
+}
+
+uint32_t ZR_CTX_LoadMemory(ZrCtx *ctx, const char *yinText)
+{
+    if (ctx == nullptr || yinText == nullptr)
+        return ZR_ERR_INVALID;
+    xmlDoc *document = zr::ParseXmlText(yinText, std::strlen(yinText));
+    if (document == nullptr)
+        return ZR_ERR_INVALID;
+    ZrMod *module = ZRS_LOADER_ParseYinContent(ctx, document, nullptr);
+    xmlFreeDoc(document);
+    if (module == nullptr)
+        return ZR_ERR_FAILED;
+    if (ZR_CTX_GetModuleByModName(ctx, module->name) != nullptr) {
+        ZRS_MOD_Free(module); // the module that is loaded stays
+        return ZR_OK;
+    }
+    uint32_t status = ZRS_LOADER_AppendModuleToCtx(ctx, module, nullptr);
+    if (status != ZR_OK) {
+        ZR_CTX_DestroyModuleNode(ctx, module);
+        return status;
+    }
+    ZRS_MOD_NotifyModuleChangeEvent(ctx, module->name, ZRS_MODULE_LOADED, nullptr);
+    return ZR_OK;
+}
+
+uint32_t ZR_CTX_UnloadModule(ZrCtx *ctx, const char *moduleName)
+{
+    if (ctx == nullptr)
+        return ZR_OK;
+    return ZRS_LOADER_UnloadModuleProc(ctx, moduleName);
+}
 
 namespace {
 

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 
+#include "loader/statements.h"
 #include "model/type_records.h"
 
 // Fills a new body from the type statement `element`, which has `count` children of the kind.
@@ -95,3 +96,14 @@ bool HasTypeMark(const xmlNode *element, uint32_t mark);
 const char *MarkedChildArgument(const xmlNode *element, uint32_t kind);
 
 } // namespace zr
+
+// The parsers of "type" and "typedef", and the names of the built-in types.
+
+extern "C" {
+ZR_API uint32_t ZRT_LOADER_ParseTypeStmt(ZrMod *module, xmlNode *element, uint32_t parentStatement,
+                                         void *destination);
+ZR_API uint32_t ZRT_LOADER_ParseTypeDefStmt(ZrMod *module, xmlNode *element,
+                                            uint32_t parentStatement, void *destination);
+// ZrtBuiltInType of exactly a built-in type's name; 0 for every other name.
+ZR_API uint32_t ZRT_LOADER_GetBaseTypeFromTypeName(const char *name);
+}

@@ -5,7 +5,7 @@
 #include "foundation/text.h"
 #include "loader/statements.h"
 #include "loader/type_fill.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
 
@@ -50,7 +50,7 @@ uint32_t AssignNumbers(Item *items, uint32_t count, const uint8_t *explicitFlags
 
 uint8_t *NewFlags(uint32_t count)
 {
-    return static_cast<uint8_t *>(zr::AllocZeroed(count));
+    return zr::New<uint8_t>(count);
 }
 
 } // namespace
@@ -91,8 +91,7 @@ uint32_t ZRT_LOADER_FillOneConsSegBit(ZrMod *module, xmlNode *element, void *ite
 
 uint32_t ZR_LOADER_FillDescWithAllEnum(ZrMod *module, ZrtConsEnum *body, xmlNode *element)
 {
-    body->descriptions =
-        static_cast<const char **>(zr::AllocZeroed(sizeof(const char *) * body->count));
+    body->descriptions = zr::New<const char *>(body->count);
     if (body->descriptions == nullptr)
         return ZR_ERR_NO_MEMORY;
     ZrsParseFunc parse = ZRS_LOADER_GetStmtParseFunc(ZRS_STMT_DESCRIPTION);
@@ -116,7 +115,7 @@ uint32_t ZRT_LOADER_FillConsDataAndAllEnumSeg(ZrMod *module, ZrtRealType *, void
                                               xmlNode *element, uint32_t count)
 {
     auto *enums = static_cast<ZrtConsEnum *>(body);
-    zr::ScopedBlock<uint8_t> flags(NewFlags(count));
+    zr::Owned<uint8_t> flags(NewFlags(count));
     if (!flags)
         return ZR_ERR_NO_MEMORY;
     ZrtSegFiller filler;
@@ -135,7 +134,7 @@ uint32_t ZRT_LOADER_FillConsDataAndAllBitSeg(ZrMod *module, ZrtRealType *, void 
                                              xmlNode *element, uint32_t count)
 {
     auto *bits = static_cast<ZrtConsBit *>(body);
-    zr::ScopedBlock<uint8_t> flags(NewFlags(count));
+    zr::Owned<uint8_t> flags(NewFlags(count));
     if (!flags)
         return ZR_ERR_NO_MEMORY;
     ZrtSegFiller filler;

@@ -1,14 +1,14 @@
-#include "loader/type_statements.h"
-
+#include <cstring>
 #include <iterator>
+#include <span>
 
 #include "foundation/load_errors.h"
 #include "loader/arguments.h"
 #include "loader/engine.h"
-#include "loader/refresh.h"
+#include "loader/module_form.h"
 #include "loader/type_fill.h"
 #include "platform/xml.h"
-#include "schema/members.h"
+#include "schema/members/members.h"
 #include "types/real_type.h"
 
 namespace {
@@ -91,4 +91,183 @@ uint32_t ZRT_LOADER_ParseTypeDefStmt(ZrMod *module, xmlNode *element, uint32_t, 
     if (status != ZR_OK)
         ZRS_TYPE_DestroyTypDefInner(module->ctx, typeDef);
     return status;
+}
+
+// The names of the built-in types (RFC 7950, section 4.2.4).
+
+namespace {
+
+struct TypeName {
+    const char *rest; // after the first character
+    uint32_t baseType;
+};
+
+constexpr TypeName g_namesB[] = {
+    {"oolean", ZRT_TYPE_BOOLEAN},
+    {"its", ZRT_TYPE_BITS},
+    {"inary", ZRT_TYPE_BINARY},
+};
+constexpr TypeName g_namesD[] = {
+    {"ecimal64", ZRT_TYPE_DECIMAL64},
+};
+constexpr TypeName g_namesE[] = {
+    {"numeration", ZRT_TYPE_ENUMERATION},
+    {"mpty", ZRT_TYPE_EMPTY},
+};
+constexpr TypeName g_namesI[] = {
+    {"nt32", ZRT_TYPE_INT32}, {"dentityref", ZRT_TYPE_IDENTITYREF},
+    {"nt8", ZRT_TYPE_INT8},   {"nstance-identifier", ZRT_TYPE_INSTANCE_IDENTIFIER},
+    {"nt64", ZRT_TYPE_INT64}, {"nt16", ZRT_TYPE_INT16},
+};
+constexpr TypeName g_namesL[] = {
+    {"eafref", ZRT_TYPE_LEAFREF},
+};
+constexpr TypeName g_namesS[] = {
+    {"tring", ZRT_TYPE_STRING},
+};
+constexpr TypeName g_namesU[] = {
+    {"int32", ZRT_TYPE_UINT32}, {"int16", ZRT_TYPE_UINT16}, {"int8", ZRT_TYPE_UINT8},
+    {"int64", ZRT_TYPE_UINT64}, {"nion", ZRT_TYPE_UNION},
+};
+
+std::span<const TypeName> NamesStartingWith(char first)
+{
+    switch (first) {
+    case 'b':
+        return g_namesB;
+    case 'd':
+        return g_namesD;
+    case 'e':
+        return g_namesE;
+    case 'i':
+        return g_namesI;
+    case 'l':
+        return g_namesL;
+    case 's':
+        return g_namesS;
+    case 'u':
+        return g_namesU;
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+uint32_t ZRT_LOADER_GetBaseTypeFromTypeName(const char *name)
+{
+    if (name == nullptr)
+        return ZRT_TYPE_DERIVED;
+    for (const TypeName &candidate : NamesStartingWith(name[0])) {
+        if (std::strcmp(candidate.rest, name + 1) == 0)
+            return candidate.baseType;
+    }
+    return ZRT_TYPE_DERIVED;
+}
+
+// Which children of a type statement are restrictions, and of which kind.
+
+namespace {
+
+constexpr char kYinNamespace[] = "urn:ietf:params:xml:ns:yang:yin:1";
+
+struct KindRow {
+    const char *keyword;
+    uint32_t mark;
+};
+
+// clang-format off
+constexpr KindRow g_kindRows[] = {
+//   keyword            mark
+    {nullptr,           0x000}, // derived: the type's name itself
+    {"base",            0x001},
+    {"bit",             0x002},
+    {"enum",            0x004},
+    {"fraction-digits", 0x008},
+    {"length",          0x010},
+    {"path",            0x020},
+    {"pattern",         0x040},
+    {"range",           0x080},
+    {"type",            0x200},
+};
+// clang-format on
+static_assert(std::size(g_kindRows) == ZRT_CONS_KIND_COUNT);
+
+// Every keyword begins with one of these.
+constexpr char kFirstLetters[] = "beflprt";
+
+// The kind that a child element restricts its type by, or 0.
+uint32_t KindOfChild(const xmlNode *child)
+{
+    const auto *name = reinterpret_cast<const char *>(child->name);
+    if (child->type != XML_ELEMENT_NODE || *name == '\0' ||
+        std::strchr(kFirstLetters, *name) == nullptr)
+        return 0;
+    // An extension may use the same words for statements of its own.
+    const char *ns = ZR_XML_GetXmlNodeDefaultNs(child);
+    if (ns != nullptr && std::strcmp(ns, kYinNamespace) != 0)
+        return 0;
+    for (uint32_t kind = 1; kind < ZRT_CONS_KIND_COUNT; ++kind) {
+        if (std::strcmp(g_kindRows[kind].keyword, name) == 0)
+            return kind;
+    }
+    return 0;
+}
+
+} // namespace
+
+namespace zr {
+
+uint32_t TypeMarkOf(uint32_t kind)
+{
+    return kind < std::size(g_kindRows) ? g_kindRows[kind].mark : 0;
+}
+
+uint32_t CountAndMarkRestrictions(xmlNode *element, ZrtTypeSubElemCount *counters)
+{
+    for (xmlNode *child = element->children; child != nullptr; child = child->next) {
+        uint32_t kind = KindOfChild(child);
+        if (kind == 0)
+            continue;
+        uint16_t &counter = counters->counts[kind];
+        if (counter == UINT16_MAX)
+            return ZR_ERR_INVALID;
+        ++counter;
+        auto marks = reinterpret_cast<uintptr_t>(child->_private) | TypeMarkOf(kind);
+        child->_private = reinterpret_cast<void *>(marks);
+        if (counter == 1)
+            ++counters->counts[ZRT_CONS_KIND_COUNT];
+    }
+    return ZR_OK;
+}
+
+xmlNode *FirstChildNamed(const xmlNode *element, const char *name)
+{
+    xmlNode *child = element->children;
+    while (child != nullptr &&
+           (child->type != XML_ELEMENT_NODE ||
+            std::strcmp(reinterpret_cast<const char *>(child->name), name) != 0))
+        child = child->next;
+    return child;
+}
+
+bool HasTypeMark(const xmlNode *element, uint32_t mark)
+{
+    return (reinterpret_cast<uintptr_t>(element->_private) & mark) != 0;
+}
+
+const char *MarkedChildArgument(const xmlNode *element, uint32_t kind)
+{
+    const xmlNode *child = ZR_XML_GetFirstChildNodeWithPriVal(element, TypeMarkOf(kind));
+    return child != nullptr ? ZR_XML_GetFirstPropertyValue(child) : nullptr;
+}
+
+} // namespace zr
+
+const char *ZRT_LOADER_GetMatchChildFirstMatchedValStr(const xmlNode *element, const char *name)
+{
+    if (element == nullptr || name == nullptr)
+        return nullptr;
+    const xmlNode *child = zr::FirstChildNamed(element, name);
+    return child != nullptr ? ZR_XML_GetFirstPropertyValue(child) : nullptr;
 }

@@ -4,9 +4,12 @@
 
 #include "foundation/context_record.h"
 #include "foundation/load_errors.h"
-#include "schema/augment.h"
-#include "schema/change_events.h"
-#include "schema/module.h"
+#include "foundation/text.h"
+#include "platform/memory.h"
+#include "platform/text.h"
+#include "schema/augment/augment.h"
+#include "schema/augment/change_events.h"
+#include "schema/members/module.h"
 
 namespace {
 
@@ -154,4 +157,181 @@ uint32_t ZRS_LOADER_EnableReloadModFeature(ZrCtx *ctx, const ZrsPendNode *pendin
             result |= ZR_MOD_EnableFeature(module, feature->name);
     }
     return result;
+}
+
+// What the removal of a module concerns: the modules to be destroyed with it, and what has to be
+// remembered of each for its return.
+
+namespace {
+
+// Calls `visit`(table) for every relation table until it gives something other than 0, which is
+// returned.
+template <typename Visit> uint32_t ForEachTable(const ZrCtx *ctx, Visit visit)
+{
+    for (void *table = PAL_AVL3_First(&ctx->modRelations, &zr::kRelationTables); table != nullptr;
+         table = PAL_AVL3_Next(&ctx->modRelations, table, &zr::kRelationTables)) {
+        uint32_t result = visit(static_cast<const ZrModRelTbl *>(table));
+        if (result != 0)
+            return result;
+    }
+    return 0;
+}
+
+bool HasRelation(const ZrModRelTbl *table, uint32_t kind, const char *otherName)
+{
+    for (const ZrListLink *link = table->items.next; link != &table->items; link = link->next) {
+        const auto *item = reinterpret_cast<const ZrModRelItem *>(link);
+        if (item->kind == kind && PAL_StrCmp(item->otherName, otherName) == 0)
+            return true;
+    }
+    return false;
+}
+
+bool EndsIn(const ZrsDeviation &deviation, const char *moduleName)
+{
+    zr::ModuleNameText name;
+    return zr::LastNamedModule(deviation.targetPath, name) && PAL_StrCmp(name, moduleName) == 0;
+}
+
+// Whether any of the module's deviations names a node of the other module.
+bool NamesNodeOf(const ZrMod *module, const char *otherName)
+{
+    for (uint32_t i = 0; i < module->deviationCount; ++i) {
+        if (EndsIn(module->deviations[i], otherName))
+            return true;
+    }
+    return false;
+}
+
+// Whether the module's deviations changed the other module: one that was applied, at least in
+// part, or one that took an augment of it away without naming it.
+bool HasChanged(const ZrMod *module, const char *otherName)
+{
+    for (uint32_t i = 0; i < module->deviationCount; ++i) {
+        if (module->deviations[i].flags != 0 && EndsIn(module->deviations[i], otherName))
+            return true;
+    }
+    return !NamesNodeOf(module, otherName);
+}
+
+uint32_t AppendIfLoaded(const ZrCtx *ctx, ZrsPendTbl *table, const char *moduleName)
+{
+    return ZR_CTX_GetModuleByModName(ctx, moduleName) != nullptr
+               ? zr::AppendPending(table, moduleName)
+               : uint32_t{ZR_OK};
+}
+
+ZrsPendFeature *FindFeature(ZrsPendNode *node, const char *name)
+{
+    for (ZrListLink *link = node->features.next; link != &node->features; link = link->next) {
+        auto *feature = reinterpret_cast<ZrsPendFeature *>(link);
+        if (PAL_StrCmp(feature->name, name) == 0)
+            return feature;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+uint32_t ZRS_LOADER_CheckRelTblHaveDevByWithSameName(const ZrModRelTbl *table,
+                                                     const char *deviatingModuleName)
+{
+    return table != nullptr && deviatingModuleName != nullptr &&
+           HasRelation(table, ZR_RELATION_DEVIATED_BY, deviatingModuleName);
+}
+
+uint32_t ZRS_LOADER_IsAugAndRmvModShareSameDevaition(ZrCtx *ctx, const char *removedModuleName,
+                                                     const char *deviatingModuleName)
+{
+    if (ctx == nullptr || removedModuleName == nullptr || deviatingModuleName == nullptr)
+        return 0;
+    const ZrMod *deviating = ZR_CTX_GetModuleByModName(ctx, deviatingModuleName);
+    if (deviating == nullptr || NamesNodeOf(deviating, removedModuleName))
+        return 0;
+    return ForEachTable(ctx, [=](const ZrModRelTbl *table) -> uint32_t {
+        return HasRelation(table, ZR_RELATION_AUGMENTED_BY, removedModuleName) &&
+               ZRS_LOADER_CheckRelTblHaveDevByWithSameName(table, deviatingModuleName) != 0;
+    });
+}
+
+uint32_t ZRS_LOADER_UpdateIndirectDeviatedMod(ZrCtx *ctx, const char *moduleName, ZrsPendTbl *table)
+{
+    const ZrModRelTbl *relations = ZR_CTX_FindModRelationTbl(ctx, moduleName);
+    if (relations == nullptr)
+        return ZR_OK;
+    for (const ZrListLink *link = relations->items.next; link != &relations->items;
+         link = link->next) {
+        const auto *item = reinterpret_cast<const ZrModRelItem *>(link);
+        // What such a deviation did elsewhere holds without this module too.
+        if (item->kind == ZR_RELATION_DEVIATED_BY &&
+            ZRS_LOADER_IsAugAndRmvModShareSameDevaition(ctx, moduleName, item->otherName) != 0)
+            continue;
+        uint32_t status = AppendIfLoaded(ctx, table, item->otherName);
+        if (status != ZR_OK)
+            return status;
+    }
+    return ZR_OK;
+}
+
+uint32_t ZRS_LOADER_UnloadModDeviation(ZrCtx *ctx, const char *moduleName, ZrsPendTbl *table)
+{
+    const ZrMod *module = ZR_CTX_GetModuleByModName(ctx, moduleName);
+    if (module == nullptr || module->deviationCount == 0)
+        return ZR_OK;
+    return ForEachTable(ctx, [=](const ZrModRelTbl *relations) -> uint32_t {
+        if (ZRS_LOADER_CheckRelTblHaveDevByWithSameName(relations, moduleName) == 0 ||
+            !HasChanged(module, relations->moduleName))
+            return ZR_OK;
+        return AppendIfLoaded(ctx, table, relations->moduleName);
+    });
+}
+
+uint32_t ZRS_LOADER_PropagateModuleRemove(ZrCtx *ctx, const char *moduleName, ZrsPendTbl *table)
+{
+    uint32_t status = ZRS_LOADER_UpdateIndirectDeviatedMod(ctx, moduleName, table);
+    return status != ZR_OK ? status : ZRS_LOADER_UnloadModDeviation(ctx, moduleName, table);
+}
+
+uint32_t zr::AppendFeature(ZrsPendNode *pendingNode, const char *featureName, uint32_t flags)
+{
+    zr::Owned<ZrsPendFeature> feature(zr::New<ZrsPendFeature>());
+    if (!feature)
+        return ZR_ERR_NO_MEMORY;
+    feature.get()->name = ZR_UTL_StrDup(featureName);
+    if (feature.get()->name == nullptr)
+        return ZR_ERR_NO_MEMORY;
+    feature.get()->flags = flags;
+    ZrListLink *link = &feature.release()->link;
+    link->prev = pendingNode->features.prev;
+    link->next = &pendingNode->features;
+    link->prev->next = link;
+    link->next->prev = link;
+    return ZR_OK;
+}
+
+uint32_t ZRS_LOADER_AddModFeatPend(ZrsPendNode *pendingNode, const char *featureName,
+                                   uint32_t flags)
+{
+    if (pendingNode == nullptr || featureName == nullptr)
+        return ZR_ERR_INVALID;
+    ZrsPendFeature *noted = FindFeature(pendingNode, featureName);
+    if (noted == nullptr)
+        return zr::AppendFeature(pendingNode, featureName, flags);
+    noted->flags = flags;
+    return ZR_OK;
+}
+
+uint32_t ZRS_LOADER_SaveEnabledFeatureToPendNode(const ZrMod *module, ZrsPendNode *pendingNode)
+{
+    if (module == nullptr || pendingNode == nullptr)
+        return ZR_ERR_INVALID;
+    for (uint32_t i = 0; i < module->featureCount; ++i) {
+        const ZrsFeature &feature = module->features[i];
+        if ((feature.flags & ZRS_FEATURE_ENABLED) == 0)
+            continue;
+        uint32_t status = ZRS_LOADER_AddModFeatPend(pendingNode, feature.name, feature.flags);
+        if (status != ZR_OK)
+            return status;
+    }
+    return ZR_OK;
 }

@@ -9,8 +9,8 @@
 #include <cstddef>
 #include <zrschema/context.h>
 
-#include "loader/pending.h"
-#include "model/module_record.h"
+#include "loader/load_state.h"
+#include "model/module_records.h"
 
 extern "C" {
 // Unloads a module. One that is not loaded gives 0, and its recorded errors are forgotten. 12 with

@@ -11,3 +11,23 @@ namespace zr {
 void DestroyContextParts(ZrCtx *ctx);
 
 } // namespace zr
+
+// The two trees of a context's modules, by name and by namespace.
+
+extern "C" {
+// Makes both trees empty.
+ZR_API void ZR_CTX_InitModuleTree(ZrCtx *ctx);
+// Orders two names or two namespaces byte by byte; a null key equals every other.
+ZR_API int32_t ZR_CTX_ModTreeKeyCompare(const void *keyA, const void *keyB);
+// Puts a module into both trees; 1 when its name or its namespace is taken, and then it stands in
+// neither.
+ZR_API uint32_t ZR_CTX_AddModuleNode(ZrCtx *ctx, ZrMod *module);
+}
+
+namespace zr {
+// Takes the module out of both trees; one that is not in them changes nothing.
+void RemoveModuleNode(ZrCtx *ctx, ZrMod *module);
+// Modules in name order: the first, and the one after `module`; null at the end.
+ZrMod *FirstModule(const ZrCtx *ctx);
+ZrMod *NextModule(const ZrCtx *ctx, const ZrMod *module);
+} // namespace zr

@@ -1,6 +1,7 @@
 // Text comparison, search and conversion, and the clock.
 #pragma once
 
+#include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -24,8 +25,6 @@ const char *PAL_StrStr(const char *text, const char *part);
 // "inf"); the value is then left alone. A number too large for a double becomes an infinity. The
 // locale has no say.
 uint32_t PAL_StrToFloat(const char *text, double *valueOut);
-// Seconds since 1970-01-01 UTC.
-uint32_t PAL_SystimeGet(void);
 }
 
 namespace zr {
@@ -51,3 +50,27 @@ inline std::string_view From(std::string_view text, size_t at)
 }
 
 } // namespace zr
+
+// Bounds-checked memory and string functions: zero (or the length, for the printing ones) on
+// success, negative on failure. A null pointer or a destination that is too small is a failure;
+// nothing is ever cut, but by the function that says so. A failed string function leaves an empty
+// destination, a failed memory function leaves it alone. Source and destination do not overlap.
+
+extern "C" {
+int memcpy_s(void *dest, size_t destSize, const void *src, size_t count);
+int memset_s(void *dest, size_t destSize, int ch, size_t count);
+int strcpy_s(char *dest, size_t destSize, const char *src);
+// Copies the first `count` characters of `src`, or all when it has fewer, and a NUL.
+int strncpy_s(char *dest, size_t destSize, const char *src, size_t count);
+int strcat_s(char *dest, size_t destSize, const char *src);
+int sprintf_s(char *dest, size_t destSize, const char *format, ...)
+    __attribute__((format(printf, 3, 4)));
+// At most `count` characters; a longer text fails.
+int snprintf_s(char *dest, size_t destSize, size_t count, const char *format, ...)
+    __attribute__((format(printf, 4, 5)));
+int vsnprintf_s(char *dest, size_t destSize, size_t count, const char *format, va_list args)
+    __attribute__((format(printf, 4, 0)));
+// Cuts a longer text to destSize - 1 characters, which is then the result.
+int vsnprintf_truncated_s(char *dest, size_t destSize, const char *format, va_list args)
+    __attribute__((format(printf, 3, 0)));
+}

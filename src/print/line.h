@@ -51,7 +51,7 @@ template <typename Write> uint32_t PrintLine(ZrsPrintCtx *print, Write write)
 // `body`, called with the context of a top-level node, or the last callback fails.
 template <typename Body> uint32_t RunPrint(ZrPrintFunc callback, void *userData, Body body)
 {
-    ScopedBlock<char> buffer(static_cast<char *>(AllocZeroed(ZRS_PRINT_BUFFER_SIZE)));
+    Owned<char> buffer(New<char>(ZRS_PRINT_BUFFER_SIZE));
     if (!buffer)
         return ZR_ERR_NO_MEMORY;
     ZrsPrintCtx print = {};

@@ -3,9 +3,9 @@
 
 #include <iterator>
 
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "print/line.h"
-#include "schema/node.h"
+#include "schema/nodes/node.h"
 
 namespace {
 

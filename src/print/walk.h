@@ -1,6 +1,7 @@
 // What the printing functions share about the walk from node to node.
 #pragma once
 
+#include "print/line.h"
 #include "print/printer.h"
 
 namespace zr {
@@ -22,5 +23,15 @@ uint32_t PrintChildren(const ZrMod *module, const ZrNode *node, ZrsPrintCtx *pri
 // The node one level below the line of its implied case. The case's line has drawn the bar towards
 // the next case, so the node draws none; its width is that of the choice's children.
 uint32_t PrintUnderImpliedCase(const ZrMod *module, const ZrNode *node, ZrsPrintCtx *print);
+
+} // namespace zr
+
+// The text of a type in the tree.
+
+namespace zr {
+
+// "-> path" for a leafref, the typedef's name (qualified when it is another module's) for a derived
+// type, the keyword for a built-in one.
+void PutType(LineWriter &line, const ZrMod *module, const ZrtRealType *type);
 
 } // namespace zr

@@ -5,9 +5,14 @@
 // failure. Check returns 0 or the kind's status; Update resolves typedef references into `module`.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <type_traits>
 
+#include "foundation/context_record.h"
 #include "model/type_records.h"
+#include "platform/memory.h"
 
 extern "C" {
 ZR_API void *ZRT_CONS_CreateConsDataBodyWithDerived(uint32_t count);
@@ -91,3 +96,115 @@ ZR_API const char *ZRT_CONS_GetConsDataInheritedTypDefName(const void *body,
                                                            const char **moduleNameOut);
 ZR_API ZrtRealType *ZRT_CONS_GetConsUnionSubTypeData(const void *body, uint16_t *countOut);
 }
+
+// Bodies of constraint slots: the parts that every kind shares.
+
+extern "C" {
+// A zeroed body; when count and item size are both non-zero, its item array is zeroed and stored
+// in the body's array pointer, which every counted body has at the same place. Null when memory
+// runs out.
+ZR_API void *ZRT_CONS_CreateConsDataBodyAndSegSize(uint32_t bodySize, uint32_t count,
+                                                   uint32_t itemSize);
+}
+
+namespace zr {
+
+// A counted body starts with its 16-bit count; the array pointer is its second word.
+constexpr size_t kBodyArrayOffset = sizeof(void *);
+
+template <typename Body> using BodyItem = std::remove_pointer_t<decltype(Body::items)>;
+
+// A body with `count` zeroed items, or null.
+template <typename Body> Body *CreateCountedBody(uint32_t count)
+{
+    static_assert(offsetof(Body, count) == 0);
+    static_assert(offsetof(Body, items) == kBodyArrayOffset);
+    if (count > UINT16_MAX)
+        return nullptr;
+    auto *body = static_cast<Body *>(
+        ZRT_CONS_CreateConsDataBodyAndSegSize(sizeof(Body), count, sizeof(BodyItem<Body>)));
+    if (body != nullptr)
+        body->count = static_cast<uint16_t>(count);
+    return body;
+}
+
+// Releases every item with `release(ctx, item)`, then the array and the body.
+template <typename Body, typename Release>
+void DestroyCountedBody(ZrCtx *ctx, void *opaque, Release release)
+{
+    auto *body = static_cast<Body *>(opaque);
+    if (body == nullptr)
+        return;
+    for (uint32_t i = 0; body->items != nullptr && i < body->count; ++i)
+        release(ctx, body->items[i]);
+    zr::Free(body->items);
+    zr::Free(body);
+}
+
+// Interns `text` into `field`; a null text stays null. False when memory runs out.
+inline bool CopyText(ZrCtx *ctx, const char *&field, const char *text)
+{
+    field = ZR_DICT_Insert(&ctx->dict, text);
+    return field != nullptr || text == nullptr;
+}
+
+// A new body whose items are made by `copy(ctx, to, from)`, which is false on failure; `destroy`
+// takes back a partial copy. Null when memory runs out.
+template <typename Body, typename Copy>
+Body *CopyCountedBody(ZrCtx *ctx, const void *opaque, Copy copy, void (*destroy)(ZrCtx *, void *))
+{
+    const auto *source = static_cast<const Body *>(opaque);
+    if (ctx == nullptr || source == nullptr)
+        return nullptr;
+    Body *body = CreateCountedBody<Body>(source->count);
+    if (body == nullptr)
+        return nullptr;
+    for (uint32_t i = 0; i < source->count; ++i) {
+        if (!copy(ctx, body->items[i], source->items[i])) {
+            destroy(ctx, body);
+            return nullptr;
+        }
+    }
+    return body;
+}
+
+} // namespace zr
+
+// Dispatch by constraint kind and by base type: each lookup is null where there is no operation,
+// also for a kind above 9 or a base type above 19.
+
+typedef void *(*ZrtConsCreateFunc)(uint32_t count);
+typedef void (*ZrtConsDestroyFunc)(ZrCtx *ctx, void *body);
+typedef void *(*ZrtConsCopyFunc)(ZrCtx *ctx, const void *body);
+typedef uint32_t (*ZrtConsCheckFunc)(const void *body, uint32_t inputKind, const void *value,
+                                     ZrtValidateCtx *validation);
+typedef uint32_t (*ZrtConsUpdateFunc)(void *body, const ZrMod *module);
+typedef uint32_t (*ZrtConsScanNameValueFunc)(const void *body, ZrNameValueScanFunc callback,
+                                             void *userData);
+typedef uint32_t (*ZrtConsScanStartEndFunc)(const void *body, uint32_t baseType,
+                                            ZrStartEndScanFunc callback, void *userData);
+typedef uint32_t (*ZrtDefaultCheckFunc)(uint32_t baseType, uint32_t inputKind, const void *value,
+                                        ZrtValidateCtx *validation);
+
+extern "C" {
+ZR_API ZrtConsCreateFunc ZRT_CONS_GetConsDataCreateBodyFunc(uint32_t kind);
+ZR_API ZrtConsDestroyFunc ZRT_CONS_GetConsDataDestroyBodyFunc(uint32_t kind);
+ZR_API ZrtConsCopyFunc ZRT_CONS_GetConsDataCopyBodyFunc(uint32_t kind);
+ZR_API ZrtConsCheckFunc ZRT_CONS_GetConsDataValueRestricationCheckFunc(uint32_t kind);
+ZR_API ZrtConsUpdateFunc ZRT_CONS_GetConsDataUpdateDerFromModFunc(uint32_t kind);
+ZR_API ZrtConsScanNameValueFunc ZRT_CONS_GetConsDataScanNameValueFunc(uint32_t kind);
+ZR_API ZrtConsScanStartEndFunc ZRT_CONS_GetConsDataScanStartEndFunc(uint32_t kind);
+ZR_API ZrtDefaultCheckFunc ZRT_CONS_GetBaseTypeDefRestrictCheckFunc(uint32_t baseType);
+}
+
+// Values handed on to another type: a union's member or a leafref's target.
+
+namespace zr {
+
+// Validates the value against `type` in a fresh context that carries over `outer`'s library
+// context, and `node` as the leaf, which is `outer`'s own or the target of a leafref of it. On
+// success `*matchedOut` is the type that the fresh context recorded as matched, or null.
+uint32_t ValidateNested(const ZrtRealType *type, uint32_t inputKind, const void *value,
+                        ZrtValidateCtx *outer, const ZrNode *node, const ZrtRealType **matchedOut);
+
+} // namespace zr

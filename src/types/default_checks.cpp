@@ -4,9 +4,7 @@
 #include <string_view>
 
 #include "foundation/text.h"
-#include "types/decimal64.h"
-#include "types/range_check.h"
-#include "types/range_segments.h"
+#include "types/range.h"
 #include "types/real_type.h"
 
 namespace {

@@ -6,9 +6,8 @@
 #include <string_view>
 
 #include "foundation/text.h"
-#include "model/members_by_name.h"
-#include "model/module_record.h"
-#include "types/constraint_body.h"
+#include "model/module_records.h"
+#include "model/scope.h"
 #include "types/constraints.h"
 #include "types/real_type.h"
 

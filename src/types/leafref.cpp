@@ -1,12 +1,8 @@
 // The path of a leafref and the check of its values (RFC 7950, section 9.9).
-#include "types/leafref.h"
-#include "model/data_path.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "model/navigation.h"
 #include "model/node_record.h"
-#include "types/constraint_body.h"
 #include "types/constraints.h"
-#include "types/nested.h"
 #include "types/real_type.h"
 
 namespace {

@@ -9,7 +9,6 @@
 #include <atomic>
 
 #include "foundation/pattern.h"
-#include "types/constraint_body.h"
 #include "types/constraints.h"
 #include "types/real_type.h"
 
@@ -31,7 +30,7 @@ xmlRegexp **KeptForms(const ZrtConsPattern *patterns)
     xmlRegexp **forms = std::atomic_ref(patterns->compiled).load();
     if (forms != nullptr)
         return forms;
-    auto *made = static_cast<xmlRegexp **>(zr::AllocZeroed(sizeof(xmlRegexp *) * patterns->count));
+    auto *made = zr::New<xmlRegexp *>(patterns->count);
     if (made == nullptr)
         return nullptr;
     return Publish(patterns->compiled, made, [](xmlRegexp **block) { zr::Free(block); });

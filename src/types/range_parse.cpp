@@ -1,11 +1,10 @@
-#include "types/range_parse.h"
+#include "types/range.h"
 
 #include <cstring>
 
 #include "foundation/array.h"
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "types/decimal64.h"
 #include "types/real_type.h"
 
 namespace {

@@ -1,11 +1,11 @@
-#include "types/range_segments.h"
+#include "types/range.h"
 
 #include <cstring>
 #include <iterator>
 #include <limits>
 #include <type_traits>
 
-#include "platform/secure.h"
+#include "platform/text.h"
 
 namespace {
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <zrschema/type.h>
+#include <zrschema/types.h>
 
 #include "foundation/context_record.h"
 #include "model/type_records.h"
@@ -31,3 +32,17 @@ ZR_API uint32_t ZRT_TYPE_CheckBaseTypeSystemRestriction(uint32_t baseType, uint3
 ZR_API const char *ZRT_TYPE_GetInputValueAsSimpleStr(uint32_t inputKind, const void *value);
 ZR_API void ZRT_TYPE_SetMatchRealType(ZrtValidateCtx *validation, const ZrtRealType *type);
 }
+
+// Where a leafref leads (RFC 7950, section 9.9): read alike by queries and by checks of values.
+
+namespace zr {
+
+// The path of a leaf or leaf-list that is a leafref: its type's, or the first one along the chain
+// of its typedefs. Null for another type and for another node.
+const char *LeafrefPathOf(const ZrNode *node);
+
+// The node that the path leads to from `node`, with `follow` on through the leafrefs that it meets.
+// Null when there is none, and when the leafrefs do not come to an end.
+ZrNode *LeafrefTarget(const ZrNode *node, const char *path, bool follow);
+
+} // namespace zr

@@ -1,8 +1,7 @@
 // The public queries and scans on types.
 #include <zrschema/type.h>
 
-#include "model/members_by_name.h"
-#include "types/constraint_ops.h"
+#include "model/scope.h"
 #include "types/constraints.h"
 #include "types/real_type.h"
 

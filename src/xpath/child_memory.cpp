@@ -4,7 +4,6 @@
 
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
 #include "platform/text.h"
 #include "platform/xml.h"
 
@@ -62,7 +61,7 @@ ParentEntry *EntryOf(PalAvlTree *parents, const xmlNode *parent)
     ParentEntry *entry = FindParent(parents, parent);
     if (entry != nullptr)
         return entry;
-    entry = zr::AllocRecord<ParentEntry>();
+    entry = zr::New<ParentEntry>();
     if (entry == nullptr)
         return nullptr;
     entry->parent = parent;
@@ -73,7 +72,7 @@ ParentEntry *EntryOf(PalAvlTree *parents, const xmlNode *parent)
 
 void Remember(ParentEntry *parent, const char *name, xmlNode *first)
 {
-    auto *entry = zr::AllocRecord<NameEntry>();
+    auto *entry = zr::New<NameEntry>();
     if (entry == nullptr)
         return;
     if (strcpy_s(entry->name, sizeof(entry->name), name) != 0) {

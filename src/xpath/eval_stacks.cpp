@@ -1,8 +1,7 @@
 // The evaluation context and the moves on its two stacks.
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "xpath/eval.h"
-#include "xpath/operators.h"
+#include "xpath/evaluate.h"
 
 uint32_t ZR_XPATH_InitEvalCtx(ZrXpathEvalCtx *ctx, xmlNode *rootNode, xmlNode *contextNode,
                               uint32_t tokenCount)
@@ -67,7 +66,7 @@ namespace {
 // Pushes a copy; its string stays the caller's when that fails.
 uint32_t PushObject(ZrXpathEvalCtx *ctx, const ZrXpathObject &source)
 {
-    auto *object = zr::AllocRecord<ZrXpathObject>();
+    auto *object = zr::New<ZrXpathObject>();
     if (object == nullptr)
         return ZR_ERR_NO_MEMORY;
     *object = source;
@@ -86,8 +85,8 @@ uint32_t ZR_XPATH_PushBooleanToObjStack(ZrXpathEvalCtx *ctx, uint32_t value)
 
 uint32_t ZR_XPATH_PushStringToObjStack(ZrXpathEvalCtx *ctx, const char *text, uint32_t length)
 {
-    zr::ScopedBlock<char> copy(length != 0 ? ZR_UTL_StrDupWithSpecifyLength(text, length)
-                                           : ZR_UTL_CreateEmptyString());
+    zr::Owned<char> copy(length != 0 ? ZR_UTL_StrDupWithSpecifyLength(text, length)
+                                     : ZR_UTL_CreateEmptyString());
     if (!copy)
         return ZR_ERR_NO_MEMORY;
     uint32_t status = PushObject(ctx, {ZR_XPATH_OBJ_STRING, {.string = copy.get()}});
@@ -126,7 +125,7 @@ xmlNode *ZR_XPATH_GetStackTopObjNode(const ZrXpathEvalCtx *ctx)
 uint32_t ZR_XPATH_PushExprTypeToStack(ZrXpathEvalCtx *ctx, uint32_t operatorClass,
                                       uint32_t position)
 {
-    auto *entry = zr::AllocRecord<ZrXpathOperatorEntry>();
+    auto *entry = zr::New<ZrXpathOperatorEntry>();
     if (entry == nullptr)
         return ZR_ERR_NO_MEMORY;
     *entry = ZrXpathOperatorEntry{operatorClass, position};
@@ -153,7 +152,7 @@ uint32_t ZR_XPATH_CalculateHighPriorityExpr(ZrXpathEvalCtx *ctx, const ZrXpathLe
         if (top == nullptr || top->operatorClass == ZR_XPATH_MARKER_CLASS ||
             top->operatorClass < operatorClass)
             return ZR_OK;
-        zr::ScopedBlock<ZrXpathOperatorEntry> entry(PopOperator(ctx));
+        zr::Owned<ZrXpathOperatorEntry> entry(PopOperator(ctx));
         uint32_t status = ZR_XPATH_CalculateOneExpr(ctx, lex, entry.get());
         if (status != ZR_OK)
             return status;
@@ -163,7 +162,7 @@ uint32_t ZR_XPATH_CalculateHighPriorityExpr(ZrXpathEvalCtx *ctx, const ZrXpathLe
 uint32_t ZR_XPATH_CalculateRemainExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t mode)
 {
     for (;;) {
-        zr::ScopedBlock<ZrXpathOperatorEntry> entry(PopOperator(ctx));
+        zr::Owned<ZrXpathOperatorEntry> entry(PopOperator(ctx));
         bool open = entry && entry.get()->operatorClass == ZR_XPATH_MARKER_CLASS;
         if (!entry || open)
             return open == (mode == ZR_XPATH_END_CLOSE) ? uint32_t{ZR_OK}

@@ -126,7 +126,7 @@ uint32_t ZR_XPATH_ConvertBooleanToNumber(ZrXpathObject *object)
 
 uint32_t ZR_XPATH_ConvertStringToNumber(ZrXpathObject *object)
 {
-    zr::ScopedBlock<char> text(object->value.string);
+    zr::Owned<char> text(object->value.string);
     SetNumber(object, NumberFromText(text.get()));
     return ZR_OK;
 }
@@ -142,7 +142,7 @@ uint32_t ZR_XPATH_ConvertNodeToNumber(ZrXpathObject *object)
 
 uint32_t ZR_XPATH_ConvertStringToBoolean(ZrXpathObject *object)
 {
-    zr::ScopedBlock<char> text(object->value.string);
+    zr::Owned<char> text(object->value.string);
     SetBoolean(object, text && *text.get() != '\0');
     return ZR_OK;
 }

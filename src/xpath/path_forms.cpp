@@ -1,10 +1,9 @@
 // Schema paths: the module-name form of a prefixed path, and the split of a target path.
 #include "xpath/path_forms.h"
 #include "foundation/text.h"
-#include "model/members_by_name.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
+#include "model/scope.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
 #include "platform/text.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // Location paths: from node to node, one step at a time.
-#include "xpath/steps.h"
+#include "xpath/evaluate.h"
 
 #include "foundation/text.h"
-#include "platform/secure.h"
+#include "platform/text.h"
 #include "xpath/child_memory.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include <string_view>
 
 #include "foundation/text.h"
-#include "model/members_by_name.h"
 #include "model/navigation.h"
 #include "model/node_record.h"
+#include "model/scope.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
 #include "types/real_type.h"
@@ -70,7 +70,7 @@ const char *ModuleNameOfPrefix(const xmlNode *element, const ZrCtx *ctx, const c
 
 char *Join(std::string_view moduleName, std::string_view name)
 {
-    char *text = static_cast<char *>(zr::AllocZeroed(moduleName.size() + name.size() + 2));
+    char *text = zr::New<char>(moduleName.size() + name.size() + 2);
     if (text == nullptr)
         return nullptr;
     std::memcpy(text, moduleName.data(), moduleName.size());

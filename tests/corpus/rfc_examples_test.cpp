@@ -21,7 +21,6 @@
 #include <fstream>
 #include <sstream>
 
-#include "data/check_records.h"
 #include "data/check_run.h"
 #include "support/context.h"
 

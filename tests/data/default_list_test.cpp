@@ -1,4 +1,4 @@
-#include "data/default_list.h"
+#include "data/completion.h"
 
 #include <gtest/gtest.h>
 

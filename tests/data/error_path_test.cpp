@@ -1,4 +1,4 @@
-#include "data/error_path.h"
+#include "data/error_record.h"
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ protected:
         Document document(text);
         run_->root = document.top()->parent;
         EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, document.top()), 0u);
-        zr::ScopedBlock<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find(name)));
+        zr::Owned<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find(name)));
         return path ? path.get() : "-";
     }
 
@@ -90,7 +90,7 @@ TEST_F(ErrorPathTest, OfAnUnknownElementHasNoModule)
 {
     Document document("<a xmlns=\"urn:none\"><b/></a>");
     run_->root = document.top()->parent;
-    zr::ScopedBlock<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find("b")));
+    zr::Owned<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find("b")));
     EXPECT_STREQ(path.get(), "/a/b");
 }
 
@@ -101,7 +101,7 @@ TEST_F(ErrorPathTest, StopsAtTheTopOfATreeWithoutADocument)
     xmlUnlinkNode(top);
     run_->root = nullptr;
     ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, top), 0u);
-    zr::ScopedBlock<char> path(ZRD_ERR_GeneralErrorPath(run_, top->children));
+    zr::Owned<char> path(ZRD_ERR_GeneralErrorPath(run_, top->children));
     EXPECT_STREQ(path.get(), "/m:top/tag[.='x']");
     xmlFreeNode(top);
 }
@@ -151,7 +151,7 @@ TEST_F(ErrorPathTest, IsNullWhenMemoryRunsOut)
         EXPECT_EQ(guard.LiveBlocks(), 0);
     }
     guard.FailAt(1); // the value
-    zr::ScopedBlock<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find("tag")));
+    zr::Owned<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find("tag")));
     EXPECT_STREQ(path.get(), "/m:top/tag[.='']");
 }
 

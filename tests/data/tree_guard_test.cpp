@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "data/default_list.h"
+#include "data/completion.h"
 #include "data/schema.h"
 #include "support/alloc.h"
 #include "support/run.h"

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "data/data_tree.h"
-#include "data/default_list.h"
+#include "data/completion.h"
 #include "data/flush.h"
 #include "data/schema.h"
 #include "model/node_record.h"

@@ -1,4 +1,4 @@
-#include "foundation/record_arrays.h"
+#include "foundation/array.h"
 
 #include "schema/record_fixture.h"
 

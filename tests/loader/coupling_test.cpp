@@ -1,11 +1,10 @@
-#include "loader/coupling.h"
+#include "loader/pipeline.h"
 
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"
 #include "loader/module_sets.h"
-#include "loader/pipeline.h"
-#include "model/module_tree.h"
-#include "schema/augment.h"
+#include "model/context.h"
+#include "schema/augment/augment.h"
 #include "schema/coupling_fixture.h"
 
 using namespace zrtest;

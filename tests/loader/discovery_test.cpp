@@ -6,7 +6,7 @@
 #include <climits>
 #include <gtest/gtest.h>
 
-#include "platform/files.h"
+#include "platform/system.h"
 #include "platform/memory.h"
 #include "support/alloc.h"
 #include "support/context.h"

@@ -5,8 +5,8 @@
 
 #include "loader/loader_fixture.h"
 #include "platform/memory.h"
-#include "schema/conditions.h"
-#include "schema/ext_inst.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/ext_inst.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/memory.h"
-#include "schema/node.h"
+#include "schema/nodes/node.h"
 
 namespace {
 

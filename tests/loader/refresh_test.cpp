@@ -1,4 +1,4 @@
-#include "loader/refresh.h"
+#include "loader/module_form.h"
 
 #include <string>
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "loader/parsers.h"
-#include "loader/type_statements.h"
+#include "loader/type_fill.h"
 
 namespace {
 

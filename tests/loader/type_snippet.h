@@ -8,9 +8,8 @@
 #include <string>
 
 #include "loader/type_fill.h"
-#include "loader/type_statements.h"
-#include "schema/members.h"
-#include "schema/module.h"
+#include "schema/members/members.h"
+#include "schema/members/module.h"
 #include "support/context.h"
 #include "types/real_type.h"
 

@@ -1,4 +1,4 @@
-#include "model/module_tree.h"
+#include "model/context.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "foundation/bare_context.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 
 namespace {
 

@@ -163,14 +163,14 @@ TEST(AllocZeroed, IsNullWhenMemoryRunsOut)
     guard.FailAt(0);
     EXPECT_EQ(zr::AllocZeroed(8), nullptr);
     guard.FailAt(0);
-    EXPECT_EQ(zr::AllocRecord<uint64_t>(), nullptr);
+    EXPECT_EQ(zr::New<uint64_t>(), nullptr);
 }
 
-TEST(ScopedBlock, ReleasesItsBlockAtTheEndOfTheScope)
+TEST(Owned, ReleasesItsBlockAtTheEndOfTheScope)
 {
     zrtest::AllocGuard guard;
     {
-        zr::ScopedBlock<int> block(zr::AllocRecord<int>());
+        zr::Owned<int> block(zr::New<int>());
         ASSERT_TRUE(block);
         EXPECT_EQ(*block.get(), 0);
         EXPECT_EQ(guard.LiveBlocks(), 1);
@@ -178,12 +178,12 @@ TEST(ScopedBlock, ReleasesItsBlockAtTheEndOfTheScope)
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
 
-TEST(ScopedBlock, GivesItsBlockAwayOnRelease)
+TEST(Owned, GivesItsBlockAwayOnRelease)
 {
     zrtest::AllocGuard guard;
     int *kept;
     {
-        zr::ScopedBlock<int> block(zr::AllocRecord<int>());
+        zr::Owned<int> block(zr::New<int>());
         kept = block.release();
         EXPECT_FALSE(block);
     }

@@ -1,3 +1,4 @@
+#include "platform/system.h"
 #include "platform/text.h"
 
 #include <gtest/gtest.h>

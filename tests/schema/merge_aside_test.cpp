@@ -1,4 +1,4 @@
-#include "schema/merge_aside.h"
+#include "schema/merge/merge.h"
 
 #include "schema/coupling_fixture.h"
 

@@ -1,7 +1,6 @@
-#include "schema/merge_nodes.h"
+#include "schema/merge/merge.h"
 
-#include "schema/ext_inst.h"
-#include "schema/merge.h"
+#include "schema/members/ext_inst.h"
 #include "schema/merge_fixture.h"
 
 namespace {

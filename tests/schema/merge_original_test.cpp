@@ -1,8 +1,8 @@
-#include "schema/merge_original.h"
+#include "schema/merge/merge.h"
 
 #include "loader/pipeline.h"
-#include "platform/xml_parse.h"
-#include "schema/change_events.h"
+#include "platform/xml.h"
+#include "schema/augment/change_events.h"
 #include "schema/coupling_fixture.h"
 
 using namespace zrtest;

@@ -1,5 +1,5 @@
-#include "schema/conditions.h"
-#include "schema/ext_inst.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/ext_inst.h"
 #include "schema/record_fixture.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <functional>
 
 #include "data/check_run.h"
-#include "data/default_list.h"
+#include "data/completion.h"
 
 namespace zrtest {
 

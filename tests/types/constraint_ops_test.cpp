@@ -1,8 +1,7 @@
-#include "types/constraint_ops.h"
+#include "types/constraints.h"
 
 #include <gtest/gtest.h>
 
-#include "types/constraints.h"
 #include "types/default_checks.h"
 
 namespace {

@@ -1,0 +1,377 @@
+// The definitions of a module that are no data: features, identities, extensions, and the
+// references to features and identities.
+#include <string_view>
+
+#include "foundation/array.h"
+#include "foundation/context_record.h"
+#include "foundation/load_errors.h"
+#include "loader/arguments.h"
+#include "loader/engine.h"
+#include "loader/parsers.h"
+#include "platform/xml.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/ext_inst.h"
+#include "schema/members/members.h"
+#include "schema/members/module.h"
+#include "schema/nodes/node.h"
+
+namespace {
+
+ZrDict *DictOf(ZrMod *module)
+{
+    return &module->ctx->dict;
+}
+
+template <size_t rowCount>
+uint32_t ParseChildren(ZrMod *module, xmlNode *element, uint32_t statement,
+                       ZrsSubElem (&rows)[rowCount])
+{
+    return ZRS_LOADER_ParseSubStatements(module, element, statement, rows, rowCount);
+}
+
+uint32_t ParseFeatureInto(ZrMod *module, xmlNode *element, const char *name, ZrsFeature *feature)
+{
+    uint32_t status = ZRS_MOD_FillFeature(DictOf(module), feature, name);
+    if (status != ZR_OK)
+        return status;
+    uint16_t filled = 0;
+    ZrsSubElem rows[] = {
+        zr::ArrayRow(ZRS_STMT_IF_FEATURE, &feature->ifFeatures, &filled, &feature->ifFeatureCount),
+    };
+    return ParseChildren(module, element, ZRS_STMT_FEATURE, rows);
+}
+
+uint32_t ParseIdentityInto(ZrMod *module, xmlNode *element, const char *name, ZrsIdentity *identity)
+{
+    uint32_t status = ZRS_MOD_FillIdentity(DictOf(module), identity, name);
+    if (status != ZR_OK)
+        return status;
+    uint16_t bases = 0;
+    uint16_t ifFeatures = 0;
+    // clang-format off
+    ZrsSubElem rows[] = {
+        zr::ArrayRow(ZRS_STMT_BASE,        &identity->bases,      &bases,      &identity->baseCount),
+        zr::ArrayRow(ZRS_STMT_IF_FEATURE,  &identity->ifFeatures, &ifFeatures, &identity->ifFeatureCount),
+        zr::UniqueRow(ZRS_STMT_DESCRIPTION, &identity->description),
+    };
+    // clang-format on
+    return ParseChildren(module, element, ZRS_STMT_IDENTITY, rows);
+}
+
+uint32_t ParseExtensionInto(ZrMod *module, xmlNode *element, const char *name,
+                            ZrsExtension *extension)
+{
+    uint32_t status = ZRS_MOD_SetExtension(DictOf(module), extension, name, nullptr, 0);
+    if (status != ZR_OK)
+        return status;
+    ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_ARGUMENT, extension)};
+    return ParseChildren(module, element, ZRS_STMT_EXTENSION, rows);
+}
+
+} // namespace
+
+uint32_t ZRS_LOADER_ParseFeature(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                 void *destination)
+{
+    const char *name = zr::RequireName(module, element, ZRS_STMT_FEATURE);
+    if (name == nullptr)
+        return ZR_ERR_INVALID;
+    auto *feature = static_cast<ZrsFeature *>(destination);
+    uint32_t status = ParseFeatureInto(module, element, name, feature);
+    if (status != ZR_OK) {
+        ZRS_MDL_ClearFeature(DictOf(module), feature);
+        zr::RecordBadValue(module, name, ZRS_STMT_FEATURE);
+    }
+    return status;
+}
+
+uint32_t ZRS_LOADER_ParseIdentity(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                  void *destination)
+{
+    const char *name = zr::RequireName(module, element, ZRS_STMT_IDENTITY);
+    if (name == nullptr)
+        return ZR_ERR_INVALID;
+    auto *identity = static_cast<ZrsIdentity *>(destination);
+    uint32_t status = ParseIdentityInto(module, element, name, identity);
+    if (status != ZR_OK)
+        ZRS_MDL_ClearIdentity(DictOf(module), identity);
+    return status;
+}
+
+uint32_t ZRS_LOADER_ParseIdentBase(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                   void *destination)
+{
+    const char *argument = zr::RequireArgument(module, element, ZRS_STMT_BASE);
+    zr::DefinitionRef ref;
+    if (argument == nullptr || zr::ResolveDefinitionRef(module, argument, &ref) != ZR_OK)
+        return ZR_ERR_INVALID;
+    uint32_t status = ZRS_MOD_FillIdentBase(
+        DictOf(module), static_cast<ZrsIdentBase *>(destination), ref.moduleName, ref.name);
+    if (status != ZR_OK)
+        zr::RecordBadValue(module, argument, ZRS_STMT_BASE);
+    return status;
+}
+
+uint32_t ZRS_LOADER_ParseIfFeature(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                   void *destination)
+{
+    const char *argument = zr::RequireArgument(module, element, ZRS_STMT_IF_FEATURE);
+    zr::DefinitionRef ref;
+    if (argument == nullptr || zr::ResolveDefinitionRef(module, argument, &ref) != ZR_OK)
+        return ZR_ERR_INVALID;
+    uint32_t status = ZRS_NODE_FillIfFeature(
+        DictOf(module), static_cast<ZrsIfFeature *>(destination), ref.moduleName, ref.name);
+    if (status != ZR_OK)
+        zr::RecordBadValue(module, argument, ZRS_STMT_IF_FEATURE);
+    return status;
+}
+
+uint32_t ZRS_LOADER_ParseExtension(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                   void *destination)
+{
+    const char *name = zr::RequireName(module, element, ZRS_STMT_EXTENSION);
+    if (name == nullptr)
+        return ZR_ERR_INVALID;
+    auto *extension = static_cast<ZrsExtension *>(destination);
+    uint32_t status = ParseExtensionInto(module, element, name, extension);
+    if (status != ZR_OK)
+        ZRS_MDL_ClearExtension(DictOf(module), extension);
+    return status;
+}
+
+uint32_t ZRS_LOADER_ParseArgument(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                  void *destination)
+{
+    auto *extension = static_cast<ZrsExtension *>(destination);
+    uint32_t status = zr::KeepArgument(module, element, ZRS_STMT_ARGUMENT, &extension->argument);
+    if (status != ZR_OK)
+        return status;
+    ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_YIN_ELEMENT, &extension->yinElement)};
+    return ParseChildren(module, element, ZRS_STMT_ARGUMENT, rows);
+}
+
+uint32_t ZRS_LOADER_ParseYinElement(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                    void *destination)
+{
+    const char *argument = zr::RequireArgument(module, element, ZRS_STMT_YIN_ELEMENT);
+    if (argument == nullptr)
+        return ZR_ERR_INVALID;
+    std::string_view value = argument;
+    if (value != "true" && value != "false") {
+        zr::RecordBadValue(module, argument, ZRS_STMT_YIN_ELEMENT);
+        return ZR_ERR_INVALID;
+    }
+    *static_cast<uint32_t *>(destination) = value == "true" ? 1 : 0;
+    return ZR_OK;
+}
+
+// Statements that carry one text: header values, revision, descriptions, units, defaults, messages.
+
+namespace {
+
+const char **TextAt(void *destination)
+{
+    return static_cast<const char **>(destination);
+}
+
+// The text of an element that carries it as content; anything but a text that stands first
+// (nothing, a comment, CDATA) counts as the empty text.
+uint32_t KeepContent(ZrMod *module, const xmlNode *element, void *destination)
+{
+    const char *content = ZR_XML_GetElemNodeContent(element);
+    return zr::KeepText(module, content != nullptr ? content : "", TextAt(destination));
+}
+
+// A statement whose argument YIN writes as a child element (RFC 7950, section 13.2.2).
+uint32_t ParseTextChild(ZrMod *module, xmlNode *element, uint32_t statement,
+                        uint32_t childStatement, void *destination)
+{
+    ZrsSubElem rows[] = {zr::UniqueRow(childStatement, destination)};
+    uint32_t status = ZRS_LOADER_ParseSubStatements(module, element, statement, rows, 1);
+    if (status == ZR_OK && (rows[0].flags & ZRS_ROW_SEEN) == 0) {
+        zr::RecordMissingValue(module, statement);
+        return ZR_ERR_INVALID;
+    }
+    return status;
+}
+
+} // namespace
+
+uint32_t ZRS_LOADER_ParseYangVersion(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                     void *destination)
+{
+    const char *argument = zr::RequireArgument(module, element, ZRS_STMT_YANG_VERSION);
+    if (argument == nullptr)
+        return ZR_ERR_INVALID;
+    std::string_view version = argument;
+    if (version != "1" && version != "1.1") {
+        zr::RecordBadValue(module, argument, ZRS_STMT_YANG_VERSION);
+        return UINT32_MAX; // kept: callers tell this refusal from the others by it
+    }
+    *static_cast<uint32_t *>(destination) =
+        version == "1.1" ? ZRS_YANG_VERSION_1_1 : ZRS_YANG_VERSION_1;
+    return ZR_OK;
+}
+
+uint32_t ZRS_LOADER_ParseNamespace(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                   void *destination)
+{
+    return zr::KeepArgument(module, element, ZRS_STMT_NAMESPACE, TextAt(destination));
+}
+
+uint32_t ZRS_LOADER_ParsePrefix(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                void *destination)
+{
+    return zr::KeepArgument(module, element, ZRS_STMT_PREFIX, TextAt(destination));
+}
+
+// Revisions stand newest first (RFC 7950, section 7.1.9), so the first one is the module's.
+uint32_t ZRS_LOADER_ParseRevision(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                  void *destination)
+{
+    if (*TextAt(destination) != nullptr)
+        return ZR_OK;
+    return zr::KeepArgument(module, element, ZRS_STMT_REVISION, TextAt(destination));
+}
+
+uint32_t ZRS_LOADER_ParseOrganization(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                      void *destination)
+{
+    return ParseTextChild(module, element, ZRS_STMT_ORGANIZATION, ZRS_STMT_TEXT, destination);
+}
+
+uint32_t ZRS_LOADER_ParseDescription(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                     void *destination)
+{
+    if ((module->ctx->flags & ZR_CTX_KEEP_DESCRIPTIONS) == 0)
+        return ZR_OK;
+    return ParseTextChild(module, element, ZRS_STMT_DESCRIPTION, ZRS_STMT_TEXT, destination);
+}
+
+uint32_t ZRS_LOADER_ParseErrorMessage(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                      void *destination)
+{
+    return ParseTextChild(module, element, ZRS_STMT_ERROR_MESSAGE, ZRS_STMT_VALUE, destination);
+}
+
+uint32_t ZRS_LOADER_ParseErrorAppTag(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                     void *destination)
+{
+    return zr::KeepArgument(module, element, ZRS_STMT_ERROR_APP_TAG, TextAt(destination));
+}
+
+uint32_t ZRS_LOADER_ParseText(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                              void *destination)
+{
+    return KeepContent(module, element, destination);
+}
+
+uint32_t ZRS_LOADER_ParseValue(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                               void *destination)
+{
+    return KeepContent(module, element, destination);
+}
+
+uint32_t ZRS_LOADER_ParseUnits(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                               void *destination)
+{
+    if ((module->ctx->flags & ZR_CTX_KEEP_UNITS) == 0)
+        return ZR_OK;
+    return zr::KeepArgument(module, element, ZRS_STMT_UNITS, TextAt(destination));
+}
+
+uint32_t ZRS_LOADER_ParseDefault(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                 void *destination)
+{
+    return zr::KeepArgument(module, element, ZRS_STMT_DEFAULT, TextAt(destination));
+}
+
+// Extension instances: the elements outside the YIN namespace (RFC 7950, sections 6.3.1 and 7.19).
+
+namespace {
+
+const char *LocalName(const xmlNode *element)
+{
+    return reinterpret_cast<const char *>(element->name);
+}
+
+const char *NamespacePrefix(const xmlNode *element)
+{
+    if (element->ns == nullptr || element->ns->prefix == nullptr)
+        return "";
+    return reinterpret_cast<const char *>(element->ns->prefix);
+}
+
+uint32_t FillInstance(ZrMod *module, xmlNode *element, const char *moduleName, ZrsExtInst *instance)
+{
+    uint32_t status =
+        ZRS_EXT_FillExtInst(&module->ctx->dict, instance, moduleName, LocalName(element),
+                            ZR_XML_GetFirstPropertyValue(element));
+    if (status != ZR_OK)
+        return status;
+    uint16_t filled = 0;
+    ZrsSubElem rows[] = {
+        zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &instance->children, &filled,
+                     &instance->childCount),
+    };
+    return ZRS_LOADER_ParseSubStatements(module, element, ZRS_STMT_EXTENSION_INSTANCE, rows, 1);
+}
+
+uint32_t ParseInstance(ZrMod *module, xmlNode *element, ZrsExtInst *instance)
+{
+    const char *prefix = NamespacePrefix(element);
+    const char *moduleName = ZRS_MOD_GetModuleNameByPrefix(module, prefix);
+    if (moduleName == nullptr) {
+        ZR_CTX_AddModError(module->ctx, module->name, "Failed to find module by prefix \"%s\".",
+                           prefix);
+        return ZR_ERR_INVALID;
+    }
+    uint32_t status = FillInstance(module, element, moduleName, instance);
+    if (status != ZR_OK) {
+        ZRS_EXT_ClearExtInst(&module->ctx->dict, instance);
+        // The missing full stop is kept: applications match the text.
+        ZR_CTX_AddModError(module->ctx, module->name,
+                           "Failed to parse extension instance \"%s:%s\"", moduleName,
+                           LocalName(element));
+    }
+    return status;
+}
+
+// The engine has made room for all instances of the node; its count says how many are filled.
+uint32_t ParseInstanceOfNode(ZrMod *module, xmlNode *element, ZrNode *node)
+{
+    if (node->extInsts == nullptr && zr::NewArray(&node->extInsts, 1) != ZR_OK)
+        return ZR_ERR_NO_MEMORY;
+    ZrsExtInst *instance = &node->extInsts[node->extInstCount];
+    uint32_t status = ParseInstance(module, element, instance);
+    if (status != ZR_OK) {
+        ZRS_EXT_FreeExtInsts(&module->ctx->dict, node->extInsts, node->extInstCount);
+        node->extInsts = nullptr;
+        node->extInstCount = 0;
+        return status;
+    }
+    ++node->extInstCount;
+    ZRS_NODE_SetNacmFlag(node, instance->moduleName, instance->extensionName);
+    return ZR_OK;
+}
+
+} // namespace
+
+uint32_t ZRS_LOADER_IsExtInstNeedParse(const ZrMod *module, const xmlNode *element)
+{
+    ZrExtInstFilterFunc filter = module->ctx->extInstFilterFunc;
+    if (filter == nullptr)
+        return 1;
+    const char *moduleName = ZRS_MOD_GetModuleNameByPrefix(module, NamespacePrefix(element));
+    if (moduleName == nullptr)
+        return 1; // nothing to ask about: the parser refuses it
+    return filter(moduleName, LocalName(element)) == 0 ? 1 : 0;
+}
+
+uint32_t ZRS_LOADER_ParseExtInst(ZrMod *module, xmlNode *element, uint32_t parentStatement,
+                                 void *destination)
+{
+    if (zr::IsSchemaNodeStatement(parentStatement))
+        return ParseInstanceOfNode(module, element, static_cast<ZrNode *>(destination));
+    return ParseInstance(module, element, static_cast<ZrsExtInst *>(destination));
+}

@@ -1,0 +1,218 @@
+// What a schema node says of itself.
+#include <zrschema/node.h>
+
+#include "model/module_records.h"
+#include "model/node_record.h"
+#include "schema/lookup/lookup.h"
+#include "schema/nodes/node.h"
+
+namespace {
+
+uint32_t HasFlag(const ZrNode *node, uint32_t flag)
+{
+    return node != nullptr && (node->flags & flag) != 0 ? 1 : 0;
+}
+
+uint32_t IsKindWithFlag(const ZrNode *node, uint32_t kind, uint32_t flag)
+{
+    return node != nullptr && node->kind == kind ? HasFlag(node, flag) : 0;
+}
+
+} // namespace
+
+const char *ZR_NODE_GetNodeName(const ZrNode *node)
+{
+    return node != nullptr ? node->name : nullptr;
+}
+
+const char *ZR_NODE_GetDescription(const ZrNode *node)
+{
+    return node != nullptr ? node->description : nullptr;
+}
+
+const char *ZR_NODE_GetWhenCond(const ZrNode *node)
+{
+    return node != nullptr ? node->when : nullptr;
+}
+
+ZrMod *ZR_NODE_GetModule(const ZrNode *node)
+{
+    return node != nullptr ? node->module : nullptr;
+}
+
+uint32_t ZR_NODE_GetNodeType(const ZrNode *node)
+{
+    return node != nullptr ? node->kind : 0;
+}
+
+uint32_t ZR_NODE_GetNodeKeyNum(const ZrNode *node)
+{
+    return node != nullptr ? node->keyCount : 0;
+}
+
+void *ZR_NODE_GetPrivate(const ZrNode *node)
+{
+    return node != nullptr ? node->privateData : nullptr;
+}
+
+void ZR_NODE_SetPrivate(ZrNode *node, void *privateData)
+{
+    if (node != nullptr)
+        node->privateData = privateData;
+}
+
+ZrNode *ZR_NODE_GetParentNode(const ZrNode *node)
+{
+    if (node == nullptr || node->parent == nullptr || node->parent->kind == ZR_NODE_AUGMENT)
+        return nullptr;
+    return node->parent;
+}
+
+ZrNode *ZR_NODE_GetNonChoiceCaseParent(const ZrNode *node)
+{
+    if (node == nullptr)
+        return nullptr;
+    ZrNode *parent = node->parent;
+    while (parent != nullptr && (parent->kind == ZR_NODE_CHOICE || parent->kind == ZR_NODE_CASE))
+        parent = parent->parent;
+    return parent;
+}
+
+ZrNode *ZR_NODE_GetAugmentTargetNode(const ZrNode *node)
+{
+    if (node == nullptr || node->kind != ZR_NODE_AUGMENT || node->module == nullptr)
+        return nullptr;
+    return ZR_CTX_GetTargetNode(node->module->ctx, node->name, nullptr);
+}
+
+uint32_t ZR_NODE_IsKey(const ZrNode *node)
+{
+    if (node == nullptr || node->parent == nullptr || node->parent->kind != ZR_NODE_LIST)
+        return 0;
+    return IsKindWithFlag(node, ZR_NODE_LEAF, ZRS_FLAG_KEY);
+}
+
+uint32_t ZR_NODE_IsRwConfig(const ZrNode *node)
+{
+    if (node == nullptr)
+        return 0;
+    return HasFlag(node, ZRS_FLAGS_CONFIG) == 0 ? 1 : HasFlag(node, ZRS_FLAG_CONFIG_TRUE);
+}
+
+uint32_t ZR_NODE_IsMandatory(const ZrNode *node)
+{
+    return HasFlag(node, ZRS_FLAG_MANDATORY_TRUE);
+}
+
+uint32_t ZR_NODE_IsOrderedByNode(const ZrNode *node)
+{
+    return HasFlag(node, ZRS_FLAG_ORDERED_BY_USER);
+}
+
+uint32_t ZR_NODE_IsPresenceContainer(const ZrNode *node)
+{
+    return IsKindWithFlag(node, ZR_NODE_CONTAINER, ZRS_FLAG_PRESENCE);
+}
+
+uint32_t ZR_NODE_IsDeprecatedNode(const ZrNode *node)
+{
+    return HasFlag(node, ZRS_FLAG_DEPRECATED);
+}
+
+uint32_t ZR_NODE_IsObsoleteNode(const ZrNode *node)
+{
+    return HasFlag(node, ZRS_FLAG_OBSOLETE);
+}
+
+uint32_t ZR_NODE_IsNacmDefaultDenyAll(const ZrNode *node)
+{
+    return HasFlag(node, ZRS_FLAG_DENY_ALL);
+}
+
+uint32_t ZR_NODE_IsNacmDefaultDenyWrite(const ZrNode *node)
+{
+    return HasFlag(node, ZRS_FLAG_DENY_WRITE);
+}
+
+uint32_t ZR_NODE_IsEnabled(const ZrNode *node)
+{
+    if (node == nullptr || node->module == nullptr)
+        return 0;
+    if (node->ifFeatures == nullptr)
+        return 1;
+    for (uint32_t i = 0; i < node->ifFeatureCount; ++i) {
+        const ZrsIfFeature *entry = &node->ifFeatures[i];
+        // 22 stands for an argument that is missing, so the answer is compared with 1.
+        if (ZR_CTX_IsModFeatureEnable(node->module->ctx, entry->moduleName, entry->featureName) !=
+            1)
+            return 0;
+    }
+    return 1;
+}
+
+// Scans of what a node holds in lists: conditions, features, defaults; and its path.
+
+namespace {
+
+uint32_t ScanTexts(const char *const *texts, uint32_t count, ZrTextScanFunc callback,
+                   void *userData)
+{
+    uint32_t result = ZR_OK;
+    for (uint32_t i = 0; i < count && result == ZR_OK; ++i)
+        if (texts[i] != nullptr)
+            result = callback(texts[i], userData);
+    return result;
+}
+
+} // namespace
+
+uint32_t ZR_NODE_ScanAllMusts(const ZrNode *node, ZrMustScanFunc callback, void *userData)
+{
+    if (node == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    uint32_t result = ZR_OK;
+    for (uint32_t i = 0; i < node->mustCount && result == ZR_OK; ++i) {
+        const ZrsMust *must = &node->musts[i];
+        result = callback(must->condition, must->errorMessage, must->errorAppTag, userData);
+    }
+    return result;
+}
+
+uint32_t ZR_NODE_ScanAllIfFeatures(const ZrNode *node, ZrIfFeatureScanFunc callback, void *userData)
+{
+    if (node == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    uint32_t result = ZR_OK;
+    for (uint32_t i = 0; i < node->ifFeatureCount && result == ZR_OK; ++i)
+        result =
+            callback(node->ifFeatures[i].moduleName, node->ifFeatures[i].featureName, userData);
+    return result;
+}
+
+uint32_t ZR_NODE_ScanAllDefaults(const ZrNode *node, ZrTextScanFunc callback, void *userData)
+{
+    if (node == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    if (node->kind == ZR_NODE_LEAF)
+        return ScanTexts(&static_cast<const ZrsLeafInfo *>(node->info)->defaultValue, 1, callback,
+                         userData);
+    if (node->kind == ZR_NODE_CHOICE)
+        return ScanTexts(&static_cast<const ZrsChoiceInfo *>(node->info)->defaultCase, 1, callback,
+                         userData);
+    if (node->kind != ZR_NODE_LEAF_LIST)
+        return ZR_OK;
+    const auto *info = static_cast<const ZrsLeafListInfo *>(node->info);
+    return ScanTexts(info->defaults, info->defaultCount, callback, userData);
+}
+
+uint32_t ZR_NODE_GetNodePath(const ZrNode *node, char *buffer, uint32_t size)
+{
+    if (node == nullptr || buffer == nullptr || size == 0)
+        return ZR_ERR_INVALID;
+    uint32_t length = 0;
+    buffer[0] = '\0';
+    uint32_t status = ZRS_NODE_PrintJsonPathRecursive(node, buffer, size, &length);
+    if (status != ZR_OK)
+        buffer[0] = '\0';
+    return status;
+}
