@@ -42,9 +42,11 @@ protected:
 
     void Load(TestContext *ctx, const std::vector<std::string> &order)
     {
-        ASSERT_EQ(ZR_CTX_SetSearchDir(*ctx, dir_.c_str()), 0u);
+        ASSERT_EQ(ZR_CTX_SetSearchDir(*ctx, dir_.c_str()), ZR_OK);
         for (const std::string &name : order)
-            EXPECT_EQ(ZR_CTX_LoadModule(*ctx, name.c_str()), name == kRefused ? 22u : 0u) << name;
+            EXPECT_EQ(ZR_CTX_LoadModule(*ctx, name.c_str()),
+                      name == kRefused ? ZR_ERR_INVALID : ZR_OK)
+                << name;
     }
 
     // The schema in the order of the file names.
@@ -146,11 +148,11 @@ TEST_F(CouplingOrders, TenShuffledOrdersGiveTheSameSchema)
 TEST_F(CouplingOrders, InDependencyOrderNoCouplingMessageIsEverRecorded)
 {
     TestContext ctx(kFlags);
-    ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir_.c_str()), 0u);
+    ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir_.c_str()), ZR_OK);
     std::vector<std::string> order = DependencyOrder();
     EXPECT_EQ(order.size(), names_.size() - 1);
     for (const std::string &name : order) {
-        ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u) << name;
+        ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), ZR_OK) << name;
         ExpectNoCouplingMessage(&ctx);
     }
     EXPECT_TRUE(DumpContext(ctx) == Expected());
@@ -163,9 +165,9 @@ TEST_F(CouplingOrders, UnloadingAndReloadingEachModuleInTurnGivesTheSameSchema)
     for (const std::string &name : names_) {
         if (name == kRefused)
             continue;
-        ASSERT_EQ(ZR_CTX_UnloadModule(ctx, name.c_str()), 0u) << name;
+        ASSERT_EQ(ZR_CTX_UnloadModule(ctx, name.c_str()), ZR_OK) << name;
         EXPECT_EQ(ctx.Module(name.c_str()), nullptr) << name;
-        ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u) << name;
+        ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), ZR_OK) << name;
         ASSERT_TRUE(DumpContext(ctx) == Expected()) << name;
     }
     ExpectAllCoupled(&ctx);

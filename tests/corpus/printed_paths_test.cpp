@@ -61,7 +61,7 @@ void CheckAllModules(Checked *checked)
         for (ZrNode *head :
              {module->dataNodes, module->rpcs, module->notifications, module->augments}) {
             if (head != nullptr) {
-                EXPECT_EQ(ZR_NODE_IterScanSiblingNode(head, CheckTree, checked), 0u);
+                EXPECT_EQ(ZR_NODE_IterScanSiblingNode(head, CheckTree, checked), ZR_OK);
             }
         }
     }
@@ -74,7 +74,7 @@ protected:
         folder_ = zrtest::CorpusDir();
         if (folder_.empty())
             GTEST_SKIP() << "the folder of the real modules is not there";
-        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx_, folder_.c_str()), 0u);
+        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx_, folder_.c_str()), ZR_OK);
     }
 
     std::string folder_;
@@ -85,7 +85,7 @@ TEST_F(PrintedPaths, LeadBackToTheirNodesWithAllModulesInOneContext)
 {
     size_t loaded = 0;
     for (const std::string &name : ModuleNames(folder_))
-        loaded += ZR_CTX_LoadModule(ctx_, name.c_str()) == 0 ? 1 : 0;
+        loaded += ZR_CTX_LoadModule(ctx_, name.c_str()) == ZR_OK ? 1 : 0;
     EXPECT_GE(loaded, 78u);
     Checked checked{ctx_};
     CheckAllModules(&checked);
@@ -99,7 +99,7 @@ TEST_F(PrintedPaths, LeadBackToTheirNodesWithEachModuleAlone)
     for (const std::string &name : ModuleNames(folder_)) {
         SCOPED_TRACE(name);
         zrtest::TestContext ctx;
-        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, folder_.c_str()), 0u);
+        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, folder_.c_str()), ZR_OK);
         ZR_CTX_LoadModule(ctx, name.c_str());
         Checked checked{ctx};
         CheckAllModules(&checked);

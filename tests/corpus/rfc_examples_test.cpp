@@ -125,8 +125,8 @@ std::string TakeRecord(ZrdErrNode *error)
 {
     if (error == nullptr)
         return "valid";
-    EXPECT_EQ(ZR_GetErrorType(error), 4u);
-    EXPECT_EQ(ZR_GetErrorSeverity(error), 1u);
+    EXPECT_EQ(ZR_GetErrorType(error), ZR_ERROR_TYPE_APPLICATION);
+    EXPECT_EQ(ZR_GetErrorSeverity(error), ZR_ERROR_SEVERITY_ERROR);
     EXPECT_EQ(ZR_GetBadAttribute(error), nullptr);
     std::string record = std::to_string(ZR_GetErrorTag(error)) + " | " +
                          Text(ZR_GetErrorAppTag(error)) + " | " + Text(ZR_GetErrorPath(error)) +
@@ -187,9 +187,9 @@ Result RunNotification(ZrCtx *ctx, const std::string &text)
     xmlDoc *doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
                                 XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_NOBLANKS);
     uint32_t runStatus = ZRD_PAS_ValidateDataTree(&check, xmlDocGetRootElement(doc));
-    EXPECT_EQ(status, runStatus != 0 ? 22u : 0u);
+    EXPECT_EQ(status, runStatus != ZR_OK ? ZR_ERR_INVALID : ZR_OK);
     result.record = TakeRecord(check.error);
-    if (runStatus != 0 && result.record == "valid")
+    if (runStatus != ZR_OK && result.record == "valid")
         result.record = "failed without a record";
     xmlFreeDoc(doc);
     return result;
@@ -222,9 +222,9 @@ TEST_P(RfcExamples, AreTakenAsPublishedAndRefusedWhenBroken)
     ExampleFile file = ReadFile(std::string(ZR_TEST_DATA_DIR "/rfc/") + GetParam() + ".txt");
     ASSERT_FALSE(file.examples.empty());
     zrtest::TestContext ctx(ZR_CTX_LOAD_IMPORTS);
-    ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, zrtest::CorpusDir().c_str()), 0u);
+    ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, zrtest::CorpusDir().c_str()), ZR_OK);
     for (const std::string &module : file.modules)
-        ASSERT_EQ(ZR_CTX_LoadModule(ctx, module.c_str()), 0u) << module;
+        ASSERT_EQ(ZR_CTX_LoadModule(ctx, module.c_str()), ZR_OK) << module;
     ASSERT_EQ(ctx.Messages(), Words{});
     EnableAllFeatures(ctx);
 

@@ -144,7 +144,7 @@ TEST(Completion, AddsWhatTheDataLeavesOut)
                       "<default value=\"7\"/></typedef><typedef name=\"chained\">"
                       "<type name=\"with-default\"/></typedef>" +
                       Rpc("op", row.input));
-        ASSERT_EQ(schema.status, 0u) << row.name;
+        ASSERT_EQ(schema.status, ZR_OK) << row.name;
         Outcome outcome = ValidateRpc(schema, Data("op", row.content));
         EXPECT_EQ(outcome.record, Valid()) << row.name;
         EXPECT_EQ(Content(outcome), row.completed) << row.name;
@@ -156,7 +156,7 @@ TEST(Completion, LooksForTheLeafsNameAmongNodesOfAnyType)
 {
     Schema schema(
         Rpc("op", Leaf("text", "string", Default("x")) + Leaf("comment", "string", Default("y"))));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     Outcome outcome = ValidateRpc(schema, Data("op", "some text"));
     EXPECT_EQ(Content(outcome), "some text<comment>y</comment>");
     outcome = ValidateRpc(schema, Data("op", "<!--c-->"));
@@ -169,7 +169,7 @@ TEST(Completion, DoesNotTouchAnotherModulesContainerOfThatName)
     ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
                                    "<augment target-node=\"/m:op/m:input\">" +
                                        Container("c", Leaf("z", "string")) + "</augment>"),
-              0u);
+              ZR_OK);
     Outcome outcome = ValidateRpc(schema, Data("op", "<a/><c xmlns=\"urn:n\"><z/></c>"));
     EXPECT_EQ(outcome.record, Valid());
     EXPECT_EQ(Content(outcome), "<a/><c xmlns=\"urn:n\"><z/></c>");
@@ -181,7 +181,7 @@ TEST(Completion, DeclaresTheNamespaceOfAnotherModulesDefault)
     ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
                                    "<augment target-node=\"/m:op/m:input\">" +
                                        Container("c", kD) + "</augment>"),
-              0u);
+              ZR_OK);
     Outcome outcome = ValidateRpc(schema, Data("op", "<a/>"));
     EXPECT_EQ(Content(outcome), "<a/><c xmlns=\"urn:n\"><d>x</d></c>");
     // What was completed is valid data of its own.
@@ -191,7 +191,7 @@ TEST(Completion, DeclaresTheNamespaceOfAnotherModulesDefault)
 TEST(Completion, LeavesAnRpcsOutputAlone)
 {
     Schema schema("<rpc name=\"op\"><output>" + kD + "</output></rpc>");
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     Outcome outcome = ValidateRpc(schema, Data("op", ""));
     EXPECT_EQ(outcome.record, Valid());
     EXPECT_EQ(outcome.defaults, Names{});
@@ -201,7 +201,7 @@ TEST(Completion, GoesBelowTheActionElementOnly)
 {
     Schema schema(
         Container("state", kD + "<action name=\"act\"><input>" + kD + "</input></action>"));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     Outcome outcome = ValidateRpc(schema, Data("state", "<act/>"));
     EXPECT_EQ(outcome.record, Valid());
     EXPECT_NE(outcome.document.find("<state xmlns=\"urn:m\"><act><d>x</d></act></state>"),
@@ -212,17 +212,18 @@ TEST(Completion, GoesBelowTheActionElementOnly)
 TEST(Completion, IsNotDoneInNotifications)
 {
     Schema schema(Notification("event", kD));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     NotifOutcome outcome = ValidateNotif(schema, Data("event"));
-    EXPECT_EQ(outcome.status, 0u);
+    EXPECT_EQ(outcome.status, ZR_OK);
     EXPECT_EQ(outcome.document.find("<d>"), std::string::npos);
 }
 
 TEST(Completion, OfAFailedRunLeavesNothingBehind)
 {
     Schema schema(Rpc("op", kD + Container("c", kD) + Leaf("m", "string", kMandatory)));
-    ASSERT_EQ(schema.status, 0u);
-    EXPECT_EQ(RpcRecord(schema, Data("op")), Fault(7, "-", "/m:op", "Missing element: m.", "m"));
+    ASSERT_EQ(schema.status, ZR_OK);
+    EXPECT_EQ(RpcRecord(schema, Data("op")),
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op", "Missing element: m.", "m"));
 }
 
 class CompleteTest : public ::testing::Test {
@@ -235,31 +236,32 @@ protected:
 
 TEST_F(CompleteTest, TreeWantsAnRpcOrActionInAnRpcRunAndDoesNothingElse)
 {
-    EXPECT_EQ(ZRD_PAS_CompleteTree(run_, document_.top(), ZRD_MODE_NOTIF), 0u);
-    EXPECT_EQ(ZRD_PAS_CompleteTree(run_, nullptr, ZRD_MODE_RPC), 22u);
-    EXPECT_EQ(ZRD_PAS_CompleteTree(run_, document_.top(), ZRD_MODE_RPC), 22u); // not matched
+    EXPECT_EQ(ZRD_PAS_CompleteTree(run_, document_.top(), ZRD_MODE_NOTIF), ZR_OK);
+    EXPECT_EQ(ZRD_PAS_CompleteTree(run_, nullptr, ZRD_MODE_RPC), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRD_PAS_CompleteTree(run_, document_.top(), ZRD_MODE_RPC),
+              ZR_ERR_INVALID); // not matched
     document_.top()->_private = schema_.Node("/m:state");
-    EXPECT_EQ(ZRD_PAS_CompleteTree(run_, document_.top(), ZRD_MODE_RPC), 22u);
+    EXPECT_EQ(ZRD_PAS_CompleteTree(run_, document_.top(), ZRD_MODE_RPC), ZR_ERR_INVALID);
     document_.top()->_private = schema_.Node("/m:op");
-    EXPECT_EQ(ZRD_PAS_CompleteTree(run_, document_.top(), ZRD_MODE_RPC), 0u);
+    EXPECT_EQ(ZRD_PAS_CompleteTree(run_, document_.top(), ZRD_MODE_RPC), ZR_OK);
     EXPECT_EQ(xmlChildElementCount(document_.top()), 2u);
 }
 
 TEST_F(CompleteTest, SubTreeRefusesNullAndUnknownKinds)
 {
     ZrNode *op = schema_.Node("/m:op");
-    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, nullptr, op, &added_), 22u);
-    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), nullptr, &added_), 22u);
+    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, nullptr, op, &added_), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), nullptr, &added_), ZR_ERR_INVALID);
     ZrNode node = {};
     node.module = schema_.Module("m");
     node.kind = 15;
-    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), &node, &added_), 22u);
+    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), &node, &added_), ZR_ERR_INVALID);
     for (uint32_t kind : {0u, 3u, 7u, 8u, 11u, 13u, 14u}) {
         node.kind = kind;
-        EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), &node, &added_), 0u) << kind;
+        EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), &node, &added_), ZR_OK) << kind;
     }
     node.kind = ZR_NODE_LEAF; // without schema info
-    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), &node, &added_), 22u);
+    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), &node, &added_), ZR_ERR_INVALID);
     EXPECT_EQ(added_, 0u);
 }
 
@@ -267,10 +269,10 @@ TEST_F(CompleteTest, SubTreeSetsTheFlagWhenItAddedSomething)
 {
     ZrNode *op = schema_.Node("/m:op");
     document_.top()->_private = op;
-    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), op, &added_), 0u);
+    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), op, &added_), ZR_OK);
     EXPECT_EQ(added_, 1u);
     added_ = 0;
-    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), op, &added_), 0u);
+    EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), op, &added_), ZR_OK);
     EXPECT_EQ(added_, 0u);
 }
 
@@ -281,7 +283,7 @@ TEST_F(CompleteTest, TakesBackWhatItCannotEnterIntoTheList)
     AllocGuard guard;
     for (uint64_t n : {UINT64_C(0), UINT64_C(1)}) { // the leaf's entry, the container's
         guard.FailAt(n);
-        EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), op, &added_), 12u);
+        EXPECT_EQ(ZRD_PAS_CompleteSubTree(run_, document_.top(), op, &added_), ZR_ERR_NO_MEMORY);
         EXPECT_EQ(xmlChildElementCount(document_.top()), n);
         ZRD_PAS_ClearDefaultNodeList(run_, 0);
         EXPECT_EQ(xmlChildElementCount(document_.top()), 0u);

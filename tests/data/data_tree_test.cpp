@@ -26,7 +26,7 @@ protected:
     void Match(Document &document)
     {
         CheckRun run(schema_, ZRD_MODE_RPC);
-        ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+        ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), ZR_OK);
     }
 
     Schema schema_{kBody};
@@ -70,7 +70,7 @@ TEST_F(DataTreeTest, DeclaresTheNamespaceOfAChildOfAnotherModule)
     ASSERT_EQ(schema_.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
                                     "<augment target-node=\"/m:top\">" +
                                         Leaf("y", "string") + "</augment>"),
-              0u);
+              ZR_OK);
     Document document(Data("top"));
     Match(document);
     ASSERT_NE(ZRD_PAS_AddNewChildNodeWithValue(document.top(), schema_.Node("/m:top/n:y"), "v"),
@@ -120,7 +120,7 @@ TEST(ShorthandCase, IsTheNodeItself)
     Schema schema(Container("top", "<choice name=\"way\">" + Leaf("a", "string") + "</choice>"));
     Document document(Data("top", "<a/>"));
     CheckRun run(schema, ZRD_MODE_RPC);
-    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), ZR_OK);
     EXPECT_EQ(ZRD_NODE_GetChoiceInstanceCaseBranch(document.top(), schema.Node("/m:top/way")),
               schema.Node("/m:top/way/a"));
 }

@@ -71,9 +71,9 @@ TEST_F(DefaultListTest, HoldsTheRootsOfAddedSubtreesNewestFirst)
     xmlNode *a = Add(document_.top(), "a");
     xmlNode *inside = Add(a, "inside");
     xmlNode *b = Add(document_.top(), "b");
-    EXPECT_EQ(ZRD_PAS_AddDefaultNodeToList(&run_->defaults, document_.Find("own")), 0u);
+    EXPECT_EQ(ZRD_PAS_AddDefaultNodeToList(&run_->defaults, document_.Find("own")), ZR_OK);
     for (xmlNode *element : {a, inside, b})
-        EXPECT_EQ(ZRD_PAS_AddDefaultNodeToList(&run_->defaults, element), 0u);
+        EXPECT_EQ(ZRD_PAS_AddDefaultNodeToList(&run_->defaults, element), ZR_OK);
     EXPECT_EQ(Listed(), "ba");
 }
 
@@ -82,7 +82,7 @@ TEST_F(DefaultListTest, SaysWhenThereIsNoMemoryForAnEntry)
     xmlNode *a = Add(document_.top(), "a");
     AllocGuard guard;
     guard.FailAt(0);
-    EXPECT_EQ(ZRD_PAS_AddDefaultNodeToList(&run_->defaults, a), 12u);
+    EXPECT_EQ(ZRD_PAS_AddDefaultNodeToList(&run_->defaults, a), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(Listed(), "");
 }
 

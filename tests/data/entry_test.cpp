@@ -38,8 +38,9 @@ TEST_F(EntryTest, RefusesNullWithTheGeneralRecord)
     for (uint32_t kind : {1u, 2u})
         EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, kind, nullptr, nullptr, nullptr)),
                   General());
-    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(nullptr, text.c_str(), nullptr, nullptr), 22u);
-    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, nullptr, nullptr, nullptr), 22u);
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(nullptr, text.c_str(), nullptr, nullptr),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, nullptr, nullptr, nullptr), ZR_ERR_INVALID);
 }
 
 TEST_F(EntryTest, TakesEveryInputKindButTwoForText)
@@ -56,7 +57,8 @@ TEST_F(EntryTest, NeedsNoCallbacks)
     Document document(text);
     EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr), nullptr);
     EXPECT_NE(document.Dump().find("<d>x</d>"), std::string::npos);
-    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, Data("event").c_str(), nullptr, nullptr), 0u);
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, Data("event").c_str(), nullptr, nullptr),
+              ZR_OK);
 }
 
 TEST_F(EntryTest, TakesATreeWithoutADocumentNode)
@@ -65,7 +67,7 @@ TEST_F(EntryTest, TakesATreeWithoutADocumentNode)
     xmlNode *top = document.top();
     xmlUnlinkNode(top);
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, top, nullptr, nullptr)),
-              Fault(8, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
     xmlFreeNode(top);
 }
 
@@ -76,7 +78,7 @@ TEST_F(EntryTest, TakesASubtreeOfALargerDocument)
     xmlNode *op = document.Find("op");
     document.top()->_private = op; // the application's own
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, op, nullptr, nullptr)),
-              Fault(8, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
     EXPECT_EQ(document.top()->_private, op);
 }
 
@@ -97,7 +99,7 @@ TEST_F(EntryTest, IgnoresPrivatePointersThatStandInTheTree)
     document.top()->_private = &own;
     document.Find("n")->_private = &own;
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr)),
-              Fault(8, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/c/n", "n has invalid value 300.", "n"));
     EXPECT_EQ(document.top()->_private, nullptr);
     EXPECT_EQ(document.Find("n")->_private, nullptr);
 }
@@ -106,7 +108,7 @@ TEST_F(EntryTest, TakesAnRpcWithoutInput)
 {
     EXPECT_EQ(RpcRecord(schema_, Data("bare")), Valid());
     EXPECT_EQ(RpcRecord(schema_, Data("bare", "<a/>")),
-              Fault(9, "-", "/m:bare/a", "Unexpected element: a.", "a"));
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:bare/a", "Unexpected element: a.", "a"));
 }
 
 TEST_F(EntryTest, RefusesTextThatIsNoXmlWithTheGeneralRecordAndWithoutAWord)
@@ -133,7 +135,7 @@ TEST_F(EntryTest, RefusesTextThatIsNoXmlWithTheGeneralRecordAndWithoutAWord)
     testing::internal::CaptureStdout();
     for (const std::string &text : rows) {
         EXPECT_EQ(RpcRecord(schema_, text), General()) << text;
-        EXPECT_EQ(ValidateNotif(schema_, text).status, 22u) << text;
+        EXPECT_EQ(ValidateNotif(schema_, text).status, ZR_ERR_INVALID) << text;
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -148,7 +150,7 @@ TEST_F(EntryTest, TakesUndeclaredPrefixesForElementsWithoutANamespace)
     text = Data("op", "<q:a/>");
     Record record =
         TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr));
-    EXPECT_EQ(record.tag, 9u);
+    EXPECT_EQ(record.tag, ZR_ERROR_TAG_UNKNOWN_ELEMENT);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
@@ -192,7 +194,8 @@ TEST_F(EntryTest, RefusesATextWithADocumentTypeLikeOneThatIsNotWellFormed)
         std::string text = doctype + Data("op", "<a>x</a>");
         EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
                   General());
-        EXPECT_EQ(ValidateNotif(schema_, doctype + Data("event", "<a>x</a>")).status, 22u);
+        EXPECT_EQ(ValidateNotif(schema_, doctype + Data("event", "<a>x</a>")).status,
+                  ZR_ERR_INVALID);
     }
 }
 
@@ -201,7 +204,7 @@ TEST_F(EntryTest, TakesAnEntityReferenceInATreeForNoValue)
     std::string doctype = "<!DOCTYPE op [<!ENTITY e \"x\">]>";
     Document leaf(doctype + Data("op", "<a>&e;</a>"));
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, leaf.top(), nullptr, nullptr)),
-              Fault(9, "-", "/m:op/a", "Unexpected element: a.", "a"));
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/a", "Unexpected element: a.", "a"));
     Document any(doctype + Data("op", "&e;<any>&e;</any>"));
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, any.top(), nullptr, nullptr)),
               Valid());
@@ -227,12 +230,13 @@ TEST_F(EntryTest, OpensNothingWhateverTheDefaultsOfTheProcessAre)
             EXPECT_EQ(
                 TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
                 General());
-            EXPECT_EQ(ValidateNotif(schema_, doctype + Data("event", content)).status, 22u);
+            EXPECT_EQ(ValidateNotif(schema_, doctype + Data("event", content)).status,
+                      ZR_ERR_INVALID);
             TestContext ctx;
-            EXPECT_EQ(ctx.Load(doctype + ModuleText("x", "")), 22u);
+            EXPECT_EQ(ctx.Load(doctype + ModuleText("x", "")), ZR_ERR_INVALID);
             dir.Write("x.yin", doctype + ModuleText("x", ""));
             ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
-            EXPECT_EQ(ZR_CTX_LoadModule(ctx, "x"), 22u);
+            EXPECT_EQ(ZR_CTX_LoadModule(ctx, "x"), ZR_ERR_INVALID);
         }
     std::string text = "<?oasis-xml-catalog catalog=\"file://" + fifo + "\"?>" + Data("op");
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
@@ -255,8 +259,8 @@ TEST_F(EntryTest, RefusesMoreThan1024AttributesInOneTag)
     text = Data("op", withAttributes(1025));
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
               General());
-    EXPECT_EQ(ValidateNotif(schema_, Data("event", withAttributes(1024))).status, 0u);
-    EXPECT_EQ(ValidateNotif(schema_, Data("event", withAttributes(1025))).status, 22u);
+    EXPECT_EQ(ValidateNotif(schema_, Data("event", withAttributes(1024))).status, ZR_OK);
+    EXPECT_EQ(ValidateNotif(schema_, Data("event", withAttributes(1025))).status, ZR_ERR_INVALID);
 }
 
 TEST_F(EntryTest, TakesInstructionsCommentsAndCdataBetweenElements)
@@ -278,7 +282,7 @@ TEST_F(EntryTest, TakesADocumentOf100Megabytes)
               Valid());
     text = Data("op", "<any>" + content + "</any><z/>");
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr)),
-              Fault(9, "-", "/m:op/z", "Unexpected element: z.", "z"));
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/z", "Unexpected element: z.", "z"));
 }
 
 TEST_F(EntryTest, SwitchesKeepBlanksOffAndLeavesItSo)
@@ -287,7 +291,7 @@ TEST_F(EntryTest, SwitchesKeepBlanksOffAndLeavesItSo)
     std::string text = Data("op");
     EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, 1, text.data(), nullptr, nullptr), nullptr);
     EXPECT_EQ(xmlKeepBlanksDefault(1), 0);
-    EXPECT_EQ(ValidateNotif(schema_, Data("event")).status, 0u);
+    EXPECT_EQ(ValidateNotif(schema_, Data("event")).status, ZR_OK);
     EXPECT_EQ(xmlKeepBlanksDefault(1), 0);
     Document document(text); // a caller's tree needs no parsing
     EXPECT_EQ(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr), nullptr);
@@ -301,7 +305,7 @@ TEST_F(EntryTest, HandsTheNotificationOutAsFormattedUtf8)
     NotifOutcome outcome =
         ValidateNotif(schema_, "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>"
                                "<event xmlns=\"urn:m\"><a>\xe4</a>  <c>\n<n>1</n></c></event>");
-    EXPECT_EQ(outcome.status, 0u);
+    EXPECT_EQ(outcome.status, ZR_OK);
     EXPECT_EQ(outcome.document, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                                 "<event xmlns=\"urn:m\">\n  <a>\xc3\xa4</a>\n  <c>\n"
                                 "    <n>1</n>\n  </c>\n</event>\n");
@@ -315,13 +319,14 @@ TEST_F(EntryTest, GivesTheCallbacksResultForANotification)
               4711u);
     EXPECT_EQ(
         ZR_CTX_ValidateNotifDataTree(schema_, Data("event", "<z/>").c_str(), callback, &result),
-        22u);
-    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, Data("op").c_str(), callback, &result), 22u);
+        ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_ValidateNotifDataTree(schema_, Data("op").c_str(), callback, &result),
+              ZR_ERR_INVALID);
 }
 
 TEST_F(EntryTest, DoesNotCheckValuesOfANotification)
 {
-    EXPECT_EQ(ValidateNotif(schema_, Data("event", "<c><n>no number</n></c>")).status, 0u);
+    EXPECT_EQ(ValidateNotif(schema_, Data("event", "<c><n>no number</n></c>")).status, ZR_OK);
 }
 
 // With a record, and completed
@@ -358,24 +363,28 @@ TEST_F(EntryTest, TellsWhyANotificationIsRefused)
         std::string text;
         Record record;
     } rows[] = {
-        {Data("event", "<z/>"), Fault(9, "-", "/m:event/z", "Unexpected element: z.", "z")},
+        {Data("event", "<z/>"),
+         Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:event/z", "Unexpected element: z.", "z")},
         {Data("event", "<a/><c><n>4<!-- c -->abc</n></c>"),
-         Fault(9, "-", "/m:event/c/n", "Unexpected element: n.", "n")},
-        {Data("event", "<a/><a/>"), Fault(9, "-", "/m:event/a", "Unexpected element: a.", "a")},
-        {Data("op"), Fault(9, "-", "/m:op", "Unexpected element: op.", "op")},
-        {"<event xmlns=\"urn:x\"/>",
-         Fault(10, "-", "/event", "event has invalid namespace: urn:x.", "event")},
-        {Data("strict"), Fault(7, "-", "/m:strict", "Missing element: must-be.", "must-be")},
+         Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:event/c/n", "Unexpected element: n.", "n")},
+        {Data("event", "<a/><a/>"),
+         Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:event/a", "Unexpected element: a.", "a")},
+        {Data("op"),
+         Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op", "Unexpected element: op.", "op")},
+        {"<event xmlns=\"urn:x\"/>", Fault(ZR_ERROR_TAG_UNKNOWN_NAMESPACE, "-", "/event",
+                                           "event has invalid namespace: urn:x.", "event")},
+        {Data("strict"), Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:strict",
+                               "Missing element: must-be.", "must-be")},
         {Data("strict", "<must-be/><no/>"), General()}, // its own must is false
         {"<event", General()},
         {"", General()},
     };
     for (const auto &row : rows) {
         Result result = RunOnText(run, schema_, row.text);
-        EXPECT_EQ(result.status, 22u) << row.text;
+        EXPECT_EQ(result.status, ZR_ERR_INVALID) << row.text;
         EXPECT_EQ(result.record, row.record) << row.text;
         EXPECT_EQ(result.document, "") << row.text;
-        EXPECT_EQ(ValidateNotif(schema_, row.text).status, 22u) << row.text;
+        EXPECT_EQ(ValidateNotif(schema_, row.text).status, ZR_ERR_INVALID) << row.text;
     }
 }
 
@@ -419,7 +428,7 @@ TEST(CompletedText, HoldsDefaultsInTheSchemasOrderAndIsValidAgain)
                                    "<augment target-node=\"/m:op/m:input\">" +
                                        Leaf("d6", "string", Default("6")) + Leaf("w", "string") +
                                        "</augment>"),
-              0u);
+              ZR_OK);
     Result result = RunOnText(ZR_CTX_CompleteRpcDataTree, schema,
                               Data("op", "<w xmlns=\"urn:n\"/><a/><c><!--b--><x/></c>"
                                          "<l><k/><y/></l><l><k/></l><z/>"));
@@ -443,7 +452,7 @@ TEST(CompletedText, LeavesWhatStandsBelowAMountPointAlone)
             Container("mounted", Leaf("d", "string", Default("x")) +
                                      "<yangmnt:mount-point xmlns:yangmnt=\"urn:ietf:params:xml:"
                                      "ns:yang:ietf-yang-schema-mount\" label=\"root\"/>")));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     Result result = RunOnText(ZR_CTX_CompleteRpcDataTree, schema,
                               Data("op", "<mounted><any xmlns=\"urn:any\"/></mounted>"));
     EXPECT_EQ(result.record, Valid());
@@ -456,7 +465,7 @@ TEST(CompletedText, OfAnActionIsCompletedInsideTheAction)
     std::string d = Leaf("d", "string", Default("x"));
     Schema schema(Container("state", d + "<action name=\"act\"><input>" + d + Leaf("a", "string") +
                                          "</input></action>"));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     Result result =
         RunOnText(ZR_CTX_CompleteRpcDataTree, schema, Data("state", "<act><a>1</a></act>"));
     EXPECT_EQ(result.document, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -469,7 +478,7 @@ TEST_F(EntryTest, HandsOutNothingOfARequestThatIsRefused)
     for (const std::string &text : {Data("op", "<c><n>300</n></c>"), Data("op", "<z/>"),
                                     Data("event"), std::string("<op"), std::string()}) {
         Result result = RunOnText(ZR_CTX_CompleteRpcDataTree, schema_, text);
-        EXPECT_EQ(result.status, 22u) << text;
+        EXPECT_EQ(result.status, ZR_ERR_INVALID) << text;
         EXPECT_EQ(result.record, RpcRecord(schema_, text)) << text;
         EXPECT_NE(result.record, Valid()) << text;
         EXPECT_EQ(result.document, "") << text;
@@ -480,19 +489,19 @@ TEST_F(EntryTest, GivesStatusAndRecordForNull)
 {
     for (TextFunc run : {ZR_CTX_ValidateNotifDataTreeWithError, ZR_CTX_CompleteRpcDataTree}) {
         ZrdErrNode *error = nullptr;
-        EXPECT_EQ(run(nullptr, Data("op").c_str(), nullptr, nullptr, &error), 22u);
+        EXPECT_EQ(run(nullptr, Data("op").c_str(), nullptr, nullptr, &error), ZR_ERR_INVALID);
         EXPECT_EQ(TakeRecord(error), General());
         error = nullptr;
-        EXPECT_EQ(run(schema_, nullptr, nullptr, nullptr, &error), 22u);
+        EXPECT_EQ(run(schema_, nullptr, nullptr, nullptr, &error), ZR_ERR_INVALID);
         EXPECT_EQ(TakeRecord(error), General());
-        EXPECT_EQ(run(schema_, nullptr, nullptr, nullptr, nullptr), 22u);
-        EXPECT_EQ(run(schema_, "<op", nullptr, nullptr, nullptr), 22u);
+        EXPECT_EQ(run(schema_, nullptr, nullptr, nullptr, nullptr), ZR_ERR_INVALID);
+        EXPECT_EQ(run(schema_, "<op", nullptr, nullptr, nullptr), ZR_ERR_INVALID);
     }
     EXPECT_EQ(ZR_CTX_CompleteRpcDataTree(schema_, Data("op").c_str(), nullptr, nullptr, nullptr),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ZR_CTX_ValidateNotifDataTreeWithError(schema_, Data("event").c_str(), nullptr,
                                                     nullptr, nullptr),
-              0u);
+              ZR_OK);
 }
 
 // A run
@@ -500,7 +509,7 @@ TEST_F(EntryTest, GivesStatusAndRecordForNull)
 TEST_F(EntryTest, RunWantsATopElement)
 {
     CheckRun run(schema_, ZRD_MODE_RPC);
-    EXPECT_EQ(ZRD_PAS_ValidateDataTree(run, nullptr), 22u);
+    EXPECT_EQ(ZRD_PAS_ValidateDataTree(run, nullptr), ZR_ERR_INVALID);
 }
 
 TEST_F(EntryTest, RunStartsEmpty)
@@ -511,7 +520,7 @@ TEST_F(EntryTest, RunStartsEmpty)
     std::memset(static_cast<void *>(&check), 0xff, sizeof(check));
     ZRD_PAS_InitCheckAux(&check, schema_, ZRD_MODE_NOTIF, callback, &userData);
     EXPECT_EQ(check.ctx, schema_.get());
-    EXPECT_EQ(check.mode, 2u);
+    EXPECT_EQ(check.mode, ZRD_MODE_NOTIF);
     EXPECT_EQ(check.root, nullptr);
     EXPECT_EQ(check.actionElement, nullptr);
     EXPECT_EQ(check.error, nullptr);
@@ -525,7 +534,7 @@ TEST_F(EntryTest, RunTakesTheTopsParentForItsRoot)
 {
     Document document(Data("op"));
     CheckRun run(schema_, ZRD_MODE_RPC);
-    EXPECT_EQ(ZRD_PAS_ValidateDataTree(run, document.top()), 0u);
+    EXPECT_EQ(ZRD_PAS_ValidateDataTree(run, document.top()), ZR_OK);
     EXPECT_EQ(run->root, reinterpret_cast<xmlNode *>(document.get()));
     EXPECT_EQ(run->defaults.next->next, &run->defaults);
 }

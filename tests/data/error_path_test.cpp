@@ -25,7 +25,7 @@ protected:
     {
         Document document(text);
         run_->root = document.top()->parent;
-        EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, document.top()), 0u);
+        EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, document.top()), ZR_OK);
         zr::Owned<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find(name)));
         return path ? path.get() : "-";
     }
@@ -75,7 +75,7 @@ TEST_F(ErrorPathTest, NamesTheModuleWhereItChanges)
                                     "<augment target-node=\"/m:top\"><container name=\"extra\">"
                                     "<leaf name=\"y\"><type name=\"string\"/></leaf></container>"
                                     "</augment>"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(PathOf(Data("top", "<extra xmlns=\"urn:n\"><y/></extra>"), "y"), "/m:top/n:extra/y");
 }
 
@@ -100,7 +100,7 @@ TEST_F(ErrorPathTest, StopsAtTheTopOfATreeWithoutADocument)
     xmlNode *top = document.top();
     xmlUnlinkNode(top);
     run_->root = nullptr;
-    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, top), 0u);
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, top), ZR_OK);
     zr::Owned<char> path(ZRD_ERR_GeneralErrorPath(run_, top->children));
     EXPECT_STREQ(path.get(), "/m:top/tag[.='x']");
     xmlFreeNode(top);
@@ -122,27 +122,29 @@ TEST_F(ErrorPathTest, SaysWhetherAStepOrAPredicateDidNotFit)
 {
     char buffer[16] = {};
     uint32_t space = 5;
-    EXPECT_EQ(ZRD_ERR_PrintXpathNode("m", "top", buffer, &space), 22u);
+    EXPECT_EQ(ZRD_ERR_PrintXpathNode("m", "top", buffer, &space), ZR_ERR_INVALID);
     EXPECT_EQ(space, 5u);
-    EXPECT_EQ(ZRD_ERR_PrintXpathNode(nullptr, "leaf", buffer, &space), 0u);
+    EXPECT_EQ(ZRD_ERR_PrintXpathNode(nullptr, "leaf", buffer, &space), ZR_OK);
     EXPECT_EQ(space, 0u);
     EXPECT_EQ(std::string(buffer, 5), "/leaf");
 
     Document document(Data("top", "<tag>long</tag>"));
-    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, document.top()), 0u);
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, document.top()), ZR_OK);
     space = 8;
-    EXPECT_EQ(ZRD_ERR_PrintElementNodeAsPredicate(document.Find("tag"), buffer, &space), 12u);
-    EXPECT_EQ(ZRD_ERR_PrintElementNode(run_, document.Find("tag"), buffer, &space), 12u);
-    EXPECT_EQ(ZRD_ERR_PrintPath(run_, document.Find("tag"), buffer, &space), 12u);
+    EXPECT_EQ(ZRD_ERR_PrintElementNodeAsPredicate(document.Find("tag"), buffer, &space),
+              ZR_ERR_NO_MEMORY);
+    EXPECT_EQ(ZRD_ERR_PrintElementNode(run_, document.Find("tag"), buffer, &space),
+              ZR_ERR_NO_MEMORY);
+    EXPECT_EQ(ZRD_ERR_PrintPath(run_, document.Find("tag"), buffer, &space), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(space, 8u);
     space = 10; // the predicate fits, the step does not
-    EXPECT_EQ(ZRD_ERR_PrintElementNode(run_, document.Find("tag"), buffer, &space), 22u);
+    EXPECT_EQ(ZRD_ERR_PrintElementNode(run_, document.Find("tag"), buffer, &space), ZR_ERR_INVALID);
 }
 
 TEST_F(ErrorPathTest, IsNullWhenMemoryRunsOut)
 {
     Document document(Data("top", "<tag>x</tag>"));
-    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, document.top()), 0u);
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, document.top()), ZR_OK);
     run_->root = document.top()->parent;
     AllocGuard guard;
     for (uint64_t n : {UINT64_C(0), UINT64_C(2)}) { // the buffer, the result
@@ -163,10 +165,11 @@ TEST(IdentityPath, ShowsAnIdentityKeyWithItsModule)
                        "<leaf name=\"type\"><type name=\"identityref\">"
                        "<base name=\"base\"/></type></leaf>" +
                            Leaf("n", "uint8"))));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, "<op xmlns=\"urn:m\" xmlns:p=\"urn:m\"><entry><type>p:red</type>"
                                 "<n>x</n></entry></op>"),
-              Fault(8, "-", "/m:op/entry[type='m:red']/n", "n has invalid value x.", "n"));
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/entry[type='m:red']/n",
+                    "n has invalid value x.", "n"));
 }
 
 TEST(ModuleName, OfAnElementComesFromItsSchemaNodeOrItsNamespace)

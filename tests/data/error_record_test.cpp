@@ -27,9 +27,9 @@ TEST(ErrorRecord, GivesEachOfItsFields)
 {
     char appTag[] = "a", path[] = "p", message[] = "m", element[] = "e", attribute[] = "t";
     ZrdErrNode record = {4, 1, 20, appTag, path, message, element, attribute};
-    EXPECT_EQ(ZR_GetErrorType(&record), 4u);
-    EXPECT_EQ(ZR_GetErrorSeverity(&record), 1u);
-    EXPECT_EQ(ZR_GetErrorTag(&record), 20u);
+    EXPECT_EQ(ZR_GetErrorType(&record), ZR_ERROR_TYPE_APPLICATION);
+    EXPECT_EQ(ZR_GetErrorSeverity(&record), ZR_ERROR_SEVERITY_ERROR);
+    EXPECT_EQ(ZR_GetErrorTag(&record), ZR_ERROR_TAG_MALFORMED_MESSAGE);
     EXPECT_STREQ(ZR_GetErrorAppTag(&record), "a");
     EXPECT_STREQ(ZR_GetErrorPath(&record), "p");
     EXPECT_STREQ(ZR_GetErrorMessage(&record), "m");
@@ -53,9 +53,9 @@ protected:
 TEST_F(RecordTest, WithoutADataNodeHasTheRootPath)
 {
     EXPECT_STREQ(ZR_GetErrorPath(record_), "/");
-    EXPECT_EQ(ZR_GetErrorType(record_), 4u);
-    EXPECT_EQ(ZR_GetErrorSeverity(record_), 1u);
-    EXPECT_EQ(ZR_GetErrorTag(record_), 18u);
+    EXPECT_EQ(ZR_GetErrorType(record_), ZR_ERROR_TYPE_APPLICATION);
+    EXPECT_EQ(ZR_GetErrorSeverity(record_), ZR_ERROR_SEVERITY_ERROR);
+    EXPECT_EQ(ZR_GetErrorTag(record_), ZR_ERROR_TAG_OPERATION_FAILED);
     EXPECT_EQ(ZR_GetErrorMessage(record_), nullptr);
     EXPECT_EQ(ZR_GetErrorAppTag(record_), nullptr);
     EXPECT_EQ(ZR_GetBadElement(record_), nullptr);
@@ -131,9 +131,10 @@ TEST_F(RecordTest, IsNullWhenMemoryRunsOut)
 TEST(RecordFault, KeepsTheFirstFaultOfTheRun)
 {
     CheckRun run(nullptr, ZRD_MODE_RPC);
-    EXPECT_EQ(zr::RecordFault(run, zr::Fault::MissingElement, nullptr, "a", "a"), 22u);
-    EXPECT_EQ(zr::RecordFault(run, zr::Fault::WhenFalse, nullptr, "b", "b"), 22u);
-    EXPECT_EQ(run.record(), Fault(7, "-", "/", "Missing element: a.", "a"));
+    EXPECT_EQ(zr::RecordFault(run, zr::Fault::MissingElement, nullptr, "a", "a"), ZR_ERR_INVALID);
+    EXPECT_EQ(zr::RecordFault(run, zr::Fault::WhenFalse, nullptr, "b", "b"), ZR_ERR_INVALID);
+    EXPECT_EQ(run.record(),
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/", "Missing element: a.", "a"));
 }
 
 TEST(TakeFailure, GivesTheRunsRecordOrTheGeneralOne)
@@ -141,7 +142,8 @@ TEST(TakeFailure, GivesTheRunsRecordOrTheGeneralOne)
     CheckRun run(nullptr, ZRD_MODE_RPC);
     EXPECT_EQ(TakeRecord(zr::TakeFailure(run)), General());
     zr::RecordFault(run, zr::Fault::UnexpectedElement, nullptr, "x", "x");
-    EXPECT_EQ(TakeRecord(zr::TakeFailure(run)), Fault(9, "-", "/", "Unexpected element: x.", "x"));
+    EXPECT_EQ(TakeRecord(zr::TakeFailure(run)),
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/", "Unexpected element: x.", "x"));
     EXPECT_EQ(run->error, nullptr);
 }
 

@@ -49,7 +49,7 @@ protected:
 
 TEST_P(FailingMemory, NeverMakesAFailedRequestLookValidNorLeaksNorTouchesTheTree)
 {
-    ASSERT_EQ(schema_.status, 0u);
+    ASSERT_EQ(schema_.status, ZR_OK);
     Document document(std::string(3, '\n') + Data("op", GetParam()));
     bool valid = RpcRecord(schema_, Data("op", GetParam())) == Valid();
     document.top()->line = 256; // the guard of caller's lines allocates too
@@ -66,8 +66,8 @@ TEST_P(FailingMemory, NeverMakesAFailedRequestLookValidNorLeaksNorTouchesTheTree
             guard.FailNone();
             EXPECT_EQ(copy.top()->line, 256);
             if (error != nullptr) {
-                EXPECT_EQ(ZR_GetErrorType(error), 4u);
-                EXPECT_EQ(ZR_GetErrorSeverity(error), 1u);
+                EXPECT_EQ(ZR_GetErrorType(error), ZR_ERROR_TYPE_APPLICATION);
+                EXPECT_EQ(ZR_GetErrorSeverity(error), ZR_ERROR_SEVERITY_ERROR);
                 EXPECT_EQ(copy.Dump(), before);
             }
             // Short of memory a run may fail that would not, never the other way round.
@@ -91,7 +91,7 @@ TEST_P(FailingMemory, OfANotificationLeaksNothing)
         uint32_t status = ZR_CTX_ValidateNotifDataTree(schema_, text.c_str(), nullptr, nullptr);
         bool reached = guard.Count() > n;
         guard.FailNone();
-        EXPECT_TRUE(status == 0 || status == 22) << status;
+        EXPECT_TRUE(status == ZR_OK || status == ZR_ERR_INVALID) << status;
         EXPECT_EQ(guard.LiveBlocks(), 0) << "allocation " << n;
         if (!reached)
             break;
@@ -113,7 +113,7 @@ TEST_P(FailingMemory, OfATextGivesARecordOrADocumentAndLeaksNothing)
             uint32_t status = run(schema_, text.c_str(), KeepText, &document, &error);
             reached = guard.Count() > n;
             guard.FailNone();
-            EXPECT_EQ(status, error != nullptr ? 22u : 0u) << n;
+            EXPECT_EQ(status, error != nullptr ? ZR_ERR_INVALID : ZR_OK) << n;
             EXPECT_EQ(document.empty(), error != nullptr) << n;
             ZR_FreeErrNode(error);
             EXPECT_EQ(guard.LiveBlocks(), 0) << "allocation " << n;
@@ -130,7 +130,7 @@ TEST_P(FailingMemory, OfLibxml2LeavesTheTreeAndNeverMakesAFailedRequestLookValid
                                     "<augment target-node=\"/m:op/m:input\">" +
                                         Container("c", Leaf("d", "string", Default("x"))) +
                                         "</augment>"),
-              0u);
+              ZR_OK);
     Document document(Data("op", GetParam()));
     bool valid = RpcRecord(schema_, Data("op", GetParam())) == Valid();
     std::string before = document.Dump();
@@ -163,7 +163,7 @@ TEST(FailingXmlMemory, LoadsAModuleWholeOrNotAtAll)
         memory.FailAt(n);
         uint32_t status = ctx.Load(yin);
         failed = memory.Stop();
-        EXPECT_EQ(status, failed ? 22u : 0u) << n;
+        EXPECT_EQ(status, failed ? ZR_ERR_INVALID : ZR_OK) << n;
         EXPECT_EQ(ctx.Node("/m:op/input/l/g") == nullptr, failed) << n;
     }
     EXPECT_GT(n, 100u);
@@ -191,15 +191,15 @@ void ExpectAllOrNothing(TextFunc run, ZrCtx *ctx, const std::string &text)
         memory.FailAt(failAt);
         return run(ctx, text.c_str(), &document);
     };
-    ASSERT_EQ(validate(UINT64_MAX), 0u); // what a first document brings about
-    ASSERT_EQ(validate(UINT64_MAX), 0u);
+    ASSERT_EQ(validate(UINT64_MAX), ZR_OK); // what a first document brings about
+    ASSERT_EQ(validate(UINT64_MAX), ZR_OK);
     const std::string whole = document;
     EXPECT_NE(whole, "");
     bool failed = true;
     for (uint64_t n = 0; failed; ++n) {
         uint32_t status = validate(n);
         failed = memory.Stop();
-        EXPECT_EQ(status, failed ? 22u : 0u) << n;
+        EXPECT_EQ(status, failed ? ZR_ERR_INVALID : ZR_OK) << n;
         EXPECT_EQ(document, failed ? "" : whole) << n;
     }
     EXPECT_EQ(memory.Messages(), 0u);
@@ -214,13 +214,13 @@ TEST(FailingXmlMemory, HandsOutNoNotificationThatWasNotReadAndWrittenWhole)
 TEST(FailingXmlMemory, HandsOutNoRequestThatWasNotReadCompletedAndWrittenWhole)
 {
     Schema schema(kBody);
-    ASSERT_EQ(schema.LoadBody("base", "<identity name=\"b\"/>"), 0u);
+    ASSERT_EQ(schema.LoadBody("base", "<identity name=\"b\"/>"), ZR_OK);
     ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
                                    "<import module=\"base\"><prefix value=\"b\"/></import>"
                                    "<augment target-node=\"/m:op/m:input\"><leaf name=\"id\">"
                                    "<type name=\"identityref\"><base name=\"b:b\"/></type>" +
                                        Default("b:b") + "</leaf></augment>"),
-              0u);
+              ZR_OK);
     ExpectAllOrNothing(Complete, schema, Data("op", kContents[0]));
     // Where the prefix of the value is the one of the element's name.
     ExpectAllOrNothing(

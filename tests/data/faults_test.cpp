@@ -37,38 +37,47 @@ struct Row {
 // tag, app tag, path, message, bad element
 const Row kRows[] = {
     {"mandatory node missing", Data("op"),
-     Fault(7, "-", "/m:op", "Missing element: must-have.", "must-have")},
+     Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op", "Missing element: must-have.", "must-have")},
     {"value rejected by its type", Data("op", "<must-have/><number>256</number>"),
-     Fault(8, "-", "/m:op/number", "number has invalid value 256.", "number")},
+     Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/number", "number has invalid value 256.",
+           "number")},
     {"element not in the schema", Data("op", "<must-have/><other/>"),
-     Fault(9, "-", "/m:op/other", "Unexpected element: other.", "other")},
+     Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/other", "Unexpected element: other.",
+           "other")},
     {"single instance repeated", Data("op", "<must-have/><single/><single/>"),
-     Fault(9, "-", "/m:op/single", "Unexpected element: single.", "single")},
+     Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/single", "Unexpected element: single.",
+           "single")},
     {"top element not in the schema", Data("nothing"),
-     Fault(9, "-", "/m:nothing", "Unexpected element: nothing.", "nothing")},
+     Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:nothing", "Unexpected element: nothing.",
+           "nothing")},
     {"no action in the data", Data("state"),
-     Fault(9, "-", "/", "Unexpected element: action.", "action")},
+     Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/", "Unexpected element: action.", "action")},
     {"namespace of no module", "<op xmlns=\"urn:other\"/>",
-     Fault(10, "-", "/op", "op has invalid namespace: urn:other.", "op")},
+     Fault(ZR_ERROR_TAG_UNKNOWN_NAMESPACE, "-", "/op", "op has invalid namespace: urn:other.",
+           "op")},
     {"mandatory choice missing", Data("pick-one"),
-     Fault(16, "missing-choice", "/m:pick-one", "Mandatory choice way missing element.",
-           "pick-one")},
+     Fault(ZR_ERROR_TAG_DATA_MISSING, "missing-choice", "/m:pick-one",
+           "Mandatory choice way missing element.", "pick-one")},
     {"order", Data("ordered", "<second/><first/>"),
-     Fault(7, "-", "/m:ordered/first", "Invalid element order between first and second.", "first")},
+     Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:ordered/first",
+           "Invalid element order between first and second.", "first")},
     {"two cases", Data("pick", "<a/><c/>"),
-     Fault(8, "-", "/m:pick/c", "Data for more than one case branch of a choice is present.", "c")},
+     Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:pick/c",
+           "Data for more than one case branch of a choice is present.", "c")},
     {"must false", Data("musts", "<plain>no</plain>"),
-     Fault(18, "must-violation", "/m:musts/plain", "plain is not satisfied must condition.",
-           "plain")},
+     Fault(ZR_ERROR_TAG_OPERATION_FAILED, "must-violation", "/m:musts/plain",
+           "plain is not satisfied must condition.", "plain")},
     {"must false, with the schema's own texts", Data("musts", "<texts>no</texts>"),
-     Fault(18, "not-yes", "/m:musts/texts", "Say yes, 100%s.", "texts")},
+     Fault(ZR_ERROR_TAG_OPERATION_FAILED, "not-yes", "/m:musts/texts", "Say yes, 100%s.", "texts")},
     {"must not evaluated", Data("musts", "<broken>no</broken>"),
-     Fault(18, "-", "/m:musts/broken", "Failed to check must condition of broken.", "broken")},
+     Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/m:musts/broken",
+           "Failed to check must condition of broken.", "broken")},
     {"when not evaluated", Data("whens", "<when-broken/>"),
-     Fault(18, "-", "/m:whens/when-broken", "Failed to check when condition of when-broken.",
-           "when-broken")},
+     Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/m:whens/when-broken",
+           "Failed to check when condition of when-broken.", "when-broken")},
     {"when false", Data("whens", "<mode>a</mode><when-b/>"),
-     Fault(9, "-", "/m:whens/when-b", "when-b is not satisfied when condition.", "when-b")},
+     Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:whens/when-b",
+           "when-b is not satisfied when condition.", "when-b")},
     {"unparsable", "<op xmlns=\"urn:m\">", General()},
     {"valid", Data("op", "<must-have/><number>255</number><single/>"), Valid()},
 };
@@ -76,7 +85,7 @@ const Row kRows[] = {
 TEST(Faults, AreEachReportedInOneWholeRecord)
 {
     Schema schema(kBody);
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     for (const Row &row : kRows)
         EXPECT_EQ(RpcRecord(schema, row.request), row.expected) << row.name;
 }
@@ -85,18 +94,19 @@ TEST(Faults, EndTheRunAtTheFirstOne)
 {
     Schema schema(kBody);
     EXPECT_EQ(RpcRecord(schema, Data("op", "<number>300</number><other/><other/>")),
-              Fault(8, "-", "/m:op/number", "number has invalid value 300.", "number"));
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/number", "number has invalid value 300.",
+                    "number"));
 }
 
 TEST(Faults, LeaveACallersTreeThatWasParsedWithLineNumbersAsItWas)
 {
     Schema schema(Rpc("op", Container("c", Leaf("d", "string", Default("x"))) +
                                 Leaf("w", "string", When("../c/d = 'y'"))));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     // Line 256 is the mark of an added default: the elements there are not taken for one.
     std::string request = std::string(255, '\n') + Data("op", "<c></c><w/>");
-    EXPECT_EQ(RpcRecord(schema, request),
-              Fault(9, "-", "/m:op/w", "w is not satisfied when condition.", "w"));
+    EXPECT_EQ(RpcRecord(schema, request), Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/w",
+                                                "w is not satisfied when condition.", "w"));
     Outcome valid = ValidateRpc(schema, std::string(255, '\n') + Data("op", "<c></c>"));
     EXPECT_EQ(valid.record, Valid());
     EXPECT_EQ(valid.defaults, std::vector<std::string>{"d=x"});

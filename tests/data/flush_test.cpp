@@ -46,7 +46,7 @@ TEST_F(FlushTest, GivesEveryElementItsSchemaNode)
 {
     Document document(Data("op", "<a/><c><x/></c><in-one/>"));
     CheckRun run(schema_, ZRD_MODE_RPC);
-    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), ZR_OK);
     EXPECT_EQ(zr::SchemaOf(document.top()), schema_.Node("/m:op"));
     EXPECT_EQ(zr::SchemaOf(document.Find("a")), schema_.Node("/m:op/input/a"));
     EXPECT_EQ(zr::SchemaOf(document.Find("x")), schema_.Node("/m:op/input/c/x"));
@@ -59,11 +59,12 @@ TEST_F(FlushTest, MatchesASubtreeUnderAGivenSchemaNode)
     CheckRun run(schema_, ZRD_MODE_RPC);
     run->root = document.top()->parent;
     document.top()->_private = schema_.Node("/m:op");
-    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.Find("c"), schema_.Node("/m:op")), 0u);
+    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.Find("c"), schema_.Node("/m:op")),
+              ZR_OK);
     EXPECT_EQ(zr::SchemaOf(document.Find("c")), schema_.Node("/m:op/input/c"));
     EXPECT_EQ(zr::SchemaOf(document.Find("x")), schema_.Node("/m:op/input/c/x"));
     EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.Find("unknown"), schema_.Node("/m:op")),
-              22u);
+              ZR_ERR_INVALID);
     EXPECT_EQ(zr::SchemaOf(document.Find("unknown")), nullptr);
     EXPECT_EQ(run.record().badElement, "unknown");
 }
@@ -74,81 +75,89 @@ TEST_F(FlushTest, SkipsAnElementThatHasASchemaNode)
     CheckRun run(schema_, ZRD_MODE_RPC);
     ZrNode *op = schema_.Node("/m:op");
     document.top()->_private = op;
-    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), ZR_OK);
     document.Find("unknown")->_private = op;
-    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.Find("unknown"), op), 0u);
-    EXPECT_EQ(ZRD_PAS_FlushAllElementChildNodeWithSchema(run, document.top(), op), 0u);
+    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.Find("unknown"), op), ZR_OK);
+    EXPECT_EQ(ZRD_PAS_FlushAllElementChildNodeWithSchema(run, document.top(), op), ZR_OK);
 }
 
 TEST_F(FlushTest, RefusesANodeThatIsNoElementAndAnElementWithoutNamespaceWithoutARecord)
 {
     Document document("<op/>");
     CheckRun run(schema_, ZRD_MODE_RPC);
-    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 22u);
-    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, reinterpret_cast<xmlNode *>(document.get())), 22u);
-    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, nullptr), 22u);
-    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.top(), nullptr), 22u);
-    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, nullptr, schema_.Node("/m:op")), 22u);
+    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, reinterpret_cast<xmlNode *>(document.get())),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, document.top(), nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRD_PAS_FlushSubTreeWithSchema(run, nullptr, schema_.Node("/m:op")), ZR_ERR_INVALID);
     EXPECT_EQ(run.record(), Record{});
 }
 
 TEST_F(FlushTest, NamesTheNamespaceOfNoModule)
 {
-    EXPECT_EQ(Flush("<p:op xmlns:p=\"urn:x\"/>"), 22u);
-    EXPECT_EQ(record_, Fault(10, "-", "/op", "op has invalid namespace: urn:x.", "op"));
+    EXPECT_EQ(Flush("<p:op xmlns:p=\"urn:x\"/>"), ZR_ERR_INVALID);
+    EXPECT_EQ(record_, Fault(ZR_ERROR_TAG_UNKNOWN_NAMESPACE, "-", "/op",
+                             "op has invalid namespace: urn:x.", "op"));
 }
 
 TEST_F(FlushTest, FindsNoTopElementForATopLevelChoice)
 {
-    EXPECT_EQ(Flush(Data("top-choice", "<k-leaf/>")), 22u);
-    EXPECT_EQ(record_,
-              Fault(9, "-", "/m:top-choice", "Unexpected element: top-choice.", "top-choice"));
+    EXPECT_EQ(Flush(Data("top-choice", "<k-leaf/>")), ZR_ERR_INVALID);
+    EXPECT_EQ(record_, Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:top-choice",
+                             "Unexpected element: top-choice.", "top-choice"));
 }
 
 TEST_F(FlushTest, RefusesElementsBelowTheTopInAnUnknownNamespaceOrNone)
 {
-    EXPECT_EQ(Flush(Data("op", "<a xmlns=\"urn:x\"/>")), 22u);
-    EXPECT_EQ(record_, Fault(9, "-", "/m:op/a", "Unexpected element: a.", "a"));
-    EXPECT_EQ(Flush(Data("op", "<c><x xmlns=\"\"/></c>")), 22u);
-    EXPECT_EQ(record_, Fault(9, "-", "/m:op/c/x", "Unexpected element: x.", "x"));
+    EXPECT_EQ(Flush(Data("op", "<a xmlns=\"urn:x\"/>")), ZR_ERR_INVALID);
+    EXPECT_EQ(record_,
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/a", "Unexpected element: a.", "a"));
+    EXPECT_EQ(Flush(Data("op", "<c><x xmlns=\"\"/></c>")), ZR_ERR_INVALID);
+    EXPECT_EQ(record_,
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/c/x", "Unexpected element: x.", "x"));
 }
 
 TEST_F(FlushTest, NamesElementsByTheirLocalNames)
 {
-    EXPECT_EQ(Flush("<p:op xmlns:p=\"urn:m\"><p:z/></p:op>"), 22u);
-    EXPECT_EQ(record_, Fault(9, "-", "/m:op/z", "Unexpected element: z.", "z"));
+    EXPECT_EQ(Flush("<p:op xmlns:p=\"urn:m\"><p:z/></p:op>"), ZR_ERR_INVALID);
+    EXPECT_EQ(record_,
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/z", "Unexpected element: z.", "z"));
 }
 
 TEST_F(FlushTest, DoesNotFindACaseByItsName)
 {
-    EXPECT_EQ(Flush(Data("op", "<one/>")), 22u);
-    EXPECT_EQ(record_, Fault(9, "-", "/m:op/one", "Unexpected element: one.", "one"));
+    EXPECT_EQ(Flush(Data("op", "<one/>")), ZR_ERR_INVALID);
+    EXPECT_EQ(record_, Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/one",
+                             "Unexpected element: one.", "one"));
 }
 
 TEST_F(FlushTest, PassesOverWhatIsNoElement)
 {
-    EXPECT_EQ(Flush(Data("op", "text<!-- c --><?pi x?><![CDATA[z]]><a/>")), 0u);
+    EXPECT_EQ(Flush(Data("op", "text<!-- c --><?pi x?><![CDATA[z]]><a/>")), ZR_OK);
 }
 
 TEST_F(FlushTest, SettlesTheKindOfRunByTheTopElement)
 {
-    EXPECT_EQ(Flush(Data("op")), 0u);
+    EXPECT_EQ(Flush(Data("op")), ZR_OK);
     EXPECT_EQ(mode_, ZRD_MODE_RPC);
-    EXPECT_EQ(Flush(Data("state")), 0u);
+    EXPECT_EQ(Flush(Data("state")), ZR_OK);
     EXPECT_EQ(mode_, ZRD_MODE_RPC | ZRD_MODE_ACTION);
-    EXPECT_EQ(Flush(Data("event")), 0u);
+    EXPECT_EQ(Flush(Data("event")), ZR_OK);
     EXPECT_EQ(mode_, ZRD_MODE_RPC | ZRD_MODE_ACTION);
-    EXPECT_EQ(Flush(Data("event"), ZRD_MODE_NOTIF), 0u);
+    EXPECT_EQ(Flush(Data("event"), ZRD_MODE_NOTIF), ZR_OK);
     EXPECT_EQ(mode_, ZRD_MODE_NOTIF);
-    EXPECT_EQ(Flush(Data("state"), ZRD_MODE_NOTIF), 22u);
-    EXPECT_EQ(record_, Fault(9, "-", "/m:state", "Unexpected element: state.", "state"));
+    EXPECT_EQ(Flush(Data("state"), ZRD_MODE_NOTIF), ZR_ERR_INVALID);
+    EXPECT_EQ(record_, Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:state",
+                             "Unexpected element: state.", "state"));
 }
 
 TEST_F(FlushTest, DoesNotCheckValuesInNotifications)
 {
-    EXPECT_EQ(Flush(Data("event", "<n>no number</n>"), ZRD_MODE_NOTIF), 0u);
-    EXPECT_EQ(Flush(Data("state", "<n>no number</n>")), 0x7008u);
-    EXPECT_EQ(record_, Fault(8, "-", "/m:state/n", "n has invalid value no number.", "n"));
+    EXPECT_EQ(Flush(Data("event", "<n>no number</n>"), ZRD_MODE_NOTIF), ZR_OK);
+    EXPECT_EQ(Flush(Data("state", "<n>no number</n>")), ZR_ERR_VALUE_RANGE);
+    EXPECT_EQ(record_, Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:state/n",
+                             "n has invalid value no number.", "n"));
 }
 
 TEST_F(FlushTest, RefusesALeafThatHoldsAnythingButText)
@@ -160,45 +169,52 @@ TEST_F(FlushTest, RefusesALeafThatHoldsAnythingButText)
     };
     for (const char *content : contents) {
         for (const std::string name : {"a", "ll"}) {
-            Record unexpected =
-                Fault(9, "-", "/m:op/" + name, "Unexpected element: " + name + ".", name);
+            Record unexpected = Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/" + name,
+                                      "Unexpected element: " + name + ".", name);
             if (name == "ll") // an entry shows its value, which is its first text
                 unexpected.path += content[0] == '4' ? "[.='4']" : "[.='']";
             std::string element = "<" + name + ">" + content + "</" + name + ">";
-            EXPECT_EQ(Flush(Data("op", element)), 22u) << element;
+            EXPECT_EQ(Flush(Data("op", element)), ZR_ERR_INVALID) << element;
             EXPECT_EQ(record_, unexpected) << element;
         }
         std::string leaf = std::string("<n>") + content + "</n>";
-        EXPECT_EQ(Flush(Data("event", leaf), ZRD_MODE_NOTIF), 22u) << leaf;
-        EXPECT_EQ(record_, Fault(9, "-", "/m:event/n", "Unexpected element: n.", "n")) << leaf;
+        EXPECT_EQ(Flush(Data("event", leaf), ZRD_MODE_NOTIF), ZR_ERR_INVALID) << leaf;
+        EXPECT_EQ(record_, Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:event/n",
+                                 "Unexpected element: n.", "n"))
+            << leaf;
     }
     for (const char *content : {"", "x", "x&amp;y&#122;", " "})
-        EXPECT_EQ(Flush(Data("op", std::string("<a>") + content + "</a>")), 0u) << content;
+        EXPECT_EQ(Flush(Data("op", std::string("<a>") + content + "</a>")), ZR_OK) << content;
 }
 
 TEST_F(FlushTest, LooksAtTheContentOfALeafAfterAllOtherChecks)
 {
-    EXPECT_EQ(Flush(Data("op", "<n>x<!--c--></n>")), 0x7008u);
-    EXPECT_EQ(record_, Fault(8, "-", "/m:op/n", "n has invalid value x.", "n"));
-    EXPECT_EQ(Flush(Data("op", "<n>4</n><a>x<!--c--></a>")), 22u);
-    EXPECT_EQ(record_, Fault(7, "-", "/m:op/a", "Invalid element order between a and n.", "a"));
-    EXPECT_EQ(Flush(Data("op", "<in-one/><in-two>x<!--c--></in-two>")), 22u);
+    EXPECT_EQ(Flush(Data("op", "<n>x<!--c--></n>")), ZR_ERR_VALUE_RANGE);
     EXPECT_EQ(record_,
-              Fault(8, "-", "/m:op/in-two",
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/n", "n has invalid value x.", "n"));
+    EXPECT_EQ(Flush(Data("op", "<n>4</n><a>x<!--c--></a>")), ZR_ERR_INVALID);
+    EXPECT_EQ(record_, Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/a",
+                             "Invalid element order between a and n.", "a"));
+    EXPECT_EQ(Flush(Data("op", "<in-one/><in-two>x<!--c--></in-two>")), ZR_ERR_INVALID);
+    EXPECT_EQ(record_,
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/in-two",
                     "Data for more than one case branch of a choice is present.", "in-two"));
-    EXPECT_EQ(Flush(Data("op", "<n>4<!--c--></n>")), 22u);
-    EXPECT_EQ(record_, Fault(9, "-", "/m:op/n", "Unexpected element: n.", "n"));
+    EXPECT_EQ(Flush(Data("op", "<n>4<!--c--></n>")), ZR_ERR_INVALID);
+    EXPECT_EQ(record_,
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/n", "Unexpected element: n.", "n"));
 }
 
 TEST_F(FlushTest, ChecksTheValueBeforeTheContentOfALeaf)
 {
-    EXPECT_EQ(Flush(Data("op", "<n><b/></n>")), 0x7008u);
-    EXPECT_EQ(record_, Fault(8, "-", "/m:op/n", "n has invalid value .", "n"));
+    EXPECT_EQ(Flush(Data("op", "<n><b/></n>")), ZR_ERR_VALUE_RANGE);
+    EXPECT_EQ(record_,
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/n", "n has invalid value .", "n"));
 }
 
 TEST_F(FlushTest, DoesNotLookBelowAnydataAndAnyxml)
 {
-    EXPECT_EQ(Flush(Data("op", "<any><a><b xmlns=\"urn:x\"/></a></any><xml>t<a/><a/></xml>")), 0u);
+    EXPECT_EQ(Flush(Data("op", "<any><a><b xmlns=\"urn:x\"/></a></any><xml>t<a/><a/></xml>")),
+              ZR_OK);
 }
 
 TEST_F(FlushTest, MatchesChildrenInAnyOrder)
@@ -206,7 +222,7 @@ TEST_F(FlushTest, MatchesChildrenInAnyOrder)
     for (const char *content :
          {"<c/><n>1</n><a/>", "<in-one/><c/><a/>", "<xml/><any/><c/><n>2</n>"}) {
         Document document("<event/>");
-        EXPECT_EQ(Flush(Data("op", content), 0), 0u) << content;
+        EXPECT_EQ(Flush(Data("op", content), 0), ZR_OK) << content;
     }
 }
 
@@ -215,10 +231,10 @@ TEST(FlushNames, TakeTheInputsNodeBeforeTheOutputsOfTheSameName)
     Schema schema("<rpc name=\"op\"><input>" + Leaf("a", "string") + Leaf("x", "uint8") +
                   "</input><output>" + Leaf("x", "string") + Leaf("only-out", "string") +
                   "</output></rpc>");
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     Document document(Data("op", "<only-out/><x>1</x>"));
     CheckRun run(schema, ZRD_MODE_RPC);
-    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), ZR_OK);
     EXPECT_EQ(zr::SchemaOf(document.Find("x")), schema.Node("/m:op/input/x"));
 }
 
@@ -228,15 +244,16 @@ TEST(FlushNamespaces, MatchAugmentedElementsByTheirModule)
     ASSERT_EQ(schema.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
                                    "<augment target-node=\"/m:op/m:input/m:c\">" +
                                        Leaf("a", "uint8") + Leaf("z", "string") + "</augment>"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("op", "<c><a>x</a><a xmlns=\"urn:n\">1</a><b/></c>")),
               Valid());
     EXPECT_EQ(RpcRecord(schema, Data("op", "<c><a>x</a><a xmlns=\"urn:n\">y</a></c>")),
-              Fault(8, "-", "/m:op/c/n:a", "a has invalid value y.", "a"));
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/c/n:a", "a has invalid value y.", "a"));
     EXPECT_EQ(RpcRecord(schema, Data("op", "<c><z/></c>")),
-              Fault(9, "-", "/m:op/c/z", "Unexpected element: z.", "z"));
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/c/z", "Unexpected element: z.", "z"));
     EXPECT_EQ(RpcRecord(schema, Data("op", "<c><z xmlns=\"urn:n\"/><b/><a/></c>")),
-              Fault(7, "-", "/m:op/c/a", "Invalid element order between a and b.", "a"));
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/c/a",
+                    "Invalid element order between a and b.", "a"));
     // Each element may declare the namespace for itself.
     EXPECT_EQ(RpcRecord(schema, Data("op", "<c xmlns=\"urn:m\"><a xmlns=\"urn:m\"/>"
                                            "<b xmlns=\"urn:m\"/></c>")),
@@ -257,10 +274,10 @@ TEST(MountPoint, IsNotLookedInto)
 {
     TestContext ctx;
     std::string module = ModuleText("m", kMountBody);
-    ASSERT_EQ(ctx.Load(module), 0u);
+    ASSERT_EQ(ctx.Load(module), ZR_OK);
     CheckRun run(ctx, ZRD_MODE_RPC);
     Document document(Data("top", "<mounted><any xmlns=\"urn:other\"/></mounted>"));
-    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+    EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), ZR_OK);
     EXPECT_EQ(run->mode, ZRD_MODE_RPC | ZRD_MODE_ACTION | ZRD_MODE_MOUNT_POINT);
     EXPECT_EQ(document.Find("any")->_private, nullptr);
 }
@@ -268,14 +285,15 @@ TEST(MountPoint, IsNotLookedInto)
 TEST(MountPoint, EndsTheRunOfActionDataWithSuccess)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.Load(ModuleText("m", kMountBody)), 0u);
+    ASSERT_EQ(ctx.Load(ModuleText("m", kMountBody)), ZR_OK);
     EXPECT_EQ(RpcRecord(ctx, Data("top", "<mounted><any xmlns=\"urn:other\"/></mounted>")),
               Valid());
     // Without the mount point the action is missed, and in an rpc the run goes on.
-    EXPECT_EQ(RpcRecord(ctx, Data("top")),
-              Fault(9, "-", "/", "Unexpected element: action.", "action"));
+    EXPECT_EQ(RpcRecord(ctx, Data("top")), Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/",
+                                                 "Unexpected element: action.", "action"));
     EXPECT_EQ(RpcRecord(ctx, Data("op", "<mounted><z/></mounted><a/>")),
-              Fault(7, "-", "/m:op/a", "Invalid element order between a and mounted.", "a"));
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/a",
+                    "Invalid element order between a and mounted.", "a"));
 }
 
 } // namespace

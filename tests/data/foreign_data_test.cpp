@@ -109,7 +109,7 @@ TEST(ForeignData, IsNotSeenByTheConditionsOfARequest)
     const std::string around = "<mode>off</mode><x/></other>";
     for (const Row &row : kRows) {
         Schema schema(WithMust(row.condition) + Rpc("other", kMode));
-        ASSERT_EQ(schema.status, 0u) << row.condition;
+        ASSERT_EQ(schema.status, ZR_OK) << row.condition;
         ForeignTree tree("<rpc xmlns=\"urn:m\" message-id=\"1\">text of the application<!-- c -->"
                          "<?target?><op><mode>off</mode></op><other>" +
                          around + Op("<mode>on</mode><a/>") + "<other>" + around + "</rpc>");
@@ -123,8 +123,8 @@ TEST(ForeignData, OfTheSameNameIsNotTakenForTheOperation)
     Schema schema(WithMust("/op/mode = 'on'"));
     ForeignTree tree("<rpc>" + Op("<mode>on</mode><a/>") + Op("") + Op("<mode>off</mode><a/>") +
                      Op("<mode>on</mode><a/>") + "</rpc>");
-    Record fault =
-        Fault(18, "must-violation", "/m:op/a", "a is not satisfied must condition.", "a");
+    Record fault = Fault(ZR_ERROR_TAG_OPERATION_FAILED, "must-violation", "/m:op/a",
+                         "a is not satisfied must condition.", "a");
     EXPECT_EQ(tree.Validate(schema, 0), Valid());
     EXPECT_EQ(tree.Validate(schema, 1), Valid());
     EXPECT_EQ(tree.Validate(schema, 2), fault);
@@ -135,8 +135,8 @@ TEST(ForeignData, HasNoIdentity)
 {
     Schema schema("<identity name=\"b\"/>" + WithMust("derived-from-or-self(/, 'm:b')"));
     ForeignTree tree("<rpc>b" + Op("<a/>") + "</rpc>");
-    EXPECT_EQ(tree.Validate(schema, 1),
-              Fault(18, "-", "/m:op/a", "Failed to check must condition of a.", "a"));
+    EXPECT_EQ(tree.Validate(schema, 1), Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/m:op/a",
+                                              "Failed to check must condition of a.", "a"));
 }
 
 TEST(ForeignData, IsNotSeenByWhensAndMissingNodes)
@@ -162,8 +162,9 @@ TEST(ForeignData, IsNotSeenByTheConditionsOfAnAction)
     ForeignTree tree("<action>" + Data("top", "<mode>on</mode>" + act) +
                      Data("top", "<mode>off</mode>" + act) + "</action>");
     EXPECT_EQ(tree.Validate(schema, 0), Valid());
-    EXPECT_EQ(tree.Validate(schema, 1), Fault(18, "must-violation", "/m:top/act/a",
-                                              "a is not satisfied must condition.", "a"));
+    EXPECT_EQ(tree.Validate(schema, 1),
+              Fault(ZR_ERROR_TAG_OPERATION_FAILED, "must-violation", "/m:top/act/a",
+                    "a is not satisfied must condition.", "a"));
 }
 
 // An instruction before the top element has its name, and is no data.
@@ -174,7 +175,7 @@ TEST(ForeignData, IsNotSeenByTheConditionsOfANotification)
                   WithMust("/op/mode = 'on'"));
     const std::string content = "<mode>on</mode><a>1</a><b>2</b>";
     NotifOutcome outcome = ValidateNotif(schema, "<?event x?>" + Data("event", content));
-    EXPECT_EQ(outcome.status, 0u);
+    EXPECT_EQ(outcome.status, ZR_OK);
     EXPECT_NE(outcome.document.find("<a>1</a>"), std::string::npos);
     EXPECT_NE(outcome.document.find("<b>2</b>"), std::string::npos);
     EXPECT_EQ(RpcRecord(schema, "<?op x?>" + Op("<mode>on</mode><a/>")), Valid());
@@ -195,7 +196,8 @@ TEST(ForeignData, BehindAReferenceToAnEntityIsNotFollowed)
     if (reference->children != nullptr && reference->children->children != nullptr)
         reference->children->children->_private = kForeign;
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema, 2, document.top(), nullptr, nullptr)),
-              Fault(18, "must-violation", "/m:op/a", "a is not satisfied must condition.", "a"));
+              Fault(ZR_ERROR_TAG_OPERATION_FAILED, "must-violation", "/m:op/a",
+                    "a is not satisfied must condition.", "a"));
 }
 
 } // namespace

@@ -15,12 +15,13 @@ const std::string kM = Leaf("m", "string", kMandatory);
 
 Record Missing(const std::string &path, const std::string &name)
 {
-    return Fault(7, "-", path, "Missing element: " + name + ".", name);
+    return Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", path, "Missing element: " + name + ".", name);
 }
 
 Record MissingChoice(const std::string &path, const std::string &parent)
 {
-    return Fault(16, "missing-choice", path, "Mandatory choice w missing element.", parent);
+    return Fault(ZR_ERROR_TAG_DATA_MISSING, "missing-choice", path,
+                 "Mandatory choice w missing element.", parent);
 }
 
 struct Row {
@@ -97,10 +98,12 @@ const Row kRows[] = {
      "<a>x</a>", false, Missing("/m:op/c", "m")},
     {"leaf with a when that cannot be evaluated",
      Leaf("m", "string", When("count(a)") + kMandatory), "", false,
-     Fault(18, "-", "/m:op/m", "Failed to check when condition of m.", "m")},
+     Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/m:op/m", "Failed to check when condition of m.",
+           "m")},
     {"container with a when that cannot be evaluated",
      "<container name=\"c\">" + When("count(a)") + kM + "</container>", "", false,
-     Fault(18, "-", "/m:op/c", "Failed to check when condition of c.", "c")},
+     Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/m:op/c", "Failed to check when condition of c.",
+           "c")},
     {"mandatory choice without data", Choice(kMandatory + Case("one", Leaf("a", "string"))), "",
      false, MissingChoice("/m:op", "op")},
     {"mandatory choice with data",
@@ -149,10 +152,11 @@ TEST(Mandatory, IsWhatTheSchemaDemands)
     for (const Row &row : kRows) {
         Schema schema("<feature name=\"f\"/>" + Rpc("op", row.input) +
                       Notification("event", row.input));
-        ASSERT_EQ(schema.status, 0u) << row.name;
+        ASSERT_EQ(schema.status, ZR_OK) << row.name;
         EXPECT_EQ(RpcRecord(schema, Data("op", row.content)), row.valid ? Valid() : row.record)
             << row.name;
-        EXPECT_EQ(ValidateNotif(schema, Data("event", row.content)).status, row.valid ? 0u : 22u)
+        EXPECT_EQ(ValidateNotif(schema, Data("event", row.content)).status,
+                  row.valid ? ZR_OK : ZR_ERR_INVALID)
             << row.name;
     }
 }
@@ -160,7 +164,7 @@ TEST(Mandatory, IsWhatTheSchemaDemands)
 TEST(Mandatory, IsNotDemandedOfAnOutput)
 {
     Schema schema("<rpc name=\"op\"><output>" + kM + "</output></rpc><rpc name=\"bare\"/>");
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("op")), Valid());
     EXPECT_EQ(RpcRecord(schema, Data("bare")), Valid());
 }
@@ -170,7 +174,7 @@ TEST(Mandatory, IsDemandedOfTheActionAndNotOfTheDataAroundIt)
     Schema schema(Container("state", Leaf("s", "string", kMandatory) +
                                          "<action name=\"act\"><input>" + kM +
                                          "</input></action>"));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("state", "<act><m/></act>")), Valid());
     EXPECT_EQ(RpcRecord(schema, Data("state", "<act/>")), Missing("/m:state/act", "m"));
 }
@@ -180,7 +184,7 @@ TEST(Mandatory, IsSatisfiedByADefaultThatWasAdded)
     // A mandatory leaf takes no default; one that is not mandatory is completed before.
     Schema schema(Rpc("op", "<choice name=\"w\">" + kMandatory + "<default value=\"one\"/>" +
                                 Case("one", Leaf("a", "string", Default("x"))) + "</choice>"));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(ValidateRpc(schema, Data("op")).defaults, std::vector<std::string>{"a=x"});
 }
 
@@ -195,24 +199,24 @@ TEST_F(MandatoryCallTest, TreeWantsARunOfEitherKind)
     for (uint32_t mode : {0u, 1u, 2u, 8u}) {
         CheckRun run(schema_, mode);
         document_.top()->_private = schema_.Node("/m:op");
-        EXPECT_EQ(ZR_PAS_CheckTreeMandatory(run, document_.top()), 22u);
+        EXPECT_EQ(ZR_PAS_CheckTreeMandatory(run, document_.top()), ZR_ERR_INVALID);
         EXPECT_EQ(run.record() == Record{}, mode == 0 || mode == 8) << mode;
         EXPECT_EQ(xmlChildElementCount(document_.top()), 0u);
     }
     CheckRun run(schema_, ZRD_MODE_RPC);
-    EXPECT_EQ(ZR_PAS_CheckTreeMandatory(run, nullptr), 22u);
+    EXPECT_EQ(ZR_PAS_CheckTreeMandatory(run, nullptr), ZR_ERR_INVALID);
 }
 
 TEST_F(MandatoryCallTest, SubtreeRefusesNullAndPassesKindsWithoutACheck)
 {
     CheckRun run(schema_, ZRD_MODE_RPC);
-    EXPECT_EQ(ZR_PAS_CheckSubtreeMandatory(run, nullptr, schema_.Node("/m:op")), 22u);
-    EXPECT_EQ(ZR_PAS_CheckSubtreeMandatory(run, document_.top(), nullptr), 22u);
+    EXPECT_EQ(ZR_PAS_CheckSubtreeMandatory(run, nullptr, schema_.Node("/m:op")), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_PAS_CheckSubtreeMandatory(run, document_.top(), nullptr), ZR_ERR_INVALID);
     ZrNode node = {};
     node.module = schema_.Module("m");
     for (uint32_t kind : {0u, 3u, 13u, 14u, 15u}) {
         node.kind = kind;
-        EXPECT_EQ(ZR_PAS_CheckSubtreeMandatory(run, document_.top(), &node), 0u) << kind;
+        EXPECT_EQ(ZR_PAS_CheckSubtreeMandatory(run, document_.top(), &node), ZR_OK) << kind;
     }
 }
 

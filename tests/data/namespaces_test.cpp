@@ -63,13 +63,13 @@ class AugmentedDefaults : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(schema_.LoadBody("base", kBase), 0u);
+        ASSERT_EQ(schema_.LoadBody("base", kBase), ZR_OK);
         std::string inside =
             Leaf("d", "string", Default("x")) + Identityref("id", Default("b:one"));
         std::string added = Container("c", inside) + Leaf("lim", "uint8", Default("5"));
         ASSERT_EQ(schema_.LoadBody("au", kImports + "<augment target-node=\"/m:op/m:input\">" +
                                              added + "</augment>"),
-                  0u);
+                  ZR_OK);
     }
     Schema schema_{Rpc("op", Leaf("a", "string"))};
 };
@@ -106,10 +106,10 @@ protected:
                                           "<typedef name=\"with-default\"><type name=\""
                                           "kind-type\"/><default value=\"base:one\"/>"
                                           "</typedef>"),
-            0u);
+            ZR_OK);
         ASSERT_EQ(ctx_.LoadBody("m", "<import module=\"base\"><prefix value=\"b\"/></import>" +
                                          Rpc("op", input)),
-                  0u);
+                  ZR_OK);
     }
     TestContext ctx_;
 };
@@ -129,7 +129,8 @@ TEST_F(IdentityDefaults, AreSeenByTheirOwnConditions)
     Load(Leaf("z", "string", When("derived-from(../id, 'b:kind')") + kMandatory) +
          Identityref("id", Must("derived-from-or-self(., 'b:one')") + Must(". = 'base:one'") +
                                Default("b:one")));
-    EXPECT_EQ(RpcRecord(ctx_, Data("op")), Fault(7, "-", "/m:op", "Missing element: z.", "z"));
+    EXPECT_EQ(RpcRecord(ctx_, Data("op")),
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op", "Missing element: z.", "z"));
     CompletedRequest completed(ctx_, Data("op", "<z/>"));
     EXPECT_TRUE(completed.Holds("base:one"));
 }
@@ -195,7 +196,7 @@ TEST(IdentityPrefix, IsNotDeclaredWhenXmlKeepsItForItself)
                                         Rpc("op", "<leaf name=\"id\"><type name=\"identityref\">"
                                                   "<base name=\"b\"/></type>" +
                                                       Default("b") + "</leaf>")),
-              0u);
+              ZR_OK);
     Outcome outcome = ValidateRpc(ctx, "<op xmlns=\"urn:xmlns\"/>");
     EXPECT_EQ(outcome.record, Valid());
     EXPECT_NE(outcome.document.find("<id>xmlns:b</id>"), std::string::npos) << outcome.document;

@@ -80,14 +80,14 @@ protected:
 TEST(ScaleOfConditions, AsksForWhatStandsBehindAllEntriesOrNowhere)
 {
     Schema schema(Rpc("op", kConditions) + Notification("event", kConditions));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     const std::string content = Repeat("<l><k>1</k><d/></l>", kMany / 2) +
                                 Repeat("<c><k>1</k></c>", kMany / 2) + "<mode>x</mode>";
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema, 1, Data("op", content).data(), nullptr,
                                                     nullptr)),
               Valid());
     NotifOutcome outcome = ValidateNotif(schema, Data("event", content));
-    EXPECT_EQ(outcome.status, 0u);
+    EXPECT_EQ(outcome.status, ZR_OK);
     EXPECT_NE(outcome.document.find("<c>"), std::string::npos);
 }
 
@@ -95,17 +95,17 @@ TEST(ScaleOfConditions, AsksForWhatStandsBehindAllEntriesOrNowhere)
 TEST(ScaleOfConditions, RemovesAllEntriesOfANotification)
 {
     Schema schema(Notification("event", kRemoved));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     const std::string content =
         Repeat("<l><k>1</k></l>", kMany) + Repeat("<r><k>1</k></r>", kMany) + "<last>y</last>";
     NotifOutcome outcome = ValidateNotif(schema, Data("event", content));
-    EXPECT_EQ(outcome.status, 0u);
+    EXPECT_EQ(outcome.status, ZR_OK);
     EXPECT_EQ(outcome.document.find("<l>"), std::string::npos);
     EXPECT_NE(outcome.document.find("<r>"), std::string::npos);
     NotifOutcome without =
         ValidateNotif(schema, Data("event", Repeat("<l><k>1</k></l>", kMany) + "<last>x</last>" +
                                                 Repeat("<r><k>1</k></r>", kMany)));
-    EXPECT_EQ(without.status, 0u);
+    EXPECT_EQ(without.status, ZR_OK);
     EXPECT_NE(without.document.find("<l>"), std::string::npos);
     EXPECT_EQ(without.document.find("<r>"), std::string::npos);
 }
@@ -120,8 +120,8 @@ TEST_F(ScaleTest, TakesManyEntriesInsideACase)
         std::string path = std::string("/m:") + operation + (inContainer ? "/c" : "") + "/other";
         content.insert(content.size() - (inContainer ? 4 : 0), "<other/>");
         EXPECT_EQ(Validate(Data(operation, content)),
-                  Fault(8, "-", path, "Data for more than one case branch of a choice is present.",
-                        "other"))
+                  Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", path,
+                        "Data for more than one case branch of a choice is present.", "other"))
             << operation;
     }
 }
@@ -130,9 +130,11 @@ TEST_F(ScaleTest, FindsARepeatedNodeAmongManyEntries)
 {
     std::string entries = Repeat("<l><k/></l>", kMany);
     EXPECT_EQ(Validate(Data("plain", entries + "<single/><single/>")),
-              Fault(9, "-", "/m:plain/single", "Unexpected element: single.", "single"));
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:plain/single",
+                    "Unexpected element: single.", "single"));
     EXPECT_EQ(Validate(Data("plain", entries + "<single/>" + "<l><k/></l>")),
-              Fault(7, "-", "/m:plain/l", "Invalid element order between l and single.", "l"));
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:plain/l",
+                    "Invalid element order between l and single.", "l"));
 }
 
 TEST_F(ScaleTest, TakesBackManyDefaults)
@@ -147,7 +149,7 @@ TEST_F(ScaleTest, TakesTwoListsOfTwoModulesInTurn)
     ASSERT_EQ(schema_.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
                                     "<augment target-node=\"/m:in-container/m:input/m:c\">" +
                                         List("nl", "k", Leaf("k", "string")) + "</augment>"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(Validate(Data("in-container",
                             "<c>" + Repeat("<l><k/></l><nl xmlns=\"urn:n\"><k/></nl>", kMany / 2) +
                                 "</c>")),
@@ -166,17 +168,19 @@ TEST_F(ScaleTest, RefusesATreeOf100000LevelsBehindTheTextOfALeaf)
 {
     Document document = Deep("plain", "text", "value", kMany);
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr)),
-              Fault(9, "-", "/m:plain/text", "Unexpected element: text.", "text"));
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:plain/text", "Unexpected element: text.",
+                    "text"));
 }
 
 TEST_F(ScaleTest, RefusesATreeOf100000UnexpectedLevels)
 {
     Document document = Deep("plain", "x", nullptr, kMany);
-    EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr)),
-              Fault(9, "-", "/m:plain/x", "Unexpected element: x.", "x"));
+    EXPECT_EQ(
+        TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, document.top(), nullptr, nullptr)),
+        Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:plain/x", "Unexpected element: x.", "x"));
     Document first = Deep("x", "x", nullptr, kMany);
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema_, 2, first.top(), nullptr, nullptr)),
-              Fault(9, "-", "/m:x", "Unexpected element: x.", "x"));
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:x", "Unexpected element: x.", "x"));
 }
 
 } // namespace

@@ -99,7 +99,7 @@ TEST(SchemaQuery, TellsIdentityrefsThroughTypedefsAndUnions)
                                        NestedUnion("<type name=\"other\"/>") +
                                        "</leaf><leaf-list name=\"entries\">" + kIdentityref +
                                        "</leaf-list>" + Container("box", "")));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     struct {
         const char *path;
         uint32_t expected;
@@ -117,7 +117,7 @@ TEST(SchemaQuery, TellsNoIdentityrefOfATypeThatLeadsNowhere)
     Schema schema("<typedef name=\"a\"><type name=\"b\"/></typedef>"
                   "<typedef name=\"b\"><type name=\"a\"/></typedef>" +
                   Leaf("circle", "a") + Leaf("gone", "unknown"));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(ZRD_MDL_IsIdentityref(schema.Node("/m:circle")), 0u);
     EXPECT_EQ(ZRD_MDL_IsIdentityref(schema.Node("/m:gone")), 0u);
     ZrsLeafInfo withoutType = {};

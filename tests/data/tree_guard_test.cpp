@@ -59,7 +59,8 @@ TEST_F(AdjacentTexts, AreOneValue)
     xmlNode *leaf = document.Find("n");
     std::vector<const xmlNode *> before = Nodes(leaf);
     ASSERT_EQ(before.size(), 2u);
-    EXPECT_EQ(Validate(document), Fault(8, "-", "/m:op/n", "n has invalid value 4abc.", "n"));
+    EXPECT_EQ(Validate(document),
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/n", "n has invalid value 4abc.", "n"));
     EXPECT_EQ(Nodes(leaf), before);
 }
 
@@ -71,8 +72,9 @@ TEST_F(AdjacentTexts, AreOneValueForConditionsAndPaths)
     EXPECT_EQ(Validate(good), Valid());
     Document bad(Data("op", "<n>1</n>" + entry));
     RemoveComments(bad.top());
-    EXPECT_EQ(Validate(bad), Fault(18, "must-violation", "/m:op/l[k='abc']/v",
-                                   "v is not satisfied must condition.", "v"));
+    EXPECT_EQ(Validate(bad),
+              Fault(ZR_ERROR_TAG_OPERATION_FAILED, "must-violation", "/m:op/l[k='abc']/v",
+                    "v is not satisfied must condition.", "v"));
 }
 
 TEST_F(AdjacentTexts, StayApartAndInPlaceBesideWhatIsAdded)
@@ -93,7 +95,8 @@ TEST_F(AdjacentTexts, BesideSomethingElseAreNoValue)
 {
     Document document(Data("op", "<n>1<!-- -->2<?p i?></n>"));
     RemoveComments(document.top());
-    EXPECT_EQ(Validate(document), Fault(9, "-", "/m:op/n", "Unexpected element: n.", "n"));
+    EXPECT_EQ(Validate(document),
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/n", "Unexpected element: n.", "n"));
 }
 
 TEST_F(AdjacentTexts, MayBeEmptyAndMany)

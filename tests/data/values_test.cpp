@@ -59,7 +59,7 @@ TEST(Values, AreTakenAtTheLimitsOfTheirTypesAndRefusedBeyond)
         Schema schema("<identity name=\"b\"/><identity name=\"red\"><base name=\"b\"/></identity>" +
                       Rpc("op", Leaf("target", "uint8") + "<leaf name=\"v\">" + row.type +
                                     "</leaf><leaf-list name=\"w\">" + row.type + "</leaf-list>"));
-        ASSERT_EQ(schema.status, 0u) << row.type;
+        ASSERT_EQ(schema.status, ZR_OK) << row.type;
         for (const char *name : {"v", "w"}) {
             auto request = [&](const std::string &value) {
                 return "<op xmlns=\"urn:m\" xmlns:m=\"urn:m\"><" + std::string(name) + ">" + value +
@@ -71,7 +71,7 @@ TEST(Values, AreTakenAtTheLimitsOfTheirTypesAndRefusedBeyond)
                 Record record = RpcRecord(schema, request(value));
                 record.path = record.path.substr(0, record.path.find('['));
                 EXPECT_EQ(record,
-                          Fault(8, "-", std::string("/m:op/") + name,
+                          Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", std::string("/m:op/") + name,
                                 std::string(name) + " has invalid value " + value + ".", name))
                     << row.type << value;
             }
@@ -83,7 +83,7 @@ TEST(Values, AreTakenAtTheLimitsOfTheirTypesAndRefusedBeyond)
 TEST(Values, OfAnInstanceIdentifierAreNotLookedAt)
 {
     Schema schema(Rpc("op", "<leaf name=\"v\"><type name=\"instance-identifier\"/></leaf>"));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     for (const char *value : {"/m:op/m:v", "x", ""})
         EXPECT_EQ(RpcRecord(schema, Data("op", std::string("<v>") + value + "</v>")), Valid());
 }

@@ -15,7 +15,8 @@ using namespace zrtest;
 
 Record WhenFalse(const std::string &path, const std::string &name)
 {
-    return Fault(9, "-", path, name + " is not satisfied when condition.", name);
+    return Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", path,
+                 name + " is not satisfied when condition.", name);
 }
 
 const std::string kMode = Leaf("mode", "string");
@@ -84,10 +85,10 @@ TEST(When, IsAFaultInARequestAndTakesTheElementOutOfANotification)
 {
     for (const Row &row : kRows) {
         Schema schema(Rpc("op", row.body) + Notification("event", row.body));
-        ASSERT_EQ(schema.status, 0u) << row.name;
+        ASSERT_EQ(schema.status, ZR_OK) << row.name;
         EXPECT_EQ(RpcRecord(schema, Data("op", row.content)), row.record) << row.name;
         NotifOutcome outcome = ValidateNotif(schema, Data("event", row.content));
-        EXPECT_EQ(outcome.status, 0u) << row.name;
+        EXPECT_EQ(outcome.status, ZR_OK) << row.name;
         std::string inside = Inside(outcome.document);
         EXPECT_EQ(inside.substr(0, row.survivor.size()), row.survivor) << row.name;
         EXPECT_EQ(inside.empty(), row.survivor.empty()) << row.name;
@@ -97,21 +98,22 @@ TEST(When, IsAFaultInARequestAndTakesTheElementOutOfANotification)
 TEST(When, OfInputAndOutputIsNeverAsked)
 {
     Schema schema("<rpc name=\"op\"><input>" + Leaf("a", "string") + "</input></rpc>");
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     // YANG has no "when" there; an augment's may be inherited.
     CheckRun run(schema, ZRD_MODE_RPC);
     Document document(Data("op"));
     run->root = document.top()->parent;
-    for (uint32_t kind : {9u, 10u, 11u, 12u, 13u}) {
+    for (uint32_t kind :
+         {ZR_NODE_ACTION, ZR_NODE_RPC, ZR_NODE_NOTIFICATION, ZR_NODE_INPUT, ZR_NODE_OUTPUT}) {
         ZrNode node = {};
         node.kind = kind;
         node.when = "false"; // a child of that name, which is not there
         document.top()->_private = &node;
         uint32_t pass = 2;
-        EXPECT_EQ(ZRD_PAS_EvalDataNodeWhenCond(run, document.top(), &pass), 0u);
+        EXPECT_EQ(ZRD_PAS_EvalDataNodeWhenCond(run, document.top(), &pass), ZR_OK);
         EXPECT_EQ(pass, 1u) << kind;
         node.kind = ZR_NODE_CONTAINER;
-        EXPECT_EQ(ZRD_PAS_EvalDataNodeWhenCond(run, document.top(), &pass), 0u);
+        EXPECT_EQ(ZRD_PAS_EvalDataNodeWhenCond(run, document.top(), &pass), ZR_OK);
         EXPECT_EQ(pass, 0u);
     }
 }
@@ -123,7 +125,7 @@ TEST(When, TakesBackADefaultWithTheContainersAddedForIt)
                       Container("c", Container("e", Leaf("d", "string",
                                                          When("../../../mode") + Default("x")))) +
                       Leaf("stays", "string", Default("y"))));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     Outcome outcome = ValidateRpc(schema, Data("op"));
     EXPECT_EQ(outcome.record, Valid());
     EXPECT_EQ(outcome.defaults, std::vector<std::string>{"stays=y"});
@@ -137,7 +139,7 @@ TEST(When, TakesBackADefaultAndLeavesWhatElseWasAdded)
     Schema schema(
         Rpc("op", kMode + Container("c", Leaf("d", "string", When("../../mode") + Default("x")) +
                                              Leaf("e", "string", Default("y")))));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     Outcome outcome = ValidateRpc(schema, Data("op"));
     EXPECT_EQ(outcome.defaults, std::vector<std::string>{"c"});
     EXPECT_NE(outcome.document.find("<c><e>y</e></c>"), std::string::npos) << outcome.document;
@@ -147,7 +149,7 @@ TEST(When, TakesBackADefaultAndLeavesTheCallersContainer)
 {
     Schema schema(
         Rpc("op", kMode + Container("c", Leaf("d", "string", When("../../mode") + Default("x")))));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     Outcome outcome = ValidateRpc(schema, Data("op", "<c/>"));
     EXPECT_EQ(outcome.record, Valid());
     EXPECT_NE(outcome.document.find("<c/>"), std::string::npos) << outcome.document;
@@ -158,7 +160,7 @@ TEST(When, OfAnAddedContainerTakesItBackWhole)
     Schema schema(Rpc("op", kMode + "<container name=\"c\">" + When("../mode") +
                                 Leaf("d", "string", Default("x")) + "</container>" +
                                 Leaf("e", "string", Default("y"))));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(ValidateRpc(schema, Data("op")).defaults, std::vector<std::string>{"e=y"});
 }
 
@@ -167,11 +169,13 @@ TEST(When, ThatCannotBeEvaluatedNamesTheElementOrTheParentOfItsCase)
     Schema schema(Rpc("op", Leaf("a", "string", When("count(x) &gt; 1")) +
                                 "<choice name=\"w\"><case name=\"one\">" + When("1 + 2") +
                                 Leaf("b", "string") + "</case></choice>"));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(RpcRecord(schema, Data("op", "<a/>")),
-              Fault(18, "-", "/m:op/a", "Failed to check when condition of a.", "a"));
+              Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/m:op/a",
+                    "Failed to check when condition of a.", "a"));
     EXPECT_EQ(RpcRecord(schema, Data("op", "<b/>")),
-              Fault(18, "-", "/m:op", "Failed to check when condition of op.", "op"));
+              Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/m:op",
+                    "Failed to check when condition of op.", "op"));
 }
 
 // Every way in which the evaluator refuses a condition.
@@ -200,7 +204,7 @@ struct {
 TEST(When, GivesTheEvaluatorsStatusToTheRunAndARecordToTheCaller)
 {
     Schema schema(Rpc("op", Leaf("a", "string")));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     ZrNode *leaf = schema.Node("/m:op/input/a");
     for (const auto &row : kBroken) {
         Document document(Data("op", "<a/>"));
@@ -214,7 +218,8 @@ TEST(When, GivesTheEvaluatorsStatusToTheRunAndARecordToTheCaller)
         EXPECT_EQ(pass, 0u);
         leaf->when = row.condition.c_str(); // the loader refuses some of them
         EXPECT_EQ(RpcRecord(schema, Data("op", "<a/>")),
-                  Fault(18, "-", "/m:op/a", "Failed to check when condition of a.", "a"))
+                  Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/m:op/a",
+                        "Failed to check when condition of a.", "a"))
             << row.condition;
         leaf->when = nullptr;
     }
@@ -242,21 +247,21 @@ TEST(When, PassWantsAMatchedElement)
 {
     Document document(Data("op"));
     CheckRun run(nullptr, ZRD_MODE_RPC);
-    EXPECT_EQ(ZRD_PAS_EvalDataTreeWhenMust(run, nullptr), 22u);
-    EXPECT_EQ(ZRD_PAS_EvalDataTreeWhenMust(run, document.top()), 22u);
+    EXPECT_EQ(ZRD_PAS_EvalDataTreeWhenMust(run, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRD_PAS_EvalDataTreeWhenMust(run, document.top()), ZR_ERR_INVALID);
 }
 
 TEST(When, OfTheChoiceAppliesToTheElementThatThePassBeginsWith)
 {
     Schema schema(Rpc("op", kMode + "<choice name=\"w\">" + When("mode = 'on'") +
                                 "<case name=\"one\">" + Leaf("a", "string") + "</case></choice>"));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     for (const auto &[mode, status] :
          {std::pair{"on", uint32_t{ZR_OK}}, std::pair{"off", uint32_t{ZR_XPATH_RESULT_FALSE}}}) {
         Document document(Data("op", "<mode>" + std::string(mode) + "</mode><a/>"));
         CheckRun run(schema, ZRD_MODE_RPC);
         run->root = document.top()->parent;
-        ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), 0u);
+        ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), ZR_OK);
         EXPECT_EQ(ZRD_PAS_EvalDataTreeWhenMust(run, document.Find("a")), status) << mode;
     }
 }
@@ -266,7 +271,7 @@ TEST(When, WalkGoesOnBehindARemovedElement)
     Schema schema(Notification(
         "event", List("l", "k", Leaf("k", "string") + Leaf("a", "string", When("../k = '1'"))) +
                      Leaf("last", "string", When("../l"))));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     NotifOutcome outcome = ValidateNotif(
         schema, Data("event", "<l><a/><k>2</k></l><l><k>2</k><a/></l><l><k>1</k><a/></l><last/>"));
     EXPECT_EQ(Inside(outcome.document), "<l><k>2</k></l><l><k>2</k></l><l><k>1</k><a/></l><last/>");
@@ -275,7 +280,7 @@ TEST(When, WalkGoesOnBehindARemovedElement)
 TEST(When, WalkDoesNotFollowEntityReferences)
 {
     Schema schema(Rpc("op", Container("c", Leaf("a", "string", When("false")))));
-    ASSERT_EQ(schema.status, 0u);
+    ASSERT_EQ(schema.status, ZR_OK);
     Document tree("<!DOCTYPE op [<!ENTITY e \"<a/>\">]>" + Data("op", "<c>&e;</c>"));
     EXPECT_EQ(TakeRecord(ZR_CTX_ValidateRpcDataTree(schema, 2, tree.top(), nullptr, nullptr)),
               Valid());

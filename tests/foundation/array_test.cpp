@@ -41,17 +41,17 @@ TEST_F(NewArray, RefusesAnArrayThatIsThereAndLeavesItAlone)
     ASSERT_EQ(zr::NewArray(&array_, 1), ZR_OK);
     uint32_t *before = array_;
     array_[0] = 7;
-    EXPECT_EQ(ZR_UTL_NewArray(slot(), 2, 4), 22u);
-    EXPECT_EQ(ZR_UTL_NewArray(slot(), 0, 4), 22u);
+    EXPECT_EQ(ZR_UTL_NewArray(slot(), 2, 4), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_UTL_NewArray(slot(), 0, 4), ZR_ERR_INVALID);
     EXPECT_EQ(array_, before);
     EXPECT_EQ(array_[0], 7u);
 }
 
 TEST_F(NewArray, RefusesANullAddressAndAnElementSizeOfZero)
 {
-    EXPECT_EQ(ZR_UTL_NewArray(nullptr, 1, 4), 22u);
-    EXPECT_EQ(ZR_UTL_NewArray(slot(), 1, 0), 22u);
-    EXPECT_EQ(ZR_UTL_NewArray(slot(), 0, 0), 22u);
+    EXPECT_EQ(ZR_UTL_NewArray(nullptr, 1, 4), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_UTL_NewArray(slot(), 1, 0), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_UTL_NewArray(slot(), 0, 0), ZR_ERR_INVALID);
     EXPECT_EQ(array_, nullptr);
 }
 
@@ -59,7 +59,7 @@ TEST_F(NewArray, Is12WhenMemoryRunsOut)
 {
     zrtest::AllocGuard guard;
     guard.FailAt(0);
-    EXPECT_EQ(ZR_UTL_NewArray(slot(), 3, 4), 12u);
+    EXPECT_EQ(ZR_UTL_NewArray(slot(), 3, 4), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(array_, nullptr);
 }
 
@@ -68,7 +68,7 @@ TEST_F(NewArray, Is12ForMoreBytesThanThereCanBe)
 {
     zrtest::AllocGuard guard;
     guard.FailAt(0, true);
-    EXPECT_EQ(ZR_UTL_NewArray(slot(), UINT32_MAX, UINT32_MAX), 12u);
+    EXPECT_EQ(ZR_UTL_NewArray(slot(), UINT32_MAX, UINT32_MAX), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(array_, nullptr);
 }
 
@@ -76,7 +76,7 @@ TEST_F(ExpandArray, WithNoOldElementsMakesANewArray)
 {
     ASSERT_EQ(ZR_UTL_ExpandArray(slot(), 0, 2, 4), ZR_OK);
     EXPECT_EQ(array_[0] | array_[1], 0u);
-    EXPECT_EQ(ZR_UTL_ExpandArray(slot(), 0, 2, 4), 22u)
+    EXPECT_EQ(ZR_UTL_ExpandArray(slot(), 0, 2, 4), ZR_ERR_INVALID)
         << "like NewArray of an array that is there";
 }
 
@@ -136,10 +136,10 @@ TEST_F(ExpandArray, DoesNotUseTheReallocHook)
 
 TEST_F(ExpandArray, RefusesANullAddressAndAnElementSizeOfZero)
 {
-    EXPECT_EQ(ZR_UTL_ExpandArray(nullptr, 0, 1, 4), 22u);
-    EXPECT_EQ(ZR_UTL_ExpandArray(nullptr, 1, 1, 4), 22u);
+    EXPECT_EQ(ZR_UTL_ExpandArray(nullptr, 0, 1, 4), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_UTL_ExpandArray(nullptr, 1, 1, 4), ZR_ERR_INVALID);
     zr::NewArray(&array_, 1);
-    EXPECT_EQ(ZR_UTL_ExpandArray(slot(), 1, 1, 0), 22u);
+    EXPECT_EQ(ZR_UTL_ExpandArray(slot(), 1, 1, 0), ZR_ERR_INVALID);
 }
 
 TEST_F(ExpandArray, LeavesTheOldArrayUntouchedWhenMemoryRunsOut)
@@ -149,7 +149,7 @@ TEST_F(ExpandArray, LeavesTheOldArrayUntouchedWhenMemoryRunsOut)
     array_[0] = 7;
     uint32_t *before = array_;
     guard.FailAt(0);
-    EXPECT_EQ(ZR_UTL_ExpandArray(slot(), 1, 1, 4), 12u);
+    EXPECT_EQ(ZR_UTL_ExpandArray(slot(), 1, 1, 4), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(array_, before);
     EXPECT_EQ(array_[0], 7u);
     zr::Free(array_);
@@ -160,7 +160,7 @@ TEST_F(ExpandArray, LeavesTheOldArrayUntouchedWhenMemoryRunsOut)
 TEST_F(ExpandArray, LeavesTheOldArrayUntouchedWhenCopyFails)
 {
     zrtest::AllocGuard guard;
-    EXPECT_EQ(ZR_UTL_ExpandArray(slot(), 2, 1, 4), 12u);
+    EXPECT_EQ(ZR_UTL_ExpandArray(slot(), 2, 1, 4), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(array_, nullptr);
     EXPECT_EQ(guard.Count(), 1u);
     EXPECT_EQ(guard.LiveBlocks(), 0);
@@ -170,7 +170,7 @@ TEST_F(ExpandArray, Is12WhenTheCountWouldWrap)
 {
     zr::NewArray(&array_, 1);
     uint32_t *before = array_;
-    EXPECT_EQ(ZR_UTL_ExpandArray(slot(), 1, UINT32_MAX, 4), 12u);
+    EXPECT_EQ(ZR_UTL_ExpandArray(slot(), 1, UINT32_MAX, 4), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(array_, before);
 }
 

@@ -31,7 +31,7 @@ uint32_t CollectEntry(const char *moduleName, const char *yinFile, uint32_t kind
 std::vector<std::string> Entries(ZrCtx *ctx)
 {
     std::vector<std::string> entries;
-    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx, CollectEntry, &entries), 0u);
+    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx, CollectEntry, &entries), ZR_OK);
     return entries;
 }
 
@@ -39,7 +39,7 @@ using LoadErrors = zrtest::BareContextTest;
 
 TEST_F(LoadErrors, AreFormattedAndKeptAgainstTheModulesName)
 {
-    EXPECT_EQ(ZR_CTX_AddModError(ctx_, "m", "Failed to load module \"%s\".", "m"), 0);
+    EXPECT_EQ(ZR_CTX_AddModError(ctx_, "m", "Failed to load module \"%s\".", "m"), ZR_OK);
     EXPECT_THAT(Entries(ctx_), ElementsAre("m|(null)|0|Failed to load module \"m\"."));
 }
 
@@ -77,7 +77,7 @@ TEST_F(LoadErrors, CarryTheLoadStageAndTheTime)
 TEST_F(LoadErrors, OfOneModuleAreTheFirstTwo)
 {
     for (const char *message : {"one", "two", "three"})
-        EXPECT_EQ(ZR_CTX_AddModError(ctx_, "m", "%s", message), 0);
+        EXPECT_EQ(ZR_CTX_AddModError(ctx_, "m", "%s", message), ZR_OK);
     EXPECT_THAT(Entries(ctx_), ElementsAre("m|(null)|0|one", "m|(null)|0|two"));
     const ZrErrModNode *node = ZR_CTX_GetErrNodeByModName(ctx_, "m");
     EXPECT_EQ(node->entryCount, 2u);
@@ -114,13 +114,13 @@ int32_t AddWithNullFormat(ZrCtx *ctx, const char *format)
 
 TEST_F(LoadErrors, NothingHappensForNullArguments)
 {
-    EXPECT_EQ(ZR_CTX_AddModError(nullptr, "m", "text"), 0);
-    EXPECT_EQ(ZR_CTX_AddModWarning(nullptr, "m", "text"), 0);
-    EXPECT_EQ(ZR_CTX_AddModError(ctx_, nullptr, "text"), 0);
-    EXPECT_EQ(AddWithNullFormat(ctx_, nullptr), 0);
-    EXPECT_EQ(ZR_CTX_AddErrorMsgToMod(nullptr, "m", 0, "text"), 22u);
-    EXPECT_EQ(ZR_CTX_AddErrorMsgToMod(ctx_->errMng, nullptr, 0, "text"), 22u);
-    EXPECT_EQ(ZR_CTX_AddErrorMsgToMod(ctx_->errMng, "m", 0, nullptr), 22u);
+    EXPECT_EQ(ZR_CTX_AddModError(nullptr, "m", "text"), ZR_OK);
+    EXPECT_EQ(ZR_CTX_AddModWarning(nullptr, "m", "text"), ZR_OK);
+    EXPECT_EQ(ZR_CTX_AddModError(ctx_, nullptr, "text"), ZR_OK);
+    EXPECT_EQ(AddWithNullFormat(ctx_, nullptr), ZR_OK);
+    EXPECT_EQ(ZR_CTX_AddErrorMsgToMod(nullptr, "m", 0, "text"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_AddErrorMsgToMod(ctx_->errMng, nullptr, 0, "text"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_AddErrorMsgToMod(ctx_->errMng, "m", 0, nullptr), ZR_ERR_INVALID);
     EXPECT_THAT(Entries(ctx_), IsEmpty());
 }
 
@@ -154,19 +154,19 @@ TEST_F(LoadErrors, AScanStopsWithTheFirstNonZeroResult)
         EXPECT_EQ(stop.calls, stopAt);
     }
     StopAfter never{0, 4};
-    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx_, StopWith5, &never), 0u);
+    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx_, StopWith5, &never), ZR_OK);
     EXPECT_EQ(never.calls, 3);
 }
 
 TEST_F(LoadErrors, AScanWithoutACallbackOrContextIs0)
 {
     ZR_CTX_AddModError(ctx_, "m", "text");
-    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx_, nullptr, nullptr), 0u);
+    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx_, nullptr, nullptr), ZR_OK);
     StopAfter stop{0, 1};
-    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(nullptr, StopWith5, &stop), 0u);
-    EXPECT_EQ(ZRS_MOD_ScanModAllLoadFail(nullptr, StopWith5, &stop), 0u);
+    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(nullptr, StopWith5, &stop), ZR_OK);
+    EXPECT_EQ(ZRS_MOD_ScanModAllLoadFail(nullptr, StopWith5, &stop), ZR_OK);
     EXPECT_EQ(ZRS_MOD_ScanModAllLoadFail(ZR_CTX_GetErrNodeByModName(ctx_, "m"), nullptr, nullptr),
-              0u);
+              ZR_OK);
     EXPECT_EQ(stop.calls, 0);
 }
 
@@ -206,13 +206,13 @@ TEST_F(LoadErrors, StayAsTheyAreWhenTheLockCannotBeTaken)
     ZR_CTX_AddModError(ctx_, "m", "text");
     StopAfter stop{0, 1};
     ASSERT_EQ(pthread_rwlock_wrlock(&ctx_->errMng->lock), 0);
-    EXPECT_EQ(ZR_CTX_AddModError(ctx_, "n", "text"), 37);
-    EXPECT_EQ(ZR_CTX_AddErrorMsgToMod(ctx_->errMng, "m", 0, "text"), 37u);
+    EXPECT_EQ(ZR_CTX_AddModError(ctx_, "n", "text"), ZR_ERR_LOCK);
+    EXPECT_EQ(ZR_CTX_AddErrorMsgToMod(ctx_->errMng, "m", 0, "text"), ZR_ERR_LOCK);
     EXPECT_EQ(ZR_CTX_GetErrNodeByModName(ctx_, "m"), nullptr);
     ZR_CTX_ClearModErrByLoadStage(ctx_->errMng, "m", 0);
     ZR_CTX_DeleteErrNodeByModName(ctx_->errMng, "m");
     ZR_CTX_DestoryErrMngTree(ctx_->errMng);
-    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx_, StopWith5, &stop), 37u);
+    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx_, StopWith5, &stop), ZR_ERR_LOCK);
     pthread_rwlock_unlock(&ctx_->errMng->lock);
     EXPECT_EQ(stop.calls, 0);
     EXPECT_THAT(Entries(ctx_), ElementsAre("m|(null)|0|text"));
@@ -288,10 +288,10 @@ TEST_F(LoadErrors, AContextWithoutAStoreRecordsNothing)
     ZR_CTX_AddModError(ctx_, "m", "text");
     ZR_CTX_DestroyErrMng(ctx_->errMng);
     EXPECT_EQ(ctx_->errMng, nullptr);
-    EXPECT_EQ(ZR_CTX_AddModError(ctx_, "m", "text"), 0);
+    EXPECT_EQ(ZR_CTX_AddModError(ctx_, "m", "text"), ZR_OK);
     EXPECT_EQ(ZR_CTX_GetErrNodeByModName(ctx_, "m"), nullptr);
     StopAfter stop{0, 1};
-    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx_, StopWith5, &stop), 0u);
+    EXPECT_EQ(ZR_CTX_ScanAllSchemaLoadFail(ctx_, StopWith5, &stop), ZR_OK);
 }
 
 TEST(LoadErrorStore, ANullStoreIsAccepted)
@@ -305,14 +305,14 @@ TEST(LoadErrorStore, ANullStoreIsAccepted)
 
 TEST(LoadErrorStore, InitIs22ForNullAnd12WhenMemoryRunsOut)
 {
-    EXPECT_EQ(ZR_CTX_InitErrMng(nullptr), 22u);
+    EXPECT_EQ(ZR_CTX_InitErrMng(nullptr), ZR_ERR_INVALID);
     zrtest::AllocGuard guard;
     ZrCtx ctx{};
     guard.FailAt(0);
-    EXPECT_EQ(ZR_CTX_InitErrMng(&ctx), 12u);
+    EXPECT_EQ(ZR_CTX_InitErrMng(&ctx), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(ctx.errMng, nullptr);
     guard.FailNone();
-    EXPECT_EQ(ZR_CTX_InitErrMng(&ctx), 0u);
+    EXPECT_EQ(ZR_CTX_InitErrMng(&ctx), ZR_OK);
     EXPECT_EQ(ctx.errMng->ctx, &ctx);
     ZR_CTX_DestroyErrMng(ctx.errMng);
     EXPECT_EQ(guard.LiveBlocks(), 0);
@@ -327,17 +327,17 @@ TEST(LoadErrorStore, RecordingFailsCleanlyWhenAnyAllocationFails)
     // The node, its name in two blocks, the entries, the message and the file's name.
     for (uint64_t n = 0; n < 6; ++n) {
         guard.FailAt(n);
-        EXPECT_EQ(ZR_CTX_AddModError(ctx, "m", "text"), 12) << n;
+        EXPECT_EQ(ZR_CTX_AddModError(ctx, "m", "text"), ZR_ERR_NO_MEMORY) << n;
         EXPECT_EQ(ZR_CTX_GetErrNodeByModName(ctx, "m"), nullptr) << n;
         EXPECT_EQ(guard.LiveBlocks(), before) << n;
     }
     guard.FailNone();
-    EXPECT_EQ(ZR_CTX_AddModError(ctx, "m", "one"), 0);
+    EXPECT_EQ(ZR_CTX_AddModError(ctx, "m", "one"), ZR_OK);
     EXPECT_EQ(guard.Count(), 6u);
     int64_t withOne = guard.LiveBlocks();
     for (uint64_t n = 0; n < 2; ++n) {
         guard.FailAt(n);
-        EXPECT_EQ(ZR_CTX_AddModError(ctx, "m", "two"), 12) << n;
+        EXPECT_EQ(ZR_CTX_AddModError(ctx, "m", "two"), ZR_ERR_NO_MEMORY) << n;
         EXPECT_EQ(guard.LiveBlocks(), withOne) << n;
     }
     guard.FailNone();
@@ -380,10 +380,10 @@ TEST_F(LoadErrors, NodeFunctionsAcceptNull)
     ZrErrInfo entry{};
     EXPECT_EQ(ZRS_MOD_CreateErrNode(nullptr, "m"), nullptr);
     EXPECT_EQ(ZRS_MOD_CreateErrNode(ctx_, nullptr), nullptr);
-    EXPECT_EQ(ZRS_MOD_RecordErrorInfo(ctx_, nullptr, 0, "text"), 22u);
-    EXPECT_EQ(ZRS_MOD_SetErrInfoNode(nullptr, &entry, 0, "text"), 22u);
-    EXPECT_EQ(ZRS_MOD_SetErrInfoNode(ctx_, nullptr, 0, "text"), 22u);
-    EXPECT_EQ(ZRS_MOD_SetErrInfoNode(ctx_, &entry, 0, nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_RecordErrorInfo(ctx_, nullptr, 0, "text"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_SetErrInfoNode(nullptr, &entry, 0, "text"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_SetErrInfoNode(ctx_, nullptr, 0, "text"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_SetErrInfoNode(ctx_, &entry, 0, nullptr), ZR_ERR_INVALID);
     ZRS_MOD_ClearErrInfoNode(nullptr);
     ZRS_MOD_FreeErrModNode(ctx_, nullptr);
 }

@@ -20,41 +20,41 @@ struct SignedRow {
 TEST(ReadSignedInteger, ReadsADecimalNumberAndTellsWhereItEnds)
 {
     const SignedRow rows[] = {
-        {"0", 0, 0, ""},
-        {"42", 0, 42, ""},
-        {"-42", 0, -42, ""},
-        {"+42", 0, 42, ""},
-        {"007", 0, 7, ""},
-        {"-0", 0, 0, ""},
-        {" \t\n5", 0, 5, ""},
-        {" \r\v\f5", 0, 5, ""},
-        {"5 ", 0, 5, " "},
-        {"12abc", 0, 12, "abc"},
-        {"0x10", 0, 0, "x10"},
-        {"1..2", 0, 1, "..2"},
-        {"9223372036854775807", 0, INT64_MAX, ""},
-        {"-9223372036854775808", 0, INT64_MIN, ""},
-        {"9223372036854775808", 22, 0, ""},
-        {"-9223372036854775809", 22, 0, ""},
-        {"99999999999999999999999999", 22, 0, ""},
-        {"", 22, 0, ""},
-        {" ", 22, 0, ""},
-        {"-", 22, 0, ""},
-        {"+", 22, 0, ""},
-        {"+-5", 22, 0, ""},
-        {"-+5", 22, 0, ""},
-        {"--5", 22, 0, ""},
-        {"- 5", 22, 0, ""},
-        {"abc", 22, 0, ""},
-        {".5", 22, 0, ""},
+        {"0", ZR_OK, 0, ""},
+        {"42", ZR_OK, 42, ""},
+        {"-42", ZR_OK, -42, ""},
+        {"+42", ZR_OK, 42, ""},
+        {"007", ZR_OK, 7, ""},
+        {"-0", ZR_OK, 0, ""},
+        {" \t\n5", ZR_OK, 5, ""},
+        {" \r\v\f5", ZR_OK, 5, ""},
+        {"5 ", ZR_OK, 5, " "},
+        {"12abc", ZR_OK, 12, "abc"},
+        {"0x10", ZR_OK, 0, "x10"},
+        {"1..2", ZR_OK, 1, "..2"},
+        {"9223372036854775807", ZR_OK, INT64_MAX, ""},
+        {"-9223372036854775808", ZR_OK, INT64_MIN, ""},
+        {"9223372036854775808", ZR_ERR_INVALID, 0, ""},
+        {"-9223372036854775809", ZR_ERR_INVALID, 0, ""},
+        {"99999999999999999999999999", ZR_ERR_INVALID, 0, ""},
+        {"", ZR_ERR_INVALID, 0, ""},
+        {" ", ZR_ERR_INVALID, 0, ""},
+        {"-", ZR_ERR_INVALID, 0, ""},
+        {"+", ZR_ERR_INVALID, 0, ""},
+        {"+-5", ZR_ERR_INVALID, 0, ""},
+        {"-+5", ZR_ERR_INVALID, 0, ""},
+        {"--5", ZR_ERR_INVALID, 0, ""},
+        {"- 5", ZR_ERR_INVALID, 0, ""},
+        {"abc", ZR_ERR_INVALID, 0, ""},
+        {".5", ZR_ERR_INVALID, 0, ""},
     };
     for (const SignedRow &row : rows) {
         int64_t value = -1;
         const char *end = nullptr;
         EXPECT_EQ(ZR_UTL_ReadInputStrAsSignedInteger(row.text, &end, 0, &value), row.status)
             << row.text;
-        EXPECT_EQ(value, row.status == 0 ? row.value : -1) << row.text;
-        if (row.status == 0) {
+        EXPECT_EQ(value, row.status == ZR_OK ? row.value : -1) << row.text;
+        if (row.status == ZR_OK) {
             EXPECT_STREQ(end, row.rest) << row.text;
         } else {
             EXPECT_EQ(end, nullptr) << row.text;
@@ -72,29 +72,29 @@ struct UnsignedRow {
 TEST(ReadUnsignedInteger, ReadsADecimalNumberAndTellsWhereItEnds)
 {
     const UnsignedRow rows[] = {
-        {"0", 0, 0, ""},
-        {"42", 0, 42, ""},
-        {"+42", 0, 42, ""},
-        {" \t\n\r5", 0, 5, ""},
-        {"12abc", 0, 12, "abc"},
-        {"0x10", 0, 0, "x10"},
-        {"18446744073709551615", 0, UINT64_MAX, ""},
-        {"18446744073709551616", 22, 0, ""},
-        {"-1", 22, 0, ""},
-        {" -1", 22, 0, ""},
-        {"\r-1", 22, 0, ""},
-        {"-0", 22, 0, ""},
-        {"+-1", 22, 0, ""},
-        {"", 22, 0, ""},
-        {"x", 22, 0, ""},
+        {"0", ZR_OK, 0, ""},
+        {"42", ZR_OK, 42, ""},
+        {"+42", ZR_OK, 42, ""},
+        {" \t\n\r5", ZR_OK, 5, ""},
+        {"12abc", ZR_OK, 12, "abc"},
+        {"0x10", ZR_OK, 0, "x10"},
+        {"18446744073709551615", ZR_OK, UINT64_MAX, ""},
+        {"18446744073709551616", ZR_ERR_INVALID, 0, ""},
+        {"-1", ZR_ERR_INVALID, 0, ""},
+        {" -1", ZR_ERR_INVALID, 0, ""},
+        {"\r-1", ZR_ERR_INVALID, 0, ""},
+        {"-0", ZR_ERR_INVALID, 0, ""},
+        {"+-1", ZR_ERR_INVALID, 0, ""},
+        {"", ZR_ERR_INVALID, 0, ""},
+        {"x", ZR_ERR_INVALID, 0, ""},
     };
     for (const UnsignedRow &row : rows) {
         uint64_t value = 99;
         const char *end = nullptr;
         EXPECT_EQ(ZR_UTL_ReadInputStrAsUnsignedInteger(row.text, &end, 0, &value), row.status)
             << row.text;
-        EXPECT_EQ(value, row.status == 0 ? row.value : 99) << row.text;
-        if (row.status == 0) {
+        EXPECT_EQ(value, row.status == ZR_OK ? row.value : 99) << row.text;
+        if (row.status == ZR_OK) {
             EXPECT_STREQ(end, row.rest) << row.text;
         }
     }
@@ -104,9 +104,9 @@ TEST(ReadInteger, TheEndIsOptional)
 {
     int64_t signedValue = 0;
     uint64_t unsignedValue = 0;
-    EXPECT_EQ(ZR_UTL_ReadInputStrAsSignedInteger("-7x", nullptr, 0, &signedValue), 0u);
+    EXPECT_EQ(ZR_UTL_ReadInputStrAsSignedInteger("-7x", nullptr, 0, &signedValue), ZR_OK);
     EXPECT_EQ(signedValue, -7);
-    EXPECT_EQ(ZR_UTL_ReadInputStrAsUnsignedInteger("7x", nullptr, 0, &unsignedValue), 0u);
+    EXPECT_EQ(ZR_UTL_ReadInputStrAsUnsignedInteger("7x", nullptr, 0, &unsignedValue), ZR_OK);
     EXPECT_EQ(unsignedValue, 7u);
 }
 
@@ -114,16 +114,18 @@ TEST(ReadInteger, Is22ForNull)
 {
     int64_t signedValue;
     uint64_t unsignedValue;
-    EXPECT_EQ(ZR_UTL_ReadInputStrAsSignedInteger(nullptr, nullptr, 0, &signedValue), 22u);
-    EXPECT_EQ(ZR_UTL_ReadInputStrAsSignedInteger("1", nullptr, 0, nullptr), 22u);
-    EXPECT_EQ(ZR_UTL_ReadInputStrAsUnsignedInteger(nullptr, nullptr, 0, &unsignedValue), 22u);
-    EXPECT_EQ(ZR_UTL_ReadInputStrAsUnsignedInteger("1", nullptr, 0, nullptr), 22u);
+    EXPECT_EQ(ZR_UTL_ReadInputStrAsSignedInteger(nullptr, nullptr, 0, &signedValue),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_UTL_ReadInputStrAsSignedInteger("1", nullptr, 0, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_UTL_ReadInputStrAsUnsignedInteger(nullptr, nullptr, 0, &unsignedValue),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_UTL_ReadInputStrAsUnsignedInteger("1", nullptr, 0, nullptr), ZR_ERR_INVALID);
 }
 
 TEST(ReadInteger, DoesNotReadTheReservedArgument)
 {
     int64_t value = 0;
-    EXPECT_EQ(ZR_UTL_ReadInputStrAsSignedInteger("0x10", nullptr, 16, &value), 0u);
+    EXPECT_EQ(ZR_UTL_ReadInputStrAsSignedInteger("0x10", nullptr, 16, &value), ZR_OK);
     EXPECT_EQ(value, 0);
 }
 
@@ -153,7 +155,8 @@ TEST(ReadInteger, AgreesWithTheCLibraryOnRandomTexts)
         bool fails = errno != 0 || expectedEnd == str;
         int64_t value = 0;
         const char *end = nullptr;
-        ASSERT_EQ(ZR_UTL_ReadInputStrAsSignedInteger(str, &end, 0, &value), fails ? 22u : 0u)
+        ASSERT_EQ(ZR_UTL_ReadInputStrAsSignedInteger(str, &end, 0, &value),
+                  fails ? ZR_ERR_INVALID : ZR_OK)
             << text;
         if (!fails) {
             ASSERT_EQ(value, expected) << text;
@@ -165,7 +168,7 @@ TEST(ReadInteger, AgreesWithTheCLibraryOnRandomTexts)
         fails = errno != 0 || expectedEnd == str || str[std::strspn(str, " \t\n\r\v")] == '-';
         uint64_t unsignedValue = 0;
         ASSERT_EQ(ZR_UTL_ReadInputStrAsUnsignedInteger(str, &end, 0, &unsignedValue),
-                  fails ? 22u : 0u)
+                  fails ? ZR_ERR_INVALID : ZR_OK)
             << text;
         if (!fails) {
             ASSERT_EQ(unsignedValue, expectedUnsigned) << text;

@@ -96,16 +96,22 @@ struct NameRow {
 TEST_F(PathStep, NextNodeNameReadsOneNameUpToASlashOrTheEnd)
 {
     const NameRow rows[] = {
-        {"name", 0, "name"}, {"name/rest", 0, "name"},      {"", 1, ""},
-        {"/name", 1, ""},    {"name[1]", 22, ""},           {"name:x", 22, ""},
-        {"name x", 22, ""},  {"123456789", 0, "123456789"}, {"1234567890", 126, ""},
+        {"name", ZR_OK, "name"},
+        {"name/rest", ZR_OK, "name"},
+        {"", ZR_ERR_FAILED, ""},
+        {"/name", ZR_ERR_FAILED, ""},
+        {"name[1]", ZR_ERR_INVALID, ""},
+        {"name:x", ZR_ERR_INVALID, ""},
+        {"name x", ZR_ERR_INVALID, ""},
+        {"123456789", ZR_OK, "123456789"},
+        {"1234567890", ZR_ERR_OVERFLOW, ""},
     };
     for (const NameRow &row : rows) {
         EXPECT_EQ(ZR_UTL_GetXPathNextNodeName(row.source, name_, sizeof(name_)), row.status)
             << row.source;
         EXPECT_STREQ(name_, row.name) << row.source;
     }
-    EXPECT_EQ(ZR_UTL_GetXPathNextNodeName(nullptr, name_, sizeof(name_)), 1u);
+    EXPECT_EQ(ZR_UTL_GetXPathNextNodeName(nullptr, name_, sizeof(name_)), ZR_ERR_FAILED);
 }
 
 struct PrefixRow {
@@ -118,24 +124,24 @@ struct PrefixRow {
 TEST_F(PathStep, NextPrefixAndNodeReadsANameWithOrWithoutAPrefix)
 {
     const PrefixRow rows[] = {
-        {"a:b/c", 0, "a", "b"},
-        {"b", 0, "", "b"},
-        {"b/c", 0, "", "b"},
-        {"a:b", 0, "a", "b"},
-        {"a:b c", 22, "", ""},
-        {"", 1, "", ""},
-        {":b", 1, "", ""},
-        {"/b", 1, "", ""},
-        {"a:", 1, "", ""},
-        {"a:/b", 1, "", ""},
-        {"a:b:c", 22, "", ""},
-        {"a[1]", 22, "", ""},
-        {"a b", 22, "", ""},
-        {"1234567:n", 0, "1234567", "n"},
-        {"12345678:n", 22, "", ""},    // the prefix does not fit
-        {"1234567890", 22, "", ""},    // the name does not fit
-        {"p:1234567890", 126, "", ""}, // the name after a prefix does not fit
-        {"p:123456789", 0, "p", "123456789"},
+        {"a:b/c", ZR_OK, "a", "b"},
+        {"b", ZR_OK, "", "b"},
+        {"b/c", ZR_OK, "", "b"},
+        {"a:b", ZR_OK, "a", "b"},
+        {"a:b c", ZR_ERR_INVALID, "", ""},
+        {"", ZR_ERR_FAILED, "", ""},
+        {":b", ZR_ERR_FAILED, "", ""},
+        {"/b", ZR_ERR_FAILED, "", ""},
+        {"a:", ZR_ERR_FAILED, "", ""},
+        {"a:/b", ZR_ERR_FAILED, "", ""},
+        {"a:b:c", ZR_ERR_INVALID, "", ""},
+        {"a[1]", ZR_ERR_INVALID, "", ""},
+        {"a b", ZR_ERR_INVALID, "", ""},
+        {"1234567:n", ZR_OK, "1234567", "n"},
+        {"12345678:n", ZR_ERR_INVALID, "", ""},    // the prefix does not fit
+        {"1234567890", ZR_ERR_INVALID, "", ""},    // the name does not fit
+        {"p:1234567890", ZR_ERR_OVERFLOW, "", ""}, // the name after a prefix does not fit
+        {"p:123456789", ZR_OK, "p", "123456789"},
     };
     for (const PrefixRow &row : rows) {
         EXPECT_EQ(ZR_UTL_GetXPathNextPrefixAndNode(row.source, prefix_, sizeof(prefix_), name_,
@@ -240,8 +246,8 @@ TEST_F(PathStep, APathIsWalkedStepByStep)
 
 TEST_F(PathStep, ABufferOfNoBytesIsNotTouched)
 {
-    EXPECT_EQ(ZR_UTL_GetXPathNextNodeName("a", nullptr, 0), 126u);
-    EXPECT_EQ(ZR_UTL_GetXPathNextPrefixAndNode("a", nullptr, 0, nullptr, 0), 22u);
+    EXPECT_EQ(ZR_UTL_GetXPathNextNodeName("a", nullptr, 0), ZR_ERR_OVERFLOW);
+    EXPECT_EQ(ZR_UTL_GetXPathNextPrefixAndNode("a", nullptr, 0, nullptr, 0), ZR_ERR_INVALID);
     EXPECT_EQ(ZR_UTL_GetXPathNextPredicatedPrefixNode("a", nullptr, 0, nullptr, 0), nullptr);
 }
 

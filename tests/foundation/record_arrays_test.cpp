@@ -42,7 +42,7 @@ protected:
 TEST_F(RecordArrays, AppendRecordsOneByOne)
 {
     for (uint32_t number : {7u, 8u, 9u})
-        ASSERT_EQ(zr::AppendOne(&array_, &count_, Fill(number)), 0u);
+        ASSERT_EQ(zr::AppendOne(&array_, &count_, Fill(number)), ZR_OK);
     ASSERT_EQ(count_, 3);
     EXPECT_EQ(array_[0].number, 7u);
     EXPECT_STREQ(array_[2].text, "9");
@@ -50,18 +50,18 @@ TEST_F(RecordArrays, AppendRecordsOneByOne)
 
 TEST_F(RecordArrays, PassTheStatusOfAFillOnAndDoNotCount)
 {
-    ASSERT_EQ(zr::AppendOne(&array_, &count_, Fill(7)), 0u);
+    ASSERT_EQ(zr::AppendOne(&array_, &count_, Fill(7)), ZR_OK);
     auto refuse = [](Pair *) { return uint32_t{99}; };
     EXPECT_EQ(zr::AppendOne(&array_, &count_, refuse), 99u);
     EXPECT_EQ(count_, 1);
-    EXPECT_EQ(zr::AppendOne(&array_, &count_, Fill(8)), 0u);
+    EXPECT_EQ(zr::AppendOne(&array_, &count_, Fill(8)), ZR_OK);
     EXPECT_EQ(count_, 2);
 }
 
 TEST_F(RecordArrays, FindTheFirstMatch)
 {
     for (uint32_t number : {7u, 8u, 8u})
-        ASSERT_EQ(zr::AppendOne(&array_, &count_, Fill(number)), 0u);
+        ASSERT_EQ(zr::AppendOne(&array_, &count_, Fill(number)), ZR_OK);
     auto isEight = [](const Pair &record) { return record.number == 8; };
     EXPECT_EQ(zr::FindFirst(array_, 3, isEight), &array_[1]);
     EXPECT_EQ(zr::FindFirst(array_, 1, isEight), nullptr);
@@ -71,7 +71,7 @@ TEST_F(RecordArrays, FindTheFirstMatch)
 TEST_F(RecordArrays, AreCopiedWholeOrNotAtAll)
 {
     for (uint32_t number : {7u, 8u})
-        ASSERT_EQ(zr::AppendOne(&array_, &count_, Fill(number)), 0u);
+        ASSERT_EQ(zr::AppendOne(&array_, &count_, Fill(number)), ZR_OK);
     FailEachAllocation([&] { return zr::CopyRecords(array_, count_, Copy(), Clear()); },
                        [&](Pair *copy, bool failed) {
                            EXPECT_EQ(copy == nullptr, failed);

@@ -125,9 +125,9 @@ TEST_F(Relations, AnItemIsFoundByKindAndInternedName)
 
 TEST_F(Relations, NullArguments)
 {
-    EXPECT_EQ(ZR_CTX_AddTwoModRelation(nullptr, "a", "b", kAugmentedBy), 22u);
-    EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx_, nullptr, "b", kAugmentedBy), 22u);
-    EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx_, "a", nullptr, kAugmentedBy), 22u);
+    EXPECT_EQ(ZR_CTX_AddTwoModRelation(nullptr, "a", "b", kAugmentedBy), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx_, nullptr, "b", kAugmentedBy), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx_, "a", nullptr, kAugmentedBy), ZR_ERR_INVALID);
     EXPECT_EQ(ZR_CTX_FindModRelationTbl(nullptr, "a"), nullptr);
     EXPECT_EQ(ZR_CTX_FindModRelationTbl(ctx_, nullptr), nullptr);
     ZR_CTX_InitModRelationTree(nullptr);
@@ -212,10 +212,10 @@ TEST_F(Relations, CollectingWithANullArgumentIs22)
 {
     const char **names = nullptr;
     uint32_t count = 0;
-    EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(nullptr, "a", 0, &names, &count), 22u);
-    EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx_, nullptr, 0, &names, &count), 22u);
-    EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx_, "a", 0, nullptr, &count), 22u);
-    EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx_, "a", 0, &names, nullptr), 22u);
+    EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(nullptr, "a", 0, &names, &count), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx_, nullptr, 0, &names, &count), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx_, "a", 0, nullptr, &count), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx_, "a", 0, &names, nullptr), ZR_ERR_INVALID);
 }
 
 TEST_F(Relations, CollectingAnUnnamedFirstModuleIs22)
@@ -227,7 +227,8 @@ TEST_F(Relations, CollectingAnUnnamedFirstModuleIs22)
     item->otherName = nullptr;
     const char **names = nullptr;
     uint32_t count = 0;
-    EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx_, "a", kAugmentedBy, &names, &count), 22u);
+    EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx_, "a", kAugmentedBy, &names, &count),
+              ZR_ERR_INVALID);
     EXPECT_EQ(names, nullptr);
     item->otherName = name;
 }
@@ -240,7 +241,7 @@ TEST(RelationsMemory, AddingFailsCleanlyWhenAnyAllocationFails)
     // The table and its name, two blocks, then the other name, two blocks, and the item.
     for (uint64_t n = 0; n < 6; ++n) {
         guard.FailAt(n);
-        EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx, "a", "b", kAugmentedBy), 12u) << n;
+        EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx, "a", "b", kAugmentedBy), ZR_ERR_NO_MEMORY) << n;
         EXPECT_EQ(ZR_CTX_FindModRelationTbl(ctx, "a"), nullptr) << n;
         EXPECT_EQ(guard.LiveBlocks(), before) << n;
     }
@@ -250,7 +251,7 @@ TEST(RelationsMemory, AddingFailsCleanlyWhenAnyAllocationFails)
     int64_t withOne = guard.LiveBlocks();
     for (uint64_t n = 0; n < 3; ++n) {
         guard.FailAt(n);
-        EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx, "a", "c", kAugmentedBy), 12u) << n;
+        EXPECT_EQ(ZR_CTX_AddTwoModRelation(ctx, "a", "c", kAugmentedBy), ZR_ERR_NO_MEMORY) << n;
         EXPECT_EQ(guard.LiveBlocks(), withOne) << n;
     }
     guard.FailAt(0, true);
@@ -285,7 +286,8 @@ TEST(RelationsMemory, CollectingIs12WhenMemoryRunsOut)
         const char **names = nullptr;
         uint32_t count = 0;
         guard.FailAt(n);
-        EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx, "a", kAugmentedBy, &names, &count), 12u);
+        EXPECT_EQ(ZR_CTX_CollectDepModNamesRecursive(ctx, "a", kAugmentedBy, &names, &count),
+                  ZR_ERR_NO_MEMORY);
         EXPECT_EQ(names, nullptr);
         EXPECT_EQ(guard.LiveBlocks(), before);
     }

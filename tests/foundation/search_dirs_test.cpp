@@ -99,29 +99,29 @@ TEST_F(SearchDirs, AreNotAddedTwiceAndKeepTheirPlace)
 
 TEST_F(SearchDirs, ARelativePathIs20)
 {
-    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, "relative/dir"), 20u);
-    EXPECT_EQ(ZR_CTX_UnSetSearchDir(ctx_, "relative/dir"), 20u);
-    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, ""), 20u);
+    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, "relative/dir"), ZR_ERR_BAD_DIR);
+    EXPECT_EQ(ZR_CTX_UnSetSearchDir(ctx_, "relative/dir"), ZR_ERR_BAD_DIR);
+    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, ""), ZR_ERR_BAD_DIR);
     EXPECT_THAT(Dirs(ctx_), IsEmpty());
 }
 
 TEST_F(SearchDirs, ADirectoryThatDoesNotExistIs20)
 {
-    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, (dir_.path() + "/none").c_str()), 20u);
+    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, (dir_.path() + "/none").c_str()), ZR_ERR_BAD_DIR);
     std::string file = dir_.Write("file", "");
-    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, file.c_str()), 20u);
+    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, file.c_str()), ZR_ERR_BAD_DIR);
     EXPECT_THAT(Dirs(ctx_), IsEmpty());
 }
 
 TEST_F(SearchDirs, ANullArgumentIs22)
 {
-    EXPECT_EQ(ZR_CTX_SetSearchDir(nullptr, "/tmp"), 22u);
-    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, nullptr), 22u);
-    EXPECT_EQ(ZR_CTX_UpdateSearchDirAgainstTbl(nullptr, "/tmp", 0), 22u);
-    EXPECT_EQ(ZR_CTX_UpdateSearchDirAgainstTbl(ctx_, nullptr, 0), 20u);
-    EXPECT_EQ(ZR_CTX_AllocSearchDirBufferIfNeed(nullptr), 22u);
-    EXPECT_EQ(ZR_CTX_AppendSearchDirToTbl(nullptr, "/tmp"), 22u);
-    EXPECT_EQ(ZR_CTX_AppendSearchDirToTbl(ctx_, nullptr), 22u);
+    EXPECT_EQ(ZR_CTX_SetSearchDir(nullptr, "/tmp"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_UpdateSearchDirAgainstTbl(nullptr, "/tmp", 0), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_UpdateSearchDirAgainstTbl(ctx_, nullptr, 0), ZR_ERR_BAD_DIR);
+    EXPECT_EQ(ZR_CTX_AllocSearchDirBufferIfNeed(nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_AppendSearchDirToTbl(nullptr, "/tmp"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_AppendSearchDirToTbl(ctx_, nullptr), ZR_ERR_INVALID);
     EXPECT_THAT(Dirs(ctx_), IsEmpty());
 }
 
@@ -149,7 +149,7 @@ TEST_F(SearchDirs, OneThatVanishedFromDiskCannotBeRemovedAlone)
 {
     AddAll();
     std::filesystem::remove(b_);
-    EXPECT_EQ(ZR_CTX_UnSetSearchDir(ctx_, b_.c_str()), 20u);
+    EXPECT_EQ(ZR_CTX_UnSetSearchDir(ctx_, b_.c_str()), ZR_ERR_BAD_DIR);
     EXPECT_THAT(Dirs(ctx_), ElementsAre(a_, b_, c_));
     EXPECT_EQ(ZR_CTX_UnSetSearchDir(ctx_, nullptr), ZR_OK);
     EXPECT_THAT(Dirs(ctx_), IsEmpty());
@@ -232,7 +232,7 @@ TEST_F(SearchDirs, AnEntryIsNotPutIntoASlotThatIsTaken)
     ZR_CTX_UnSetSearchDir(ctx_, c_.c_str());
     const char *kept = ctx_->searchDirs[1];
     ctx_->searchDirs[2] = kept;
-    EXPECT_EQ(ZR_CTX_AppendSearchDirToTbl(ctx_, c_.c_str()), 22u);
+    EXPECT_EQ(ZR_CTX_AppendSearchDirToTbl(ctx_, c_.c_str()), ZR_ERR_INVALID);
     EXPECT_EQ(ctx_->searchDirCount, 2u);
     ctx_->searchDirs[2] = nullptr;
 }
@@ -242,7 +242,7 @@ TEST(SearchDirsMemory, AddingFailsCleanlyWhenAnyAllocationFails)
     zrtest::AllocGuard guard;
     ZrCtx *ctx = ZR_CTX_Create(0);
     // The copy of the path, the slot, the dictionary's entry and its text.
-    const uint32_t expected[] = {20, 12, 22, 22};
+    const uint32_t expected[] = {ZR_ERR_BAD_DIR, ZR_ERR_NO_MEMORY, ZR_ERR_INVALID, ZR_ERR_INVALID};
     for (uint64_t n = 0; n < 4; ++n) {
         guard.FailAt(n);
         EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, "/tmp"), expected[n]) << n;
@@ -256,7 +256,7 @@ TEST(SearchDirsMemory, AddingFailsCleanlyWhenAnyAllocationFails)
     EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, "/tmp"), ZR_OK);
     EXPECT_EQ(guard.Count(), 4u);
     guard.FailAt(1);
-    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, "/"), 12u) << "the array could not grow";
+    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, "/"), ZR_ERR_NO_MEMORY) << "the array could not grow";
     EXPECT_THAT(Dirs(ctx), ElementsAre("/tmp"));
     guard.FailNone();
     zrtest::DestroyBareContext(ctx);

@@ -24,7 +24,7 @@ protected:
         collection = zr::New<ZrsPathCollection>();
         collection->limit = 10;
         for (const char *suffix : suffixes) {
-            ASSERT_EQ(zr::ExpandArray(&collection->objects, collection->count, 1), 0u);
+            ASSERT_EQ(zr::ExpandArray(&collection->objects, collection->count, 1), ZR_OK);
             strcpy_s(collection->objects[collection->count++].suffix, 10, suffix);
             (suffix[0] == '\0' ? collection->hasPlain : collection->hasSuffixed) = 1;
         }
@@ -42,10 +42,10 @@ protected:
 
 TEST_F(AssisterTest, KeepsEachSuffixOnce)
 {
-    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 0), 0u);
-    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 1), 0u);
-    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "b", 1), 0u);
-    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "", 0), 0u);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 0), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 1), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "b", 1), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "", 0), ZR_OK);
     ASSERT_EQ(assister.suffixCount, 2);
     EXPECT_STREQ(assister.suffixes[0].suffix, "a");
     EXPECT_EQ(assister.suffixes[0].done, 0);
@@ -54,11 +54,11 @@ TEST_F(AssisterTest, KeepsEachSuffixOnce)
 
 TEST_F(AssisterTest, RefusesNullAndOverLongSuffixes)
 {
-    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, nullptr, 0), 22u);
-    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "1234567890", 0), 22u);
-    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "123456789", 0), 0u);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, nullptr, 0), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "1234567890", 0), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "123456789", 0), ZR_OK);
     const char *mixed[] = {"x", nullptr, "y"};
-    EXPECT_EQ(ZRS_LOADER_AppendSuffixsToAssister(&assister, 3, mixed, 0), 22u);
+    EXPECT_EQ(ZRS_LOADER_AppendSuffixsToAssister(&assister, 3, mixed, 0), ZR_ERR_INVALID);
     EXPECT_EQ(assister.suffixCount, 2) << "stops at the first failure";
 }
 
@@ -66,14 +66,14 @@ TEST_F(AssisterTest, ReportsMemoryThatCannotBeHad)
 {
     zrtest::AllocGuard guard;
     guard.FailAt(0);
-    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 0), 12u);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 0), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(assister.suffixCount, 0);
 }
 
 TEST_F(AssisterTest, TakesSuffixesOnlyFromACollectionThatHasSome)
 {
     Collect({"", ""});
-    EXPECT_EQ(ZRS_LOADER_AddPathObjToLoadAssister(&assister, collection), 0u);
+    EXPECT_EQ(ZRS_LOADER_AddPathObjToLoadAssister(&assister, collection), ZR_OK);
     EXPECT_EQ(assister.suffixCount, 0);
 }
 
@@ -143,25 +143,25 @@ TEST_F(AssisterTest, ProceedsForAModuleThatIsNotLoadedOrHasMergeSources)
     Collect({"a", "b"});
     uint32_t proceed = 1;
     EXPECT_EQ(ZRS_LOADER_PreFillLoadAssisterFromExisting(module, collection, &assister, &proceed),
-              0u);
+              ZR_OK);
     EXPECT_EQ(proceed, 0u) << "a module of one file is loaded already";
     EXPECT_EQ(assister.suffixCount, 0);
 
     proceed = 1;
     EXPECT_EQ(ZRS_LOADER_PreFillLoadAssisterFromExisting(nullptr, collection, &assister, &proceed),
-              0u);
+              ZR_OK);
     EXPECT_EQ(proceed, 1u);
     EXPECT_EQ(assister.suffixCount, 2);
 
     assister.suffixes[0].done = 1; // "a" was loaded, "b" was not
-    EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), 0u);
-    EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), 0u);
+    EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), ZR_OK);
     ASSERT_EQ(module->mergeSourceCount, 1) << "each loaded suffix once";
     EXPECT_STREQ(module->mergeSources[0], "a");
 
     ZRS_LOADER_ClearLoadAssister(&assister);
     EXPECT_EQ(ZRS_LOADER_PreFillLoadAssisterFromExisting(module, collection, &assister, &proceed),
-              0u);
+              ZR_OK);
     EXPECT_EQ(proceed, 1u);
     ASSERT_EQ(assister.suffixCount, 2);
     EXPECT_EQ(assister.suffixes[0].done, 1);
@@ -178,11 +178,11 @@ TEST_F(AssisterTest, SavingReportsMemoryThatCannotBeHad)
         ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 1);
         for (uint64_t n = 0; n < 3; ++n) {
             guard.FailAt(n);
-            EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), 12u);
+            EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), ZR_ERR_NO_MEMORY);
             EXPECT_EQ(module->mergeSourceCount, 0);
         }
         guard.FailNone();
-        EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), 0u);
+        EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), ZR_OK);
         ZRS_MOD_Free(module);
         ZRS_LOADER_ClearLoadAssister(&assister);
     }
@@ -191,9 +191,9 @@ TEST_F(AssisterTest, SavingReportsMemoryThatCannotBeHad)
 
 TEST_F(AssisterTest, RefusesMoreSuffixesThanItsCountCanHold)
 {
-    ASSERT_EQ(zr::NewArray(&assister.suffixes, UINT16_MAX), 0u);
+    ASSERT_EQ(zr::NewArray(&assister.suffixes, UINT16_MAX), ZR_OK);
     assister.suffixCount = UINT16_MAX;
-    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 0), 22u);
+    EXPECT_EQ(ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 0), ZR_ERR_INVALID);
     EXPECT_EQ(assister.suffixCount, UINT16_MAX);
 }
 
@@ -201,10 +201,10 @@ TEST_F(AssisterTest, SavesNoMoreSuffixesThanAModuleCanHold)
 {
     zrtest::TestContext ctx;
     ZrMod *module = zr::NewModule(ctx);
-    ASSERT_EQ(zr::NewArray(&module->mergeSources, UINT16_MAX), 0u);
+    ASSERT_EQ(zr::NewArray(&module->mergeSources, UINT16_MAX), ZR_OK);
     module->mergeSourceCount = UINT16_MAX;
     ZRS_LOADER_AppendOneSuffixToAssister(&assister, "a", 1);
-    EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), 22u);
+    EXPECT_EQ(ZRS_LOADER_SaveSuccLoadingSuffix(module, &assister), ZR_ERR_INVALID);
     EXPECT_EQ(module->mergeSourceCount, UINT16_MAX);
     ZRS_MOD_Free(module);
 }

@@ -125,14 +125,14 @@ TEST(ConditionText, TakesWhatFits)
 {
     char text[zr::kMaxConditionLength + 1] = {};
     zr::ConditionText out = {text, 0};
-    EXPECT_EQ(ZRS_LOADER_CopyTokenIntoOutCondition(&out, "abc", 2), 0u);
+    EXPECT_EQ(ZRS_LOADER_CopyTokenIntoOutCondition(&out, "abc", 2), ZR_OK);
     EXPECT_STREQ(text, "ab");
     out.length = zr::kMaxConditionLength - 2;
-    EXPECT_EQ(ZRS_LOADER_CopyTokenIntoOutCondition(&out, "abc", 3), 22u);
+    EXPECT_EQ(ZRS_LOADER_CopyTokenIntoOutCondition(&out, "abc", 3), ZR_ERR_INVALID);
     EXPECT_EQ(out.length, zr::kMaxConditionLength - 2);
-    EXPECT_EQ(ZRS_LOADER_CopyTokenIntoOutCondition(&out, "abc", 2), 0u);
-    EXPECT_EQ(ZRS_LOADER_CopyTokenIntoOutCondition(&out, "", 0), 0u);
-    EXPECT_EQ(ZRS_LOADER_CopyTokenIntoOutCondition(&out, "a", 1), 22u);
+    EXPECT_EQ(ZRS_LOADER_CopyTokenIntoOutCondition(&out, "abc", 2), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_CopyTokenIntoOutCondition(&out, "", 0), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_CopyTokenIntoOutCondition(&out, "a", 1), ZR_ERR_INVALID);
 }
 
 TEST(ConditionText, TakesTheModuleNameOfAPrefix)
@@ -140,9 +140,9 @@ TEST(ConditionText, TakesTheModuleNameOfAPrefix)
     ModuleUnderTest module;
     char text[zr::kMaxConditionLength + 1] = {};
     zr::ConditionText out = {text, 0};
-    EXPECT_EQ(ZRS_LOADER_AddModuleNameIntoCondition(module, &out, "x:a", 1), 0u);
+    EXPECT_EQ(ZRS_LOADER_AddModuleNameIntoCondition(module, &out, "x:a", 1), ZR_OK);
     EXPECT_STREQ(text, "x-mod");
-    EXPECT_EQ(ZRS_LOADER_AddModuleNameIntoCondition(module, &out, "q:a", 1), 22u);
+    EXPECT_EQ(ZRS_LOADER_AddModuleNameIntoCondition(module, &out, "q:a", 1), ZR_ERR_INVALID);
     EXPECT_STREQ(text, "x-mod");
 }
 

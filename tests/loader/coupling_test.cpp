@@ -26,7 +26,7 @@ std::string LoadInOrder(const ModuleSet &set, const std::vector<std::string> &or
 {
     TestContext ctx(kFlags);
     for (const std::string &name : order)
-        EXPECT_EQ(ctx.Load(set.texts.at(name)), 0u) << name;
+        EXPECT_EQ(ctx.Load(set.texts.at(name)), ZR_OK) << name;
     return DumpContext(ctx);
 }
 
@@ -66,7 +66,7 @@ TEST(CouplingRelations, AreRecordedWhetherOrNotTheTargetIsThere)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Import("n") + Augment("/m:c", Leaf("p")) +
                                     Deviation("/n:c", "add", "<must condition=\"x\"/>")),
-              0u);
+              ZR_OK);
     EXPECT_TRUE(HasRelation(ctx, "m", ZR_RELATION_AUGMENTED_BY, "a"));
     EXPECT_TRUE(HasRelation(ctx, "n", ZR_RELATION_DEVIATED_BY, "a"));
     EXPECT_FALSE(HasRelation(ctx, "m", ZR_RELATION_DEVIATED_BY, "a"));
@@ -76,7 +76,7 @@ TEST(CouplingRelations, StandUnderTheLastNamedModule)
 {
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:p/a:q", Leaf("x"))),
-              0u);
+              ZR_OK);
     EXPECT_TRUE(HasRelation(ctx, "a", ZR_RELATION_AUGMENTED_BY, "b"));
     EXPECT_FALSE(HasRelation(ctx, "m", ZR_RELATION_AUGMENTED_BY, "b"));
 }
@@ -86,51 +86,51 @@ TEST(CouplingRelations, AreNotRecordedWithTheModuleItself)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c") + Augment("/m:c", Leaf("p")) +
                                     Deviation("/m:c", "add", "<must condition=\"x\"/>")),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ZR_CTX_FindModRelationTbl(ctx, "m"), nullptr);
 }
 
 TEST(CoupleAugmentAndGenRelation, TellsOfWhatIsLeftUncoupled)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
-    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), 22u);
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), 0u);
-    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(nullptr, ctx.Module("a")), 22u);
-    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, nullptr), 22u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), ZR_ERR_INVALID);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(nullptr, ctx.Module("a")), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, nullptr), ZR_ERR_INVALID);
 }
 
 TEST(CoupleAugmentAndGenRelation, WithoutMemoryForTheRelationNothingIsCoupled)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     ZrNode *augment = ctx.Module("a")->augments;
-    ASSERT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 0u);
+    ASSERT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), ZR_OK);
     ZR_CTX_DelTwoModRelation(ctx, "m", "a", ZR_RELATION_AUGMENTED_BY);
     {
         AllocGuard guard;
         guard.FailAt(0);
-        EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), 12u);
+        EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), ZR_ERR_NO_MEMORY);
     }
     EXPECT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u);
-    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), 0u);
+    EXPECT_EQ(ZRS_LOADER_CoupleAugmentAndGenRelation(ctx, ctx.Module("a")), ZR_OK);
 }
 
 TEST(CouplingMessages, AreRecordedAlsoWhenAnAugmentOfTheModuleMadeAnInput)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", "<rpc name=\"r\"/>" + Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", "<rpc name=\"r\"/>" + Container("c")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/input", Leaf("p")) +
                                     Deviation("/m:c", "replace", "<type name=\"string\"/>")),
-              0u);
+              ZR_OK);
     EXPECT_THAT(ctx.Messages("a"), ElementsAre("Failed to replace type of node \"c\".",
                                                "Failed to couple deviation statements."));
     ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/output", Leaf("p")) +
                                     Augment("/m:none", Leaf("p")) +
                                     Deviation("/m:c", "replace", "<type name=\"string\"/>")),
-              0u);
+              ZR_OK);
     EXPECT_THAT(ctx.Messages("b"), ElementsAre("Failed to couple augment statements.",
                                                "Failed to replace type of node \"c\"."));
 }
@@ -138,11 +138,11 @@ TEST(CouplingMessages, AreRecordedAlsoWhenAnAugmentOfTheModuleMadeAnInput)
 TEST(CouplingMessages, OfAugmentsAreNotRecordedAgainWhileTheEntryStands)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
     EXPECT_THAT(ctx.Messages("a"), ElementsAre("Failed to couple augment statements."));
-    ASSERT_EQ(ZRS_LOADER_AppendModuleToCtx(ctx, ctx.Module("a"), nullptr), 0u);
+    ASSERT_EQ(ZRS_LOADER_AppendModuleToCtx(ctx, ctx.Module("a"), nullptr), ZR_OK);
     EXPECT_THAT(ctx.Messages("a"), ElementsAre("Failed to couple augment statements."));
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     EXPECT_THAT(ctx.Messages("a"), IsEmpty());
 }
 
@@ -151,7 +151,7 @@ TEST(CouplingMessages, OfAugmentsAreRecordedBesideAnApplicationsEntryOfThatStage
     TestContext ctx;
     ZR_CTX_SetLoadStage(ctx, ZRS_STAGE_AUGMENT);
     ZR_CTX_AddModError(ctx, "a", "The application's.");
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
     EXPECT_THAT(ctx.Messages("a"),
                 ElementsAre("The application's.", "Failed to couple augment statements."));
 }
@@ -159,20 +159,20 @@ TEST(CouplingMessages, OfAugmentsAreRecordedBesideAnApplicationsEntryOfThatStage
 TEST(CoupleDeviationAndGenRelation, TellsTheFirstFailingStatusAndTriesAll)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", "<default value=\"v\"/>") + Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", "<default value=\"v\"/>") + Container("c")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:x", "add", "<default value=\"w\"/>") +
                                     Deviation("/m:c", "add", "<must condition=\"x\"/>")),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ctx.Node("/m:c")->mustCount, 1);
-    EXPECT_EQ(ZRS_LOADER_CoupleDeviationAndGenRelation(ctx, nullptr), 22u);
+    EXPECT_EQ(ZRS_LOADER_CoupleDeviationAndGenRelation(ctx, nullptr), ZR_ERR_INVALID);
     ctx.Module("d")->deviations[0].flags = 0;
-    EXPECT_EQ(ZRS_LOADER_CoupleDeviationAndGenRelation(ctx, ctx.Module("d")), 1u);
+    EXPECT_EQ(ZRS_LOADER_CoupleDeviationAndGenRelation(ctx, ctx.Module("d")), ZR_ERR_FAILED);
 }
 
 TEST(UpdateGlobalTypDefDerivedFrom, ResolvesReferencesToTheModulesOwnTypedefs)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("n", "<typedef name=\"t\"><type name=\"int8\"/></typedef>"), 0u);
+    ASSERT_EQ(ctx.LoadBody("n", "<typedef name=\"t\"><type name=\"int8\"/></typedef>"), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("m", Import("n") +
                                     "<typedef name=\"u\"><type name=\"t\"/></typedef>"
                                     "<typedef name=\"t\"><type name=\"uint8\"/></typedef>" +
@@ -181,7 +181,7 @@ TEST(UpdateGlobalTypDefDerivedFrom, ResolvesReferencesToTheModulesOwnTypedefs)
                                     "</input></rpc><notification name=\"e\">" +
                                     TypedLeaf("k", "u") + "</notification>" +
                                     Augment("/n:none", Container("p", TypedLeaf("q", "u")))),
-              0u);
+              ZR_OK);
     const ZrMod *m = ctx.Module("m");
     EXPECT_EQ(DerivedOf(ctx.Node("/m:x"))->resolved, &m->typedefs[1].realType);
     EXPECT_EQ(DerivedOf(ctx.Node("/m:y"))->resolved, nullptr) << "looked up at each validation";
@@ -196,10 +196,10 @@ TEST(UpdateGlobalTypDefDerivedFrom, ATypedefThatCannotBeResolvedIsRecorded)
     ASSERT_EQ(ctx.LoadBody("m", "<typedef name=\"t\"><type name=\"none\"/></typedef>"
                                 "<typedef name=\"u\"><type name=\"v\"/></typedef>"
                                 "<typedef name=\"v\"><type name=\"int8\"/></typedef>"),
-              0u);
+              ZR_OK);
     EXPECT_THAT(ctx.Messages("m"), ElementsAre("Failed to update typedef statements."));
-    EXPECT_EQ(ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(ctx.Module("m")), 22u);
-    EXPECT_EQ(ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(nullptr), 22u);
+    EXPECT_EQ(ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(ctx.Module("m")), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(nullptr), ZR_ERR_INVALID);
     const auto *body = static_cast<const ZrtConsDerived *>(
         ctx.Module("m")->typedefs[1].realType.constraints[0].body);
     EXPECT_EQ(body->resolved, &ctx.Module("m")->typedefs[2].realType) << "the others are resolved";
@@ -208,7 +208,7 @@ TEST(UpdateGlobalTypDefDerivedFrom, ATypedefThatCannotBeResolvedIsRecorded)
 TEST(UpdateGlobalTypDefDerivedFrom, ALeafThatCannotBeResolvedIsNoFailure)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", TypedLeaf("x", "none")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", TypedLeaf("x", "none")), ZR_OK);
     EXPECT_THAT(ctx.Messages("m"), IsEmpty());
 }
 
@@ -217,25 +217,25 @@ TEST(UpdateGlobalTypDefDerivedFrom, OtherModulesNodesAreLeftAlone)
     TestContext ctx;
     ASSERT_EQ(
         ctx.LoadBody("m", "<typedef name=\"t\"><type name=\"int8\"/></typedef>" + Container("c")),
-        0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", TypedLeaf("p", "m:t"))), 0u);
-    EXPECT_EQ(ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(ctx.Module("m")), 0u);
+        ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", TypedLeaf("p", "m:t"))), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_UpdateGlobalTypDefDerivedFrom(ctx.Module("m")), ZR_OK);
     EXPECT_EQ(DerivedOf(ctx.Node("/m:c/a:p"))->resolved, nullptr);
 }
 
 TEST(CoupleModPendTblAndCurMod, TellsEveryLoadedModuleInOrderAndThenTheFirst)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("n", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("b", Import("n") + Augment("/n:c", Leaf("q"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("n", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("b", Import("n") + Augment("/n:c", Leaf("q"))), ZR_OK);
     ZRS_NODE_UnCoupleAugmentNode(ctx.Module("a")->augments);
     ZRS_NODE_UnCoupleAugmentNode(ctx.Module("b")->augments);
     ZrsPendTbl table;
     zr::InitPendTable(&table);
-    ASSERT_EQ(zr::AppendPending(&table, "none"), 0u);
-    ASSERT_EQ(zr::AppendPending(&table, "m"), 0u);
+    ASSERT_EQ(zr::AppendPending(&table, "none"), ZR_OK);
+    ASSERT_EQ(zr::AppendPending(&table, "m"), ZR_OK);
     ZRS_LOADER_CoupleModPendTblAndCurMod(ctx, &table, "n");
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("p"));
     EXPECT_THAT(ChildNames(ctx.Node("/n:c")), ElementsAre("q"));
@@ -250,8 +250,8 @@ TEST(CoupleModPendTblAndCurMod, HappensAlsoWhenAnImportCannotBeLoaded)
     dir.Write("m.yin", ModuleText("m", Container("c")));
     dir.Write("a.yin", ModuleText("a", Import("m") + Import("gone") + Augment("/m:c", Leaf("p"))));
     TestContext ctx(ZR_CTX_LOAD_IMPORTS);
-    ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
-    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "a"), 2u);
+    ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), ZR_OK);
+    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "a"), ZR_ERR_NOT_FOUND);
     EXPECT_NE(ctx.Node("/m:c/a:p"), nullptr);
     EXPECT_THAT(ctx.Messages("a"), IsEmpty());
 }
@@ -302,7 +302,7 @@ TEST(LoadOrder, IsRestoredForTheNodesOfEveryAugmentThatIsUncoupledAndCoupledAgai
         Random random(seed);
         TestContext ctx(kFlags);
         for (const std::string &name : set.names)
-            ASSERT_EQ(ctx.Load(set.texts.at(name)), 0u);
+            ASSERT_EQ(ctx.Load(set.texts.at(name)), ZR_OK);
         std::vector<ZrNode *> augments = AllAugments(ctx);
         std::map<ZrNode *, std::vector<std::string>> names;
         std::vector<ZrNode *> coupled;
@@ -316,7 +316,7 @@ TEST(LoadOrder, IsRestoredForTheNodesOfEveryAugmentThatIsUncoupledAndCoupledAgai
         for (ZrNode *augment : coupled) {
             uint32_t status = ZRS_NODE_UnCoupleAugmentNode(augment);
             // Without nodes, the target is looked for where it stood: it may be gone from there.
-            ASSERT_TRUE(status == 0u || names[augment].empty()) << seed;
+            ASSERT_TRUE(status == ZR_OK || names[augment].empty()) << seed;
             ASSERT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u) << seed;
         }
         for (ZrNode *augment : augments) {

@@ -23,7 +23,7 @@ TEST(Feature, KeepsItsNameAndIfFeaturesAndStartsDisabled)
                     "<feature name='f'><if-feature name='g'/><if-feature name='x:h'/>"
                     "<description/><status value='nonsense'/></feature>",
                     &feature),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(feature.name, "f");
     EXPECT_EQ(feature.flags, 0);
     ASSERT_EQ(feature.ifFeatureCount, 2);
@@ -39,7 +39,7 @@ TEST(Feature, WithoutANameFails)
 {
     ModuleUnderTest module;
     ZrsFeature feature = {};
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseFeature, "<feature/>", &feature), 22u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseFeature, "<feature/>", &feature), ZR_ERR_INVALID);
     EXPECT_THAT(module.Messages(), ElementsAre("Failed to get value of statement \"feature\"."));
 }
 
@@ -50,7 +50,7 @@ TEST(Feature, IsClearedWhenAnIfFeatureFails)
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseFeature,
                     "<feature name='f'><if-feature name='g'/><if-feature name='q:h'/></feature>",
                     &feature),
-              22u);
+              ZR_ERR_INVALID);
     EXPECT_EQ(feature.name, nullptr);
     EXPECT_EQ(feature.ifFeatures, nullptr);
     EXPECT_EQ(feature.ifFeatureCount, 0);
@@ -71,7 +71,7 @@ TEST(IfFeature, NamesTheModuleOfItsPrefix)
         ZrsIfFeature entry = {};
         EXPECT_EQ(Parse(module, ZRS_LOADER_ParseIfFeature,
                         "<if-feature name='" + std::string(row.argument) + "'/>", &entry),
-                  0u);
+                  ZR_OK);
         EXPECT_STREQ(entry.moduleName, row.moduleName);
         EXPECT_STREQ(entry.featureName, row.featureName);
         ZRS_NODE_ClearIfFeature(module.dict(), &entry);
@@ -105,7 +105,8 @@ TEST(Reference, ThatIsMalformedFails)
               kName65, kName65 + ":a", "x:" + kName65}) {
             ModuleUnderTest module;
             ReferenceRecord record = {};
-            EXPECT_EQ(Parse(module, row.parse, ReferenceXml(row, text), &record), 22u) << text;
+            EXPECT_EQ(Parse(module, row.parse, ReferenceXml(row, text), &record), ZR_ERR_INVALID)
+                << text;
             EXPECT_THAT(module.Messages(), ElementsAre("Failed to parse xpath \"" + text + "\"."));
         }
 }
@@ -115,7 +116,7 @@ TEST(Reference, TakesNamesOf64Characters)
     ModuleUnderTest module;
     ZrsIdentBase base = {};
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseIdentBase, "<base name='x:" + kName64 + "'/>", &base),
-              0u);
+              ZR_OK);
     EXPECT_EQ(base.identityName, kName64);
     ZRS_MDL_ClearIdentBase(module.dict(), &base);
 }
@@ -125,7 +126,7 @@ TEST(Reference, WithAnUnknownPrefixFails)
     for (const Reference &row : kReferences) {
         ModuleUnderTest module;
         ReferenceRecord record = {};
-        EXPECT_EQ(Parse(module, row.parse, ReferenceXml(row, "q:a"), &record), 22u);
+        EXPECT_EQ(Parse(module, row.parse, ReferenceXml(row, "q:a"), &record), ZR_ERR_INVALID);
         EXPECT_THAT(module.Messages(), ElementsAre("Failed to find module by prefix \"q\"."));
     }
 }
@@ -135,7 +136,8 @@ TEST(Reference, WithoutAnArgumentFails)
     for (const Reference &row : kReferences) {
         ModuleUnderTest module;
         ReferenceRecord record = {};
-        EXPECT_EQ(Parse(module, row.parse, "<" + std::string(row.keyword) + "/>", &record), 22u);
+        EXPECT_EQ(Parse(module, row.parse, "<" + std::string(row.keyword) + "/>", &record),
+                  ZR_ERR_INVALID);
         EXPECT_THAT(module.Messages(), ElementsAre("Failed to get value of statement \"" +
                                                    std::string(row.keyword) + "\"."));
     }
@@ -148,7 +150,8 @@ TEST(Reference, FailsWith12WhenItsNamesCannotBeKept)
         zrtest::AllocGuard guard;
         ReferenceRecord record = {};
         guard.FailAt(0);
-        EXPECT_EQ(Parse(module, row.parse, ReferenceXml(row, "new-name"), &record), 12u);
+        EXPECT_EQ(Parse(module, row.parse, ReferenceXml(row, "new-name"), &record),
+                  ZR_ERR_NO_MEMORY);
         guard.FailNone();
         EXPECT_THAT(module.Messages(),
                     ElementsAre("Failed to parse value \"new-name\" of statement \"" +
@@ -166,7 +169,7 @@ TEST(Identity, KeepsItsBasesIfFeaturesAndDescription)
                     "<identity name='i'><base name='x:a'/><if-feature name='f'/><base name='b'/>"
                     "<description><text>d</text></description></identity>",
                     &identity),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(identity.name, "i");
     ASSERT_EQ(identity.baseCount, 2);
     EXPECT_STREQ(identity.bases[0].moduleName, "x-mod");
@@ -183,7 +186,7 @@ TEST(Identity, WithoutANameFails)
 {
     ModuleUnderTest module;
     ZrsIdentity identity = {};
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseIdentity, "<identity/>", &identity), 22u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseIdentity, "<identity/>", &identity), ZR_ERR_INVALID);
     EXPECT_THAT(module.Messages(), ElementsAre("Failed to get value of statement \"identity\"."));
 }
 
@@ -194,7 +197,7 @@ TEST(Identity, IsClearedWhenABaseFails)
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseIdentity,
                     "<identity name='i'><if-feature name='f'/><base name='q:a'/></identity>",
                     &identity),
-              22u);
+              ZR_ERR_INVALID);
     EXPECT_EQ(identity.name, nullptr);
     EXPECT_EQ(identity.bases, nullptr);
     EXPECT_EQ(identity.ifFeatures, nullptr);
@@ -207,7 +210,7 @@ TEST(Identity, TakesOneDescriptionOnly)
     ZrsIdentity identity = {};
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseIdentity,
                     "<identity name='i'><description/><description/></identity>", &identity),
-              1u);
+              ZR_ERR_FAILED);
     EXPECT_THAT(
         module.Messages(),
         ElementsAre("Statement \"description\" under statement \"identity\" has repeated."));
@@ -232,7 +235,7 @@ TEST(Extension, KeepsItsNameItsArgumentAndWhereYinPutsIt)
         EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtension,
                         "<extension name='e'>" + std::string(row.content) + "</extension>",
                         &extension),
-                  0u);
+                  ZR_OK);
         EXPECT_STREQ(extension.name, "e");
         EXPECT_STREQ(extension.argument, row.argument);
         EXPECT_EQ(extension.yinElement, row.yinElement);
@@ -247,18 +250,18 @@ struct BadExtension {
 };
 
 const BadExtension kBadExtensions[] = {
-    {"<extension/>", 22, "Failed to get value of statement \"extension\"."},
-    {"<extension name='e'><argument/></extension>", 22,
+    {"<extension/>", ZR_ERR_INVALID, "Failed to get value of statement \"extension\"."},
+    {"<extension name='e'><argument/></extension>", ZR_ERR_INVALID,
      "Failed to get value of statement \"argument\"."},
-    {"<extension name='e'><argument name='a'/><argument name='b'/></extension>", 1,
+    {"<extension name='e'><argument name='a'/><argument name='b'/></extension>", ZR_ERR_FAILED,
      "Statement \"argument\" under statement \"extension\" has repeated."},
-    {"<extension name='e'><argument name='a'><yin-element/></argument></extension>", 22,
+    {"<extension name='e'><argument name='a'><yin-element/></argument></extension>", ZR_ERR_INVALID,
      "Failed to get value of statement \"yin-element\"."},
-    {"<extension name='e'><argument name='a'><yin-element value='1'/></argument></extension>", 22,
-     "Failed to parse value \"1\" of statement \"yin-element\"."},
+    {"<extension name='e'><argument name='a'><yin-element value='1'/></argument></extension>",
+     ZR_ERR_INVALID, "Failed to parse value \"1\" of statement \"yin-element\"."},
     {"<extension name='e'><argument name='a'><yin-element value='true'/>"
      "<yin-element value='true'/></argument></extension>",
-     1, "Statement \"yin-element\" under statement \"argument\" has repeated."},
+     ZR_ERR_FAILED, "Statement \"yin-element\" under statement \"argument\" has repeated."},
 };
 
 TEST(Extension, IsClearedWhenSomethingIsWrongWithIt)
@@ -300,7 +303,7 @@ TEST(Definitions, LeaveNothingBehindWhenAnyAllocationFails)
         ZRS_MDL_ClearFeature(module.dict(), &feature);
         ZRS_MDL_ClearIdentity(module.dict(), &identity);
         ZRS_MDL_ClearExtension(module.dict(), &extension);
-        EXPECT_EQ(status, wasReached ? 12u : 0u) << n;
+        EXPECT_EQ(status, wasReached ? ZR_ERR_NO_MEMORY : ZR_OK) << n;
         ZR_CTX_DeleteErrNodeByModName(module->ctx->errMng, "t");
         EXPECT_EQ(guard.LiveBlocks(), 0) << n;
         if (!wasReached)

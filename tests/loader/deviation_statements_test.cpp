@@ -32,10 +32,10 @@ const char *const kEverything =
 
 TEST(DeviateType, IsKnownByName)
 {
-    EXPECT_EQ(ZRS_LOADER_GetDeviateType("add"), 1u);
-    EXPECT_EQ(ZRS_LOADER_GetDeviateType("delete"), 2u);
-    EXPECT_EQ(ZRS_LOADER_GetDeviateType("not-supported"), 3u);
-    EXPECT_EQ(ZRS_LOADER_GetDeviateType("replace"), 4u);
+    EXPECT_EQ(ZRS_LOADER_GetDeviateType("add"), ZRS_DEVIATE_ADD);
+    EXPECT_EQ(ZRS_LOADER_GetDeviateType("delete"), ZRS_DEVIATE_DELETE);
+    EXPECT_EQ(ZRS_LOADER_GetDeviateType("not-supported"), ZRS_DEVIATE_NOT_SUPPORTED);
+    EXPECT_EQ(ZRS_LOADER_GetDeviateType("replace"), ZRS_DEVIATE_REPLACE);
     for (const char *name : {"", "Add", "adds", "ad", "unknown"})
         EXPECT_EQ(ZRS_LOADER_GetDeviateType(name), 0u) << name;
     EXPECT_EQ(ZRS_LOADER_GetDeviateType(nullptr), 0u);
@@ -45,8 +45,8 @@ TEST(Deviate, AddTakesAllButAType)
 {
     ModuleUnderTest module(ZR_CTX_KEEP_UNITS);
     Deviate deviate(module);
-    ASSERT_EQ(deviate.Parse("add", kEverything), 0u);
-    EXPECT_EQ(deviate->kind, 1u);
+    ASSERT_EQ(deviate.Parse("add", kEverything), ZR_OK);
+    EXPECT_EQ(deviate->kind, ZRS_DEVIATE_ADD);
     EXPECT_EQ(deviate->flags, 0x4 | 0x8 | 0x10);
     ASSERT_EQ(deviate->defaultCount, 2);
     EXPECT_STREQ(deviate->defaults[0], "d1");
@@ -65,8 +65,8 @@ TEST(Deviate, DeleteTakesNoFlagsAndNoType)
 {
     ModuleUnderTest module(ZR_CTX_KEEP_UNITS);
     Deviate deviate(module);
-    ASSERT_EQ(deviate.Parse("delete", kEverything), 0u);
-    EXPECT_EQ(deviate->kind, 2u);
+    ASSERT_EQ(deviate.Parse("delete", kEverything), ZR_OK);
+    EXPECT_EQ(deviate->kind, ZRS_DEVIATE_DELETE);
     EXPECT_EQ(deviate->flags, 0);
     EXPECT_EQ(deviate->defaultCount, 2);
     EXPECT_EQ(deviate->mustCount, 1);
@@ -79,8 +79,8 @@ TEST(Deviate, NotSupportedTakesNothing)
 {
     ModuleUnderTest module(ZR_CTX_KEEP_UNITS);
     Deviate deviate(module);
-    ASSERT_EQ(deviate.Parse("not-supported", kEverything), 0u);
-    EXPECT_EQ(deviate->kind, 3u);
+    ASSERT_EQ(deviate.Parse("not-supported", kEverything), ZR_OK);
+    EXPECT_EQ(deviate->kind, ZRS_DEVIATE_NOT_SUPPORTED);
     EXPECT_EQ(deviate->flags, 0);
     EXPECT_EQ(deviate->defaultCount + deviate->mustCount + deviate->extInstCount, 0);
     EXPECT_EQ(deviate->units, nullptr);
@@ -91,8 +91,8 @@ TEST(Deviate, ReplaceTakesATypeButNoMustsAndNoExtensionInstances)
 {
     ModuleUnderTest module(ZR_CTX_KEEP_UNITS);
     Deviate deviate(module);
-    ASSERT_EQ(deviate.Parse("replace", kEverything), 0u);
-    EXPECT_EQ(deviate->kind, 4u);
+    ASSERT_EQ(deviate.Parse("replace", kEverything), ZR_OK);
+    EXPECT_EQ(deviate->kind, ZRS_DEVIATE_REPLACE);
     EXPECT_EQ(deviate->flags, 0x4 | 0x8 | 0x10);
     EXPECT_EQ(deviate->defaultCount, 2);
     EXPECT_EQ(deviate->mustCount, 0);
@@ -106,16 +106,16 @@ TEST(Deviate, ReplaceWithoutATypeHasNone)
 {
     ModuleUnderTest module;
     Deviate deviate(module);
-    ASSERT_EQ(deviate.Parse("replace", "<mandatory value='false'/>"), 0u);
+    ASSERT_EQ(deviate.Parse("replace", "<mandatory value='false'/>"), ZR_OK);
     EXPECT_EQ(deviate->type, nullptr);
-    EXPECT_EQ(deviate->flags, 0x20);
+    EXPECT_EQ(deviate->flags, ZRS_FLAG_MANDATORY_FALSE);
 }
 
 TEST(Deviate, UnitsAreNotKeptUnlessTheContextAsksForThem)
 {
     ModuleUnderTest module;
     Deviate deviate(module);
-    ASSERT_EQ(deviate.Parse("add", "<units name='u'/>"), 0u);
+    ASSERT_EQ(deviate.Parse("add", "<units name='u'/>"), ZR_OK);
     EXPECT_EQ(deviate->units, nullptr);
 }
 
@@ -143,17 +143,17 @@ TEST(Deviate, IsClearedWhenAChildFails)
         uint32_t status;
         const char *message;
     } const rows[] = {
-        {"add", "<default value='d'/><config value='yes'/>", 22,
+        {"add", "<default value='d'/><config value='yes'/>", ZR_ERR_INVALID,
          "Failed to parse value \"yes\" of statement \"config\"."},
-        {"add", "<mandatory value='true'/><mandatory value='true'/>", 1,
+        {"add", "<mandatory value='true'/><mandatory value='true'/>", ZR_ERR_FAILED,
          "Statement \"mandatory\" under statement \"deviate\" has repeated."},
-        {"delete", "<must condition='a'/><default/>", 22,
+        {"delete", "<must condition='a'/><default/>", ZR_ERR_INVALID,
          "Failed to get value of statement \"default\"."},
-        {"delete", "<units name='u'/><units name='u'/>", 1,
+        {"delete", "<units name='u'/><units name='u'/>", ZR_ERR_FAILED,
          "Statement \"units\" under statement \"deviate\" has repeated."},
-        {"replace", "<default value='d'/><type/>", 22,
+        {"replace", "<default value='d'/><type/>", ZR_ERR_INVALID,
          "Failed to get value of statement \"typeName\"."},
-        {"replace", "<type name='int8'/><type name='int8'/>", 1,
+        {"replace", "<type name='int8'/><type name='int8'/>", ZR_ERR_FAILED,
          "Statement \"type\" under statement \"deviate\" has repeated."},
     };
     for (const auto &row : rows) {
@@ -179,11 +179,11 @@ TEST(Deviation, KeepsItsTargetInModuleNameForm)
                     "<deviation target-node='/x:a/x:b/t:c'><deviate value='not-supported'/>"
                     "<deviate value='add'/><reference/></deviation>",
                     &deviation),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(deviation.targetPath, "/x-mod:a/b/t:c");
     ASSERT_EQ(deviation.deviateCount, 2);
-    EXPECT_EQ(deviation.deviates[0].kind, 3u);
-    EXPECT_EQ(deviation.deviates[1].kind, 1u);
+    EXPECT_EQ(deviation.deviates[0].kind, ZRS_DEVIATE_NOT_SUPPORTED);
+    EXPECT_EQ(deviation.deviates[1].kind, ZRS_DEVIATE_ADD);
     EXPECT_EQ(deviation.flags, 0);
     EXPECT_THAT(module.Messages(), IsEmpty());
     ZRS_MOD_ClearDeviation(module.ctx, &deviation);
@@ -197,7 +197,7 @@ TEST(Deviation, WithoutAnAbsoluteTargetFails)
         ZrsDeviation deviation = {};
         EXPECT_EQ(Parse(module, ZRS_LOADER_ParseDeviation,
                         "<deviation " + std::string(attribute) + "/>", &deviation),
-                  22u)
+                  ZR_ERR_INVALID)
             << attribute;
         EXPECT_THAT(module.Messages(),
                     ElementsAre("Failed to get value of statement \"deviation\"."));
@@ -210,7 +210,7 @@ TEST(Deviation, OfATargetWithAnUnknownPrefixFails)
     ZrsDeviation deviation = {};
     EXPECT_EQ(
         Parse(module, ZRS_LOADER_ParseDeviation, "<deviation target-node='/q:a'/>", &deviation),
-        22u);
+        ZR_ERR_INVALID);
     EXPECT_THAT(module.Messages(),
                 ElementsAre("Failed to parse \"deviation\" statement \"/q:a\"."));
 }

@@ -79,12 +79,12 @@ TEST(SubStatementRow, IsTheFirstOfItsStatement)
 
 TEST(SubStatementRow, IsUsedUpWhenItIsUniqueAndSeen)
 {
-    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0), 0u);
-    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0x2), 0u);
-    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0x8), 0u);
-    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0x4 | 0x8), 0u);
-    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0x2 | 0x8), 1u);
-    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0x2 | 0x4 | 0x8), 1u);
+    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0x2), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0x8), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0x4 | 0x8), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0x2 | 0x8), ZR_ERR_FAILED);
+    EXPECT_EQ(ZRS_LOADER_CheckUniqueSubStmtRepeat(0x2 | 0x4 | 0x8), ZR_ERR_FAILED);
 }
 
 // ---- marks
@@ -116,7 +116,7 @@ TEST(MarkAndCount, CountsOnlyWhatArrayRowsTake)
     const char *when = nullptr;
     ZrsSubElem rows[] = {zr::ArrayRow(ZRS_STMT_MUST, &musts, &filled, &count),
                          zr::UniqueRow(ZRS_STMT_WHEN, &when)};
-    EXPECT_EQ(ZRS_LOADER_MarkSubNodeAndCountArraySize(module, yin.wrap(), rows, 2), 0u);
+    EXPECT_EQ(ZRS_LOADER_MarkSubNodeAndCountArraySize(module, yin.wrap(), rows, 2), ZR_OK);
     EXPECT_EQ(count, 3);
     EXPECT_EQ(filled, 0);
     std::vector<uint32_t> marks;
@@ -134,7 +134,7 @@ TEST(MarkAndCount, LeavesWhatTheFilterSkipsUnmarked)
     ZrsExtInst *instances = nullptr;
     uint16_t filled = 0, count = 0;
     ZrsSubElem rows[] = {zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &instances, &filled, &count)};
-    EXPECT_EQ(ZRS_LOADER_MarkSubNodeAndCountArraySize(module, yin.wrap(), rows, 1), 0u);
+    EXPECT_EQ(ZRS_LOADER_MarkSubNodeAndCountArraySize(module, yin.wrap(), rows, 1), ZR_OK);
     EXPECT_EQ(count, 2);
     std::vector<uint32_t> marks;
     for (xmlNode *child = yin.first(); child != nullptr; child = child->next)
@@ -149,7 +149,8 @@ TEST(MarkAndCount, RefusesMoreThan65535OfOneKind)
     ZrsMust *musts = nullptr;
     uint16_t filled = UINT16_MAX - 1, count = UINT16_MAX - 1;
     ZrsSubElem rows[] = {zr::ArrayRow(ZRS_STMT_MUST, &musts, &filled, &count)};
-    EXPECT_EQ(ZRS_LOADER_MarkSubNodeAndCountArraySize(module, yin.first(), rows, 1), 22u);
+    EXPECT_EQ(ZRS_LOADER_MarkSubNodeAndCountArraySize(module, yin.first(), rows, 1),
+              ZR_ERR_INVALID);
     EXPECT_EQ(count, UINT16_MAX - 1);
     EXPECT_THAT(module.Messages(),
                 ElementsAre("Failed to parse statement \"must\" under statement \"container\"."));
@@ -165,7 +166,7 @@ TEST(NewArrays, MakesZeroedOnesOfTheCountedLength)
     ZrsSubElem rows[] = {
         zr::ArrayRow(ZRS_STMT_MUST, &musts, &filledMusts, &mustCount),
         zr::ArrayRow(ZRS_STMT_IF_FEATURE, &features, &filledFeatures, &featureCount)};
-    ASSERT_EQ(ZRS_LOADER_NewSubStatementsArray(ZRS_STMT_CONTAINER, rows, 2), 0u);
+    ASSERT_EQ(ZRS_LOADER_NewSubStatementsArray(ZRS_STMT_CONTAINER, rows, 2), ZR_OK);
     ASSERT_NE(musts, nullptr);
     EXPECT_EQ(musts[1].condition, nullptr);
     EXPECT_EQ(features, nullptr);
@@ -182,7 +183,7 @@ TEST(NewArrays, ForgetsTheCountsOfArraysThatCouldNotBeMade)
         zr::ArrayRow(ZRS_STMT_MUST, &musts, &filledMusts, &mustCount),
         zr::ArrayRow(ZRS_STMT_IF_FEATURE, &features, &filledFeatures, &featureCount)};
     guard.FailAt(1);
-    EXPECT_EQ(ZRS_LOADER_NewSubStatementsArray(ZRS_STMT_CONTAINER, rows, 2), 12u);
+    EXPECT_EQ(ZRS_LOADER_NewSubStatementsArray(ZRS_STMT_CONTAINER, rows, 2), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(mustCount, 2);
     EXPECT_EQ(featureCount, 0);
     EXPECT_EQ(features, nullptr);
@@ -203,7 +204,7 @@ TEST(NewArrays, PutsExtensionInstancesOfANodeIntoTheNode)
         uint16_t filled = 0, count = 3;
         ZrsSubElem rows[] = {{ZRS_STMT_EXTENSION_INSTANCE, &node, &filled, &count,
                               sizeof(ZrsExtInst), ZRS_ROW_ARRAY}};
-        ASSERT_EQ(ZRS_LOADER_NewSubStatementsArray(statement, rows, 1), 0u);
+        ASSERT_EQ(ZRS_LOADER_NewSubStatementsArray(statement, rows, 1), ZR_OK);
         EXPECT_NE(node.extInsts, nullptr) << ZRS_LOADER_GetKeywordByStmt(statement);
         EXPECT_EQ(node.extInstCount, 0);
         EXPECT_EQ(ZRS_LOADER_GetSubParseDest(&rows[0], statement), &node);
@@ -221,7 +222,7 @@ TEST(NewArrays, PutsExtensionInstancesOfAnythingElseIntoTheRowsArray)
         uint16_t filled = 0, count = 2;
         ZrsSubElem rows[] = {
             zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &instances, &filled, &count)};
-        ASSERT_EQ(ZRS_LOADER_NewSubStatementsArray(statement, rows, 1), 0u);
+        ASSERT_EQ(ZRS_LOADER_NewSubStatementsArray(statement, rows, 1), ZR_OK);
         ASSERT_NE(instances, nullptr) << ZRS_LOADER_GetKeywordByStmt(statement);
         EXPECT_EQ(ZRS_LOADER_GetSubParseDest(&rows[0], statement), &instances[0]);
         EXPECT_EQ(ZRS_LOADER_GetSubParseDest(&rows[0], statement), &instances[1]);
@@ -249,7 +250,8 @@ TEST(SubStatements, FillTheSlotsOfAnArrayInDocumentOrder)
     uint32_t flags = 0;
     ZrsSubElem rows[] = {zr::ArrayRow(ZRS_STMT_IF_FEATURE, &features, &filled, &count),
                          zr::UniqueRow(ZRS_STMT_CONFIG, &flags)};
-    ASSERT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 2), 0u);
+    ASSERT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 2),
+              ZR_OK);
     ASSERT_EQ(count, 2);
     EXPECT_EQ(filled, 2);
     EXPECT_STREQ(features[0].moduleName, "t");
@@ -268,7 +270,8 @@ TEST(SubStatements, ThatNoRowNamesAreSkippedWithoutAMessage)
             "<x:config value='yes'/><config value='false'/>text<!-- c --><?pi p?>");
     uint32_t flags = 0;
     ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_CONFIG, &flags)};
-    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 1), 0u);
+    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 1),
+              ZR_OK);
     EXPECT_EQ(flags, uint32_t{ZRS_FLAG_CONFIG_FALSE | ZRS_FLAG_CONFIG_GIVEN});
     EXPECT_THAT(module.Messages(), IsEmpty());
 }
@@ -279,7 +282,8 @@ TEST(SubStatements, WithoutAParserAreSkippedEvenWhenARowNamesThem)
     Yin yin("<uses name='g'/><grouping name='g'/><uses name='g'/>");
     ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_USES, nullptr),
                          zr::UniqueRow(ZRS_STMT_GROUPING, nullptr)};
-    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 2), 0u);
+    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 2),
+              ZR_OK);
     EXPECT_THAT(module.Messages(), IsEmpty());
 }
 
@@ -290,7 +294,7 @@ TEST(SubStatements, ThatAreNotMarkedAreSkipped)
     uint32_t flags = 0;
     ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_CONFIG, &flags)};
     EXPECT_EQ(ZRS_LOADER_ParseSubStatementsInner(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 1),
-              0u);
+              ZR_OK);
     EXPECT_EQ(flags, 0u);
 }
 
@@ -300,7 +304,8 @@ TEST(SubStatements, RefuseASecondOneOfAUniqueKind)
     Yin yin("<config value='true'/><config value='true'/>");
     uint32_t flags = 0;
     ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_CONFIG, &flags)};
-    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 1), 1u);
+    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 1),
+              ZR_ERR_FAILED);
     EXPECT_THAT(module.Messages(),
                 ElementsAre("Statement \"config\" under statement \"container\" has repeated."));
 }
@@ -326,7 +331,8 @@ TEST(SubStatements, NameTheFailedStatementWhenNothingIsRecordedYet)
     const char *value = nullptr;
     ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_DEFAULT, &value)};
     guard.FailAt(0);
-    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_LEAF, rows, 1), 12u);
+    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_LEAF, rows, 1),
+              ZR_ERR_NO_MEMORY);
     guard.FailNone();
     EXPECT_THAT(module.Messages(),
                 ElementsAre("Failed to parse statement \"default\" under statement \"leaf\"."));
@@ -338,7 +344,8 @@ TEST(SubStatements, AddNothingWhenTheChildHasSaidWhy)
     Yin yin("<config value='yes'/>");
     uint32_t flags = 0;
     ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_CONFIG, &flags)};
-    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 1), 22u);
+    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 1),
+              ZR_ERR_INVALID);
     EXPECT_THAT(module.Messages(),
                 ElementsAre("Failed to parse value \"yes\" of statement \"config\"."));
 }
@@ -350,7 +357,8 @@ TEST(SubStatements, StopAtTheFirstFailure)
     uint32_t flags = 0;
     ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_CONFIG, &flags),
                          zr::UniqueRow(ZRS_STMT_MANDATORY, &flags)};
-    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_LEAF, rows, 2), 22u);
+    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_LEAF, rows, 2),
+              ZR_ERR_INVALID);
     EXPECT_EQ(flags, 0u);
 }
 
@@ -363,7 +371,8 @@ TEST(SubStatements, FailWith12WhenAnArrayCannotBeMade)
     uint16_t filled = 0, count = 0;
     ZrsSubElem rows[] = {zr::ArrayRow(ZRS_STMT_MUST, &musts, &filled, &count)};
     guard.FailAt(0);
-    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 1), 12u);
+    EXPECT_EQ(ZRS_LOADER_ParseSubStatements(module, yin.wrap(), ZRS_STMT_CONTAINER, rows, 1),
+              ZR_ERR_NO_MEMORY);
     EXPECT_EQ(count, 0);
     EXPECT_EQ(musts, nullptr);
 }
@@ -373,7 +382,7 @@ TEST(Arguments, AreReadFromTheFirstAttributeWhateverItsName)
     ModuleUnderTest module;
     uint32_t flags = 0;
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseConfig, "<config anything='true' value='no'/>", &flags),
-              0u);
+              ZR_OK);
     EXPECT_EQ(flags, uint32_t{ZRS_FLAG_CONFIG_TRUE | ZRS_FLAG_CONFIG_GIVEN});
 }
 

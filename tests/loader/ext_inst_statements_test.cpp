@@ -45,7 +45,7 @@ TEST(ExtensionInstance, KeepsModuleNameExtensionNameAndArgument)
     ModuleUnderTest module;
     ZrsExtInst instance = {};
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<x:ext any='arg' other='no'/>", &instance),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(instance.moduleName, "x-mod");
     EXPECT_STREQ(instance.extensionName, "ext");
     EXPECT_STREQ(instance.argument, "arg");
@@ -58,7 +58,7 @@ TEST(ExtensionInstance, MayHaveNoArgumentAndBeOfTheModuleItself)
 {
     ModuleUnderTest module;
     ZrsExtInst instance = {};
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<t:ext xmlns:t='urn:t'/>", &instance), 0u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<t:ext xmlns:t='urn:t'/>", &instance), ZR_OK);
     EXPECT_STREQ(instance.moduleName, "t");
     EXPECT_EQ(instance.argument, nullptr);
     ZRS_EXT_ClearExtInst(module.dict(), &instance);
@@ -71,7 +71,7 @@ TEST(ExtensionInstance, KeepsTheInstancesInsideIt)
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst,
                     "<x:a><leaf name='l'/>text<x:b n='1'><acm:c/></x:b><x:b n='2'/></x:a>",
                     &instance),
-              0u);
+              ZR_OK);
     ASSERT_EQ(instance.childCount, 2);
     EXPECT_STREQ(instance.children[0].argument, "1");
     EXPECT_STREQ(instance.children[1].argument, "2");
@@ -84,7 +84,7 @@ TEST(ExtensionInstance, OfAnUnknownPrefixFails)
 {
     ModuleUnderTest module;
     ZrsExtInst instance = {};
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<q:ext/>", &instance), 22u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<q:ext/>", &instance), ZR_ERR_INVALID);
     EXPECT_EQ(instance.extensionName, nullptr);
     EXPECT_THAT(module.Messages(), ElementsAre("Failed to find module by prefix \"q\"."));
 }
@@ -93,7 +93,8 @@ TEST(ExtensionInstance, OfANamespaceWithoutAPrefixFails)
 {
     ModuleUnderTest module;
     ZrsExtInst instance = {};
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<ext xmlns='urn:x'/>", &instance), 22u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<ext xmlns='urn:x'/>", &instance),
+              ZR_ERR_INVALID);
     EXPECT_THAT(module.Messages(), ElementsAre("Failed to find module by prefix \"\"."));
 }
 
@@ -102,7 +103,7 @@ TEST(ExtensionInstance, IsClearedWhenOneInsideItFails)
     ModuleUnderTest module;
     ZrsExtInst instance = {};
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<x:a n='1'><x:b/><q:c/></x:a>", &instance),
-              22u);
+              ZR_ERR_INVALID);
     EXPECT_EQ(instance.extensionName, nullptr);
     EXPECT_EQ(instance.children, nullptr);
     EXPECT_THAT(module.Messages(), ElementsAre("Failed to find module by prefix \"q\".",
@@ -115,7 +116,7 @@ TEST(ExtensionInstanceOfANode, IsCountedByTheNode)
 {
     ModuleUnderTest module;
     Container container(module);
-    ASSERT_EQ(ParseUnderNode(module, container, "<x:a/><x:b n='1'><x:c/></x:b><x:a/>"), 0u);
+    ASSERT_EQ(ParseUnderNode(module, container, "<x:a/><x:b n='1'><x:c/></x:b><x:a/>"), ZR_OK);
     ASSERT_EQ(container->extInstCount, 3);
     EXPECT_STREQ(container->extInsts[0].extensionName, "a");
     EXPECT_STREQ(container->extInsts[1].extensionName, "b");
@@ -127,7 +128,8 @@ TEST(ExtensionInstanceOfANode, MakesRoomForItselfWhenNobodyElseDid)
 {
     ModuleUnderTest module;
     Container container(module);
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<x:a/>", container.node, ZRS_STMT_LEAF), 0u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<x:a/>", container.node, ZRS_STMT_LEAF),
+              ZR_OK);
     EXPECT_EQ(container->extInstCount, 1);
 }
 
@@ -137,7 +139,8 @@ TEST(ExtensionInstanceOfANode, IsNotKeptWithoutMemoryForThatRoom)
     Container container(module);
     zrtest::AllocGuard guard;
     guard.FailAt(0);
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<x:a/>", container.node, ZRS_STMT_LEAF), 12u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseExtInst, "<x:a/>", container.node, ZRS_STMT_LEAF),
+              ZR_ERR_NO_MEMORY);
     EXPECT_EQ(container->extInsts, nullptr);
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
@@ -158,7 +161,7 @@ TEST(ExtensionInstanceOfANode, SetsTheNacmFlagsOfTheNode)
     for (const auto &row : rows) {
         ModuleUnderTest module;
         Container container(module);
-        EXPECT_EQ(ParseUnderNode(module, container, row.xml), 0u);
+        EXPECT_EQ(ParseUnderNode(module, container, row.xml), ZR_OK);
         EXPECT_EQ(container->flags, row.flags) << row.xml;
     }
 }
@@ -167,7 +170,8 @@ TEST(ExtensionInstanceOfANode, ThatFailsTakesAllOfTheNodesInstancesWithIt)
 {
     ModuleUnderTest module;
     Container container(module);
-    EXPECT_EQ(ParseUnderNode(module, container, "<x:a><x:b/></x:a><x:c><q:d/></x:c><x:e/>"), 22u);
+    EXPECT_EQ(ParseUnderNode(module, container, "<x:a><x:b/></x:a><x:c><q:d/></x:c><x:e/>"),
+              ZR_ERR_INVALID);
     EXPECT_EQ(container->extInstCount, 0);
     EXPECT_EQ(container->extInsts, nullptr);
     EXPECT_THAT(module.Messages(), ElementsAre("Failed to find module by prefix \"q\".",
@@ -185,7 +189,7 @@ TEST(ExtensionInstanceFilter, IsAskedWithModuleNameAndExtensionName)
     Container container(module);
     EXPECT_EQ(ParseUnderNode(module, container,
                              "<x:keep><x:skip/><acm:keep/></x:keep><acm:skip/><x:keep/>"),
-              0u);
+              ZR_OK);
     EXPECT_THAT(asked, ElementsAre("x-mod:keep", "ietf-netconf-acm:skip", "x-mod:keep",
                                    "x-mod:skip", "ietf-netconf-acm:keep"));
     ASSERT_EQ(container->extInstCount, 2);
@@ -218,7 +222,7 @@ TEST(ExtensionInstanceFilter, AlsoHoldsForTheModulesOwnInstances)
     g_asked = &asked;
     zrtest::TestContext ctx;
     ZR_CTX_SetExtInstFilterCbFunc(ctx, Filter);
-    ASSERT_EQ(ctx.LoadBody("m", "<m:skip/><m:keep/><m:skip/>"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", "<m:skip/><m:keep/><m:skip/>"), ZR_OK);
     ASSERT_EQ(ctx.Module("m")->extInstCount, 1);
     EXPECT_STREQ(ctx.Module("m")->extInsts[0].extensionName, "keep");
     EXPECT_THAT(asked, ElementsAre("m:skip", "m:keep", "m:skip"));
@@ -241,7 +245,7 @@ TEST(ExtensionInstance, LeavesNothingBehindWhenAnyAllocationFails)
             guard.FailNone();
             EXPECT_EQ(container->extInstCount, wasReached ? 0 : 2);
         }
-        EXPECT_EQ(status, wasReached ? 12u : 0u) << n;
+        EXPECT_EQ(status, wasReached ? ZR_ERR_NO_MEMORY : ZR_OK) << n;
         ZR_CTX_DeleteErrNodeByModName(module->ctx->errMng, "t");
         EXPECT_EQ(guard.LiveBlocks(), 0) << n;
         if (!wasReached)

@@ -36,16 +36,16 @@ TEST(HeadBit, IsOneForEachHeaderStatement)
 TEST(ModuleHeader, IsReadIntoTheModule)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.Load(Module(std::string(kPrefix) + kVersion + "<leaf xmlns=''/>" + kNs)), 0u);
+    ASSERT_EQ(ctx.Load(Module(std::string(kPrefix) + kVersion + "<leaf xmlns=''/>" + kNs)), ZR_OK);
     EXPECT_STREQ(ctx.Module("m")->ns, "urn:m");
     EXPECT_STREQ(ctx.Module("m")->prefix, "m");
-    EXPECT_EQ(ctx.Module("m")->yangVersion, 1u);
+    EXPECT_EQ(ctx.Module("m")->yangVersion, ZRS_YANG_VERSION_1_1);
 }
 
 TEST(ModuleHeader, MayBeEmpty)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.Load(Module("<leaf name='l'><type name='string'/></leaf>")), 0u);
+    ASSERT_EQ(ctx.Load(Module("<leaf name='l'><type name='string'/></leaf>")), ZR_OK);
     EXPECT_EQ(ctx.Module("m")->ns, nullptr);
     EXPECT_EQ(ctx.Module("m")->prefix, nullptr);
     EXPECT_THAT(ctx.Messages(), IsEmpty());
@@ -58,7 +58,7 @@ TEST(ModuleHeader, RefusesARepeatedStatement)
     } const rows[] = {{"namespace", kNs}, {"prefix", kPrefix}, {"yang-version", kVersion}};
     for (const auto &row : rows) {
         TestContext ctx;
-        EXPECT_EQ(ctx.Load(Module(std::string(row.element) + row.element)), 1u);
+        EXPECT_EQ(ctx.Load(Module(std::string(row.element) + row.element)), ZR_ERR_FAILED);
         EXPECT_THAT(ctx.Messages(), ElementsAre("Statement \"" + std::string(row.keyword) +
                                                 "\" under statement \"module\" has repeated."));
     }
@@ -68,13 +68,13 @@ TEST(ModuleHeader, OfTwoNamespacesHasStatusOne)
 {
     zrtest::ModuleUnderTest module;
     zrtest::Yin yin(std::string(kNs) + kNs);
-    EXPECT_EQ(ZRS_LOADER_ParseModuleHeadStmts(module, yin.wrap()), 1u);
+    EXPECT_EQ(ZRS_LOADER_ParseModuleHeadStmts(module, yin.wrap()), ZR_ERR_FAILED);
 }
 
 TEST(ModuleHeader, IsNotReadBeyondTheThirdStatement)
 {
     TestContext ctx;
-    EXPECT_EQ(ctx.Load(Module(std::string(kNs) + kPrefix + kVersion + kNs + "<prefix/>")), 0u);
+    EXPECT_EQ(ctx.Load(Module(std::string(kNs) + kPrefix + kVersion + kNs + "<prefix/>")), ZR_OK);
     EXPECT_THAT(ctx.Messages(), IsEmpty());
 }
 
@@ -91,7 +91,7 @@ TEST(ModuleHeader, RecordsWhichStatementFailed)
     };
     for (const auto &row : rows) {
         TestContext ctx;
-        EXPECT_EQ(ctx.Load(Module(row.element)), 1u);
+        EXPECT_EQ(ctx.Load(Module(row.element)), ZR_ERR_FAILED);
         EXPECT_THAT(ctx.Messages(), ElementsAre(row.message, "Failed to parse statement \"" +
                                                                  std::string(row.keyword) + "\"."));
     }
@@ -109,7 +109,7 @@ TEST(ModuleHeader, IgnoresStatementsOutsideTheYinNamespace)
     TestContext ctx;
     ASSERT_EQ(ctx.Load(Module("<namespace xmlns='' uri='urn:no'/><m:prefix value='no'/>" +
                               std::string(kNs) + kPrefix)),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(ctx.Module("m")->ns, "urn:m");
     EXPECT_STREQ(ctx.Module("m")->prefix, "m");
 }
@@ -138,7 +138,7 @@ TEST(ModuleBody, KeepsEveryKindOfStatement)
         <m:x1/> <m:x2/>
         <organization><text>o</text></organization>
         <contact/> <reference/> <grouping name='g'><foo/></grouping> <uses name='g'/> <foo/>)"),
-              0u);
+              ZR_OK);
     const ZrMod *m = ctx.Module("m");
     EXPECT_STREQ(m->revision, "2022-01-01");
     EXPECT_STREQ(m->description, "d");
@@ -170,7 +170,7 @@ TEST(ModuleBody, KeepsNoDescriptionUnlessTheContextAsksForIt)
         <description><text>d</text></description>
         <identity name='i'><description><text>d</text></description></identity>
         <leaf name='l'><type name='string'/><description><text>d</text></description></leaf>)"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ctx.Module("m")->description, nullptr);
     EXPECT_EQ(ctx.Module("m")->identities[0].description, nullptr);
     EXPECT_EQ(ctx.Module("m")->dataNodes->description, nullptr);
@@ -181,7 +181,7 @@ TEST(ModuleBody, TakesOneDescriptionAndOneOrganization)
     for (const std::string keyword : {"description", "organization"}) {
         TestContext ctx;
         std::string element = "<" + keyword + "><text>a</text></" + keyword + ">";
-        EXPECT_EQ(ctx.LoadBody("m", element + element), 1u);
+        EXPECT_EQ(ctx.LoadBody("m", element + element), ZR_ERR_FAILED);
         EXPECT_THAT(ctx.Messages(), ElementsAre("Statement \"" + keyword +
                                                 "\" under statement \"module\" has repeated."));
     }
@@ -191,7 +191,7 @@ TEST(ModuleBody, TakesOneDescriptionAndOneOrganization)
 struct Growing {
     Growing()
     {
-        EXPECT_EQ(ZRS_MOD_AppendOneFeature(module, "old"), 0u);
+        EXPECT_EQ(ZRS_MOD_AppendOneFeature(module, "old"), ZR_OK);
         rows[0] = zr::ArrayRow(ZRS_STMT_FEATURE, &module->features, &filled, &module->featureCount);
         rows[1] = zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &module->extInsts, &filledInstances,
                                &module->extInstCount);
@@ -210,7 +210,7 @@ TEST(BodyArrays, GrowBehindWhatIsThere)
 {
     Growing growing;
     zrtest::Yin yin("<feature name='a'/><x:e/><feature name='b'/>");
-    ASSERT_EQ(growing.Count(yin.wrap()), 0u);
+    ASSERT_EQ(growing.Count(yin.wrap()), ZR_OK);
     ASSERT_EQ(growing.module->featureCount, 3);
     EXPECT_STREQ(growing.module->features[0].name, "old");
     EXPECT_EQ(growing.module->features[1].name, nullptr);
@@ -225,7 +225,7 @@ TEST(BodyArrays, StayAsTheyAreWhenMemoryRunsOut)
     zrtest::AllocGuard guard;
     zrtest::Yin yin("<feature name='a'/><x:e/>");
     guard.FailAt(0);
-    EXPECT_EQ(growing.Count(yin.wrap()), 12u);
+    EXPECT_EQ(growing.Count(yin.wrap()), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(growing.module->featureCount, 1);
     EXPECT_STREQ(growing.module->features[0].name, "old");
     EXPECT_EQ(growing.module->extInstCount, 0);
@@ -237,9 +237,9 @@ TEST(BodyArrays, RefuseMoreThan65535Items)
     std::string all, more;
     for (int i = 0; i < 65535; ++i)
         all += "<feature name='a'/>";
-    EXPECT_EQ(ctx.LoadBody("m", all), 0u);
+    EXPECT_EQ(ctx.LoadBody("m", all), ZR_OK);
     EXPECT_EQ(ctx.Module("m")->featureCount, 65535);
-    EXPECT_EQ(ctx.LoadBody("n", all + "<feature name='a'/>"), 1u);
+    EXPECT_EQ(ctx.LoadBody("n", all + "<feature name='a'/>"), ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages("n"),
                 ElementsAre("Failed to parse statement \"feature\" under statement \"module\"."));
 }
@@ -250,7 +250,7 @@ TEST(NodeArrays, RefuseMoreThan65535Items)
     std::string all;
     for (int i = 0; i < 65536; ++i)
         all += "<m:x/>";
-    EXPECT_EQ(ctx.LoadBody("m", "<container name='c'>" + all + "</container>"), 1u);
+    EXPECT_EQ(ctx.LoadBody("m", "<container name='c'>" + all + "</container>"), ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages("m"),
                 ElementsAre("Failed to parse statement \"extension-instance\" under statement "
                             "\"container\".",
@@ -262,7 +262,7 @@ TEST(ModuleBody, NamesTheStatementThatFailsWithoutAWord)
     TestContext ctx;
     EXPECT_EQ(ctx.LoadBody("m", "<leaf name='l'><type name='identityref'><base name='i'/></type>"
                                 "<default value='q:i'/></leaf>"),
-              1u);
+              ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages(),
                 ElementsAre("Failed to parse statement \"leaf\" under statement \"module\"."));
 }

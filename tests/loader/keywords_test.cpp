@@ -205,16 +205,16 @@ TEST(Keyword, IsNotFoundByAPartOfIt)
             continue;
         std::string longer = std::string(row.keyword) + "x";
         std::string shorter = std::string(row.keyword).substr(0, 2);
-        EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword(longer.c_str()), 0u) << longer;
-        EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword(shorter.c_str()), 0u) << shorter;
+        EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword(longer.c_str()), ZRS_STMT_UNKNOWN) << longer;
+        EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword(shorter.c_str()), ZRS_STMT_UNKNOWN) << shorter;
     }
 }
 
 TEST(Keyword, IsSensitiveToCase)
 {
-    EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword("Leaf"), 0u);
-    EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword("lEAF"), 0u);
-    EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword("LEAF"), 0u);
+    EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword("Leaf"), ZRS_STMT_UNKNOWN);
+    EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword("lEAF"), ZRS_STMT_UNKNOWN);
+    EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword("LEAF"), ZRS_STMT_UNKNOWN);
 }
 
 TEST(Keyword, OfNoMapIsUnknown)
@@ -222,26 +222,27 @@ TEST(Keyword, OfNoMapIsUnknown)
     for (const char *name :
          {"", "foo", "hello", "jump", "query", "xpath", "zone", "_leaf", "1leaf", "{", "`",
           "\xc3\xa4nderung", "leaf ", " leaf", "unknown", "extension-instance"})
-        EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword(name), 0u) << name;
-    EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword(nullptr), 0u);
+        EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword(name), ZRS_STMT_UNKNOWN) << name;
+    EXPECT_EQ(ZRS_LOADER_GetStmtByKeyword(nullptr), ZRS_STMT_UNKNOWN);
 }
 
 TEST(StatementMap, ComparesFromTheSecondCharacterOn)
 {
-    const ZrsStmtMap map[] = {{"leaf", 31}, {"list", 34}, {"xeaf", 7}};
-    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 3, "leaf"), 31u);
-    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 3, "zist"), 34u);
-    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 3, "xeaf"), 31u); // the first match
-    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 3, "leaves"), 0u);
-    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 0, "leaf"), 0u);
+    const ZrsStmtMap map[] = {
+        {"leaf", ZRS_STMT_LEAF}, {"list", ZRS_STMT_LIST}, {"xeaf", ZRS_STMT_BELONGS_TO}};
+    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 3, "leaf"), ZRS_STMT_LEAF);
+    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 3, "zist"), ZRS_STMT_LIST);
+    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 3, "xeaf"), ZRS_STMT_LEAF); // the first match
+    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 3, "leaves"), ZRS_STMT_UNKNOWN);
+    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 0, "leaf"), ZRS_STMT_UNKNOWN);
 }
 
 TEST(StatementMap, IsNothingForNoMapOrName)
 {
-    const ZrsStmtMap map[] = {{"leaf", 31}};
-    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(nullptr, 1, "leaf"), 0u);
-    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 1, nullptr), 0u);
-    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 1, ""), 0u);
+    const ZrsStmtMap map[] = {{"leaf", ZRS_STMT_LEAF}};
+    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(nullptr, 1, "leaf"), ZRS_STMT_UNKNOWN);
+    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 1, nullptr), ZRS_STMT_UNKNOWN);
+    EXPECT_EQ(ZRS_LOADER_GetStmtFromStmtMap(map, 1, ""), ZRS_STMT_UNKNOWN);
 }
 
 } // namespace

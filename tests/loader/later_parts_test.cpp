@@ -18,18 +18,18 @@ protected:
     LaterParts()
     {
         for (const TempDir &dir : dirs_)
-            EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
+            EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), ZR_OK);
     }
     void Part(const std::string &body)
     {
         dirs_[count_].Write("m@@" + std::to_string(count_) + ".yin", ModuleText("m", body));
         ++count_;
-        EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), 0u);
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), ZR_OK);
     }
     void Other(const std::string &name, const std::string &body)
     {
         dirs_[0].Write(name + ".yin", ModuleText(name, body));
-        EXPECT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u);
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), ZR_OK);
         others_.push_back(name);
     }
     // The schema that all parts give when "m" is loaded before the others.
@@ -37,10 +37,10 @@ protected:
     {
         TestContext fresh(kKeepAll);
         for (const TempDir &dir : dirs_)
-            EXPECT_EQ(ZR_CTX_SetSearchDir(fresh, dir.path().c_str()), 0u);
-        EXPECT_EQ(ZR_CTX_LoadModule(fresh, "m"), 0u);
+            EXPECT_EQ(ZR_CTX_SetSearchDir(fresh, dir.path().c_str()), ZR_OK);
+        EXPECT_EQ(ZR_CTX_LoadModule(fresh, "m"), ZR_OK);
         for (const std::string &name : others_)
-            EXPECT_EQ(ZR_CTX_LoadModule(fresh, name.c_str()), 0u);
+            EXPECT_EQ(ZR_CTX_LoadModule(fresh, name.c_str()), ZR_OK);
         return DumpContext(fresh);
     }
     void RewriteFirst(const std::string &body)
@@ -175,7 +175,7 @@ TEST_F(LaterParts, DeclareAnInputThatAnAugmentHadMade)
     EXPECT_THAT(ChildNames(ctx.Node("/m:r/input")), ElementsAre("own", "i"));
     EXPECT_EQ(ctx.Node("/m:r/input")->mustCount, 1);
     EXPECT_EQ(DumpContext(ctx), AtOnce());
-    EXPECT_EQ(ZR_CTX_UnloadModule(ctx, "x"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(ctx, "x"), ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input"));
 }
 
@@ -256,7 +256,7 @@ TEST(LaterPart, EveryFailingAllocationLeavesASchemaThatALaterLoadCanFinish)
             ZR_CTX_SetSearchDir(ctx, first.path().c_str());
             ZR_CTX_SetSearchDir(ctx, second.path().c_str());
             for (const char *name : {"t", "m", "x"})
-                ASSERT_EQ(ZR_CTX_LoadModule(ctx, name), 0u);
+                ASSERT_EQ(ZR_CTX_LoadModule(ctx, name), ZR_OK);
             std::string late = second.Write(
                 "m@@1.yin",
                 ModuleText("m", Import("t") + Container("c", Leaf("a") + Leaf("b")) +
@@ -265,11 +265,11 @@ TEST(LaterPart, EveryFailingAllocationLeavesASchemaThatALaterLoadCanFinish)
             uint32_t status = ZR_CTX_LoadModule(ctx, "m");
             complete = guard.Count() <= n;
             guard.FailNone();
-            EXPECT_TRUE(!complete || status == 0u);
+            EXPECT_TRUE(!complete || status == ZR_OK);
             EXPECT_NE(ctx.Node("/m:c/a"), nullptr) << n;
             EXPECT_NE(ctx.Node("/m:c/x:x1"), nullptr) << n;
             EXPECT_NE(ctx.Node("/t:c/m:k/a"), nullptr) << n;
-            EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), 0u);
+            EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), ZR_OK);
             EXPECT_TRUE(ctx.Node("/m:c/b") != nullptr || !ctx.Messages("m").empty()) << n;
             std::filesystem::remove(late);
         }

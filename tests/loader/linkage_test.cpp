@@ -32,7 +32,7 @@ TEST(Import, IsKeptWithItsPrefix)
     ASSERT_EQ(ctx.LoadBody("m", Import("a", "pa") +
                                     "<import module='b'><revision-date date='2000-01-01'/>"
                                     "<prefix value='pb'/><prefix value='no'/></import>"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(Imports(ctx.Module("m")), "a=pa b=pb");
 }
 
@@ -43,7 +43,7 @@ TEST(Import, HasThePrefixOfItsFirstChildOfThatNameWhateverItsNamespace)
                            "<import module='a'><x:other xmlns:x='urn:x' value='no'/>"
                            "<x:prefix xmlns:x='urn:x' value='pa'/><prefix value='no'/></import>"
                            "<import module='b'><prefix xmlns='' value='pb'/></import>"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(Imports(ctx.Module("m")), "a=pa b=pb");
 }
 
@@ -55,12 +55,12 @@ TEST(Import, MayStandAsOftenAsTheRecordCanCount)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", imports + Import("a0", "p0") + Import("a1", "p1") +
                                     "<feature name='f'><if-feature name='p65534:x'/></feature>"),
-              0u);
+              ZR_OK);
     const ZrMod *m = ctx.Module("m");
     EXPECT_EQ(m->importCount, 65535);
     EXPECT_STREQ(m->imports[65534].prefix, "p65534");
     EXPECT_STREQ(m->features[0].ifFeatures[0].moduleName, "a534");
-    EXPECT_EQ(ctx.LoadBody("n", imports + Import("a", "q")), 1u);
+    EXPECT_EQ(ctx.LoadBody("n", imports + Import("a", "q")), ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages("n"), ElementsAre("Failed to parse statement \"import\"."));
 }
 
@@ -73,7 +73,7 @@ TEST(Import, ThatIsRepeatedTakesNoMemory)
         std::string imports = Import("a", "p") + Import("b", "q");
         for (int i = 0; i < 100 * repeated; ++i)
             imports += Import("a", "p");
-        ASSERT_EQ(ctx.LoadBody("m", imports), 0u);
+        ASSERT_EQ(ctx.LoadBody("m", imports), ZR_OK);
         bytes[repeated] = guard.LiveBytes();
     }
     EXPECT_EQ(bytes[0], bytes[1]);
@@ -82,7 +82,7 @@ TEST(Import, ThatIsRepeatedTakesNoMemory)
 TEST(Import, OfTheSameModuleUnderTheSamePrefixIsKeptOnce)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Import("a", "p") + Import("a", "p") + Import("a", "q")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Import("a", "p") + Import("a", "p") + Import("a", "q")), ZR_OK);
     EXPECT_EQ(Imports(ctx.Module("m")), "a=p a=q");
 }
 
@@ -91,7 +91,7 @@ TEST(Import, OfAnotherModuleUnderTheSamePrefixIsKeptButTheFirstOneCounts)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Import("a", "p") + Import("b", "p") +
                                     "<container name='c'><if-feature name='p:f'/></container>"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(Imports(ctx.Module("m")), "a=p b=p");
     EXPECT_STREQ(ctx.Node("/m:c")->ifFeatures[0].moduleName, "a");
 }
@@ -99,7 +99,7 @@ TEST(Import, OfAnotherModuleUnderTheSamePrefixIsKeptButTheFirstOneCounts)
 TEST(Import, OfTheModuleItselfUnderItsOwnPrefixIsNoImport)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Import("m", "m")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Import("m", "m")), ZR_OK);
     EXPECT_EQ(Imports(ctx.Module("m")), "");
 }
 
@@ -127,7 +127,7 @@ TEST(Import, WithoutNameOrPrefixFails)
 {
     for (const BadImport &row : kBadImports) {
         TestContext ctx;
-        EXPECT_EQ(ctx.LoadBody("m", row.xml), 1u);
+        EXPECT_EQ(ctx.LoadBody("m", row.xml), ZR_ERR_FAILED);
         EXPECT_THAT(ctx.Messages(), ElementsAre(row.first, row.second)) << row.xml;
     }
 }
@@ -136,7 +136,8 @@ TEST(Import, HasStatus22WhenItFails)
 {
     for (const BadImport &row : kBadImports) {
         ModuleUnderTest module;
-        EXPECT_EQ(Parse(module, ZRS_LOADER_ParseImport, row.xml, module.get()), 22u) << row.xml;
+        EXPECT_EQ(Parse(module, ZRS_LOADER_ParseImport, row.xml, module.get()), ZR_ERR_INVALID)
+            << row.xml;
     }
 }
 
@@ -144,7 +145,7 @@ TEST(Linkage, StopsAtTheFirstFailure)
 {
     ModuleUnderTest module;
     zrtest::Yin yin(Import("a", "pa") + "<include/>" + Import("b", "pb"));
-    EXPECT_EQ(ZRS_LOADER_ParseLinkageStmts(module, yin.wrap()), 22u);
+    EXPECT_EQ(ZRS_LOADER_ParseLinkageStmts(module, yin.wrap()), ZR_ERR_INVALID);
     EXPECT_EQ(Imports(module), "x-mod=x ietf-netconf-acm=acm a=pa");
     EXPECT_THAT(module.Messages(), ElementsAre("Failed to get value of statement \"include\".",
                                                "Failed to parse statement \"include\"."));
@@ -153,8 +154,8 @@ TEST(Linkage, StopsAtTheFirstFailure)
 TEST(Include, OfASubmoduleThatIsIncludedAlreadyDoesNothing)
 {
     ModuleUnderTest module;
-    ASSERT_EQ(ZRS_MOD_AppendOneInclude(module, "s"), 0u);
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseInclude, "<include module='s'/>", module.get()), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneInclude(module, "s"), ZR_OK);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseInclude, "<include module='s'/>", module.get()), ZR_OK);
     EXPECT_EQ(module->includeCount, 1);
     EXPECT_THAT(module.Messages(), IsEmpty());
 }
@@ -162,7 +163,8 @@ TEST(Include, OfASubmoduleThatIsIncludedAlreadyDoesNothing)
 TEST(Include, OfASubmoduleWithoutAFileFails)
 {
     ModuleUnderTest module;
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseInclude, "<include module='s'/>", module.get()), 2u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseInclude, "<include module='s'/>", module.get()),
+              ZR_ERR_NOT_FOUND);
     EXPECT_THAT(module.Messages(), ElementsAre("Failed to load submodule \"s\"."));
 }
 
@@ -172,7 +174,7 @@ TEST(Include, OfANameThatIsNoFileNameIsNotFound)
         ModuleUnderTest module;
         EXPECT_EQ(Parse(module, ZRS_LOADER_ParseInclude,
                         "<include module='" + std::string(name) + "'/>", module.get()),
-                  2u)
+                  ZR_ERR_NOT_FOUND)
             << name;
     }
 }
@@ -180,7 +182,7 @@ TEST(Include, OfANameThatIsNoFileNameIsNotFound)
 TEST(Linkage, NamesTheStatementThatFailed)
 {
     TestContext ctx;
-    EXPECT_EQ(ctx.LoadBody("m", "<include module='s'/>"), 1u);
+    EXPECT_EQ(ctx.LoadBody("m", "<include module='s'/>"), ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to load submodule \"s\".",
                                             "Failed to parse statement \"include\"."));
 }

@@ -32,9 +32,9 @@ public:
     }
     void Load(TestContext *ctx, const std::vector<std::string> &order) const
     {
-        ASSERT_EQ(ZR_CTX_SetSearchDir(*ctx, dir_.path().c_str()), 0u);
+        ASSERT_EQ(ZR_CTX_SetSearchDir(*ctx, dir_.path().c_str()), ZR_OK);
         for (const std::string &name : order)
-            ASSERT_EQ(ZR_CTX_LoadModule(*ctx, name.c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_LoadModule(*ctx, name.c_str()), ZR_OK);
     }
 
 private:
@@ -109,7 +109,7 @@ TEST(LoadOrder, OfADeviationOfWhatAThirdModuleAddsDoesNotMatter)
                 ForEachOrder(set.names, [&](const std::vector<std::string> &order) {
                     TestContext ctx(kKeepAll);
                     for (const std::string &name : order)
-                        ASSERT_EQ(ctx.Load(set.texts[name]), 0u);
+                        ASSERT_EQ(ctx.Load(set.texts[name]), ZR_OK);
                     std::string dump = DumpContext(ctx);
                     if (first.empty())
                         first = dump;
@@ -131,7 +131,7 @@ TEST(LoadOrder, OfADeviationBelowInheritedFlagsGivesWhatLoadingInDependencyOrder
     ForEachOrder(set.names, [&](const std::vector<std::string> &order) {
         TestContext ctx;
         for (const std::string &name : order)
-            ASSERT_EQ(ctx.Load(set.texts[name]), 0u);
+            ASSERT_EQ(ctx.Load(set.texts[name]), ZR_OK);
         const ZrNode *foo = ctx.Node("/a:top/b:foo");
         EXPECT_EQ(ZR_NODE_IsRwConfig(foo), 1u) << testing::PrintToString(order);
         EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyAll(foo), 1u);
@@ -148,7 +148,7 @@ TEST(LoadOrder, OfThreeModulesDoesNotChangeTheSchemaOrTheMessages)
         ForEachOrder(set.names, [&](const std::vector<std::string> &order) {
             TestContext ctx(kKeepAll);
             for (const std::string &name : order)
-                ASSERT_EQ(ctx.Load(set.texts[name]), 0u);
+                ASSERT_EQ(ctx.Load(set.texts[name]), ZR_OK);
             std::string dump = DumpContext(ctx);
             if (first.empty()) {
                 first = dump;
@@ -172,8 +172,8 @@ TEST(LoadOrder, OfThreeModulesDoesNotMatterWhenOneIsUnloadedAndLoadedAgain)
             if (first.empty())
                 first = DumpContext(ctx);
             for (const std::string &name : order) {
-                ASSERT_EQ(ZR_CTX_UnloadModule(ctx, name.c_str()), 0u) << "seed " << seed;
-                ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), 0u) << "seed " << seed;
+                ASSERT_EQ(ZR_CTX_UnloadModule(ctx, name.c_str()), ZR_OK) << "seed " << seed;
+                ASSERT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), ZR_OK) << "seed " << seed;
                 ASSERT_EQ(DumpContext(ctx), first) << "seed " << seed << " with " << name;
             }
         });

@@ -52,8 +52,8 @@ public:
     {
         module_->name = Text("t");
         module_->prefix = Text("t");
-        EXPECT_EQ(ZRS_MOD_AppendOneImport(module_, "x-mod", "x"), 0u);
-        EXPECT_EQ(ZRS_MOD_AppendOneImport(module_, "ietf-netconf-acm", "acm"), 0u);
+        EXPECT_EQ(ZRS_MOD_AppendOneImport(module_, "x-mod", "x"), ZR_OK);
+        EXPECT_EQ(ZRS_MOD_AppendOneImport(module_, "ietf-netconf-acm", "acm"), ZR_OK);
     }
     ~ModuleUnderTest() { ZRS_MOD_Free(module_); }
     ModuleUnderTest(const ModuleUnderTest &) = delete;

@@ -59,7 +59,7 @@ TEST(Name, IsAnIdentifierOfAnyLength)
         for (const std::string &name :
              {std::string("a"), std::string("_A-9.z"), std::string(64, 'n')}) {
             TestContext ctx;
-            EXPECT_EQ(ctx.LoadBody("m", With(row.xml, name)), 0u) << row.keyword << " " << name;
+            EXPECT_EQ(ctx.LoadBody("m", With(row.xml, name)), ZR_OK) << row.keyword << " " << name;
             EXPECT_THAT(ctx.Messages(), IsEmpty());
         }
 }
@@ -69,7 +69,8 @@ TEST(Name, IsRefusedWhenItIsNoIdentifier)
     for (const Statement &row : kStatements)
         for (const char *name : kNoIdentifiers) {
             TestContext ctx;
-            EXPECT_EQ(ctx.LoadBody("m", With(row.xml, name)), 1u) << row.keyword << " " << name;
+            EXPECT_EQ(ctx.LoadBody("m", With(row.xml, name)), ZR_ERR_FAILED)
+                << row.keyword << " " << name;
             std::vector<std::string> messages = ctx.Messages();
             ASSERT_FALSE(messages.empty());
             EXPECT_EQ(messages[0], "Failed to parse value \"" + Unescaped(name) +
@@ -94,7 +95,7 @@ TEST(Name, HasStatus22WhenItIsNoIdentifier)
     for (const auto &row : rows) {
         ModuleUnderTest module;
         char destination[256] = {};
-        EXPECT_EQ(Parse(module, row.parse, row.xml, destination), 22u) << row.xml;
+        EXPECT_EQ(Parse(module, row.parse, row.xml, destination), ZR_ERR_INVALID) << row.xml;
         EXPECT_EQ(module.Messages().size(), 1u);
     }
 }
@@ -109,7 +110,7 @@ TEST(Name, OfAModuleIsAnIdentifier)
 {
     for (const char *name : kNoIdentifiers) {
         TestContext ctx;
-        EXPECT_EQ(ctx.Load(ModuleCalled(name)), 1u) << name;
+        EXPECT_EQ(ctx.Load(ModuleCalled(name)), ZR_ERR_FAILED) << name;
         EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to parse value \"" + Unescaped(name) +
                                                 "\" of statement \"module\"."));
         EXPECT_EQ(ctx.Module(Unescaped(name).c_str()), nullptr);
@@ -118,7 +119,7 @@ TEST(Name, OfAModuleIsAnIdentifier)
     TestContext ctx;
     dir.Write("a b.yin", ModuleCalled("a b"));
     ZR_CTX_SetSearchDir(ctx, dir.path().c_str());
-    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "a b"), 22u);
+    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "a b"), ZR_ERR_INVALID);
     EXPECT_THAT(ctx.Messages(),
                 ElementsAre("Failed to parse value \"a b\" of statement \"module\".",
                             "Failed to parse module \"a b\" from the yin file."));
@@ -130,7 +131,7 @@ TEST(Name, OfAnInstanceOrReferenceIsNotWhatThisIsAbout)
     EXPECT_EQ(ctx.LoadBody("m", "<leaf name='l'><type name='enumeration'><enum name='1 2'/>"
                                 "</type></leaf><leaf name='k'><type name='string'/>"
                                 "<default value='&lt;x/&gt;'/></leaf>"),
-              0u);
+              ZR_OK);
 }
 
 TEST(LoadModuleByName, FindsNothingOutsideTheSearchDirectoriesOrByAPattern)
@@ -141,7 +142,7 @@ TEST(LoadModuleByName, FindsNothingOutsideTheSearchDirectoriesOrByAPattern)
     dir.Write("public/st1.yin", ModuleCalled("st*"));
     ZR_CTX_SetSearchDir(ctx, (dir.path() + "/public").c_str());
     for (const char *name : {"../private/secret", "st*", "st?", "st[1]"}) {
-        EXPECT_EQ(ZR_CTX_LoadModule(ctx, name), 2u) << name;
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx, name), ZR_ERR_NOT_FOUND) << name;
         EXPECT_THAT(ctx.Messages(name), ElementsAre("Module \"" + std::string(name) +
                                                     "\" not found from search directories."));
     }
@@ -155,7 +156,7 @@ TEST(LoadModuleByName, FollowsNoImportOutOfTheSearchDirectories)
     dir.Write("public/m.yin", zrtest::ModuleText("m", "<import module='../private/secret'>"
                                                       "<prefix value='s'/></import>"));
     ZR_CTX_SetSearchDir(ctx, (dir.path() + "/public").c_str());
-    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), 2u);
+    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), ZR_ERR_NOT_FOUND);
     EXPECT_THAT(ctx.Messages("../private/secret"),
                 ElementsAre("Module \"../private/secret\" not found from search directories."));
 }

@@ -32,7 +32,7 @@ TEST(Container, KeepsAllOfItsStatements)
           <if-feature name='g'/> <must condition='m:c'/>
           <m:ext/>
         </container>)"),
-              0u);
+              ZR_OK);
     const ZrNode *node = ctx.Module("m")->dataNodes;
     EXPECT_STREQ(node->when, "m:a");
     ASSERT_EQ(node->ifFeatureCount, 2);
@@ -54,7 +54,7 @@ TEST(Container, WithTwoConfigsFails)
     TestContext ctx;
     EXPECT_EQ(ctx.LoadBody("m", "<container name='c'><config value='true'/>"
                                 "<config value='true'/></container>"),
-              1u);
+              ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages(),
                 ElementsAre("Statement \"config\" under statement \"container\" has repeated.",
                             "Failed to parse \"container\" statement \"c\"."));
@@ -63,7 +63,8 @@ TEST(Container, WithTwoConfigsFails)
 TEST(Container, WithAWrongConfigFails)
 {
     TestContext ctx;
-    EXPECT_EQ(ctx.LoadBody("m", "<container name='c'><config value='yes'/></container>"), 1u);
+    EXPECT_EQ(ctx.LoadBody("m", "<container name='c'><config value='yes'/></container>"),
+              ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages(),
                 ElementsAre("Failed to parse value \"yes\" of statement \"config\".",
                             "Failed to parse \"container\" statement \"c\"."));
@@ -78,7 +79,7 @@ TEST(Container, GivesItsConfigToWhatStandsInIt)
           <container name='d'><leaf name='l'><type name='string'/></leaf></container>
           <config value='false'/>
         </container>)"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ctx.Node("/m:c/d/l")->flags, uint32_t{ZRS_FLAG_CONFIG_FALSE});
 }
 
@@ -94,7 +95,7 @@ TEST(Container, GivesItsNacmFlagsToWhatStandsInIt)
             <nacm:default-deny-all/>
           </container>
         </module>)"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyAll(ctx.Node("/m:c/d/l")), 1u);
 }
 
@@ -110,7 +111,7 @@ TEST(Leaf, KeepsAllOfItsStatements)
           <when condition='a'/> <must condition='b'/> <if-feature name='f'/> <m:ext/>
           <description><text>d</text></description>
         </leaf>)"),
-              0u);
+              ZR_OK);
     const ZrNode *node = ctx.Node("/m:l");
     const auto *info = static_cast<const ZrsLeafInfo *>(node->info);
     EXPECT_EQ(info->realType.baseType, uint32_t{ZRT_TYPE_INT8});
@@ -127,7 +128,7 @@ TEST(Leaf, KeepsAllOfItsStatements)
 TEST(Leaf, WithoutATypeFails)
 {
     TestContext ctx;
-    EXPECT_EQ(ctx.LoadBody("m", "<container name='c'><leaf name='l'/></container>"), 1u);
+    EXPECT_EQ(ctx.LoadBody("m", "<container name='c'><leaf name='l'/></container>"), ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages(), ElementsAre("leaf \"l\" must define with type statement.",
                                             "Failed to parse \"container\" statement \"c\"."));
 }
@@ -135,7 +136,8 @@ TEST(Leaf, WithoutATypeFails)
 TEST(LeafList, WithoutATypeFails)
 {
     TestContext ctx;
-    EXPECT_EQ(ctx.LoadBody("m", "<leaf-list name='l'><default value='a'/></leaf-list>"), 1u);
+    EXPECT_EQ(ctx.LoadBody("m", "<leaf-list name='l'><default value='a'/></leaf-list>"),
+              ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages(), ElementsAre("leaf-list \"l\" must define with type statement."));
 }
 
@@ -145,7 +147,7 @@ TEST(LeafList, KeepsAllDefaultsInOrder)
     ASSERT_EQ(ctx.LoadBody("m", "<leaf-list name='l'><default value='b'/><type name='string'/>"
                                 "<ordered-by value='user'/><default value='a'/><units name='u'/>"
                                 "<default value='b'/></leaf-list>"),
-              0u);
+              ZR_OK);
     const ZrNode *node = ctx.Node("/m:l");
     const auto *info = static_cast<const ZrsLeafListInfo *>(node->info);
     ASSERT_EQ(info->defaultCount, 3);
@@ -153,7 +155,7 @@ TEST(LeafList, KeepsAllDefaultsInOrder)
     EXPECT_STREQ(info->defaults[1], "a");
     EXPECT_STREQ(info->defaults[2], "b");
     EXPECT_STREQ(info->units, "u");
-    EXPECT_EQ(node->flags, 0x80u);
+    EXPECT_EQ(node->flags, ZRS_FLAG_ORDERED_BY_USER);
 }
 
 TEST(Leaf, HasOneDefaultOnly)
@@ -161,7 +163,7 @@ TEST(Leaf, HasOneDefaultOnly)
     TestContext ctx;
     EXPECT_EQ(ctx.LoadBody("m", "<leaf name='l'><default value='b'/><type name='string'/>"
                                 "<default value='b'/></leaf>"),
-              1u);
+              ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages(),
                 ElementsAre("Statement \"default\" under statement \"leaf\" has repeated.",
                             "Failed to parse \"leaf\" statement \"l\"."));
@@ -179,7 +181,7 @@ TEST(LeafDefault, OfAnIdentityrefIsKeptInModuleNameForm)
           </leaf-list>
           <identity name='i'/>
         </module>)"),
-              0u);
+              ZR_OK);
     const auto *leaf = static_cast<const ZrsLeafInfo *>(ctx.Node("/m:l")->info);
     EXPECT_STREQ(leaf->defaultValue, "m:i");
     const auto *leafList = static_cast<const ZrsLeafListInfo *>(ctx.Node("/m:ll")->info);
@@ -194,7 +196,7 @@ TEST(LeafDefault, OfAnIdentityrefWithAnUnknownPrefixFails)
                                         " name='l'><type name='identityref'><base name='i'/>"
                                         "</type><default value='q:i'/></" +
                                         keyword + ">"),
-                  1u);
+                  ZR_ERR_FAILED);
         EXPECT_THAT(ctx.Messages(),
                     ElementsAre("Failed to parse statement \"" + std::string(keyword) +
                                 "\" under statement \"module\"."));
@@ -213,9 +215,9 @@ TEST(List, MarksItsKeys)
           <leaf name='b'><type name='string'/></leaf>
           <leaf name='c'><type name='string'/></leaf>
         </list>)"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ctx.Node("/m:l")->keyCount, 2);
-    EXPECT_EQ(ctx.Node("/m:l")->flags, 0x80u);
+    EXPECT_EQ(ctx.Node("/m:l")->flags, ZRS_FLAG_ORDERED_BY_USER);
     EXPECT_EQ(ZR_NODE_IsKey(ctx.Node("/m:l/a")), 1u);
     EXPECT_EQ(ZR_NODE_IsKey(ctx.Node("/m:l/b")), 1u);
     EXPECT_EQ(ZR_NODE_IsKey(ctx.Node("/m:l/c")), 0u);
@@ -224,7 +226,7 @@ TEST(List, MarksItsKeys)
 TEST(List, MayHaveNoKey)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", "<list name='l'><config value='false'/></list>"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", "<list name='l'><config value='false'/></list>"), ZR_OK);
     EXPECT_EQ(ctx.Node("/m:l")->keyCount, 0);
 }
 
@@ -236,7 +238,7 @@ TEST(List, WithAKeyThatIsNoLeafOfItFails)
         TestContext ctx;
         EXPECT_EQ(
             ctx.LoadBody("m", "<list name='l'><key value='a'/>" + std::string(content) + "</list>"),
-            1u)
+            ZR_ERR_FAILED)
             << content;
         EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to parse value \"a\" of statement \"key\".",
                                                 "Failed to parse \"list\" statement \"l\"."));
@@ -251,10 +253,10 @@ TEST(Choice, KeepsItsDefaultCase)
     ASSERT_EQ(ctx.LoadBody("m", "<choice name='c'><default value='b'/><mandatory value='true'/>"
                                 "<case name='a'><leaf name='x'><type name='string'/></leaf></case>"
                                 "<case name='b'/><container name='d'/></choice>"),
-              0u);
+              ZR_OK);
     const ZrNode *choice = ctx.Module("m")->dataNodes;
     EXPECT_STREQ(static_cast<const ZrsChoiceInfo *>(choice->info)->defaultCase, "b");
-    EXPECT_EQ(choice->flags, 0x10u);
+    EXPECT_EQ(choice->flags, ZRS_FLAG_MANDATORY_TRUE);
     EXPECT_EQ(choice->firstChild->kind, uint32_t{ZR_NODE_CASE});
     EXPECT_EQ(choice->lastChild->kind, uint32_t{ZR_NODE_CONTAINER});
 }
@@ -264,14 +266,15 @@ TEST(Rpc, HasOneInputAndOneOutput)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", "<rpc name='r'><output><leaf name='o'><type name='string'/></leaf>"
                                 "</output><input><must condition='i'/></input></rpc>"),
-              0u);
+              ZR_OK);
     const ZrNode *rpc = ctx.Module("m")->rpcs;
     EXPECT_STREQ(rpc->firstChild->name, "output");
     EXPECT_STREQ(rpc->lastChild->name, "input");
     EXPECT_EQ(rpc->lastChild->mustCount, 1);
     for (const char *keyword : {"input", "output"}) {
         std::string element = "<" + std::string(keyword) + "/>";
-        EXPECT_EQ(ctx.LoadBody("n", "<rpc name='r'>" + element + element + "</rpc>"), 1u);
+        EXPECT_EQ(ctx.LoadBody("n", "<rpc name='r'>" + element + element + "</rpc>"),
+                  ZR_ERR_FAILED);
         EXPECT_EQ(ctx.Messages("n")[0], "Statement \"" + std::string(keyword) +
                                             "\" under statement \"rpc\" has repeated.");
         ZR_CTX_DeleteErrNodeByModName(ctx.get()->errMng, "n");
@@ -285,7 +288,7 @@ TEST(Augment, PutsItsChildrenUnderItsConditions)
                     "<augment target-node='/x:a'><leaf name='l'><type name='string'/></leaf>"
                     "<when condition='x:b'/><if-feature name='f'/></augment>",
                     module.get(), ZRS_STMT_MODULE),
-              0u);
+              ZR_OK);
     const ZrNode *augment = module->augments;
     EXPECT_STREQ(augment->when, "x-mod:b");
     EXPECT_STREQ(augment->firstChild->when, "../x-mod:b");
@@ -297,7 +300,7 @@ TEST(Augment, WithoutAnAbsoluteTargetFails)
 {
     for (const char *attribute : {"", "target-node=''", "target-node='x:a'"}) {
         TestContext ctx;
-        EXPECT_EQ(ctx.LoadBody("m", "<augment " + std::string(attribute) + "/>"), 1u);
+        EXPECT_EQ(ctx.LoadBody("m", "<augment " + std::string(attribute) + "/>"), ZR_ERR_FAILED);
         EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to get value of statement \"augment\"."));
     }
 }
@@ -305,7 +308,7 @@ TEST(Augment, WithoutAnAbsoluteTargetFails)
 TEST(Augment, OfATargetWithAnUnknownPrefixFails)
 {
     TestContext ctx;
-    EXPECT_EQ(ctx.LoadBody("m", "<augment target-node='/q:a'/>"), 1u);
+    EXPECT_EQ(ctx.LoadBody("m", "<augment target-node='/q:a'/>"), ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to parse \"augment\" statement \"/q:a\"."));
 }
 

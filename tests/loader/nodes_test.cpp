@@ -62,7 +62,7 @@ TEST(NodeParser, MakesANodeOfItsKindUnderTheParent)
     for (const NodeKindRow &row : kKinds) {
         ModuleUnderTest module;
         Parent parent(module);
-        ASSERT_EQ(Parse(module, row.parse, Xml(row), parent.node, ZRS_STMT_CONTAINER), 0u)
+        ASSERT_EQ(Parse(module, row.parse, Xml(row), parent.node, ZRS_STMT_CONTAINER), ZR_OK)
             << row.keyword;
         const ZrNode *node = parent.node->firstChild;
         ASSERT_NE(node, nullptr);
@@ -86,7 +86,7 @@ TEST(NodeParser, PutsATopLevelNodeIntoTheModulesList)
                                  : row.kind == 14 ? module->augments
                                                   : module->dataNodes;
         bool isTopLevel = row.kind != 6 && row.kind != 9 && row.kind != 12 && row.kind != 13;
-        EXPECT_EQ(status, isTopLevel ? 0u : 22u) << row.keyword;
+        EXPECT_EQ(status, isTopLevel ? ZR_OK : ZR_ERR_INVALID) << row.keyword;
         EXPECT_EQ(expected != nullptr, isTopLevel) << row.keyword;
         size_t filled = 0;
         for (const ZrNode *head : heads)
@@ -104,7 +104,7 @@ TEST(NodeParser, WithoutANameFails)
         Parent parent(module);
         EXPECT_EQ(Parse(module, row.parse, "<" + std::string(row.keyword) + "/>", parent.node,
                         ZRS_STMT_CONTAINER),
-                  22u);
+                  ZR_ERR_INVALID);
         EXPECT_EQ(parent.node->firstChild, nullptr);
         EXPECT_THAT(module.Messages(), ElementsAre("Failed to get value of statement \"" +
                                                    std::string(row.keyword) + "\"."));
@@ -121,7 +121,7 @@ TEST(NodeParser, FreesTheNodeWhenAChildFails)
         bool isAugment = row.kind == ZR_NODE_AUGMENT;
         EXPECT_EQ(Parse(module, row.parse, Xml(row, isAugment ? badLeaf : bad), parent.node,
                         ZRS_STMT_CONTAINER),
-                  22u);
+                  ZR_ERR_INVALID);
         EXPECT_EQ(parent.node->firstChild, nullptr);
         EXPECT_THAT(module.Messages(),
                     ElementsAre(isAugment ? "Failed to get value of statement \"leaf\"."
@@ -139,7 +139,7 @@ TEST(NodeParser, FreesRoomForExtensionInstancesThatWereNotReached)
                     "<container name='c'><config value='yes'/><x:a/><must condition='a'/>"
                     "<if-feature name='f'/></container>",
                     parent.node, ZRS_STMT_CONTAINER),
-              22u);
+              ZR_ERR_INVALID);
     EXPECT_EQ(parent.node->firstChild, nullptr);
 }
 
@@ -170,15 +170,15 @@ TEST(NodeParser, PassesOverWhatItsKindDoesNotTake)
                     "<min-elements/><max-elements/><case/><key/><mandatory/><rpc/><augment/><foo/>"
                     "<leaf xmlns=''/></container>",
                     parent.node, ZRS_STMT_CONTAINER),
-              0u);
+              ZR_OK);
     EXPECT_EQ(parent.node->firstChild->firstChild, nullptr);
     ASSERT_EQ(Parse(module, ZRS_LOADER_ParseRpc, "<rpc name='r'><when/><must/><leaf/></rpc>",
                     parent.node, ZRS_STMT_CONTAINER),
-              0u);
+              ZR_OK);
     ASSERT_EQ(Parse(module, ZRS_LOADER_ParseAugment,
                     "<augment target-node='/x:a'><q:ext/><must/><config/></augment>", parent.node,
                     ZRS_STMT_CONTAINER),
-              0u);
+              ZR_OK);
     EXPECT_THAT(module.Messages(), IsEmpty());
 }
 
@@ -191,7 +191,7 @@ TEST(NodeParser, KeepsExtensionInstancesOnTheNode)
         Parent parent(module);
         ASSERT_EQ(Parse(module, row.parse, Xml(row, "<x:a/><x:b/><x:a/>"), parent.node,
                         ZRS_STMT_CONTAINER),
-                  0u);
+                  ZR_OK);
         EXPECT_EQ(parent.node->firstChild->extInstCount, row.kind == ZR_NODE_AUGMENT ? 0 : 3)
             << row.keyword;
     }
@@ -209,7 +209,7 @@ TEST(NodeParser, TakesADocumentAsDeepAsTheXmlParserAllows)
         }
         TestContext ctx;
         uint32_t status = ctx.LoadBody("m", open + close);
-        EXPECT_EQ(status, depth < 2000 ? 0u : 22u) << depth;
+        EXPECT_EQ(status, depth < 2000 ? ZR_OK : ZR_ERR_INVALID) << depth;
     }
 }
 

@@ -41,7 +41,7 @@ public:
     void AddSearchDirs(ZrCtx *ctx) const
     {
         for (const auto &dir : dirs_)
-            ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir->path().c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir->path().c_str()), ZR_OK);
     }
     bool AllWritten() const { return written_ == parts_.size(); }
     void WritePart()
@@ -55,9 +55,9 @@ public:
         TestContext fresh(kKeepAll);
         AddSearchDirs(fresh);
         for (const std::string &module : order)
-            ASSERT_EQ(ZR_CTX_LoadModule(fresh, module.c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_LoadModule(fresh, module.c_str()), ZR_OK);
         for (size_t i = 0; spoilt && i < parts_.size(); ++i) // a part that fails ends a load
-            ASSERT_EQ(ZR_CTX_LoadModule(fresh, name.c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_LoadModule(fresh, name.c_str()), ZR_OK);
         ASSERT_EQ(DumpContext(ctx), DumpContext(fresh)) << where;
         if (!spoilt) { // only two messages of a module are kept
             ASSERT_EQ(DifferentMessages(ctx), DifferentMessages(fresh)) << where;
@@ -109,17 +109,17 @@ TEST(PartsOneByOne, EqualAllPartsAtOnce)
         set.AddSearchDirs(ctx);
         set.WritePart();
         for (const std::string &module : set.order)
-            ASSERT_EQ(ZR_CTX_LoadModule(ctx, module.c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, module.c_str()), ZR_OK);
         while (!set.AllWritten()) {
             set.WritePart();
             if (set.random.Chance(30) && !set.AllWritten())
                 set.WritePart(); // two at a time
-            ASSERT_EQ(ZR_CTX_LoadModule(ctx, set.name.c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, set.name.c_str()), ZR_OK);
             set.ExpectLikeFresh(ctx, "seed " + std::to_string(seed));
             if (HasFatalFailure())
                 return;
         }
-        ASSERT_EQ(ZR_CTX_LoadModule(ctx, set.name.c_str()), 0u);
+        ASSERT_EQ(ZR_CTX_LoadModule(ctx, set.name.c_str()), ZR_OK);
         set.ExpectLikeFresh(ctx, "loaded again, seed " + std::to_string(seed));
     }
 }
@@ -132,26 +132,26 @@ TEST(PartsOneByOne, AlsoWhenModulesAreUnloadedAndLoadedAgainInBetween)
         set.AddSearchDirs(ctx);
         set.WritePart();
         for (const std::string &module : set.order)
-            ASSERT_EQ(ZR_CTX_LoadModule(ctx, module.c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, module.c_str()), ZR_OK);
         while (!set.AllWritten()) {
             std::string other = set.Another();
             bool before = set.random.Chance(50);
-            ASSERT_EQ(ZR_CTX_UnloadModule(ctx, other.c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_UnloadModule(ctx, other.c_str()), ZR_OK);
             if (before) {
-                ASSERT_EQ(ZR_CTX_LoadModule(ctx, other.c_str()), 0u);
+                ASSERT_EQ(ZR_CTX_LoadModule(ctx, other.c_str()), ZR_OK);
             }
             set.WritePart();
-            ASSERT_EQ(ZR_CTX_LoadModule(ctx, set.name.c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, set.name.c_str()), ZR_OK);
             if (!before) {
-                ASSERT_EQ(ZR_CTX_LoadModule(ctx, other.c_str()), 0u);
+                ASSERT_EQ(ZR_CTX_LoadModule(ctx, other.c_str()), ZR_OK);
             }
             set.ExpectLikeFresh(ctx, "seed " + std::to_string(seed));
             if (HasFatalFailure())
                 return;
         }
-        ASSERT_EQ(ZR_CTX_UnloadModule(ctx, set.name.c_str()), 0u);
+        ASSERT_EQ(ZR_CTX_UnloadModule(ctx, set.name.c_str()), ZR_OK);
         for (int i = 0; set.spoilt && i < 4; ++i)
-            ASSERT_EQ(ZR_CTX_LoadModule(ctx, set.name.c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, set.name.c_str()), ZR_OK);
         set.ExpectLikeFresh(ctx, "built again, seed " + std::to_string(seed));
     }
 }
@@ -169,7 +169,7 @@ TEST(PartsOneByOne, AreWorthTheName)
         while (!set.AllWritten())
             set.WritePart();
         for (const std::string &module : set.order)
-            ASSERT_EQ(ZR_CTX_LoadModule(ctx, module.c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_LoadModule(ctx, module.c_str()), ZR_OK);
         const ZrMod *module = ctx.Module(set.name.c_str());
         bool failed = DifferentMessages(ctx).count("Failed to merge schema tree.") != 0;
         spoilt += set.spoilt && failed;

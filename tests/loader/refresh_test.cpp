@@ -29,7 +29,7 @@ TEST(RefreshLeafDefault, GivesAnIdentityItsModuleName)
     } const rows[] = {{"x:a", "x-mod:a"}, {"a", "t:a"}, {"t:a", "t:a"}};
     for (const auto &row : rows) {
         Leaf leaf(module, ZRT_TYPE_IDENTITYREF, row.value);
-        EXPECT_EQ(ZRS_LOADER_RefreshLeafDefaultValue(module, &leaf.node), 0u);
+        EXPECT_EQ(ZRS_LOADER_RefreshLeafDefaultValue(module, &leaf.node), ZR_OK);
         EXPECT_STREQ(leaf.info.defaultValue, row.refreshed);
         ZR_DICT_Remove(module.dict(), leaf.info.defaultValue);
     }
@@ -42,7 +42,7 @@ TEST(RefreshLeafDefault, LeavesTheDefaultsOfOtherTypesAlone)
         if (baseType == ZRT_TYPE_IDENTITYREF)
             continue;
         Leaf leaf(module, baseType, "q:a");
-        EXPECT_EQ(ZRS_LOADER_RefreshLeafDefaultValue(module, &leaf.node), 0u);
+        EXPECT_EQ(ZRS_LOADER_RefreshLeafDefaultValue(module, &leaf.node), ZR_OK);
         EXPECT_STREQ(leaf.info.defaultValue, "q:a");
         ZR_DICT_Remove(module.dict(), leaf.info.defaultValue);
     }
@@ -52,7 +52,7 @@ TEST(RefreshLeafDefault, DoesNothingWithoutADefault)
 {
     ModuleUnderTest module;
     Leaf leaf(module, ZRT_TYPE_IDENTITYREF, nullptr);
-    EXPECT_EQ(ZRS_LOADER_RefreshLeafDefaultValue(module, &leaf.node), 0u);
+    EXPECT_EQ(ZRS_LOADER_RefreshLeafDefaultValue(module, &leaf.node), ZR_OK);
     EXPECT_EQ(leaf.info.defaultValue, nullptr);
 }
 
@@ -61,7 +61,7 @@ TEST(RefreshLeafDefault, FailsForAnUnknownPrefixAndKeepsTheText)
     ModuleUnderTest module;
     for (const char *value : {"q:a", "", "a b"}) {
         Leaf leaf(module, ZRT_TYPE_IDENTITYREF, value);
-        EXPECT_EQ(ZRS_LOADER_RefreshLeafDefaultValue(module, &leaf.node), 22u);
+        EXPECT_EQ(ZRS_LOADER_RefreshLeafDefaultValue(module, &leaf.node), ZR_ERR_INVALID);
         EXPECT_STREQ(leaf.info.defaultValue, value);
         ZR_DICT_Remove(module.dict(), leaf.info.defaultValue);
     }
@@ -77,11 +77,11 @@ TEST(RefreshLeafListDefaults, RefreshesEachUpToTheFirstFailure)
     info.defaultCount = 3;
     ZrNode node = {};
     node.info = &info;
-    EXPECT_EQ(ZRS_LOADER_RefreshLeafListDefaultValue(module, &node), 22u);
+    EXPECT_EQ(ZRS_LOADER_RefreshLeafListDefaultValue(module, &node), ZR_ERR_INVALID);
     EXPECT_THAT(values, ElementsAre(testing::StrEq("x-mod:a"), testing::StrEq("q:b"),
                                     testing::StrEq("x:c")));
     info.defaultCount = 0;
-    EXPECT_EQ(ZRS_LOADER_RefreshLeafListDefaultValue(module, &node), 0u);
+    EXPECT_EQ(ZRS_LOADER_RefreshLeafListDefaultValue(module, &node), ZR_OK);
     for (const char *value : values)
         ZR_DICT_Remove(module.dict(), value);
 }
@@ -92,7 +92,7 @@ TEST(RefreshTypedefDefault, GivesAnIdentityItsModuleName)
     ZrsTypDef typeDef = {};
     typeDef.realType.baseType = ZRT_TYPE_IDENTITYREF;
     typeDef.defaultValue = module.Text("x:a");
-    EXPECT_EQ(ZRS_LOADER_RefreshTypeDefDefaultValue(module, &typeDef), 0u);
+    EXPECT_EQ(ZRS_LOADER_RefreshTypeDefDefaultValue(module, &typeDef), ZR_OK);
     EXPECT_STREQ(typeDef.defaultValue, "x-mod:a");
     ZR_DICT_Remove(module.dict(), typeDef.defaultValue);
 }

@@ -75,7 +75,7 @@ TEST_F(Submodule, BringsItsStatementsIntoTheModuleThatIncludesIt)
     ASSERT_EQ(Load("<include module='s'/><extension name='e2'/><feature name='f2'/>"
                    "<identity name='i2'/><typedef name='t2'><type name='t1'/></typedef>"
                    "<container name='n3'/><m:x2/><deviation target-node='/m:n6'/>"),
-              0u);
+              ZR_OK);
     const ZrMod *m = ctx.Module("m");
     ASSERT_EQ(m->extensionCount, 2);
     EXPECT_STREQ(m->extensions[0].name, "e1");
@@ -109,11 +109,11 @@ TEST_F(Submodule, DoesNotReplaceWhatDescribesTheModule)
         <revision date='2099-01-01'/>)"));
     ASSERT_EQ(Load("<include module='s'/><revision date='2000-01-01'/>"
                    "<organization><text>m</text></organization>"),
-              0u);
+              ZR_OK);
     const ZrMod *m = ctx.Module("m");
     EXPECT_STREQ(m->ns, "urn:m");
     EXPECT_STREQ(m->prefix, "m");
-    EXPECT_EQ(m->yangVersion, 0u);
+    EXPECT_EQ(m->yangVersion, ZRS_YANG_VERSION_1);
     EXPECT_STREQ(m->organization, "m");
     EXPECT_EQ(m->description, nullptr);
     EXPECT_STREQ(m->revision, "2000-01-01");
@@ -134,7 +134,7 @@ TEST_F(Submodule, IsRefusedWhenWhatDescribesItIsWrong)
         TestContext fresh{ZR_CTX_KEEP_DESCRIPTIONS};
         ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
         Write("s.yin", SubmoduleText("s", row.content));
-        EXPECT_EQ(fresh.LoadBody("m", "<include module='s'/>"), 1u) << row.content;
+        EXPECT_EQ(fresh.LoadBody("m", "<include module='s'/>"), ZR_ERR_FAILED) << row.content;
         EXPECT_THAT(fresh.Messages(), ElementsAre(row.message, "Failed to load submodule \"s\"."));
     }
 }
@@ -142,7 +142,7 @@ TEST_F(Submodule, IsRefusedWhenWhatDescribesItIsWrong)
 TEST_F(Submodule, TakesAnIdentifierForItsName)
 {
     Write("a b.yin", SubmoduleText("a b", ""));
-    EXPECT_EQ(Load("<include module='a b'/>"), 1u);
+    EXPECT_EQ(Load("<include module='a b'/>"), ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages(),
                 ElementsAre("Failed to parse value \"a b\" of statement \"submodule\".",
                             "Failed to load submodule \"a b\"."));
@@ -150,11 +150,12 @@ TEST_F(Submodule, TakesAnIdentifierForItsName)
 
 TEST_F(Submodule, CanBeReadFromItsElement)
 {
-    ASSERT_EQ(Load(Leaf("n1")), 0u);
+    ASSERT_EQ(Load(Leaf("n1")), ZR_OK);
     zrtest::Yin yin(SubmoduleText("s", Leaf("n2")));
-    EXPECT_EQ(ZRS_LOADER_ParseSubmoduleContent(ctx.Module("m"), yin.first(), "s"), 0u);
+    EXPECT_EQ(ZRS_LOADER_ParseSubmoduleContent(ctx.Module("m"), yin.first(), "s"), ZR_OK);
     EXPECT_EQ(TopNodes(), "n1 n2");
-    EXPECT_EQ(ZRS_LOADER_ParseSubmoduleContent(ctx.Module("m"), yin.first(), "other"), 22u);
+    EXPECT_EQ(ZRS_LOADER_ParseSubmoduleContent(ctx.Module("m"), yin.first(), "other"),
+              ZR_ERR_INVALID);
     EXPECT_EQ(TopNodes(), "n1 n2");
 }
 
@@ -165,7 +166,7 @@ TEST_F(Submodule, CallsTheModuleByThePrefixOfItsBelongsTo)
     Write("s.yin", SubmoduleText("s", "<container name='c'><when condition=\"p:a = 'p:b'\"/>"
                                       "<if-feature name='p:f'/></container>"));
     ASSERT_EQ(Load("<include module='s'/><container name='d'><when condition='m:a'/></container>"),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(ctx.Node("/m:c")->when, "m:a = 'm:b'");
     EXPECT_STREQ(ctx.Node("/m:c")->ifFeatures[0].moduleName, "m");
     EXPECT_STREQ(ctx.Node("/m:d")->when, "m:a");
@@ -183,7 +184,7 @@ TEST_F(Submodule, KnowsThePrefixesOfTheModuleBehindItsOwn)
     for (const std::string &linkage : {a + b + include, include + b + a, a + include + b}) {
         TestContext fresh;
         ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
-        ASSERT_EQ(fresh.LoadBody("m", linkage), 0u);
+        ASSERT_EQ(fresh.LoadBody("m", linkage), ZR_OK);
         const ZrNode *c = fresh.Node("/m:c");
         EXPECT_STREQ(c->when, "m-a:x = s-b:y");
         EXPECT_STREQ(c->ifFeatures[0].moduleName, "m-a");
@@ -195,7 +196,7 @@ TEST_F(Submodule, KnowsThePrefixesOfTheModuleBehindItsOwn)
 TEST_F(Submodule, TakesItsOwnPrefixBeforeAnImportOfTheModule)
 {
     Write("s.yin", SubmoduleText("s", "<container name='c'><if-feature name='p:f'/></container>"));
-    ASSERT_EQ(Load("<import module='a'><prefix value='p'/></import><include module='s'/>"), 0u);
+    ASSERT_EQ(Load("<import module='a'><prefix value='p'/></import><include module='s'/>"), ZR_OK);
     EXPECT_STREQ(ctx.Node("/m:c")->ifFeatures[0].moduleName, "m");
 }
 
@@ -205,14 +206,14 @@ TEST_F(Submodule, DoesNotKnowThePrefixesOfTheSubmoduleThatIncludesIt)
                                         "<include module='s2'/>"));
     Write("s2.yin",
           SubmoduleText("s2", "<container name='c'><if-feature name='x:f'/></container>"));
-    EXPECT_EQ(Load("<include module='s1'/>"), 1u);
+    EXPECT_EQ(Load("<include module='s1'/>"), ZR_ERR_FAILED);
     EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to find module by prefix \"x\".",
                                             "Failed to parse \"container\" statement \"c\"."));
     TestContext fresh;
     ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
     ASSERT_EQ(fresh.LoadBody("m", "<import module='b'><prefix value='x'/></import>"
                                   "<include module='s1'/>"),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(fresh.Node("/m:c")->ifFeatures[0].moduleName, "b");
 }
 
@@ -227,7 +228,7 @@ TEST_F(Submodule, AddsItsImportsBehindThoseOfTheModule)
                    "<import module='a'><prefix value='y'/></import>"
                    "<import module='c'><prefix value='z'/></import>"
                    "<container name='d'><if-feature name='x:f'/></container>"),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(ctx.Node("/m:c")->ifFeatures[0].moduleName, "b");
     EXPECT_STREQ(ctx.Node("/m:d")->ifFeatures[0].moduleName, "a");
     EXPECT_EQ(Imports(), "a=x a=y c=z b=x a=x2");
@@ -236,7 +237,7 @@ TEST_F(Submodule, AddsItsImportsBehindThoseOfTheModule)
 TEST_F(Submodule, DoesNotRepeatAnImportOfTheModule)
 {
     Write("s.yin", SubmoduleText("s", "<import module='a'><prefix value='x'/></import>"));
-    ASSERT_EQ(Load("<import module='a'><prefix value='x'/></import><include module='s'/>"), 0u);
+    ASSERT_EQ(Load("<import module='a'><prefix value='x'/></import><include module='s'/>"), ZR_OK);
     EXPECT_EQ(Imports(), "a=x");
 }
 
@@ -249,7 +250,7 @@ TEST_F(Submodule, MayIncludeOthers)
                                             Leaf("n1")));
     Write("s2.yin",
           SubmoduleText("s2", "<import module='b'><prefix value='x'/></import>" + Leaf("n2")));
-    ASSERT_EQ(Load("<include module='s1'/><include module='s2'/>" + Leaf("n3")), 0u);
+    ASSERT_EQ(Load("<include module='s1'/><include module='s2'/>" + Leaf("n3")), ZR_OK);
     EXPECT_EQ(TopNodes(), "n2 n1 n3");
     EXPECT_EQ(ctx.Module("m")->includeCount, 2);
     EXPECT_EQ(Imports(), "a=x b=x");
@@ -259,7 +260,7 @@ TEST_F(Submodule, MayIncludeOthers)
 TEST_F(Submodule, ThatIncludesItselfIsReadOnce)
 {
     Write("s.yin", SubmoduleText("s", "<include module='s'/>" + Leaf("n")));
-    ASSERT_EQ(Load("<include module='s'/>"), 0u);
+    ASSERT_EQ(Load("<include module='s'/>"), ZR_OK);
     EXPECT_EQ(TopNodes(), "n");
 }
 
@@ -267,7 +268,7 @@ TEST_F(Submodule, ThatIsIncludedInACircleIsReadOnce)
 {
     Write("s1.yin", SubmoduleText("s1", "<include module='s2'/>" + Leaf("n1")));
     Write("s2.yin", SubmoduleText("s2", "<include module='s1'/>" + Leaf("n2")));
-    ASSERT_EQ(Load("<include module='s1'/>"), 0u);
+    ASSERT_EQ(Load("<include module='s1'/>"), ZR_OK);
     EXPECT_EQ(TopNodes(), "n2 n1");
 }
 
@@ -277,11 +278,11 @@ TEST_F(Submodule, MayBeIncluded128Deep)
         Write("s" + std::to_string(i) + ".yin",
               SubmoduleText("s" + std::to_string(i),
                             i != 129 ? "<include module='s" + std::to_string(i + 1) + "'/>" : ""));
-    EXPECT_EQ(Load("<include module='s2'/>"), 0u);
+    EXPECT_EQ(Load("<include module='s2'/>"), ZR_OK);
     EXPECT_EQ(ctx.Module("m")->includeCount, 128);
     TestContext fresh;
     ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
-    EXPECT_EQ(fresh.LoadBody("m", "<include module='s1'/>"), 1u);
+    EXPECT_EQ(fresh.LoadBody("m", "<include module='s1'/>"), ZR_ERR_FAILED);
     EXPECT_THAT(fresh.Messages(), ElementsAre("Failed to load submodule \"s129\".",
                                               "Failed to parse statement \"include\"."));
 }
@@ -291,7 +292,7 @@ TEST_F(Submodule, MayBeIncluded128Deep)
 TEST_F(Submodule, IsOneFileUnlessItHasSuffixedParts)
 {
     Write("s@2020-01-01.yin", SubmoduleText("s", Leaf("n1")));
-    ASSERT_EQ(Load("<include module='s'/>"), 0u);
+    ASSERT_EQ(Load("<include module='s'/>"), ZR_OK);
     EXPECT_EQ(TopNodes(), "n1");
 }
 
@@ -299,7 +300,7 @@ TEST_F(Submodule, IsAllOfItsSuffixedParts)
 {
     Write("s@@a.yin", SubmoduleText("s", Leaf("n1")));
     Write("s@@b.yin", SubmoduleText("s", Leaf("n2")));
-    ASSERT_EQ(Load("<include module='s'/>"), 0u);
+    ASSERT_EQ(Load("<include module='s'/>"), ZR_OK);
     std::string nodes = TopNodes();
     EXPECT_TRUE(nodes == "n1 n2" || nodes == "n2 n1") << nodes; // in the directory's own order
 }
@@ -307,7 +308,7 @@ TEST_F(Submodule, IsAllOfItsSuffixedParts)
 TEST_F(Submodule, CannotBeLoadedAsAModule)
 {
     Write("s.yin", SubmoduleText("s", ""));
-    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "s"), 22u);
+    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "s"), ZR_ERR_INVALID);
     EXPECT_THAT(ctx.Messages(), ElementsAre("Failed to parse module \"s\" from the yin file."));
 }
 
@@ -315,7 +316,7 @@ TEST_F(Submodule, LeavesTheNameOfTheIncludingFileInItsMessages)
 {
     Write("m.yin", ModuleText("m", "<include module='s'/>"));
     Write("s.yin", SubmoduleText("s", "<leaf/>"));
-    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), 22u);
+    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), ZR_ERR_INVALID);
     g_files.clear();
     ZR_CTX_ScanAllSchemaLoadFail(ctx, CollectFile, nullptr);
     EXPECT_THAT(g_files, ElementsAre("s.yin: Failed to get value of statement \"leaf\".",
@@ -326,7 +327,7 @@ TEST_F(Submodule, LeavesTheNameOfTheIncludingFileInItsMessages)
 TEST_F(Submodule, LeavesNoFileNameBehindForAModuleFromMemory)
 {
     Write("s.yin", SubmoduleText("s", "<leaf/>"));
-    EXPECT_EQ(Load("<include module='s'/>"), 1u);
+    EXPECT_EQ(Load("<include module='s'/>"), ZR_ERR_FAILED);
     g_files.clear();
     ZR_CTX_ScanAllSchemaLoadFail(ctx, CollectFile, nullptr);
     EXPECT_THAT(g_files, ElementsAre("s.yin: Failed to get value of statement \"leaf\".",
@@ -377,10 +378,10 @@ TEST_F(Submodule, ThatIsWrongFailsTheModule)
         TestContext fresh;
         ZR_CTX_SetSearchDir(fresh, dir.path().c_str());
         Write("s.yin", row.content);
-        EXPECT_EQ(fresh.LoadBody("m", "<include module='s'/>"), 1u) << row.content;
+        EXPECT_EQ(fresh.LoadBody("m", "<include module='s'/>"), ZR_ERR_FAILED) << row.content;
         EXPECT_THAT(fresh.Messages(), ElementsAre(row.first, row.second)) << row.content;
         EXPECT_EQ(fresh.Module("m"), nullptr);
-        EXPECT_EQ(fresh.LoadBody("m", Leaf("a")), 0u) << "the context stays usable";
+        EXPECT_EQ(fresh.LoadBody("m", Leaf("a")), ZR_OK) << "the context stays usable";
     }
 }
 
@@ -388,9 +389,9 @@ TEST_F(Submodule, HasTheStatusOfWhatIsWrong)
 {
     zrtest::ModuleUnderTest module;
     ZR_CTX_SetSearchDir(module.ctx, dir.path().c_str());
-    EXPECT_EQ(ZRS_LOADER_LoadSubModule(module, "s"), 2u);
+    EXPECT_EQ(ZRS_LOADER_LoadSubModule(module, "s"), ZR_ERR_NOT_FOUND);
     Write("s.yin", "<x/>");
-    EXPECT_EQ(ZRS_LOADER_LoadSubModule(module, "s"), 22u);
+    EXPECT_EQ(ZRS_LOADER_LoadSubModule(module, "s"), ZR_ERR_INVALID);
     Write("s.yin", "<submodule name='s' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
                    "<belongs-to module='t'><prefix value='p'/></belongs-to>"
                    "<deviation target-node='/p:a'><deviate value='x'/></deviation></submodule>");

@@ -17,11 +17,11 @@ TEST(YangVersion, IsZeroForOneAndOneForOneDotOne)
     ModuleUnderTest module;
     uint32_t version = 7;
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseYangVersion, "<yang-version value='1'/>", &version),
-              0u);
-    EXPECT_EQ(version, 0u);
+              ZR_OK);
+    EXPECT_EQ(version, ZRS_YANG_VERSION_1);
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseYangVersion, "<yang-version value='1.1'/>", &version),
-              0u);
-    EXPECT_EQ(version, 1u);
+              ZR_OK);
+    EXPECT_EQ(version, ZRS_YANG_VERSION_1_1);
 }
 
 TEST(YangVersion, OfAnyOtherValueFailsWithAllOnes)
@@ -42,7 +42,8 @@ TEST(YangVersion, WithoutAnArgumentFails)
 {
     ModuleUnderTest module;
     uint32_t version = 7;
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseYangVersion, "<yang-version/>", &version), 22u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseYangVersion, "<yang-version/>", &version),
+              ZR_ERR_INVALID);
     EXPECT_THAT(module.Messages(),
                 ElementsAre("Failed to get value of statement \"yang-version\"."));
 }
@@ -66,7 +67,7 @@ TEST(ArgumentStatement, KeepsTheArgumentInterned)
         ModuleUnderTest module(ZR_CTX_KEEP_UNITS);
         OwnedText text(module);
         std::string xml = "<" + std::string(row.keyword) + " value='a &lt; b'/>";
-        EXPECT_EQ(Parse(module, row.parse, xml, text.slot()), 0u) << row.keyword;
+        EXPECT_EQ(Parse(module, row.parse, xml, text.slot()), ZR_OK) << row.keyword;
         EXPECT_STREQ(text.get(), "a < b");
         const char *again = module.Text("a < b");
         EXPECT_EQ(text.get(), again);
@@ -79,7 +80,7 @@ TEST(ArgumentStatement, KeepsAnEmptyArgument)
 {
     ModuleUnderTest module;
     OwnedText text(module);
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseDefault, "<default value=''/>", text.slot()), 0u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseDefault, "<default value=''/>", text.slot()), ZR_OK);
     EXPECT_STREQ(text.get(), "");
 }
 
@@ -89,7 +90,7 @@ TEST(ArgumentStatement, WithoutAnArgumentFails)
         ModuleUnderTest module(ZR_CTX_KEEP_UNITS);
         OwnedText text(module);
         EXPECT_EQ(Parse(module, row.parse, "<" + std::string(row.keyword) + "/>", text.slot()),
-                  22u);
+                  ZR_ERR_INVALID);
         EXPECT_EQ(text.get(), nullptr);
         EXPECT_THAT(module.Messages(), ElementsAre("Failed to get value of statement \"" +
                                                    std::string(row.keyword) + "\"."));
@@ -105,7 +106,7 @@ TEST(ArgumentStatement, FailsWith12WhenTheTextCannotBeKept)
         guard.FailAt(0, true);
         EXPECT_EQ(Parse(module, row.parse, "<" + std::string(row.keyword) + " value='new'/>",
                         text.slot()),
-                  12u);
+                  ZR_ERR_NO_MEMORY);
         guard.FailNone();
         EXPECT_EQ(text.get(), nullptr);
     }
@@ -117,10 +118,10 @@ TEST(Revision, TheFirstOneIsKept)
     OwnedText revision(module);
     EXPECT_EQ(
         Parse(module, ZRS_LOADER_ParseRevision, "<revision date='2021-01-01'/>", revision.slot()),
-        0u);
+        ZR_OK);
     EXPECT_EQ(
         Parse(module, ZRS_LOADER_ParseRevision, "<revision date='2022-02-02'/>", revision.slot()),
-        0u);
+        ZR_OK);
     EXPECT_STREQ(revision.get(), "2021-01-01");
 }
 
@@ -130,8 +131,8 @@ TEST(Revision, ALaterOneIsNotEvenLookedAt)
     OwnedText revision(module);
     EXPECT_EQ(
         Parse(module, ZRS_LOADER_ParseRevision, "<revision date='2021-01-01'/>", revision.slot()),
-        0u);
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseRevision, "<revision/>", revision.slot()), 0u);
+        ZR_OK);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseRevision, "<revision/>", revision.slot()), ZR_OK);
     EXPECT_THAT(module.Messages(), IsEmpty());
 }
 
@@ -139,8 +140,8 @@ TEST(Units, AreNotKeptUnlessTheContextAsksForThem)
 {
     ModuleUnderTest module(ZR_CTX_KEEP_DESCRIPTIONS | 0x4);
     OwnedText units(module);
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseUnits, "<units name='seconds'/>", units.slot()), 0u);
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseUnits, "<units/>", units.slot()), 0u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseUnits, "<units name='seconds'/>", units.slot()), ZR_OK);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseUnits, "<units/>", units.slot()), ZR_OK);
     EXPECT_EQ(units.get(), nullptr);
     EXPECT_THAT(module.Messages(), IsEmpty());
 }
@@ -170,7 +171,7 @@ TEST(TextStatement, KeepsTheContentOfItsChild)
         ModuleUnderTest module(ZR_CTX_KEEP_DESCRIPTIONS);
         OwnedText text(module);
         std::string xml = Element(row.keyword, Element(row.child, " two\nlines "));
-        EXPECT_EQ(Parse(module, row.parse, xml, text.slot()), 0u);
+        EXPECT_EQ(Parse(module, row.parse, xml, text.slot()), ZR_OK);
         EXPECT_STREQ(text.get(), " two\nlines ") << row.keyword;
         EXPECT_THAT(module.Messages(), IsEmpty());
     }
@@ -184,7 +185,7 @@ TEST(TextStatement, IsEmptyWhenNoTextStandsFirstInTheChild)
             ModuleUnderTest module(ZR_CTX_KEEP_DESCRIPTIONS);
             OwnedText text(module);
             std::string xml = Element(row.keyword, Element(row.child, content));
-            EXPECT_EQ(Parse(module, row.parse, xml, text.slot()), 0u) << xml;
+            EXPECT_EQ(Parse(module, row.parse, xml, text.slot()), ZR_OK) << xml;
             EXPECT_STREQ(text.get(), "") << xml;
         }
 }
@@ -196,7 +197,7 @@ TEST(TextStatement, EndsWhereSomethingElseThanTextBegins)
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseOrganization,
                     "<organization><text>before<!-- c -->behind</text></organization>",
                     text.slot()),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(text.get(), "before");
 }
 
@@ -206,7 +207,7 @@ TEST(TextStatement, ReadsPredefinedEntities)
     OwnedText text(module);
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseOrganization,
                     "<organization><text>&lt;a&gt; &amp; &#65;</text></organization>", text.slot()),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(text.get(), "<a> & A");
 }
 
@@ -218,7 +219,8 @@ TEST(TextStatement, WithoutItsChildFails)
               "<" + std::string(row.child) + " xmlns=''>text</" + row.child + ">"}) {
             ModuleUnderTest module(ZR_CTX_KEEP_DESCRIPTIONS);
             OwnedText text(module);
-            EXPECT_EQ(Parse(module, row.parse, Element(row.keyword, content), text.slot()), 22u);
+            EXPECT_EQ(Parse(module, row.parse, Element(row.keyword, content), text.slot()),
+                      ZR_ERR_INVALID);
             EXPECT_EQ(text.get(), nullptr);
             EXPECT_THAT(module.Messages(), ElementsAre("Failed to get value of statement \"" +
                                                        std::string(row.keyword) + "\"."));
@@ -231,7 +233,8 @@ TEST(TextStatement, WithTwoChildrenFails)
         ModuleUnderTest module(ZR_CTX_KEEP_DESCRIPTIONS);
         OwnedText text(module);
         std::string child = Element(row.child, "a");
-        EXPECT_EQ(Parse(module, row.parse, Element(row.keyword, child + child), text.slot()), 1u);
+        EXPECT_EQ(Parse(module, row.parse, Element(row.keyword, child + child), text.slot()),
+                  ZR_ERR_FAILED);
         EXPECT_THAT(module.Messages(),
                     ElementsAre("Statement \"" + std::string(row.child) + "\" under statement \"" +
                                 row.keyword + "\" has repeated."));
@@ -247,7 +250,7 @@ TEST(TextStatement, FailsWith12WhenTheTextCannotBeKept)
         guard.FailAt(0, true);
         EXPECT_EQ(
             Parse(module, row.parse, Element(row.keyword, Element(row.child, "new")), text.slot()),
-            12u);
+            ZR_ERR_NO_MEMORY);
         guard.FailNone();
         EXPECT_EQ(text.get(), nullptr);
     }
@@ -259,8 +262,8 @@ TEST(Description, IsNotKeptUnlessTheContextAsksForIt)
     OwnedText text(module);
     EXPECT_EQ(Parse(module, ZRS_LOADER_ParseDescription,
                     "<description><text>a</text></description>", text.slot()),
-              0u);
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseDescription, "<description/>", text.slot()), 0u);
+              ZR_OK);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseDescription, "<description/>", text.slot()), ZR_OK);
     EXPECT_EQ(text.get(), nullptr);
     EXPECT_THAT(module.Messages(), IsEmpty());
 }
@@ -269,8 +272,8 @@ TEST(Text, TakesThePlaceOfTheOneThatStandsThere)
 {
     ModuleUnderTest module;
     OwnedText text(module);
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseText, "<text>one</text>", text.slot()), 0u);
-    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseValue, "<value>two</value>", text.slot()), 0u);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseText, "<text>one</text>", text.slot()), ZR_OK);
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseValue, "<value>two</value>", text.slot()), ZR_OK);
     EXPECT_STREQ(text.get(), "two");
 }
 

@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(Each, BadEnumValue,
 TEST_P(BadEnumValue, IsRefused)
 {
     TypeSnippet snippet(Enumeration(Enum("a", GetParam())));
-    EXPECT_EQ(snippet.status(), 22u) << GetParam();
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID) << GetParam();
     EXPECT_EQ(snippet.Messages(), Texts{kBadEnumeration});
 }
 
@@ -92,13 +92,13 @@ TEST(EnumFill, RefusesANameThatWouldBeNumberedBeyond32Bits)
     EXPECT_EQ(last.status(), ZR_OK);
     EXPECT_EQ(Values(last), (std::vector<int64_t>{2147483646, 2147483647}));
     TypeSnippet beyond(Enumeration(Enum("a", "2147483646") + Enum("b") + Enum("c")));
-    EXPECT_EQ(beyond.status(), 22u);
+    EXPECT_EQ(beyond.status(), ZR_ERR_INVALID);
 }
 
 TEST(EnumFill, RefusesAnEnumWithoutAName)
 {
     TypeSnippet snippet(Enumeration("<enum><value value=\"1\"/></enum>"));
-    EXPECT_EQ(snippet.status(), 22u);
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID);
     EXPECT_EQ(snippet.Messages(), Texts{kBadEnumeration});
 }
 
@@ -164,20 +164,20 @@ INSTANTIATE_TEST_SUITE_P(Each, BadBitPosition,
 TEST_P(BadBitPosition, IsRefused)
 {
     TypeSnippet snippet(Bits(Bit("a", GetParam())));
-    EXPECT_EQ(snippet.status(), 22u) << GetParam();
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID) << GetParam();
     EXPECT_EQ(snippet.Messages(), Texts{kBadBits});
 }
 
 TEST(BitFill, RefusesANameThatWouldBePlacedBeyond32Bits)
 {
     TypeSnippet snippet(Bits(Bit("x", "4294967294") + Bit("y") + Bit("z")));
-    EXPECT_EQ(snippet.status(), 22u);
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID);
 }
 
 TEST(BitFill, RefusesABitWithoutAName)
 {
     TypeSnippet snippet(Bits("<bit/>"));
-    EXPECT_EQ(snippet.status(), 22u);
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID);
     EXPECT_EQ(snippet.Messages(), Texts{kBadBits});
 }
 

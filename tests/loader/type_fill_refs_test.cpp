@@ -47,7 +47,7 @@ TEST(DerivedFill, RefusesBadNames)
          {std::string(""), std::string("u:a"), std::string("t:"), std::string(":a"),
           std::string("a b"), std::string("a:b:c"), longName, "t:" + longName, longName + ":a"}) {
         TypeSnippet snippet("<type name=\"" + name + "\"/>");
-        EXPECT_EQ(snippet.status(), 22u) << name;
+        EXPECT_EQ(snippet.status(), ZR_ERR_INVALID) << name;
         EXPECT_EQ(snippet.Messages(), Texts{Message(name)});
     }
 }
@@ -64,7 +64,7 @@ TEST(DerivedFill, IsRefusedWithoutMemoryForANameThatIsNotInterned)
         guard.FailAt(n);
         EXPECT_EQ(ZRT_LOADER_FillConsDataAndAllDerivedSeg(snippet.module(), nullptr, &body,
                                                           element.get(), 1),
-                  12u);
+                  ZR_ERR_NO_MEMORY);
         EXPECT_EQ(guard.LiveBlocks(), 0);
     }
     snippet.module()->name = name;
@@ -87,7 +87,7 @@ TEST(BaseFill, MapsItsPrefixes)
 TEST(BaseFill, WithoutANameRecordsItsKeyword)
 {
     TypeSnippet snippet("<type name=\"identityref\"><base/></type>");
-    EXPECT_EQ(snippet.status(), 22u);
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID);
     EXPECT_EQ(snippet.Messages(),
               (Texts{"Failed to get value of statement \"base\".", Message("identityref")}));
 }
@@ -98,7 +98,7 @@ TEST(BaseFill, RefusesBadNames)
     for (const std::string &name : {std::string(""), std::string("u:a"), std::string("t:"),
                                     longName, "t:" + longName, longName + ":a"}) {
         TypeSnippet snippet("<type name=\"identityref\"><base name=\"" + name + "\"/></type>");
-        EXPECT_EQ(snippet.status(), 22u) << name;
+        EXPECT_EQ(snippet.status(), ZR_ERR_INVALID) << name;
         EXPECT_EQ(snippet.Messages(), Texts{Message("identityref")});
     }
 }
@@ -124,7 +124,7 @@ TEST(PathFill, RefusesPathsThatAreNeitherRelativeNorAbsolute)
     for (const char *path : {"a", "a/b", "m:a", " /a", "*"}) {
         TypeSnippet snippet(std::string("<type name=\"leafref\"><path value=\"") + path +
                             "\"/></type>");
-        EXPECT_EQ(snippet.status(), 22u) << path;
+        EXPECT_EQ(snippet.status(), ZR_ERR_INVALID) << path;
         EXPECT_EQ(snippet.Messages(), Texts{Message("leafref")});
     }
 }
@@ -134,7 +134,7 @@ TEST(PathFill, RefusesAMissingPathAndOneThatCannotBeConverted)
     for (const char *path :
          {"<path/>", "<path value=\"\"/>", "<path value=\"/u:a\"/>", "<path value=\"/a[b\"/>"}) {
         TypeSnippet snippet(std::string("<type name=\"leafref\">") + path + "</type>");
-        EXPECT_EQ(snippet.status(), 22u) << path;
+        EXPECT_EQ(snippet.status(), ZR_ERR_INVALID) << path;
     }
 }
 
@@ -145,7 +145,7 @@ TEST(PathFill, IntoABodyWithAPathIs22)
     ZrtConsPath body = {"/b", 0};
     EXPECT_EQ(ZRT_LOADER_FillConsDataAndAllPathSeg(snippet.module(), nullptr, &body,
                                                    snippet.element(), 1),
-              22u);
+              ZR_ERR_INVALID);
     EXPECT_STREQ(body.path, "/b");
 }
 
@@ -179,7 +179,7 @@ TEST(UnionFill, ParsesItsMembersInOrder)
     ASSERT_EQ(body->count, 3);
     EXPECT_EQ(body->items[0].baseType, uint32_t{ZRT_TYPE_INT8});
     EXPECT_EQ(body->items[0].consCount, 1);
-    EXPECT_EQ(body->items[1].baseType, 0u);
+    EXPECT_EQ(body->items[1].baseType, ZRT_TYPE_DERIVED);
     EXPECT_EQ(body->items[2].baseType, uint32_t{ZRT_TYPE_UNION});
     EXPECT_EQ(body->items[2].consCount, 1);
 }
@@ -188,10 +188,10 @@ TEST(UnionFill, FailsWithItsMember)
 {
     TypeSnippet snippet("<type name=\"union\"><type name=\"int8\"><range value=\"x\"/></type>"
                         "</type>");
-    EXPECT_EQ(snippet.status(), 22u);
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID);
     EXPECT_EQ(snippet.Messages(), (Texts{Message("int8"), Message("union")}));
     TypeSnippet unnamed("<type name=\"union\"><type/></type>");
-    EXPECT_EQ(unnamed.status(), 22u);
+    EXPECT_EQ(unnamed.status(), ZR_ERR_INVALID);
     EXPECT_EQ(unnamed.Messages(),
               (Texts{"Failed to get value of statement \"typeName\".", Message("union")}));
 }

@@ -25,12 +25,12 @@ TEST(FillSlots, BeyondTheCountedKindsIs22)
     SnippetModule module;
     YinElement element("<type name=\"int8\"><range value=\"1\"/></type>");
     ZrtTypeSubElemCount counters = {};
-    ASSERT_EQ(zr::CountAndMarkRestrictions(element.get(), &counters), 0u);
+    ASSERT_EQ(zr::CountAndMarkRestrictions(element.get(), &counters), ZR_OK);
     counters.counts[10] = 0;
     ZrtRealType type = {ZRT_TYPE_INT8, 0, 0, nullptr};
     ASSERT_EQ(ZRT_TYPE_ExpandConstraintArray(&type, 1), ZR_OK);
     EXPECT_EQ(ZRT_LOADER_FillAllTypeConstraint(module.module(), &type, element.get(), &counters),
-              22u);
+              ZR_ERR_INVALID);
     ZRT_TYPE_DestroyZrtRealTypeInner(module.context(), &type);
 }
 
@@ -39,13 +39,13 @@ TEST(FillSlots, IntoASlotThatHasABodyIs22)
     SnippetModule module;
     YinElement element("<type name=\"int8\"><range value=\"1\"/></type>");
     ZrtTypeSubElemCount counters = {};
-    ASSERT_EQ(zr::CountAndMarkRestrictions(element.get(), &counters), 0u);
+    ASSERT_EQ(zr::CountAndMarkRestrictions(element.get(), &counters), ZR_OK);
     ZrtRealType type = {ZRT_TYPE_INT8, 0, 0, nullptr};
     ASSERT_EQ(ZRT_TYPE_ExpandConstraintArray(&type, 1), ZR_OK);
     int other = 0;
     type.constraints[0].body = &other;
     EXPECT_EQ(ZRT_LOADER_FillAllTypeConstraint(module.module(), &type, element.get(), &counters),
-              22u);
+              ZR_ERR_INVALID);
     EXPECT_EQ(type.consCount, 0);
     ZRT_TYPE_DestroyZrtRealTypeInner(module.context(), &type);
 }
@@ -87,7 +87,7 @@ protected:
 TEST_F(ItemWalk, VisitsTheMarkedChildrenInDocumentOrder)
 {
     uint8_t flags[3] = {};
-    EXPECT_EQ(Walk(3, flags), 0u);
+    EXPECT_EQ(Walk(3, flags), ZR_OK);
     ASSERT_EQ(g_visits.size(), 3u);
     EXPECT_EQ(g_visits[0].element, element_.get()->children);
     EXPECT_EQ(g_visits[1].element, element_.get()->children->next->next);
@@ -100,7 +100,7 @@ TEST_F(ItemWalk, VisitsTheMarkedChildrenInDocumentOrder)
 
 TEST_F(ItemWalk, StopsAfterTheCountedItems)
 {
-    EXPECT_EQ(Walk(2, nullptr), 0u);
+    EXPECT_EQ(Walk(2, nullptr), ZR_OK);
     EXPECT_EQ(g_visits.size(), 2u);
     EXPECT_EQ(g_visits[0].isExplicit, nullptr);
 }

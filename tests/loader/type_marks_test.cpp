@@ -26,7 +26,7 @@ TEST(TypeMarks, AreOnePerKind)
     for (const Row &row : rows) {
         YinElement type(std::string("<type name=\"t\"><") + row.keyword + "/></type>");
         ZrtTypeSubElemCount counters = {};
-        EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), 0u);
+        EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), ZR_OK);
         EXPECT_EQ(counters.counts[row.kind], 1) << row.keyword;
         EXPECT_EQ(counters.counts[10], 1) << row.keyword;
         EXPECT_EQ(MarkOf(type.get()->children), row.mark) << row.keyword;
@@ -41,7 +41,7 @@ TEST(TypeMarks, CountEveryChildAndEveryKindOnce)
     YinElement type("<type name=\"t\"><range/><pattern/><length/><pattern/><enum/><pattern/>"
                     "</type>");
     ZrtTypeSubElemCount counters = {};
-    EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), 0u);
+    EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), ZR_OK);
     EXPECT_EQ(counters.counts[7], 3);
     EXPECT_EQ(counters.counts[5], 1);
     EXPECT_EQ(counters.counts[8], 1);
@@ -55,7 +55,7 @@ TEST(TypeMarks, LeaveEverythingElseAlone)
                     "<position/><bits/><ranges/><pat/><x:range/><x:foo/><!-- range -->"
                     "<?range data?>range</type>");
     ZrtTypeSubElemCount counters = {};
-    EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), 0u);
+    EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), ZR_OK);
     for (uint16_t count : counters.counts)
         EXPECT_EQ(count, 0);
     for (const xmlNode *child = type.get()->children; child != nullptr; child = child->next)
@@ -68,7 +68,7 @@ TEST(TypeMarks, AreAddedToMarksThatAreThere)
     xmlNode *range = type.get()->children;
     range->_private = reinterpret_cast<void *>(uintptr_t{0x400});
     ZrtTypeSubElemCount counters = {};
-    EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), 0u);
+    EXPECT_EQ(zr::CountAndMarkRestrictions(type.get(), &counters), ZR_OK);
     EXPECT_EQ(MarkOf(range), 0x480u);
     EXPECT_TRUE(zr::HasTypeMark(range, 0x080));
     EXPECT_FALSE(zr::HasTypeMark(range, 0x001));

@@ -14,7 +14,7 @@ TEST(TypeStatement, OfABuiltInTypeHasNoSlots)
 {
     TypeSnippet snippet("<type name=\"int8\"/>");
     EXPECT_EQ(snippet.status(), ZR_OK);
-    EXPECT_EQ(snippet.type().baseType, 9u);
+    EXPECT_EQ(snippet.type().baseType, ZRT_TYPE_INT8);
     EXPECT_EQ(snippet.type().consCount, 0);
     EXPECT_EQ(snippet.type().constraints, nullptr);
     EXPECT_EQ(snippet.Messages(), Texts{});
@@ -24,7 +24,7 @@ TEST(TypeStatement, OfAnotherNameIsDerivedFromATypedefOfTheModule)
 {
     TypeSnippet snippet("<type name=\"uint\"/>");
     EXPECT_EQ(snippet.status(), ZR_OK);
-    EXPECT_EQ(snippet.type().baseType, 0u);
+    EXPECT_EQ(snippet.type().baseType, ZRT_TYPE_DERIVED);
     ASSERT_EQ(snippet.type().consCount, 1);
     EXPECT_EQ(snippet.type().constraints[0].kind, uint32_t{ZRT_CONS_DERIVED});
     const char *moduleName = nullptr;
@@ -47,23 +47,23 @@ TEST(TypeStatement, OrdersItsSlotsByKindWhateverTheOrderOfTheChildren)
                         "<length value=\"3\"/><pattern value=\"b\"/></type>");
     EXPECT_EQ(snippet.status(), ZR_OK);
     ASSERT_EQ(snippet.type().consCount, 3);
-    EXPECT_EQ(snippet.type().constraints[0].kind, 5u);
-    EXPECT_EQ(snippet.type().constraints[1].kind, 7u);
-    EXPECT_EQ(snippet.type().constraints[2].kind, 8u);
+    EXPECT_EQ(snippet.type().constraints[0].kind, ZRT_CONS_LENGTH);
+    EXPECT_EQ(snippet.type().constraints[1].kind, ZRT_CONS_PATTERN);
+    EXPECT_EQ(snippet.type().constraints[2].kind, ZRT_CONS_RANGE);
     EXPECT_EQ(snippet.Get<ZrtConsPattern>(ZRT_CONS_PATTERN)->count, 2);
 }
 
 TEST(TypeStatement, TakesItsNameFromTheFirstAttributeWhateverThatIsCalled)
 {
     TypeSnippet snippet("<type odd=\"int8\" name=\"string\"/>");
-    EXPECT_EQ(snippet.type().baseType, 9u);
+    EXPECT_EQ(snippet.type().baseType, ZRT_TYPE_INT8);
 }
 
 TEST(TypeStatement, WithoutANameIsRefused)
 {
     for (const char *text : {"<type/>", "<type><range value=\"1\"/></type>"}) {
         TypeSnippet snippet(text);
-        EXPECT_EQ(snippet.status(), 22u);
+        EXPECT_EQ(snippet.status(), ZR_ERR_INVALID);
         EXPECT_EQ(snippet.Messages(), Texts{kNoTypeName});
     }
 }
@@ -73,7 +73,7 @@ TEST(TypeStatement, WithoutADestinationIsRefusedWithoutAMessage)
     SnippetModule module;
     YinElement element("<type name=\"int8\"/>");
     EXPECT_EQ(ZRT_LOADER_ParseTypeStmt(module.module(), element.get(), ZRS_STMT_LEAF, nullptr),
-              22u);
+              ZR_ERR_INVALID);
     EXPECT_EQ(module.Messages(), Texts{});
 }
 
@@ -83,14 +83,15 @@ TEST(TypeStatement, IntoATypeThatHasSlotsAlreadyIsRefused)
     YinElement element("<type name=\"int8\"><range value=\"1\"/></type>");
     ZrtRealType type = {};
     ASSERT_EQ(ZRT_TYPE_ExpandConstraintArray(&type, 1), ZR_OK);
-    EXPECT_EQ(ZRT_LOADER_ParseTypeStmt(module.module(), element.get(), ZRS_STMT_LEAF, &type), 22u);
+    EXPECT_EQ(ZRT_LOADER_ParseTypeStmt(module.module(), element.get(), ZRS_STMT_LEAF, &type),
+              ZR_ERR_INVALID);
     ZRT_TYPE_DestroyZrtRealTypeInner(module.context(), &type);
 }
 
 TEST(TypeStatement, ThatFailsNamesTheTypeInItsMessage)
 {
     TypeSnippet snippet("<type name=\"string\"><range value=\"1..2\"/></type>");
-    EXPECT_EQ(snippet.status(), 22u);
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID);
     EXPECT_EQ(snippet.Messages(), Texts{"Failed to parse value \"string\" of statement \"type\"."});
 }
 
@@ -115,7 +116,7 @@ TEST(TypeStatement, WithMoreThan65535ChildrenOfAKindIsRefused)
     EXPECT_EQ(most.status(), ZR_OK);
     EXPECT_EQ(most.Get<ZrtConsEnum>(ZRT_CONS_ENUM)->count, 65535);
     TypeSnippet tooMany("<type name=\"enumeration\">" + enums + "<enum name=\"x\"/></type>");
-    EXPECT_EQ(tooMany.status(), 22u);
+    EXPECT_EQ(tooMany.status(), ZR_ERR_INVALID);
     EXPECT_EQ(tooMany.Messages(),
               Texts{"Failed to parse value \"enumeration\" of statement \"type\"."});
 }
@@ -143,7 +144,7 @@ TEST(TypeStatement, FailsCleanlyWhicheverAllocationFails)
                 ZRT_LOADER_ParseTypeStmt(module.module(), element.get(), ZRS_STMT_LEAF, &type);
             guard.FailNone();
             done = status == ZR_OK;
-            EXPECT_TRUE(done || status == 12u || status == 22u) << status;
+            EXPECT_TRUE(done || status == ZR_ERR_NO_MEMORY || status == ZR_ERR_INVALID) << status;
             ZRT_TYPE_DestroyZrtRealTypeInner(module.context(), &type);
         }
         EXPECT_EQ(guard.LiveBlocks(), 0) << n;
@@ -195,14 +196,14 @@ TEST(TypeDefStatement, WithoutUnitsKeptHasNone)
 TEST(TypeDefStatement, WithoutANameIsRefused)
 {
     TypeDefSnippet snippet("<typedef><type name=\"uint8\"/></typedef>");
-    EXPECT_EQ(snippet.status(), 22u);
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID);
     EXPECT_EQ(snippet.Messages(), Texts{"Failed to get value of statement \"typedef\"."});
 }
 
 TEST(TypeDefStatement, WithoutATypeIsRefused)
 {
     TypeDefSnippet snippet("<typedef name=\"a\"><default value=\"1\"/></typedef>");
-    EXPECT_EQ(snippet.status(), 22u);
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID);
     EXPECT_EQ(snippet.Messages(), Texts{"typedef \"a\" must define with type statement."});
     EXPECT_EQ(snippet.typeDef().name, nullptr);
     EXPECT_EQ(snippet.typeDef().defaultValue, nullptr);
@@ -212,7 +213,7 @@ TEST(TypeDefStatement, WithABadTypeIsRefused)
 {
     TypeDefSnippet snippet("<typedef name=\"a\"><type name=\"int8\"><range value=\"x\"/></type>"
                            "</typedef>");
-    EXPECT_EQ(snippet.status(), 22u);
+    EXPECT_EQ(snippet.status(), ZR_ERR_INVALID);
     EXPECT_EQ(snippet.Messages(), (Texts{"Failed to parse value \"int8\" of statement \"type\".",
                                          "Failed to parse value \"a\" of statement \"typedef\"."}));
     EXPECT_EQ(snippet.typeDef().name, nullptr);
@@ -223,7 +224,7 @@ TEST(TypeDefStatement, WithTwoTypesIsRefused)
 {
     TypeDefSnippet snippet("<typedef name=\"a\"><type name=\"int8\"/><type name=\"string\"/>"
                            "</typedef>");
-    EXPECT_EQ(snippet.status(), 1u);
+    EXPECT_EQ(snippet.status(), ZR_ERR_FAILED);
     EXPECT_EQ(snippet.Messages(),
               (Texts{"Statement \"type\" under statement \"typedef\" has repeated.",
                      "Failed to parse value \"a\" of statement \"typedef\"."}));
@@ -250,7 +251,7 @@ TEST(TypeDefStatement, WithoutADestinationIsRefused)
     SnippetModule module;
     YinElement element("<typedef name=\"a\"><type name=\"int8\"/></typedef>");
     EXPECT_EQ(ZRT_LOADER_ParseTypeDefStmt(module.module(), element.get(), ZRS_STMT_MODULE, nullptr),
-              22u);
+              ZR_ERR_INVALID);
 }
 
 TEST(TypeDefStatement, FailsCleanlyWhicheverAllocationFails)

@@ -27,11 +27,11 @@ TEST(UnloadCollecting, FollowsAugmentsAndDeviationsInBothDirections)
                      Deviation("/n:c", "add", Must("x")));
     set.Add("e", Import("n") + Augment("/n:c", Leaf("p")));
     Table table("m");
-    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "m", table.get()), 0u);
+    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "m", table.get()), ZR_OK);
     EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a"));
-    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "d", table.get()), 0u);
+    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "d", table.get()), ZR_OK);
     EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a", "n"));
-    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "n", table.get()), 0u);
+    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "n", table.get()), ZR_OK);
     EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a", "n", "e"));
     EXPECT_EQ(
         ZRS_LOADER_CheckRelTblHaveDevByWithSameName(ZR_CTX_FindModRelationTbl(set.ctx, "n"), "d"),
@@ -45,11 +45,11 @@ TEST(UnloadCollecting, FollowsAugmentsAndDeviationsInBothDirections)
 TEST(UnloadCollecting, NotesAFeatureOnce)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", "<feature name=\"f\"/><feature name=\"g\"/>"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", "<feature name=\"f\"/><feature name=\"g\"/>"), ZR_OK);
     ZR_MOD_EnableFeature(ctx.Module("m"), "*");
     Table table("m");
-    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(ctx.Module("m"), table.node()), 0u);
-    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(ctx.Module("m"), table.node()), 0u);
+    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(ctx.Module("m"), table.node()), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(ctx.Module("m"), table.node()), ZR_OK);
     std::vector<std::string> names;
     for (ZrListLink *link = table.node()->features.next; link != &table.node()->features;
          link = link->next) {
@@ -57,9 +57,9 @@ TEST(UnloadCollecting, NotesAFeatureOnce)
         EXPECT_EQ(reinterpret_cast<ZrsPendFeature *>(link)->flags, uint32_t{ZRS_FEATURE_ENABLED});
     }
     EXPECT_THAT(names, ElementsAre("f", "g"));
-    EXPECT_EQ(ZRS_LOADER_AddModFeatPend(table.node(), "f", 0), 0u);
+    EXPECT_EQ(ZRS_LOADER_AddModFeatPend(table.node(), "f", 0), ZR_OK);
     EXPECT_EQ(reinterpret_cast<ZrsPendFeature *>(table.node()->features.next)->flags, 0u)
         << "what is noted last counts";
-    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(nullptr, table.node()), 22u);
-    EXPECT_EQ(ZRS_LOADER_AddModFeatPend(table.node(), nullptr, 0), 22u);
+    EXPECT_EQ(ZRS_LOADER_SaveEnabledFeatureToPendNode(nullptr, table.node()), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_LOADER_AddModFeatPend(table.node(), nullptr, 0), ZR_ERR_INVALID);
 }

@@ -34,7 +34,7 @@ TEST(Unload, AModuleThatNothingDependsOnIsDestroyedOnly)
     g_told.clear();
     ZR_CTX_SetReloadModuleCbFunc(set.ctx, NoteReload);
     const ZrMod *other = set.ctx.Module("n");
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), ZR_OK);
     EXPECT_EQ(set.ctx.Module("m"), nullptr);
     EXPECT_EQ(set.ctx.Module("n"), other);
     EXPECT_THAT(g_told, ElementsAre("m"));
@@ -43,19 +43,19 @@ TEST(Unload, AModuleThatNothingDependsOnIsDestroyedOnly)
 TEST(Unload, AModuleThatIsNotLoadedLosesItsErrorsOnly)
 {
     Dir set;
-    EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), 2u);
+    EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), ZR_ERR_NOT_FOUND);
     ASSERT_THAT(set.ctx.Messages("m"),
                 ElementsAre("Module \"m\" not found from search directories."));
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), ZR_OK);
     EXPECT_THAT(set.ctx.Messages(), IsEmpty());
 }
 
 TEST(Unload, NullArguments)
 {
     TestContext ctx;
-    EXPECT_EQ(ZR_CTX_UnloadModule(nullptr, "m"), 0u);
-    EXPECT_EQ(ZR_CTX_UnloadModule(ctx, nullptr), 22u);
-    EXPECT_EQ(ZRS_LOADER_UnloadModuleProc(nullptr, "m"), 22u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(nullptr, "m"), ZR_OK);
+    EXPECT_EQ(ZR_CTX_UnloadModule(ctx, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_LOADER_UnloadModuleProc(nullptr, "m"), ZR_ERR_INVALID);
 }
 
 TEST(Unload, AnAugmentingModuleTakesItsNodesAway)
@@ -64,7 +64,7 @@ TEST(Unload, AnAugmentingModuleTakesItsNodesAway)
     set.Add("m", Container("c", Leaf("x")));
     set.Add("a", Import("m") + Augment("/m:c", Leaf("p")));
     const ZrMod *target = set.ctx.Module("m");
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), ZR_OK);
     EXPECT_EQ(set.ctx.Module("m"), target) << "the target's module stays as it is";
     EXPECT_THAT(ChildNames(set.ctx.Node("/m:c")), ElementsAre("x"));
     EXPECT_EQ(ZR_CTX_FindModRelationTbl(set.ctx, "m"), nullptr);
@@ -77,13 +77,13 @@ TEST(Unload, AnAugmentedModuleLeavesItsAugmentsUncoupled)
     set.Add("a", Import("m") + Container("ca") + Augment("/m:c", Leaf("p")));
     g_told.clear();
     ZR_CTX_SetReloadModuleCbFunc(set.ctx, NoteReload);
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), ZR_OK);
     EXPECT_THAT(g_told, ElementsAre("m", "a"));
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"a"}));
     EXPECT_THAT(ChildNames(set.ctx.Module("a")->augments), ElementsAre("p"));
     EXPECT_THAT(set.ctx.Messages("a"), ElementsAre("Failed to couple augment statements."));
     EXPECT_TRUE(HasRelation(set.ctx, "m", ZR_RELATION_AUGMENTED_BY, "a"));
-    EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), ZR_OK);
     EXPECT_NE(set.ctx.Node("/m:c/a:p"), nullptr);
 }
 
@@ -97,7 +97,7 @@ TEST(Unload, ADeviatingModuleRebuildsWhatItDeviatedAndWhatDependsOnThat)
                      Deviation("/m:c/m:x", "not-supported"));
     g_told.clear();
     ZR_CTX_SetReloadModuleCbFunc(set.ctx, NoteReload);
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), ZR_OK);
     EXPECT_THAT(g_told, ElementsAre("d", "m", "a", "b"));
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "a", "b"}));
     EXPECT_THAT(set.ctx.Messages(), IsEmpty());
@@ -111,7 +111,7 @@ TEST(Unload, AugmentsThatADeviationDroppedComeBackWithoutIt)
     set.Add("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q")));
     set.Add("d", Import("m") + Deviation("/m:c", "not-supported"));
     ASSERT_EQ(set.ctx.Module("b")->augments, nullptr);
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), ZR_OK);
     EXPECT_NE(set.ctx.Node("/m:c/a:p/b:q"), nullptr);
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "a", "b"}));
 }
@@ -128,7 +128,7 @@ TEST(Unload, ADeviationThatOnlyDroppedAnAugmentIsNotConcernedByItsModule)
     EXPECT_EQ(ZRS_LOADER_IsAugAndRmvModShareSameDevaition(nullptr, "a", "d"), 0u);
     const ZrMod *target = set.ctx.Module("m");
     const ZrMod *deviating = set.ctx.Module("d");
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), ZR_OK);
     EXPECT_EQ(set.ctx.Module("m"), target);
     EXPECT_EQ(set.ctx.Module("d"), deviating);
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "d"}));
@@ -140,7 +140,7 @@ TEST(Unload, ADeviationWithoutATargetChangedNothing)
     set.Add("m", Container("c"));
     set.Add("d", Import("m") + Deviation("/m:none", "add", Must("x")));
     const ZrMod *target = set.ctx.Module("m");
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), ZR_OK);
     EXPECT_EQ(set.ctx.Module("m"), target);
 }
 
@@ -151,7 +151,7 @@ TEST(Unload, ADeviationThatFailedPartOfTheWayIsUndone)
     set.Add("d", Import("m") +
                      Deviation("/m:x", "add", "<mandatory value=\"true\"/><default value=\"w\"/>"));
     ASSERT_EQ(ZR_NODE_IsMandatory(set.ctx.Node("/m:x")), 1u);
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "d"), ZR_OK);
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m"}));
 }
 
@@ -161,9 +161,9 @@ TEST(Unload, AMadeInputGoesWithTheModuleThatNeededIt)
     set.Add("m", "<rpc name=\"r\"/>");
     set.Add("a", Import("m") + Augment("/m:r/m:input", Leaf("p")));
     set.Add("b", Import("m") + Augment("/m:r/m:input", Leaf("q")));
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), ZR_OK);
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "b"}));
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "b"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "b"), ZR_OK);
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m"}));
 }
 
@@ -174,9 +174,9 @@ TEST(Unload, ADeviationOfAMadeInputIsAppliedAgainWhenItIsMadeAgain)
     set.Add("a", Import("m") + Augment("/m:r/m:input", Leaf("p")));
     set.Add("d", Import("m") + Deviation("/m:r/m:input", "add", Must("p")));
     ASSERT_EQ(set.ctx.Node("/m:r/input")->mustCount, 1);
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), ZR_OK);
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "d"}));
-    EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "a"), ZR_OK);
     EXPECT_EQ(set.ctx.Node("/m:r/input")->mustCount, 1);
 }
 
@@ -186,9 +186,9 @@ TEST(Unload, EnabledFeaturesAreEnabledAgainAfterTheReload)
     set.Add("m", Container("c"));
     set.Add("a", Import("m") + "<feature name=\"f\"/><feature name=\"g\"/><feature name=\"h\"/>" +
                      Augment("/m:c", Leaf("p")));
-    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("a"), "f"), 0u);
-    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("a"), "h"), 0u);
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("a"), "f"), ZR_OK);
+    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("a"), "h"), ZR_OK);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), ZR_OK);
     EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "a", "f"), 1u);
     EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "a", "g"), 0u);
     EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "a", "h"), 1u);
@@ -201,8 +201,8 @@ void ChangeFeaturesOfLaterModule(ZrCtx *ctx, const char *moduleName)
 {
     if (std::string(moduleName) != "a")
         return;
-    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx, "b", "f"), 0u);
-    EXPECT_EQ(ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx, "b"), "g"), 0u);
+    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx, "b", "f"), ZR_OK);
+    EXPECT_EQ(ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx, "b"), "g"), ZR_OK);
 }
 
 } // namespace
@@ -214,9 +214,9 @@ TEST(Unload, FeaturesAreNotedWhenTheirModulesTurnComes)
     set.Add("b", Import("m") + "<feature name=\"f\"/><feature name=\"g\"/>" +
                      Augment("/m:c", Leaf("p")));
     set.Add("a", Import("m") + Augment("/m:c", Leaf("p"))); // stands before "b" in the table
-    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("b"), "f"), 0u);
+    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("b"), "f"), ZR_OK);
     ZR_CTX_SetReloadModuleCbFunc(set.ctx, ChangeFeaturesOfLaterModule);
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), ZR_OK);
     EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "b", "f"), 0u);
     EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "b", "g"), 1u);
 }
@@ -226,9 +226,9 @@ TEST(Unload, AnEnabledFeatureThatTheFileHasNoMoreIsAStatus)
     Dir set;
     set.Add("m", Container("c"));
     set.Add("a", Import("m") + "<feature name=\"f\"/>" + Augment("/m:c", Leaf("p")));
-    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("a"), "f"), 0u);
+    ASSERT_EQ(ZR_MOD_EnableFeature(set.ctx.Module("a"), "f"), ZR_OK);
     set.dir.Write("a.yin", ModuleText("a", Import("m")));
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 22u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), ZR_ERR_INVALID);
     EXPECT_NE(set.ctx.Module("a"), nullptr);
 }
 
@@ -240,7 +240,7 @@ TEST(Unload, PrivateDataOfReloadedModulesAndNodesStartsEmpty)
     int mine = 0;
     ZR_MOD_SetPrivate(set.ctx.Module("a"), &mine);
     ZR_NODE_SetPrivate(set.ctx.Node("/a:ca"), &mine);
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), ZR_OK);
     EXPECT_EQ(ZR_MOD_GetPrivate(set.ctx.Module("a")), nullptr);
     EXPECT_EQ(ZR_NODE_GetPrivate(set.ctx.Node("/a:ca")), nullptr);
 }
@@ -248,9 +248,9 @@ TEST(Unload, PrivateDataOfReloadedModulesAndNodesStartsEmpty)
 TEST(Unload, AModuleFromMemoryCannotComeBack)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
-    EXPECT_NE(ZR_CTX_UnloadModule(ctx, "m"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
+    EXPECT_NE(ZR_CTX_UnloadModule(ctx, "m"), ZR_OK);
     EXPECT_EQ(ctx.Module("m"), nullptr);
     EXPECT_EQ(ctx.Module("a"), nullptr);
     EXPECT_THAT(ctx.Messages("a"), ElementsAre("Module \"a\" not found from search directories."));
@@ -264,7 +264,7 @@ TEST(Unload, AFileThatVanishedBetweenLoadAndUnloadIsAStatusAndTheOthersComeBack)
     set.Add("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q")));
     set.Add("d", Import("m") + Deviation("/m:c", "add", Must("x")));
     ASSERT_EQ(std::remove((set.dir.path() + "/a.yin").c_str()), 0);
-    EXPECT_NE(ZR_CTX_UnloadModule(set.ctx, "d"), 0u);
+    EXPECT_NE(ZR_CTX_UnloadModule(set.ctx, "d"), ZR_OK);
     EXPECT_EQ(set.ctx.Module("a"), nullptr);
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "b"}));
     EXPECT_THAT(set.ctx.Messages("a"),
@@ -282,10 +282,10 @@ TEST(Unload, AModuleThatEverythingImportsComesBackWithImportsOnly)
         for (const char *name : {"a", "b"}) {
             set.dir.Write(std::string(name) + ".yin",
                           ModuleText(name, Import("m") + Augment("/m:c", Leaf("p"))));
-            EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, name), 0u);
+            EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, name), ZR_OK);
         }
-        EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), 0u);
-        EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+        EXPECT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), ZR_OK);
+        EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), ZR_OK);
         EXPECT_NE(set.ctx.Module("a"), nullptr);
         EXPECT_NE(set.ctx.Module("b"), nullptr);
         // Loading "a" again loads what it imports when the context is asked to.
@@ -297,14 +297,14 @@ TEST(Unload, AModuleOfSuffixedFilesIsBuiltAgainFromTheFilesThatAreThere)
 {
     Dir set;
     set.dir.Write("m@@one.yin", ModuleText("m", Container("c")));
-    ASSERT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), 0u);
+    ASSERT_EQ(ZR_CTX_LoadModule(set.ctx, "m"), ZR_OK);
     ASSERT_EQ(set.ctx.Module("m")->mergeSourceCount, 1);
     set.dir.Write("m@@one.yin", ModuleText("m", Container("other")));
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "m"), ZR_OK);
     EXPECT_EQ(set.ctx.Node("/m:c"), nullptr);
     EXPECT_NE(set.ctx.Node("/m:other"), nullptr);
     std::filesystem::remove(set.dir.path() + "/m@@one.yin");
-    EXPECT_NE(ZR_CTX_UnloadModule(set.ctx, "m"), 0u);
+    EXPECT_NE(ZR_CTX_UnloadModule(set.ctx, "m"), ZR_OK);
     EXPECT_EQ(set.ctx.Module("m"), nullptr);
 }
 
@@ -315,61 +315,62 @@ TEST(Unload, AStepWithoutAModuleNameLeavesNoPointerBehind)
     set.Add("a", Import("m") + Augment("/m:c", Container("p")));
     set.Add("b", Import("m") + Augment("/m:c/m:p", Leaf("q"))); // stands in a node of "a"
     ASSERT_NE(set.ctx.Node("/m:c/a:p/q"), nullptr);
-    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(set.ctx, "a"), ZR_OK);
     EXPECT_EQ(DumpContext(set.ctx), set.Fresh({"m", "b"}));
 }
 
 TEST(Unload, AReplacedTypeIsLookedUpNoMoreAfterItsModuleIsGone)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("t", "<typedef name=\"t\"><type name=\"int8\"/></typedef>"), 0u);
-    ASSERT_EQ(ctx.LoadBody("m", Import("t") + "<leaf name=\"x\"><type name=\"t:t\"/></leaf>"), 0u);
-    ASSERT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:x"), ZR_VALUE_STRING, "5"), 0u);
-    EXPECT_EQ(ZR_CTX_UnloadModule(ctx, "t"), 0u);
-    EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:x"), ZR_VALUE_STRING, "5"), 0x7001u);
+    ASSERT_EQ(ctx.LoadBody("t", "<typedef name=\"t\"><type name=\"int8\"/></typedef>"), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Import("t") + "<leaf name=\"x\"><type name=\"t:t\"/></leaf>"),
+              ZR_OK);
+    ASSERT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:x"), ZR_VALUE_STRING, "5"), ZR_OK);
+    EXPECT_EQ(ZR_CTX_UnloadModule(ctx, "t"), ZR_OK);
+    EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:x"), ZR_VALUE_STRING, "5"), ZR_ERR_VALUE_DERIVED);
 }
 
 TEST(UnloadReload, FeaturesOfAModuleThatIsNotLoadedCannotBeTurnedOn)
 {
     TestContext ctx;
     Table table("gone");
-    EXPECT_EQ(ZRS_LOADER_EnableReloadModFeature(ctx, table.node()), 2u);
-    EXPECT_NE(ZRS_LOADER_ReloadRelatedMod(ctx, table.get()), 0u);
+    EXPECT_EQ(ZRS_LOADER_EnableReloadModFeature(ctx, table.node()), ZR_ERR_NOT_FOUND);
+    EXPECT_NE(ZRS_LOADER_ReloadRelatedMod(ctx, table.get()), ZR_OK);
     table.node()->doNotReload = 1;
-    EXPECT_EQ(ZRS_LOADER_ReloadRelatedMod(ctx, table.get()), 0u);
+    EXPECT_EQ(ZRS_LOADER_ReloadRelatedMod(ctx, table.get()), ZR_OK);
 }
 
 TEST(UnloadSteps, UncoupleTheModuleAndDeleteItsRelations)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p")) +
                                     Deviation("/m:c", "add", Must("x"))),
-              0u);
-    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c", Leaf("q"))), 0u);
+              ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c", Leaf("q"))), ZR_OK);
     Table table("a");
-    EXPECT_EQ(ZRS_LOADER_UnloadModUncoupleProc(ctx, table.get()), 0u);
+    EXPECT_EQ(ZRS_LOADER_UnloadModUncoupleProc(ctx, table.get()), ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("q"));
     EXPECT_FALSE(HasRelation(ctx, "m", ZR_RELATION_AUGMENTED_BY, "a"));
     EXPECT_FALSE(HasRelation(ctx, "m", ZR_RELATION_DEVIATED_BY, "a"));
     EXPECT_TRUE(HasRelation(ctx, "m", ZR_RELATION_AUGMENTED_BY, "b"));
-    EXPECT_EQ(ZRS_LOADER_ProcModuleAugAndRelationUncouple(ctx, "none"), 0u);
-    EXPECT_EQ(ZRS_LOADER_UnloadModRemoveProc(ctx, table.get()), 0u);
+    EXPECT_EQ(ZRS_LOADER_ProcModuleAugAndRelationUncouple(ctx, "none"), ZR_OK);
+    EXPECT_EQ(ZRS_LOADER_UnloadModRemoveProc(ctx, table.get()), ZR_OK);
     EXPECT_EQ(ctx.Module("a"), nullptr);
 }
 
 TEST(UnloadSteps, TheRemovalStopsWithoutMemoryForTheFeatures)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("a", "<feature name=\"f\"/>"), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", "<feature name=\"f\"/>"), ZR_OK);
     ZR_MOD_EnableFeature(ctx.Module("a"), "f");
     Table table("a");
     {
         AllocGuard guard;
         guard.FailAt(0);
-        EXPECT_EQ(ZRS_LOADER_UnloadModRemoveProc(ctx, table.get()), 12u);
+        EXPECT_EQ(ZRS_LOADER_UnloadModRemoveProc(ctx, table.get()), ZR_ERR_NO_MEMORY);
         guard.FailAt(1);
-        EXPECT_EQ(ZRS_LOADER_UnloadModRemoveProc(ctx, table.get()), 12u);
+        EXPECT_EQ(ZRS_LOADER_UnloadModRemoveProc(ctx, table.get()), ZR_ERR_NO_MEMORY);
     }
     EXPECT_NE(ctx.Module("a"), nullptr);
 }
@@ -389,9 +390,9 @@ TEST(Unload, EveryFailingAllocationEitherChangesNothingOrIsAStatusOfTheReload)
         bool complete = false;
         {
             TestContext ctx;
-            ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), 0u);
+            ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), ZR_OK);
             for (const char *name : {"m", "a", "b", "d"})
-                ASSERT_EQ(ZR_CTX_LoadModule(ctx, name), 0u);
+                ASSERT_EQ(ZR_CTX_LoadModule(ctx, name), ZR_OK);
             ZR_MOD_EnableFeature(ctx.Module("a"), "f");
             std::string before = DumpContext(ctx);
             guard.FailAt(n);
@@ -399,11 +400,11 @@ TEST(Unload, EveryFailingAllocationEitherChangesNothingOrIsAStatusOfTheReload)
             complete = guard.Count() <= n;
             guard.FailNone();
             if (ctx.Module("d") != nullptr) {
-                EXPECT_EQ(status, 12u) << n;
+                EXPECT_EQ(status, ZR_ERR_NO_MEMORY) << n;
                 EXPECT_EQ(DumpContext(ctx), before) << n;
                 ++unchanged;
             }
-            EXPECT_TRUE(!complete || status == 0u);
+            EXPECT_TRUE(!complete || status == ZR_OK);
         }
         EXPECT_EQ(guard.LiveBlocks(), 0) << n;
         if (complete)

@@ -158,7 +158,7 @@ TEST(ContextMemory, AContextWithoutAnErrorStoreRecordsNothingAndWorks)
     ZrCtx *ctx = ZR_CTX_Create(0);
     guard.FailNone();
     ASSERT_NE(ctx, nullptr);
-    EXPECT_EQ(ZR_CTX_AddModError(ctx, "m", "text"), 0);
+    EXPECT_EQ(ZR_CTX_AddModError(ctx, "m", "text"), ZR_OK);
     EXPECT_EQ(ZR_CTX_GetErrNodeByModName(ctx, "m"), nullptr);
     EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, "/tmp"), ZR_OK);
     zrtest::DestroyBareContext(ctx);

@@ -137,20 +137,20 @@ TEST_F(DataPath, TheStartOfAPathIsWhereItsFirstNamedStepIsLookedUp)
 {
     const char *rest = nullptr;
     ZrNode *start = top_;
-    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "/m:top", &rest, &start), 0u);
+    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "/m:top", &rest, &start), ZR_OK);
     EXPECT_EQ(start, nullptr);
     EXPECT_STREQ(rest, "/m:top");
-    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "a/b", &rest, &start), 0u);
+    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "a/b", &rest, &start), ZR_OK);
     EXPECT_EQ(start, ref_);
     EXPECT_STREQ(rest, "a/b");
-    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "../../a", &rest, &start), 0u);
+    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "../../a", &rest, &start), ZR_OK);
     EXPECT_EQ(start, top_);
     EXPECT_STREQ(rest, "a");
-    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "./a", &rest, &start), 22u);
-    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(nullptr, "a", &rest, &start), 22u);
-    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, nullptr, &rest, &start), 22u);
-    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "a", nullptr, &start), 22u);
-    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "a", &rest, nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "./a", &rest, &start), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(nullptr, "a", &rest, &start), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, nullptr, &rest, &start), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "a", nullptr, &start), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_GetStartPathAndNode(ref_, "a", &rest, nullptr), ZR_ERR_INVALID);
 }
 
 TEST_F(DataPath, ARunOfParentStepsEndsAtTheFirstOtherStep)

@@ -17,7 +17,7 @@ class ImportTableTest : public testing::Test {
 protected:
     void Fill(ImportTable::Key key)
     {
-        ASSERT_EQ(table_.Make(imports_.data(), static_cast<uint32_t>(imports_.size()), key), 0u);
+        ASSERT_EQ(table_.Make(imports_.data(), static_cast<uint32_t>(imports_.size()), key), ZR_OK);
         for (uint32_t i = 0; i < imports_.size(); ++i)
             first_.push_back(table_.FindOrAdd(i));
     }
@@ -49,7 +49,7 @@ TEST_F(ImportTableTest, TellsModulesApartWhenTheyAreInTheKey)
 TEST_F(ImportTableTest, FindsNothingBeforeItIsMadeOrWithoutImports)
 {
     EXPECT_EQ(table_.Find("p"), nullptr);
-    ASSERT_EQ(table_.Make(nullptr, 0, ImportTable::kPrefix), 0u);
+    ASSERT_EQ(table_.Make(nullptr, 0, ImportTable::kPrefix), ZR_OK);
     EXPECT_EQ(table_.Find("p"), nullptr);
 }
 
@@ -70,22 +70,22 @@ TEST_F(ImportTableTest, SaysWhenThereIsNoMemory)
 {
     zrtest::AllocGuard guard;
     guard.FailAt(0);
-    EXPECT_EQ(table_.Make(imports_.data(), 5, ImportTable::kPrefix), 12u);
+    EXPECT_EQ(table_.Make(imports_.data(), 5, ImportTable::kPrefix), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(table_.Find("p"), nullptr);
 }
 
 TEST(ModuleNameInFile, LooksIntoTheFileAndThenIntoTheOneThatIncludesIt)
 {
     zrtest::TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", ""), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", ""), ZR_OK);
     ZrMod *m = ctx.Module("m");
     EXPECT_EQ(zr::ModuleNameInFile(m, "m"), nullptr) << "no file is being read";
 
     const ZrsImport outer[] = {{"outer-x", "x"}, {"outer-y", "y"}, {"outer-own", "own"}};
     const ZrsImport inner[] = {{"inner-x", "x"}, {"inner-m", "m"}};
     ZrsFilePrefixes file, submodule;
-    ASSERT_EQ(file.imports.Make(outer, 3, ImportTable::kPrefix), 0u);
-    ASSERT_EQ(submodule.imports.Make(inner, 2, ImportTable::kPrefix), 0u);
+    ASSERT_EQ(file.imports.Make(outer, 3, ImportTable::kPrefix), ZR_OK);
+    ASSERT_EQ(submodule.imports.Make(inner, 2, ImportTable::kPrefix), ZR_OK);
     for (uint32_t i = 0; i < 3; ++i)
         file.imports.FindOrAdd(i);
     for (uint32_t i = 0; i < 2; ++i)

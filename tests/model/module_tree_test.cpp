@@ -105,7 +105,7 @@ TEST_F(ModuleTree, RefusesASecondModuleOfTheSameName)
     ZrMod first = MakeModule("m", "urn:1");
     ZrMod second = MakeModule("m", "urn:2");
     EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, &first), ZR_OK);
-    EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, &second), 1u);
+    EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, &second), ZR_ERR_FAILED);
     EXPECT_EQ(ZR_CTX_GetModuleByModName(ctx_, "m"), &first);
     EXPECT_EQ(ZR_CTX_GetModuleByModNs(ctx_, "urn:2"), nullptr);
 }
@@ -115,7 +115,7 @@ TEST_F(ModuleTree, RefusesASecondModuleOfTheSameNamespaceAndTakesItsNameOutAgain
     ZrMod first = MakeModule("a", "urn:m");
     ZrMod second = MakeModule("b", "urn:m");
     EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, &first), ZR_OK);
-    EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, &second), 1u);
+    EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, &second), ZR_ERR_FAILED);
     EXPECT_EQ(ZR_CTX_GetModuleByModName(ctx_, "b"), nullptr);
     EXPECT_EQ(ZR_CTX_GetModuleByModNs(ctx_, "urn:m"), &first);
     EXPECT_THAT(Names(), ElementsAre("a"));
@@ -151,15 +151,15 @@ TEST_F(ModuleTree, AModuleWithoutANamespaceIsTheOnlyOne)
     ZrMod without = MakeModule("a", nullptr);
     ZrMod with = MakeModule("b", "urn:b");
     EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, &without), ZR_OK);
-    EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, &with), 1u);
+    EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, &with), ZR_ERR_FAILED);
     EXPECT_THAT(Names(), ElementsAre("a"));
 }
 
 TEST_F(ModuleTree, NullArgumentsAre1)
 {
     ZrMod m = MakeModule("m", "urn:m");
-    EXPECT_EQ(ZR_CTX_AddModuleNode(nullptr, &m), 1u);
-    EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, nullptr), 1u);
+    EXPECT_EQ(ZR_CTX_AddModuleNode(nullptr, &m), ZR_ERR_FAILED);
+    EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, nullptr), ZR_ERR_FAILED);
     ZR_CTX_InitModuleTree(nullptr);
 }
 

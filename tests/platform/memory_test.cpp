@@ -77,24 +77,27 @@ TEST_F(MemRegister, PutsTheThreeHooksInForce)
 TEST_F(MemRegister, ASecondRegistrationIs17EvenWithTheSameFunctions)
 {
     EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree), ZR_OK);
-    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree), 17u);
-    EXPECT_EQ(ZR_MemRegisterCallBack(OtherMalloc, CountingRealloc, CountingFree), 17u);
-    EXPECT_EQ(ZR_MemRegisterHandleInner(OtherMalloc, CountingRealloc, CountingFree), 17u);
+    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree),
+              ZR_ERR_REGISTERED);
+    EXPECT_EQ(ZR_MemRegisterCallBack(OtherMalloc, CountingRealloc, CountingFree),
+              ZR_ERR_REGISTERED);
+    EXPECT_EQ(ZR_MemRegisterHandleInner(OtherMalloc, CountingRealloc, CountingFree),
+              ZR_ERR_REGISTERED);
     EXPECT_EQ(g_zrMemMallocFunc, CountingMalloc);
 }
 
 TEST_F(MemRegister, ANullFunctionIs22AndLeavesTheDefaultsInForce)
 {
-    EXPECT_EQ(ZR_MemRegisterCallBack(nullptr, CountingRealloc, CountingFree), 22u);
-    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, nullptr, CountingFree), 22u);
-    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, nullptr), 22u);
+    EXPECT_EQ(ZR_MemRegisterCallBack(nullptr, CountingRealloc, CountingFree), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, nullptr, CountingFree), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, nullptr), ZR_ERR_INVALID);
     EXPECT_TRUE(DefaultsAreInForce());
 }
 
 TEST_F(MemRegister, ANullFunctionIs22AlsoAfterARegistration)
 {
     ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree);
-    EXPECT_EQ(ZR_MemRegisterCallBack(nullptr, nullptr, nullptr), 22u);
+    EXPECT_EQ(ZR_MemRegisterCallBack(nullptr, nullptr, nullptr), ZR_ERR_INVALID);
 }
 
 TEST_F(MemRegister, LeavesTheMutexUnlocked)
@@ -112,7 +115,7 @@ TEST_F(MemRegister, Is37AndLeavesTheDefaultsInForceWhenTheMutexCannotBeTaken)
     pthread_mutex_init(&g_zrMemMutex, &attributes);
     pthread_mutexattr_destroy(&attributes);
     pthread_mutex_lock(&g_zrMemMutex);
-    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree), 37u);
+    EXPECT_EQ(ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree), ZR_ERR_LOCK);
     EXPECT_TRUE(DefaultsAreInForce());
     pthread_mutex_unlock(&g_zrMemMutex);
     pthread_mutex_destroy(&g_zrMemMutex);
@@ -132,7 +135,7 @@ TEST_F(MemRegister, OneOfManyThreadsWins)
         thread.join();
     int won = 0;
     for (uint32_t result : results) {
-        EXPECT_TRUE(result == ZR_OK || result == 17u);
+        EXPECT_TRUE(result == ZR_OK || result == ZR_ERR_REGISTERED);
         won += result == ZR_OK ? 1 : 0;
     }
     EXPECT_EQ(won, 1);

@@ -37,7 +37,7 @@ TEST(Stack, PushOnAFullStackIs12AndChangesNothing)
     PalStack *stack = PAL_CreateStack(1);
     int first = 0, second = 0;
     EXPECT_EQ(PAL_Push(stack, &first), ZR_OK);
-    EXPECT_EQ(PAL_Push(stack, &second), 12u);
+    EXPECT_EQ(PAL_Push(stack, &second), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(PAL_GetSize(stack), 1u);
     EXPECT_EQ(PAL_Peep(stack), &first);
     PAL_DeleteStack(stack);
@@ -57,7 +57,7 @@ TEST(Stack, WithCapacityZeroExistsAndIsFull)
     PalStack *stack = PAL_CreateStack(0);
     ASSERT_NE(stack, nullptr);
     int item = 0;
-    EXPECT_EQ(PAL_Push(stack, &item), 12u);
+    EXPECT_EQ(PAL_Push(stack, &item), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(PAL_Pop(stack), nullptr);
     PAL_DeleteStack(stack);
 }
@@ -65,7 +65,7 @@ TEST(Stack, WithCapacityZeroExistsAndIsFull)
 TEST(Stack, ANullStackIsAccepted)
 {
     int item = 0;
-    EXPECT_EQ(PAL_Push(nullptr, &item), 12u);
+    EXPECT_EQ(PAL_Push(nullptr, &item), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(PAL_Pop(nullptr), nullptr);
     EXPECT_EQ(PAL_Peep(nullptr), nullptr);
     EXPECT_EQ(PAL_GetSize(nullptr), 0u);

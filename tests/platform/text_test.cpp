@@ -103,7 +103,7 @@ TEST(StrToFloat, RefusesEverythingElseAndLeavesTheValue)
                            "a1",   "Infinity", "\v1",  "1\f", "1-",    ". 5",  "5. 5"};
     for (const char *text : texts) {
         double value = -99;
-        EXPECT_EQ(PAL_StrToFloat(text, &value), 22u) << text;
+        EXPECT_EQ(PAL_StrToFloat(text, &value), ZR_ERR_INVALID) << text;
         EXPECT_EQ(value, -99) << text;
     }
 }
@@ -111,8 +111,8 @@ TEST(StrToFloat, RefusesEverythingElseAndLeavesTheValue)
 TEST(StrToFloat, RefusesNull)
 {
     double value;
-    EXPECT_EQ(PAL_StrToFloat(nullptr, &value), 22u);
-    EXPECT_EQ(PAL_StrToFloat("1", nullptr), 22u);
+    EXPECT_EQ(PAL_StrToFloat(nullptr, &value), ZR_ERR_INVALID);
+    EXPECT_EQ(PAL_StrToFloat("1", nullptr), ZR_ERR_INVALID);
 }
 
 TEST(StrToFloat, TurnsANumberBeyondTheLargestIntoAnInfinity)
@@ -145,7 +145,7 @@ TEST(StrToFloat, DoesNotReadTheLocale)
     double value = 0;
     EXPECT_EQ(PAL_StrToFloat("1.5", &value), ZR_OK);
     EXPECT_EQ(value, 1.5);
-    EXPECT_EQ(PAL_StrToFloat("1,5", &value), 22u);
+    EXPECT_EQ(PAL_StrToFloat("1,5", &value), ZR_ERR_INVALID);
     std::setlocale(LC_NUMERIC, saved.c_str());
 }
 

@@ -19,7 +19,7 @@ TEST(PrintContext, PassesToTheLevelBelowWithoutItsFlags)
     EXPECT_EQ(child.retractMask, 5u);
     EXPECT_EQ(child.level, 2u);
     EXPECT_EQ(child.maxNameLength, 17u);
-    EXPECT_EQ(child.accessMode, 1u);
+    EXPECT_EQ(child.accessMode, ZRS_PRINT_INPUT);
     EXPECT_EQ(child.bufferSize, 4u);
     EXPECT_EQ(child.usedLength, 1u);
     EXPECT_EQ(child.buffer, buffer);
@@ -38,18 +38,18 @@ TEST(PrintContext, HandsTheBufferOverFrom7168CharactersOn)
     print.callback = TakePiece;
     print.userData = &pieces;
     print.usedLength = 7167;
-    EXPECT_EQ(ZRS_NODE_PrintAllocBuffer(&print), 0u);
+    EXPECT_EQ(ZRS_NODE_PrintAllocBuffer(&print), ZR_OK);
     EXPECT_TRUE(pieces.pieces.empty());
     EXPECT_EQ(print.usedLength, 7167u);
     print.usedLength = 7168;
     buffer[7168] = '\0';
-    EXPECT_EQ(ZRS_NODE_PrintAllocBuffer(&print), 0u);
+    EXPECT_EQ(ZRS_NODE_PrintAllocBuffer(&print), ZR_OK);
     EXPECT_EQ(pieces.Whole(), std::string(7168, 'x'));
     EXPECT_EQ(print.usedLength, 0u);
     print.usedLength = 7168;
     buffer[0] = 'x';
     pieces.failAt = 1;
-    EXPECT_EQ(ZRS_NODE_PrintAllocBuffer(&print), 22u);
+    EXPECT_EQ(ZRS_NODE_PrintAllocBuffer(&print), ZR_ERR_INVALID);
 }
 
 TEST(PrintContext, TheWidthIsThatOfTheLongestNameOfAKindFromContainerToAnyxml)
@@ -64,7 +64,7 @@ TEST(PrintContext, TheWidthIsThatOfTheLongestNameOfAKindFromContainerToAnyxml)
         <action name="an-action-with-a-name"/>
         <notification name="a-notification-with-a-name"/>
       </container>)"),
-              0u);
+              ZR_OK);
     const ZrMod *module = ctx.Module("m");
     const ZrNode *box = ctx.Node("/m:box");
     EXPECT_EQ(ZRS_NODE_PrintGetMaxLen(module, box, nullptr), 3u);

@@ -53,7 +53,7 @@ protected:
     void TearDown() override { ZR_CTX_Delete(ctx_); }
     void Load(const char *name, const char *body)
     {
-        ASSERT_EQ(ZR_CTX_LoadMemory(ctx_, zrtest::ModuleText(name, body).c_str()), 0u);
+        ASSERT_EQ(ZR_CTX_LoadMemory(ctx_, zrtest::ModuleText(name, body).c_str()), ZR_OK);
     }
     std::string TreeOf(const char *name) { return Tree(ZR_CTX_GetModuleByModName(ctx_, name)); }
 
@@ -131,7 +131,7 @@ TEST_F(PrintAugments, ADisabledAugmentPrintsNothing)
     EXPECT_EQ(TreeOf("third"), "module: third\n"
                                "augment /base:top:\n"
                                "+--rw y?          int8\n");
-    ASSERT_EQ(ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx_, "third"), "f"), 0u);
+    ASSERT_EQ(ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx_, "third"), "f"), ZR_OK);
     EXPECT_EQ(TreeOf("third"), "module: third\n"
                                "augment /base:top:\n"
                                "+--rw x?   int8\n"
@@ -191,9 +191,9 @@ std::string ManyLeafs(int count)
 TEST(PrintPieces, ALongTreeComesInPiecesThatEndWithALine)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", ManyLeafs(1000)), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", ManyLeafs(1000)), ZR_OK);
     Pieces pieces;
-    ASSERT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 0u);
+    ASSERT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), ZR_OK);
     EXPECT_EQ(pieces.pieces.size(), 4u);
     std::string expected = "module: m\n";
     for (int i = 0; i < 1000; ++i)
@@ -214,9 +214,9 @@ TEST(PrintPieces, ALongTreeOfOneBranchComesInPiecesToo)
         close += "</container>";
     }
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", open + close), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", open + close), ZR_OK);
     Pieces pieces;
-    ASSERT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 0u);
+    ASSERT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), ZR_OK);
     EXPECT_GT(pieces.pieces.size(), 3u);
     std::string expected = "module: m\n";
     for (size_t i = 0; i < 120; ++i)
@@ -231,9 +231,9 @@ TEST(PrintPieces, ALineOfThousandsOfCharactersIsPrintedWhereverItFalls)
                        R"(<leaf name="long"><type name="string"/><default value=")" + text +
                        R"("/></leaf>)";
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", body), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", body), ZR_OK);
     Pieces pieces;
-    ASSERT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 0u);
+    ASSERT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), ZR_OK);
     EXPECT_NE(pieces.Whole().find("+--rw long?        string <" + text + ">\n"), std::string::npos);
 }
 
@@ -242,20 +242,20 @@ TEST(PrintPieces, ALineLongerThanTheBufferFailsAndWhatWasHandedOverStays)
     std::string body = ManyLeafs(1) + R"(<leaf name="long"><type name="string"/><default value=")" +
                        std::string(8192, 'd') + R"("/></leaf>)";
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", body), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", body), ZR_OK);
     Pieces pieces;
-    EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 1u);
+    EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), ZR_ERR_FAILED);
     EXPECT_EQ(pieces.Whole(), "module: m\n+--rw leaf-1000?   int8\n");
 }
 
 TEST(PrintPieces, ACallbackThatRefusesAPieceEndsThePrintingWith1)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", ManyLeafs(1000)), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", ManyLeafs(1000)), ZR_OK);
     for (size_t failAt = 0; failAt < 4; ++failAt) {
         Pieces pieces;
         pieces.failAt = failAt;
-        EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 1u);
+        EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), ZR_ERR_FAILED);
         EXPECT_EQ(pieces.pieces.size(), failAt);
     }
 }
@@ -263,10 +263,10 @@ TEST(PrintPieces, ACallbackThatRefusesAPieceEndsThePrintingWith1)
 TEST(PrintModelTree, NullArgumentsAreRefused)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", ""), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", ""), ZR_OK);
     Pieces pieces;
-    EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), nullptr, nullptr), 22u);
-    EXPECT_EQ(ZR_MOD_PrintModelTree(nullptr, TakePiece, &pieces), 22u);
+    EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), nullptr, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_PrintModelTree(nullptr, TakePiece, &pieces), ZR_ERR_INVALID);
     EXPECT_TRUE(pieces.pieces.empty());
 }
 
@@ -275,14 +275,14 @@ TEST(PrintModelTree, NeedsOneAllocationAndFailsWith12WithoutIt)
     zrtest::AllocGuard guard;
     {
         TestContext ctx;
-        ASSERT_EQ(ctx.LoadBody("m", ManyLeafs(1000)), 0u);
+        ASSERT_EQ(ctx.LoadBody("m", ManyLeafs(1000)), ZR_OK);
         int64_t blocks = guard.LiveBlocks();
         Pieces pieces;
         guard.FailAt(0);
-        EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 12u);
+        EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), ZR_ERR_NO_MEMORY);
         EXPECT_TRUE(pieces.pieces.empty());
         guard.FailAt(1);
-        EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), 0u);
+        EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), TakePiece, &pieces), ZR_OK);
         EXPECT_EQ(guard.Count(), 1u);
         guard.FailNone();
         EXPECT_EQ(guard.LiveBlocks(), blocks);
@@ -293,22 +293,22 @@ TEST(PrintModelTree, NeedsOneAllocationAndFailsWith12WithoutIt)
 TEST(PrintSubTree, AWidthThatIsExceededFailsWith22)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", R"(<leaf name="name"><type name="int8"/></leaf>)"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", R"(<leaf name="name"><type name="int8"/></leaf>)"), ZR_OK);
     const ZrMod *module = ctx.Module("m");
     char buffer[64] = "";
     Pieces pieces;
     ZrsPrintCtx print = {0, 1, 3, 0, sizeof(buffer), 0, buffer, &pieces, 0, TakePiece};
-    EXPECT_EQ(ZRS_NODE_PrintSubTree(module, module->dataNodes, &print), 22u);
+    EXPECT_EQ(ZRS_NODE_PrintSubTree(module, module->dataNodes, &print), ZR_ERR_INVALID);
     EXPECT_EQ(print.usedLength, 0u);
     print.maxNameLength = 4;
-    EXPECT_EQ(ZRS_NODE_PrintSubTree(module, module->dataNodes, &print), 0u);
+    EXPECT_EQ(ZRS_NODE_PrintSubTree(module, module->dataNodes, &print), ZR_OK);
     EXPECT_STREQ(buffer, "+--rw name?   int8\n");
 }
 
 TEST(PrintSubTree, UnknownAndAugmentNodesPrintNothing)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", R"(<container name="box"/>)"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", R"(<container name="box"/>)"), ZR_OK);
     ZrMod *module = ctx.Module("m");
     char buffer[64] = "";
     Pieces pieces;
@@ -316,7 +316,7 @@ TEST(PrintSubTree, UnknownAndAugmentNodesPrintNothing)
     for (uint32_t kind : {ZR_NODE_UNKNOWN, ZR_NODE_AUGMENT}) {
         ZrNode *node = ZRS_NODE_New(kind);
         node->module = module;
-        EXPECT_EQ(ZRS_NODE_PrintSubTree(module, node, &print), 0u);
+        EXPECT_EQ(ZRS_NODE_PrintSubTree(module, node, &print), ZR_OK);
         ZRS_NODE_Free(node);
     }
     EXPECT_EQ(print.usedLength, 0u);
@@ -325,13 +325,13 @@ TEST(PrintSubTree, UnknownAndAugmentNodesPrintNothing)
 TEST(PrintSubTree, TheSectionsOfAModuleCanBePrintedApart)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", R"(<container name="box"/><rpc name="r"/>)"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", R"(<container name="box"/><rpc name="r"/>)"), ZR_OK);
     char buffer[64] = "";
     Pieces pieces;
     ZrsPrintCtx print = {0, 1, 3, 0, sizeof(buffer), 0, buffer, &pieces, 0, TakePiece};
-    EXPECT_EQ(ZRS_MOD_PrintModelTreeRpcNotif(ctx.Module("m"), &print), 0u);
+    EXPECT_EQ(ZRS_MOD_PrintModelTreeRpcNotif(ctx.Module("m"), &print), ZR_OK);
     EXPECT_STREQ(buffer, "rpcs:\n+---x r\n");
-    EXPECT_EQ(ZRS_MOD_PrintModelTreeDataAug(ctx.Module("m"), &print), 0u);
+    EXPECT_EQ(ZRS_MOD_PrintModelTreeDataAug(ctx.Module("m"), &print), ZR_OK);
     EXPECT_STREQ(buffer, "rpcs:\n+---x r\n+--rw box\n");
 }
 

@@ -42,7 +42,7 @@ class PrintNodesTree : public ::testing::Test {
 protected:
     PrintNodesTree()
     {
-        EXPECT_EQ(ctx_.LoadBody("m", kBody), 0u) << ::testing::PrintToString(ctx_.Messages());
+        EXPECT_EQ(ctx_.LoadBody("m", kBody), ZR_OK) << ::testing::PrintToString(ctx_.Messages());
     }
     std::string Of(const char *path)
     {
@@ -145,7 +145,7 @@ TEST_F(PrintNodesTree, LeavesOutADisabledNodeAndWhatIsBelowOne)
 {
     EXPECT_EQ(Of("/m:top/off"), "module: m\n+--rw top!\n");
     EXPECT_EQ(Of("/m:top/off/z"), "module: m\n+--rw top!\n");
-    ASSERT_EQ(ZR_MOD_EnableFeature(ctx_.Module("m"), "f"), 0u);
+    ASSERT_EQ(ZR_MOD_EnableFeature(ctx_.Module("m"), "f"), ZR_OK);
     EXPECT_EQ(Of("/m:top/off/z"), "module: m\n"
                                   "+--rw top!\n"
                                   "   +--rw off\n"
@@ -164,7 +164,7 @@ TEST_F(PrintNodesTree, RefusesAnAugmentAndANodeInOneThatIsNotCoupled)
     EXPECT_EQ(NodeTree(augment->firstChild), "status 1");
     char buffer[64] = "";
     ZrsPrintCtx print = {0, 1, 0, 0, sizeof(buffer), 0, buffer, nullptr, 0, TakePiece};
-    EXPECT_EQ(ZR_NODE_PrintNodeHeader(augment->firstChild, &print), 22u);
+    EXPECT_EQ(ZR_NODE_PrintNodeHeader(augment->firstChild, &print), ZR_ERR_INVALID);
     EXPECT_STREQ(buffer, "");
 }
 
@@ -173,7 +173,7 @@ TEST_F(PrintNodesTree, ShowsANodeOfACoupledAugmentInTheTargetsModule)
     ASSERT_EQ(ctx_.LoadBody("n", R"(
       <import module="m"><prefix value="m"/></import>
       <augment target-node="/m:top"><leaf name="x"><type name="int8"/></leaf></augment>)"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(Of("/m:top/n:x"), "module: m\n"
                                 "+--rw top!\n"
                                 "   +--rw n:x?      int8\n");
@@ -182,8 +182,8 @@ TEST_F(PrintNodesTree, ShowsANodeOfACoupledAugmentInTheTargetsModule)
 TEST_F(PrintNodesTree, NullArgumentsAreRefused)
 {
     Pieces pieces;
-    EXPECT_EQ(ZR_NODE_PrintNodesTree(nullptr, TakePiece, &pieces), 22u);
-    EXPECT_EQ(ZR_NODE_PrintNodesTree(ctx_.Node("/m:top"), nullptr, nullptr), 22u);
+    EXPECT_EQ(ZR_NODE_PrintNodesTree(nullptr, TakePiece, &pieces), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_PrintNodesTree(ctx_.Node("/m:top"), nullptr, nullptr), ZR_ERR_INVALID);
     EXPECT_TRUE(pieces.pieces.empty());
 }
 
@@ -191,7 +191,7 @@ TEST_F(PrintNodesTree, ACallbackThatRefusesTheTextFailsWith1)
 {
     Pieces pieces;
     pieces.failAt = 0;
-    EXPECT_EQ(ZR_NODE_PrintNodesTree(ctx_.Node("/m:top"), TakePiece, &pieces), 1u);
+    EXPECT_EQ(ZR_NODE_PrintNodesTree(ctx_.Node("/m:top"), TakePiece, &pieces), ZR_ERR_FAILED);
 }
 
 TEST_F(PrintNodesTree, AnAncestorWhoseLineIsTooLongFails)
@@ -199,7 +199,7 @@ TEST_F(PrintNodesTree, AnAncestorWhoseLineIsTooLongFails)
     ASSERT_EQ(
         ctx_.LoadBody("n", "<container name=\"" + std::string(8192, 'c') +
                                "\"><leaf name=\"x\"><type name=\"int8\"/></leaf></container>"),
-        0u);
+        ZR_OK);
     EXPECT_EQ(NodeTree(ctx_.Module("n")->dataNodes->firstChild), "status 1");
 }
 
@@ -209,10 +209,10 @@ TEST_F(PrintNodesTree, WithoutMemoryForTheBufferFailsWith12)
     Pieces pieces;
     const ZrNode *node = ctx_.Node("/m:top");
     guard.FailAt(0);
-    EXPECT_EQ(ZR_NODE_PrintNodesTree(node, TakePiece, &pieces), 12u);
+    EXPECT_EQ(ZR_NODE_PrintNodesTree(node, TakePiece, &pieces), ZR_ERR_NO_MEMORY);
     EXPECT_TRUE(pieces.pieces.empty());
     guard.FailNone();
-    EXPECT_EQ(ZR_NODE_PrintNodesTree(node, TakePiece, &pieces), 0u);
+    EXPECT_EQ(ZR_NODE_PrintNodesTree(node, TakePiece, &pieces), ZR_OK);
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
 

@@ -104,9 +104,9 @@ TEST(PrintCase, WhoseLineIsTooLongFailsWithoutItsNodes)
     ASSERT_EQ(
         ctx.LoadBody("m", "<choice name=\"choice\"><case name=\"" + std::string(8192, 'c') +
                               "\"><leaf name=\"x\"><type name=\"int8\"/></leaf></case></choice>"),
-        0u);
+        ZR_OK);
     zrtest::Pieces pieces;
-    EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), zrtest::TakePiece, &pieces), 1u);
+    EXPECT_EQ(ZR_MOD_PrintModelTree(ctx.Module("m"), zrtest::TakePiece, &pieces), ZR_ERR_FAILED);
     EXPECT_EQ(pieces.Whole(), "module: m\n+--rw (choice)?\n");
 }
 
@@ -379,8 +379,8 @@ TEST(PrintFeatures, ADisabledNodeIsMissingWithItsSubtreeAndDrawsNoBarButKeepsIts
 TEST(PrintFeatures, EverythingIsPrintedOnceTheFeatureIsOn)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", kFeatures), 0u);
-    ASSERT_EQ(ZR_MOD_EnableFeature(ctx.Module("m"), "f"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", kFeatures), ZR_OK);
+    ASSERT_EQ(ZR_MOD_EnableFeature(ctx.Module("m"), "f"), ZR_OK);
     EXPECT_EQ(Tree(ctx.Module("m")), "module: m\n"
                                      "+--rw top\n"
                                      "|  +--rw a?                    int8\n"

@@ -38,7 +38,7 @@ inline uint32_t TakePiece(const char *text, uint32_t length, void *userData)
 inline std::string TreeOfBody(const std::string &body)
 {
     TestContext ctx;
-    EXPECT_EQ(ctx.LoadBody("m", body), 0u) << ::testing::PrintToString(ctx.Messages());
+    EXPECT_EQ(ctx.LoadBody("m", body), ZR_OK) << ::testing::PrintToString(ctx.Messages());
     return Tree(ctx.Module("m"));
 }
 
@@ -47,7 +47,7 @@ inline std::string NodeTree(const ZrNode *node)
 {
     Pieces pieces;
     uint32_t status = ZR_NODE_PrintNodesTree(node, TakePiece, &pieces);
-    return status == 0 ? pieces.Whole() : "status " + std::to_string(status);
+    return status == ZR_OK ? pieces.Whole() : "status " + std::to_string(status);
 }
 
 } // namespace zrtest

@@ -47,7 +47,7 @@ TEST(PrintType, EveryTypeHasItsText)
         SCOPED_TRACE(row.type);
         TestContext ctx;
         ASSERT_EQ(ctx.LoadBody("far", R"(<typedef name="their"><type name="int8"/></typedef>)"),
-                  0u);
+                  ZR_OK);
         ASSERT_EQ(ctx.LoadBody("m", std::string(R"(
           <import module="far"><prefix value="far"/></import>
           <identity name="i"/>
@@ -55,7 +55,7 @@ TEST(PrintType, EveryTypeHasItsText)
           <typedef name="ref"><type name="leafref"><path value="/m:a"/></type></typedef>
           <leaf name="a">)") + row.type +
                                         "</leaf>"),
-                  0u)
+                  ZR_OK)
             << ::testing::PrintToString(ctx.Messages());
         EXPECT_EQ(Tree(ctx.Module("m")), std::string("module: m\n+--rw a?   ") + row.text + "\n");
     }
@@ -72,7 +72,7 @@ std::string TextOf(const ZrtRealType &type)
     print.bufferSize = sizeof(buffer);
     zr::LineWriter line(&print);
     zr::PutType(line, &module, &type);
-    EXPECT_EQ(line.Finish(), 0u);
+    EXPECT_EQ(line.Finish(), ZR_OK);
     return buffer;
 }
 

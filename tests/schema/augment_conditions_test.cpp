@@ -125,11 +125,11 @@ TEST(CombineTwoWhenCondition, GivesNothingWithoutMemory)
 TEST(AugmentConditions, ABareNameBecomesTheChildsConditionOrGoesBeforeItsOwn)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), ZR_OK);
     ASSERT_EQ(
         ctx.LoadBody("a", Import("m") + Augment("/m:c", "<when condition=\"x\"/>" + Leaf("p") +
                                                             Leaf("q", "<when condition=\"y\"/>"))),
-        0u);
+        ZR_OK);
     EXPECT_STREQ(ctx.Node("/m:c/a:p")->when, "../x");
     EXPECT_STREQ(ctx.Node("/m:c/a:q")->when, "(../x) and (y)");
 }
@@ -137,14 +137,14 @@ TEST(AugmentConditions, ABareNameBecomesTheChildsConditionOrGoesBeforeItsOwn)
 TEST(AugmentConditions, ActionsAndNotificationsKeepTheirOwn)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     ASSERT_EQ(
         ctx.LoadBody("a", Import("m") + "<feature name=\"f\"/>" +
                               Augment("/m:c", "<when condition=\"x\"/><if-feature name=\"f\"/>"
                                               "<action name=\"act\"/>"
                                               "<notification name=\"n\"/>" +
                                                   Leaf("p"))),
-        0u);
+        ZR_OK);
     for (const char *path : {"/m:c/a:act", "/m:c/a:n"}) {
         EXPECT_EQ(ctx.Node(path)->when, nullptr) << path;
         EXPECT_EQ(ctx.Node(path)->ifFeatureCount, 0) << path;
@@ -156,14 +156,14 @@ TEST(AugmentConditions, ActionsAndNotificationsKeepTheirOwn)
 TEST(AugmentConditions, IfFeaturesAreAppendedInOrderAndOnce)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     ASSERT_EQ(
         ctx.LoadBody("a", Import("m") +
                               "<feature name=\"f\"/><feature name=\"g\"/><feature name=\"h\"/>" +
                               Augment("/m:c", "<if-feature name=\"f\"/><if-feature name=\"g\"/>" +
                                                   Leaf("p", "<if-feature name=\"g\"/>"
                                                             "<if-feature name=\"h\"/>"))),
-        0u);
+        ZR_OK);
     const ZrNode *leaf = ctx.Node("/m:c/a:p");
     std::vector<std::string> features;
     for (int i = 0; i < leaf->ifFeatureCount; ++i)
@@ -174,10 +174,10 @@ TEST(AugmentConditions, IfFeaturesAreAppendedInOrderAndOnce)
 TEST(AugmentConditions, AreNotPassedDownToGrandchildren)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "<when condition=\"x\"/>" +
                                                                   Container("p", Leaf("q")))),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(ctx.Node("/m:c/a:p")->when, "../x");
     EXPECT_EQ(ctx.Node("/m:c/a:p/q")->when, nullptr);
 }
@@ -188,7 +188,7 @@ class AugmentByHand : public testing::Test {
 protected:
     AugmentByHand()
     {
-        EXPECT_EQ(ctx_.LoadBody("m", ""), 0u);
+        EXPECT_EQ(ctx_.LoadBody("m", ""), ZR_OK);
         augment_ = New(ZR_NODE_AUGMENT, "/x:c");
     }
     ~AugmentByHand() override { ZRS_NODE_Free(augment_); }
@@ -210,7 +210,7 @@ protected:
 TEST_F(AugmentByHand, AConditionWithoutChildrenIsPassedToNobody)
 {
     augment_->when = ZR_DICT_Insert(dict(), "x");
-    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), augment_), 0u);
+    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), augment_), ZR_OK);
 }
 
 TEST_F(AugmentByHand, AConditionThatCannotBeRewrittenIsLeftOutButIfFeaturesAreNot)
@@ -218,20 +218,21 @@ TEST_F(AugmentByHand, AConditionThatCannotBeRewrittenIsLeftOutButIfFeaturesAreNo
     augment_->when = ZR_DICT_Insert(dict(), "$x");
     ASSERT_EQ(ZRS_NODE_AppendOneIfFeat(dict(), &augment_->ifFeatures, &augment_->ifFeatureCount,
                                        "m", "f"),
-              0u);
+              ZR_OK);
     ZrNode *leaf = New(ZR_NODE_LEAF, "l");
     ZRS_NODE_AddChild(augment_, leaf);
-    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), augment_), 0u);
+    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), augment_), ZR_OK);
     EXPECT_EQ(leaf->when, nullptr);
     EXPECT_EQ(leaf->ifFeatureCount, 1);
 }
 
 TEST_F(AugmentByHand, NullArgumentsAreRefused)
 {
-    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(nullptr, augment_), 22u);
-    EXPECT_EQ(ZRS_NODE_InheritAugNodeWhenCondToChildNode(dict(), nullptr, "x"), 22u);
-    EXPECT_EQ(ZRS_NODE_InheritAugNodeIfFeatArrayToChildNode(dict(), augment_, nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(nullptr, augment_), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_InheritAugNodeWhenCondToChildNode(dict(), nullptr, "x"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_InheritAugNodeIfFeatArrayToChildNode(dict(), augment_, nullptr),
+              ZR_ERR_INVALID);
 }
 
 TEST_F(AugmentByHand, AFailedInheritanceIsReportedAndLeaksNothing)
@@ -239,19 +240,20 @@ TEST_F(AugmentByHand, AFailedInheritanceIsReportedAndLeaksNothing)
     augment_->when = ZR_DICT_Insert(dict(), "some/condition = 1");
     ASSERT_EQ(ZRS_NODE_AppendOneIfFeat(dict(), &augment_->ifFeatures, &augment_->ifFeatureCount,
                                        "m", "f"),
-              0u);
+              ZR_OK);
     ZrNode *leaf = New(ZR_NODE_LEAF, "l");
     leaf->when = ZR_DICT_Insert(dict(), "y");
     ZRS_NODE_AddChild(augment_, leaf);
     // The first three allocations are the rewriting's, whose failure goes unreported.
     guard_.FailAt(3, true);
-    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), augment_), 22u);
+    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), augment_), ZR_ERR_INVALID);
     EXPECT_STREQ(leaf->when, "y");
     guard_.FailAt(0, true);
-    EXPECT_EQ(ZRS_NODE_InheritAugNodeIfFeatArrayToChildNode(dict(), augment_, leaf), 12u);
+    EXPECT_EQ(ZRS_NODE_InheritAugNodeIfFeatArrayToChildNode(dict(), augment_, leaf),
+              ZR_ERR_NO_MEMORY);
     EXPECT_EQ(leaf->ifFeatureCount, 0);
     guard_.FailNone();
-    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), augment_), 0u);
+    EXPECT_EQ(ZRS_NODE_InheritAugNodeEvalToAllChildNode(dict(), augment_), ZR_OK);
     EXPECT_STREQ(leaf->when, "(../some/condition = 1) and (y)");
 }
 

@@ -27,12 +27,12 @@ protected:
     {
         EXPECT_EQ(ctx_.LoadBody("m", Container("c", Container("k")) + Container("c-more") +
                                          Container("c0")),
-                  0u);
+                  ZR_OK);
         EXPECT_EQ(ctx_.LoadBody("a", Import("m") + Augment("/m:c-more", Leaf("p")) +
                                          Augment("/m:c", Container("p")) +
                                          Augment("/m:c/m:k", Leaf("p") + Leaf("q")) +
                                          Augment("/m:c/m:none", Leaf("p"))),
-                  0u);
+                  ZR_OK);
         EXPECT_EQ(ctx_.LoadBody("b", Import("m") + Augment("/m:c", Leaf("r")) +
                                          Augment("/m:c0", Leaf("r")) +
                                          Augment("/m:c/m:p", Leaf("s"))), // of a, by another name
@@ -47,7 +47,7 @@ protected:
 TEST_F(AugmentIndex, FindsThePathsAtAndBelowOneAndNoOthers)
 {
     zr::AugmentIndex index;
-    ASSERT_EQ(index.Make(ctx_.get()), 0u);
+    ASSERT_EQ(index.Make(ctx_.get()), ZR_OK);
     EXPECT_THAT(Doomed(&index, "/m:c", nullptr),
                 UnorderedElementsAre("/m:c", "/m:c/k", "/m:c/none", "/m:c", "/m:c/p"));
     EXPECT_THAT(Doomed(&index, "/m:c/k", nullptr), ElementsAre("/m:c/k"));
@@ -59,7 +59,7 @@ TEST_F(AugmentIndex, FindsThePathsAtAndBelowOneAndNoOthers)
 TEST_F(AugmentIndex, FindsTargetsBelowANodeByWhateverPath)
 {
     zr::AugmentIndex index;
-    ASSERT_EQ(index.Make(ctx_.get()), 0u);
+    ASSERT_EQ(index.Make(ctx_.get()), ZR_OK);
     EXPECT_THAT(Doomed(&index, "/m:c/a:p", ctx_.Node("/m:c/a:p")), ElementsAre("/m:c/p"));
     EXPECT_THAT(Doomed(&index, "/none:x", ctx_.Node("/m:c/k")), ElementsAre("/m:c/k"));
 }
@@ -67,7 +67,7 @@ TEST_F(AugmentIndex, FindsTargetsBelowANodeByWhateverPath)
 TEST_F(AugmentIndex, KnowsWhichAugmentAddedANode)
 {
     zr::AugmentIndex index;
-    ASSERT_EQ(index.Make(ctx_.get()), 0u);
+    ASSERT_EQ(index.Make(ctx_.get()), ZR_OK);
     EXPECT_EQ(index.AugmentOf(ctx_.Node("/m:c/k/a:q")), ctx_.Module("a")->augments->next->next);
     EXPECT_EQ(index.AugmentOf(ctx_.Node("/m:c0/b:r")), ctx_.Module("b")->augments->next);
     EXPECT_EQ(index.AugmentOf(ctx_.Node("/m:c/k")), nullptr);
@@ -76,14 +76,14 @@ TEST_F(AugmentIndex, KnowsWhichAugmentAddedANode)
 TEST_F(AugmentIndex, OfOneModuleLeavesTheOthersOut)
 {
     zr::AugmentIndex index;
-    ASSERT_EQ(index.Make(static_cast<const ZrMod *>(ctx_.Module("b"))), 0u);
+    ASSERT_EQ(index.Make(static_cast<const ZrMod *>(ctx_.Module("b"))), ZR_OK);
     EXPECT_THAT(Doomed(&index, "/m:c", nullptr), UnorderedElementsAre("/m:c", "/m:c/p"));
 }
 
 TEST_F(AugmentIndex, FreesTheDoomedAndFindsTheOthersAfterwards)
 {
     zr::AugmentIndex index;
-    ASSERT_EQ(index.Make(ctx_.get()), 0u);
+    ASSERT_EQ(index.Make(ctx_.get()), ZR_OK);
     ASSERT_TRUE(index.Doom("/m:c/k", nullptr));
     index.ForEachDoomed(zr::TakeBackAugmentNodes);
     index.FreeDoomed();
@@ -97,7 +97,7 @@ TEST_F(AugmentIndex, FreesTheDoomedAndFindsTheOthersAfterwards)
 TEST_F(AugmentIndex, ForgetsTheMessageOfAModuleThatLosesItsLastAugmentWithoutATarget)
 {
     zr::AugmentIndex index;
-    ASSERT_EQ(index.Make(ctx_.get()), 0u);
+    ASSERT_EQ(index.Make(ctx_.get()), ZR_OK);
     ASSERT_THAT(ctx_.Messages("a"), ElementsAre("Failed to couple augment statements."));
     ASSERT_TRUE(index.Doom("/m:c/none", nullptr));
     index.FreeDoomed();
@@ -110,6 +110,6 @@ TEST_F(AugmentIndex, WithoutMemoryIsNotMade)
         zr::AugmentIndex index;
         AllocGuard guard;
         guard.FailAt(n, true);
-        EXPECT_EQ(index.Make(ctx_.get()), 12u) << n;
+        EXPECT_EQ(index.Make(ctx_.get()), ZR_ERR_NO_MEMORY) << n;
     }
 }

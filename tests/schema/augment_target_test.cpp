@@ -39,8 +39,8 @@ TEST(TargetPaths, OnePathIsBelowAnotherOnlyAtAStep)
 TEST(MissingInput, IsMadeAsTheRpcsFirstChild)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("<output>" + Leaf("o") + "</output>")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("<output>" + Leaf("o") + "</output>")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input", "output"));
     const ZrNode *input = ctx.Node("/m:r/input");
     EXPECT_EQ(input->kind, uint32_t{ZR_NODE_INPUT});
@@ -51,8 +51,8 @@ TEST(MissingInput, IsMadeAsTheRpcsFirstChild)
 TEST(MissingInput, AMissingOutputIsMadeAsTheLastChild)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("<input>" + Leaf("i") + "</input>")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:output", Leaf("o"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("<input>" + Leaf("i") + "</input>")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:output", Leaf("o"))), ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input", "output"));
     EXPECT_EQ(ctx.Node("/m:r/output")->kind, uint32_t{ZR_NODE_OUTPUT});
 }
@@ -60,21 +60,21 @@ TEST(MissingInput, AMissingOutputIsMadeAsTheLastChild)
 TEST(MissingInput, IsMadeInAnActionToo)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c", "<action name=\"act\"/>")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c/m:act/m:input", Leaf("i"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", "<action name=\"act\"/>")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c/m:act/m:input", Leaf("i"))), ZR_OK);
     EXPECT_NE(ctx.Node("/m:c/act/input/a:i"), nullptr);
 }
 
 TEST(MissingInput, IsSharedByLaterAugmentsAndStaysAfterUncoupling)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i")) +
                                     Augment("/m:r/m:input", Leaf("j"))),
-              0u);
+              ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:r/input")), ElementsAre("i", "j"));
     for (ZrNode *augment = ctx.Module("a")->augments; augment != nullptr; augment = augment->next)
-        EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 0u);
+        EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), ZR_OK);
     ASSERT_NE(ctx.Node("/m:r/input"), nullptr);
     EXPECT_THAT(ChildNames(ctx.Node("/m:r/input")), IsEmpty());
 }
@@ -84,8 +84,8 @@ TEST(MissingInput, IsNotMadeForOtherStepsOrInOtherNodes)
     for (const char *target : {"/m:r/m:inputs", "/m:c/m:input", "/m:c/m:output", "/m:none/m:input",
                                "/m:r/a:input", "/m:input"}) {
         TestContext ctx;
-        ASSERT_EQ(ctx.LoadBody("m", Rpc("") + Container("c")), 0u);
-        ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment(target, Leaf("i"))), 0u);
+        ASSERT_EQ(ctx.LoadBody("m", Rpc("") + Container("c")), ZR_OK);
+        ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment(target, Leaf("i"))), ZR_OK);
         EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled)) << target;
         EXPECT_THAT(ChildNames(ctx.Node("/m:r")), IsEmpty()) << target;
         EXPECT_THAT(ChildNames(ctx.Node("/m:c")), IsEmpty()) << target;
@@ -95,9 +95,9 @@ TEST(MissingInput, IsNotMadeForOtherStepsOrInOtherNodes)
 TEST(MissingInput, GoesWithTheLastAugmentThatItWasMadeFor)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), ZR_OK);
     zr::UncoupleModuleAugments(ctx.Module("a"));
     ASSERT_NE(ctx.Node("/m:r/input"), nullptr) << "another augment uses it";
     zr::UncoupleModuleAugments(ctx.Module("b"));
@@ -107,13 +107,13 @@ TEST(MissingInput, GoesWithTheLastAugmentThatItWasMadeFor)
 TEST(MissingInput, StaysForAnAugmentThatReachesItByAnotherSpelling)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "<action name=\"act\"/>")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "<action name=\"act\"/>")), ZR_OK);
     ASSERT_EQ(
         ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:act/a:input", Leaf("i"))),
-        0u);
+        ZR_OK);
     // The step without a module name of its own matches the action that "a" added.
-    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Augment("/m:c/m:act/m:input", Leaf("j"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Augment("/m:c/m:act/m:input", Leaf("j"))), ZR_OK);
     ASSERT_THAT(ChildNames(ctx.Node("/m:c/a:act/input")), ElementsAre("i", "j"));
     zr::UncoupleModuleAugments(ctx.Module("b"));
     EXPECT_THAT(ChildNames(ctx.Node("/m:c/a:act/input")), ElementsAre("j"));
@@ -122,8 +122,8 @@ TEST(MissingInput, StaysForAnAugmentThatReachesItByAnotherSpelling)
 TEST(MissingInput, ADeclaredOneStaysWhenItsAugmentsGo)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("<input/>")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("<input/>")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), ZR_OK);
     zr::UncoupleModuleAugments(ctx.Module("a"));
     EXPECT_NE(ctx.Node("/m:r/input"), nullptr);
 }
@@ -131,9 +131,9 @@ TEST(MissingInput, ADeclaredOneStaysWhenItsAugmentsGo)
 TEST(MissingInput, StaysForAnAugmentThatHasNoNodesLeft)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", "")), 0u);
-    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", "")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), ZR_OK);
     zr::UncoupleModuleAugments(ctx.Module("b"));
     EXPECT_NE(ctx.Node("/m:r/input"), nullptr);
     zr::UncoupleModuleAugments(ctx.Module("a"));
@@ -143,7 +143,7 @@ TEST(MissingInput, StaysForAnAugmentThatHasNoNodesLeft)
 TEST(MissingInput, TheStepsOfItsMakingRefuseWhatDoesNotFit)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("")), ZR_OK);
     uint32_t kind = 0;
     EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:r", "inputs", &kind), nullptr);
     EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:none", "input", &kind), nullptr);

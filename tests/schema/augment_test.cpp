@@ -16,8 +16,8 @@ class CoupledPair : public testing::Test {
 protected:
     CoupledPair()
     {
-        EXPECT_EQ(ctx_.LoadBody("m", Container("c", Leaf("x") + Leaf("y"))), 0u);
-        EXPECT_EQ(ctx_.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p") + Leaf("q"))), 0u);
+        EXPECT_EQ(ctx_.LoadBody("m", Container("c", Leaf("x") + Leaf("y"))), ZR_OK);
+        EXPECT_EQ(ctx_.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p") + Leaf("q"))), ZR_OK);
         target_ = ctx_.Node("/m:c");
         augment_ = ctx_.Module("a")->augments;
     }
@@ -51,36 +51,37 @@ TEST_F(CoupledPair, TheNodesStandAtTheEndOfTheTargetsChildren)
 
 TEST_F(CoupledPair, CouplingTwiceChangesNothing)
 {
-    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment_), 0u);
+    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment_), ZR_OK);
     EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "p", "q"));
 }
 
 TEST_F(CoupledPair, UncouplingTakesTheNodesBackInOrder)
 {
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), 0u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), ZR_OK);
     EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y"));
     EXPECT_THAT(ChildNames(augment_), ElementsAre("p", "q"));
     EXPECT_EQ(augment_->flags & ZRS_FLAG_COUPLED, 0u);
     EXPECT_EQ(augment_->firstChild->parent, augment_);
     EXPECT_EQ(ZR_NODE_GetParentNode(augment_->firstChild), nullptr);
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), 22u) << "it is not coupled any more";
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), ZR_ERR_INVALID)
+        << "it is not coupled any more";
 }
 
 TEST_F(CoupledPair, UncouplingNeedsNoMemory)
 {
     AllocGuard guard;
     guard.FailAt(0, true);
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), 0u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), ZR_OK);
     EXPECT_EQ(guard.Count(), 0u);
 }
 
 TEST_F(CoupledPair, AnotherAugmentsNodesStayWhenOneIsUncoupled)
 {
-    ASSERT_EQ(ctx_.LoadBody("b", Import("m") + Augment("/m:c", Leaf("r"))), 0u);
+    ASSERT_EQ(ctx_.LoadBody("b", Import("m") + Augment("/m:c", Leaf("r"))), ZR_OK);
     EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "p", "q", "r"));
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), 0u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), ZR_OK);
     EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "r"));
-    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment_), 0u);
+    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment_), ZR_OK);
     EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "r", "p", "q"));
 }
 
@@ -93,7 +94,7 @@ TEST_F(CoupledPair, ACoupledAugmentIsNotFreed)
 TEST_F(CoupledPair, UncouplingFromAnotherTargetIsRefused)
 {
     ZrNode *other = ctx_.Node("/m:c/x");
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, other), 22u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, other), ZR_ERR_INVALID);
     EXPECT_THAT(ChildNames(target_), ElementsAre("x", "y", "p", "q"));
 }
 
@@ -101,9 +102,9 @@ TEST_F(CoupledPair, AStretchWithOneEndOnlyIsRefused)
 {
     ZrNode *last = augment_->lastChild;
     augment_->lastChild = nullptr;
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, target_), 22u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, target_), ZR_ERR_INVALID);
     augment_->lastChild = last;
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, target_), 0u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, target_), ZR_OK);
     augment_->flags &= ~ZRS_FLAG_COUPLED;
 }
 
@@ -111,7 +112,7 @@ TEST_F(CoupledPair, AStretchWhoseEndIsMissingFromTheChainIsRefused)
 {
     ZrNode *last = augment_->lastChild;
     augment_->lastChild = ctx_.Node("/m:c/x");
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, target_), 22u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(augment_, target_), ZR_ERR_INVALID);
     // The nodes were moved up to the end of the chain.
     augment_->flags &= ~ZRS_FLAG_COUPLED;
     EXPECT_EQ(augment_->lastChild, last);
@@ -159,7 +160,7 @@ TEST_F(CoupledPair, TheStretchIsEmptyWhenItsOnlyNodeLeaves)
     }
     EXPECT_EQ(augment_->firstChild, nullptr);
     EXPECT_EQ(augment_->lastChild, nullptr);
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), 0u) << "there is nothing to take back";
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment_), ZR_OK) << "there is nothing to take back";
 }
 
 TEST_F(CoupledPair, TheStretchStaysWhenAnotherNodeLeaves)
@@ -179,16 +180,16 @@ TEST_F(CoupledPair, AnUncoupledAugmentsLinksAreLeftToTheUnlinking)
 
 TEST_F(CoupledPair, ChildrenScansOfTheAugmentEndAtItsLastNode)
 {
-    ASSERT_EQ(ctx_.LoadBody("b", Import("m") + Augment("/m:c", Leaf("r"))), 0u);
+    ASSERT_EQ(ctx_.LoadBody("b", Import("m") + Augment("/m:c", Leaf("r"))), ZR_OK);
     EXPECT_THAT(ChildNames(augment_), ElementsAre("p", "q"));
 }
 
 TEST(CoupleAugment, NullIsRefused)
 {
-    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_CoupleAugmentNodeAndTargetNode(nullptr, nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(nullptr, nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_CoupleAugmentNodeAndTargetNode(nullptr, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNodeAndTargetNode(nullptr, nullptr), ZR_ERR_INVALID);
     ZRS_NODE_RemoveCoupledAugmentNodeChildLink(nullptr, nullptr);
     ZRS_NODE_NotifyAugmentFirstChildNodeRelink(nullptr);
 }
@@ -196,20 +197,20 @@ TEST(CoupleAugment, NullIsRefused)
 TEST(CoupleAugment, WithoutATargetItStaysAsItWas)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
     ZrNode *augment = ctx.Module("a")->augments;
-    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment), 22u);
+    EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment), ZR_ERR_INVALID);
     EXPECT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u);
     EXPECT_THAT(ChildNames(augment), ElementsAre("p"));
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 22u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), ZR_ERR_INVALID);
     EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled));
 }
 
 TEST(CoupleAugment, IsTriedAgainWhenTheTargetsModuleLoads)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("x", "p"));
     EXPECT_THAT(ctx.Messages(), IsEmpty()) << "the store tells of the schema as it is";
 }
@@ -219,23 +220,23 @@ TEST(CoupleAugment, WithoutNodesItIsCoupledWithoutAChange)
     TestContext ctx;
     g_relinked = 0;
     ZR_CTX_SetFirstAugChildRelinkFunc(ctx, CountRelink);
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "")), ZR_OK);
     EXPECT_NE(ctx.Module("a")->augments->flags & ZRS_FLAG_COUPLED, 0u);
     EXPECT_EQ(g_relinked, 0u);
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(ctx.Module("a")->augments), 0u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(ctx.Module("a")->augments), ZR_OK);
 }
 
 TEST(CoupleAugment, AnEmptyAugmentWhoseTargetIsGoneIsRefusedButFree)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "")), ZR_OK);
     ZrNode *target = ctx.Node("/m:c");
     ZRS_NODE_Unlink(target);
     ZRS_NODE_Free(target);
     ZrNode *augment = ctx.Module("a")->augments;
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 22u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), ZR_ERR_INVALID);
     EXPECT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u);
 }
 
@@ -246,8 +247,8 @@ TEST(CoupleAugment, PassesConfigAndAccessControlDownToTheNodes)
                                     Container("c", "<config value=\"false\"/>"
                                                    "<ietf-netconf-acm:default-deny-all "
                                                    "xmlns:ietf-netconf-acm=\"urn:acm\"/>")),
-              0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p", Leaf("q")))), 0u);
+              ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p", Leaf("q")))), ZR_OK);
     const ZrNode *leaf = ctx.Node("/m:c/a:p/q");
     EXPECT_EQ(leaf->flags & ZRS_FLAGS_CONFIG, uint32_t{ZRS_FLAG_CONFIG_FALSE});
     EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyAll(leaf), 1u);
@@ -259,7 +260,7 @@ TEST(CoupleAugment, AnAugmentOfItsOwnModuleMayWaitForALaterOne)
     ASSERT_EQ(ctx.LoadBody("m", Container("c") + Augment("/m:c/m:p/m:q", Leaf("r")) +
                                     Augment("/m:c/m:p", Container("q")) +
                                     Augment("/m:c", Container("p"))),
-              0u);
+              ZR_OK);
     EXPECT_NE(ctx.Node("/m:c/p/q/r"), nullptr);
     EXPECT_THAT(ctx.Messages(), IsEmpty());
 }
@@ -267,11 +268,11 @@ TEST(CoupleAugment, AnAugmentOfItsOwnModuleMayWaitForALaterOne)
 TEST(CoupleAugment, OneFailureDoesNotStopTheOthers)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:none", Leaf("n")) +
                                     Augment("/m:c", Leaf("p")) + Augment("/m:c/m:no", Leaf("o")) +
                                     Augment("/m:c", Leaf("q"))),
-              0u);
+              ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("p", "q"));
     EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled)) << "once, however many are left";
 }
@@ -289,7 +290,7 @@ TEST(CoupleAugment, AManyStepChainInReverseOrderIsCoupledWithFewTries)
     }
     TestContext ctx;
     AllocGuard guard;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c") + augments), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c") + augments), ZR_OK);
     uint64_t withChain = guard.Count();
     EXPECT_THAT(ctx.Messages(), IsEmpty());
     // Each lookup of a target costs a few allocations; trying all in every pass would need
@@ -302,12 +303,12 @@ TEST(CoupleAugment, CasesCanBeAddedToAChoice)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", "<choice name=\"ch\"><case name=\"one\">" + Leaf("x") +
                                     "</case></choice>"),
-              0u);
+              ZR_OK);
     ASSERT_EQ(
         ctx.LoadBody("a", Import("m") +
                               Augment("/m:ch", "<case name=\"two\">" + Leaf("p") + "</case>") +
                               Augment("/m:ch/one", Leaf("q"))),
-        0u);
+        ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:ch")), ElementsAre("one", "two"));
     EXPECT_THAT(ChildNames(ctx.Node("/m:ch/one")), ElementsAre("x", "q"));
 }
@@ -316,8 +317,8 @@ TEST(CoupleAugment, AnUnknownModuleOrNodeLeavesItUncoupled)
 {
     for (const char *target : {"/m:none", "/m:c/m:none", "/m:c/m:x/m:none"}) {
         TestContext ctx;
-        ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), 0u);
-        ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment(target, Leaf("p"))), 0u);
+        ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), ZR_OK);
+        ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment(target, Leaf("p"))), ZR_OK);
         EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled)) << target;
         EXPECT_THAT(ChildNames(ctx.Module("a")->augments), ElementsAre("p"));
     }
@@ -327,11 +328,11 @@ TEST(CoupleAugment, ATargetInAModuleOfMoreThan64CharactersLeavesItUncoupled)
 {
     std::string longName(65, 'm');
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody(longName, Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody(longName, Container("c")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", "<import module=\"" + longName +
                                     "\"><prefix value=\"p\"/></import>" +
                                     Augment("/p:c", Leaf("p"))),
-              0u);
+              ZR_OK);
     EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled));
     EXPECT_THAT(ChildNames(ctx.Module("a")->augments), ElementsAre("p"));
 }
@@ -341,10 +342,10 @@ TEST(CoupleAugment, TwoModulesMayAugmentEachOther)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("a", Import("b") + Container("ca") + Augment("/b:cb", Container("pa")) +
                                     Augment("/b:cb/a:pa/b:pb", Leaf("deep"))),
-              0u);
+              ZR_OK);
     ASSERT_EQ(ctx.LoadBody("b", Import("a") + Container("cb") + Augment("/a:ca", Leaf("x")) +
                                     Augment("/b:cb/a:pa", Container("pb"))),
-              0u);
+              ZR_OK);
     EXPECT_NE(ctx.Node("/b:cb/a:pa/b:pb/a:deep"), nullptr);
     EXPECT_NE(ctx.Node("/a:ca/b:x"), nullptr);
     EXPECT_THAT(ctx.Messages(), IsEmpty());
@@ -360,14 +361,14 @@ TEST(CoupleAugment, NodesThatTakeNoAugmentAreLikeMissingTargetsInEveryOrder)
         for (const std::vector<std::string> &order : {std::vector{m, a}, {a, m}}) {
             TestContext ctx;
             for (const std::string &text : order)
-                ASSERT_EQ(ctx.Load(text), 0u);
+                ASSERT_EQ(ctx.Load(text), ZR_OK);
             ZrNode *augment = ctx.Module("a")->augments;
             EXPECT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u) << path;
             EXPECT_THAT(ChildNames(augment), ElementsAre("p"));
             EXPECT_THAT(ChildNames(ctx.Node(path)), testing::Not(testing::Contains("p")));
             EXPECT_THAT(ctx.Messages("a"), ElementsAre("Failed to couple augment statements."));
-            EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment), 22u);
-            EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 22u);
+            EXPECT_EQ(ZRS_NODE_CoupleAugmentNode(augment), ZR_ERR_INVALID);
+            EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), ZR_ERR_INVALID);
         }
     }
 }
@@ -377,14 +378,14 @@ TEST(CoupleAugment, EveryNodeThatTakesAnAugmentGetsItsNodes)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c", "<action name=\"do\"/>") + "<list name=\"li\"/>" +
                                     Choice("ch") + "<rpc name=\"r\"/><notification name=\"n\"/>"),
-              0u);
+              ZR_OK);
     std::string augments;
     const std::vector<std::string> paths = {
         "/m:c", "/m:li", "/m:ch/one", "/m:r/input", "/m:r/output", "/m:c/do/input", "/m:n"};
     for (const std::string &path : paths)
         augments += Augment(path, Leaf("p"));
     augments += Augment("/m:ch", "<case name=\"p\"/>");
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + augments), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + augments), ZR_OK);
     EXPECT_THAT(ctx.Messages(), IsEmpty());
     for (const std::string &path : paths) {
         ASSERT_NE(ctx.Node(path.c_str()), nullptr) << path;
@@ -396,9 +397,9 @@ TEST(CoupleAugment, EveryNodeThatTakesAnAugmentGetsItsNodes)
 TEST(CoupleAugment, NodesInAModuleThatThePathDoesNotNameAreRelatedToItToo)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c/m:p", Leaf("q"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c/m:p", Leaf("q"))), ZR_OK);
     ASSERT_NE(ctx.Node("/m:c/a:p/q"), nullptr);
     EXPECT_NE(ZR_CTX_FindModRelationItem(ZR_CTX_FindModRelationTbl(ctx, "a"),
                                          ZR_RELATION_AUGMENTED_BY, ctx.Module("b")->name),
@@ -415,8 +416,8 @@ TEST(CoupleAugment, WithoutMemoryForThatRelationTheNodesAreTakenBack)
         bool complete = false;
         {
             TestContext ctx;
-            ASSERT_EQ(ctx.Load(m), 0u);
-            ASSERT_EQ(ctx.Load(a), 0u);
+            ASSERT_EQ(ctx.Load(m), ZR_OK);
+            ASSERT_EQ(ctx.Load(a), ZR_OK);
             guard.FailAt(n);
             ctx.Load(b);
             complete = guard.Count() <= n;
@@ -440,7 +441,7 @@ TEST(CoupleAugment, EveryFailingAllocationLeavesAUsableContext)
         bool complete = false;
         {
             TestContext ctx;
-            ASSERT_EQ(ctx.Load(m), 0u);
+            ASSERT_EQ(ctx.Load(m), ZR_OK);
             guard.FailAt(n);
             uint32_t status = ctx.Load(a);
             complete = guard.Count() <= n;

@@ -31,45 +31,45 @@ TEST(ChangeEvents, EveryKindAndEventHasItsHandler)
 TEST(ChangeEvents, HandlersOfUnknownDependentModulesFail)
 {
     TestContext ctx;
-    EXPECT_EQ(ZRS_MOD_CoupleAugmentFromDepMods(ctx, "m", "none", nullptr), 1u);
-    EXPECT_EQ(ZRS_MOD_UnCoupleAugmentFromDepMods(ctx, "m", "none", nullptr), 1u);
-    EXPECT_EQ(ZRS_MOD_CoupleDeviationFromDepMods(ctx, "m", "none", nullptr), 1u);
-    EXPECT_EQ(ZRS_MOD_UnCoupleDeviationFromDepMods(ctx, "m", "none", nullptr), 1u);
+    EXPECT_EQ(ZRS_MOD_CoupleAugmentFromDepMods(ctx, "m", "none", nullptr), ZR_ERR_FAILED);
+    EXPECT_EQ(ZRS_MOD_UnCoupleAugmentFromDepMods(ctx, "m", "none", nullptr), ZR_ERR_FAILED);
+    EXPECT_EQ(ZRS_MOD_CoupleDeviationFromDepMods(ctx, "m", "none", nullptr), ZR_ERR_FAILED);
+    EXPECT_EQ(ZRS_MOD_UnCoupleDeviationFromDepMods(ctx, "m", "none", nullptr), ZR_ERR_FAILED);
 }
 
 TEST(ChangeEvents, AModuleWithoutRelationsHasNobodyToTell)
 {
     TestContext ctx;
-    EXPECT_EQ(ZRS_MOD_NotifyModuleChangeEvent(ctx, "m", ZRS_MODULE_LOADED, nullptr), 0u);
-    EXPECT_EQ(ZRS_MOD_NotifyModuleChangeEvent(ctx, nullptr, ZRS_MODULE_LOADED, nullptr), 0u);
-    EXPECT_EQ(ZRS_MOD_NotifyModuleChangeEvent(nullptr, "m", ZRS_MODULE_LOADED, nullptr), 0u);
+    EXPECT_EQ(ZRS_MOD_NotifyModuleChangeEvent(ctx, "m", ZRS_MODULE_LOADED, nullptr), ZR_OK);
+    EXPECT_EQ(ZRS_MOD_NotifyModuleChangeEvent(ctx, nullptr, ZRS_MODULE_LOADED, nullptr), ZR_OK);
+    EXPECT_EQ(ZRS_MOD_NotifyModuleChangeEvent(nullptr, "m", ZRS_MODULE_LOADED, nullptr), ZR_OK);
 }
 
 TEST(ChangeEvents, ARelationOfAnUnknownKindIsSkipped)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
-    ASSERT_EQ(ZR_CTX_AddTwoModRelation(ctx, "m", "a", 7), 0u);
-    EXPECT_EQ(ZRS_MOD_NotifyModuleChangeEvent(ctx, "m", ZRS_MODULE_UNLOADING, nullptr), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
+    ASSERT_EQ(ZR_CTX_AddTwoModRelation(ctx, "m", "a", 7), ZR_OK);
+    EXPECT_EQ(ZRS_MOD_NotifyModuleChangeEvent(ctx, "m", ZRS_MODULE_UNLOADING, nullptr), ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), IsEmpty()) << "the augment's relation was told";
-    EXPECT_EQ(ZRS_MOD_NotifyModuleChangeEvent(ctx, "m", 9, nullptr), 0u);
+    EXPECT_EQ(ZRS_MOD_NotifyModuleChangeEvent(ctx, "m", 9, nullptr), ZR_OK);
 }
 
 TEST(ChangeEvents, UncouplingConcernsOnlyAugmentsIntoTheChangedModule)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("n", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("n", Container("c")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Import("n") + Augment("/m:c", Container("p")) +
                                     Augment("/n:c", Leaf("q")) + Augment("/m:c/a:p", Leaf("r"))),
-              0u);
-    EXPECT_EQ(ZRS_MOD_UnCoupleAugmentFromDepMods(ctx, "m", "a", nullptr), 0u);
+              ZR_OK);
+    EXPECT_EQ(ZRS_MOD_UnCoupleAugmentFromDepMods(ctx, "m", "a", nullptr), ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), IsEmpty());
     EXPECT_THAT(ChildNames(ctx.Node("/n:c")), ElementsAre("q"));
     EXPECT_NE(ctx.Module("a")->augments->next->next->flags & ZRS_FLAG_COUPLED, 0u)
         << "its own node is the target";
-    EXPECT_EQ(ZRS_MOD_CoupleAugmentFromDepMods(ctx, "m", "a", nullptr), 0u);
+    EXPECT_EQ(ZRS_MOD_CoupleAugmentFromDepMods(ctx, "m", "a", nullptr), ZR_OK);
     EXPECT_NE(ctx.Node("/m:c/a:p/r"), nullptr);
 }
 
@@ -78,10 +78,10 @@ TEST(ChangeEvents, TheAugmentMessageGoesOnceNoAugmentIsLeftUncoupled)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Import("n") + Augment("/m:c", Leaf("p")) +
                                     Augment("/n:c", Leaf("q"))),
-              0u);
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+              ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     EXPECT_THAT(ctx.Messages("a"), ElementsAre("Failed to couple augment statements."));
-    ASSERT_EQ(ctx.LoadBody("n", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("n", Container("c")), ZR_OK);
     EXPECT_THAT(ctx.Messages("a"), IsEmpty());
 }
 
@@ -89,9 +89,9 @@ TEST(ChangeEvents, OtherMessagesStayWhenTheAugmentMessageGoes)
 {
     TestContext ctx;
     ZR_CTX_AddModError(ctx, "a", "Something else.");
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
     EXPECT_EQ(ctx.Messages("a").size(), 2u);
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     EXPECT_THAT(ctx.Messages("a"), ElementsAre("Something else."));
 }
 
@@ -101,7 +101,7 @@ TEST(ChangeEvents, UncouplingDeviationsForgetsTheirMessagesAndLetsThemBeAppliedA
                     Deviation("/m:x", "add", Default("w")) + Deviation("/m:c", "add", Must("a")) +
                         Deviation("/e:c", "add", Must("a")));
     ASSERT_EQ(schema.Messages().size(), 2u);
-    EXPECT_EQ(ZRS_MOD_UnCoupleDeviationFromDepMods(schema.ctx, "m", "d", nullptr), 0u);
+    EXPECT_EQ(ZRS_MOD_UnCoupleDeviationFromDepMods(schema.ctx, "m", "d", nullptr), ZR_OK);
     EXPECT_THAT(schema.Messages(), IsEmpty());
     for (int i = 0; i < 2; ++i)
         EXPECT_EQ(schema.ctx.Module("d")->deviations[i].flags, 0) << i;
@@ -111,12 +111,12 @@ TEST(ChangeEvents, UncouplingDeviationsForgetsTheirMessagesAndLetsThemBeAppliedA
 TEST(ChangeEvents, UncouplingDeviationsConcernsOnlyThoseOfTheChangedModule)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("n", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("n", Container("c")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("n") + Deviation("/m:c", "add", Must("a")) +
                                     Deviation("/n:c", "add", Must("a"))),
-              0u);
-    EXPECT_EQ(ZRS_MOD_UnCoupleDeviationFromDepMods(ctx, "n", "d", nullptr), 0u);
+              ZR_OK);
+    EXPECT_EQ(ZRS_MOD_UnCoupleDeviationFromDepMods(ctx, "n", "d", nullptr), ZR_OK);
     EXPECT_EQ(ctx.Module("d")->deviations[0].flags, ZRS_DEVIATION_COUPLED);
     EXPECT_EQ(ctx.Module("d")->deviations[1].flags, 0);
 }

@@ -173,8 +173,8 @@ TEST(Coupling, OfAugmentsToANodeAndToItsManyChildrenReachesEach)
                     zrtest::Augment("/m:top/a:a" + name, zrtest::Leaf("q"));
     }
     zrtest::TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", zrtest::Container("top", containers)), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", zrtest::Import("m") + augments), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", zrtest::Container("top", containers)), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", zrtest::Import("m") + augments), ZR_OK);
     EXPECT_TRUE(ctx.Messages().empty());
     for (int i = 0; i < 300; ++i) {
         std::string name = "c" + std::to_string(i);
@@ -192,8 +192,8 @@ TEST(Coupling, OfAugmentsToEveryOneOfManyChildrenReachesEach)
         augments += zrtest::Augment("/m:top/m:" + name, zrtest::Leaf("a" + name));
     }
     zrtest::TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", zrtest::Container("top", containers)), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", zrtest::Import("m") + augments), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", zrtest::Container("top", containers)), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", zrtest::Import("m") + augments), ZR_OK);
     EXPECT_TRUE(ctx.Messages().empty());
     for (int i = 0; i < 300; ++i) {
         std::string name = "c" + std::to_string(i);

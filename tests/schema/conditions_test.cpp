@@ -22,14 +22,14 @@ protected:
 TEST_F(IfFeature, NeedsBothNames)
 {
     ZrsIfFeature entry = {};
-    EXPECT_EQ(ZRS_NODE_FillIfFeature(dict_, &entry, nullptr, "f"), 22u);
-    EXPECT_EQ(ZRS_NODE_FillIfFeature(dict_, &entry, "m", nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_FillIfFeature(dict_, nullptr, "m", "f"), 22u);
-    EXPECT_EQ(ZRS_NODE_FillIfFeature(nullptr, &entry, "m", "f"), 22u);
-    EXPECT_EQ(Append("m", nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_FillIfFeature(dict_, &entry, nullptr, "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_FillIfFeature(dict_, &entry, "m", nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_FillIfFeature(dict_, nullptr, "m", "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_FillIfFeature(nullptr, &entry, "m", "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(Append("m", nullptr), ZR_ERR_INVALID);
     EXPECT_EQ(count_, 0);
-    EXPECT_EQ(ZRS_NODE_AppendOneIfFeat(dict_, nullptr, &count_, "m", "f"), 22u);
-    EXPECT_EQ(ZRS_NODE_AppendOneIfFeat(dict_, &array_, nullptr, "m", "f"), 22u);
+    EXPECT_EQ(ZRS_NODE_AppendOneIfFeat(dict_, nullptr, &count_, "m", "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_AppendOneIfFeat(dict_, &array_, nullptr, "m", "f"), ZR_ERR_INVALID);
 }
 
 TEST_F(IfFeature, IsEmptyAfterAFillWithoutMemory)
@@ -37,7 +37,7 @@ TEST_F(IfFeature, IsEmptyAfterAFillWithoutMemory)
     ZrsIfFeature entry;
     FailEachAllocation([&] { return ZRS_NODE_FillIfFeature(dict_, &entry, "m", "f"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(entry.moduleName == nullptr, failed);
                            EXPECT_EQ(entry.featureName == nullptr, failed);
                            ZRS_NODE_ClearIfFeature(dict_, &entry);
@@ -51,7 +51,7 @@ TEST_F(IfFeature, AppendWithoutMemoryLeavesTheCount)
 {
     FailEachAllocation([&] { return Append("m", "f"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(count_, failed ? 0 : 1);
                            ZRS_NODE_FreeIfFeatures(dict_, array_, count_);
                            array_ = nullptr;
@@ -61,19 +61,19 @@ TEST_F(IfFeature, AppendWithoutMemoryLeavesTheCount)
 
 TEST_F(IfFeature, IsRefusedAsThe65536thOfAnArray)
 {
-    ASSERT_EQ(Append("m", "f"), 0u);
+    ASSERT_EQ(Append("m", "f"), ZR_OK);
     count_ = UINT16_MAX;
-    EXPECT_EQ(Append("m", "g"), 22u);
+    EXPECT_EQ(Append("m", "g"), ZR_ERR_INVALID);
     EXPECT_EQ(count_, UINT16_MAX);
     count_ = 1;
 }
 
 TEST_F(IfFeature, IsTheSameByModuleAndFeature)
 {
-    ASSERT_EQ(Append("m", "f"), 0u);
-    ASSERT_EQ(Append("m", "f"), 0u);
-    ASSERT_EQ(Append("n", "f"), 0u);
-    ASSERT_EQ(Append("m", "g"), 0u);
+    ASSERT_EQ(Append("m", "f"), ZR_OK);
+    ASSERT_EQ(Append("m", "f"), ZR_OK);
+    ASSERT_EQ(Append("n", "f"), ZR_OK);
+    ASSERT_EQ(Append("m", "g"), ZR_OK);
     EXPECT_EQ(ZRS_NODE_CheckTwoIfFeatureSame(&array_[0], &array_[1]), 1u);
     EXPECT_EQ(ZRS_NODE_CheckTwoIfFeatureSame(&array_[0], &array_[2]), 0u);
     EXPECT_EQ(ZRS_NODE_CheckTwoIfFeatureSame(&array_[0], &array_[3]), 0u);
@@ -82,8 +82,8 @@ TEST_F(IfFeature, IsTheSameByModuleAndFeature)
 
 TEST_F(IfFeature, ArraysAreComparedInOrder)
 {
-    ASSERT_EQ(Append("m", "f"), 0u);
-    ASSERT_EQ(Append("m", "g"), 0u);
+    ASSERT_EQ(Append("m", "f"), ZR_OK);
+    ASSERT_EQ(Append("m", "g"), ZR_OK);
     ZrsIfFeature swapped[] = {array_[1], array_[0]};
     ZrsIfFeature same[] = {array_[0], array_[1]};
     EXPECT_EQ(ZRS_NODE_CheckTwoIfFeatureArraySame(array_, 2, same, 2), 1u);
@@ -95,8 +95,8 @@ TEST_F(IfFeature, ArraysAreComparedInOrder)
 
 TEST_F(IfFeature, IsFoundByItsInternedNames)
 {
-    ASSERT_EQ(Append("m", "f"), 0u);
-    ASSERT_EQ(Append("m", "g"), 0u);
+    ASSERT_EQ(Append("m", "f"), ZR_OK);
+    ASSERT_EQ(Append("m", "g"), ZR_OK);
     const char *module = array_[1].moduleName;
     const char *feature = array_[1].featureName;
     EXPECT_EQ(ZRS_NODE_FindIfFeature(array_, 2, module, feature), &array_[1]);
@@ -109,8 +109,8 @@ TEST_F(IfFeature, IsFoundByItsInternedNames)
 
 TEST_F(IfFeature, ArrayIsCopied)
 {
-    ASSERT_EQ(Append("m", "f"), 0u);
-    ASSERT_EQ(Append("n", "g"), 0u);
+    ASSERT_EQ(Append("m", "f"), ZR_OK);
+    ASSERT_EQ(Append("n", "g"), ZR_OK);
     FailEachAllocation(
         [&] { return ZRS_NODE_CopyIfFeaturesArray(dict_, array_, count_); },
         [&](ZrsIfFeature *copy, bool failed) {
@@ -150,21 +150,21 @@ protected:
 TEST_F(Must, NeedsItsCondition)
 {
     ZrsMust record = {};
-    EXPECT_EQ(ZRS_NODE_FillMust(dict_, &record, nullptr, "message", "tag"), 22u);
-    EXPECT_EQ(ZRS_NODE_FillMust(dict_, nullptr, "a", nullptr, nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_FillMust(nullptr, &record, "a", nullptr, nullptr), 22u);
-    EXPECT_EQ(Append(nullptr, "message"), 22u);
-    EXPECT_EQ(ZRS_NODE_AppendOneMust(dict_, &array_, &count_, nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_FillMust(dict_, &record, nullptr, "message", "tag"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_FillMust(dict_, nullptr, "a", nullptr, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_FillMust(nullptr, &record, "a", nullptr, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(Append(nullptr, "message"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_AppendOneMust(dict_, &array_, &count_, nullptr), ZR_ERR_INVALID);
     ZrsMust source = {"a", nullptr, nullptr};
-    EXPECT_EQ(ZRS_NODE_AppendOneMust(nullptr, &array_, &count_, &source), 22u);
-    EXPECT_EQ(ZRS_NODE_AppendOneMust(dict_, nullptr, &count_, &source), 22u);
+    EXPECT_EQ(ZRS_NODE_AppendOneMust(nullptr, &array_, &count_, &source), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_AppendOneMust(dict_, nullptr, &count_, &source), ZR_ERR_INVALID);
     EXPECT_EQ(count_, 0);
 }
 
 TEST_F(Must, MayLackMessageAndTag)
 {
-    ASSERT_EQ(Append("a"), 0u);
-    ASSERT_EQ(Append("b", "message", "tag"), 0u);
+    ASSERT_EQ(Append("a"), ZR_OK);
+    ASSERT_EQ(Append("b", "message", "tag"), ZR_OK);
     EXPECT_EQ(array_[0].errorMessage, nullptr);
     EXPECT_EQ(array_[0].errorAppTag, nullptr);
     EXPECT_STREQ(array_[1].errorMessage, "message");
@@ -176,7 +176,7 @@ TEST_F(Must, IsEmptyAfterAFillWithoutMemory)
     ZrsMust record;
     FailEachAllocation([&] { return ZRS_NODE_FillMust(dict_, &record, "a", "message", "tag"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(record.condition == nullptr, failed);
                            EXPECT_EQ(record.errorMessage == nullptr, failed);
                            EXPECT_EQ(record.errorAppTag == nullptr, failed);
@@ -190,7 +190,7 @@ TEST_F(Must, IsEmptyAfterAFillWithoutMemory)
 TEST_F(Must, MovesLeaveTheSourceEmpty)
 {
     ZrsMust source = {};
-    ASSERT_EQ(ZRS_NODE_FillMust(dict_, &source, "a", "message", "tag"), 0u);
+    ASSERT_EQ(ZRS_NODE_FillMust(dict_, &source, "a", "message", "tag"), ZR_OK);
     ZrsMust destination = {};
     ZRS_NODE_AssignMoveMust(&destination, &source);
     EXPECT_STREQ(destination.condition, "a");
@@ -208,9 +208,9 @@ TEST_F(Must, MovesLeaveTheSourceEmpty)
 
 TEST_F(Must, IsTheSameByItsConditionAlone)
 {
-    ASSERT_EQ(Append("a", "one", "x"), 0u);
-    ASSERT_EQ(Append("a", "two", "y"), 0u);
-    ASSERT_EQ(Append("b", "one", "x"), 0u);
+    ASSERT_EQ(Append("a", "one", "x"), ZR_OK);
+    ASSERT_EQ(Append("a", "two", "y"), ZR_OK);
+    ASSERT_EQ(Append("b", "one", "x"), ZR_OK);
     EXPECT_EQ(ZRS_NODE_CheckTwoMustSame(&array_[0], &array_[1]), 1u);
     EXPECT_EQ(ZRS_NODE_CheckTwoMustSame(&array_[0], &array_[2]), 0u);
     EXPECT_EQ(ZRS_NODE_CheckTwoMustSame(nullptr, &array_[2]), 0u);
@@ -220,7 +220,7 @@ TEST_F(Must, AppendWithoutMemoryLeavesTheCount)
 {
     FailEachAllocation([&] { return Append("a", "message", "tag"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(count_, failed ? 0 : 1);
                            ZRS_NODE_FreeMusts(dict_, array_, count_);
                            array_ = nullptr;
@@ -230,17 +230,17 @@ TEST_F(Must, AppendWithoutMemoryLeavesTheCount)
 
 TEST_F(Must, IsRefusedAsThe65536thOfAnArray)
 {
-    ASSERT_EQ(Append("a"), 0u);
+    ASSERT_EQ(Append("a"), ZR_OK);
     count_ = UINT16_MAX;
-    EXPECT_EQ(Append("b"), 22u);
+    EXPECT_EQ(Append("b"), ZR_ERR_INVALID);
     EXPECT_EQ(count_, UINT16_MAX);
     count_ = 1;
 }
 
 TEST_F(Must, ArrayIsCopied)
 {
-    ASSERT_EQ(Append("a", "one", "x"), 0u);
-    ASSERT_EQ(Append("b"), 0u);
+    ASSERT_EQ(Append("a", "one", "x"), ZR_OK);
+    ASSERT_EQ(Append("b"), ZR_OK);
     FailEachAllocation([&] { return ZRS_NODE_CopyMustsArray(dict_, array_, count_); },
                        [&](ZrsMust *copy, bool failed) {
                            ASSERT_EQ(copy == nullptr, failed);
@@ -260,10 +260,10 @@ TEST_F(Must, ArrayIsCopied)
 TEST_F(Must, SubtractKeepsTheUnmarkedInOrder)
 {
     for (const char *condition : {"a", "b", "c", "d"})
-        ASSERT_EQ(Append(condition, condition), 0u);
+        ASSERT_EQ(Append(condition, condition), ZR_OK);
     Mark(0);
     Mark(2);
-    ASSERT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 4, 2), 0u);
+    ASSERT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 4, 2), ZR_OK);
     count_ = 2;
     EXPECT_EQ(Conditions(), "bd");
     EXPECT_STREQ(array_[1].errorMessage, "d");
@@ -271,9 +271,9 @@ TEST_F(Must, SubtractKeepsTheUnmarkedInOrder)
 
 TEST_F(Must, SubtractOfEverythingLeavesNoArray)
 {
-    ASSERT_EQ(Append("a"), 0u);
+    ASSERT_EQ(Append("a"), ZR_OK);
     Mark(0);
-    ASSERT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 1, 0), 0u);
+    ASSERT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 1, 0), ZR_OK);
     count_ = 0;
     EXPECT_EQ(array_, nullptr);
 }
@@ -281,21 +281,21 @@ TEST_F(Must, SubtractOfEverythingLeavesNoArray)
 TEST_F(Must, SubtractWithMoreLeftThanStatedIsRefused)
 {
     for (const char *condition : {"a", "b", "c"})
-        ASSERT_EQ(Append(condition), 0u);
+        ASSERT_EQ(Append(condition), ZR_OK);
     Mark(1);
-    EXPECT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 3, 1), 22u);
+    EXPECT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 3, 1), ZR_ERR_INVALID);
     EXPECT_EQ(Conditions(), "a-c");
-    EXPECT_EQ(ZRS_NODE_SubtractMustsArray(dict_, nullptr, 3, 1), 22u);
-    EXPECT_EQ(ZRS_NODE_SubtractMustsArray(nullptr, &array_, 3, 2), 22u);
+    EXPECT_EQ(ZRS_NODE_SubtractMustsArray(dict_, nullptr, 3, 1), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_SubtractMustsArray(nullptr, &array_, 3, 2), ZR_ERR_INVALID);
 }
 
 TEST_F(Must, SubtractWithoutMemoryForTheNewArrayChangesNothing)
 {
     for (const char *condition : {"a", "b"})
-        ASSERT_EQ(Append(condition), 0u);
+        ASSERT_EQ(Append(condition), ZR_OK);
     Mark(1);
     guard_.FailAt(0);
-    EXPECT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 2, 1), 12u);
+    EXPECT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 2, 1), ZR_ERR_NO_MEMORY);
     guard_.FailNone();
     EXPECT_EQ(Conditions(), "a-");
 }
@@ -304,14 +304,14 @@ TEST_F(Must, SubtractLosesAllMustsWhenOneCannotBeCopied)
 {
     // Interned strings are copied without memory, so one that the dictionary does not know stands
     // in: its copy needs an entry.
-    ASSERT_EQ(Append("a"), 0u);
-    ASSERT_EQ(Append("b"), 0u);
+    ASSERT_EQ(Append("a"), ZR_OK);
+    ASSERT_EQ(Append("b"), ZR_OK);
     Mark(1);
-    ASSERT_EQ(Append("c"), 0u);
+    ASSERT_EQ(Append("c"), ZR_OK);
     const char *interned = array_[2].condition;
     array_[2].condition = "not interned";
     guard_.FailAt(1);
-    EXPECT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 3, 2), 12u);
+    EXPECT_EQ(ZRS_NODE_SubtractMustsArray(dict_, &array_, 3, 2), ZR_ERR_NO_MEMORY);
     guard_.FailNone();
     EXPECT_EQ(array_, nullptr);
     count_ = 0;

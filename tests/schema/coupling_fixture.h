@@ -18,6 +18,11 @@
 
 namespace zrtest {
 
+// What "config" and "mandatory" set in a node's flags.
+constexpr uint32_t kConfigBits =
+    ZRS_FLAG_CONFIG_TRUE | ZRS_FLAG_CONFIG_FALSE | ZRS_FLAG_CONFIG_GIVEN;
+constexpr uint32_t kMandatoryBits = ZRS_FLAG_MANDATORY_TRUE | ZRS_FLAG_MANDATORY_FALSE;
+
 inline std::string Import(const std::string &module)
 {
     return "<import module=\"" + module + "\"><prefix value=\"" + module + "\"/></import>";
@@ -66,10 +71,10 @@ class Deviated {
 public:
     Deviated(const std::string &mBody, const std::string &deviations)
     {
-        EXPECT_EQ(ctx.LoadBody("m", mBody), 0u);
+        EXPECT_EQ(ctx.LoadBody("m", mBody), ZR_OK);
         EXPECT_EQ(
             ctx.LoadBody("d", Import("m") + Import("ietf-netconf-acm") + Import("e") + deviations),
-            0u);
+            ZR_OK);
     }
     ZrNode *Node(const char *path) { return ctx.Node(path); }
     ZrsLeafInfo *LeafOf(const char *path) { return static_cast<ZrsLeafInfo *>(Node(path)->info); }

@@ -52,8 +52,8 @@ class DataChildren : public ::testing::Test {
 protected:
     DataChildren()
     {
-        EXPECT_EQ(ctx_.LoadBody("m", kBase), 0u) << ::testing::PrintToString(ctx_.Messages());
-        EXPECT_EQ(ctx_.LoadBody("n", kMore), 0u) << ::testing::PrintToString(ctx_.Messages());
+        EXPECT_EQ(ctx_.LoadBody("m", kBase), ZR_OK) << ::testing::PrintToString(ctx_.Messages());
+        EXPECT_EQ(ctx_.LoadBody("n", kMore), ZR_OK) << ::testing::PrintToString(ctx_.Messages());
     }
     ZrNode *Top(const char *moduleName, const char *name)
     {
@@ -169,7 +169,7 @@ TEST_F(DataChildren, AtTheTopAreFoundThroughChoicesAlsoThoseOfAnotherModule)
 TEST_F(DataChildren, OfAnAugmentWithoutItsTargetStandNowhere)
 {
     zrtest::TestContext alone;
-    ASSERT_EQ(alone.LoadBody("n", kMore), 0u);
+    ASSERT_EQ(alone.LoadBody("n", kMore), ZR_OK);
     EXPECT_EQ(ZR_CTX_FindTopDataNode(alone, "n", "added"), nullptr);
     EXPECT_NE(ZR_CTX_FindTopDataNode(alone, "n", "own"), nullptr);
 }

@@ -21,9 +21,11 @@ TEST(DeviateAdd, ConfigReplacesWhatWasInheritedAndPassesDown)
     Deviated schema(Container("c", Container("k", Leaf("x"))),
                     Deviation("/m:c", "add", Config("false")));
     EXPECT_TRUE(schema.IsApplied());
-    EXPECT_EQ(schema.Node("/m:c")->flags & 0xeu, 0xcu) << "config false, of its own";
-    EXPECT_EQ(schema.Node("/m:c/k")->flags & 0xeu, 0x4u);
-    EXPECT_EQ(schema.Node("/m:c/k/x")->flags & 0xeu, 0x4u);
+    EXPECT_EQ(schema.Node("/m:c")->flags & kConfigBits,
+              ZRS_FLAG_CONFIG_FALSE | ZRS_FLAG_CONFIG_GIVEN)
+        << "config false, of its own";
+    EXPECT_EQ(schema.Node("/m:c/k")->flags & kConfigBits, ZRS_FLAG_CONFIG_FALSE);
+    EXPECT_EQ(schema.Node("/m:c/k/x")->flags & kConfigBits, ZRS_FLAG_CONFIG_FALSE);
     EXPECT_THAT(schema.Messages(), IsEmpty());
 }
 
@@ -31,7 +33,8 @@ TEST(DeviateAdd, ConfigOnANodeWithAConfigStatementFails)
 {
     Deviated schema(Container("c", Config("true")), Deviation("/m:c", "add", Config("false")));
     EXPECT_TRUE(schema.HasFailed());
-    EXPECT_EQ(schema.Node("/m:c")->flags & 0xeu, 0xau);
+    EXPECT_EQ(schema.Node("/m:c")->flags & kConfigBits,
+              ZRS_FLAG_CONFIG_TRUE | ZRS_FLAG_CONFIG_GIVEN);
     EXPECT_THAT(schema.Messages(),
                 ElementsAre("Failed to add config to node \"c\", because it had been set config "
                             "statement.",
@@ -147,8 +150,9 @@ TEST(DeviateAdd, MoreMustsThanCanBeCountedAreRefused)
     ZrNode *node = schema.Node("/m:c");
     node->mustCount = 65535; // more than that cannot be counted
     EXPECT_EQ(ZRS_MOD_CoupleDevAddMusts(schema.ctx.Module("d"), schema.First().deviates, node),
-              22u);
-    EXPECT_EQ(ZRS_MOD_CoupleDevAdd(schema.ctx.Module("d"), schema.First().deviates, node), 22u);
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_CoupleDevAdd(schema.ctx.Module("d"), schema.First().deviates, node),
+              ZR_ERR_INVALID);
     node->mustCount = 1;
     EXPECT_THAT(schema.Messages(), ElementsAre("Failed to add must statements to node \"c\"."));
 }
@@ -189,7 +193,8 @@ TEST(DeviateAdd, MoreExtensionInstancesThanCanBeCountedAreRefused)
     Deviated schema(Container("c") + Container("k"), Deviation("/m:c", "add", Ext("one")));
     ZrNode *node = schema.Node("/m:k");
     node->extInstCount = 65535; // more than that cannot be counted
-    EXPECT_EQ(ZRS_MOD_CoupleDevAdd(schema.ctx.Module("d"), schema.First().deviates, node), 22u);
+    EXPECT_EQ(ZRS_MOD_CoupleDevAdd(schema.ctx.Module("d"), schema.First().deviates, node),
+              ZR_ERR_INVALID);
     node->extInstCount = 0;
     EXPECT_THAT(schema.Messages(),
                 ElementsAre("Failed to deviate-add extension-instance to node \"k\"."));
@@ -200,13 +205,13 @@ TEST(DeviateAdd, TheExtensionCallbackComesOnceAndOnlyBeforeAChange)
     g_calls = 0;
     TestContext ctx;
     ZR_CTX_SetBeforeDeviateExtInstFunc(ctx, CountCalls);
-    ASSERT_EQ(ctx.LoadBody("m", Import("e") + Container("c", Ext("one"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Import("e") + Container("c", Ext("one"))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("e") + Deviation("/m:c", "add", Ext("one"))),
-              0u);
+              ZR_OK);
     EXPECT_EQ(g_calls, 0u);
     ASSERT_EQ(ctx.LoadBody("d2", Import("m") + Import("e") +
                                      Deviation("/m:c", "add", Ext("two") + Ext("three"))),
-              0u);
+              ZR_OK);
     EXPECT_EQ(g_calls, 1u);
 }
 
@@ -231,7 +236,7 @@ TEST(DeviateAdd, EveryFailingAllocationIsAStatusAndLeaksNothing)
         bool complete = false;
         {
             TestContext ctx(ZR_CTX_KEEP_UNITS);
-            ASSERT_EQ(ctx.Load(m), 0u);
+            ASSERT_EQ(ctx.Load(m), ZR_OK);
             guard.FailAt(n);
             ctx.Load(d);
             complete = guard.Count() <= n;
@@ -245,7 +250,7 @@ TEST(DeviateAdd, EveryFailingAllocationIsAStatusAndLeaksNothing)
 
 TEST(DeviateAdd, NullArgumentsAreRefused)
 {
-    EXPECT_EQ(ZRS_MOD_CoupleDevAdd(nullptr, nullptr, nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_CoupleDevAdd(nullptr, nullptr, nullptr), ZR_ERR_INVALID);
     ZRS_NODE_NotifyBeforeExtInstsChange(nullptr);
 }
 

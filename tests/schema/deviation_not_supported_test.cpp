@@ -38,7 +38,7 @@ void ExpectSameInEveryOrder(std::vector<std::string> texts)
     do {
         TestContext ctx;
         for (const std::string &text : texts)
-            ASSERT_EQ(ctx.Load(text), 0u);
+            ASSERT_EQ(ctx.Load(text), ZR_OK);
         EXPECT_THAT(ctx.Messages(), IsEmpty());
         std::string dump = DumpContext(ctx);
         if (first.empty())
@@ -54,8 +54,8 @@ TEST(NotSupported, TheNodeGoesWithItsSubtreeAfterTheCallback)
     g_removed.clear();
     TestContext ctx;
     ZR_CTX_SetBeforeDeviateNotSupportFunc(ctx, NoteRemoved);
-    ASSERT_EQ(ctx.LoadBody("m", Container("c", Container("k", Leaf("x")) + Leaf("y"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c/m:k", "not-supported")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", Container("k", Leaf("x")) + Leaf("y"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c/m:k", "not-supported")), ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("y"));
     EXPECT_THAT(g_removed, ElementsAre("k"));
     EXPECT_EQ(ctx.Module("d")->deviations[0].flags, ZRS_DEVIATION_COUPLED);
@@ -67,11 +67,11 @@ TEST(NotSupported, TopLevelNodesOfEveryListGo)
     ASSERT_EQ(ctx.LoadBody("m", Container("c") + Leaf("x") +
                                     "<rpc name=\"r\"/>"
                                     "<notification name=\"n\"/>"),
-              0u);
+              ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c", "not-supported") +
                                     Deviation("/m:r", "not-supported") +
                                     Deviation("/m:n", "not-supported")),
-              0u);
+              ZR_OK);
     EXPECT_STREQ(ctx.Module("m")->dataNodes->name, "x");
     EXPECT_EQ(ctx.Module("m")->rpcs, nullptr);
     EXPECT_EQ(ctx.Module("m")->notifications, nullptr);
@@ -82,13 +82,13 @@ TEST(NotSupported, AugmentsAtAndBelowTheNodeAreDroppedAndNoOthers)
     TestContext ctx;
     ASSERT_EQ(
         ctx.LoadBody("m", Container("c", Container("k")) + Container("c-x") + Container("other")),
-        0u);
+        ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p")) +
                                     Augment("/m:c/m:k", Leaf("q")) + Augment("/m:c-x", Leaf("r")) +
                                     Augment("/m:other", Leaf("s"))),
-              0u);
-    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("t"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c", "not-supported")), 0u);
+              ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("t"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c", "not-supported")), ZR_OK);
     EXPECT_THAT(AugmentTargets(ctx.Module("a")), ElementsAre("/m:c-x", "/m:other"));
     EXPECT_THAT(AugmentTargets(ctx.Module("b")), IsEmpty());
     EXPECT_TRUE(IsDeviatedBy(ctx, "a", "d"));
@@ -99,10 +99,10 @@ TEST(NotSupported, AugmentsAtAndBelowTheNodeAreDroppedAndNoOthers)
 TEST(NotSupported, AugmentsOfTheTargetsOwnModuleAndOfTheDeviatingModuleAreDroppedToo)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c") + Augment("/m:c", Leaf("own"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c") + Augment("/m:c", Leaf("own"))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Augment("/m:c", Leaf("p")) +
                                     Deviation("/m:c", "not-supported")),
-              0u);
+              ZR_OK);
     EXPECT_THAT(AugmentTargets(ctx.Module("m")), IsEmpty());
     EXPECT_THAT(AugmentTargets(ctx.Module("d")), IsEmpty());
     EXPECT_EQ(ZR_CTX_FindModRelationTbl(ctx, "d"), nullptr) << "no relation with itself";
@@ -112,19 +112,19 @@ TEST(NotSupported, TheFirstOrLastNodeOfAnAugmentMayGo)
 {
     for (const char *gone : {"p", "q", "r"}) {
         TestContext ctx;
-        ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), 0u);
+        ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), ZR_OK);
         ASSERT_EQ(
             ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p") + Leaf("q") + Leaf("r"))),
-            0u);
-        ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c", Leaf("z"))), 0u);
+            ZR_OK);
+        ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c", Leaf("z"))), ZR_OK);
         ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") +
                                         Deviation(std::string("/m:c/a:") + gone, "not-supported")),
-                  0u);
+                  ZR_OK);
         std::vector<std::string> left = {"p", "q", "r"};
         left.erase(std::find(left.begin(), left.end(), gone));
         ZrNode *augment = ctx.Module("a")->augments;
         EXPECT_EQ(ChildNames(augment), left);
-        EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 0u);
+        EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), ZR_OK);
         EXPECT_EQ(ChildNames(augment), left);
         EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("x", "z"));
     }
@@ -133,14 +133,14 @@ TEST(NotSupported, TheFirstOrLastNodeOfAnAugmentMayGo)
 TEST(NotSupported, TheOnlyNodeOfAnAugmentMayGo)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Deviation("/m:c/a:p", "not-supported")),
-              0u);
+              ZR_OK);
     ZrNode *augment = ctx.Module("a")->augments;
     EXPECT_EQ(augment->firstChild, nullptr);
     EXPECT_EQ(augment->lastChild, nullptr);
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 0u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), ZR_OK);
 }
 
 TEST(NotSupported, AnAugmentOfTheNodesOwnModuleKeepsItsStretchToo)
@@ -148,27 +148,27 @@ TEST(NotSupported, AnAugmentOfTheNodesOwnModuleKeepsItsStretchToo)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c") + Augment("/m:c", Leaf("p") + Leaf("q")) +
                                     Augment("/m:c", Leaf("r"))),
-              0u);
+              ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c/m:q", "not-supported") +
                                     Deviation("/m:c/m:r", "not-supported")),
-              0u);
+              ZR_OK);
     ZrNode *augment = ctx.Module("m")->augments;
     EXPECT_THAT(ChildNames(augment), ElementsAre("p"));
     EXPECT_EQ(augment->next->firstChild, nullptr);
-    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 0u);
+    EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), ZR_OK);
     EXPECT_THAT(ChildNames(augment), ElementsAre("p"));
 }
 
 TEST(NotSupported, ANodeThatAnAugmentAddedToAnAugmentedNodeKeepsBothStretches)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p")) +
                                     Augment("/m:c/a:p", Leaf("q") + Leaf("r"))),
-              0u);
+              ZR_OK);
     ASSERT_EQ(
         ctx.LoadBody("d", Import("m") + Import("a") + Deviation("/m:c/a:p/a:q", "not-supported")),
-        0u);
+        ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Module("a")->augments), ElementsAre("p"));
     EXPECT_THAT(ChildNames(ctx.Module("a")->augments->next), ElementsAre("r"));
 }
@@ -176,12 +176,12 @@ TEST(NotSupported, ANodeThatAnAugmentAddedToAnAugmentedNodeKeepsBothStretches)
 TEST(NotSupported, NothingIsLeftForDeviatesAfterIt)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") +
                                     "<deviation target-node=\"/m:c/m:x\">"
                                     "<deviate value=\"not-supported\"/><deviate value=\"add\">" +
                                     Default("v") + "</deviate></deviation>"),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ctx.Module("d")->deviations[0].flags, ZRS_DEVIATION_COUPLED);
     EXPECT_THAT(ctx.Messages(), IsEmpty());
 }
@@ -189,9 +189,9 @@ TEST(NotSupported, NothingIsLeftForDeviatesAfterIt)
 TEST(NotSupported, ADeviationOfARemovedNodeIsLeftUnapplied)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c", "not-supported")), 0u);
-    ASSERT_EQ(ctx.LoadBody("d2", Import("m") + Deviation("/m:c/m:x", "add", Default("v"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c", "not-supported")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("d2", Import("m") + Deviation("/m:c/m:x", "add", Default("v"))), ZR_OK);
     EXPECT_EQ(ctx.Module("d2")->deviations[0].flags, 0);
     EXPECT_THAT(ctx.Messages(), IsEmpty());
 }
@@ -226,13 +226,13 @@ TEST(NotSupported, OtherDeviationsOfAMadeInputAreAppliedInEveryOrder)
 TEST(NotSupported, ANodeReachedByAnotherSpellingLeavesNoPointerBehind)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p"))), ZR_OK);
     // The step without a module name of its own matches the node that "a" added.
-    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c/m:p", Leaf("q"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c/m:p", Leaf("q"))), ZR_OK);
     ASSERT_NE(ctx.Node("/m:c/a:p/q"), nullptr);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Deviation("/m:c/a:p", "not-supported")),
-              0u);
+              ZR_OK);
     EXPECT_THAT(AugmentTargets(ctx.Module("b")), IsEmpty());
     EXPECT_TRUE(IsDeviatedBy(ctx, "b", "d"));
 }
@@ -265,47 +265,53 @@ TEST(NotSupported, OfManyNodesBesideManyAugmentsGivesTheSameSchemaInEveryOrder)
 TEST(NotSupported, TheRemovalOfAugmentsRefusesNullArguments)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", ""), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", ""), ZR_OK);
     ZrMod *module = ctx.Module("m");
-    EXPECT_EQ(ZRS_MOD_RemoveAllModAugmentStartsWithDeviationPath(nullptr, "d", "/m:c"), 22u);
-    EXPECT_EQ(ZRS_MOD_RemoveAllModAugmentStartsWithDeviationPath(module, nullptr, "/m:c"), 22u);
-    EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(module, "d", nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_CoupleDevNotSup(module, nullptr, nullptr, nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_RemoveAllModAugmentStartsWithDeviationPath(nullptr, "d", "/m:c"),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_RemoveAllModAugmentStartsWithDeviationPath(module, nullptr, "/m:c"),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(module, "d", nullptr),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_CoupleDevNotSup(module, nullptr, nullptr, nullptr), ZR_ERR_INVALID);
     ZRS_NODE_NotifyBeforeDeviateNotSupport(nullptr);
 }
 
 TEST(NotSupported, AugmentsOfOneOrOfAllModulesCanBeDroppedByPath)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c", Leaf("q"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c", Leaf("q"))), ZR_OK);
     EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:no"),
-              0u);
+              ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("p", "q"));
-    EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:c"), 0u);
+    EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:c"),
+              ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("q"));
     EXPECT_TRUE(IsDeviatedBy(ctx, "a", "m"));
-    EXPECT_EQ(ZRS_MOD_RemoveAllModAugmentStartsWithDeviationPath(ctx.Module("m"), "m", "/m:c"), 0u);
+    EXPECT_EQ(ZRS_MOD_RemoveAllModAugmentStartsWithDeviationPath(ctx.Module("m"), "m", "/m:c"),
+              ZR_OK);
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), IsEmpty());
 }
 
 TEST(NotSupported, WithoutMemoryForARelationTheAugmentsOfOneModuleStay)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c") + Container("k")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c") + Container("k")), ZR_OK);
     ASSERT_EQ(
         ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p")) + Augment("/m:k", Leaf("q"))),
-        0u);
+        ZR_OK);
     {
         AllocGuard guard;
         guard.FailAt(0);
         EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:c"),
-                  12u);
+                  ZR_ERR_NO_MEMORY);
     }
     EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("p"));
     // The one that was spared is not dropped along with the next.
-    EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:k"), 0u);
+    EXPECT_EQ(ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ctx.Module("a"), "m", "/m:k"),
+              ZR_OK);
     EXPECT_THAT(AugmentTargets(ctx.Module("a")), ElementsAre("/m:c"));
 }
 
@@ -321,7 +327,7 @@ TEST(NotSupported, WithoutMemoryForARelationNothingIsRemoved)
         {
             TestContext ctx;
             for (const std::string &text : {m, a, b})
-                ASSERT_EQ(ctx.Load(text), 0u);
+                ASSERT_EQ(ctx.Load(text), ZR_OK);
             guard.FailAt(n);
             ctx.Load(d);
             complete = guard.Count() <= n;

@@ -10,8 +10,9 @@ TEST(DeviateReplace, ConfigIsReplacedAndPassedDown)
 {
     Deviated schema(Container("c", Config("true") + Container("k", Leaf("x"))),
                     Deviation("/m:c", "replace", Config("false")));
-    EXPECT_EQ(schema.Node("/m:c")->flags & 0xeu, 0xcu);
-    EXPECT_EQ(schema.Node("/m:c/k/x")->flags & 0xeu, 0x4u);
+    EXPECT_EQ(schema.Node("/m:c")->flags & kConfigBits,
+              ZRS_FLAG_CONFIG_FALSE | ZRS_FLAG_CONFIG_GIVEN);
+    EXPECT_EQ(schema.Node("/m:c/k/x")->flags & kConfigBits, ZRS_FLAG_CONFIG_FALSE);
 }
 
 TEST(DeviateReplace, EqualConfigChangesNothing)
@@ -19,14 +20,16 @@ TEST(DeviateReplace, EqualConfigChangesNothing)
     Deviated schema(Container("c", Config("false") + Container("k")),
                     Deviation("/m:c/m:k", "replace", Config("false")));
     EXPECT_TRUE(schema.IsApplied());
-    EXPECT_EQ(schema.Node("/m:c/k")->flags & 0xeu, 0x4u) << "no statement of its own";
+    EXPECT_EQ(schema.Node("/m:c/k")->flags & kConfigBits, ZRS_FLAG_CONFIG_FALSE)
+        << "no statement of its own";
 }
 
 TEST(DeviateReplace, ConfigOnANodeWithoutOneIsNoFailure)
 {
     Deviated schema(Container("c"), Deviation("/m:c", "replace", Config("false")));
     EXPECT_TRUE(schema.IsApplied());
-    EXPECT_EQ(schema.Node("/m:c")->flags & 0xeu, 0xcu);
+    EXPECT_EQ(schema.Node("/m:c")->flags & kConfigBits,
+              ZRS_FLAG_CONFIG_FALSE | ZRS_FLAG_CONFIG_GIVEN);
 }
 
 TEST(DeviateReplace, MandatoryIsReplaced)
@@ -34,8 +37,8 @@ TEST(DeviateReplace, MandatoryIsReplaced)
     Deviated schema(Leaf("x", Mandatory("true")) + Leaf("y"),
                     Deviation("/m:x", "replace", Mandatory("false")) +
                         Deviation("/m:y", "replace", Mandatory("true")));
-    EXPECT_EQ(schema.Node("/m:x")->flags & 0x30u, 0x20u);
-    EXPECT_EQ(schema.Node("/m:y")->flags & 0x30u, 0x10u);
+    EXPECT_EQ(schema.Node("/m:x")->flags & kMandatoryBits, ZRS_FLAG_MANDATORY_FALSE);
+    EXPECT_EQ(schema.Node("/m:y")->flags & kMandatoryBits, ZRS_FLAG_MANDATORY_TRUE);
 }
 
 TEST(DeviateReplace, AChoicesDefaultIsReplaced)
@@ -125,10 +128,11 @@ TEST(DeviateReplace, TheTypeOfALeafIsReplacedByACopy)
         "<typedef name=\"t\"><type name=\"uint8\"/></typedef>" +
             Deviation("/m:x", "replace", "<type name=\"int8\"><range value=\"1..5\"/></type>") +
             Deviation("/m:l", "replace", "<type name=\"t\"/>"));
-    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:x"), ZR_VALUE_STRING, "5"), 0u);
-    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:x"), ZR_VALUE_STRING, "6"), 0x7008u);
-    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:l"), ZR_VALUE_STRING, "255"), 0u);
-    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:l"), ZR_VALUE_STRING, "256"), 0x7008u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:x"), ZR_VALUE_STRING, "5"), ZR_OK);
+    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:x"), ZR_VALUE_STRING, "6"), ZR_ERR_VALUE_RANGE);
+    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:l"), ZR_VALUE_STRING, "255"), ZR_OK);
+    EXPECT_EQ(ZR_NODE_ValidateValue(schema.Node("/m:l"), ZR_VALUE_STRING, "256"),
+              ZR_ERR_VALUE_RANGE);
     EXPECT_EQ(DumpType(&schema.LeafOf("/m:x")->realType),
               DumpType(schema.First().deviates[0].type));
 }
@@ -170,7 +174,7 @@ TEST(DeviateReplace, UnitsOfANodeWithoutThemFail)
 
 TEST(DeviateReplace, NullArgumentsAreRefused)
 {
-    EXPECT_EQ(ZRS_MOD_CoupleDevRepl(nullptr, nullptr, nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_CoupleDevRepl(nullptr, nullptr, nullptr), ZR_ERR_INVALID);
 }
 
 TEST(DeviateReplace, EveryFailingAllocationIsAStatusAndLosesNoProperty)
@@ -189,7 +193,7 @@ TEST(DeviateReplace, EveryFailingAllocationIsAStatusAndLosesNoProperty)
         bool complete = false;
         {
             TestContext ctx(ZR_CTX_KEEP_UNITS);
-            ASSERT_EQ(ctx.Load(m), 0u);
+            ASSERT_EQ(ctx.Load(m), ZR_OK);
             guard.FailAt(n);
             ctx.Load(d);
             complete = guard.Count() <= n;
@@ -216,7 +220,7 @@ TEST(DeviateReplace, ATextThatCannotBeInternedLeavesTheOldOne)
         guard.FailAt(n);
         EXPECT_EQ(
             zr::ReplaceText(schema.ctx.Module("d"), schema.LeafOf("/m:x")->units, "not interned"),
-            12u);
+            ZR_ERR_NO_MEMORY);
         EXPECT_STREQ(schema.LeafOf("/m:x")->units, "s");
     }
 }

@@ -24,18 +24,18 @@ std::string IdentityLeaf(const std::string &name, const std::string &inside = ""
 TEST(CoupleDeviation, IsAppliedOnlyOnce)
 {
     Deviated schema(Container("c"), Deviation("/m:c", "add", Must("a")));
-    EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), &schema.First()), 0u);
+    EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), &schema.First()), ZR_OK);
     EXPECT_THAT(schema.MustsOf("/m:c"), ElementsAre("a"));
-    EXPECT_EQ(ZR_CTX_GetLoadStage(schema.ctx), 0u);
+    EXPECT_EQ(ZR_CTX_GetLoadStage(schema.ctx), ZRS_STAGE_LOADING);
 }
 
 TEST(CoupleDeviation, ATargetThatIsNotThereIsSkippedWithoutAMessage)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c", "add", Must("a"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Deviation("/m:c", "add", Must("a"))), ZR_OK);
     EXPECT_EQ(ctx.Module("d")->deviations[0].flags, 0);
     EXPECT_THAT(ctx.Messages(), IsEmpty());
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     EXPECT_EQ(ctx.Module("d")->deviations[0].flags, ZRS_DEVIATION_COUPLED);
     EXPECT_EQ(ctx.Node("/m:c")->mustCount, 1);
 }
@@ -56,9 +56,9 @@ TEST(CoupleDeviation, AFailureStopsItAndIsNotTriedAgainOnTheSameNode)
                        "</deviate><deviate value=\"add\">" + Must("b") + "</deviate></deviation>";
     Deviated schema(Leaf("x", Default("v")), both);
     EXPECT_TRUE(schema.HasFailed());
-    EXPECT_EQ(ZR_CTX_GetLoadStage(schema.ctx), 0u);
+    EXPECT_EQ(ZR_CTX_GetLoadStage(schema.ctx), ZRS_STAGE_LOADING);
     EXPECT_THAT(schema.MustsOf("/m:x"), ElementsAre("a")) << "what was done stays";
-    EXPECT_EQ(zr::CoupleModuleDeviations(schema.ctx.Module("d")), 0u);
+    EXPECT_EQ(zr::CoupleModuleDeviations(schema.ctx.Module("d")), ZR_OK);
     EXPECT_THAT(schema.MustsOf("/m:x"), ElementsAre("a"));
 }
 
@@ -72,9 +72,9 @@ TEST(CoupleDeviation, FurtherDeviationsAreAppliedAfterOneThatFailed)
 TEST(CoupleDeviation, ADirectCallTellsTheFailingStatus)
 {
     Deviated schema(Leaf("x", Default("v")), Deviation("/m:x", "add", Default("w")));
-    EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), &schema.First()), 1u);
-    EXPECT_EQ(ZRS_MOD_CoupleDeviation(nullptr, &schema.First()), 22u);
-    EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), &schema.First()), ZR_ERR_FAILED);
+    EXPECT_EQ(ZRS_MOD_CoupleDeviation(nullptr, &schema.First()), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_CoupleDeviation(schema.ctx.Module("d"), nullptr), ZR_ERR_INVALID);
 }
 
 TEST(CoupleDeviation, AnUnknownKindFails)
@@ -85,9 +85,9 @@ TEST(CoupleDeviation, AnUnknownKindFails)
         deviate.kind = kind;
         EXPECT_EQ(ZRS_MOD_CoupleDeviate(schema.ctx.Module("d"), &schema.First(), &deviate,
                                         schema.Node("/m:c"), nullptr),
-                  1u);
+                  ZR_ERR_FAILED);
     }
-    EXPECT_EQ(ZRS_MOD_CoupleDeviate(nullptr, nullptr, nullptr, nullptr, nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_CoupleDeviate(nullptr, nullptr, nullptr, nullptr, nullptr), ZR_ERR_INVALID);
 }
 
 TEST(CoupleDeviation, AModuleMayDeviateItself)
@@ -95,7 +95,7 @@ TEST(CoupleDeviation, AModuleMayDeviateItself)
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x")) + Deviation("/m:c", "add", Must("a")) +
                                     Deviation("/m:c/m:x", "not-supported")),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ctx.Node("/m:c")->mustCount, 1);
     EXPECT_EQ(ctx.Node("/m:c/x"), nullptr);
     EXPECT_EQ(ZR_CTX_FindModRelationTbl(ctx, "m"), nullptr) << "no relation with itself";
@@ -104,12 +104,12 @@ TEST(CoupleDeviation, AModuleMayDeviateItself)
 TEST(CoupleDeviation, WaitsForTheTargetOfTheAugmentThatAddsItsOwn)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Deviation("/m:c/a:p", "not-supported")),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ctx.Module("d")->deviations[0].flags, 0);
     EXPECT_THAT(ChildNames(ctx.Module("a")->augments), ElementsAre("p"));
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     EXPECT_EQ(ctx.Module("d")->deviations[0].flags, ZRS_DEVIATION_COUPLED);
     EXPECT_EQ(ctx.Node("/m:c/a:p"), nullptr);
     EXPECT_THAT(ctx.Messages(), IsEmpty());
@@ -118,13 +118,13 @@ TEST(CoupleDeviation, WaitsForTheTargetOfTheAugmentThatAddsItsOwn)
 TEST(CoupleDeviation, OfANodeBelowAnotherModulesNodesWaitsForTheWholeChain)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q"))), 0u);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:p", Leaf("q"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p"))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("a") + Import("b") +
                                     Deviation("/m:c/a:p/b:q", "add", Must("x"))),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ctx.Module("d")->deviations[0].flags, 0);
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
     EXPECT_EQ(ctx.Node("/m:c/a:p/b:q")->mustCount, 1);
 }
 
@@ -132,15 +132,15 @@ TEST(CoupleDeviation, LeavesTheLoadStageOfTheApplicationAsItWas)
 {
     TestContext ctx;
     ZR_CTX_SetLoadStage(ctx, 7);
-    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", Default("v"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", Leaf("x", Default("v"))), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") + Augment("/m:none", Leaf("p")) +
                                     Deviation("/m:x", "add", Default("w"))),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ZR_CTX_GetLoadStage(ctx), 7u);
     ASSERT_EQ(ctx.LoadBody("e", Import("f") + Augment("/f:c", Leaf("p")) +
                                     Deviation("/f:x", "add", Default("w"))),
-              0u);
-    ASSERT_EQ(ctx.LoadBody("f", Leaf("x", Default("v"))), 0u);
+              ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("f", Leaf("x", Default("v"))), ZR_OK);
     EXPECT_EQ(ZR_CTX_GetLoadStage(ctx), 7u);
 }
 
@@ -154,7 +154,7 @@ TEST(CoupleDeviation, NodesOfAnAugmentAreReachedBeforeAndAfterItIsCoupled)
          {std::vector{m, a, d}, {m, d, a}, {a, m, d}, {a, d, m}, {d, m, a}, {d, a, m}}) {
         TestContext ctx;
         for (const std::string &text : order)
-            ASSERT_EQ(ctx.Load(text), 0u);
+            ASSERT_EQ(ctx.Load(text), ZR_OK);
         EXPECT_EQ(ctx.Node("/m:c/a:p")->mustCount, 1);
         EXPECT_THAT(ctx.Messages(), IsEmpty());
     }
@@ -193,24 +193,24 @@ TEST(RefreshDeviateDefaults, AnUnknownPrefixFails)
     EXPECT_TRUE(schema.HasFailed());
     EXPECT_EQ(ZRS_MOD_RefreshDeviateDefaults(schema.ctx.Module("d"), schema.Node("/m:x"),
                                              schema.First().deviates),
-              22u);
+              ZR_ERR_INVALID);
     EXPECT_STREQ(schema.First().deviates[0].defaults[0], "q:own");
 }
 
 TEST(RefreshDeviateDefaults, AreConvertedOnlyOnceHoweverOftenTheDeviationIsApplied)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("long-name", Identity("i")), 0u);
-    ASSERT_EQ(ctx.LoadBody("m", Identity("base") + IdentityLeaf("x")), 0u);
+    ASSERT_EQ(ctx.LoadBody("long-name", Identity("i")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Identity("base") + IdentityLeaf("x")), ZR_OK);
     ASSERT_EQ(ctx.LoadBody("d", Import("m") +
                                     "<import module=\"long-name\"><prefix value=\"ln\"/></import>" +
                                     Deviation("/m:x", "add", Default("ln:i"))),
-              0u);
+              ZR_OK);
     auto *leaf = static_cast<ZrsLeafInfo *>(ctx.Node("/m:x")->info);
     ASSERT_STREQ(leaf->defaultValue, "long-name:i");
     zr::Release(&ctx.get()->dict, leaf->defaultValue);
     ctx.Module("d")->deviations[0].flags = 0; // as when the target's module is loaded again
-    EXPECT_EQ(zr::CoupleModuleDeviations(ctx.Module("d")), 0u);
+    EXPECT_EQ(zr::CoupleModuleDeviations(ctx.Module("d")), ZR_OK);
     EXPECT_STREQ(leaf->defaultValue, "long-name:i");
 }
 
@@ -220,5 +220,5 @@ TEST(RefreshDeviateDefaults, OtherTypesAndNodesAreLeftAlone)
                                                   Deviation("/m:ch", "add", Default("one")));
     EXPECT_STREQ(schema.LeafOf("/m:x")->defaultValue, "q:v");
     EXPECT_STREQ(schema.ChoiceDefault("/m:ch"), "one");
-    EXPECT_EQ(ZRS_MOD_RefreshDeviateDefaults(nullptr, nullptr, nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_RefreshDeviateDefaults(nullptr, nullptr, nullptr), ZR_ERR_INVALID);
 }

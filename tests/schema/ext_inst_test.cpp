@@ -20,11 +20,11 @@ protected:
     {
         ASSERT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &record->children, &record->childCount,
                                                   "n", "child", "c"),
-                  0u);
+                  ZR_OK);
         ZrsExtInst *child = &record->children[0];
         ASSERT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &child->children, &child->childCount, "n",
                                                   "grandchild", nullptr),
-                  0u);
+                  ZR_OK);
     }
     std::string Names(const ZrsExtInst *array, uint32_t count)
     {
@@ -59,7 +59,7 @@ uint32_t StopWithSeven(const ZrsExtInst *, const char *, const char *, const cha
 TEST_F(ExtInst, IsFilledWithInternedStrings)
 {
     ZrsExtInst record;
-    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &record, "m", "ext", "arg"), 0u);
+    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &record, "m", "ext", "arg"), ZR_OK);
     EXPECT_STREQ(record.moduleName, "m");
     EXPECT_STREQ(record.extensionName, "ext");
     EXPECT_STREQ(record.argument, "arg");
@@ -77,7 +77,7 @@ TEST_F(ExtInst, IsFilledWithInternedStrings)
 TEST_F(ExtInst, WithoutAnArgumentHasNone)
 {
     ZrsExtInst record;
-    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &record, "m", "ext", nullptr), 0u);
+    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &record, "m", "ext", nullptr), ZR_OK);
     EXPECT_EQ(record.argument, nullptr);
     ZRS_EXT_ClearExtInst(dict_, &record);
 }
@@ -85,12 +85,12 @@ TEST_F(ExtInst, WithoutAnArgumentHasNone)
 TEST_F(ExtInst, NeedsBothNames)
 {
     ZrsExtInst record;
-    EXPECT_EQ(ZRS_EXT_FillExtInst(dict_, &record, nullptr, "ext", "arg"), 22u);
-    EXPECT_EQ(ZRS_EXT_FillExtInst(dict_, &record, "m", nullptr, "arg"), 22u);
-    EXPECT_EQ(ZRS_EXT_FillExtInst(dict_, nullptr, "m", "ext", "arg"), 22u);
-    EXPECT_EQ(ZRS_EXT_FillExtInst(nullptr, &record, "m", "ext", "arg"), 22u);
-    EXPECT_EQ(Append(nullptr, "ext"), 22u);
-    EXPECT_EQ(Append("m", nullptr), 22u);
+    EXPECT_EQ(ZRS_EXT_FillExtInst(dict_, &record, nullptr, "ext", "arg"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_EXT_FillExtInst(dict_, &record, "m", nullptr, "arg"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_EXT_FillExtInst(dict_, nullptr, "m", "ext", "arg"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_EXT_FillExtInst(nullptr, &record, "m", "ext", "arg"), ZR_ERR_INVALID);
+    EXPECT_EQ(Append(nullptr, "ext"), ZR_ERR_INVALID);
+    EXPECT_EQ(Append("m", nullptr), ZR_ERR_INVALID);
     EXPECT_EQ(count_, 0);
     EXPECT_EQ(array_, nullptr);
 }
@@ -100,7 +100,7 @@ TEST_F(ExtInst, HasNoStringsAfterAFillWithoutMemory)
     ZrsExtInst record;
     FailEachAllocation([&] { return ZRS_EXT_FillExtInst(dict_, &record, "m", "ext", "arg"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(record.moduleName == nullptr, failed);
                            ZRS_EXT_ClearExtInst(dict_, &record);
                        });
@@ -110,7 +110,7 @@ TEST_F(ExtInst, ClearReleasesWholeTree)
 {
     int64_t blocks = guard_.LiveBlocks();
     ZrsExtInst record;
-    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &record, "m", "ext", "arg"), 0u);
+    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &record, "m", "ext", "arg"), ZR_OK);
     AddChildren(&record);
     ZRS_EXT_ClearExtInst(dict_, &record);
     EXPECT_EQ(record.childCount, 0);
@@ -122,12 +122,12 @@ TEST_F(ExtInst, ClearReleasesWholeTree)
 
 TEST_F(ExtInst, IsTheSameWhenNamesAndArgumentAre)
 {
-    ASSERT_EQ(Append("m", "ext", "arg"), 0u);
-    ASSERT_EQ(Append("m", "ext", "arg"), 0u);
-    ASSERT_EQ(Append("n", "ext", "arg"), 0u);
-    ASSERT_EQ(Append("m", "other", "arg"), 0u);
-    ASSERT_EQ(Append("m", "ext", "other"), 0u);
-    ASSERT_EQ(Append("m", "ext"), 0u);
+    ASSERT_EQ(Append("m", "ext", "arg"), ZR_OK);
+    ASSERT_EQ(Append("m", "ext", "arg"), ZR_OK);
+    ASSERT_EQ(Append("n", "ext", "arg"), ZR_OK);
+    ASSERT_EQ(Append("m", "other", "arg"), ZR_OK);
+    ASSERT_EQ(Append("m", "ext", "other"), ZR_OK);
+    ASSERT_EQ(Append("m", "ext"), ZR_OK);
     AddChildren(&array_[1]);
     EXPECT_EQ(ZRS_EXT_CheckTwoExtInstSame(&array_[0], &array_[1]), 1u); // children do not matter
     for (uint32_t i = 2; i < count_; ++i)
@@ -138,9 +138,9 @@ TEST_F(ExtInst, IsTheSameWhenNamesAndArgumentAre)
 
 TEST_F(ExtInst, IsFoundAtItsFirstPlace)
 {
-    ASSERT_EQ(Append("m", "a"), 0u);
-    ASSERT_EQ(Append("m", "b"), 0u);
-    ASSERT_EQ(Append("m", "b"), 0u);
+    ASSERT_EQ(Append("m", "a"), ZR_OK);
+    ASSERT_EQ(Append("m", "b"), ZR_OK);
+    ASSERT_EQ(Append("m", "b"), ZR_OK);
     ZrsExtInst wanted = array_[2];
     EXPECT_EQ(ZRS_EXT_FindSameExtInstInArray(array_, count_, &wanted), &array_[1]);
     EXPECT_EQ(ZRS_EXT_FindSameExtInstInArray(array_, 1, &wanted), nullptr);
@@ -151,54 +151,58 @@ TEST_F(ExtInst, IsFoundAtItsFirstPlace)
 
 TEST_F(ExtInst, IsAppendedInOrder)
 {
-    ASSERT_EQ(Append("m", "a"), 0u);
-    ASSERT_EQ(Append("m", "b", "x"), 0u);
+    ASSERT_EQ(Append("m", "a"), ZR_OK);
+    ASSERT_EQ(Append("m", "b", "x"), ZR_OK);
     EXPECT_EQ(count_, 2);
     EXPECT_EQ(Names(array_, count_), "a b");
-    EXPECT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, nullptr, &count_, "m", "c", nullptr), 22u);
-    EXPECT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &array_, nullptr, "m", "c", nullptr), 22u);
+    EXPECT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, nullptr, &count_, "m", "c", nullptr),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &array_, nullptr, "m", "c", nullptr),
+              ZR_ERR_INVALID);
 }
 
 TEST_F(ExtInst, AppendWithoutMemoryLeavesTheCount)
 {
-    ASSERT_EQ(Append("m", "a"), 0u);
+    ASSERT_EQ(Append("m", "a"), ZR_OK);
     FailEachAllocation(
         [&] {
             ZrsExtInst *array = nullptr;
             uint16_t count = 0;
             uint32_t status =
                 ZRS_EXT_AppendOneExtInstToArray(dict_, &array, &count, "m", "b", "new");
-            EXPECT_EQ(count, status == 0 ? 1 : 0);
+            EXPECT_EQ(count, status == ZR_OK ? 1 : 0);
             ZRS_EXT_FreeExtInsts(dict_, array, count);
             return status;
         },
-        [&](uint32_t status, bool failed) { EXPECT_EQ(status, failed ? 12u : 0u); });
+        [&](uint32_t status, bool failed) {
+            EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
+        });
 }
 
 TEST_F(ExtInst, AppendsIntoTheRoomThatAFirstFailedAppendLeft)
 {
     guard_.FailAt(1); // the array is grown, the dictionary refuses
-    EXPECT_EQ(Append("new", "a"), 12u);
+    EXPECT_EQ(Append("new", "a"), ZR_ERR_NO_MEMORY);
     guard_.FailNone();
     EXPECT_EQ(count_, 0);
     ASSERT_NE(array_, nullptr);
-    EXPECT_EQ(Append("new", "a"), 0u);
+    EXPECT_EQ(Append("new", "a"), ZR_OK);
     EXPECT_EQ(Names(array_, count_), "a");
 }
 
 TEST_F(ExtInst, IsRefusedAsThe65536thOfAnArray)
 {
-    ASSERT_EQ(Append("m", "a"), 0u);
+    ASSERT_EQ(Append("m", "a"), ZR_OK);
     count_ = UINT16_MAX;
-    EXPECT_EQ(Append("m", "b"), 22u);
+    EXPECT_EQ(Append("m", "b"), ZR_ERR_INVALID);
     EXPECT_EQ(count_, UINT16_MAX);
     count_ = 1;
 }
 
 TEST_F(ExtInst, IsCopiedWithEverythingBelowIt)
 {
-    ASSERT_EQ(Append("m", "a", "x"), 0u);
-    ASSERT_EQ(Append("m", "b"), 0u);
+    ASSERT_EQ(Append("m", "a", "x"), ZR_OK);
+    ASSERT_EQ(Append("m", "b"), ZR_OK);
     AddChildren(&array_[0]);
     FailEachAllocation([&] { return ZRS_EXT_CopyExtInsts(dict_, array_, count_); },
                        [&](ZrsExtInst *copy, bool failed) {
@@ -221,7 +225,7 @@ TEST_F(ExtInst, IsCopiedWithEverythingBelowIt)
 
 TEST_F(ExtInst, IsCopiedIntoAnotherContextOrNotAtAll)
 {
-    ASSERT_EQ(Append("m", "a", "x"), 0u);
+    ASSERT_EQ(Append("m", "a", "x"), ZR_OK);
     ZrCtx *other = ZR_CTX_Create(0);
     FailEachAllocation([&] { return ZRS_EXT_CopyExtInsts(&other->dict, array_, count_); },
                        [&](ZrsExtInst *copy, bool failed) {
@@ -234,42 +238,42 @@ TEST_F(ExtInst, IsCopiedIntoAnotherContextOrNotAtAll)
 
 TEST_F(ExtInst, TakesACopyOfChildren)
 {
-    ASSERT_EQ(Append("m", "a"), 0u);
-    ASSERT_EQ(Append("m", "b"), 0u);
+    ASSERT_EQ(Append("m", "a"), ZR_OK);
+    ASSERT_EQ(Append("m", "b"), ZR_OK);
     ZrsExtInst record = {};
-    EXPECT_EQ(ZRS_EXT_UpdateExtInstChildInsts(dict_, &record, array_, 0), 0u);
+    EXPECT_EQ(ZRS_EXT_UpdateExtInstChildInsts(dict_, &record, array_, 0), ZR_OK);
     EXPECT_EQ(record.children, nullptr);
     FailEachAllocation(
         [&] { return ZRS_EXT_UpdateExtInstChildInsts(dict_, &record, array_, count_); },
         [&](uint32_t status, bool failed) {
-            EXPECT_EQ(status, failed ? 12u : 0u);
+            EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
             EXPECT_EQ(record.childCount, failed ? 0 : 2);
             EXPECT_EQ(Names(record.children, record.childCount), failed ? "" : "a b");
             ZRS_EXT_ClearExtInst(dict_, &record);
         });
-    EXPECT_EQ(ZRS_EXT_UpdateExtInstChildInsts(dict_, nullptr, array_, count_), 22u);
+    EXPECT_EQ(ZRS_EXT_UpdateExtInstChildInsts(dict_, nullptr, array_, count_), ZR_ERR_INVALID);
 }
 
 TEST_F(ExtInst, IsMergedInWithItsChildren)
 {
     ZrsExtInst source;
-    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &source, "m", "ext", "arg"), 0u);
+    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &source, "m", "ext", "arg"), ZR_OK);
     AddChildren(&source);
-    ASSERT_EQ(ZRS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &source), 0u);
+    ASSERT_EQ(ZRS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &source), ZR_OK);
     ASSERT_EQ(count_, 1);
     EXPECT_EQ(array_[0].argument, source.argument);
     EXPECT_EQ(Names(array_[0].children, array_[0].childCount), "child");
-    EXPECT_EQ(ZRS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, nullptr), 22u);
+    EXPECT_EQ(ZRS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, nullptr), ZR_ERR_INVALID);
     ZRS_EXT_ClearExtInst(dict_, &source);
 }
 
 TEST_F(ExtInst, StaysCountedAndEmptyWhenItsChildrenCannotBeMergedIn)
 {
     ZrsExtInst source;
-    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &source, "m", "ext", "arg"), 0u);
+    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &source, "m", "ext", "arg"), ZR_OK);
     AddChildren(&source);
     guard_.FailAt(1); // the array is grown, the strings are there; the children's array fails
-    EXPECT_EQ(ZRS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &source), 12u);
+    EXPECT_EQ(ZRS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &source), ZR_ERR_NO_MEMORY);
     guard_.FailNone();
     ASSERT_EQ(count_, 1);
     EXPECT_EQ(array_[0].moduleName, nullptr);
@@ -281,33 +285,34 @@ TEST_F(ExtInst, StaysCountedAndEmptyWhenItsChildrenCannotBeMergedIn)
 
 TEST_F(ExtInst, MergeSkipsTheOnesThatAreThere)
 {
-    ASSERT_EQ(Append("m", "a", "x"), 0u);
-    ASSERT_EQ(Append("m", "b"), 0u);
+    ASSERT_EQ(Append("m", "a", "x"), ZR_OK);
+    ASSERT_EQ(Append("m", "b"), ZR_OK);
     ZrsExtInst *source = nullptr;
     uint16_t sourceCount = 0;
     for (const char *name : {"b", "c", "a", "c"})
         ASSERT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &source, &sourceCount, "m", name, nullptr),
-                  0u);
+                  ZR_OK);
     // "a" has another argument here, and the second "c" meets the first
-    ASSERT_EQ(ZRS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount), 0u);
+    ASSERT_EQ(ZRS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount), ZR_OK);
     EXPECT_EQ(Names(array_, count_), "a b c a");
-    ASSERT_EQ(ZRS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount), 0u);
+    ASSERT_EQ(ZRS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount), ZR_OK);
     EXPECT_EQ(count_, 4);
-    EXPECT_EQ(ZRS_EXT_MergeExtInsts(dict_, &array_, &count_, nullptr, 0), 0u);
-    EXPECT_EQ(ZRS_EXT_MergeExtInsts(dict_, nullptr, &count_, source, sourceCount), 22u);
+    EXPECT_EQ(ZRS_EXT_MergeExtInsts(dict_, &array_, &count_, nullptr, 0), ZR_OK);
+    EXPECT_EQ(ZRS_EXT_MergeExtInsts(dict_, nullptr, &count_, source, sourceCount), ZR_ERR_INVALID);
     ZRS_EXT_FreeExtInsts(dict_, source, sourceCount);
 }
 
 TEST_F(ExtInst, MergeStopsAtTheFirstFailure)
 {
-    ASSERT_EQ(Append("m", "a"), 0u);
+    ASSERT_EQ(Append("m", "a"), ZR_OK);
     ZrsExtInst *source = nullptr;
     uint16_t sourceCount = 0;
     for (const char *name : {"b", "c"})
         ASSERT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &source, &sourceCount, "m", name, nullptr),
-                  0u);
+                  ZR_OK);
     guard_.FailAt(1); // growing for the second
-    EXPECT_EQ(ZRS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount), 12u);
+    EXPECT_EQ(ZRS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount),
+              ZR_ERR_NO_MEMORY);
     guard_.FailNone();
     EXPECT_EQ(Names(array_, count_), "a b");
     ZRS_EXT_FreeExtInsts(dict_, source, sourceCount);
@@ -316,25 +321,25 @@ TEST_F(ExtInst, MergeStopsAtTheFirstFailure)
 TEST_F(ExtInst, SubtractKeepsTheUnmarkedInOrder)
 {
     for (const char *name : {"a", "b", "c", "d"})
-        ASSERT_EQ(Append("m", name, name), 0u);
+        ASSERT_EQ(Append("m", name, name), ZR_OK);
     AddChildren(&array_[1]);
     AddChildren(&array_[2]);
     Mark(0);
     Mark(2);
-    ASSERT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 4, 2), 0u);
+    ASSERT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 4, 2), ZR_OK);
     count_ = 2;
     EXPECT_EQ(Names(array_, count_), "b d");
     EXPECT_STREQ(array_[0].argument, "b");
     EXPECT_EQ(Names(array_[0].children, array_[0].childCount), "child");
-    EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, nullptr, 2, 1), 22u);
-    EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(nullptr, &array_, 2, 1), 22u);
+    EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, nullptr, 2, 1), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(nullptr, &array_, 2, 1), ZR_ERR_INVALID);
 }
 
 TEST_F(ExtInst, SubtractOfEverythingLeavesNoArray)
 {
-    ASSERT_EQ(Append("m", "a"), 0u);
+    ASSERT_EQ(Append("m", "a"), ZR_OK);
     Mark(0);
-    ASSERT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 1, 0), 0u);
+    ASSERT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 1, 0), ZR_OK);
     count_ = 0;
     EXPECT_EQ(array_, nullptr);
 }
@@ -342,30 +347,30 @@ TEST_F(ExtInst, SubtractOfEverythingLeavesNoArray)
 TEST_F(ExtInst, SubtractFromACountOfZeroStoresAnEmptyArray)
 {
     guard_.FailAt(1);
-    EXPECT_EQ(Append("new", "a"), 12u); // an array without a counted record
+    EXPECT_EQ(Append("new", "a"), ZR_ERR_NO_MEMORY); // an array without a counted record
     guard_.FailNone();
     ASSERT_NE(array_, nullptr);
-    ASSERT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 0, 0), 0u);
+    ASSERT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 0, 0), ZR_OK);
     EXPECT_EQ(array_, nullptr);
 }
 
 TEST_F(ExtInst, SubtractWithMoreLeftThanStatedChangesNothingAndSucceeds)
 {
     for (const char *name : {"a", "b", "c"})
-        ASSERT_EQ(Append("m", name), 0u);
+        ASSERT_EQ(Append("m", name), ZR_OK);
     Mark(1);
     const ZrsExtInst *before = array_;
-    EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 3, 1), 0u);
+    EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 3, 1), ZR_OK);
     EXPECT_EQ(array_, before);
     EXPECT_EQ(Names(array_, count_), "a - c");
-    EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 3, 0), 0u);
+    EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 3, 0), ZR_OK);
     EXPECT_EQ(array_, before);
 }
 
 TEST_F(ExtInst, SubtractWithoutMemoryLeavesTheArray)
 {
     for (const char *name : {"a", "b", "c"})
-        ASSERT_EQ(Append("m", name), 0u);
+        ASSERT_EQ(Append("m", name), ZR_OK);
     AddChildren(&array_[0]);
     AddChildren(&array_[2]);
     Mark(1);
@@ -373,7 +378,7 @@ TEST_F(ExtInst, SubtractWithoutMemoryLeavesTheArray)
         const ZrsExtInst *before = array_;
         int64_t blocks = guard_.LiveBlocks();
         guard_.FailAt(n);
-        EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 3, 2), 12u) << n;
+        EXPECT_EQ(ZRS_EXT_SubtractExtInstArray(dict_, &array_, 3, 2), ZR_ERR_NO_MEMORY) << n;
         guard_.FailNone();
         EXPECT_EQ(array_, before);
         EXPECT_EQ(guard_.LiveBlocks(), blocks);
@@ -383,21 +388,21 @@ TEST_F(ExtInst, SubtractWithoutMemoryLeavesTheArray)
 
 TEST_F(ExtInst, ChildrenAreScannedInOrderOneLevelAtATime)
 {
-    ASSERT_EQ(Append("m", "a"), 0u);
+    ASSERT_EQ(Append("m", "a"), ZR_OK);
     AddChildren(&array_[0]);
     ASSERT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &array_[0].children, &array_[0].childCount,
                                               "n", "second", nullptr),
-              0u);
+              ZR_OK);
     std::string seen;
-    EXPECT_EQ(ZR_EXT_ScanAllChildExtInsts(&array_[0], CollectInstance, &seen), 0u);
+    EXPECT_EQ(ZR_EXT_ScanAllChildExtInsts(&array_[0], CollectInstance, &seen), ZR_OK);
     EXPECT_EQ(seen, "n:child(c)n:second(-)");
     int calls = 0;
     EXPECT_EQ(ZR_EXT_ScanAllChildExtInsts(&array_[0], StopWithSeven, &calls), 7u);
     EXPECT_EQ(calls, 1);
-    EXPECT_EQ(ZR_EXT_ScanAllChildExtInsts(nullptr, CollectInstance, &seen), 22u);
-    EXPECT_EQ(ZR_EXT_ScanAllChildExtInsts(&array_[0], nullptr, nullptr), 22u);
+    EXPECT_EQ(ZR_EXT_ScanAllChildExtInsts(nullptr, CollectInstance, &seen), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_EXT_ScanAllChildExtInsts(&array_[0], nullptr, nullptr), ZR_ERR_INVALID);
     const ZrsExtInst *grandchild = &array_[0].children[0].children[0];
-    EXPECT_EQ(ZR_EXT_ScanAllChildExtInsts(grandchild, StopWithSeven, &calls), 0u);
+    EXPECT_EQ(ZR_EXT_ScanAllChildExtInsts(grandchild, StopWithSeven, &calls), ZR_OK);
 }
 
 } // namespace

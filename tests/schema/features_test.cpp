@@ -9,7 +9,7 @@ protected:
     {
         module_ = NewModule("m");
         for (const char *name : {"f", "g", "h"})
-            ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, name), 0u);
+            ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, name), ZR_OK);
         NewModule("empty");
     }
     // The names of those that are on.
@@ -32,41 +32,41 @@ TEST_F(Features, AreOffAtFirst)
 
 TEST_F(Features, AreTurnedOnAndOffByName)
 {
-    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "g"), 0u);
+    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "g"), ZR_OK);
     EXPECT_EQ(On(), "g");
-    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "g"), 0u);
-    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "h"), 0u);
+    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "g"), ZR_OK);
+    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "h"), ZR_OK);
     EXPECT_EQ(On(), "gh");
-    EXPECT_EQ(ZR_MOD_DisableFeature(module_, "g"), 0u);
+    EXPECT_EQ(ZR_MOD_DisableFeature(module_, "g"), ZR_OK);
     EXPECT_EQ(On(), "h");
-    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "m", "h"), 0u);
+    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "m", "h"), ZR_OK);
     EXPECT_EQ(On(), "");
-    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "m", "h"), 0u);
+    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "m", "h"), ZR_OK);
 }
 
 TEST_F(Features, AreAllTurnedOnByAStar)
 {
-    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "*"), 0u);
+    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "*"), ZR_OK);
     EXPECT_EQ(On(), "fgh");
-    EXPECT_EQ(ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx_, "empty"), "*"), 0u);
+    EXPECT_EQ(ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx_, "empty"), "*"), ZR_OK);
 }
 
 TEST_F(Features, AreNotTurnedOffByAStar)
 {
-    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "*"), 0u);
-    EXPECT_EQ(ZR_MOD_DisableFeature(module_, "*"), 22u);
-    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "m", "*"), 22u);
+    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "*"), ZR_OK);
+    EXPECT_EQ(ZR_MOD_DisableFeature(module_, "*"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "m", "*"), ZR_ERR_INVALID);
     EXPECT_EQ(On(), "fgh");
 }
 
 TEST_F(Features, ThatAreUnknownChangeNothing)
 {
-    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "g"), 0u);
-    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "x"), 22u);
-    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "**"), 22u);
-    EXPECT_EQ(ZR_MOD_DisableFeature(module_, "x"), 22u);
-    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "m", "x"), 22u);
-    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "x", "g"), 22u);
+    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "g"), ZR_OK);
+    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "x"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "**"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_DisableFeature(module_, "x"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "m", "x"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "x", "g"), ZR_ERR_INVALID);
     EXPECT_EQ(ZR_CTX_IsModFeatureEnable(ctx_, "m", "x"), 0u);
     EXPECT_EQ(ZR_CTX_IsModFeatureEnable(ctx_, "x", "g"), 0u);
     EXPECT_EQ(On(), "g");
@@ -74,24 +74,24 @@ TEST_F(Features, ThatAreUnknownChangeNothing)
 
 TEST_F(Features, NeedEveryArgument)
 {
-    EXPECT_EQ(ZR_MOD_EnableFeature(nullptr, "f"), 22u);
-    EXPECT_EQ(ZR_MOD_EnableFeature(module_, nullptr), 22u);
-    EXPECT_EQ(ZR_MOD_DisableFeature(nullptr, "f"), 22u);
-    EXPECT_EQ(ZR_MOD_DisableFeature(module_, nullptr), 22u);
-    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(nullptr, "m", "f"), 22u);
-    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(ctx_, nullptr, "f"), 22u);
-    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(ctx_, "m", nullptr), 22u);
-    EXPECT_EQ(ZR_CTX_DisableModFeature(nullptr, "m", "f"), 22u);
-    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, nullptr, "f"), 22u);
-    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "m", nullptr), 22u);
+    EXPECT_EQ(ZR_MOD_EnableFeature(nullptr, "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_EnableFeature(module_, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_DisableFeature(nullptr, "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_DisableFeature(module_, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(nullptr, "m", "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(ctx_, nullptr, "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_IsModFeatureEnable(ctx_, "m", nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_DisableModFeature(nullptr, "m", "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, nullptr, "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_DisableModFeature(ctx_, "m", nullptr), ZR_ERR_INVALID);
 }
 
 TEST_F(Features, KeepTheirOtherFlags)
 {
     module_->features[0].flags = 0x81;
-    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "f"), 0u);
+    EXPECT_EQ(ZR_MOD_EnableFeature(module_, "f"), ZR_OK);
     EXPECT_EQ(module_->features[0].flags, 0x81 | ZRS_FEATURE_ENABLED);
-    EXPECT_EQ(ZR_MOD_DisableFeature(module_, "f"), 0u);
+    EXPECT_EQ(ZR_MOD_DisableFeature(module_, "f"), ZR_OK);
     EXPECT_EQ(module_->features[0].flags, 0x81);
 }
 

@@ -29,7 +29,7 @@ protected:
     {
         for (ZrNode *augment : {second_, first_}) {
             if ((augment->flags & ZRS_FLAG_COUPLED) != 0) {
-                EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), 0u);
+                EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), ZR_OK);
             }
         }
         RecordTest::TearDown();
@@ -37,8 +37,8 @@ protected:
     ZrNode *Target(const char *path) { return ZR_CTX_GetTargetNode(ctx_, path, nullptr); }
     void Couple()
     {
-        ASSERT_EQ(ZRS_NODE_CoupleAugmentNode(first_), 0u);
-        ASSERT_EQ(ZRS_NODE_CoupleAugmentNode(second_), 0u);
+        ASSERT_EQ(ZRS_NODE_CoupleAugmentNode(first_), ZR_OK);
+        ASSERT_EQ(ZRS_NODE_CoupleAugmentNode(second_), ZR_OK);
     }
 
     ZrMod *a_, *b_;
@@ -178,17 +178,17 @@ TEST_F(Lookup, AnAugmentOfTheOwnModuleIsResolvedWithoutTheContext)
 {
     ZrNode *augment = AddTop(a_, a_->augments, ZR_NODE_AUGMENT, "/a:top/own");
     ZrNode *found = nullptr;
-    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, &found), 0u);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, &found), ZR_OK);
     EXPECT_EQ(found, own_);
     // b's second augment targets what its first one adds
-    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(b_, second_, &found), 0u);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(b_, second_, &found), ZR_OK);
     EXPECT_EQ(found, x_);
 }
 
 TEST_F(Lookup, AnAugmentOfAnotherModuleIsLeftToTheContext)
 {
     ZrNode *found = top_;
-    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(b_, first_, &found), 0u);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(b_, first_, &found), ZR_OK);
     EXPECT_EQ(found, nullptr);
 }
 
@@ -196,7 +196,7 @@ TEST_F(Lookup, AnAugmentWhoseOwnTargetIsMissingYieldsNothing)
 {
     ZrNode *augment = AddTop(a_, a_->augments, ZR_NODE_AUGMENT, "/a:nothing");
     ZrNode *found = top_;
-    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, &found), 0u);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, &found), ZR_OK);
     EXPECT_EQ(found, nullptr);
 }
 
@@ -204,11 +204,11 @@ TEST_F(Lookup, AnAugmentPathThatCannotBeSplitLeavesTheResultAlone)
 {
     ZrNode *augment = AddTop(a_, a_->augments, ZR_NODE_AUGMENT, "/top");
     ZrNode *found = top_;
-    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, &found), 22u);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, &found), ZR_ERR_INVALID);
     EXPECT_EQ(found, top_);
-    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(nullptr, augment, &found), 22u);
-    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, nullptr, &found), 22u);
-    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(nullptr, augment, &found), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, nullptr, &found), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FindAugNodeTargetInSelfMod(a_, augment, nullptr), ZR_ERR_INVALID);
 }
 
 TEST_F(Lookup, WithoutMemoryNothingIsFoundAndNothingIsLost)

@@ -47,9 +47,9 @@ TEST_F(TopNodes, EveryKindGoesToItsChainOrIsRefused)
         SCOPED_TRACE(row.kind);
         ZrNode *node = NewNode(module_, row.kind, "x");
         if (row.head == nullptr) {
-            EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(module_, node), 22u);
+            EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(module_, node), ZR_ERR_INVALID);
         } else {
-            EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(module_, node), 0u);
+            EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(module_, node), ZR_OK);
             EXPECT_EQ(module_->*row.head, node);
             ZRS_NODE_Unlink(node);
             EXPECT_EQ(module_->*row.head, nullptr);
@@ -62,7 +62,7 @@ TEST_F(TopNodes, NodesOfOneChainStandInTheOrderOfTheirComing)
 {
     for (const char *name : {"a", "b", "c"})
         ASSERT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(module_, NewNode(module_, ZR_NODE_LEAF, name)),
-                  0u);
+                  ZR_OK);
     EXPECT_EQ(Chain(module_->dataNodes), "a b c ");
 }
 
@@ -70,7 +70,7 @@ TEST_F(TopNodes, AreAppendedAtTheEndWhateverLeftTheChainBefore)
 {
     auto add = [this](const char *name) {
         ZrNode *node = NewNode(module_, ZR_NODE_LEAF, name);
-        EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(module_, node), 0u);
+        EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(module_, node), ZR_OK);
         return node;
     };
     auto drop = [](ZrNode *node) {
@@ -99,8 +99,8 @@ TEST_F(TopNodes, AreAppendedAtTheEndWhateverLeftTheChainBefore)
 TEST_F(TopNodes, ANullModuleOrNodeIsRefused)
 {
     ZrNode *node = NewNode(module_, ZR_NODE_LEAF, "a");
-    EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(nullptr, node), 22u);
-    EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(module_, nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(nullptr, node), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AddTopNodeToSchemaTree(module_, nullptr), ZR_ERR_INVALID);
     ZRS_NODE_Free(node);
 }
 

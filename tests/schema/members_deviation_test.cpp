@@ -16,19 +16,19 @@ protected:
         source->kind = ZRS_DEVIATE_REPLACE;
         source->flags = 0x4 | 0x8 | 0x10;
         ZrsMust must = {"a = 1", "message", "tag"};
-        ASSERT_EQ(ZRS_NODE_AppendOneMust(dict_, &source->musts, &source->mustCount, &must), 0u);
+        ASSERT_EQ(ZRS_NODE_AppendOneMust(dict_, &source->musts, &source->mustCount, &must), ZR_OK);
         for (const char *text : {"one", "two"}) {
             auto fill = [&](const char **slot) -> uint32_t {
                 return zr::Intern(dict_, *slot, text) ? 0 : 12;
             };
-            ASSERT_EQ(zr::AppendOne(&source->defaults, &source->defaultCount, fill), 0u);
+            ASSERT_EQ(zr::AppendOne(&source->defaults, &source->defaultCount, fill), ZR_OK);
         }
         source->type = zr::New<ZrtRealType>();
         source->type->baseType = ZRT_TYPE_STRING;
         source->units = ZR_DICT_Insert(dict_, "seconds");
         ASSERT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &source->extInsts, &source->extInstCount,
                                                   "n", "ext", "arg"),
-                  0u);
+                  ZR_OK);
     }
     static void ExpectCopy(const ZrsDeviate &copy, const ZrsDeviate &source)
     {
@@ -54,11 +54,11 @@ protected:
 TEST_F(Deviation, NeedsItsTargetPath)
 {
     ZrsDeviation record = {};
-    EXPECT_EQ(ZRS_MOD_FillDeviationTargetNode(dict_, &record, nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_FillDeviationTargetNode(dict_, nullptr, "/n:a"), 22u);
-    EXPECT_EQ(ZRS_MOD_FillDeviationTargetNode(nullptr, &record, "/n:a"), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneDeviation(module_, nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneDeviation(nullptr, "/n:a"), 22u);
+    EXPECT_EQ(ZRS_MOD_FillDeviationTargetNode(dict_, &record, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillDeviationTargetNode(dict_, nullptr, "/n:a"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillDeviationTargetNode(nullptr, &record, "/n:a"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneDeviation(module_, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneDeviation(nullptr, "/n:a"), ZR_ERR_INVALID);
 }
 
 TEST_F(Deviation, WithoutMemoryHoldsNothing)
@@ -66,7 +66,7 @@ TEST_F(Deviation, WithoutMemoryHoldsNothing)
     ZrsDeviation record = {};
     FailEachAllocation([&] { return ZRS_MOD_FillDeviationTargetNode(dict_, &record, "/n:a"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(record.targetPath == nullptr, failed);
                            ZRS_MOD_ClearDeviation(ctx_, &record);
                        });
@@ -74,7 +74,7 @@ TEST_F(Deviation, WithoutMemoryHoldsNothing)
 
 TEST_F(Deviation, StartsUnappliedAndWithoutDeviates)
 {
-    ASSERT_EQ(ZRS_MOD_AppendOneDeviation(module_, "/n:a"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneDeviation(module_, "/n:a"), ZR_OK);
     EXPECT_EQ(module_->deviations[0].flags, 0);
     EXPECT_EQ(module_->deviations[0].deviates, nullptr);
     EXPECT_EQ(module_->deviations[0].deviateCount, 0);
@@ -82,7 +82,7 @@ TEST_F(Deviation, StartsUnappliedAndWithoutDeviates)
 
 TEST_F(Deviation, IsNeverTheSameAsAnother)
 {
-    ASSERT_EQ(ZRS_MOD_AppendOneDeviation(module_, "/n:a"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneDeviation(module_, "/n:a"), ZR_OK);
     const ZrsDeviation *deviation = &module_->deviations[0];
     EXPECT_EQ(ZRS_MOD_CheckTwoDeviationSame(deviation, deviation), 0u);
     EXPECT_EQ(ZRS_MOD_CheckSameDeviationExist(module_->deviations, 1, deviation), nullptr);
@@ -94,8 +94,8 @@ TEST_F(Deviation, ClearReleasesItsDeviates)
 {
     int64_t blocks = guard_.LiveBlocks();
     ZrsDeviation record = {};
-    ASSERT_EQ(ZRS_MOD_FillDeviationTargetNode(dict_, &record, "/n:a"), 0u);
-    ASSERT_EQ(zr::NewArray(&record.deviates, 2), 0u);
+    ASSERT_EQ(ZRS_MOD_FillDeviationTargetNode(dict_, &record, "/n:a"), ZR_OK);
+    ASSERT_EQ(zr::NewArray(&record.deviates, 2), ZR_OK);
     record.deviateCount = 2;
     FillSource(&record.deviates[0]);
     FillSource(&record.deviates[1]);
@@ -117,7 +117,7 @@ TEST_F(Deviation, DeviateIsCopiedDeeplyOrNotAtAll)
     ZrsDeviate copy;
     FailEachAllocation([&] { return ZRS_MOD_FillDeviate(ctx_, &copy, &source); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            if (failed) {
                                EXPECT_EQ(copy.musts, nullptr);
                                EXPECT_EQ(copy.defaults, nullptr);
@@ -130,9 +130,9 @@ TEST_F(Deviation, DeviateIsCopiedDeeplyOrNotAtAll)
                            }
                            ZRS_MOD_ClearDeviate(ctx_, &copy);
                        });
-    EXPECT_EQ(ZRS_MOD_FillDeviate(ctx_, &copy, nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_FillDeviate(ctx_, nullptr, &source), 22u);
-    EXPECT_EQ(ZRS_MOD_FillDeviate(nullptr, &copy, &source), 22u);
+    EXPECT_EQ(ZRS_MOD_FillDeviate(ctx_, &copy, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillDeviate(ctx_, nullptr, &source), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillDeviate(nullptr, &copy, &source), ZR_ERR_INVALID);
     ZRS_MOD_ClearDeviate(ctx_, &source);
 }
 
@@ -141,7 +141,7 @@ TEST_F(Deviation, DeviateOfNothingIsCopied)
     ZrsDeviate source = {};
     source.kind = ZRS_DEVIATE_NOT_SUPPORTED;
     ZrsDeviate copy;
-    ASSERT_EQ(ZRS_MOD_FillDeviate(ctx_, &copy, &source), 0u);
+    ASSERT_EQ(ZRS_MOD_FillDeviate(ctx_, &copy, &source), ZR_OK);
     EXPECT_EQ(copy.kind, uint32_t{ZRS_DEVIATE_NOT_SUPPORTED});
     EXPECT_EQ(copy.musts, nullptr);
     EXPECT_EQ(copy.type, nullptr);

@@ -10,12 +10,12 @@ protected:
     // A further feature with those features of "n" as its conditions.
     ZrsFeature *Add(const char *name, std::initializer_list<const char *> conditions)
     {
-        EXPECT_EQ(ZRS_MOD_AppendOneFeature(module_, name), 0u);
+        EXPECT_EQ(ZRS_MOD_AppendOneFeature(module_, name), ZR_OK);
         ZrsFeature *feature = &module_->features[module_->featureCount - 1];
         for (const char *condition : conditions)
             EXPECT_EQ(ZRS_NODE_AppendOneIfFeat(dict_, &feature->ifFeatures,
                                                &feature->ifFeatureCount, "n", condition),
-                      0u);
+                      ZR_OK);
         return feature;
     }
     ZrMod *module_ = nullptr;
@@ -29,11 +29,11 @@ TEST_F(Feature, StartsDisabled)
 TEST_F(Feature, NeedsItsName)
 {
     ZrsFeature record = {};
-    EXPECT_EQ(ZRS_MOD_FillFeature(dict_, &record, nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_FillFeature(dict_, nullptr, "f"), 22u);
-    EXPECT_EQ(ZRS_MOD_FillFeature(nullptr, &record, "f"), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneFeature(module_, nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneFeature(nullptr, "f"), 22u);
+    EXPECT_EQ(ZRS_MOD_FillFeature(dict_, &record, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillFeature(dict_, nullptr, "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillFeature(nullptr, &record, "f"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneFeature(module_, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneFeature(nullptr, "f"), ZR_ERR_INVALID);
 }
 
 TEST_F(Feature, WithoutMemoryHoldsNothing)
@@ -41,7 +41,7 @@ TEST_F(Feature, WithoutMemoryHoldsNothing)
     ZrsFeature record = {};
     FailEachAllocation([&] { return ZRS_MOD_FillFeature(dict_, &record, "f"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(record.name == nullptr, failed);
                            ZRS_MDL_ClearFeature(dict_, &record);
                        });

@@ -11,21 +11,21 @@ protected:
     // A further identity with those bases of "n".
     ZrsIdentity *Add(const char *name, std::initializer_list<const char *> bases)
     {
-        EXPECT_EQ(ZRS_MOD_AppendOneIdentity(module_, name), 0u);
+        EXPECT_EQ(ZRS_MOD_AppendOneIdentity(module_, name), ZR_OK);
         ZrsIdentity *identity = &module_->identities[module_->identityCount - 1];
         for (const char *base : bases)
             EXPECT_EQ(zr::AppendOne(&identity->bases, &identity->baseCount,
                                     [&](ZrsIdentBase *record) {
                                         return ZRS_MOD_FillIdentBase(dict_, record, "n", base);
                                     }),
-                      0u);
+                      ZR_OK);
         return identity;
     }
     void AddIfFeature(ZrsIdentity *identity, const char *feature)
     {
         ASSERT_EQ(ZRS_NODE_AppendOneIfFeat(dict_, &identity->ifFeatures, &identity->ifFeatureCount,
                                            "n", feature),
-                  0u);
+                  ZR_OK);
     }
     ZrMod *module_ = nullptr;
 };
@@ -33,11 +33,11 @@ protected:
 TEST_F(Identity, NeedsItsName)
 {
     ZrsIdentity record = {};
-    EXPECT_EQ(ZRS_MOD_FillIdentity(dict_, &record, nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_FillIdentity(dict_, nullptr, "i"), 22u);
-    EXPECT_EQ(ZRS_MOD_FillIdentity(nullptr, &record, "i"), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneIdentity(module_, nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneIdentity(nullptr, "i"), 22u);
+    EXPECT_EQ(ZRS_MOD_FillIdentity(dict_, &record, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillIdentity(dict_, nullptr, "i"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillIdentity(nullptr, &record, "i"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneIdentity(module_, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneIdentity(nullptr, "i"), ZR_ERR_INVALID);
 }
 
 TEST_F(Identity, WithoutMemoryHoldsNothing)
@@ -45,7 +45,7 @@ TEST_F(Identity, WithoutMemoryHoldsNothing)
     ZrsIdentity record = {};
     FailEachAllocation([&] { return ZRS_MOD_FillIdentity(dict_, &record, "i"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(record.name == nullptr, failed);
                            ZRS_MDL_ClearIdentity(dict_, &record);
                        });
@@ -65,12 +65,12 @@ TEST_F(Identity, ClearReleasesEverything)
 {
     int64_t blocks = guard_.LiveBlocks();
     ZrsIdentity record = {};
-    ASSERT_EQ(ZRS_MOD_FillIdentity(dict_, &record, "i"), 0u);
+    ASSERT_EQ(ZRS_MOD_FillIdentity(dict_, &record, "i"), ZR_OK);
     record.description = ZR_DICT_Insert(dict_, "text");
     ASSERT_EQ(zr::AppendOne(
                   &record.bases, &record.baseCount,
                   [&](ZrsIdentBase *base) { return ZRS_MOD_FillIdentBase(dict_, base, "n", "b"); }),
-              0u);
+              ZR_OK);
     AddIfFeature(&record, "f");
     ZRS_MDL_ClearIdentity(dict_, &record);
     EXPECT_EQ(record.name, nullptr);
@@ -104,10 +104,10 @@ TEST_F(Identity, IsTheSameInNameBasesAndConditions)
 TEST_F(Identity, BaseNeedsBothNames)
 {
     ZrsIdentBase record = {};
-    EXPECT_EQ(ZRS_MOD_FillIdentBase(dict_, &record, nullptr, "b"), 22u);
-    EXPECT_EQ(ZRS_MOD_FillIdentBase(dict_, &record, "n", nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_FillIdentBase(dict_, nullptr, "n", "b"), 22u);
-    EXPECT_EQ(ZRS_MOD_FillIdentBase(nullptr, &record, "n", "b"), 22u);
+    EXPECT_EQ(ZRS_MOD_FillIdentBase(dict_, &record, nullptr, "b"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillIdentBase(dict_, &record, "n", nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillIdentBase(dict_, nullptr, "n", "b"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillIdentBase(nullptr, &record, "n", "b"), ZR_ERR_INVALID);
 }
 
 TEST_F(Identity, BaseWithoutMemoryHoldsNothing)
@@ -115,7 +115,7 @@ TEST_F(Identity, BaseWithoutMemoryHoldsNothing)
     ZrsIdentBase record;
     FailEachAllocation([&] { return ZRS_MOD_FillIdentBase(dict_, &record, "n", "b"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(record.moduleName == nullptr, failed);
                            EXPECT_EQ(record.identityName == nullptr, failed);
                            ZRS_MDL_ClearIdentBase(dict_, &record);

@@ -12,13 +12,13 @@ protected:
 TEST_F(Members, ImportNeedsModuleNameAndPrefix)
 {
     ZrsImport record = {};
-    EXPECT_EQ(ZRS_MOD_FillImport(dict_, &record, nullptr, "p"), 22u);
-    EXPECT_EQ(ZRS_MOD_FillImport(dict_, &record, "n", nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_FillImport(dict_, nullptr, "n", "p"), 22u);
-    EXPECT_EQ(ZRS_MOD_FillImport(nullptr, &record, "n", "p"), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneImport(nullptr, "n", "p"), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneImport(module_, nullptr, "p"), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneImport(module_, "n", nullptr), 22u);
+    EXPECT_EQ(ZRS_MOD_FillImport(dict_, &record, nullptr, "p"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillImport(dict_, &record, "n", nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillImport(dict_, nullptr, "n", "p"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillImport(nullptr, &record, "n", "p"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneImport(nullptr, "n", "p"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneImport(module_, nullptr, "p"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneImport(module_, "n", nullptr), ZR_ERR_INVALID);
     EXPECT_EQ(module_->importCount, 0);
 }
 
@@ -27,7 +27,7 @@ TEST_F(Members, ImportWithoutMemoryForAStringIsInvalid)
     ZrsImport record;
     FailEachAllocation([&] { return ZRS_MOD_FillImport(dict_, &record, "n", "p"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 22u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_INVALID : ZR_OK);
                            EXPECT_EQ(record.moduleName == nullptr, failed);
                            EXPECT_EQ(record.prefix == nullptr, failed);
                            ZRS_MOD_ClearImport(dict_, &record);
@@ -36,9 +36,9 @@ TEST_F(Members, ImportWithoutMemoryForAStringIsInvalid)
 
 TEST_F(Members, ImportIsFoundByItsPrefix)
 {
-    ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "n", "p"), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "o", "q"), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "x", "q"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "n", "p"), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "o", "q"), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "x", "q"), ZR_OK);
     std::string prefix = "q"; // a buffer of the caller
     ZrsImport *found = ZRS_MOD_FindImportByPrefix(module_->imports, 3, prefix.c_str());
     ASSERT_EQ(found, &module_->imports[1]);
@@ -51,8 +51,8 @@ TEST_F(Members, ImportIsFoundByItsPrefix)
 
 TEST_F(Members, IncludeIsFoundByItsName)
 {
-    ASSERT_EQ(ZRS_MOD_AppendOneInclude(module_, "s"), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneInclude(module_, "t"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneInclude(module_, "s"), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneInclude(module_, "t"), ZR_OK);
     std::string name = "t";
     EXPECT_EQ(ZRS_MOD_FindIncludeBySubName(module_->includes, 2, name.c_str()),
               &module_->includes[1]);
@@ -64,10 +64,10 @@ TEST_F(Members, IncludeIsFoundByItsName)
 TEST_F(Members, IncludeNeedsItsName)
 {
     ZrsInclude record = {};
-    EXPECT_EQ(ZRS_MOD_FillInclude(dict_, &record, nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_FillInclude(dict_, nullptr, "s"), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneInclude(module_, nullptr), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneInclude(nullptr, "s"), 22u);
+    EXPECT_EQ(ZRS_MOD_FillInclude(dict_, &record, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_FillInclude(dict_, nullptr, "s"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneInclude(module_, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneInclude(nullptr, "s"), ZR_ERR_INVALID);
     EXPECT_EQ(module_->includeCount, 0);
 }
 
@@ -76,7 +76,7 @@ TEST_F(Members, IncludeWithoutMemoryHoldsNothing)
     ZrsInclude record;
     FailEachAllocation([&] { return ZRS_MOD_FillInclude(dict_, &record, "s"); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(record.submoduleName == nullptr, failed);
                            ZRS_MOD_ClearInclude(dict_, &record);
                        });
@@ -84,8 +84,8 @@ TEST_F(Members, IncludeWithoutMemoryHoldsNothing)
 
 TEST_F(Members, ExtensionKeepsArgumentAndYinElement)
 {
-    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "a", "text", 1), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "b", nullptr, 0), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "a", "text", 1), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "b", nullptr, 0), ZR_OK);
     std::string name = "a";
     ZrsExtension *found = ZRS_MOD_FindExtensionByName(module_, name.c_str());
     ASSERT_EQ(found, &module_->extensions[0]);
@@ -99,10 +99,10 @@ TEST_F(Members, ExtensionKeepsArgumentAndYinElement)
 TEST_F(Members, ExtensionNeedsItsName)
 {
     ZrsExtension record = {};
-    EXPECT_EQ(ZRS_MOD_SetExtension(dict_, &record, nullptr, "text", 1), 22u);
-    EXPECT_EQ(ZRS_MOD_SetExtension(dict_, nullptr, "a", "text", 1), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneExtension(module_, nullptr, "text", 1), 22u);
-    EXPECT_EQ(ZRS_MOD_AppendOneExtension(nullptr, "a", "text", 1), 22u);
+    EXPECT_EQ(ZRS_MOD_SetExtension(dict_, &record, nullptr, "text", 1), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_SetExtension(dict_, nullptr, "a", "text", 1), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneExtension(module_, nullptr, "text", 1), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_MOD_AppendOneExtension(nullptr, "a", "text", 1), ZR_ERR_INVALID);
 }
 
 TEST_F(Members, ExtensionWithoutMemoryHoldsNothing)
@@ -110,7 +110,7 @@ TEST_F(Members, ExtensionWithoutMemoryHoldsNothing)
     ZrsExtension record;
     FailEachAllocation([&] { return ZRS_MOD_SetExtension(dict_, &record, "a", "text", 1); },
                        [&](uint32_t status, bool failed) {
-                           EXPECT_EQ(status, failed ? 12u : 0u);
+                           EXPECT_EQ(status, failed ? ZR_ERR_NO_MEMORY : ZR_OK);
                            EXPECT_EQ(record.name == nullptr, failed);
                            EXPECT_EQ(record.argument == nullptr, failed);
                            ZRS_MDL_ClearExtension(dict_, &record);
@@ -119,11 +119,11 @@ TEST_F(Members, ExtensionWithoutMemoryHoldsNothing)
 
 TEST_F(Members, ExtensionsAreTheSameInNameArgumentAndYinElement)
 {
-    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "a", "text", 1), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "a", "text", 1), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "b", "text", 1), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "a", "other", 1), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "a", "text", 0), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "a", "text", 1), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "a", "text", 1), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "b", "text", 1), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "a", "other", 1), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneExtension(module_, "a", "text", 0), ZR_OK);
     const ZrsExtension *array = module_->extensions;
     EXPECT_EQ(ZRS_MOD_CheckTwoExtensionSame(&array[0], &array[1]), 1u);
     for (int i : {2, 3, 4})
@@ -155,13 +155,13 @@ const ZrtRealType kString = {ZRT_TYPE_STRING, 0, 0, nullptr};
 // clang-format off
 const AppendRow kAppends[] = {
     // kind       append one                                                                count                     status
-    {"import",    [](ZrMod *m) { return ZRS_MOD_AppendOneImport(m, "n1", "p1"); },          &ZrMod::importCount,      22},
-    {"include",   [](ZrMod *m) { return ZRS_MOD_AppendOneInclude(m, "n2"); },               &ZrMod::includeCount,     12},
-    {"feature",   [](ZrMod *m) { return ZRS_MOD_AppendOneFeature(m, "n3"); },               &ZrMod::featureCount,     12},
-    {"identity",  [](ZrMod *m) { return ZRS_MOD_AppendOneIdentity(m, "n4"); },              &ZrMod::identityCount,    12},
-    {"extension", [](ZrMod *m) { return ZRS_MOD_AppendOneExtension(m, "n5", "a", 0); },     &ZrMod::extensionCount,   12},
-    {"typedef",   [](ZrMod *m) { return ZRS_MOD_AppendOneTypeDef(m, "n6", &kString, "d"); }, &ZrMod::typedefCount,    12},
-    {"deviation", [](ZrMod *m) { return ZRS_MOD_AppendOneDeviation(m, "/n7:a"); },          &ZrMod::deviationCount,   12},
+    {"import",    [](ZrMod *m) { return ZRS_MOD_AppendOneImport(m, "n1", "p1"); },          &ZrMod::importCount,      ZR_ERR_INVALID},
+    {"include",   [](ZrMod *m) { return ZRS_MOD_AppendOneInclude(m, "n2"); },               &ZrMod::includeCount,     ZR_ERR_NO_MEMORY},
+    {"feature",   [](ZrMod *m) { return ZRS_MOD_AppendOneFeature(m, "n3"); },               &ZrMod::featureCount,     ZR_ERR_NO_MEMORY},
+    {"identity",  [](ZrMod *m) { return ZRS_MOD_AppendOneIdentity(m, "n4"); },              &ZrMod::identityCount,    ZR_ERR_NO_MEMORY},
+    {"extension", [](ZrMod *m) { return ZRS_MOD_AppendOneExtension(m, "n5", "a", 0); },     &ZrMod::extensionCount,   ZR_ERR_NO_MEMORY},
+    {"typedef",   [](ZrMod *m) { return ZRS_MOD_AppendOneTypeDef(m, "n6", &kString, "d"); }, &ZrMod::typedefCount,    ZR_ERR_NO_MEMORY},
+    {"deviation", [](ZrMod *m) { return ZRS_MOD_AppendOneDeviation(m, "/n7:a"); },          &ZrMod::deviationCount,   ZR_ERR_NO_MEMORY},
 };
 // clang-format on
 
@@ -170,14 +170,14 @@ TEST_F(Members, AreCountedOnlyWhenTheyAreFilled)
     for (const AppendRow &row : kAppends) {
         SCOPED_TRACE(row.kind);
         guard_.FailAt(0); // the array
-        EXPECT_EQ(row.append(module_), 12u);
+        EXPECT_EQ(row.append(module_), ZR_ERR_NO_MEMORY);
         EXPECT_EQ(module_->*row.count, 0);
         guard_.FailAt(1); // the dictionary
         EXPECT_EQ(row.append(module_), row.statusWithoutMemory);
         EXPECT_EQ(module_->*row.count, 0);
         guard_.FailNone(); // the room that was left is used
-        EXPECT_EQ(row.append(module_), 0u);
-        EXPECT_EQ(row.append(module_), 0u);
+        EXPECT_EQ(row.append(module_), ZR_OK);
+        EXPECT_EQ(row.append(module_), ZR_OK);
         EXPECT_EQ(module_->*row.count, 2);
     }
 }
@@ -186,9 +186,9 @@ TEST_F(Members, AreRefusedBeyond65535OfAKind)
 {
     for (const AppendRow &row : kAppends) {
         SCOPED_TRACE(row.kind);
-        EXPECT_EQ(row.append(module_), 0u);
+        EXPECT_EQ(row.append(module_), ZR_OK);
         module_->*row.count = UINT16_MAX;
-        EXPECT_EQ(row.append(module_), 22u);
+        EXPECT_EQ(row.append(module_), ZR_ERR_INVALID);
         EXPECT_EQ(module_->*row.count, UINT16_MAX);
         module_->*row.count = 1;
     }

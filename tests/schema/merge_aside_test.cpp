@@ -30,7 +30,7 @@ TEST_F(AugmentsAside, OfTheModuleAndInItLeaveTheirTargetsAndComeBack)
 {
     std::string before = DumpContext(ctx);
     zr::AugmentsAside aside(ctx.Module("m"));
-    ASSERT_EQ(aside.TakeOut(), 0u);
+    ASSERT_EQ(aside.TakeOut(), ZR_OK);
     EXPECT_THAT(Of("/t:c"), ElementsAre("a", "x1", "x2", "y1")) << "others stay";
     EXPECT_THAT(Of("/m:own"), IsEmpty());
     const ZrNode *first = ctx.Module("m")->augments;
@@ -46,7 +46,7 @@ TEST_F(AugmentsAside, OfTheModuleAndInItLeaveTheirTargetsAndComeBack)
 TEST_F(AugmentsAside, ComeBackInFrontOfWhatStoodBehindThemWhenTheyHaveGrown)
 {
     zr::AugmentsAside aside(ctx.Module("m"));
-    ASSERT_EQ(aside.TakeOut(), 0u);
+    ASSERT_EQ(aside.TakeOut(), ZR_OK);
     ZrNode *first = ctx.Module("m")->augments;
     ZRS_NODE_AddChild(first, ZRS_NODE_CopyNodeTreeToModule(ctx.Node("/t:c/a"), first->module));
     aside.PutBack();
@@ -56,7 +56,7 @@ TEST_F(AugmentsAside, ComeBackInFrontOfWhatStoodBehindThemWhenTheyHaveGrown)
 TEST_F(AugmentsAside, OfInputsThatCouplingMadeInTheModuleAreUncoupledAndTheInputsGo)
 {
     zr::AugmentsAside aside(ctx.Module("t"));
-    ASSERT_EQ(aside.TakeOut(), 0u);
+    ASSERT_EQ(aside.TakeOut(), ZR_OK);
     EXPECT_EQ(ctx.Node("/t:r/input"), nullptr);
     EXPECT_EQ(ctx.Module("m")->augments->next->flags & zr::kFlagsOfCoupling, 0u);
     EXPECT_THAT(Of("/t:c"), ElementsAre("a"));
@@ -72,7 +72,7 @@ TEST_F(AugmentsAside, StayWhereTheyAreWithoutMemory)
     {
         AllocGuard guard;
         guard.FailAt(0);
-        EXPECT_EQ(aside.TakeOut(), 12u);
+        EXPECT_EQ(aside.TakeOut(), ZR_ERR_NO_MEMORY);
     }
     aside.PutBack();
     EXPECT_EQ(DumpContext(ctx), before);
@@ -85,6 +85,6 @@ TEST(AugmentsAsideOfNone, NeedNoMemory)
     AllocGuard guard;
     guard.FailAt(0);
     zr::AugmentsAside aside(ctx.Module("m"));
-    EXPECT_EQ(aside.TakeOut(), 0u);
+    EXPECT_EQ(aside.TakeOut(), ZR_OK);
     aside.PutBack();
 }

@@ -38,7 +38,7 @@ protected:
     ZrtRealType UnionOf(const ZrMod *module, std::initializer_list<const char *> names)
     {
         auto *body = zr::New<ZrtConsUnion>();
-        EXPECT_EQ(zr::NewArray(&body->items, static_cast<uint32_t>(names.size())), 0u);
+        EXPECT_EQ(zr::NewArray(&body->items, static_cast<uint32_t>(names.size())), ZR_OK);
         for (const char *name : names)
             body->items[body->count++] = Type(module, name);
         ZrtRealType type = {};
@@ -49,7 +49,7 @@ protected:
     void AddTypedef(ZrMod *module, const char *name, const char *typeName)
     {
         ZrtRealType type = Type(module, typeName);
-        EXPECT_EQ(ZRS_MOD_AppendOneTypeDef(module, name, &type, nullptr), 0u);
+        EXPECT_EQ(ZRS_MOD_AppendOneTypeDef(module, name, &type, nullptr), ZR_OK);
         ZRT_TYPE_DestroyZrtRealTypeInner(ctx_, &type);
     }
     ZrNode *AddLeaf(ZrNode *parent, const char *name, const char *typeName)
@@ -113,7 +113,7 @@ protected:
 private:
     static void GiveSlot(ZrtRealType *type, uint32_t kind, void *body)
     {
-        EXPECT_EQ(ZRT_TYPE_ExpandConstraintArray(type, 1), 0u);
+        EXPECT_EQ(ZRT_TYPE_ExpandConstraintArray(type, 1), ZR_OK);
         type->constraints[0].kind = kind;
         type->constraints[0].body = body;
         type->consCount = 1;

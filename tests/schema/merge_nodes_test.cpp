@@ -36,7 +36,7 @@ protected:
 TEST_F(MergeNodes, OfNothingChangesNothing)
 {
     Top(destination_, {"a"});
-    EXPECT_EQ(MergeTrees(), 0u);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     EXPECT_EQ(Data(), "a");
 }
 
@@ -47,7 +47,7 @@ TEST_F(MergeNodes, IntoAnEmptyListMovesAll)
     AddTop(source_, source_->rpcs, ZR_NODE_RPC, "call");
     AddTop(source_, source_->notifications, ZR_NODE_NOTIFICATION, "event");
     AddTop(source_, source_->augments, ZR_NODE_AUGMENT, "/n:a");
-    EXPECT_EQ(MergeTrees(), 0u);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     EXPECT_EQ(Data(), "a(x y) b c");
     EXPECT_EQ(Text(destination_->rpcs), "call");
     EXPECT_EQ(Text(destination_->notifications), "event");
@@ -64,7 +64,7 @@ TEST_F(MergeNodes, ThatDifferInNameGoToTheEndWithAllThatFollow)
 {
     Top(destination_, {"a", "b"});
     Top(source_, {"x", "y", "z"});
-    EXPECT_EQ(MergeTrees(), 0u);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     EXPECT_EQ(Data(), "a b x y z");
     EXPECT_EQ(source_->dataNodes, nullptr);
     EXPECT_TRUE(AllBelongTo(destination_->dataNodes, destination_));
@@ -77,7 +77,7 @@ TEST_F(MergeNodes, ArePairedByPositionUntilANameDiffers)
     Top(destination_, {"b"});
     Below(source_, "a", {"x", "y"});
     Top(source_, {"c"});
-    EXPECT_EQ(MergeTrees(), 0u);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     EXPECT_EQ(Data(), "a(x y) b c");
     EXPECT_EQ(Left(), "a(x)"); // the matched ones stay with the source
 }
@@ -86,7 +86,7 @@ TEST_F(MergeNodes, OfALongerListBelowAParentAreAddedToIt)
 {
     Below(destination_, "a", {"x"});
     Below(source_, "a", {"x", "y", "z"});
-    EXPECT_EQ(MergeTrees(), 0u);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     EXPECT_EQ(Data(), "a(x y z)");
     EXPECT_TRUE(AllBelongTo(destination_->dataNodes, destination_));
 }
@@ -95,7 +95,7 @@ TEST_F(MergeNodes, BelowAParentWithoutChildrenAreAddedToIt)
 {
     Below(destination_, "a", {});
     Below(source_, "a", {"x", "y"});
-    EXPECT_EQ(MergeTrees(), 0u);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     EXPECT_EQ(Data(), "a(x y)");
     EXPECT_EQ(Left(), "a");
 }
@@ -104,7 +104,7 @@ TEST_F(MergeNodes, OfALongerListAtTheTopStayWithTheSource)
 {
     Top(destination_, {"a"});
     Top(source_, {"a", "b"});
-    EXPECT_EQ(MergeTrees(), 0u);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     EXPECT_EQ(Data(), "a");
     EXPECT_EQ(Left(), "a b");
     EXPECT_THAT(Messages(), IsEmpty());
@@ -114,7 +114,7 @@ TEST_F(MergeNodes, OfAShorterListLeaveTheRestAlone)
 {
     Top(destination_, {"a", "b", "c"});
     Top(source_, {"a", "b"});
-    EXPECT_EQ(MergeTrees(), 0u);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     EXPECT_EQ(Data(), "a b c");
 }
 
@@ -124,7 +124,7 @@ TEST_F(MergeNodes, AreMergedLevelByLevel)
     AddChild(inner, ZR_NODE_CONTAINER, "c");
     inner = AddChild(Below(source_, "a", {}), ZR_NODE_CONTAINER, "b");
     AddChild(AddChild(inner, ZR_NODE_CONTAINER, "d"), ZR_NODE_LEAF, "e");
-    EXPECT_EQ(MergeTrees(), 0u);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     EXPECT_EQ(Data(), "a(b(c d(e)))");
 }
 
@@ -132,7 +132,7 @@ TEST_F(MergeNodes, ThatComeBackUnderALaterNameAreRefusedAtTheTop)
 {
     Top(destination_, {"a", "b"});
     Top(source_, {"x", "b"});
-    EXPECT_EQ(MergeTrees(), 22u);
+    EXPECT_EQ(MergeTrees(), ZR_ERR_INVALID);
     EXPECT_EQ(Data(), "a b");
     EXPECT_THAT(Messages(), ElementsAre("Failed to merge node \"a\" with diff reason \"name\"."));
 }
@@ -141,7 +141,7 @@ TEST_F(MergeNodes, ThatComeBackUnderTheCurrentNameAreRefusedBelowAParent)
 {
     Below(destination_, "top", {"a", "b"});
     Below(source_, "top", {"x", "a"});
-    EXPECT_EQ(MergeTrees(), 22u);
+    EXPECT_EQ(MergeTrees(), ZR_ERR_INVALID);
     EXPECT_EQ(Data(), "top(a b)");
     EXPECT_THAT(Messages(), ElementsAre("Failed to merge node \"a\" under \"top\" with diff reason "
                                         "\"name\"."));
@@ -151,7 +151,7 @@ TEST_F(MergeNodes, OfAnotherKindAreRefused)
 {
     AddChild(Below(destination_, "top", {}), ZR_NODE_CONTAINER, "a");
     AddChild(Below(source_, "top", {}), ZR_NODE_LIST, "a");
-    EXPECT_EQ(MergeTrees(), 22u);
+    EXPECT_EQ(MergeTrees(), ZR_ERR_INVALID);
     EXPECT_THAT(Messages(), ElementsAre("Failed to merge node \"a\" under \"top\" with diff reason "
                                         "\"other\"."));
 }
@@ -161,7 +161,7 @@ TEST_F(MergeNodes, WithOtherFlagsAreRefused)
     Top(destination_, {"a"});
     Top(source_, {"a"});
     source_->dataNodes->flags = ZRS_FLAG_CONFIG_FALSE;
-    EXPECT_EQ(MergeTrees(), 22u);
+    EXPECT_EQ(MergeTrees(), ZR_ERR_INVALID);
     EXPECT_THAT(Messages(), ElementsAre("Failed to merge node \"a\" with diff reason \"other\"."));
 }
 
@@ -169,8 +169,8 @@ TEST_F(MergeNodes, WithExtensionInstancesGiveThemToANodeWithout)
 {
     Top(destination_, {"a"});
     Top(source_, {"a"});
-    ASSERT_EQ(AddInstance(source_->dataNodes, "e"), 0u);
-    EXPECT_EQ(MergeTrees(), 0u);
+    ASSERT_EQ(AddInstance(source_->dataNodes, "e"), ZR_OK);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     ASSERT_EQ(destination_->dataNodes->extInstCount, 1);
     EXPECT_STREQ(destination_->dataNodes->extInsts[0].extensionName, "e");
     EXPECT_EQ(source_->dataNodes->extInstCount, 1);
@@ -180,9 +180,9 @@ TEST_F(MergeNodes, WithExtensionInstancesThatCannotBeCopiedFail)
 {
     Top(destination_, {"a"});
     Top(source_, {"a"});
-    ASSERT_EQ(AddInstance(source_->dataNodes, "e"), 0u);
+    ASSERT_EQ(AddInstance(source_->dataNodes, "e"), ZR_OK);
     guard_.FailAt(0);
-    EXPECT_EQ(MergeTrees(), 12u);
+    EXPECT_EQ(MergeTrees(), ZR_ERR_NO_MEMORY);
     guard_.FailNone();
     EXPECT_EQ(destination_->dataNodes->extInstCount, 0);
     EXPECT_THAT(Messages(),
@@ -193,11 +193,11 @@ TEST_F(MergeNodes, WithMoreExtensionInstancesThanTheDestinationAreRefused)
 {
     Top(destination_, {"a"});
     Top(source_, {"a"});
-    ASSERT_EQ(AddInstance(destination_->dataNodes, "e"), 0u);
-    ASSERT_EQ(AddInstance(source_->dataNodes, "e"), 0u);
-    EXPECT_EQ(MergeTrees(), 0u); // as many: none is looked at
-    ASSERT_EQ(AddInstance(source_->dataNodes, "f"), 0u);
-    EXPECT_EQ(MergeTrees(), 22u);
+    ASSERT_EQ(AddInstance(destination_->dataNodes, "e"), ZR_OK);
+    ASSERT_EQ(AddInstance(source_->dataNodes, "e"), ZR_OK);
+    EXPECT_EQ(MergeTrees(), ZR_OK); // as many: none is looked at
+    ASSERT_EQ(AddInstance(source_->dataNodes, "f"), ZR_OK);
+    EXPECT_EQ(MergeTrees(), ZR_ERR_INVALID);
     EXPECT_THAT(Messages(), ElementsAre("Failed to merge node \"a\" with diff reason \"other\"."));
 }
 
@@ -208,7 +208,7 @@ TEST_F(MergeNodes, AreNotPairedWithNodesOfAnotherModule)
     ZrNode *foreign = NewNode(other, ZR_NODE_CONTAINER, "a");
     ZRS_NODE_AddChild(top, foreign);
     Below(source_, "top", {"a"});
-    EXPECT_EQ(MergeTrees(), 22u);
+    EXPECT_EQ(MergeTrees(), ZR_ERR_INVALID);
     EXPECT_THAT(Messages(), ElementsAre("Failed to merge node \"a\" under \"top\" with diff reason "
                                         "\"none\"."));
 }
@@ -218,9 +218,9 @@ TEST_F(MergeNodes, ResolveTheirTypesInTheDestination)
     AddTypedef(destination_, "t", "string");
     AddTypedef(source_, "t", "string");
     ZrNode *leaf = AddLeaf(Below(source_, "a", {}), "leaf", "t");
-    ASSERT_EQ(ZRT_TYPE_UpdateRealTypeDerivedFrom(TypeOf(leaf), source_), 0u);
+    ASSERT_EQ(ZRT_TYPE_UpdateRealTypeDerivedFrom(TypeOf(leaf), source_), ZR_OK);
     ASSERT_EQ(Resolved(*TypeOf(leaf)), &source_->typedefs[0].realType);
-    EXPECT_EQ(MergeTrees(), 0u);
+    EXPECT_EQ(MergeTrees(), ZR_OK);
     EXPECT_EQ(Data(), "a(leaf)");
     EXPECT_EQ(Resolved(*TypeOf(leaf)), &destination_->typedefs[0].realType);
     EXPECT_EQ(leaf->module, destination_);
@@ -232,7 +232,7 @@ TEST_F(MergeNodes, WithATypeThatIsNowhereFailAsExtraNodesBelowAParent)
     ZrNode *top = Below(source_, "top", {"a"});
     AddLeaf(top, "leaf", "nowhere");
     AddChild(top, ZR_NODE_LEAF, "last");
-    EXPECT_EQ(MergeTrees(), 22u);
+    EXPECT_EQ(MergeTrees(), ZR_ERR_INVALID);
     EXPECT_THAT(Messages(), ElementsAre("Failed to merge extra node list \"a\" under \"top\"."));
     EXPECT_EQ(Data(), "top(a leaf)");
     EXPECT_TRUE(AllBelongTo(destination_->dataNodes, destination_));
@@ -244,7 +244,7 @@ TEST_F(MergeNodes, WithATypeThatIsNowhereFailAsExtraNodesAtTheTop)
 {
     AddLeaf(Below(source_, "a", {}), "leaf", "nowhere");
     Top(source_, {"b"});
-    EXPECT_EQ(MergeTrees(), 22u);
+    EXPECT_EQ(MergeTrees(), ZR_ERR_INVALID);
     EXPECT_THAT(Messages(), ElementsAre("Failed to merge extra node list \"a\"."));
     EXPECT_EQ(Data(), "a(leaf)");
     EXPECT_EQ(Left(), "b");
@@ -255,7 +255,7 @@ TEST_F(MergeNodes, WithATypeThatIsNowhereFailAsNodesOfAnotherName)
     Top(destination_, {"a"});
     AddLeaf(Below(source_, "b", {}), "leaf", "nowhere");
     Top(source_, {"c"});
-    EXPECT_EQ(MergeTrees(), 22u);
+    EXPECT_EQ(MergeTrees(), ZR_ERR_INVALID);
     EXPECT_THAT(Messages(), ElementsAre("Failed to merge node \"a\" with diff reason \"name\"."));
     EXPECT_EQ(Data(), "a b(leaf)");
     EXPECT_EQ(Left(), "c");
@@ -281,7 +281,7 @@ TEST_F(MergeNodes, AreComparedByNameBeforeEverythingElse)
     EXPECT_EQ(ZRS_NODE_CompareTwoTreeNodeSelfData(a->next, source_->dataNodes),
               uint32_t{ZRS_DIFF_NAME});
     EXPECT_EQ(ZRS_NODE_CompareTwoTreeNodeSelfData(a, source_->dataNodes), uint32_t{ZRS_DIFF_OTHER});
-    ASSERT_EQ(AddInstance(a, "e"), 0u);
+    ASSERT_EQ(AddInstance(a, "e"), ZR_OK);
     source_->dataNodes->kind = ZR_NODE_CONTAINER;
     EXPECT_EQ(ZRS_NODE_CompareTwoTreeNodeSelfData(a, source_->dataNodes), uint32_t{ZRS_DIFF_NONE});
     EXPECT_EQ(ZRS_NODE_CompareTwoTreeNodeSelfData(source_->dataNodes, a),
@@ -306,7 +306,7 @@ TEST_F(MergeNodes, RefuseAReasonThatIsNone)
     for (uint32_t reason : {3u, 4u, 5u})
         EXPECT_EQ(ZRS_NODE_MergeNodeListWithDiffReason(destination_->dataNodes, source_->dataNodes,
                                                        &source_->dataNodes, reason, destination_),
-                  22u);
+                  ZR_ERR_INVALID);
     EXPECT_EQ(Left(), "b");
 }
 
@@ -316,11 +316,11 @@ TEST_F(MergeNodes, GiveExtensionInstancesOnlyToANodeWithout)
     Top(source_, {"a"});
     ZrNode *to = destination_->dataNodes;
     ZrNode *from = source_->dataNodes;
-    EXPECT_EQ(ZRS_NODE_MergeDstNodeWithMimExtInst(nullptr, from), 22u);
-    EXPECT_EQ(ZRS_NODE_MergeDstNodeWithMimExtInst(to, nullptr), 22u);
-    ASSERT_EQ(AddInstance(from, "e"), 0u);
-    EXPECT_EQ(ZRS_NODE_MergeDstNodeWithMimExtInst(to, from), 0u);
-    EXPECT_EQ(ZRS_NODE_MergeDstNodeWithMimExtInst(to, from), 22u);
+    EXPECT_EQ(ZRS_NODE_MergeDstNodeWithMimExtInst(nullptr, from), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_MergeDstNodeWithMimExtInst(to, nullptr), ZR_ERR_INVALID);
+    ASSERT_EQ(AddInstance(from, "e"), ZR_OK);
+    EXPECT_EQ(ZRS_NODE_MergeDstNodeWithMimExtInst(to, from), ZR_OK);
+    EXPECT_EQ(ZRS_NODE_MergeDstNodeWithMimExtInst(to, from), ZR_ERR_INVALID);
     EXPECT_EQ(to->extInstCount, 1);
 }
 
@@ -329,18 +329,22 @@ TEST_F(MergeNodes, TakeNullArguments)
     Top(destination_, {"a"});
     ZrNode *node = destination_->dataNodes;
     ZrNode **list = &destination_->dataNodes;
-    EXPECT_EQ(ZRS_NODE_MergeTreeNodeFromRootStart(nullptr, list, nullptr, destination_), 22u);
-    EXPECT_EQ(ZRS_NODE_CompareAndMergeNodeList(list, nullptr, nullptr, destination_), 22u);
-    EXPECT_EQ(ZRS_NODE_CompareAndMergeNodeList(list, list, nullptr, nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_MergeNodeListWithDiffReason(nullptr, node, list, 0, destination_), 22u);
-    EXPECT_EQ(ZRS_NODE_MergeNodeListToTgtWithTravType(nullptr, node, 0, destination_), 22u);
-    EXPECT_EQ(ZRS_NODE_MergeNodeListToTgtWithTravType(node, node, 2, destination_), 22u);
-    EXPECT_EQ(ZRS_NODE_MoveExtraNodeList(nullptr, node, nullptr, destination_), 22u);
-    EXPECT_EQ(ZRS_NODE_RefreshNodeTreeToZrMod(nullptr, destination_), 22u);
-    EXPECT_EQ(ZRS_NODE_RefreshNodeTreeToZrMod(node, nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_CheckPostSiblingNodeUnique(nullptr, node), 0u);
-    EXPECT_EQ(ZRS_NODE_CheckPostSiblingNodeUnique(node, nullptr), 0u);
-    EXPECT_EQ(ZRS_NODE_CheckPostSiblingNodeUnique(node, node), 22u);
+    EXPECT_EQ(ZRS_NODE_MergeTreeNodeFromRootStart(nullptr, list, nullptr, destination_),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_CompareAndMergeNodeList(list, nullptr, nullptr, destination_),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_CompareAndMergeNodeList(list, list, nullptr, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_MergeNodeListWithDiffReason(nullptr, node, list, 0, destination_),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_MergeNodeListToTgtWithTravType(nullptr, node, 0, destination_),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_MergeNodeListToTgtWithTravType(node, node, 2, destination_), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_MoveExtraNodeList(nullptr, node, nullptr, destination_), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_RefreshNodeTreeToZrMod(nullptr, destination_), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_RefreshNodeTreeToZrMod(node, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_CheckPostSiblingNodeUnique(nullptr, node), ZR_OK);
+    EXPECT_EQ(ZRS_NODE_CheckPostSiblingNodeUnique(node, nullptr), ZR_OK);
+    EXPECT_EQ(ZRS_NODE_CheckPostSiblingNodeUnique(node, node), ZR_ERR_INVALID);
     EXPECT_EQ(ZRS_NODE_CompareTwoTreeNodeSelfData(nullptr, node), uint32_t{ZRS_DIFF_OTHER});
     ZRS_NODE_RecordNodeListMergeError(nullptr, node, nullptr, 0);
     ZRS_NODE_RecordNodeListMergeError(destination_, nullptr, nullptr, 0);

@@ -25,7 +25,7 @@ protected:
     // Loads the module "m", and reads the body of its original, which is the same unless given.
     void Load(const std::string &originalBody = kBody)
     {
-        ASSERT_EQ(ctx.LoadBody("m", kBody), 0u);
+        ASSERT_EQ(ctx.LoadBody("m", kBody), ZR_OK);
         plain = DumpContext(ctx);
         std::string text = ModuleText("m", originalBody);
         xmlDoc *document = zr::ParseXmlText(text.c_str(), text.size());
@@ -35,7 +35,7 @@ protected:
     }
     void Deviate(const std::string &deviations)
     {
-        ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("ietf-netconf-acm") + deviations), 0u);
+        ASSERT_EQ(ctx.LoadBody("d", Import("m") + Import("ietf-netconf-acm") + deviations), ZR_OK);
     }
     std::string DumpOfM() { return DumpModule(ctx.Module("m")); }
 
@@ -66,8 +66,8 @@ TEST_F(BringBack, UndoesWhatDeviationsChanged)
     EXPECT_EQ(ZR_NODE_GetRealType(node), type);
     ZRS_MOD_NotifyModuleChangeEvent(ctx, "m", ZRS_MODULE_LOADED, nullptr);
     EXPECT_EQ(ctx.Node("/m:c")->mustCount, 1) << "the deviations can be applied again";
-    EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:c/l"), ZR_VALUE_STRING, "127"), 0u);
-    EXPECT_NE(ZR_NODE_ValidateValue(ctx.Node("/m:c/l"), ZR_VALUE_STRING, "128"), 0u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:c/l"), ZR_VALUE_STRING, "127"), ZR_OK);
+    EXPECT_NE(ZR_NODE_ValidateValue(ctx.Node("/m:c/l"), ZR_VALUE_STRING, "128"), ZR_OK);
 }
 
 TEST_F(BringBack, GivesBackNodesThatWereRemovedAtTheirPlaces)
@@ -115,11 +115,11 @@ TEST_F(BringBack, ChangesNothingWhenAnotherModuleIsGiven)
 TEST(MayDiffer, FromItsFilesAModuleWhoseNodesStandElsewhere)
 {
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("t", Container("c")), 0u);
-    ASSERT_EQ(ctx.LoadBody("m", Import("t") + Augment("/t:c", Leaf("a"))), 0u);
+    ASSERT_EQ(ctx.LoadBody("t", Container("c")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("m", Import("t") + Augment("/t:c", Leaf("a"))), ZR_OK);
     EXPECT_TRUE(zr::MayDifferFromFiles(ctx.Module("m"))) << "flags of the target pass to them";
     EXPECT_FALSE(zr::MayDifferFromFiles(ctx.Module("t")));
     ASSERT_EQ(ctx.LoadBody("d", Leaf("a") + Deviation("/d:a", "add", "<must condition=\"1\"/>")),
-              0u);
+              ZR_OK);
     EXPECT_TRUE(zr::MayDifferFromFiles(ctx.Module("d"))) << "it deviates itself";
 }

@@ -17,20 +17,21 @@ protected:
         module->organization = ZR_DICT_Insert(dict_, "organization of it");
         module->description = ZR_DICT_Insert(dict_, "description of it");
         module->revision = ZR_DICT_Insert(dict_, "2020-02-02");
-        ASSERT_EQ(ZRS_MOD_AppendOneImport(module, "imported", "imp"), 0u);
-        ASSERT_EQ(ZRS_MOD_AppendOneInclude(module, "included"), 0u);
-        ASSERT_EQ(ZRS_MOD_AppendOneFeature(module, "feature of it"), 0u);
-        ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module, "identity of it"), 0u);
-        ASSERT_EQ(ZRS_MOD_AppendOneExtension(module, "extension of it", "argument of it", 1), 0u);
-        ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module, "typedef of it", &type, "default of it"), 0u);
-        ASSERT_EQ(ZRS_MOD_AppendOneDeviation(module, "/imp:deviated"), 0u);
+        ASSERT_EQ(ZRS_MOD_AppendOneImport(module, "imported", "imp"), ZR_OK);
+        ASSERT_EQ(ZRS_MOD_AppendOneInclude(module, "included"), ZR_OK);
+        ASSERT_EQ(ZRS_MOD_AppendOneFeature(module, "feature of it"), ZR_OK);
+        ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module, "identity of it"), ZR_OK);
+        ASSERT_EQ(ZRS_MOD_AppendOneExtension(module, "extension of it", "argument of it", 1),
+                  ZR_OK);
+        ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module, "typedef of it", &type, "default of it"), ZR_OK);
+        ASSERT_EQ(ZRS_MOD_AppendOneDeviation(module, "/imp:deviated"), ZR_OK);
         ASSERT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &module->extInsts, &module->extInstCount,
                                                   "imported", "instance of it", "used"),
-                  0u);
+                  ZR_OK);
         auto fill = [&](const char **slot) -> uint32_t {
             return zr::Intern(dict_, *slot, "suffix") ? 0 : 12;
         };
-        ASSERT_EQ(zr::AppendOne(&module->mergeSources, &module->mergeSourceCount, fill), 0u);
+        ASSERT_EQ(zr::AppendOne(&module->mergeSources, &module->mergeSourceCount, fill), ZR_OK);
         ZrNode *top = AddData(module, ZR_NODE_CONTAINER, "top");
         AddChild(top, ZR_NODE_LEAF, "below");
         AddData(module, ZR_NODE_LEAF, "second");
@@ -134,7 +135,7 @@ TEST_F(ModuleDestroy, LeavesTheModuleThatHoldsTheNamespace)
     ZrMod *second = zr::NewModule(ctx_); // in no tree
     second->name = ZR_DICT_Insert(dict_, "n");
     second->ns = ZR_DICT_Insert(dict_, "urn:m");
-    EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, second), 1u);
+    EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, second), ZR_ERR_FAILED);
     ZR_CTX_DestroyModuleNode(ctx_, second);
     EXPECT_EQ(ZR_CTX_GetModuleByModName(ctx_, "m"), first);
     EXPECT_EQ(ZR_CTX_GetModuleByModNs(ctx_, "urn:m"), first);
@@ -168,8 +169,8 @@ TEST_F(ModuleDestroy, UncouplesAugmentsBeforeAnyModuleGoes)
     ZrNode *bToA = AddTop(b, b->augments, ZR_NODE_AUGMENT, "/a:top");
     AddChild(aToB, ZR_NODE_LEAF, "of-a");
     AddChild(bToA, ZR_NODE_LEAF, "of-b");
-    ASSERT_EQ(ZRS_NODE_CoupleAugmentNodeAndTargetNode(aToB, inB), 0u);
-    ASSERT_EQ(ZRS_NODE_CoupleAugmentNodeAndTargetNode(bToA, inA), 0u);
+    ASSERT_EQ(ZRS_NODE_CoupleAugmentNodeAndTargetNode(aToB, inB), ZR_OK);
+    ASSERT_EQ(ZRS_NODE_CoupleAugmentNodeAndTargetNode(bToA, inA), ZR_OK);
     aToB->flags |= ZRS_FLAG_COUPLED;
     bToA->flags |= ZRS_FLAG_COUPLED;
     ZR_CTX_DeInitModuleTree(ctx_);
@@ -183,9 +184,9 @@ TEST_F(ModuleDestroy, OfAContextGivesEverythingBack)
     ZrMod *module = zr::NewModule(ctx);
     module->name = ZR_DICT_Insert(&ctx->dict, "m");
     module->ns = ZR_DICT_Insert(&ctx->dict, "urn:m");
-    ASSERT_EQ(ZR_CTX_AddModuleNode(ctx, module), 0u);
+    ASSERT_EQ(ZR_CTX_AddModuleNode(ctx, module), ZR_OK);
     ZR_CTX_AddModError(ctx, "m", "broken");
-    ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, "/"), 0u);
+    ASSERT_EQ(ZR_CTX_SetSearchDir(ctx, "/"), ZR_OK);
     ZR_CTX_Delete(ctx);
     EXPECT_EQ(guard_.LiveBlocks(), blocks);
 }

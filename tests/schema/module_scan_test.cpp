@@ -61,13 +61,13 @@ TEST_F(ModuleScan, OfAugmentsSeesThemInOrder)
 TEST_F(ModuleScan, OfNodesTakesNullArguments)
 {
     auto never = [](ZrNode *, uint32_t, void *) { return uint32_t{1}; };
-    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(nullptr, never, nullptr), 0u);
-    EXPECT_EQ(ZR_MOD_IterScanAugmentNode(nullptr, never, nullptr), 0u);
-    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(module_, nullptr, nullptr), 22u);
-    EXPECT_EQ(ZR_MOD_IterScanAugmentNode(module_, nullptr, nullptr), 22u);
+    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(nullptr, never, nullptr), ZR_OK);
+    EXPECT_EQ(ZR_MOD_IterScanAugmentNode(nullptr, never, nullptr), ZR_OK);
+    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(module_, nullptr, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_IterScanAugmentNode(module_, nullptr, nullptr), ZR_ERR_INVALID);
     const ZrMod *empty = NewModule("empty");
-    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(empty, never, nullptr), 0u);
-    EXPECT_EQ(ZR_MOD_IterScanAugmentNode(empty, never, nullptr), 0u);
+    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(empty, never, nullptr), ZR_OK);
+    EXPECT_EQ(ZR_MOD_IterScanAugmentNode(empty, never, nullptr), ZR_OK);
 }
 
 TEST_F(ModuleScan, OfExtensionInstancesSeesThemInOrder)
@@ -83,19 +83,19 @@ TEST_F(ModuleScan, OfExtensionInstancesSeesThemInOrder)
                       (argument == nullptr ? "-" : argument) + ")";
         return into->result;
     };
-    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, note, &noted), 0u);
+    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, note, &noted), ZR_OK);
     EXPECT_EQ(noted.text, "");
     for (const char *argument : {"x", static_cast<const char *>(nullptr)})
         ASSERT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &module_->extInsts, &module_->extInstCount,
                                                   "n", "e", argument),
-                  0u);
-    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, note, &noted), 0u);
+                  ZR_OK);
+    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, note, &noted), ZR_OK);
     EXPECT_EQ(noted.text, "n:e(x)n:e(-)");
     noted = {"", 4};
     EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, note, &noted), 4u);
     EXPECT_EQ(noted.text, "n:e(x)");
-    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(nullptr, note, &noted), 22u);
-    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, nullptr, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(nullptr, note, &noted), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_ScanAllExtInsts(module_, nullptr, &noted), ZR_ERR_INVALID);
 }
 
 TEST_F(ModuleScan, OfIdentitiesSeesThemInOrder)
@@ -109,28 +109,28 @@ TEST_F(ModuleScan, OfIdentitiesSeesThemInOrder)
         into->text += ZR_MOD_GetIdentityName(identity);
         return into->result;
     };
-    EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, note, &noted), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "i"), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "j"), 0u);
-    EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, note, &noted), 0u);
+    EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, note, &noted), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "i"), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "j"), ZR_OK);
+    EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, note, &noted), ZR_OK);
     EXPECT_EQ(noted.text, "ij");
     noted = {"", 3};
     EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, note, &noted), 3u);
     EXPECT_EQ(noted.text, "i");
-    EXPECT_EQ(ZR_MOD_ScanAllIdentity(nullptr, note, &noted), 0u);
-    EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, nullptr, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllIdentity(nullptr, note, &noted), ZR_OK);
+    EXPECT_EQ(ZR_MOD_ScanAllIdentity(module_, nullptr, &noted), ZR_ERR_INVALID);
 }
 
 TEST_F(ModuleScan, OfBasesSeesThemInOrderWithTheirArray)
 {
-    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "i"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "i"), ZR_OK);
     ZrsIdentity *identity = &module_->identities[0];
     for (const char *base : {"a", "b"})
         ASSERT_EQ(zr::AppendOne(&identity->bases, &identity->baseCount,
                                 [&](ZrsIdentBase *record) {
                                     return ZRS_MOD_FillIdentBase(dict_, record, "n", base);
                                 }),
-                  0u);
+                  ZR_OK);
     struct Noted {
         std::string text;
         uint32_t result;
@@ -143,13 +143,13 @@ TEST_F(ModuleScan, OfBasesSeesThemInOrderWithTheirArray)
         into->text += std::string(moduleName) + ":" + identityName + " ";
         return into->result;
     };
-    EXPECT_EQ(ZR_MOD_ScanIdentityBase(identity, note, &noted), 0u);
+    EXPECT_EQ(ZR_MOD_ScanIdentityBase(identity, note, &noted), ZR_OK);
     EXPECT_EQ(noted.text, "n:a n:b ");
     noted = {"", 6, identity->bases};
     EXPECT_EQ(ZR_MOD_ScanIdentityBase(identity, note, &noted), 6u);
     EXPECT_EQ(noted.text, "n:a ");
-    EXPECT_EQ(ZR_MOD_ScanIdentityBase(nullptr, note, &noted), 0u);
-    EXPECT_EQ(ZR_MOD_ScanIdentityBase(identity, nullptr, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanIdentityBase(nullptr, note, &noted), ZR_OK);
+    EXPECT_EQ(ZR_MOD_ScanIdentityBase(identity, nullptr, &noted), ZR_ERR_INVALID);
 }
 
 // What a scan's callback noted, and what it answers.
@@ -166,17 +166,17 @@ TEST_F(ModuleScan, OfFeaturesTellsWhichAreOn)
         return into->result;
     };
     Noted noted = {"", 0};
-    EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, note, &noted), 0u);
+    EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, note, &noted), ZR_OK);
     for (const char *name : {"f", "g"})
-        ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, name), 0u);
-    ASSERT_EQ(ZR_MOD_EnableFeature(module_, "g"), 0u);
-    EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, note, &noted), 0u);
+        ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, name), ZR_OK);
+    ASSERT_EQ(ZR_MOD_EnableFeature(module_, "g"), ZR_OK);
+    EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, note, &noted), ZR_OK);
     EXPECT_EQ(noted.text, "f=0 g=1 ");
     noted = {"", 5};
     EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, note, &noted), 5u);
     EXPECT_EQ(noted.text, "f=0 ");
-    EXPECT_EQ(ZR_MOD_ScanAllFeatures(nullptr, note, &noted), 22u);
-    EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, nullptr, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllFeatures(nullptr, note, &noted), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_ScanAllFeatures(module_, nullptr, &noted), ZR_ERR_INVALID);
 }
 
 TEST_F(ModuleScan, OfImportsTellsTheRevisionThatIsLoaded)
@@ -191,15 +191,15 @@ TEST_F(ModuleScan, OfImportsTellsTheRevisionThatIsLoaded)
     NewModule("dated")->revision = ZR_DICT_Insert(dict_, "2020-02-02");
     NewModule("undated");
     for (const char *name : {"dated", "undated", "absent"})
-        ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, name, std::string(name, 1).c_str()), 0u);
+        ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, name, std::string(name, 1).c_str()), ZR_OK);
     Noted noted = {"", 0};
-    EXPECT_EQ(ZR_MOD_ScanAllImports(module_, note, &noted), 0u);
+    EXPECT_EQ(ZR_MOD_ScanAllImports(module_, note, &noted), ZR_OK);
     EXPECT_EQ(noted.text, "dated/d@2020-02-02 undated/u@- absent/a@- ");
     noted = {"", 5};
     EXPECT_EQ(ZR_MOD_ScanAllImports(module_, note, &noted), 5u);
     EXPECT_EQ(noted.text, "dated/d@2020-02-02 ");
-    EXPECT_EQ(ZR_MOD_ScanAllImports(nullptr, note, &noted), 22u);
-    EXPECT_EQ(ZR_MOD_ScanAllImports(module_, nullptr, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllImports(nullptr, note, &noted), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_ScanAllImports(module_, nullptr, &noted), ZR_ERR_INVALID);
 }
 
 TEST_F(ModuleScan, OfSubmodulesSeesTheirNamesInOrder)
@@ -210,15 +210,15 @@ TEST_F(ModuleScan, OfSubmodulesSeesTheirNamesInOrder)
         return into->result;
     };
     for (const char *name : {"m-b", "m-a"})
-        ASSERT_EQ(ZRS_MOD_AppendOneInclude(module_, name), 0u);
+        ASSERT_EQ(ZRS_MOD_AppendOneInclude(module_, name), ZR_OK);
     Noted noted = {"", 0};
-    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(module_, note, &noted), 0u);
+    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(module_, note, &noted), ZR_OK);
     EXPECT_EQ(noted.text, "m-b m-a ");
     noted = {"", 5};
     EXPECT_EQ(ZR_MOD_ScanAllSubmodules(module_, note, &noted), 5u);
     EXPECT_EQ(noted.text, "m-b ");
-    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(nullptr, note, &noted), 22u);
-    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(module_, nullptr, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(nullptr, note, &noted), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_ScanAllSubmodules(module_, nullptr, &noted), ZR_ERR_INVALID);
 }
 
 TEST_F(ModuleScan, OfDeviationsTellsTargetTheModuleThatDefinesItAndWhetherItIsApplied)
@@ -230,16 +230,16 @@ TEST_F(ModuleScan, OfDeviationsTellsTargetTheModuleThatDefinesItAndWhetherItIsAp
         return into->result;
     };
     for (const char *path : {"/a:top/x", "/a:top/b:added/y"})
-        ASSERT_EQ(ZRS_MOD_AppendOneDeviation(module_, path), 0u);
+        ASSERT_EQ(ZRS_MOD_AppendOneDeviation(module_, path), ZR_OK);
     module_->deviations[1].flags = ZRS_DEVIATION_COUPLED;
     Noted noted = {"", 0};
-    EXPECT_EQ(ZR_MOD_ScanAllDeviations(module_, note, &noted), 0u);
+    EXPECT_EQ(ZR_MOD_ScanAllDeviations(module_, note, &noted), ZR_OK);
     EXPECT_EQ(noted.text, "/a:top/x of a=0, /a:top/b:added/y of b=1, ");
     noted = {"", 5};
     EXPECT_EQ(ZR_MOD_ScanAllDeviations(module_, note, &noted), 5u);
     EXPECT_EQ(noted.text, "/a:top/x of a=0, ");
-    EXPECT_EQ(ZR_MOD_ScanAllDeviations(nullptr, note, &noted), 22u);
-    EXPECT_EQ(ZR_MOD_ScanAllDeviations(module_, nullptr, &noted), 22u);
+    EXPECT_EQ(ZR_MOD_ScanAllDeviations(nullptr, note, &noted), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_ScanAllDeviations(module_, nullptr, &noted), ZR_ERR_INVALID);
 }
 
 TEST_F(ModuleScan, OfMembersOfAnEmptyModuleSeesNothing)
@@ -248,13 +248,13 @@ TEST_F(ModuleScan, OfMembersOfAnEmptyModuleSeesNothing)
     EXPECT_EQ(
         ZR_MOD_ScanAllImports(
             empty, [](const char *, const char *, const char *, void *) { return 1u; }, nullptr),
-        0u);
+        ZR_OK);
     EXPECT_EQ(ZR_MOD_ScanAllSubmodules(
                   empty, [](const char *, void *) { return 1u; }, nullptr),
-              0u);
+              ZR_OK);
     EXPECT_EQ(ZR_MOD_ScanAllDeviations(
                   empty, [](const char *, const char *, uint32_t, void *) { return 1u; }, nullptr),
-              0u);
+              ZR_OK);
 }
 
 } // namespace

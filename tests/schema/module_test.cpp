@@ -10,8 +10,8 @@ protected:
     void SetUp() override
     {
         module_ = NewModule("m");
-        ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "other", "o"), 0u);
-        ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "third", "t"), 0u);
+        ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "other", "o"), ZR_OK);
+        ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "third", "t"), ZR_OK);
     }
     // The value in module-name form, or "(none)".
     std::string Json(const char *value)
@@ -90,7 +90,7 @@ TEST_F(Module, KeepsThePrivatePointer)
 TEST_F(Module, GivesTheTypeOfATypedef)
 {
     ZrtRealType type = {ZRT_TYPE_INT16, 0, 0, nullptr};
-    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "t", &type, nullptr), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "t", &type, nullptr), ZR_OK);
     const ZrtRealType *found = ZR_MOD_GetRealTypeByTypDefName(module_, "t");
     ASSERT_EQ(found, &module_->typedefs[0].realType);
     EXPECT_EQ(found->baseType, ZRT_TYPE_INT16);
@@ -101,8 +101,8 @@ TEST_F(Module, GivesTheTypeOfATypedef)
 TEST_F(Module, GivesTheDefaultAndTheUnitsThatATypedefStatesItself)
 {
     ZrtRealType type = {ZRT_TYPE_INT16, 0, 0, nullptr};
-    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "bare", &type, nullptr), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "full", &type, "7"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "bare", &type, nullptr), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "full", &type, "7"), ZR_OK);
     module_->typedefs[1].units = ZR_DICT_Insert(dict_, "metres");
     EXPECT_STREQ(ZR_MOD_GetTypedefDefault(module_, "full"), "7");
     EXPECT_STREQ(ZR_MOD_GetTypedefUnits(module_, "full"), "metres");
@@ -114,7 +114,7 @@ TEST_F(Module, GivesTheDefaultAndTheUnitsThatATypedefStatesItself)
 
 TEST_F(Module, GivesNameAndDescriptionOfAnIdentity)
 {
-    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "i"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "i"), ZR_OK);
     ZrsIdentity *identity = &module_->identities[0];
     EXPECT_STREQ(ZR_MOD_GetIdentityName(identity), "i");
     EXPECT_EQ(ZR_MOD_GetIdentityDescription(identity), nullptr);
@@ -137,7 +137,7 @@ TEST_F(Module, ResolvesPrefixesOfImports)
 
 TEST_F(Module, TakesItsOwnPrefixBeforeAnImportsEqualOne)
 {
-    ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "impostor", "m"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneImport(module_, "impostor", "m"), ZR_OK);
     EXPECT_STREQ(ZRS_MOD_GetModuleNameByPrefix(module_, "m"), "m");
     EXPECT_STREQ(ZRS_MOD_GetImportModNameByPrefix(module_, "m"), "impostor");
 }
@@ -171,9 +171,9 @@ TEST_F(Module, WritesNoValueWithoutMemory)
 TEST_F(Module, MembersAreFoundByModuleAndName)
 {
     ZrtRealType type = {ZRT_TYPE_INT16, 0, 0, nullptr};
-    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "t", &type, nullptr), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "i"), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, "f"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module_, "t", &type, nullptr), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneIdentity(module_, "i"), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, "f"), ZR_OK);
     EXPECT_EQ(ZR_CTX_FindTdefObjByModAndTdefName(ctx_, "m", "t"), &module_->typedefs[0]);
     EXPECT_EQ(ZR_CTX_FindIdentityByModNameAndIdentName(ctx_, "m", "i"), &module_->identities[0]);
     EXPECT_EQ(ZR_CTX_FindFeatureByModNameAndFeatName(ctx_, "m", "f"), &module_->features[0]);

@@ -13,7 +13,7 @@ protected:
     {
         ASSERT_EQ(ZRS_NODE_AppendOneIfFeat(dict_, &node->ifFeatures, &node->ifFeatureCount,
                                            moduleName, feature),
-                  0u);
+                  ZR_OK);
     }
 
     ZrMod *module_;
@@ -26,7 +26,7 @@ TEST_F(NodeAccess, ANullNodeYieldsNothing)
     EXPECT_EQ(ZR_NODE_GetDescription(nullptr), nullptr);
     EXPECT_EQ(ZR_NODE_GetWhenCond(nullptr), nullptr);
     EXPECT_EQ(ZR_NODE_GetModule(nullptr), nullptr);
-    EXPECT_EQ(ZR_NODE_GetNodeType(nullptr), 0u);
+    EXPECT_EQ(ZR_NODE_GetNodeType(nullptr), ZR_NODE_UNKNOWN);
     EXPECT_EQ(ZR_NODE_GetNodeKeyNum(nullptr), 0u);
     EXPECT_EQ(ZR_NODE_GetPrivate(nullptr), nullptr);
     ZR_NODE_SetPrivate(nullptr, top_);
@@ -52,7 +52,7 @@ TEST_F(NodeAccess, FieldsAreReturned)
     EXPECT_STREQ(ZR_NODE_GetDescription(top_), "text");
     EXPECT_STREQ(ZR_NODE_GetWhenCond(top_), "../x");
     EXPECT_EQ(ZR_NODE_GetModule(top_), module_);
-    EXPECT_EQ(ZR_NODE_GetNodeType(top_), 1u);
+    EXPECT_EQ(ZR_NODE_GetNodeType(top_), ZR_NODE_CONTAINER);
     EXPECT_EQ(ZR_NODE_GetNodeKeyNum(top_), 3u);
     EXPECT_EQ(ZR_NODE_GetPrivate(top_), nullptr);
     ZR_NODE_SetPrivate(top_, module_);
@@ -165,17 +165,17 @@ TEST_F(NodeAccess, OnlyAContainerHasPresence)
 
 TEST_F(NodeAccess, ANodeIsEnabledWithoutIfFeaturesAndWhenAllItsFeaturesAreOn)
 {
-    ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, "one"), 0u);
-    ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, "two"), 0u);
+    ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, "one"), ZR_OK);
+    ASSERT_EQ(ZRS_MOD_AppendOneFeature(module_, "two"), ZR_OK);
     EXPECT_EQ(ZR_NODE_IsEnabled(top_), 1u);
     Require(top_, "m", "one");
     Require(top_, "m", "two");
     EXPECT_EQ(ZR_NODE_IsEnabled(top_), 0u);
-    ASSERT_EQ(ZR_MOD_EnableFeature(module_, "one"), 0u);
+    ASSERT_EQ(ZR_MOD_EnableFeature(module_, "one"), ZR_OK);
     EXPECT_EQ(ZR_NODE_IsEnabled(top_), 0u);
-    ASSERT_EQ(ZR_MOD_EnableFeature(module_, "two"), 0u);
+    ASSERT_EQ(ZR_MOD_EnableFeature(module_, "two"), ZR_OK);
     EXPECT_EQ(ZR_NODE_IsEnabled(top_), 1u);
-    ASSERT_EQ(ZR_MOD_DisableFeature(module_, "one"), 0u);
+    ASSERT_EQ(ZR_MOD_DisableFeature(module_, "one"), ZR_OK);
     EXPECT_EQ(ZR_NODE_IsEnabled(top_), 0u);
 }
 

@@ -42,7 +42,7 @@ protected:
         info->realType.baseType = ZRT_TYPE_INT8;
         info->units = ZR_DICT_Insert(dict_, "units");
         const char *const defaults[] = {"one", "two"};
-        EXPECT_EQ(ZRS_NODE_AppendLeaflistDefaults(dict_, info, defaults, 2), 0u);
+        EXPECT_EQ(ZRS_NODE_AppendLeaflistDefaults(dict_, info, defaults, 2), ZR_OK);
         ZrNode *choice = AddChild(list, ZR_NODE_CHOICE, "choice");
         static_cast<ZrsChoiceInfo *>(choice->info)->defaultCase = ZR_DICT_Insert(dict_, "case");
         AddChild(AddChild(choice, ZR_NODE_CASE, "case"), ZR_NODE_ANYDATA, "any");
@@ -60,16 +60,16 @@ TEST_F(NodeCopy, CopiesWhatDescribesTheNodeAndNothingOfItsPlace)
     list->when = ZR_DICT_Insert(dict_, "../x");
     list->flags = ZRS_FLAG_ORDERED_BY_USER | ZRS_FLAG_CONFIG_FALSE;
     ZR_NODE_SetPrivate(list, this);
-    ASSERT_EQ(ZR_NODE_AppendExtInst(list, "n", "ext", "argument"), 0u);
+    ASSERT_EQ(ZR_NODE_AppendExtInst(list, "n", "ext", "argument"), ZR_OK);
     ASSERT_EQ(ZRS_NODE_AppendOneIfFeat(dict_, &list->ifFeatures, &list->ifFeatureCount, "m", "f"),
-              0u);
+              ZR_OK);
     ZrsMust must = {"a", nullptr, nullptr};
-    ASSERT_EQ(ZRS_NODE_AppendOneMust(dict_, &list->musts, &list->mustCount, &must), 0u);
+    ASSERT_EQ(ZRS_NODE_AppendOneMust(dict_, &list->musts, &list->mustCount, &must), ZR_OK);
 
     ZrNode *copy = ZRS_NODE_CopyOneNodeToModule(list, target_);
     ASSERT_NE(copy, nullptr);
     EXPECT_EQ(copy->module, target_);
-    EXPECT_EQ(copy->kind, 4u);
+    EXPECT_EQ(copy->kind, ZR_NODE_LIST);
     EXPECT_STREQ(copy->name, "list");
     EXPECT_STREQ(copy->description, "text");
     EXPECT_EQ(copy->keyCount, 1);
@@ -148,7 +148,7 @@ TEST_F(NodeCopy, CopiesASubtreeWithItsShape)
 TEST_F(NodeCopy, WithoutMemoryThereIsNoCopyAndNothingIsLeft)
 {
     ZrNode *tree = NewTree();
-    ASSERT_EQ(ZR_NODE_AppendExtInst(tree, "n", "ext", "argument"), 0u);
+    ASSERT_EQ(ZR_NODE_AppendExtInst(tree, "n", "ext", "argument"), ZR_OK);
     FailEachAllocation([&] { return ZRS_NODE_CopyNodeTreeToModule(tree, target_); },
                        [](ZrNode *copy, bool failed) {
                            EXPECT_EQ(copy == nullptr, failed);
@@ -194,10 +194,10 @@ TEST_F(NodeCopy, InformationIsCopiedBetweenNodesOfOneKindOnly)
     ZrNode *leaf = AddData(source_, ZR_NODE_LEAF, "leaf");
     ZrNode *choice = AddData(target_, ZR_NODE_CHOICE, "choice");
     ZrNode *box = AddData(target_, ZR_NODE_CONTAINER, "box");
-    EXPECT_EQ(ZRS_NODE_CopySchemaByType(choice, leaf), 22u);
-    EXPECT_EQ(ZRS_NODE_CopySchemaByType(nullptr, leaf), 22u);
-    EXPECT_EQ(ZRS_NODE_CopySchemaByType(leaf, nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_CopySchemaByType(box, box), 0u); // nothing to copy
+    EXPECT_EQ(ZRS_NODE_CopySchemaByType(choice, leaf), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_CopySchemaByType(nullptr, leaf), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_CopySchemaByType(leaf, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_CopySchemaByType(box, box), ZR_OK); // nothing to copy
 }
 
 TEST_F(NodeCopy, InformationIsNotCopiedFromOrIntoANodeWithoutAny)
@@ -206,8 +206,8 @@ TEST_F(NodeCopy, InformationIsNotCopiedFromOrIntoANodeWithoutAny)
     ZrNode bare = {};
     bare.kind = ZR_NODE_LEAF;
     bare.module = source_;
-    EXPECT_EQ(ZRS_NODE_CopySchemaByType(leaf, &bare), 22u);
-    EXPECT_EQ(ZRS_NODE_CopySchemaByType(&bare, leaf), 22u);
+    EXPECT_EQ(ZRS_NODE_CopySchemaByType(leaf, &bare), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_CopySchemaByType(&bare, leaf), ZR_ERR_INVALID);
 }
 
 TEST(NodeCopyOfTypes, ATypedefIsLookedForInTheModuleOfTheCopy)
@@ -217,7 +217,7 @@ TEST(NodeCopyOfTypes, ATypedefIsLookedForInTheModuleOfTheCopy)
       <typedef name="t"><type name="int8"/></typedef>
       <leaf name="leaf"><type name="t"/></leaf>)";
 
-    ASSERT_EQ(ctx.LoadBody("a", body), 0u);
+    ASSERT_EQ(ctx.LoadBody("a", body), ZR_OK);
     ZrMod *module = ctx.Module("a");
     ZrNode *leaf = module->dataNodes;
     ZrNode *copy = ZRS_NODE_CopyOneNodeToModule(leaf, module);
@@ -226,7 +226,7 @@ TEST(NodeCopyOfTypes, ATypedefIsLookedForInTheModuleOfTheCopy)
     ASSERT_NE(derived, nullptr);
     EXPECT_STREQ(derived->typedefName, "t");
     EXPECT_EQ(derived->resolved, ZR_MOD_GetRealTypeByTypDefName(module, "t"));
-    EXPECT_EQ(ZR_NODE_ValidateValue(copy, ZR_VALUE_STRING, "127"), 0u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(copy, ZR_VALUE_STRING, "127"), ZR_OK);
     ZRS_NODE_Free(copy);
 }
 

@@ -54,7 +54,7 @@ TEST_F(NodeCreate, InformationStartsZeroed)
     ZrMod *module = NewModule("m");
     ZrNode *leaf = NewNode(module, ZR_NODE_LEAF, "a");
     auto *info = static_cast<ZrsLeafInfo *>(leaf->info);
-    EXPECT_EQ(info->realType.baseType, 0u);
+    EXPECT_EQ(info->realType.baseType, ZRT_TYPE_DERIVED);
     EXPECT_EQ(info->realType.consCount, 0u);
     EXPECT_EQ(info->realType.constraints, nullptr);
     EXPECT_EQ(info->defaultValue, nullptr);
@@ -95,10 +95,10 @@ TEST_F(NodeCreate, FreeReleasesEverythingThatTheNodeOwns)
     list->when = ZR_DICT_Insert(dict_, "../x");
     ASSERT_EQ(
         ZRS_NODE_AppendOneIfFeat(dict_, &list->ifFeatures, &list->ifFeatureCount, "m", "feature"),
-        0u);
+        ZR_OK);
     ZrsMust must = {"a = 1", "message", "tag"};
-    ASSERT_EQ(ZRS_NODE_AppendOneMust(dict_, &list->musts, &list->mustCount, &must), 0u);
-    ASSERT_EQ(ZR_NODE_AppendExtInst(list, "m", "ext", "argument"), 0u);
+    ASSERT_EQ(ZRS_NODE_AppendOneMust(dict_, &list->musts, &list->mustCount, &must), ZR_OK);
+    ASSERT_EQ(ZR_NODE_AppendExtInst(list, "m", "ext", "argument"), ZR_OK);
     ZrNode *leaf = AddChild(list, ZR_NODE_LEAF, "leaf");
     auto *leafInfo = static_cast<ZrsLeafInfo *>(leaf->info);
     leafInfo->realType.baseType = ZRT_TYPE_STRING;
@@ -107,7 +107,7 @@ TEST_F(NodeCreate, FreeReleasesEverythingThatTheNodeOwns)
     ZrNode *leafList = AddChild(list, ZR_NODE_LEAF_LIST, "leaf-list");
     const char *const defaults[] = {"x", "y", "x"};
     auto *leafListInfo = static_cast<ZrsLeafListInfo *>(leafList->info);
-    ASSERT_EQ(ZRS_NODE_AppendLeaflistDefaults(dict_, leafListInfo, defaults, 3), 0u);
+    ASSERT_EQ(ZRS_NODE_AppendLeaflistDefaults(dict_, leafListInfo, defaults, 3), ZR_OK);
     leafListInfo->units = ZR_DICT_Insert(dict_, "meters");
     ZrNode *choice = AddChild(list, ZR_NODE_CHOICE, "choice");
     static_cast<ZrsChoiceInfo *>(choice->info)->defaultCase = ZR_DICT_Insert(dict_, "case");

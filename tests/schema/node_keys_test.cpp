@@ -33,28 +33,28 @@ protected:
 
 TEST_F(NodeKeys, OneKeyIsMarked)
 {
-    EXPECT_EQ(Mark("b"), 0u);
+    EXPECT_EQ(Mark("b"), ZR_OK);
     EXPECT_EQ(Marked(), "b");
     EXPECT_EQ(ZR_NODE_GetNodeKeyNum(list_), 1u);
 }
 
 TEST_F(NodeKeys, TwoNamesSeparatedByTwoSpacesAreTwoKeys)
 {
-    EXPECT_EQ(Mark("a  c"), 0u);
+    EXPECT_EQ(Mark("a  c"), ZR_OK);
     EXPECT_EQ(Marked(), "ac");
     EXPECT_EQ(ZR_NODE_GetNodeKeyNum(list_), 2u);
 }
 
 TEST_F(NodeKeys, NamesMayBeSeparatedByTabsAndNewlinesAndSurroundedByBlanks)
 {
-    EXPECT_EQ(Mark(" \n c\t\n a \t"), 0u);
+    EXPECT_EQ(Mark(" \n c\t\n a \t"), ZR_OK);
     EXPECT_EQ(Marked(), "ac");
     EXPECT_EQ(ZR_NODE_GetNodeKeyNum(list_), 2u);
 }
 
 TEST_F(NodeKeys, WithoutAKeyTextNothingIsMarked)
 {
-    EXPECT_EQ(Mark(nullptr), 0u);
+    EXPECT_EQ(Mark(nullptr), ZR_OK);
     EXPECT_EQ(Marked(), "");
     EXPECT_EQ(ZR_NODE_GetNodeKeyNum(list_), 0u);
 }
@@ -62,9 +62,9 @@ TEST_F(NodeKeys, WithoutAKeyTextNothingIsMarked)
 TEST_F(NodeKeys, AListWithoutChildrenIsRefused)
 {
     ZrNode *empty = AddData(module_, ZR_NODE_LIST, "empty");
-    EXPECT_EQ(ZRS_NODE_MarkKeyAttrToListLeafs(empty, "a", &empty->keyCount), 22u);
-    EXPECT_EQ(ZRS_NODE_MarkKeyAttrToListLeafs(nullptr, "a", &empty->keyCount), 22u);
-    EXPECT_EQ(ZRS_NODE_MarkKeyAttrToListLeafs(list_, "a", nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_MarkKeyAttrToListLeafs(empty, "a", &empty->keyCount), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_MarkKeyAttrToListLeafs(nullptr, "a", &empty->keyCount), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_MarkKeyAttrToListLeafs(list_, "a", nullptr), ZR_ERR_INVALID);
     EXPECT_EQ(Marked(), "");
 }
 
@@ -90,7 +90,7 @@ TEST_F(NodeKeys, ANameOfSixtyFourCharactersIsTakenAndALongerOneRefused)
 {
     std::string name(64, 'x');
     AddChild(list_, ZR_NODE_LEAF, name.c_str());
-    EXPECT_EQ(Mark(name.c_str()), 0u);
+    EXPECT_EQ(Mark(name.c_str()), ZR_OK);
     EXPECT_EQ(Marked(), name);
     name += 'x';
     AddChild(list_, ZR_NODE_LEAF, name.c_str());
@@ -108,7 +108,7 @@ TEST_F(NodeKeys, MoreThan255KeysAreRefused)
     EXPECT_EQ(Mark(keys.c_str()), kBadKey);
     EXPECT_EQ(ZR_NODE_GetNodeKeyNum(list_), 255u);
     list_->keyCount = 0;
-    EXPECT_EQ(Mark(keys.substr(0, keys.find("k255")).c_str()), 0u);
+    EXPECT_EQ(Mark(keys.substr(0, keys.find("k255")).c_str()), ZR_OK);
     EXPECT_EQ(ZR_NODE_GetNodeKeyNum(list_), 255u);
 }
 

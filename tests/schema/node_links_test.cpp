@@ -33,18 +33,18 @@ protected:
 
 TEST_F(NodeLinks, ChildrenAreAppendedInOrder)
 {
-    EXPECT_EQ(ZRS_NODE_AddChild(parent_, New("a")), 0u);
+    EXPECT_EQ(ZRS_NODE_AddChild(parent_, New("a")), ZR_OK);
     EXPECT_EQ(Children(), "a");
-    EXPECT_EQ(ZRS_NODE_AddChild(parent_, New("b")), 0u);
-    EXPECT_EQ(ZRS_NODE_AddChild(parent_, New("c")), 0u);
+    EXPECT_EQ(ZRS_NODE_AddChild(parent_, New("b")), ZR_OK);
+    EXPECT_EQ(ZRS_NODE_AddChild(parent_, New("c")), ZR_OK);
     EXPECT_EQ(Children(), "abc");
 }
 
 TEST_F(NodeLinks, AFirstChildGoesBeforeTheOthers)
 {
-    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(parent_, New("b")), 0u);
+    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(parent_, New("b")), ZR_OK);
     EXPECT_EQ(Children(), "b");
-    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(parent_, New("a")), 0u);
+    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(parent_, New("a")), ZR_OK);
     ZRS_NODE_AddChild(parent_, New("c"));
     EXPECT_EQ(Children(), "abc");
 }
@@ -54,23 +54,23 @@ TEST_F(NodeLinks, ASiblingGoesToTheEndOfTheChainWithItsParent)
     ZrNode *a = New("a");
     ZRS_NODE_AddChild(parent_, a);
     ZRS_NODE_AddChild(parent_, New("b"));
-    EXPECT_EQ(ZRS_NODE_AddSibling(a, New("c")), 0u);
+    EXPECT_EQ(ZRS_NODE_AddSibling(a, New("c")), ZR_OK);
     EXPECT_EQ(Children(), "abc");
-    EXPECT_EQ(ZRS_NODE_AddSibling(parent_, New("q")), 0u);
-    EXPECT_EQ(ZRS_NODE_AddSibling(parent_, New("r")), 0u);
+    EXPECT_EQ(ZRS_NODE_AddSibling(parent_, New("q")), ZR_OK);
+    EXPECT_EQ(ZRS_NODE_AddSibling(parent_, New("r")), ZR_OK);
     EXPECT_EQ(Tops(), "pqr");
 }
 
 TEST_F(NodeLinks, LinkModesAreChildAndSibling)
 {
     ZrNode *a = New("a");
-    EXPECT_EQ(ZRS_NODE_LinkTreeNode(parent_, a, ZRS_LINK_AS_CHILD), 0u);
-    EXPECT_EQ(ZRS_NODE_LinkTreeNode(a, New("b"), ZRS_LINK_AS_SIBLING), 0u);
+    EXPECT_EQ(ZRS_NODE_LinkTreeNode(parent_, a, ZRS_LINK_AS_CHILD), ZR_OK);
+    EXPECT_EQ(ZRS_NODE_LinkTreeNode(a, New("b"), ZRS_LINK_AS_SIBLING), ZR_OK);
     EXPECT_EQ(Children(), "ab");
     ZrNode *c = New("c");
-    EXPECT_EQ(ZRS_NODE_LinkTreeNode(parent_, c, 2), 22u);
-    EXPECT_EQ(ZRS_NODE_LinkTreeNode(nullptr, c, 0), 22u);
-    EXPECT_EQ(ZRS_NODE_LinkTreeNode(nullptr, c, 1), 22u);
+    EXPECT_EQ(ZRS_NODE_LinkTreeNode(parent_, c, 2), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_LinkTreeNode(nullptr, c, 0), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_LinkTreeNode(nullptr, c, 1), ZR_ERR_INVALID);
     EXPECT_EQ(Children(), "ab");
     ZRS_NODE_Free(c);
 }
@@ -79,12 +79,12 @@ TEST_F(NodeLinks, NullArgumentsAreRefusedAndChangeNothing)
 {
     ZrNode *a = New("a");
     ZRS_NODE_AddChild(parent_, a);
-    EXPECT_EQ(ZRS_NODE_AddChild(parent_, nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_AddChild(nullptr, a), 22u);
-    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(parent_, nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(nullptr, a), 22u);
-    EXPECT_EQ(ZRS_NODE_AddSibling(a, nullptr), 22u);
-    EXPECT_EQ(ZRS_NODE_AddSibling(nullptr, a), 22u);
+    EXPECT_EQ(ZRS_NODE_AddChild(parent_, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_AddChild(nullptr, a), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(parent_, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_AddAsFirstChild(nullptr, a), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_AddSibling(a, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_AddSibling(nullptr, a), ZR_ERR_INVALID);
     EXPECT_EQ(Children(), "a");
     ZRS_NODE_Unlink(nullptr);
     ZR_NODE_CalibrateTopNodeAddress(nullptr);

@@ -60,7 +60,7 @@ protected:
     Texts Defaults(const char *path)
     {
         Texts texts;
-        EXPECT_EQ(ZR_NODE_ScanAllDefaults(ctx.Node(path), CollectText, &texts), 0u);
+        EXPECT_EQ(ZR_NODE_ScanAllDefaults(ctx.Node(path), CollectText, &texts), ZR_OK);
         return texts;
     }
     TestContext ctx;
@@ -71,19 +71,19 @@ protected:
 TEST_F(NodeLists, MustsAreScannedInTheirOrder)
 {
     Texts texts;
-    EXPECT_EQ(ZR_NODE_ScanAllMusts(ctx.Node("/m:c"), CollectMust, &texts), 0u);
+    EXPECT_EQ(ZR_NODE_ScanAllMusts(ctx.Node("/m:c"), CollectMust, &texts), ZR_OK);
     EXPECT_THAT(texts, ElementsAre("a|why|-", "b|-|tag"));
-    EXPECT_EQ(ZR_NODE_ScanAllMusts(nullptr, CollectMust, &texts), 22u);
-    EXPECT_EQ(ZR_NODE_ScanAllMusts(ctx.Node("/m:c"), nullptr, &texts), 22u);
+    EXPECT_EQ(ZR_NODE_ScanAllMusts(nullptr, CollectMust, &texts), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ScanAllMusts(ctx.Node("/m:c"), nullptr, &texts), ZR_ERR_INVALID);
 }
 
 TEST_F(NodeLists, IfFeaturesAreScannedWithTheirModules)
 {
     Texts texts;
-    EXPECT_EQ(ZR_NODE_ScanAllIfFeatures(ctx.Node("/m:c/l"), CollectIfFeature, &texts), 0u);
+    EXPECT_EQ(ZR_NODE_ScanAllIfFeatures(ctx.Node("/m:c/l"), CollectIfFeature, &texts), ZR_OK);
     EXPECT_THAT(texts, ElementsAre("m:f", "m:g"));
-    EXPECT_EQ(ZR_NODE_ScanAllIfFeatures(nullptr, CollectIfFeature, &texts), 22u);
-    EXPECT_EQ(ZR_NODE_ScanAllIfFeatures(ctx.Node("/m:c/l"), nullptr, &texts), 22u);
+    EXPECT_EQ(ZR_NODE_ScanAllIfFeatures(nullptr, CollectIfFeature, &texts), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ScanAllIfFeatures(ctx.Node("/m:c/l"), nullptr, &texts), ZR_ERR_INVALID);
 }
 
 TEST_F(NodeLists, DefaultsOfLeafLeafListAndChoiceAreScanned)
@@ -93,8 +93,8 @@ TEST_F(NodeLists, DefaultsOfLeafLeafListAndChoiceAreScanned)
     EXPECT_THAT(Defaults("/m:c/ch"), ElementsAre("k"));
     EXPECT_THAT(Defaults("/m:c/plain"), ElementsAre());
     EXPECT_THAT(Defaults("/m:c"), ElementsAre());
-    EXPECT_EQ(ZR_NODE_ScanAllDefaults(nullptr, CollectText, nullptr), 22u);
-    EXPECT_EQ(ZR_NODE_ScanAllDefaults(ctx.Node("/m:c/l"), nullptr, nullptr), 22u);
+    EXPECT_EQ(ZR_NODE_ScanAllDefaults(nullptr, CollectText, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ScanAllDefaults(ctx.Node("/m:c/l"), nullptr, nullptr), ZR_ERR_INVALID);
 }
 
 TEST_F(NodeLists, AScanStopsAtTheFirstResultThatIsNotZero)
@@ -105,12 +105,12 @@ TEST_F(NodeLists, AScanStopsAtTheFirstResultThatIsNotZero)
 TEST_F(NodeLists, ThePathOfANodeFitsOrIsRefused)
 {
     char path[64];
-    EXPECT_EQ(ZR_NODE_GetNodePath(ctx.Node("/m:c/ch/k"), path, sizeof(path)), 0u);
+    EXPECT_EQ(ZR_NODE_GetNodePath(ctx.Node("/m:c/ch/k"), path, sizeof(path)), ZR_OK);
     EXPECT_STREQ(path, "/m:c/ch/k");
-    EXPECT_EQ(ZR_NODE_GetNodePath(ctx.Node("/m:c/ch/k"), path, 10), 0u) << "with its NUL";
-    EXPECT_EQ(ZR_NODE_GetNodePath(ctx.Node("/m:c/ch/k"), path, 9), 12u);
+    EXPECT_EQ(ZR_NODE_GetNodePath(ctx.Node("/m:c/ch/k"), path, 10), ZR_OK) << "with its NUL";
+    EXPECT_EQ(ZR_NODE_GetNodePath(ctx.Node("/m:c/ch/k"), path, 9), ZR_ERR_NO_MEMORY);
     EXPECT_STREQ(path, "");
-    EXPECT_EQ(ZR_NODE_GetNodePath(nullptr, path, sizeof(path)), 22u);
-    EXPECT_EQ(ZR_NODE_GetNodePath(ctx.Node("/m:c"), nullptr, 1), 22u);
-    EXPECT_EQ(ZR_NODE_GetNodePath(ctx.Node("/m:c"), path, 0), 22u);
+    EXPECT_EQ(ZR_NODE_GetNodePath(nullptr, path, sizeof(path)), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_GetNodePath(ctx.Node("/m:c"), nullptr, 1), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_GetNodePath(ctx.Node("/m:c"), path, 0), ZR_ERR_INVALID);
 }

@@ -112,7 +112,7 @@ TEST_F(NodePath, IsWrittenBehindWhatTheBufferHolds)
     ZrNode *leaf = AddChild(top_, ZR_NODE_LEAF, "leaf");
     char buffer[64] = "at ";
     uint32_t length = 3;
-    EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(leaf, buffer, sizeof(buffer), &length), 0u);
+    EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(leaf, buffer, sizeof(buffer), &length), ZR_OK);
     EXPECT_STREQ(buffer, "at /m:top/leaf");
     EXPECT_EQ(length, 14u);
 }
@@ -122,11 +122,12 @@ TEST_F(NodePath, AStepThatDoesNotFitFailsWith12)
     ZrNode *leaf = AddChild(top_, ZR_NODE_LEAF, "leaf");
     char buffer[12];
     uint32_t length = 0;
-    EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(leaf, buffer, 12, &length), 0u);
+    EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(leaf, buffer, 12, &length), ZR_OK);
     EXPECT_STREQ(buffer, "/m:top/leaf");
     for (uint32_t size = 0; size < 12; ++size) {
         length = 0;
-        EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(leaf, buffer, size, &length), 12u) << size;
+        EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(leaf, buffer, size, &length), ZR_ERR_NO_MEMORY)
+            << size;
     }
 }
 
@@ -134,9 +135,12 @@ TEST_F(NodePath, NullArgumentsFailWith22)
 {
     char buffer[64];
     uint32_t length = 0;
-    EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(nullptr, buffer, sizeof(buffer), &length), 22u);
-    EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(top_, nullptr, sizeof(buffer), &length), 22u);
-    EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(top_, buffer, sizeof(buffer), nullptr), 22u);
+    EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(nullptr, buffer, sizeof(buffer), &length),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(top_, nullptr, sizeof(buffer), &length),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRS_NODE_PrintJsonPathRecursive(top_, buffer, sizeof(buffer), nullptr),
+              ZR_ERR_INVALID);
 }
 
 } // namespace

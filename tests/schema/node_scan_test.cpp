@@ -61,40 +61,40 @@ protected:
 TEST_F(NodeScan, ATreeWalkVisitsInnerNodesTwiceAndNeverTheRootsSiblings)
 {
     Visit visit;
-    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "top:3 a:0 a1:0 a2:1 a:2 b:1 c:1 c1:0 c:2 top:2 ");
 }
 
 TEST_F(NodeScan, ATreeWalkOverALeafVisitsItOnce)
 {
     Visit visit;
-    EXPECT_EQ(ZR_NODE_TreeScanAllNode(Child("b"), Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_TreeScanAllNode(Child("b"), Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "b:3 ");
 }
 
 TEST_F(NodeScan, TheSkipCodeKeepsATreeWalkOutOfASubtree)
 {
     Visit visit{"", "a", ZR_ARRIVAL_CHILD, 0x5a6b7c8d};
-    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "top:3 a:0 b:1 c:1 c1:0 c:2 top:2 ");
     visit = Visit{"", "c", ZR_ARRIVAL_SIBLING, ZR_SCAN_SKIP_SUBTREE};
-    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "top:3 a:0 a1:0 a2:1 a:2 b:1 c:1 top:2 ");
 }
 
 TEST_F(NodeScan, SkippingTheRootEndsATreeWalk)
 {
     Visit visit{"", "top", ZR_ARRIVAL_ROOT, ZR_SCAN_SKIP_SUBTREE};
-    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "top:3 ");
     visit = Visit{"", "top", ZR_ARRIVAL_PARENT, ZR_SCAN_SKIP_SUBTREE};
-    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), ZR_OK);
 }
 
 TEST_F(NodeScan, SkippingOnTheWayBackChangesNothing)
 {
     Visit visit{"", "a", ZR_ARRIVAL_PARENT, ZR_SCAN_SKIP_SUBTREE};
-    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "top:3 a:0 a1:0 a2:1 a:2 b:1 c:1 c1:0 c:2 top:2 ");
 }
 
@@ -109,7 +109,7 @@ TEST_F(NodeScan, ATreeWalkFromACoupledAugmentStaysInItsStretch)
 {
     ZrNode *augment = AddCoupledAugment();
     Visit visit;
-    EXPECT_EQ(ZR_NODE_TreeScanAllNode(augment, Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_TreeScanAllNode(augment, Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "aug:3 a:0 a1:0 a2:1 a:2 b:1 aug:2 ");
     Uncouple(augment);
 }
@@ -117,10 +117,10 @@ TEST_F(NodeScan, ATreeWalkFromACoupledAugmentStaysInItsStretch)
 TEST_F(NodeScan, ChildrenAreVisitedInOrder)
 {
     Visit visit;
-    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(top_, Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(top_, Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "a:0 b:0 c:0 ");
     visit = Visit{};
-    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(Child("b"), Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(Child("b"), Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "");
 }
 
@@ -128,7 +128,7 @@ TEST_F(NodeScan, ChildrenOfAnAugmentAreOnlyItsOwn)
 {
     ZrNode *augment = AddCoupledAugment();
     Visit visit;
-    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(augment, Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(augment, Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "a:0 b:0 ");
     Uncouple(augment);
 }
@@ -136,10 +136,10 @@ TEST_F(NodeScan, ChildrenOfAnAugmentAreOnlyItsOwn)
 TEST_F(NodeScan, SiblingsAreVisitedFromTheNodeOn)
 {
     Visit visit;
-    EXPECT_EQ(ZR_NODE_IterScanSiblingNode(Child("b"), Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_IterScanSiblingNode(Child("b"), Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "b:1 c:1 ");
     visit = Visit{};
-    EXPECT_EQ(ZR_NODE_IterScanSiblingNode(top_, Note, &visit), 0u);
+    EXPECT_EQ(ZR_NODE_IterScanSiblingNode(top_, Note, &visit), ZR_OK);
     EXPECT_EQ(visit.text, "top:1 next:1 ");
 }
 
@@ -156,8 +156,8 @@ TEST_F(NodeScan, ACallbacksResultStopsScansOfChildrenAndSiblings)
 TEST_F(NodeScan, TheCallbackMayTakeTheVisitedNodeAway)
 {
     std::string names;
-    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(Child("a"), UnlinkAndFree, &names), 0u);
-    EXPECT_EQ(ZR_NODE_IterScanSiblingNode(Child("b"), UnlinkAndFree, &names), 0u);
+    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(Child("a"), UnlinkAndFree, &names), ZR_OK);
+    EXPECT_EQ(ZR_NODE_IterScanSiblingNode(Child("b"), UnlinkAndFree, &names), ZR_OK);
     EXPECT_EQ(names, "a1a2bc");
     EXPECT_EQ(Child("a")->firstChild, nullptr);
     EXPECT_EQ(top_->lastChild, Child("a"));
@@ -166,12 +166,12 @@ TEST_F(NodeScan, TheCallbackMayTakeTheVisitedNodeAway)
 TEST_F(NodeScan, NullArgumentsAreRefused)
 {
     Visit visit;
-    EXPECT_EQ(ZR_NODE_TreeScanAllNode(nullptr, Note, &visit), 22u);
-    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, nullptr, &visit), 22u);
-    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(nullptr, Note, &visit), 22u);
-    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(top_, nullptr, &visit), 22u);
-    EXPECT_EQ(ZR_NODE_IterScanSiblingNode(nullptr, Note, &visit), 22u);
-    EXPECT_EQ(ZR_NODE_IterScanSiblingNode(top_, nullptr, &visit), 22u);
+    EXPECT_EQ(ZR_NODE_TreeScanAllNode(nullptr, Note, &visit), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_TreeScanAllNode(top_, nullptr, &visit), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(nullptr, Note, &visit), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_IterScanChildrenNode(top_, nullptr, &visit), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_IterScanSiblingNode(nullptr, Note, &visit), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_IterScanSiblingNode(top_, nullptr, &visit), ZR_ERR_INVALID);
     EXPECT_EQ(visit.text, "");
 }
 

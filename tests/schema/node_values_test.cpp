@@ -33,7 +33,7 @@ class NodeValues : public ::testing::Test {
 protected:
     NodeValues() : ctx_(ZR_CTX_KEEP_UNITS)
     {
-        EXPECT_EQ(ctx_.LoadBody("m", kTypes), 0u) << ::testing::PrintToString(ctx_.Messages());
+        EXPECT_EQ(ctx_.LoadBody("m", kTypes), ZR_OK) << ::testing::PrintToString(ctx_.Messages());
     }
     ZrNode *Node(const std::string &name) { return ctx_.Node(("/m:top/" + name).c_str()); }
 
@@ -102,27 +102,27 @@ uint32_t AppendName(const char *moduleName, const char *typedefName, const ZrtRe
 TEST_F(NodeValues, TheChainOfTypedefsCanBeScanned)
 {
     std::string names;
-    EXPECT_EQ(ZR_NODE_ScanDerivedType(Node("own"), AppendName, &names), 0u);
+    EXPECT_EQ(ZR_NODE_ScanDerivedType(Node("own"), AppendName, &names), ZR_OK);
     EXPECT_EQ(names, "m:share=0 m:percent=0 m:plain=9 ");
     names.clear();
-    EXPECT_EQ(ZR_NODE_ScanDerivedType(Node("built-in"), AppendName, &names), 0u);
+    EXPECT_EQ(ZR_NODE_ScanDerivedType(Node("built-in"), AppendName, &names), ZR_OK);
     EXPECT_EQ(names, "(none):(none)=14 ");
 }
 
 TEST_F(NodeValues, AScanOfTypedefsNeedsATypeAndACallback)
 {
     std::string names;
-    EXPECT_EQ(ZR_NODE_ScanDerivedType(nullptr, AppendName, &names), 22u);
-    EXPECT_EQ(ZR_NODE_ScanDerivedType(ctx_.Node("/m:top"), AppendName, &names), 22u);
-    EXPECT_EQ(ZR_NODE_ScanDerivedType(Node("own"), nullptr, &names), 22u);
+    EXPECT_EQ(ZR_NODE_ScanDerivedType(nullptr, AppendName, &names), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ScanDerivedType(ctx_.Node("/m:top"), AppendName, &names), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ScanDerivedType(Node("own"), nullptr, &names), ZR_ERR_INVALID);
     EXPECT_EQ(names, "");
 }
 
 TEST_F(NodeValues, AValueIsCheckedAsAString)
 {
-    EXPECT_EQ(ZR_NODE_ValidateValue(Node("own"), ZR_VALUE_STRING, "127"), 0u);
-    EXPECT_EQ(ZR_NODE_ValidateValue(Node("own"), ZR_VALUE_STRING, "128"), 0x7008u);
-    EXPECT_EQ(ZR_NODE_ValidateValue(Node("many"), ZR_VALUE_STRING, "x"), 0x7008u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(Node("own"), ZR_VALUE_STRING, "127"), ZR_OK);
+    EXPECT_EQ(ZR_NODE_ValidateValue(Node("own"), ZR_VALUE_STRING, "128"), ZR_ERR_VALUE_RANGE);
+    EXPECT_EQ(ZR_NODE_ValidateValue(Node("many"), ZR_VALUE_STRING, "x"), ZR_ERR_VALUE_RANGE);
 }
 
 TEST_F(NodeValues, AValueIsCheckedAsAnElement)
@@ -130,7 +130,7 @@ TEST_F(NodeValues, AValueIsCheckedAsAnElement)
     xmlDocPtr doc = xmlParseDoc(reinterpret_cast<const xmlChar *>("<own>12</own>"));
     ASSERT_NE(doc, nullptr);
     xmlNodePtr root = xmlDocGetRootElement(doc);
-    EXPECT_EQ(ZR_NODE_ValidateValue(Node("own"), ZR_VALUE_XML, root), 0u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(Node("own"), ZR_VALUE_XML, root), ZR_OK);
     EXPECT_EQ(ZR_NODE_FindRealTypeMatchedValue(Node("built-in"), ZR_VALUE_XML, root),
               ZR_NODE_GetRealType(Node("built-in")));
     xmlFreeDoc(doc);
@@ -138,18 +138,18 @@ TEST_F(NodeValues, AValueIsCheckedAsAnElement)
 
 TEST_F(NodeValues, ACheckNeedsANodeWithAType)
 {
-    EXPECT_EQ(ZR_NODE_ValidateValue(nullptr, ZR_VALUE_STRING, "1"), 22u);
-    EXPECT_EQ(ZR_NODE_ValidateValue(ctx_.Node("/m:top"), ZR_VALUE_STRING, "1"), 22u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(nullptr, ZR_VALUE_STRING, "1"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ValidateValue(ctx_.Node("/m:top"), ZR_VALUE_STRING, "1"), ZR_ERR_INVALID);
     EXPECT_EQ(ZR_NODE_FindRealTypeMatchedValue(nullptr, ZR_VALUE_STRING, "1"), nullptr);
     ZrNode *leaf = Node("own");
     ZrMod *module = leaf->module;
     leaf->module = nullptr;
-    EXPECT_EQ(ZR_NODE_ValidateValue(leaf, ZR_VALUE_STRING, "1"), 22u);
-    EXPECT_EQ(ZR_NODE_ScanDerivedType(leaf, AppendName, nullptr), 22u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(leaf, ZR_VALUE_STRING, "1"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ScanDerivedType(leaf, AppendName, nullptr), ZR_ERR_INVALID);
     leaf->module = module;
     module->ctx = nullptr;
-    EXPECT_EQ(ZR_NODE_ValidateValue(leaf, ZR_VALUE_STRING, "1"), 22u);
-    EXPECT_EQ(ZR_NODE_ScanDerivedType(leaf, AppendName, nullptr), 22u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(leaf, ZR_VALUE_STRING, "1"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ScanDerivedType(leaf, AppendName, nullptr), ZR_ERR_INVALID);
     module->ctx = ctx_;
     EXPECT_EQ(ZR_NODE_FindRealTypeMatchedValue(ctx_.Node("/m:top"), ZR_VALUE_STRING, "1"), nullptr);
 }
@@ -179,7 +179,7 @@ TEST(NodeValueChains, DefaultsAreFoundAtTheEndOfAChainOf128TypedefsAndBeyondTheB
         body += "<leaf name=\"c" + std::to_string(i) + "\"><type name=\"t" + std::to_string(i) +
                 "\"/></leaf>";
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", body), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", body), ZR_OK);
     EXPECT_STREQ(Text(ZR_NODE_GetDefaultValueStr(ctx.Node("/m:c127"))), "7");
     EXPECT_STREQ(Text(ZR_NODE_GetDefaultValueStr(ctx.Node("/m:c128"))), "7");
     EXPECT_STREQ(Text(ZR_NODE_GetDefaultValueStr(ctx.Node("/m:c129"))), "(none)");
@@ -230,7 +230,7 @@ constexpr const char *kLeafrefs = R"(
 
 class Leafrefs : public ::testing::Test {
 protected:
-    Leafrefs() { EXPECT_EQ(ctx_.LoadBody("m", kLeafrefs), 0u); }
+    Leafrefs() { EXPECT_EQ(ctx_.LoadBody("m", kLeafrefs), ZR_OK); }
     ZrNode *Node(const std::string &name) { return ctx_.Node(("/m:top/" + name).c_str()); }
     std::string Target(const char *name, uint32_t follow)
     {
@@ -294,7 +294,7 @@ TEST(LeafrefChains, TheFirstPathAlongTheTypedefsIsTakenByQueriesAndValueChecks)
       <leaf name="b"><type name="text"/></leaf>
       <leaf name="to-a"><type name="leafref"><path value="/a"/></type></leaf>
       <leaf name="to-b"><type name="leafref"><path value="/b"/></type></leaf>)"),
-              0u);
+              ZR_OK);
     for (const char *path : {"/m:a", "/m:b", "/m:to-a", "/m:to-b"})
         EXPECT_EQ(ZR_NODE_GetLeafrefTargetNode(ctx.Node(path), 1), ctx.Node("/m:flag")) << path;
     for (const char *path : {"/m:to-a", "/m:to-b"}) {
@@ -313,7 +313,7 @@ TEST(LeafrefChains, OneOf129StepsIsFollowedAndALongerOneIsNot)
                 "\"><type name=\"leafref\"><path value=\"../r" + std::to_string(i - 1) +
                 "\"/></type></leaf>";
     TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", body + "</container>"), 0u);
+    ASSERT_EQ(ctx.LoadBody("m", body + "</container>"), ZR_OK);
     EXPECT_EQ(ZR_NODE_GetLeafrefTargetNode(ctx.Node("/m:top/r129"), 1), ctx.Node("/m:top/r0"));
     EXPECT_EQ(ZR_NODE_GetLeafrefTargetNode(ctx.Node("/m:top/r130"), 1), nullptr);
     EXPECT_EQ(ZR_NODE_GetLeafrefTargetNode(ctx.Node("/m:top/r130"), 0), ctx.Node("/m:top/r129"));

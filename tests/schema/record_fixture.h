@@ -35,7 +35,7 @@ protected:
         module->ns = ZR_DICT_Insert(dict_, ("urn:" + name).c_str());
         module->prefix = ZR_DICT_Insert(dict_, name.c_str());
         if (linked)
-            EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, module), 0u);
+            EXPECT_EQ(ZR_CTX_AddModuleNode(ctx_, module), ZR_OK);
         else
             detached_.push_back(module);
         return module;

@@ -107,7 +107,7 @@ Record Fault(uint32_t tag, const std::string &appTag, const std::string &path,
 
 Record General()
 {
-    return Fault(18, "-", "/", "-", "-");
+    return Fault(ZR_ERROR_TAG_OPERATION_FAILED, "-", "/", "-", "-");
 }
 
 Record TakeRecord(ZrdErrNode *error)

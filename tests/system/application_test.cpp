@@ -25,7 +25,7 @@ protected:
     Application()
         : ctx(ZR_CTX_Create(ZR_CTX_LOAD_IMPORTS | ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS))
     {
-        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLES_DIR "/modules"), 0u);
+        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLES_DIR "/modules"), ZR_OK);
     }
     ~Application() override { ZR_CTX_Delete(ctx); }
     ZrNode *Node(const char *path) { return ZR_CTX_GetTargetNode(ctx, path, nullptr); }
@@ -36,7 +36,7 @@ protected:
 
 TEST_F(Application, LoadsAModuleWithWhatItImportsAndAsksAboutIt)
 {
-    ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-routing"), 0u);
+    ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-routing"), ZR_OK);
     ZrMod *router = ZR_CTX_GetModuleByModName(ctx, "example-router");
     ASSERT_NE(router, nullptr) << "an import";
     EXPECT_EQ(ZR_CTX_GetModuleByModNs(ctx, "urn:example:router"), router);
@@ -45,7 +45,7 @@ TEST_F(Application, LoadsAModuleWithWhatItImportsAndAsksAboutIt)
     EXPECT_STREQ(ZR_MOD_GetOrganization(router), "The example network");
 
     std::vector<std::string> names;
-    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(router, AppendName, &names), 0u);
+    EXPECT_EQ(ZR_MOD_IterScanTopmostNode(router, AppendName, &names), ZR_OK);
     EXPECT_THAT(names, testing::UnorderedElementsAre("router", "statistics", "ping",
                                                      "interface-state-changed"));
 
@@ -56,7 +56,7 @@ TEST_F(Application, LoadsAModuleWithWhatItImportsAndAsksAboutIt)
     EXPECT_STREQ(ZR_NODE_GetWhenCond(mtu),
                  "derived-from-or-self(../example-router:type, 'example-types:ethernet') or "
                  "../example-router:type = 'example-types:gigabit-ethernet'");
-    EXPECT_EQ(ZR_NODE_ValidateValue(mtu, ZR_VALUE_STRING, "9000"), 0u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(mtu, ZR_VALUE_STRING, "9000"), ZR_OK);
     EXPECT_EQ(ZR_NODE_ValidateValue(mtu, ZR_VALUE_STRING, "1501"), uint32_t{ZR_ERR_VALUE_RANGE});
     EXPECT_STREQ(ZR_NODE_GetDefaultValueStr(Node("/example-router:router/max-load")), "10")
         << "the typedef's";
@@ -64,8 +64,8 @@ TEST_F(Application, LoadsAModuleWithWhatItImportsAndAsksAboutIt)
 
 TEST_F(Application, SeesWhatAnotherModuleAddsAndChanges)
 {
-    ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-vendor"), 0u);
-    ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-routing"), 0u);
+    ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-vendor"), ZR_OK);
+    ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-routing"), ZR_OK);
     EXPECT_EQ(Node("/example-router:router/interfaces/interface/speed"), nullptr)
         << "not supported";
     ZrNode *mtu = Node("/example-router:router/interfaces/interface/mtu");
@@ -79,11 +79,11 @@ TEST_F(Application, SeesWhatAnotherModuleAddsAndChanges)
 
 TEST_F(Application, PrintsAModuleOfTwoSuffixedFiles)
 {
-    ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-services"), 0u);
+    ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-services"), ZR_OK);
     std::string tree;
     EXPECT_EQ(ZR_MOD_PrintModelTree(ZR_CTX_GetModuleByModName(ctx, "example-services"), AppendText,
                                     &tree),
-              0u);
+              ZR_OK);
     EXPECT_THAT(tree, testing::StartsWith("module: example-services\n+--rw services\n"));
     EXPECT_THAT(tree, testing::HasSubstr("+--rw time\n"));
     EXPECT_THAT(tree, testing::HasSubstr("+--rw dns\n"));

@@ -52,7 +52,7 @@ protected:
     void Start(uint32_t flags)
     {
         ctx_ = ZR_CTX_Create(flags);
-        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx_, folder_.c_str()), 0u);
+        ASSERT_EQ(ZR_CTX_SetSearchDir(ctx_, folder_.c_str()), ZR_OK);
     }
     void Write(const std::string &file, const std::string &content)
     {
@@ -99,7 +99,7 @@ TEST_F(ContextLife, LoadingAgainTriesTheImportsThatFailed)
     EXPECT_EQ(Load("m"), uint32_t{ZR_ERR_NOT_FOUND});
     EXPECT_THAT(Loaded(), ElementsAre("m"));
     WriteModule("late", "");
-    EXPECT_EQ(Load("m"), 0u);
+    EXPECT_EQ(Load("m"), ZR_OK);
     EXPECT_THAT(Loaded(), ElementsAre("late", "m"));
     std::remove((folder_ + "/m.yin").c_str());
     EXPECT_EQ(Load("m"), uint32_t{ZR_ERR_NOT_FOUND});
@@ -111,9 +111,9 @@ TEST_F(ContextLife, AnAugmentIsToldOfWithItsTargetWhenItIsCoupledAndWhenItIsUnco
     Start(0);
     WriteTargetAndAugmenter();
     ZR_CTX_SetFirstAugChildRelinkFunc(ctx_, OnRelink);
-    ASSERT_EQ(Load("augmenter"), 0u);
+    ASSERT_EQ(Load("augmenter"), ZR_OK);
     EXPECT_THAT(g_events, ElementsAre());
-    ASSERT_EQ(Load("target"), 0u);
+    ASSERT_EQ(Load("target"), ZR_OK);
     EXPECT_THAT(g_events, ElementsAre("added below top"));
     ZR_CTX_Delete(ctx_);
     ctx_ = nullptr;
@@ -126,14 +126,14 @@ TEST_F(ContextLife, UnloadingReplacesTheModulesThatReachIntoTheModule)
     WriteTargetAndAugmenter();
     WriteModule("user", R"(<import module="target"><prefix value="t"/></import>)");
     for (const char *name : {"target", "augmenter", "user"})
-        ASSERT_EQ(Load(name), 0u);
+        ASSERT_EQ(Load(name), ZR_OK);
     ZrMod *user = ZR_CTX_GetModuleByModName(ctx_, "user");
     ZrMod *augmenter = ZR_CTX_GetModuleByModName(ctx_, "augmenter");
     ZR_MOD_SetPrivate(user, this);
     ZR_MOD_SetPrivate(augmenter, this);
-    ASSERT_EQ(ZR_MOD_EnableFeature(augmenter, "f"), 0u);
+    ASSERT_EQ(ZR_MOD_EnableFeature(augmenter, "f"), ZR_OK);
     ZR_CTX_SetReloadModuleCbFunc(ctx_, OnUnload);
-    EXPECT_EQ(ZR_CTX_UnloadModule(ctx_, "target"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(ctx_, "target"), ZR_OK);
     EXPECT_THAT(g_events, ElementsAre("unload target", "unload augmenter"));
     EXPECT_THAT(Loaded(), ElementsAre("augmenter", "user"));
     EXPECT_EQ(ZR_MOD_GetPrivate(user), this) << "it merely imports the module";
@@ -147,9 +147,9 @@ TEST_F(ContextLife, UnloadingAnAugmentersModuleLeavesItsTargetAsItIs)
     Start(0);
     WriteTargetAndAugmenter();
     for (const char *name : {"target", "augmenter"})
-        ASSERT_EQ(Load(name), 0u);
+        ASSERT_EQ(Load(name), ZR_OK);
     ZR_MOD_SetPrivate(ZR_CTX_GetModuleByModName(ctx_, "target"), this);
-    EXPECT_EQ(ZR_CTX_UnloadModule(ctx_, "augmenter"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(ctx_, "augmenter"), ZR_OK);
     EXPECT_EQ(ZR_MOD_GetPrivate(ZR_CTX_GetModuleByModName(ctx_, "target")), this);
     EXPECT_EQ(Node("/target:top/augmenter:added"), nullptr);
 }
@@ -158,9 +158,9 @@ TEST_F(ContextLife, AModuleComesBackAsAnImportOfOneThatIsLoadedAgain)
 {
     Start(ZR_CTX_LOAD_IMPORTS);
     WriteTargetAndAugmenter();
-    ASSERT_EQ(Load("augmenter"), 0u);
+    ASSERT_EQ(Load("augmenter"), ZR_OK);
     ZR_MOD_SetPrivate(ZR_CTX_GetModuleByModName(ctx_, "target"), this);
-    EXPECT_EQ(ZR_CTX_UnloadModule(ctx_, "target"), 0u);
+    EXPECT_EQ(ZR_CTX_UnloadModule(ctx_, "target"), ZR_OK);
     EXPECT_THAT(Loaded(), ElementsAre("augmenter", "target"));
     EXPECT_EQ(ZR_MOD_GetPrivate(ZR_CTX_GetModuleByModName(ctx_, "target")), nullptr);
     EXPECT_NE(Node("/target:top/augmenter:added"), nullptr);
@@ -170,14 +170,14 @@ TEST_F(ContextLife, AModuleFromMemoryDoesNotComeBack)
 {
     Start(0);
     WriteTargetAndAugmenter();
-    ASSERT_EQ(Load("target"), 0u);
+    ASSERT_EQ(Load("target"), ZR_OK);
     ASSERT_EQ(ZR_CTX_LoadMemory(ctx_, R"(<module name="mine"
         xmlns="urn:ietf:params:xml:ns:yang:yin:1"><namespace uri="urn:mine"/><prefix value="mine"/>
         <import module="target"><prefix value="t"/></import>
         <augment target-node="/t:top"><leaf name="x"><type name="string"/></leaf></augment>
         </module>)"),
-              0u);
-    EXPECT_NE(ZR_CTX_UnloadModule(ctx_, "target"), 0u);
+              ZR_OK);
+    EXPECT_NE(ZR_CTX_UnloadModule(ctx_, "target"), ZR_OK);
     EXPECT_THAT(Loaded(), ElementsAre());
 }
 
@@ -190,7 +190,7 @@ TEST_F(ContextLife, SubmodulesAreLookedForInEveryDirectoryAlsoForTextFromMemory)
     EXPECT_EQ(ZR_CTX_LoadMemory(ctx_, R"(<module name="m"
         xmlns="urn:ietf:params:xml:ns:yang:yin:1"><namespace uri="urn:m"/><prefix value="m"/>
         <include module="part"/></module>)"),
-              0u);
+              ZR_OK);
     EXPECT_NE(Node("/m:x"), nullptr);
 }
 
@@ -200,7 +200,7 @@ TEST_F(ContextLife, NoPathLeadsThroughANameOfMoreThan64Characters)
     for (size_t length : {64u, 65u}) {
         std::string name(length, 'n');
         WriteModule(name, "<container name=\"top\"/><container name=\"" + name + "\"/>");
-        ASSERT_EQ(Load(name.c_str()), 0u) << length;
+        ASSERT_EQ(Load(name.c_str()), ZR_OK) << length;
         EXPECT_NE(ZR_CTX_GetModuleByModName(ctx_, name.c_str()), nullptr) << length;
         EXPECT_EQ(Node("/" + name + ":top") != nullptr, length == 64) << length;
         EXPECT_EQ(Node("/" + name + ":" + name) != nullptr, length == 64) << length;
@@ -212,7 +212,7 @@ TEST_F(ContextLife, APathIsNotFoundWithAPredicateOrWithTheSameModuleAgain)
     Start(0);
     WriteModule("m", R"(<list name="top"><key value="k"/><leaf name="k"><type name="string"/></leaf>
                         </list>)");
-    ASSERT_EQ(Load("m"), 0u);
+    ASSERT_EQ(Load("m"), ZR_OK);
     EXPECT_NE(Node("/m:top/k"), nullptr);
     EXPECT_EQ(Node("/m:top[k='1']/k"), nullptr);
     EXPECT_EQ(Node("/m:top[1]"), nullptr);
@@ -223,14 +223,14 @@ TEST_F(ContextLife, ADenialOfAccessFollowsTheTopmostNodeThatStatesOne)
 {
     Start(0);
     WriteModule("ietf-netconf-acm", "");
-    ASSERT_EQ(Load("ietf-netconf-acm"), 0u);
+    ASSERT_EQ(Load("ietf-netconf-acm"), ZR_OK);
     ASSERT_EQ(ZR_CTX_LoadMemory(ctx_, R"(<module name="m" xmlns:nacm="urn:nacm"
         xmlns="urn:ietf:params:xml:ns:yang:yin:1"><namespace uri="urn:m"/><prefix value="m"/>
         <import module="ietf-netconf-acm"><prefix value="nacm"/></import>
         <container name="write"><nacm:default-deny-write/>
           <container name="all"><nacm:default-deny-all/><container name="below"/></container>
         </container></module>)"),
-              0u);
+              ZR_OK);
     for (const char *path : {"/m:write", "/m:write/all", "/m:write/all/below"}) {
         EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyWrite(Node(path)), 1u) << path;
         EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyAll(Node(path)), 0u) << path;
@@ -240,6 +240,6 @@ TEST_F(ContextLife, ADenialOfAccessFollowsTheTopmostNodeThatStatesOne)
         *static_cast<std::string *>(out) += name;
         return 0u;
     };
-    EXPECT_EQ(ZR_NODE_ScanAllExtInsts(Node("/m:write/all"), append, &stated), 0u);
+    EXPECT_EQ(ZR_NODE_ScanAllExtInsts(Node("/m:write/all"), append, &stated), ZR_OK);
     EXPECT_EQ(stated, "default-deny-all") << "what the node says itself";
 }

@@ -61,8 +61,8 @@ class Data : public testing::Test {
 protected:
     Data() : ctx(ZR_CTX_Create(ZR_CTX_LOAD_IMPORTS | ZR_CTX_KEEP_DESCRIPTIONS))
     {
-        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLES_DIR "/modules"), 0u);
-        EXPECT_EQ(ZR_CTX_LoadModule(ctx, "example-routing"), 0u);
+        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLES_DIR "/modules"), ZR_OK);
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx, "example-routing"), ZR_OK);
     }
     ~Data() override { ZR_CTX_Delete(ctx); }
 
@@ -77,7 +77,7 @@ protected:
     {
         char path[512];
         ASSERT_NE(node, nullptr) << element->name;
-        ASSERT_EQ(ZR_NODE_GetNodePath(node, path, sizeof(path)), 0u);
+        ASSERT_EQ(ZR_NODE_GetNodePath(node, path, sizeof(path)), ZR_OK);
         paths.emplace_back(path);
         for (const xmlNode *child = element->children; child != nullptr; child = child->next)
             if (child->type == XML_ELEMENT_NODE)
@@ -106,11 +106,11 @@ protected:
 
 TEST_F(Data, OfAServerItsModulesCanBeListed)
 {
-    ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-vendor"), 0u);
+    ASSERT_EQ(ZR_CTX_LoadModule(ctx, "example-vendor"), ZR_OK);
     ASSERT_EQ(ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx, "example-router"), "tunnels"),
-              0u);
+              ZR_OK);
     Inventory inventory;
-    EXPECT_EQ(ZR_CTX_ScanAllModules(ctx, NoteModule, &inventory), 0u);
+    EXPECT_EQ(ZR_CTX_ScanAllModules(ctx, NoteModule, &inventory), ZR_OK);
     EXPECT_EQ(inventory.text.str(),
               R"(example-router@2026-11-01 1.1 A small router with its interfaces.
   submodule example-router-statistics

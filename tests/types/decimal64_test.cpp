@@ -47,7 +47,7 @@ TEST_P(Decimal64Text, IsScaledByItsFractionDigits)
     int64_t value = 0;
     EXPECT_EQ(ZRT_CONS_ConvertValStrToDecimal64PowerInteger(GetParam().text.c_str(),
                                                             GetParam().fractionDigits, &value),
-              0u)
+              ZR_OK)
         << GetParam().text;
     EXPECT_EQ(value, GetParam().value) << GetParam().text;
 }
@@ -98,14 +98,14 @@ TEST_P(BadDecimal64Text, IsRefused)
     int64_t value = 77;
     EXPECT_EQ(ZRT_CONS_ConvertValStrToDecimal64PowerInteger(GetParam().text.c_str(),
                                                             GetParam().fractionDigits, &value),
-              22u)
+              ZR_ERR_INVALID)
         << GetParam().text;
 }
 
 TEST(Decimal64, OfANullTextIsRefused)
 {
     int64_t value = 0;
-    EXPECT_EQ(ZRT_CONS_ConvertValStrToDecimal64PowerInteger(nullptr, 2, &value), 22u);
+    EXPECT_EQ(ZRT_CONS_ConvertValStrToDecimal64PowerInteger(nullptr, 2, &value), ZR_ERR_INVALID);
 }
 
 } // namespace

@@ -13,14 +13,14 @@ struct Binary {
 class BinaryText : public testing::TestWithParam<Binary> {};
 
 const Binary g_binaries[] = {
-    {"QUJD", 0, 3},
-    {"QUI=", 0, 2},
-    {"QQ==", 0, 1},
-    {"", 0, 0},
-    {" \t\n", 0, 0},
-    {" QUJD\n", 0, 3},
-    {"QUJDREVG", 0, 6},
-    {"!!!!", 0, 3},
+    {"QUJD", ZR_OK, 3},
+    {"QUI=", ZR_OK, 2},
+    {"QQ==", ZR_OK, 1},
+    {"", ZR_OK, 0},
+    {" \t\n", ZR_OK, 0},
+    {" QUJD\n", ZR_OK, 3},
+    {"QUJDREVG", ZR_OK, 6},
+    {"!!!!", ZR_OK, 3},
     {"QU=I", ZR_ERR_VALUE_BINARY, 0},
     {"QUJ", ZR_ERR_VALUE_BINARY, 0},
     {"Q===", ZR_ERR_VALUE_BINARY, 0},

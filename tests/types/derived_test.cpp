@@ -67,7 +67,7 @@ TEST(DerivedChain, WalkReportsEveryLinkOf128)
 {
     Leaf leaf("<type name=\"t1\"/>", Chain(128));
     Walk walk;
-    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), 0u);
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), ZR_OK);
     ASSERT_EQ(walk.names.size(), 128u);
     EXPECT_EQ(walk.names.front(), "m:t1");
     EXPECT_EQ(walk.names.back(), "m:t128");
@@ -78,7 +78,8 @@ TEST(DerivedChain, WalkReturns22AtThe129thLinkEvenWhenThatIsBuiltIn)
 {
     Leaf leaf("<type name=\"t1\"/>", Chain(129));
     Walk walk;
-    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), 22u);
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk),
+              ZR_ERR_INVALID);
     EXPECT_EQ(walk.names.size(), 129u);
     EXPECT_EQ(ZR_TYPE_GetBuiltInBaseType(walk.last), ZRT_TYPE_INT8);
 }
@@ -87,7 +88,8 @@ TEST(DerivedChain, WalkReportsAtMost129Links)
 {
     Leaf leaf("<type name=\"t1\"/>", Chain(130));
     Walk walk;
-    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), 22u);
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk),
+              ZR_ERR_INVALID);
     ASSERT_EQ(walk.names.size(), 129u);
     EXPECT_EQ(walk.names.back(), "m:t129");
 }
@@ -106,7 +108,8 @@ TEST(DerivedChain, InACircleIsRefusedAndWalkedToTheBound)
     ASSERT_NE(leaf.node(), nullptr);
     EXPECT_EQ(leaf.Check("x"), ZR_ERR_VALUE_DERIVED);
     Walk walk;
-    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), 22u);
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk),
+              ZR_ERR_INVALID);
     EXPECT_EQ(walk.names.size(), 129u);
 }
 
@@ -114,7 +117,7 @@ TEST(DerivedChain, WalkReportsABuiltInTypeOnceWithoutNames)
 {
     Leaf leaf("<type name=\"int8\"/>");
     Walk walk;
-    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), 0u);
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), ZR_OK);
     EXPECT_EQ(walk.names, std::vector<std::string>{"-:-"});
     EXPECT_EQ(walk.last, leaf.type());
     walk.result = 7;
@@ -125,7 +128,7 @@ TEST(DerivedChain, WalkReportsATypedefThatIsNotLoadedWithANullTypeAndEnds)
 {
     Leaf leaf("<type name=\"unknown\"/>");
     Walk walk;
-    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), 0u);
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), ZR_OK);
     EXPECT_EQ(walk.names, std::vector<std::string>{"m:unknown"});
     EXPECT_EQ(walk.last, nullptr);
 }
@@ -143,10 +146,13 @@ TEST(DerivedChain, WalkReturns22ForNullArgumentsAndForATypeWithoutReference)
 {
     Leaf leaf("<type name=\"int8\"/>");
     Walk walk;
-    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(nullptr, leaf.context(), Remember, &walk), 22u);
-    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), nullptr, &walk), 22u);
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(nullptr, leaf.context(), Remember, &walk),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), nullptr, &walk),
+              ZR_ERR_INVALID);
     ZrtRealType empty = {};
-    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(&empty, leaf.context(), Remember, &walk), 22u);
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(&empty, leaf.context(), Remember, &walk),
+              ZR_ERR_INVALID);
     EXPECT_TRUE(walk.names.empty());
 }
 
@@ -216,7 +222,8 @@ TEST(DerivedUpdate, Returns22ForATypedefThatTheModuleDoesNotHave)
     zrtest::TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Chain(1)), ZR_OK);
     DerivedBody derived(ctx, "m", "unknown");
-    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(derived.body, ctx.Module("m")), 22u);
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(derived.body, ctx.Module("m")),
+              ZR_ERR_INVALID);
     EXPECT_EQ(derived.body->resolved, nullptr);
 }
 
@@ -240,9 +247,9 @@ TEST(DerivedUpdate, Returns22WithoutABodyOrEitherName)
     const ZrMod *module = leaf.context().Module("m");
     ZrtConsDerived noModule = {nullptr, "t1", nullptr};
     ZrtConsDerived noName = {"m", nullptr, nullptr};
-    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(nullptr, module), 22u);
-    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(&noModule, module), 22u);
-    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(&noName, module), 22u);
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(nullptr, module), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(&noModule, module), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(&noName, module), ZR_ERR_INVALID);
 }
 
 TEST(DerivedCopy, HasTheNamesAndIsNotResolved)

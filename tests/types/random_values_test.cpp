@@ -341,7 +341,7 @@ TEST(RandomTypes, OfEnumerationsTakeTheirNamesAndNumberThem)
             continue;
         ++loaded;
         std::vector<NamedValue> actual;
-        ASSERT_EQ(ZR_TYPE_ScanNameValuePair(leaf.type(), Collect, &actual), 0u);
+        ASSERT_EQ(ZR_TYPE_ScanNameValuePair(leaf.type(), Collect, &actual), ZR_OK);
         ASSERT_EQ(actual, expected) << statements;
         std::set<std::string> names;
         for (const NamedValue &one : expected)

@@ -70,7 +70,7 @@ TEST(RangeScan, ExtendsTheSignOfEveryWidth)
                            Row{ZRT_TYPE_INT32, 8, &int32Seg}}) {
         ZrtConsRange body = {1, row.size, row.segment};
         Pairs pairs;
-        EXPECT_EQ(ZRT_CONS_ScanStartEndPairsWithRange(&body, row.type, Add, &pairs), 0u);
+        EXPECT_EQ(ZRT_CONS_ScanStartEndPairsWithRange(&body, row.type, Add, &pairs), ZR_OK);
         EXPECT_EQ(pairs, (Pairs{{UINT64_MAX, 1}})) << row.type;
     }
 }
@@ -80,7 +80,7 @@ TEST(RangeScan, KeepsUnsignedWidths)
     ZrtNarrowSeg<uint8_t> segments[] = {{254, 255}, {1, 2}};
     ZrtConsRange body = {2, 2, segments};
     Pairs pairs;
-    EXPECT_EQ(ZRT_CONS_ScanStartEndPairsWithRange(&body, ZRT_TYPE_UINT8, Add, &pairs), 0u);
+    EXPECT_EQ(ZRT_CONS_ScanStartEndPairsWithRange(&body, ZRT_TYPE_UINT8, Add, &pairs), ZR_OK);
     EXPECT_EQ(pairs, (Pairs{{254, 255}, {1, 2}}));
 }
 
@@ -102,7 +102,7 @@ TEST(LengthScan, ReadsNarrowSegmentsAsUnsignedWhateverTheType)
     ZrtConsRange body = {1, 8, segments};
     for (uint32_t type : {ZRT_TYPE_STRING, ZRT_TYPE_DERIVED, ZRT_TYPE_INT32, ZRT_TYPE_BINARY}) {
         Pairs pairs;
-        EXPECT_EQ(ZRT_CONS_ScanStartEndPairsWithLength(&body, type, Add, &pairs), 0u);
+        EXPECT_EQ(ZRT_CONS_ScanStartEndPairsWithLength(&body, type, Add, &pairs), ZR_OK);
         EXPECT_EQ(pairs, (Pairs{{1, 4294967295}})) << type;
     }
 }

@@ -38,14 +38,14 @@ TEST(BaseTypeBounds, AreThoseOfTheIntegerTypes)
     uint32_t integerTypes = 0;
     for (const Row &row : rows) {
         ZrtGenericSeg bounds = {};
-        EXPECT_EQ(ZRT_CONS_GetBasedIntegerMinMaxVal(row.type, &bounds), 0u);
+        EXPECT_EQ(ZRT_CONS_GetBasedIntegerMinMaxVal(row.type, &bounds), ZR_OK);
         EXPECT_TRUE(bounds.start == row.min && bounds.end == row.max && bounds.flags == row.flags)
             << row.type;
         integerTypes |= 1u << row.type;
     }
     for (uint32_t type = 0; type < ZRT_TYPE_NONE; ++type) {
         ZrtGenericSeg bounds = {1, 1, 1};
-        EXPECT_EQ(ZRT_CONS_GetBasedIntegerMinMaxVal(type, &bounds), 0u);
+        EXPECT_EQ(ZRT_CONS_GetBasedIntegerMinMaxVal(type, &bounds), ZR_OK);
         if ((integerTypes & (1u << type)) == 0) {
             EXPECT_TRUE(bounds.start == 0 && bounds.end == 0 && bounds.flags == 0) << type;
         }
@@ -55,8 +55,8 @@ TEST(BaseTypeBounds, AreThoseOfTheIntegerTypes)
 TEST(BaseTypeBounds, OfATypeAbove19Are22)
 {
     ZrtGenericSeg bounds = {};
-    EXPECT_EQ(ZRT_CONS_GetBasedIntegerMinMaxVal(20, &bounds), 22u);
-    EXPECT_EQ(ZRT_CONS_GetBasedIntegerMinMaxVal(UINT32_MAX, &bounds), 22u);
+    EXPECT_EQ(ZRT_CONS_GetBasedIntegerMinMaxVal(20, &bounds), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRT_CONS_GetBasedIntegerMinMaxVal(UINT32_MAX, &bounds), ZR_ERR_INVALID);
 }
 
 TEST(RangePushTable, HasAFunctionForEachTypeThatTakesARange)
@@ -139,7 +139,7 @@ template <typename Integer> void ExpectSignedNarrow(ZrtRangePushFunc pushFunc)
     uint32_t size = sizeof(ZrtNarrowSeg<Integer>);
     auto expect = [&](uint64_t start, uint64_t end, uint32_t flags, Integer low, Integer high) {
         Push push(pushFunc, size, start, end, flags);
-        EXPECT_EQ(push.status, 0u);
+        EXPECT_EQ(push.status, ZR_OK);
         EXPECT_EQ(push.body.segCount, 1);
         EXPECT_EQ(push.template Narrow<Integer>().start, low);
         EXPECT_EQ(push.template Narrow<Integer>().end, high);
@@ -162,7 +162,7 @@ template <typename Integer> void ExpectUnsignedNarrow(ZrtRangePushFunc pushFunc)
     uint32_t size = sizeof(ZrtNarrowSeg<Integer>);
     auto expect = [&](uint64_t start, uint64_t end, uint32_t flags, Integer low, Integer high) {
         Push push(pushFunc, size, start, end, flags);
-        EXPECT_EQ(push.status, 0u);
+        EXPECT_EQ(push.status, ZR_OK);
         EXPECT_EQ(push.template Narrow<Integer>().start, low);
         EXPECT_EQ(push.template Narrow<Integer>().end, high);
     };
@@ -173,7 +173,7 @@ template <typename Integer> void ExpectUnsignedNarrow(ZrtRangePushFunc pushFunc)
     expect(0, 0, ZRT_SEG_START_MAX | ZRT_SEG_END_MAX, kMax, kMax);
     expect(3, 0, ZRT_SEG_UNSIGNED | ZRT_SEG_END_MIN, 3, 0);
     Push negative(pushFunc, size, Negative(-1), 5, ZRT_SEG_SIGNED);
-    EXPECT_EQ(negative.status, 22u);
+    EXPECT_EQ(negative.status, ZR_ERR_INVALID);
     EXPECT_EQ(negative.body.segCount, 0);
 }
 
@@ -193,7 +193,7 @@ TEST(RangePush, StoresUnsignedNarrowSegmentsAndRefusesNegativeParts)
 
 void ExpectGeneric(const Push &push, uint64_t start, uint64_t end, uint32_t flags)
 {
-    EXPECT_EQ(push.status, 0u);
+    EXPECT_EQ(push.status, ZR_OK);
     ZrtGenericSeg segment = push.Generic();
     EXPECT_TRUE(segment.start == start && segment.end == end && segment.flags == flags);
 }
@@ -212,7 +212,7 @@ TEST(RangePush, Of64UnsignedBitsAlwaysCarriesTheUnsignedFlag)
     ZrtRangePushFunc push = ZRT_LOADER_PushRangeValueIntoSegInt64Unsigned;
     ExpectGeneric(Push(push, 20, 1, UINT64_MAX, ZRT_SEG_UNSIGNED), 1, UINT64_MAX, ZRT_SEG_UNSIGNED);
     ExpectGeneric(Push(push, 20, 0, 0, kMinMax), 0, UINT64_MAX, ZRT_SEG_UNSIGNED);
-    EXPECT_EQ(Push(push, 20, Negative(-1), 5, ZRT_SEG_SIGNED).status, 22u);
+    EXPECT_EQ(Push(push, 20, Negative(-1), 5, ZRT_SEG_SIGNED).status, ZR_ERR_INVALID);
 }
 
 TEST(RangePush, OfAnUnknownTypeKeepsThePartAsItIs)
@@ -228,7 +228,7 @@ TEST(RangePush, OfAnUnknownTypeIs104WithoutABlockForTheSegments)
     ZrtConsRange body = {0, sizeof(ZrtGenericSeg), nullptr};
     ZrtRangePush push = {&body, 1, 0, 0, 0};
     ZrtGenericSeg part = {1, 1, ZRT_SEG_UNSIGNED};
-    EXPECT_EQ(ZRT_LOADER_PushRangeValueIntoSegIntUnknown(&push, &part), 104u);
+    EXPECT_EQ(ZRT_LOADER_PushRangeValueIntoSegIntUnknown(&push, &part), ZR_ERR_COPY);
     EXPECT_EQ(body.segCount, 0);
 }
 
@@ -239,7 +239,7 @@ TEST(RangePush, RefusesASegmentBeyondTheRoom)
         if (push == nullptr)
             continue;
         Push full(push, ZRT_CONS_GetZrtSegIntegerSize(type), 1, 1, ZRT_SEG_UNSIGNED, 0);
-        EXPECT_EQ(full.status, 22u) << type;
+        EXPECT_EQ(full.status, ZR_ERR_INVALID) << type;
         EXPECT_EQ(full.body.segCount, 0) << type;
     }
 }
@@ -251,7 +251,7 @@ TEST(RangePush, RefusesABodyOfAnotherWidth)
         if (push == nullptr)
             continue;
         uint32_t other = ZRT_CONS_GetZrtSegIntegerSize(type) == 4 ? 8 : 4;
-        EXPECT_EQ(Push(push, other, 1, 1, ZRT_SEG_UNSIGNED).status, 22u) << type;
+        EXPECT_EQ(Push(push, other, 1, 1, ZRT_SEG_UNSIGNED).status, ZR_ERR_INVALID) << type;
     }
 }
 

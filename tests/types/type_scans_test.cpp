@@ -72,7 +72,7 @@ TEST(BuiltInBaseType, IsTheNumberOfEveryName)
 
 TEST(BuiltInBaseType, OfNullIs20)
 {
-    EXPECT_EQ(ZR_TYPE_GetBuiltInBaseType(nullptr), 20u);
+    EXPECT_EQ(ZR_TYPE_GetBuiltInBaseType(nullptr), ZRT_TYPE_NONE);
 }
 
 TEST(Decimal64Fraction, IsReadFromTheStatementItself)
@@ -98,7 +98,7 @@ TEST(NameValueScan, ListsEnumsWithSignedValues)
     Leaf leaf("<type name=\"enumeration\"><enum name=\"a\"><value value=\"-5\"/></enum>"
               "<enum name=\"b\"/></type>");
     Seen seen;
-    EXPECT_EQ(ZR_TYPE_ScanNameValuePair(leaf.type(), SeeName, &seen), 0u);
+    EXPECT_EQ(ZR_TYPE_ScanNameValuePair(leaf.type(), SeeName, &seen), ZR_OK);
     EXPECT_EQ(seen.texts, (Texts{"a=-5 -", "b=0 -"}));
 }
 
@@ -107,7 +107,7 @@ TEST(NameValueScan, ListsBitsWithUnsignedPositionsAndNoDescription)
     Leaf leaf("<type name=\"bits\"><bit name=\"a\"><position value=\"4294967294\"/>"
               "<description><text>About a.</text></description></bit><bit name=\"b\"/></type>");
     Seen seen;
-    EXPECT_EQ(ZR_TYPE_ScanNameValuePair(leaf.type(), SeeName, &seen), 0u);
+    EXPECT_EQ(ZR_TYPE_ScanNameValuePair(leaf.type(), SeeName, &seen), ZR_OK);
     EXPECT_EQ(seen.texts, (Texts{"a=4294967294 -", "b=4294967295 -"}));
 }
 
@@ -119,7 +119,8 @@ TEST(NameValueScan, GivesDescriptionsOfEnumsWhenTheyAreKept)
                                 "</enum><enum name=\"b\"/></type></leaf>"),
               ZR_OK);
     Seen seen;
-    EXPECT_EQ(ZR_TYPE_ScanNameValuePair(ZR_NODE_GetRealType(ctx.Node("/m:v")), SeeName, &seen), 0u);
+    EXPECT_EQ(ZR_TYPE_ScanNameValuePair(ZR_NODE_GetRealType(ctx.Node("/m:v")), SeeName, &seen),
+              ZR_OK);
     EXPECT_EQ(seen.texts, (Texts{"a=0 About a.", "b=1 -"}));
 }
 
@@ -127,7 +128,7 @@ TEST(StartEndScan, ListsTheLengthBeforeTheRange)
 {
     Leaf leaf("<type name=\"int8\"><range value=\"-1..5\"/><length value=\"1..2|4\"/></type>");
     Seen seen;
-    EXPECT_EQ(ZR_TYPE_ScanStartEndPair(leaf.type(), SeeBounds, &seen), 0u);
+    EXPECT_EQ(ZR_TYPE_ScanStartEndPair(leaf.type(), SeeBounds, &seen), ZR_OK);
     EXPECT_EQ(seen.texts, (Texts{"1..2", "4..4", "18446744073709551615..5"}));
 }
 
@@ -136,7 +137,7 @@ TEST(StartEndScan, GivesDecimal64BoundsScaled)
     Leaf leaf("<type name=\"decimal64\"><fraction-digits value=\"2\"/>"
               "<range value=\"0.5..2\"/></type>");
     Seen seen;
-    EXPECT_EQ(ZR_TYPE_ScanStartEndPair(leaf.type(), SeeBounds, &seen), 0u);
+    EXPECT_EQ(ZR_TYPE_ScanStartEndPair(leaf.type(), SeeBounds, &seen), ZR_OK);
     EXPECT_EQ(seen.texts, Texts{"50..200"});
 }
 
@@ -145,7 +146,7 @@ TEST(StartEndScan, ReadsMinAndMaxOfADerivedTypeAsZero)
     Leaf leaf("<type name=\"t\"><range value=\"min..5|7..max\"/></type>",
               "<typedef name=\"t\"><type name=\"int8\"/></typedef>");
     Seen seen;
-    EXPECT_EQ(ZR_TYPE_ScanStartEndPair(leaf.type(), SeeBounds, &seen), 0u);
+    EXPECT_EQ(ZR_TYPE_ScanStartEndPair(leaf.type(), SeeBounds, &seen), ZR_OK);
     EXPECT_EQ(seen.texts, (Texts{"0..5", "7..0"}));
 }
 
@@ -153,7 +154,7 @@ TEST(UnionScan, ListsMembersInOrder)
 {
     Leaf leaf("<type name=\"union\"><type name=\"string\"/><type name=\"int8\"/></type>");
     Seen seen;
-    EXPECT_EQ(ZR_TYPE_ScanUnionSubType(leaf.type(), SeeMember, &seen), 0u);
+    EXPECT_EQ(ZR_TYPE_ScanUnionSubType(leaf.type(), SeeMember, &seen), ZR_OK);
     EXPECT_EQ(seen.texts, (Texts{"14", "9"}));
 }
 
@@ -161,7 +162,7 @@ TEST(BaseScan, ListsBasesInOrder)
 {
     Leaf leaf("<type name=\"identityref\"><base name=\"b\"/><base name=\"m:a\"/></type>");
     Seen seen;
-    EXPECT_EQ(ZR_TYPE_ScanIdentRefBase(leaf.type(), SeeBase, &seen), 0u);
+    EXPECT_EQ(ZR_TYPE_ScanIdentRefBase(leaf.type(), SeeBase, &seen), ZR_OK);
     EXPECT_EQ(seen.texts, (Texts{"m:b", "m:a"}));
 }
 
@@ -170,7 +171,7 @@ TEST(PatternScan, ListsPatternsInOrderWithTheirMark)
     Leaf leaf("<type name=\"string\"><pattern value=\"^a$\"/>"
               "<pattern value=\"b\"><modifier value=\"invert-match\"/></pattern></type>");
     Seen seen;
-    EXPECT_EQ(ZR_TYPE_ScanPatternInvertMatch(leaf.type(), SeePattern, &seen), 0u);
+    EXPECT_EQ(ZR_TYPE_ScanPatternInvertMatch(leaf.type(), SeePattern, &seen), ZR_OK);
     EXPECT_EQ(seen.texts, (Texts{"a 0", "b 1"}));
 }
 
@@ -181,7 +182,7 @@ TEST(PatternScan, ReducesTheMarkToOne)
     ZrtConsSlot slot = {ZRT_CONS_PATTERN, &body};
     ZrtRealType type = {ZRT_TYPE_STRING, 0, 1, &slot};
     Seen seen;
-    EXPECT_EQ(ZR_TYPE_ScanPatternInvertMatch(&type, SeePattern, &seen), 0u);
+    EXPECT_EQ(ZR_TYPE_ScanPatternInvertMatch(&type, SeePattern, &seen), ZR_OK);
     EXPECT_EQ(seen.texts, Texts{"a 1"});
 }
 
@@ -200,14 +201,14 @@ void ExpectScanRules(const ZrtRealType *type, Scan scan, Callback callback)
     EXPECT_EQ(scan(type, callback, &seen), 2u); // the callback's result ends the scan
     EXPECT_EQ(seen.texts.size(), 2u);
     seen = {};
-    EXPECT_EQ(scan(type, callback, &seen), 0u);
+    EXPECT_EQ(scan(type, callback, &seen), ZR_OK);
     EXPECT_EQ(seen.texts.size(), 3u);
     ZrtRealType plain = {ZRT_TYPE_STRING, 0, 0, nullptr};
     seen = {};
-    EXPECT_EQ(scan(&plain, callback, &seen), 0u); // a type without data of the kind
+    EXPECT_EQ(scan(&plain, callback, &seen), ZR_OK); // a type without data of the kind
     EXPECT_TRUE(seen.texts.empty());
-    EXPECT_EQ(scan(nullptr, callback, &seen), 22u);
-    EXPECT_EQ(scan(type, static_cast<Callback>(nullptr), &seen), 22u);
+    EXPECT_EQ(scan(nullptr, callback, &seen), ZR_ERR_INVALID);
+    EXPECT_EQ(scan(type, static_cast<Callback>(nullptr), &seen), ZR_ERR_INVALID);
     EXPECT_TRUE(seen.texts.empty());
 }
 
@@ -233,11 +234,11 @@ TEST(EveryScan, PassesOverASlotWithoutABody)
         ZrtConsSlot slot = {kind, nullptr};
         ZrtRealType type = {ZRT_TYPE_STRING, 0, 1, &slot};
         Seen seen;
-        EXPECT_EQ(ZR_TYPE_ScanNameValuePair(&type, SeeName, &seen), 0u);
-        EXPECT_EQ(ZR_TYPE_ScanStartEndPair(&type, SeeBounds, &seen), 0u);
-        EXPECT_EQ(ZR_TYPE_ScanUnionSubType(&type, SeeMember, &seen), 0u);
-        EXPECT_EQ(ZR_TYPE_ScanIdentRefBase(&type, SeeBase, &seen), 0u);
-        EXPECT_EQ(ZR_TYPE_ScanPatternInvertMatch(&type, SeePattern, &seen), 0u);
+        EXPECT_EQ(ZR_TYPE_ScanNameValuePair(&type, SeeName, &seen), ZR_OK);
+        EXPECT_EQ(ZR_TYPE_ScanStartEndPair(&type, SeeBounds, &seen), ZR_OK);
+        EXPECT_EQ(ZR_TYPE_ScanUnionSubType(&type, SeeMember, &seen), ZR_OK);
+        EXPECT_EQ(ZR_TYPE_ScanIdentRefBase(&type, SeeBase, &seen), ZR_OK);
+        EXPECT_EQ(ZR_TYPE_ScanPatternInvertMatch(&type, SeePattern, &seen), ZR_OK);
         EXPECT_TRUE(seen.texts.empty());
     }
 }

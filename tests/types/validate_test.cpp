@@ -34,8 +34,9 @@ TEST(Validate, OfNullArgumentsIs22)
 {
     ZrtRealType type = {ZRT_TYPE_STRING, 0, 0, nullptr};
     ZrtValidateCtx validation = {};
-    EXPECT_EQ(ZRT_TYPE_ValidateValueNodeAgainstRealType(nullptr, 1, "x", &validation), 22u);
-    EXPECT_EQ(ZRT_TYPE_ValidateValueNodeAgainstRealType(&type, 1, "x", nullptr), 22u);
+    EXPECT_EQ(ZRT_TYPE_ValidateValueNodeAgainstRealType(nullptr, 1, "x", &validation),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZRT_TYPE_ValidateValueNodeAgainstRealType(&type, 1, "x", nullptr), ZR_ERR_INVALID);
 }
 
 TEST(Validate, RestoresTheContextAfterSuccess)
@@ -188,8 +189,8 @@ TEST(ValidateNode, WithoutARealTypeIs22)
 {
     zrtest::TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", "<container name=\"c\"/>"), ZR_OK);
-    EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:c"), ZR_VALUE_STRING, "x"), 22u);
-    EXPECT_EQ(ZR_NODE_ValidateValue(nullptr, ZR_VALUE_STRING, "x"), 22u);
+    EXPECT_EQ(ZR_NODE_ValidateValue(ctx.Node("/m:c"), ZR_VALUE_STRING, "x"), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ValidateValue(nullptr, ZR_VALUE_STRING, "x"), ZR_ERR_INVALID);
     EXPECT_EQ(ZR_NODE_FindRealTypeMatchedValue(nullptr, ZR_VALUE_STRING, "x"), nullptr);
 }
 

@@ -18,7 +18,7 @@ public:
         EXPECT_NE(lex_, nullptr) << expression;
         EXPECT_EQ(ZR_XPATH_InitEvalCtx(&ctx_, tree.Root(),
                                        context != nullptr ? tree.Find(context) : tree.Top(), 64),
-                  0u);
+                  ZR_OK);
     }
     ~Evaluation()
     {

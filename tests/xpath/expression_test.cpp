@@ -22,7 +22,7 @@ protected:
 TEST_F(Expression, EndsAtTheEndOfTheTokens)
 {
     Evaluation eval(tree_, "1 = 1 or 2 < 1");
-    EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), 0u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), ZR_OK);
     EXPECT_EQ(eval.Cursor(), 7u);
     EXPECT_EQ(eval.Objects(), 1u);
     EXPECT_EQ(eval.Operators(), 0u);
@@ -33,7 +33,7 @@ TEST_F(Expression, StaysOnTheTokenThatClosesIt)
     for (const char *expression : {"1 = 1)", "1 = 1, 2"}) {
         Evaluation eval(tree_, expression);
         ZR_XPATH_PushExprTypeToStack(eval.Ctx(), ZR_XPATH_MARKER_CLASS, 0);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), 0u) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), ZR_OK) << expression;
         EXPECT_EQ(eval.Cursor(), 3u) << expression;
         EXPECT_EQ(eval.Operators(), 0u) << expression;
     }
@@ -43,7 +43,7 @@ TEST_F(Expression, RefusesACloseThatNothingOpened)
 {
     for (const char *expression : {")", ",", "1)", "1, 2", "(1))", "1 = 1)"}) {
         Evaluation eval(tree_, expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), 0x7102u) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), ZR_XPATH_ERR_PAREN) << expression;
     }
 }
 
@@ -51,7 +51,7 @@ TEST_F(Expression, RefusesItsEndInsideASubExpression)
 {
     for (const char *expression : {"(", "(1", "not(", "not(1", "not(1,", "((1)", "1 = (2"}) {
         Evaluation eval(tree_, expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), 0x7102u) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), ZR_XPATH_ERR_PAREN) << expression;
     }
 }
 
@@ -59,16 +59,16 @@ TEST_F(Expression, RefusesACommaInAPlainParenthesis)
 {
     for (const char *expression : {"(1, 2)", "((1), 2)", "not((1, 2))"}) {
         Evaluation eval(tree_, expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), 0x7102u) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), ZR_XPATH_ERR_PAREN) << expression;
     }
 }
 
 TEST_F(Expression, LeavesTheArgumentsOfACallInOrder)
 {
     Evaluation eval(tree_, "not(1, 'b', 0)");
-    EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), 0u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_EvalExpr), ZR_OK);
     EXPECT_EQ(eval.Objects(), 3u);
-    EXPECT_EQ(eval.Top()->kind, 0u);
+    EXPECT_EQ(eval.Top()->kind, ZR_XPATH_OBJ_BOOLEAN);
     EXPECT_EQ(eval.Top()->value.boolean, 1u);
 }
 
@@ -97,10 +97,10 @@ TEST_F(Expression, GivesTheSameWhetherParenthesesAreOpenedByItOrByAnOperand)
         Evaluation whole(tree_, expression);
         Evaluation operand(tree_, expression);
         uint32_t status = operand.Run(ZR_XPATH_EvalPathExpr);
-        if (status == 0 && operand.Cursor() < ZR_XPATH_GetTokenNumber(operand.Lex()))
+        if (status == ZR_OK && operand.Cursor() < ZR_XPATH_GetTokenNumber(operand.Lex()))
             status = operand.Run(ZR_XPATH_EvalExpr);
         EXPECT_EQ(whole.Run(ZR_XPATH_EvalExpr), status) << expression;
-        if (status == 0) {
+        if (status == ZR_OK) {
             EXPECT_EQ(whole.Objects(), operand.Objects()) << expression;
             EXPECT_EQ(whole.Cursor(), operand.Cursor()) << expression;
         }
@@ -111,18 +111,18 @@ TEST_F(Expression, StartsASubExpressionOnlyAtAParenthesisOrComma)
 {
     for (const char *expression : {"a", "1", ")", "/a", "[1]", "not(a)"}) {
         Evaluation eval(tree_, expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalSubExpr), 0x710Bu) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalSubExpr), ZR_XPATH_ERR_SUBEXPR_START) << expression;
         EXPECT_EQ(eval.Operators(), 0u);
     }
     Evaluation empty(tree_, "");
-    EXPECT_EQ(empty.Run(ZR_XPATH_EvalSubExpr), 0x710Bu);
+    EXPECT_EQ(empty.Run(ZR_XPATH_EvalSubExpr), ZR_XPATH_ERR_SUBEXPR_START);
 }
 
 TEST_F(Expression, EndsASubExpressionOnTheParenthesisOrComma)
 {
     for (const char *expression : {"(1)", "(1,", ",1)", ",1,"}) {
         Evaluation eval(tree_, expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalSubExpr), 0u) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalSubExpr), ZR_OK) << expression;
         EXPECT_EQ(eval.Cursor(), 2u) << expression;
         EXPECT_EQ(eval.Objects(), 1u) << expression;
         EXPECT_EQ(eval.Operators(), 0u) << expression;
@@ -136,7 +136,7 @@ TEST_F(Expression, RefusesASubExpressionWithoutItsEndAsAnOpenParenthesis)
     EXPECT_EQ(ZR_XPATH_ERR_SUBEXPR_END, 0x710Cu);
     for (const char *expression : {"(", "(1", ",", ",1 = 2"}) {
         Evaluation eval(tree_, expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalSubExpr), 0x7102u) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalSubExpr), ZR_XPATH_ERR_PAREN) << expression;
     }
 }
 
@@ -151,7 +151,7 @@ TEST_F(Expression, TakesPrimaryExpressionsAndPathsAsOperands)
          {Row{"'x'", 1, 1}, Row{"1", 3, 1}, Row{"(1)", 3, 3}, Row{"not(1)", 0, 4}, Row{"/", 2, 1},
           Row{"/r/a", 2, 4}, Row{".", 2, 1}, Row{"..", 2, 1}, Row{"a/b", 2, 3}, Row{"*", 2, 1}}) {
         Evaluation eval(tree_, row.expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalPathExpr), 0u) << row.expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalPathExpr), ZR_OK) << row.expression;
         EXPECT_EQ(eval.Top()->kind, row.kind) << row.expression;
         EXPECT_EQ(eval.Cursor(), row.cursor) << row.expression;
         EXPECT_EQ(eval.Objects(), 1u) << row.expression;
@@ -162,21 +162,21 @@ TEST_F(Expression, RefusesWhatStartsNoOperand)
 {
     for (const char *expression : {"[1]", "]", "@a", ")", ","}) {
         Evaluation eval(tree_, expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalPathExpr), 22u) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalPathExpr), ZR_ERR_INVALID) << expression;
     }
     Evaluation reserved(tree_, "a");
     reserved.Lex()->tokens[0].type = ZR_XPATH_TOKEN_RESERVED9;
-    EXPECT_EQ(reserved.Run(ZR_XPATH_EvalPathExpr), 0x7107u);
+    EXPECT_EQ(reserved.Run(ZR_XPATH_EvalPathExpr), ZR_XPATH_ERR_BAD_STEP);
 }
 
 TEST_F(Expression, RefusesAnUnexpectedTokenAsAPrimaryExpression)
 {
     for (const char *expression : {"a", ".", "..", "/", ")", "[", "]", "@", ",", "=", "+"}) {
         Evaluation eval(tree_, expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalPrimaryExpr), 0x7105u) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalPrimaryExpr), ZR_XPATH_ERR_BAD_PRIMARY) << expression;
     }
     Evaluation empty(tree_, "");
-    EXPECT_EQ(empty.Run(ZR_XPATH_EvalPrimaryExpr), 0x7105u);
+    EXPECT_EQ(empty.Run(ZR_XPATH_EvalPrimaryExpr), ZR_XPATH_ERR_BAD_PRIMARY);
 }
 
 TEST_F(Expression, PushesALiteralWithoutItsQuotes)
@@ -185,7 +185,7 @@ TEST_F(Expression, PushesALiteralWithoutItsQuotes)
         {"'abc'", "abc"}, {"\"it's\"", "it's"}, {"''", ""}, {"' a '", " a "}};
     for (const auto &[expression, text] : literals) {
         Evaluation eval(tree_, expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalLiteral), 0u) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalLiteral), ZR_OK) << expression;
         EXPECT_STREQ(eval.Top()->value.string, text);
         EXPECT_EQ(eval.Cursor(), 1u);
     }
@@ -197,13 +197,13 @@ TEST_F(Expression, PushesANumberAndNanForWhatIsNone)
                                                        {"7.", 7}, {"0", 0},       {"00012", 12}};
     for (const auto &[expression, value] : numbers) {
         Evaluation eval(tree_, expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalNumber), 0u) << expression;
-        EXPECT_EQ(eval.Top()->kind, 3u);
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalNumber), ZR_OK) << expression;
+        EXPECT_EQ(eval.Top()->kind, ZR_XPATH_OBJ_NUMBER);
         EXPECT_EQ(eval.Top()->value.number, value) << expression;
         EXPECT_EQ(eval.Cursor(), 1u);
     }
     Evaluation eval(tree_, ".5.3");
-    EXPECT_EQ(eval.Run(ZR_XPATH_EvalNumber), 0u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_EvalNumber), ZR_OK);
     EXPECT_TRUE(std::isnan(eval.Top()->value.number));
 }
 
@@ -213,9 +213,9 @@ TEST_F(Expression, RefusesACallOfAnUnknownFunction)
          {"count(a)", "current()", "Not(1)", "nott(1)", "p:not(1)", "derived-from-or-sel(1)",
           "derived-from-or-self1(1)", "a-function-of-21-charactersx(1)", "*(1)"}) {
         Evaluation call(tree_, expression);
-        EXPECT_EQ(call.Run(ZR_XPATH_EvalFunctionCall), 0x7108u) << expression;
+        EXPECT_EQ(call.Run(ZR_XPATH_EvalFunctionCall), ZR_XPATH_ERR_UNKNOWN_FUNCTION) << expression;
         Evaluation whole(tree_, expression);
-        EXPECT_EQ(whole.Run(ZR_XPATH_EvalExpr), 0x7108u) << expression;
+        EXPECT_EQ(whole.Run(ZR_XPATH_EvalExpr), ZR_XPATH_ERR_UNKNOWN_FUNCTION) << expression;
     }
 }
 
@@ -224,7 +224,7 @@ TEST_F(Expression, RefusesAFunctionNameWithoutItsParenthesis)
     for (auto run : {ZR_XPATH_EvalFunctionCall, ZR_XPATH_EvalExpr}) {
         Evaluation eval(tree_, "not");
         eval.Lex()->tokens[0].type = ZR_XPATH_TOKEN_FUNCNAME;
-        EXPECT_EQ(eval.Run(run), 0x7102u);
+        EXPECT_EQ(eval.Run(run), ZR_XPATH_ERR_PAREN);
     }
 }
 
@@ -237,16 +237,16 @@ TEST_F(Expression, PassesTheArgumentsOfACall)
     for (const Row &row : {Row{"()", 0}, Row{"(1)", 1}, Row{"(1, 'b')", 2}, Row{"(1,)", 1},
                            Row{"(,1)", 1}, Row{"(1 = 1, (2), a)", 3}}) {
         Evaluation eval(tree_, row.expression);
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalFunctionCallArguments), 0u) << row.expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalFunctionCallArguments), ZR_OK) << row.expression;
         EXPECT_EQ(eval.Objects(), row.objects) << row.expression;
         EXPECT_EQ(eval.Cursor(), ZR_XPATH_GetTokenNumber(eval.Lex())) << row.expression;
     }
     Evaluation open(tree_, "(1, 2");
-    EXPECT_EQ(open.Run(ZR_XPATH_EvalFunctionCallArguments), 0x7102u);
+    EXPECT_EQ(open.Run(ZR_XPATH_EvalFunctionCallArguments), ZR_XPATH_ERR_PAREN);
     Evaluation empty(tree_, "");
-    EXPECT_EQ(empty.Run(ZR_XPATH_EvalFunctionCallArguments), 0x7102u);
+    EXPECT_EQ(empty.Run(ZR_XPATH_EvalFunctionCallArguments), ZR_XPATH_ERR_PAREN);
     Evaluation other(tree_, "a");
-    EXPECT_EQ(other.Run(ZR_XPATH_EvalFunctionCallArguments), 0x710Bu);
+    EXPECT_EQ(other.Run(ZR_XPATH_EvalFunctionCallArguments), ZR_XPATH_ERR_SUBEXPR_START);
 }
 
 } // namespace

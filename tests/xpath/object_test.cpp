@@ -37,8 +37,8 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 std::string AsString(ZrXpathObject object)
 {
-    EXPECT_EQ(ZR_XPATH_FuncStringInner(&object), 0u);
-    EXPECT_EQ(object.kind, 1u);
+    EXPECT_EQ(ZR_XPATH_FuncStringInner(&object), ZR_OK);
+    EXPECT_EQ(object.kind, ZR_XPATH_OBJ_STRING);
     std::string text = object.value.string;
     zr::Free(object.value.string);
     return text;
@@ -46,15 +46,15 @@ std::string AsString(ZrXpathObject object)
 
 double AsNumber(ZrXpathObject object)
 {
-    EXPECT_EQ(ZR_XPATH_FuncNumberInner(&object), 0u);
-    EXPECT_EQ(object.kind, 3u);
+    EXPECT_EQ(ZR_XPATH_FuncNumberInner(&object), ZR_OK);
+    EXPECT_EQ(object.kind, ZR_XPATH_OBJ_NUMBER);
     return object.value.number;
 }
 
 uint32_t AsBoolean(ZrXpathObject object)
 {
-    EXPECT_EQ(ZR_XPATH_FuncBooleanInner(&object), 0u);
-    EXPECT_EQ(object.kind, 0u);
+    EXPECT_EQ(ZR_XPATH_FuncBooleanInner(&object), ZR_OK);
+    EXPECT_EQ(object.kind, ZR_XPATH_OBJ_BOOLEAN);
     return object.value.boolean;
 }
 
@@ -88,7 +88,7 @@ TEST(ToString, LeavesAStringAsItIs)
 {
     ZrXpathObject object = String("x");
     char *text = object.value.string;
-    EXPECT_EQ(ZR_XPATH_FuncStringInner(&object), 0u);
+    EXPECT_EQ(ZR_XPATH_FuncStringInner(&object), ZR_OK);
     EXPECT_EQ(object.value.string, text);
     zr::Free(text);
 }
@@ -121,8 +121,8 @@ TEST(ToString, TakesNoSchemaNodeFromWhatIsNoElement)
 TEST(ToString, ChangesNothingButTheKindOfANumber)
 {
     ZrXpathObject object = Number(1.5);
-    EXPECT_EQ(ZR_XPATH_FuncStringInner(&object), 0u);
-    EXPECT_EQ(object.kind, 1u);
+    EXPECT_EQ(ZR_XPATH_FuncStringInner(&object), ZR_OK);
+    EXPECT_EQ(object.kind, ZR_XPATH_OBJ_STRING);
     EXPECT_EQ(object.value.number, 1.5);
 }
 
@@ -134,7 +134,7 @@ TEST(ToString, LeavesTheObjectAloneWhenMemoryRunsOut)
         zrtest::AllocGuard guard;
         guard.FailAt(0, true);
         uint32_t kind = object.kind;
-        EXPECT_EQ(ZR_XPATH_FuncStringInner(&object), 12u);
+        EXPECT_EQ(ZR_XPATH_FuncStringInner(&object), ZR_ERR_NO_MEMORY);
         EXPECT_EQ(object.kind, kind);
         EXPECT_EQ(guard.LiveBlocks(), 0);
     }
@@ -217,8 +217,8 @@ TEST(Conversions, RefuseNullAndUnknownKinds)
     ZrXpathObject object{4, {}};
     for (auto convert :
          {ZR_XPATH_FuncStringInner, ZR_XPATH_FuncNumberInner, ZR_XPATH_FuncBooleanInner}) {
-        EXPECT_EQ(convert(nullptr), 22u);
-        EXPECT_EQ(convert(&object), 22u);
+        EXPECT_EQ(convert(nullptr), ZR_ERR_INVALID);
+        EXPECT_EQ(convert(&object), ZR_ERR_INVALID);
     }
 }
 

@@ -24,7 +24,7 @@ TEST(OperationType, IsReadFromTheOperatorsToken)
     for (const auto &[expression, operation] : operators) {
         ZrXpathLex *lex = ZR_XPATH_ExprTokenize(expression);
         EXPECT_EQ(ZR_XPATH_GetTokenOperationType(lex, 1), operation) << expression;
-        EXPECT_EQ(ZR_XPATH_GetTokenOperationType(lex, 3), 8u) << expression;
+        EXPECT_EQ(ZR_XPATH_GetTokenOperationType(lex, 3), ZR_XPATH_OP_NONE) << expression;
         ZR_XPATH_FreeXpathLex(lex);
     }
 }
@@ -79,9 +79,9 @@ protected:
                    uint32_t operation)
     {
         uint32_t before = eval_.Objects();
-        EXPECT_EQ(Run(function, left, right, operation), 0u);
+        EXPECT_EQ(Run(function, left, right, operation), ZR_OK);
         EXPECT_EQ(eval_.Objects(), before + 1);
-        EXPECT_EQ(eval_.Top()->kind, 0u);
+        EXPECT_EQ(eval_.Top()->kind, ZR_XPATH_OBJ_BOOLEAN);
         uint32_t value = eval_.Top()->value.boolean;
         ZR_XPATH_FreeObject(static_cast<ZrXpathObject *>(PAL_Pop(eval_.Ctx()->objects)));
         return value;
@@ -116,14 +116,14 @@ TEST_F(Operators, OrAndAndConvertBothOperandsToBooleans)
 TEST_F(Operators, LogicRefusesOtherOperations)
 {
     for (uint32_t operation = 2; operation <= 8; ++operation)
-        EXPECT_EQ(Run(ZR_XPATH_EvalLogicExpr, Bool(true), Bool(true), operation), 22u);
+        EXPECT_EQ(Run(ZR_XPATH_EvalLogicExpr, Bool(true), Bool(true), operation), ZR_ERR_INVALID);
     EXPECT_EQ(eval_.Objects(), 0u);
 }
 
 TEST_F(Operators, CompareRefusesOtherOperations)
 {
     for (uint32_t operation : {0u, 1u, 8u, 9u})
-        EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Num(1), Num(1), operation), 22u);
+        EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Num(1), Num(1), operation), ZR_ERR_INVALID);
     EXPECT_EQ(eval_.Objects(), 0u);
 }
 
@@ -205,12 +205,12 @@ TEST_F(Operators, RefuseAnObjectOfAnUnknownKindOnEitherSide)
 {
     ZrXpathObject unknown = {ZR_XPATH_OBJ_KIND_COUNT, {.number = 1}};
     for (uint32_t operation : {0u, 1u}) {
-        EXPECT_EQ(Run(ZR_XPATH_EvalLogicExpr, unknown, Bool(true), operation), 22u);
-        EXPECT_EQ(Run(ZR_XPATH_EvalLogicExpr, Bool(true), unknown, operation), 22u);
+        EXPECT_EQ(Run(ZR_XPATH_EvalLogicExpr, unknown, Bool(true), operation), ZR_ERR_INVALID);
+        EXPECT_EQ(Run(ZR_XPATH_EvalLogicExpr, Bool(true), unknown, operation), ZR_ERR_INVALID);
     }
     for (uint32_t operation = 2; operation <= 7; ++operation) {
-        EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, unknown, Num(1), operation), 22u);
-        EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Num(1), unknown, operation), 22u);
+        EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, unknown, Num(1), operation), ZR_ERR_INVALID);
+        EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Num(1), unknown, operation), ZR_ERR_INVALID);
     }
     EXPECT_EQ(eval_.Objects(), 0u);
 }
@@ -219,10 +219,10 @@ TEST_F(Operators, FailWithoutMemory)
 {
     zrtest::AllocGuard guard;
     guard.FailAt(0, true);
-    EXPECT_EQ(Run(ZR_XPATH_EvalLogicExpr, Num(1), Num(1), 0), 12u);
-    EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Num(1), Num(1), 2), 12u);
-    EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Node("a"), Num(1), 4), 12u);
-    EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Num(1), Node("a"), 4), 12u);
+    EXPECT_EQ(Run(ZR_XPATH_EvalLogicExpr, Num(1), Num(1), 0), ZR_ERR_NO_MEMORY);
+    EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Num(1), Num(1), 2), ZR_ERR_NO_MEMORY);
+    EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Node("a"), Num(1), 4), ZR_ERR_NO_MEMORY);
+    EXPECT_EQ(Run(ZR_XPATH_EvalCompareExpr, Num(1), Node("a"), 4), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(eval_.Objects(), 0u);
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }

@@ -178,7 +178,7 @@ Split SplitOf(const std::string &path, uint32_t size = 65)
     char *tail = nullptr;
     Split split;
     split.status = ZR_XPATH_SplitTargetNodeXpath(text.get(), buffer.get(), size, &head, &tail);
-    if (split.status == 0)
+    if (split.status == ZR_OK)
         split.module = buffer.get();
     split.head = head != nullptr ? head : "null";
     split.tail = tail != nullptr ? tail : "null";
@@ -190,7 +190,7 @@ Split SplitOf(const std::string &path, uint32_t size = 65)
 void ExpectSplit(const std::string &path, const char *module, const char *head, const char *tail)
 {
     Split split = SplitOf(path);
-    EXPECT_EQ(split.status, 0u) << path;
+    EXPECT_EQ(split.status, ZR_OK) << path;
     EXPECT_EQ(split.module, module) << path;
     EXPECT_EQ(split.head, head) << path;
     EXPECT_EQ(split.tail, tail) << path;
@@ -223,7 +223,7 @@ TEST(SplitTargetNodeXpath, RefusesMalformedPathsWithoutReadingBeforeThem)
           "/:a",   "m:", "/m:", "/m:a/", "/m:a//b", "/m:a/b[c]", "/m:a b", "a:b:c",  "/a:b:c",
           "/m::a", "::", "//",  "-",     "/m:a/b:", "x:y/z",     "[m:a",   "/m:a/ b"}) {
         Split split = SplitOf(path);
-        EXPECT_EQ(split.status, 22u) << path;
+        EXPECT_EQ(split.status, ZR_ERR_INVALID) << path;
         EXPECT_EQ(split.head, "null") << path;
         EXPECT_EQ(split.tail, "null") << path;
     }
@@ -234,19 +234,19 @@ TEST(SplitTargetNodeXpath, RefusesNull)
     char module[65];
     char *head = nullptr;
     char *tail = nullptr;
-    EXPECT_EQ(ZR_XPATH_SplitTargetNodeXpath(nullptr, module, 65, &head, &tail), 22u);
-    EXPECT_EQ(ZR_XPATH_SplitTargetNodeXpath("/m:a", nullptr, 65, &head, &tail), 22u);
+    EXPECT_EQ(ZR_XPATH_SplitTargetNodeXpath(nullptr, module, 65, &head, &tail), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_XPATH_SplitTargetNodeXpath("/m:a", nullptr, 65, &head, &tail), ZR_ERR_INVALID);
     EXPECT_EQ(head, nullptr);
     EXPECT_EQ(tail, nullptr);
 }
 
 TEST(SplitTargetNodeXpath, RefusesAModuleNameThatDoesNotFit)
 {
-    EXPECT_EQ(SplitOf("/abcd:x", 5).status, 0u);
-    EXPECT_EQ(SplitOf("/abcd:x", 4).status, 22u);
-    EXPECT_EQ(SplitOf("/m:x", 0).status, 22u);
-    EXPECT_EQ(SplitOf("/" + std::string(64, 'm') + ":x").status, 0u);
-    EXPECT_EQ(SplitOf("/" + std::string(65, 'm') + ":x").status, 22u);
+    EXPECT_EQ(SplitOf("/abcd:x", 5).status, ZR_OK);
+    EXPECT_EQ(SplitOf("/abcd:x", 4).status, ZR_ERR_INVALID);
+    EXPECT_EQ(SplitOf("/m:x", 0).status, ZR_ERR_INVALID);
+    EXPECT_EQ(SplitOf("/" + std::string(64, 'm') + ":x").status, ZR_OK);
+    EXPECT_EQ(SplitOf("/" + std::string(65, 'm') + ":x").status, ZR_ERR_INVALID);
 }
 
 TEST(SplitTargetNodeXpath, GivesTheModuleNameAloneWhenAnOutArgumentIsNull)
@@ -254,10 +254,10 @@ TEST(SplitTargetNodeXpath, GivesTheModuleNameAloneWhenAnOutArgumentIsNull)
     zrtest::AllocGuard guard;
     char module[65];
     char *text = nullptr;
-    EXPECT_EQ(ZR_XPATH_SplitTargetNodeXpath("/m:a/n:b", module, 65, nullptr, nullptr), 0u);
+    EXPECT_EQ(ZR_XPATH_SplitTargetNodeXpath("/m:a/n:b", module, 65, nullptr, nullptr), ZR_OK);
     EXPECT_STREQ(module, "n");
-    EXPECT_EQ(ZR_XPATH_SplitTargetNodeXpath("/m:a/n:b", module, 65, &text, nullptr), 0u);
-    EXPECT_EQ(ZR_XPATH_SplitTargetNodeXpath("/m:a/n:b", module, 65, nullptr, &text), 0u);
+    EXPECT_EQ(ZR_XPATH_SplitTargetNodeXpath("/m:a/n:b", module, 65, &text, nullptr), ZR_OK);
+    EXPECT_EQ(ZR_XPATH_SplitTargetNodeXpath("/m:a/n:b", module, 65, nullptr, &text), ZR_OK);
     EXPECT_EQ(text, nullptr);
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
@@ -273,12 +273,12 @@ TEST(SplitTargetNodeXpath, FreesWhatItMadeWhenMemoryRunsOut)
         uint32_t status = ZR_XPATH_SplitTargetNodeXpath("/m:a/n:b", module, 65, &head, &tail);
         if (guard.Count() <= n) {
             EXPECT_EQ(n, 2u);
-            EXPECT_EQ(status, 0u);
+            EXPECT_EQ(status, ZR_OK);
             zr::Free(head);
             zr::Free(tail);
             break;
         }
-        EXPECT_EQ(status, 22u) << n;
+        EXPECT_EQ(status, ZR_ERR_INVALID) << n;
         EXPECT_EQ(head, nullptr) << n;
         EXPECT_EQ(tail, nullptr) << n;
         EXPECT_EQ(guard.LiveBlocks(), 0) << n;

@@ -60,16 +60,18 @@ public:
     {
         auto tokens = Tokenize(text);
         if (!tokens)
-            return 0x7101;
+            return ZR_XPATH_ERR_TOKENIZE;
         tokens_ = *tokens;
         uint32_t status = Sequence(-1);
-        if (status != 0)
+        if (status != ZR_OK)
             return status;
         if (at_ < tokens_.size())
-            return 0x7102; // ")" or "," that nothing opened
+            return ZR_XPATH_ERR_PAREN; // ")" or "," that nothing opened
         if (values_.size() != 1)
-            return 22;
-        return Boolean(values_[0]) ? 0 : 0x7100;
+            return ZR_ERR_INVALID;
+        if (!Boolean(values_[0]))
+            return ZR_XPATH_RESULT_FALSE;
+        return ZR_OK;
     }
 
     // Whether XPath 1.0 gives the same answer: false once a rule was used that departs from it.
@@ -85,18 +87,18 @@ private:
                 std::string op = tokens_[at_].text;
                 int binding = Binding(op);
                 if (binding <= level)
-                    return 0;
+                    return ZR_OK;
                 ++at_;
                 status = Sequence(binding);
-                if (status == 0)
+                if (status == ZR_OK)
                     status = Apply(op);
             } else {
                 status = Operand();
             }
-            if (status != 0)
+            if (status != ZR_OK)
                 return status;
         }
-        return 0;
+        return ZR_OK;
     }
 
     static int Binding(const std::string &op)
@@ -121,16 +123,16 @@ private:
         case Token::kLiteral:
             ++at_;
             Push({.kind = Value::kString, .string = token.text.substr(1, token.text.size() - 2)});
-            return 0;
+            return ZR_OK;
         case Token::kNumber:
             ++at_;
             Push({.kind = Value::kNumber, .number = NumberOf(token.text)});
-            return 0;
+            return ZR_OK;
         case Token::kFunction:
             return Call(token.text);
         case Token::kPath:
             if (token.text == "//")
-                return 0x7106;
+                return ZR_XPATH_ERR_ROOT_STEP;
             ++at_;
             return StartsStep() ? Path(root_) : PushNode(root_);
         default:
@@ -139,12 +141,12 @@ private:
         if (Is("(")) {
             ++at_;
             uint32_t status = Sequence(-1);
-            if (status != 0)
+            if (status != ZR_OK)
                 return status;
             if (!Is(")"))
-                return 0x7102;
+                return ZR_XPATH_ERR_PAREN;
             ++at_;
-            return 0;
+            return ZR_OK;
         }
         return StartsStep() ? Path(context_) : 22;
     }
@@ -153,17 +155,17 @@ private:
     {
         bool isNot = name == "not";
         if (!isNot && name != "derived-from" && name != "derived-from-or-self")
-            return 0x7108;
+            return ZR_XPATH_ERR_UNKNOWN_FUNCTION;
         ++at_; // on "("
         size_t before = values_.size();
         do {
             ++at_;
             uint32_t status = Sequence(-1);
-            if (status != 0)
+            if (status != ZR_OK)
                 return status;
         } while (Is(","));
         if (!Is(")"))
-            return 0x7102;
+            return ZR_XPATH_ERR_PAREN;
         ++at_;
         agrees_ = agrees_ && values_.size() == before + 1;
         return isNot ? Not() : DerivedFrom();
@@ -172,24 +174,26 @@ private:
     uint32_t Not()
     {
         if (values_.empty())
-            return 22;
+            return ZR_ERR_INVALID;
         bool value = Boolean(values_.back());
         values_.pop_back();
         Push({.kind = Value::kBoolean, .boolean = !value});
-        return 0;
+        return ZR_OK;
     }
 
     // The reference's trees have no identityrefs: only the faults are told apart.
     uint32_t DerivedFrom()
     {
         if (values_.empty() || values_.back().kind != Value::kString)
-            return 0x7109;
+            return ZR_XPATH_ERR_BAD_ARGUMENT;
         std::string name = values_.back().string;
         values_.pop_back();
         if (values_.empty() || values_.back().kind != Value::kNode ||
             values_.back().node == nullptr || name.empty())
-            return 0x7109;
-        return values_.back().node->hasSchema ? 22 : 0x710A;
+            return ZR_XPATH_ERR_BAD_ARGUMENT;
+        if (!values_.back().node->hasSchema)
+            return ZR_XPATH_ERR_NO_SCHEMA;
+        return ZR_ERR_INVALID;
     }
 
     bool StartsStep() const
@@ -212,7 +216,7 @@ private:
                 agrees_ = agrees_ && name != "*";
                 if (node != nullptr) {
                     if (name.empty() || name.size() > 64 || prefix.size() > 64)
-                        return 22;
+                        return ZR_ERR_INVALID;
                     node = Child(node, name);
                 }
                 if (Is("[")) {
@@ -220,7 +224,7 @@ private:
                     while (at_ < tokens_.size() && !Is("]"))
                         ++at_;
                     if (at_ == tokens_.size())
-                        return 0x710D;
+                        return ZR_XPATH_ERR_PREDICATE;
                     ++at_;
                 }
             }
@@ -245,14 +249,14 @@ private:
     uint32_t Apply(const std::string &op)
     {
         if (values_.size() < 2)
-            return 22;
+            return ZR_ERR_INVALID;
         Value right = values_.back();
         values_.pop_back();
         Value left = values_.back();
         values_.pop_back();
         int binding = Binding(op);
         if (binding > 3)
-            return 0x7103;
+            return ZR_XPATH_ERR_UNSUPPORTED_OPERATOR;
         bool result;
         if (op == "or")
             result = Boolean(left) || Boolean(right);
@@ -263,7 +267,7 @@ private:
         else
             result = Related(op, left, right);
         Push({.kind = Value::kBoolean, .boolean = result});
-        return 0;
+        return ZR_OK;
     }
 
     bool Related(const std::string &op, const Value &left, const Value &right)
@@ -342,7 +346,7 @@ private:
     uint32_t PushNode(const Node *node)
     {
         Push({.kind = Value::kNode, .node = node});
-        return 0;
+        return ZR_OK;
     }
 
     const Node *root_;

@@ -53,7 +53,7 @@ TEST(SymbolTable, HoldsItsRowsInTheOrderOfTheSearch)
         EXPECT_EQ(zr::kXpathSymbols[i].token.start, 0u) << rows[i].text;
         Scan scan(rows[i].text);
         EXPECT_EQ(ZR_XPATH_GetTgtTokenFromSymbolTbl(&scan.Lex(), 0), i) << rows[i].text;
-        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithOtherCh), 0u);
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithOtherCh), ZR_OK);
         EXPECT_EQ(scan.Type(), rows[i].type);
         EXPECT_EQ(scan.Length(), rows[i].length);
     }
@@ -80,8 +80,8 @@ TEST(NumberScanner, StopsAtTheFirstCharacterThatIsNoDigitOrDot)
         {"1", 1}, {"12a", 2}, {"1.", 2}, {"1.5)", 3}, {".5.3", 4}, {"1 2", 1}, {"1e5", 1}};
     for (const auto &[text, length] : numbers) {
         Scan scan(text);
-        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithDigit), 0u) << text;
-        EXPECT_EQ(scan.Type(), 12u) << text;
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithDigit), ZR_OK) << text;
+        EXPECT_EQ(scan.Type(), ZR_XPATH_TOKEN_NUMBER) << text;
         EXPECT_EQ(scan.Length(), length) << text;
     }
 }
@@ -90,8 +90,8 @@ TEST(NumberScanner, FailsAtASecondDot)
 {
     for (const char *text : {"1.2.3", "1..", ".5.3.1"}) {
         Scan scan(text);
-        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithDigit), 22u) << text;
-        EXPECT_EQ(scan.Type(), 21u) << text;
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithDigit), ZR_ERR_INVALID) << text;
+        EXPECT_EQ(scan.Type(), ZR_XPATH_TOKEN_NONE) << text;
     }
 }
 
@@ -102,8 +102,8 @@ TEST(NameScanner, ReadsNamesWithAndWithoutAPrefix)
         {"a:/b", 2}, {"a::b", 2},      {"p:1-x", 5}, {"p:a:b", 3}, {"p:**", 3}};
     for (const auto &[text, length] : names) {
         Scan scan(text);
-        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithNameStart), 0u) << text;
-        EXPECT_EQ(scan.Type(), 8u) << text;
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithNameStart), ZR_OK) << text;
+        EXPECT_EQ(scan.Type(), ZR_XPATH_TOKEN_NAME) << text;
         EXPECT_EQ(scan.Length(), length) << text;
     }
 }
@@ -111,11 +111,11 @@ TEST(NameScanner, ReadsNamesWithAndWithoutAPrefix)
 TEST(NameScanner, ReadsAnOperatorAfterAnOperand)
 {
     Scan scan("and", ZR_XPATH_TOKEN_NAME);
-    EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithNameStart), 0u);
-    EXPECT_EQ(scan.Type(), 19u);
+    EXPECT_EQ(scan.Run(ZR_XPATH_GetTokenStartWithNameStart), ZR_OK);
+    EXPECT_EQ(scan.Type(), ZR_XPATH_TOKEN_AND);
     Scan name("and", ZR_XPATH_TOKEN_PATHOP);
-    EXPECT_EQ(name.Run(ZR_XPATH_GetTokenStartWithNameStart), 0u);
-    EXPECT_EQ(name.Type(), 8u);
+    EXPECT_EQ(name.Run(ZR_XPATH_GetTokenStartWithNameStart), ZR_OK);
+    EXPECT_EQ(name.Type(), ZR_XPATH_TOKEN_NAME);
 }
 
 TEST(OperatorNames, AreComparedByTheirLength)
@@ -129,28 +129,28 @@ TEST(OperatorNames, AreComparedByTheirLength)
          {Row{"and", 19, 3}, Row{"or", 20, 2}, Row{"div", 15, 3}, Row{"mod", 15, 3},
           Row{"andx", 19, 3}, Row{"orange", 20, 2}, Row{"divide", 15, 3}, Row{"model", 15, 3}}) {
         Scan scan(row.text);
-        EXPECT_EQ(scan.Run(ZR_XPATH_GetOperatorType), 0u) << row.text;
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetOperatorType), ZR_OK) << row.text;
         EXPECT_EQ(scan.Type(), row.type) << row.text;
         EXPECT_EQ(scan.Length(), row.length) << row.text;
     }
     for (const char *text : {"an", "o", "di", "mo", "AND", "xor", ""}) {
         Scan scan(text);
-        EXPECT_EQ(scan.Run(ZR_XPATH_GetOperatorType), 22u) << text;
-        EXPECT_EQ(scan.Type(), 21u) << text;
+        EXPECT_EQ(scan.Run(ZR_XPATH_GetOperatorType), ZR_ERR_INVALID) << text;
+        EXPECT_EQ(scan.Type(), ZR_XPATH_TOKEN_NONE) << text;
     }
 }
 
 TEST(SpecialSymbols, RetypeTheNameBeforeAParenthesis)
 {
     Scan name("(", ZR_XPATH_TOKEN_NAME);
-    EXPECT_EQ(name.Run(ZR_XPATH_ParseSpecialSymbol), 0u);
-    EXPECT_EQ(name.Type(), 0u);
-    EXPECT_EQ(name.Lex().tokens[0].type, 10u);
+    EXPECT_EQ(name.Run(ZR_XPATH_ParseSpecialSymbol), ZR_OK);
+    EXPECT_EQ(name.Type(), ZR_XPATH_TOKEN_LPAREN);
+    EXPECT_EQ(name.Lex().tokens[0].type, ZR_XPATH_TOKEN_FUNCNAME);
     Scan number("(", ZR_XPATH_TOKEN_NUMBER);
-    EXPECT_EQ(number.Run(ZR_XPATH_ParseSpecialSymbol), 0u);
-    EXPECT_EQ(number.Lex().tokens[0].type, 12u);
+    EXPECT_EQ(number.Run(ZR_XPATH_ParseSpecialSymbol), ZR_OK);
+    EXPECT_EQ(number.Lex().tokens[0].type, ZR_XPATH_TOKEN_NUMBER);
     Scan first("(");
-    EXPECT_EQ(first.Run(ZR_XPATH_ParseSpecialSymbol), 0u);
+    EXPECT_EQ(first.Run(ZR_XPATH_ParseSpecialSymbol), ZR_OK);
     EXPECT_EQ(first.Length(), 1u);
 }
 
@@ -166,7 +166,7 @@ TEST(SpecialSymbols, ReadStarsDotsAndQuotes)
                            Row{".", 21, 4, 1}, Row{".5", 21, 12, 2}, Row{".a", 21, 4, 1},
                            Row{"'a'b", 21, 11, 3}, Row{"\"\"", 8, 11, 2}}) {
         Scan scan(row.text, row.previous);
-        EXPECT_EQ(scan.Run(ZR_XPATH_ParseSpecialSymbol), 0u) << row.text;
+        EXPECT_EQ(scan.Run(ZR_XPATH_ParseSpecialSymbol), ZR_OK) << row.text;
         EXPECT_EQ(scan.Type(), row.type) << row.text;
         EXPECT_EQ(scan.Length(), row.length) << row.text;
     }
@@ -179,28 +179,28 @@ TEST(SpecialSymbols, FailOnEverythingElse)
         if (std::string("(*.").find(text) != std::string::npos)
             continue;
         Scan scan(text.c_str());
-        EXPECT_EQ(scan.Run(ZR_XPATH_ParseSpecialSymbol), 22u) << ch;
-        EXPECT_EQ(scan.Type(), 21u) << ch;
+        EXPECT_EQ(scan.Run(ZR_XPATH_ParseSpecialSymbol), ZR_ERR_INVALID) << ch;
+        EXPECT_EQ(scan.Type(), ZR_XPATH_TOKEN_NONE) << ch;
     }
 }
 
 TEST(LiteralScanner, EndsAtTheSameQuote)
 {
     Scan literal("'a\"b' c'");
-    EXPECT_EQ(literal.Run(ZR_XPATH_ParseLiteralToken), 0u);
-    EXPECT_EQ(literal.Type(), 11u);
+    EXPECT_EQ(literal.Run(ZR_XPATH_ParseLiteralToken), ZR_OK);
+    EXPECT_EQ(literal.Type(), ZR_XPATH_TOKEN_LITERAL);
     EXPECT_EQ(literal.Length(), 5u);
     Scan open("'abc\"");
-    EXPECT_EQ(open.Run(ZR_XPATH_ParseLiteralToken), 22u);
-    EXPECT_EQ(open.Type(), 21u);
+    EXPECT_EQ(open.Run(ZR_XPATH_ParseLiteralToken), ZR_ERR_INVALID);
+    EXPECT_EQ(open.Type(), ZR_XPATH_TOKEN_NONE);
 }
 
 TEST(Dispatcher, StoresTheTokenAtTheCursor)
 {
     Scan scan("  abc");
-    EXPECT_EQ(scan.Run(ZR_XPATH_ParseCurTokenFromExpr, 2), 0u);
+    EXPECT_EQ(scan.Run(ZR_XPATH_ParseCurTokenFromExpr, 2), ZR_OK);
     ASSERT_EQ(scan.Lex().count, 1u);
-    EXPECT_EQ(scan.Lex().tokens[0].type, 8u);
+    EXPECT_EQ(scan.Lex().tokens[0].type, ZR_XPATH_TOKEN_NAME);
     EXPECT_EQ(scan.Lex().tokens[0].length, 3u);
     EXPECT_EQ(scan.Lex().tokens[0].start, 2u);
 }
@@ -209,22 +209,22 @@ TEST(Dispatcher, StoresTheTokenAtTheCursor)
 uint32_t AppendTo(uint32_t count)
 {
     ZrXpathLex *lex = ZR_XPATH_ExprTokenize("");
-    EXPECT_EQ(zr::ExpandArray(&lex->tokens, lex->capacity, count - lex->capacity), 0u);
+    EXPECT_EQ(zr::ExpandArray(&lex->tokens, lex->capacity, count - lex->capacity), ZR_OK);
     lex->count = lex->capacity = count;
     lex->expression = "a";
     ZrXpathToken token;
     uint32_t status = ZR_XPATH_ParseCurTokenFromExpr(lex, 0, &token);
-    EXPECT_EQ(lex->count, status == 0 ? count + 1 : count);
-    EXPECT_EQ(lex->capacity, status == 0 ? count + 10 : count);
+    EXPECT_EQ(lex->count, status == ZR_OK ? count + 1 : count);
+    EXPECT_EQ(lex->capacity, status == ZR_OK ? count + 10 : count);
     ZR_XPATH_FreeXpathLex(lex);
     return status;
 }
 
 TEST(Dispatcher, GrowsTheListByTenAndNotBeyondWhatTheGrowthCanCount)
 {
-    EXPECT_EQ(AppendTo(10), 0u);
-    EXPECT_EQ(AppendTo(65530), 0u);
-    EXPECT_EQ(AppendTo(65540), 22u);
+    EXPECT_EQ(AppendTo(10), ZR_OK);
+    EXPECT_EQ(AppendTo(65530), ZR_OK);
+    EXPECT_EQ(AppendTo(65540), ZR_ERR_INVALID);
 }
 
 TEST(Dispatcher, GivesTheStatusOfAFailedGrowth)
@@ -234,7 +234,7 @@ TEST(Dispatcher, GivesTheStatusOfAFailedGrowth)
     zrtest::AllocGuard guard;
     guard.FailAt(0);
     ZrXpathToken token;
-    EXPECT_EQ(ZR_XPATH_ParseCurTokenFromExpr(lex, 0, &token), 12u);
+    EXPECT_EQ(ZR_XPATH_ParseCurTokenFromExpr(lex, 0, &token), ZR_ERR_NO_MEMORY);
     EXPECT_EQ(lex->count, 10u);
     EXPECT_EQ(lex->capacity, 10u);
     guard.FailNone();
@@ -244,7 +244,7 @@ TEST(Dispatcher, GivesTheStatusOfAFailedGrowth)
 TEST(Dispatcher, StoresNothingWhenTheScanFails)
 {
     Scan scan("$");
-    EXPECT_EQ(scan.Run(ZR_XPATH_ParseCurTokenFromExpr), 22u);
+    EXPECT_EQ(scan.Run(ZR_XPATH_ParseCurTokenFromExpr), ZR_ERR_INVALID);
     EXPECT_EQ(scan.Lex().count, 0u);
 }
 

@@ -15,10 +15,10 @@ using zrtest::Evaluation;
 std::string PathTo(const DataTree &tree, const char *path, const char *context = nullptr)
 {
     Evaluation eval(tree, path, context);
-    EXPECT_EQ(ZR_XPATH_PushNodeToObjStack(eval.Ctx(), nullptr), 0u);
+    EXPECT_EQ(ZR_XPATH_PushNodeToObjStack(eval.Ctx(), nullptr), ZR_OK);
     uint32_t status = eval.Run(path[0] == '/' ? ZR_XPATH_EvalAbsoluteLocationPath
                                               : ZR_XPATH_EvalRelativeLocationPath);
-    if (status != 0)
+    if (status != ZR_OK)
         return "status " + std::to_string(status);
     EXPECT_EQ(eval.Cursor(), ZR_XPATH_GetTokenNumber(eval.Lex())) << path;
     const xmlNode *node = ZR_XPATH_GetStackTopObjNode(eval.Ctx());
@@ -55,9 +55,9 @@ TEST(AbsolutePath, NeedsANodeObjectOnTop)
 {
     DataTree tree(kXml);
     Evaluation eval(tree, "/r");
-    EXPECT_EQ(eval.Run(ZR_XPATH_EvalAbsoluteLocationPath), 22u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_EvalAbsoluteLocationPath), ZR_ERR_INVALID);
     ZR_XPATH_PushNumberToObjStack(eval.Ctx(), 1);
-    EXPECT_EQ(eval.Run(ZR_XPATH_EvalAbsoluteLocationPath), 22u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_EvalAbsoluteLocationPath), ZR_ERR_INVALID);
 }
 
 TEST(RelativePath, StartsAtTheContextNode)
@@ -88,7 +88,7 @@ TEST(RelativePath, NeedsANodeObjectOnTop)
 {
     DataTree tree(kXml);
     Evaluation eval(tree, "a");
-    EXPECT_EQ(eval.Run(ZR_XPATH_EvalRelativeLocationPath), 22u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_EvalRelativeLocationPath), ZR_ERR_INVALID);
 }
 
 TEST(NameTest, TakesTheFirstChildOfThatName)
@@ -96,7 +96,7 @@ TEST(NameTest, TakesTheFirstChildOfThatName)
     DataTree tree(kXml);
     Evaluation eval(tree, "x", "a");
     ZR_XPATH_PushNodeToObjStack(eval.Ctx(), tree.Find("a"));
-    EXPECT_EQ(eval.Run(ZR_XPATH_EvalNameTest), 0u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_EvalNameTest), ZR_OK);
     EXPECT_EQ(ZR_XPATH_GetStackTopObjNode(eval.Ctx()), tree.Find("x"));
     EXPECT_EQ(eval.Cursor(), 1u);
 }
@@ -168,10 +168,10 @@ TEST(ParentStep, ClimbsToTheChildOfARootThatIsAnElement)
     DataTree tree("<rpc><r><a/></r></rpc>");
     ZrXpathEvalCtx ctx;
     ZrXpathLex *lex = ZR_XPATH_ExprTokenize("../../..");
-    ASSERT_EQ(ZR_XPATH_InitEvalCtx(&ctx, tree.Find("rpc"), tree.Find("a"), 9), 0u);
+    ASSERT_EQ(ZR_XPATH_InitEvalCtx(&ctx, tree.Find("rpc"), tree.Find("a"), 9), ZR_OK);
     uint32_t cursor = 0;
     ZR_XPATH_PushNodeToObjStack(&ctx, nullptr);
-    EXPECT_EQ(ZR_XPATH_EvalRelativeLocationPath(&ctx, lex, &cursor), 0u);
+    EXPECT_EQ(ZR_XPATH_EvalRelativeLocationPath(&ctx, lex, &cursor), ZR_OK);
     EXPECT_EQ(ZR_XPATH_GetStackTopObjNode(&ctx), tree.Find("r"));
     ZR_XPATH_DestroyEvalCtx(&ctx);
     ZR_XPATH_FreeXpathLex(lex);
@@ -182,7 +182,7 @@ TEST(DotStep, StaysAndMovesTheCursor)
     DataTree tree(kXml);
     Evaluation eval(tree, ".");
     ZR_XPATH_PushNodeToObjStack(eval.Ctx(), tree.Find("b"));
-    EXPECT_EQ(eval.Run(ZR_XPATH_EvalDot), 0u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_EvalDot), ZR_OK);
     EXPECT_EQ(ZR_XPATH_GetStackTopObjNode(eval.Ctx()), tree.Find("b"));
     EXPECT_EQ(eval.Cursor(), 1u);
 }
@@ -194,10 +194,10 @@ TEST(Step, RefusesEveryOtherToken)
          {"(", ")", "[", "]", "@", ",", "'a'", "1", "/", "|", "+", "<", "=", "f("}) {
         Evaluation eval(tree, expression);
         ZR_XPATH_PushNodeToObjStack(eval.Ctx(), tree.Top());
-        EXPECT_EQ(eval.Run(ZR_XPATH_EvalStep), 0x7107u) << expression;
+        EXPECT_EQ(eval.Run(ZR_XPATH_EvalStep), ZR_XPATH_ERR_BAD_STEP) << expression;
     }
     Evaluation empty(tree, "");
-    EXPECT_EQ(empty.Run(ZR_XPATH_EvalStep), 0x7107u);
+    EXPECT_EQ(empty.Run(ZR_XPATH_EvalStep), ZR_XPATH_ERR_BAD_STEP);
 }
 
 TEST(Step, RefusesTheReservedTokenThatStartsARelativePath)
@@ -206,7 +206,7 @@ TEST(Step, RefusesTheReservedTokenThatStartsARelativePath)
     Evaluation eval(tree, "a");
     eval.Lex()->tokens[0].type = ZR_XPATH_TOKEN_RESERVED9;
     ZR_XPATH_PushNodeToObjStack(eval.Ctx(), nullptr);
-    EXPECT_EQ(eval.Run(ZR_XPATH_EvalRelativeLocationPath), 0x7107u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_EvalRelativeLocationPath), ZR_XPATH_ERR_BAD_STEP);
 }
 
 TEST(Predicate, IsPassedOverUpToTheFirstBracket)
@@ -218,7 +218,7 @@ TEST(Predicate, IsPassedOverUpToTheFirstBracket)
     EXPECT_EQ(PathTo(tree, "none[1]/x"), "");
     Evaluation nested(tree, "a[b[c]]");
     ZR_XPATH_PushNodeToObjStack(nested.Ctx(), nullptr);
-    EXPECT_EQ(nested.Run(ZR_XPATH_EvalRelativeLocationPath), 0u);
+    EXPECT_EQ(nested.Run(ZR_XPATH_EvalRelativeLocationPath), ZR_OK);
     EXPECT_EQ(nested.Cursor(), 6u); // on the last bracket
 }
 
@@ -227,7 +227,7 @@ TEST(Predicate, IsSkippedOnlyAfterAName)
     DataTree tree(kXml);
     Evaluation eval(tree, ".[1]");
     ZR_XPATH_PushNodeToObjStack(eval.Ctx(), nullptr);
-    EXPECT_EQ(eval.Run(ZR_XPATH_EvalRelativeLocationPath), 0u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_EvalRelativeLocationPath), ZR_OK);
     EXPECT_EQ(eval.Cursor(), 1u);
 }
 
@@ -237,14 +237,14 @@ TEST(Predicate, NeedsItsEnd)
     EXPECT_EQ(PathTo(tree, "a[x"), "status " + std::to_string(0x710D));
     EXPECT_EQ(PathTo(tree, "a["), "status " + std::to_string(0x710D));
     Evaluation eval(tree, "[1");
-    EXPECT_EQ(eval.Run(ZR_XPATH_SkipPredicate), 0x710Du);
+    EXPECT_EQ(eval.Run(ZR_XPATH_SkipPredicate), ZR_XPATH_ERR_PREDICATE);
 }
 
 TEST(Predicate, IsNotLookedForElsewhere)
 {
     DataTree tree(kXml);
     Evaluation eval(tree, "a");
-    EXPECT_EQ(eval.Run(ZR_XPATH_SkipPredicate), 0u);
+    EXPECT_EQ(eval.Run(ZR_XPATH_SkipPredicate), ZR_OK);
     EXPECT_EQ(eval.Cursor(), 0u);
 }
 

@@ -285,7 +285,7 @@ TEST(IsNextTokenOperator, HoldsAfterWhatEndsAnOperand)
 TEST(GetTokenExprType, GivesTheClassOfEveryTokenType)
 {
     for (uint32_t type = 0; type <= 13; ++type)
-        EXPECT_EQ(ZR_XPATH_GetTokenExprType(type), 8u) << type;
+        EXPECT_EQ(ZR_XPATH_GetTokenExprType(type), ZR_XPATH_CLASS_NONE) << type;
     const std::pair<uint32_t, uint32_t> classes[] = {{14, 7}, {15, 5},        {16, 4}, {17, 3},
                                                      {18, 2}, {19, 1},        {20, 0}, {21, 8},
                                                      {22, 8}, {UINT32_MAX, 8}};

@@ -15,8 +15,8 @@ class ValueTextTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(schema_.status, 0u);
-        ASSERT_EQ(schema_.LoadBody("longer", ""), 0u);
+        ASSERT_EQ(schema_.status, ZR_OK);
+        ASSERT_EQ(schema_.LoadBody("longer", ""), ZR_OK);
     }
 
     // The value of <id>CONTENT</id>, as the leaf's.
