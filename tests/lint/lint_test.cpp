@@ -46,7 +46,7 @@ protected:
     {
         std::string pattern = (fs::temp_directory_path() / "zrschema-lint-XXXXXX").string();
         root_ = mkdtemp(pattern.data());
-        for (const char *tool : {"lint", "check_layers", "exported_names"}) {
+        for (const char *tool : {"lint", "check_layers", "check_docs", "exported_names"}) {
             fs::create_directories(root_ / "tools");
             fs::copy_file(fs::path(ZR_SOURCE_DIR "/tools") / tool, root_ / "tools" / tool);
         }
@@ -195,7 +195,7 @@ const struct {
      {"clang-format", "clang-tidy", "cppcheck", "gcc", "nm"}},
     {"tidy headers", {"cmake"}},
     {"headers", {"g++"}},
-    {"format sizes headers tidy", {"git"}},
+    {"format sizes headers tidy docs", {"git"}},
 };
 
 TEST_F(Lint, PassesACleanTree)
@@ -347,6 +347,25 @@ TEST_F(Lint, FindsNamesThatAreDeclaredOrExportedOnly)
     EXPECT_EQ(Run("exports").status, 0);
     Append("src/platform/three.h", "ZR_API int (*ZR_Function(int))(int);\n");
     ExpectNotChecked("exports", {"src/platform/three.h"});
+}
+
+TEST_F(Lint, FindsNamesInDocumentsThatLeadNowhere)
+{
+    Write("docs/guide.md", "`src/platform/text.h`, `text.cpp`, `src/platform/` and `ZR_One()`\n"
+                           "[here](../docs/guide.md) and `build/made.h`, [there](other.md)\n");
+    Write("docs/other.md", "```\n`no/such.h` in an example\n```\n");
+    EXPECT_EQ(Run("docs").status, 0) << Run("docs").text;
+    Write("docs/other.md",
+          "as\n`src/platform/no.h` says,\n`src/gone/`, `ZR_GetNothing()`\n[x](no.md)\n");
+    Write("src/platform/comment.cpp", "// See gone.h and text.h.\nint used;\n");
+    LintRun run = Run("docs");
+    EXPECT_EQ(run.status, 1);
+    for (const char *finding :
+         {"docs/other.md:2: src/platform/no.h is not there",
+          "docs/other.md:3: src/gone/ is not there", "docs/other.md:3: ZR_GetNothing is not there",
+          "docs/other.md:4: no.md is not there", "src/platform/comment.cpp:1: gone.h is not there"})
+        EXPECT_THAT(run.text, HasSubstr(finding));
+    EXPECT_EQ(Count(run.text, "is not there"), 5u) << run.text;
 }
 
 TEST_F(Lint, PassesTheLayersOfTheProject)
