@@ -13,11 +13,6 @@ namespace {
 
 constexpr uint32_t kTokenGrowth = 10; // slots of a new list, and of each growth
 
-bool IsSpace(char ch)
-{
-    return ch == ' ' || ch == '\t' || ch == '\n' || ch == '\r';
-}
-
 ZrXpathLex *NewLex(const char *expression)
 {
     auto *lex = zr::New<ZrXpathLex>();
@@ -46,7 +41,7 @@ uint32_t zr::Tokenize(const char *expression, ZrXpathLex **lexOut)
     if (lex == nullptr)
         return ZR_ERR_NO_MEMORY;
     for (uint32_t cursor = 0; expression[cursor] != '\0';) {
-        if (IsSpace(expression[cursor])) {
+        if (zr::IsXmlSpace(expression[cursor])) {
             ++cursor;
             continue;
         }
@@ -160,11 +155,6 @@ uint32_t Store(ZrXpathLex *lex, const ZrXpathToken &token)
     return ZR_OK;
 }
 
-bool IsNameStart(char ch)
-{
-    return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || ch == '_';
-}
-
 } // namespace
 
 uint32_t ZR_XPATH_ParseCurTokenFromExpr(ZrXpathLex *lex, uint32_t cursor, ZrXpathToken *token)
@@ -172,9 +162,9 @@ uint32_t ZR_XPATH_ParseCurTokenFromExpr(ZrXpathLex *lex, uint32_t cursor, ZrXpat
     *token = ZrXpathToken{};
     char ch = lex->expression[cursor];
     uint32_t status;
-    if (zr::IsXpathDigit(ch))
+    if (zr::IsDigit(ch))
         status = ZR_XPATH_GetTokenStartWithDigit(lex, cursor, token);
-    else if (IsNameStart(ch))
+    else if (zr::IsLetter(ch) || ch == '_')
         status = ZR_XPATH_GetTokenStartWithNameStart(lex, cursor, token);
     else
         status = ZR_XPATH_GetTokenStartWithOtherCh(lex, cursor, token);
@@ -245,7 +235,7 @@ uint32_t ZR_XPATH_GetTokenStartWithDigit(ZrXpathLex *lex, uint32_t cursor, ZrXpa
     const char *text = lex->expression + cursor;
     uint32_t length = 1;
     uint32_t dots = 0;
-    for (; zr::IsXpathDigit(text[length]) || text[length] == '.'; ++length) {
+    for (; zr::IsDigit(text[length]) || text[length] == '.'; ++length) {
         if (text[length] == '.' && ++dots > 1)
             return Fail(token);
     }
@@ -328,7 +318,7 @@ uint32_t ZR_XPATH_ParseSpecialSymbol(ZrXpathLex *lex, uint32_t cursor, ZrXpathTo
             return Found(token, ZR_XPATH_TOKEN_MULTIPLY, 1);
         return Found(token, ZR_XPATH_TOKEN_NAME, 1);
     case '.':
-        if (zr::IsXpathDigit(text[1]))
+        if (zr::IsDigit(text[1]))
             return ZR_XPATH_GetTokenStartWithDigit(lex, cursor, token);
         return Found(token, ZR_XPATH_TOKEN_DOT, 1);
     default:
