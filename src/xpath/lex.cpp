@@ -13,17 +13,15 @@ namespace {
 
 constexpr uint32_t kTokenGrowth = 10; // slots of a new list, and of each growth
 
-ZrXpathLex *NewLex(const char *expression)
+using OwnedLex = zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex>;
+
+OwnedLex NewLex(const char *expression)
 {
-    auto *lex = zr::New<ZrXpathLex>();
-    if (lex == nullptr)
+    OwnedLex lex(zr::New<ZrXpathLex>());
+    if (!lex || zr::NewArray(&lex->tokens, kTokenGrowth) != ZR_OK)
         return nullptr;
     lex->expression = expression;
     lex->capacity = kTokenGrowth;
-    if (zr::NewArray(&lex->tokens, lex->capacity) != ZR_OK) {
-        zr::Free(lex);
-        return nullptr;
-    }
     return lex;
 }
 
@@ -37,8 +35,8 @@ uint32_t zr::Tokenize(const char *expression, ZrXpathLex **lexOut)
     size_t length = PAL_StrLen(expression);
     if (static_cast<uint32_t>(length) != length)
         return ZR_ERR_INVALID; // offsets are 32 bits wide
-    ZrXpathLex *lex = NewLex(expression);
-    if (lex == nullptr)
+    OwnedLex lex = NewLex(expression);
+    if (!lex)
         return ZR_ERR_NO_MEMORY;
     for (uint32_t cursor = 0; expression[cursor] != '\0';) {
         if (zr::IsXmlSpace(expression[cursor])) {
@@ -46,14 +44,12 @@ uint32_t zr::Tokenize(const char *expression, ZrXpathLex **lexOut)
             continue;
         }
         ZrXpathToken token;
-        uint32_t status = ZR_XPATH_ParseCurTokenFromExpr(lex, cursor, &token);
-        if (status != ZR_OK) {
-            ZR_XPATH_FreeXpathLex(lex);
+        uint32_t status = ZR_XPATH_ParseCurTokenFromExpr(lex.get(), cursor, &token);
+        if (status != ZR_OK)
             return status;
-        }
         cursor += token.length;
     }
-    *lexOut = lex;
+    *lexOut = lex.release();
     return ZR_OK;
 }
 
@@ -111,22 +107,25 @@ uint32_t ZR_XPATH_IsNextTokenOperator(uint32_t previousType)
 
 uint32_t ZR_XPATH_GetTokenExprType(uint32_t type)
 {
+    struct Row {
+        ZrXpathTokenType type;
+        ZrXpathOperatorClass operatorClass;
+    };
     // clang-format off
-    // by token type, from ZR_XPATH_TOKEN_UNION on
-    static constexpr uint32_t kClasses[] = {
-        ZR_XPATH_CLASS_UNION,          // |
-        ZR_XPATH_CLASS_MULTIPLICATIVE, // * div mod
-        ZR_XPATH_CLASS_ADDITIVE,       // + -
-        ZR_XPATH_CLASS_RELATIONAL,     // < > <= >=
-        ZR_XPATH_CLASS_EQUALITY,       // = !=
-        ZR_XPATH_CLASS_AND,            // and
-        ZR_XPATH_CLASS_OR,             // or
+    static constexpr Row kRows[] = {
+        {ZR_XPATH_TOKEN_UNION,      ZR_XPATH_CLASS_UNION},
+        {ZR_XPATH_TOKEN_MULTIPLY,   ZR_XPATH_CLASS_MULTIPLICATIVE},
+        {ZR_XPATH_TOKEN_ADDITIVE,   ZR_XPATH_CLASS_ADDITIVE},
+        {ZR_XPATH_TOKEN_RELATIONAL, ZR_XPATH_CLASS_RELATIONAL},
+        {ZR_XPATH_TOKEN_EQUALITY,   ZR_XPATH_CLASS_EQUALITY},
+        {ZR_XPATH_TOKEN_AND,        ZR_XPATH_CLASS_AND},
+        {ZR_XPATH_TOKEN_OR,         ZR_XPATH_CLASS_OR},
     };
     // clang-format on
-    static_assert(std::size(kClasses) == ZR_XPATH_TOKEN_OR - ZR_XPATH_TOKEN_UNION + 1);
+    static_assert(zr::RowsInOrder(kRows, &Row::type, ZR_XPATH_TOKEN_UNION, ZR_XPATH_TOKEN_OR + 1));
     if (type < ZR_XPATH_TOKEN_UNION || type > ZR_XPATH_TOKEN_OR)
         return ZR_XPATH_CLASS_NONE;
-    return kClasses[type - ZR_XPATH_TOKEN_UNION];
+    return kRows[type - ZR_XPATH_TOKEN_UNION].operatorClass;
 }
 
 namespace zr {
@@ -228,8 +227,7 @@ uint32_t Fail(ZrXpathToken *token)
 
 } // namespace
 
-// Kept: the first character does not count as a dot, so that ".5.3" is one number while "1.2.3" is
-// none. The evaluator takes what is no number for NaN.
+// The first character does not count as a dot: docs/oddities.md.
 uint32_t ZR_XPATH_GetTokenStartWithDigit(ZrXpathLex *lex, uint32_t cursor, ZrXpathToken *token)
 {
     const char *text = lex->expression + cursor;
@@ -258,7 +256,7 @@ uint32_t ZR_XPATH_GetTokenStartWithNameStart(ZrXpathLex *lex, uint32_t cursor, Z
                  length + ZR_UTL_ConsumeIdentNameBestEffort(text + length));
 }
 
-// Kept: only the leading characters are compared, so that "andx" is "and" and then "x".
+// Only the leading characters are compared: docs/oddities.md.
 uint32_t ZR_XPATH_GetOperatorType(ZrXpathLex *lex, uint32_t cursor, ZrXpathToken *token)
 {
     struct OperatorName {
