@@ -44,6 +44,24 @@ template <typename T> uint32_t ExpandArray(T **array, uint32_t oldCount, uint32_
 
 } // namespace zr
 
+// Constant tables that are indexed by an enumeration.
+
+namespace zr {
+
+// Whether row i of the table carries the number i more than `first` in its field `key`, for every
+// row, and the last one is the one before `end`: to be asserted beside the table.
+template <typename Row, size_t count, typename Number>
+constexpr bool RowsInOrder(const Row (&rows)[count], Number Row::*key, uint32_t first, uint32_t end)
+{
+    for (size_t i = 0; i < count; ++i) {
+        if (static_cast<uint32_t>(rows[i].*key) != first + i)
+            return false;
+    }
+    return first + count == end;
+}
+
+} // namespace zr
+
 // What the families of small records share: interning of their strings, and the operations on
 // counted arrays of them. An array is one block, its 16-bit count stands in the owner.
 

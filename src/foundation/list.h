@@ -1,8 +1,8 @@
-// Circular doubly linked lists: the head stands in the owner, the link first in each item, so that
-// a link is its item.
+// Circular doubly linked lists: the head stands in the owner, the link first in each item, under
+// the name `link`, so that a link is its item. No other file turns links into items.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <type_traits>
 
 struct ZrListLink {
@@ -47,6 +47,19 @@ inline void Unlink(ZrListLink *link)
     link->next->prev = link->prev;
 }
 
+// The item of a link that is not a list's head.
+template <typename Item, typename Link> Item *ItemOf(Link *link)
+{
+    static_assert(offsetof(Item, link) == 0);
+    return reinterpret_cast<Item *>(link);
+}
+
+// The first item of a list, null when there is none.
+template <typename Item> Item *FirstOf(const ZrListLink *head)
+{
+    return IsEmpty(head) ? nullptr : ItemOf<Item>(head->next);
+}
+
 // The items of a list in order, for a range-based loop. The loop may append to the list; it
 // must leave the item that it has reached where it is.
 template <typename Item> class ListRange {
@@ -55,7 +68,7 @@ template <typename Item> class ListRange {
     class Iterator {
     public:
         explicit Iterator(Link *at) : at_(at) {}
-        Item &operator*() const { return *reinterpret_cast<Item *>(at_); }
+        Item &operator*() const { return *ItemOf<Item>(at_); }
         Iterator &operator++()
         {
             at_ = at_->next;

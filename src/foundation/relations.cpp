@@ -12,36 +12,9 @@ namespace {
 constexpr PalAvlInfo kByTarget = {ZR_CTX_CompareModRelationTbl, offsetof(ZrModRelTbl, moduleName),
                                   offsetof(ZrModRelTbl, treeNode)};
 
-static_assert(offsetof(ZrModRelItem, link) == 0, "a link is its item");
-
-// Items of a table in list order; null at the end.
-ZrModRelItem *ItemAfter(const ZrModRelTbl *table, const ZrListLink *link)
-{
-    return link->next != &table->items ? reinterpret_cast<ZrModRelItem *>(link->next) : nullptr;
-}
-
-ZrModRelItem *FirstItem(const ZrModRelTbl *table)
-{
-    return ItemAfter(table, &table->items);
-}
-
-ZrModRelItem *NextItem(const ZrModRelTbl *table, const ZrModRelItem *item)
-{
-    return ItemAfter(table, &item->link);
-}
-
-void PutAtHead(ZrModRelTbl *table, ZrModRelItem *item)
-{
-    item->link.next = table->items.next;
-    item->link.prev = &table->items;
-    item->link.next->prev = &item->link;
-    table->items.next = &item->link;
-}
-
 void DeleteItem(ZrModRelTbl *table, ZrModRelItem *item)
 {
-    item->link.prev->next = item->link.next;
-    item->link.next->prev = item->link.prev;
+    zr::Unlink(&item->link);
     ZR_DICT_Remove(table->dict, item->otherName);
     zr::Free(item);
 }
@@ -49,7 +22,7 @@ void DeleteItem(ZrModRelTbl *table, ZrModRelItem *item)
 void DeleteTable(ZrCtx *ctx, ZrModRelTbl *table)
 {
     PAL_AVL3_Delete(&ctx->modRelations, table, &kByTarget);
-    while (ZrModRelItem *item = FirstItem(table))
+    while (auto *item = zr::FirstOf<ZrModRelItem>(&table->items))
         DeleteItem(table, item);
     ZR_DICT_Remove(table->dict, table->moduleName);
     zr::Free(table);
@@ -57,7 +30,7 @@ void DeleteTable(ZrCtx *ctx, ZrModRelTbl *table)
 
 void DeleteTableIfEmpty(ZrCtx *ctx, ZrModRelTbl *table)
 {
-    if (FirstItem(table) == nullptr)
+    if (zr::IsEmpty(&table->items))
         DeleteTable(ctx, table);
 }
 
@@ -74,7 +47,7 @@ ZrModRelTbl *FindOrCreateTable(ZrCtx *ctx, const char *moduleName)
     table->moduleName = ZR_DICT_Insert(&ctx->dict, moduleName);
     if (table->moduleName == nullptr)
         return nullptr;
-    table->items = {&table->items, &table->items};
+    zr::InitList(&table->items);
     PAL_AVL3_InitNode(&table->treeNode);
     PAL_AVL3_Insert_Or_Find(&ctx->modRelations, table, &kByTarget);
     return created.release();
@@ -96,7 +69,7 @@ uint32_t AddItem(ZrModRelTbl *table, const char *otherName, uint32_t kind)
     item->kind = kind;
     item->otherName = interned;
     item->refCount = 1;
-    PutAtHead(table, item);
+    zr::PushFront(&table->items, &item->link);
     return ZR_OK;
 }
 
@@ -136,8 +109,8 @@ uint32_t AppendNamesOf(const ZrCtx *ctx, const char *moduleName, uint32_t kind, 
     const ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
     if (table == nullptr)
         return ZR_OK;
-    for (auto *item = FirstItem(table); item != nullptr; item = NextItem(table, item)) {
-        if (item->kind == kind && AppendName(list, item->otherName) != ZR_OK)
+    for (const auto &item : zr::ItemsOf<ZrModRelItem>(&table->items)) {
+        if (item.kind == kind && AppendName(list, item.otherName) != ZR_OK)
             return ZR_ERR_NO_MEMORY;
     }
     return ZR_OK;
@@ -216,9 +189,9 @@ ZrModRelItem *ZR_CTX_FindModRelationItem(const ZrModRelTbl *table, uint32_t kind
 {
     if (table == nullptr)
         return nullptr;
-    for (auto *item = FirstItem(table); item != nullptr; item = NextItem(table, item)) {
-        if (item->kind == kind && item->otherName == otherName)
-            return item;
+    for (auto &item : zr::ItemsOf<ZrModRelItem>(const_cast<ZrListLink *>(&table->items))) {
+        if (item.kind == kind && item.otherName == otherName)
+            return &item;
     }
     return nullptr;
 }

@@ -67,11 +67,6 @@ uint32_t ZR_UTL_IsNulStringEqual(const char *a, const char *b)
 
 namespace {
 
-bool IsDigit(char ch)
-{
-    return ch >= '0' && ch <= '9';
-}
-
 // White space as the C library's conversions skip it, more than this folder's blanks.
 bool IsSpace(char ch)
 {
@@ -91,7 +86,7 @@ const char *SkipSpace(const char *str)
 template <typename Integer>
 uint32_t ReadDecimal(const char *text, const char **endOut, Integer *valueOut)
 {
-    if (text[0] == '+' && IsDigit(text[1]))
+    if (text[0] == '+' && zr::IsDigit(text[1]))
         ++text;
     Integer value = 0;
     auto result = std::from_chars(text, text + std::strlen(text), value);
@@ -140,11 +135,6 @@ bool IsIdentifierChar(char ch)
     return kIdentifierChars[static_cast<unsigned char>(ch)];
 }
 
-bool IsBlank(char ch)
-{
-    return ch == ' ' || ch == '\t' || ch == '\n';
-}
-
 bool EndsStep(char ch)
 {
     return ch == '\0' || ch == '/';
@@ -161,7 +151,7 @@ void Empty(char *out, uint32_t size)
 bool zr::IsIdentifier(const char *text)
 {
     bool startsWell =
-        IsIdentifierChar(*text) && *text != '-' && *text != '.' && !(*text >= '0' && *text <= '9');
+        IsIdentifierChar(*text) && *text != '-' && *text != '.' && !zr::IsDigit(*text);
     return startsWell && text[ZR_UTL_ConsumeIdentNameBestEffort(text)] == '\0';
 }
 
@@ -185,7 +175,7 @@ uint32_t ZR_UTL_ConsumeIdentNameFromTail(const char *str, uint32_t length, const
 
 const char *ZR_UTL_ConsumeAllSpaceChar(const char *str)
 {
-    while (str != nullptr && IsBlank(*str))
+    while (str != nullptr && zr::IsBlank(*str))
         ++str;
     return str;
 }

@@ -15,6 +15,11 @@ constexpr uint32_t kNameSize = 65;    // a name of at most 64 characters and its
 constexpr uint32_t kPathSize = 256;   // a file path
 constexpr uint32_t kXpathSize = 3096; // a path in module-name form
 
+inline bool IsBlank(char ch)
+{
+    return ch == ' ' || ch == '\t' || ch == '\n';
+}
+
 // Whether the whole text is an identifier of YANG (RFC 7950, section 6.2): identifier characters,
 // of which the first is a letter or "_". Any length will do.
 bool IsIdentifier(const char *text);

@@ -10,21 +10,16 @@
 
 namespace {
 
-bool IsBlank(char ch)
-{
-    return ch == ' ' || ch == '\t' || ch == '\r' || ch == '\n';
-}
-
 const char *SkipBlanks(const char *text)
 {
-    while (IsBlank(*text))
+    while (zr::IsXmlSpace(*text))
         ++text;
     return text;
 }
 
 const char *SkipDigits(const char *text)
 {
-    while (*text >= '0' && *text <= '9')
+    while (zr::IsDigit(*text))
         ++text;
     return text;
 }

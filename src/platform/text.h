@@ -29,6 +29,24 @@ uint32_t PAL_StrToFloat(const char *text, double *valueOut);
 
 namespace zr {
 
+// Character classes of ASCII, whatever the locale is.
+
+inline bool IsDigit(char ch)
+{
+    return ch >= '0' && ch <= '9';
+}
+
+inline bool IsLetter(char ch)
+{
+    return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z');
+}
+
+// White space of XML (section 2.3) and of XPath.
+inline bool IsXmlSpace(char ch)
+{
+    return ch == ' ' || ch == '\t' || ch == '\r' || ch == '\n';
+}
+
 // What std::string_view does with a check that throws, and would make the library need the C++
 // library at run time.
 

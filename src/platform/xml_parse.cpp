@@ -214,10 +214,10 @@ private:
     {
         constexpr size_t kOpening = 2;
         char first = text.size() > kOpening ? text[kOpening] : '\0';
-        bool isLetter = (first >= 'A' && first <= 'Z') || (first >= 'a' && first <= 'z');
         size_t nameEnd = std::min(text.find_first_of(" \t\r\n?", kOpening), text.size());
         std::string_view target = zr::First(zr::From(text, kOpening), nameEnd - kOpening);
-        if ((!isLetter && first != '_') || target == "xml" || target.size() > XML_MAX_NAME_LENGTH)
+        if ((!zr::IsLetter(first) && first != '_') || target == "xml" ||
+            target.size() > XML_MAX_NAME_LENGTH)
             return kOpening;
         return SectionLength(text, kOpening, "?>");
     }

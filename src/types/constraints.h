@@ -1,8 +1,10 @@
-// The operations of each constraint kind, as the dispatch tables list them.
+// The operations of each constraint kind, as the dispatch tables list them: those on records stand
+// in real_type.cpp, the checks in value_check.cpp, the scans in type_scans.cpp.
 //
 // Create makes a body with room for `count` items, null when memory runs out. Destroy gives the
 // body's interned strings and blocks back. Copy makes a body with references of its own, null on
-// failure. Check returns 0 or the kind's status; Update resolves typedef references into `module`.
+// failure. Check returns ZR_OK or the kind's status. Update resolves typedef references into
+// `module`.
 #pragma once
 
 #include <cstddef>
@@ -105,6 +107,9 @@ extern "C" {
 // runs out.
 ZR_API void *ZRT_CONS_CreateConsDataBodyAndSegSize(uint32_t bodySize, uint32_t count,
                                                    uint32_t itemSize);
+// The text of a value: the text itself (ZR_VALUE_STRING) or that of an element (ZR_VALUE_XML); null
+// when there is none, and for another kind of input.
+ZR_API const char *ZRT_TYPE_GetInputValueAsSimpleStr(uint32_t inputKind, const void *value);
 }
 
 namespace zr {
@@ -141,13 +146,6 @@ void DestroyCountedBody(ZrCtx *ctx, void *opaque, Release release)
     zr::Free(body);
 }
 
-// Interns `text` into `field`; a null text stays null. False when memory runs out.
-inline bool CopyText(ZrCtx *ctx, const char *&field, const char *text)
-{
-    field = ZR_DICT_Insert(&ctx->dict, text);
-    return field != nullptr || text == nullptr;
-}
-
 // A new body whose items are made by `copy(ctx, to, from)`, which is false on failure; `destroy`
 // takes back a partial copy. Null when memory runs out.
 template <typename Body, typename Copy>
@@ -171,7 +169,7 @@ Body *CopyCountedBody(ZrCtx *ctx, const void *opaque, Copy copy, void (*destroy)
 } // namespace zr
 
 // Dispatch by constraint kind and by base type: each lookup is null where there is no operation,
-// also for a kind above 9 or a base type above 19.
+// also for numbers beyond the last kind or built-in type.
 
 typedef void *(*ZrtConsCreateFunc)(uint32_t count);
 typedef void (*ZrtConsDestroyFunc)(ZrCtx *ctx, void *body);

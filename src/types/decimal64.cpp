@@ -2,6 +2,7 @@
 #include <cstddef>
 
 #include "foundation/text.h"
+#include "platform/text.h"
 #include "types/constraints.h"
 #include "types/range.h"
 
@@ -9,11 +10,6 @@ namespace {
 
 constexpr uint32_t kMaxFractionDigits = 18;
 constexpr uint32_t kMaxDigits = 19; // of an int64
-
-bool IsDigit(char ch)
-{
-    return ch >= '0' && ch <= '9';
-}
 
 // The digits of the scaled integer, gathered from the text. The limits on the digits before and
 // after the point keep them within the buffer.
@@ -24,7 +20,7 @@ public:
     uint32_t CopyDigits(const char *&text, uint32_t limit)
     {
         uint32_t count = 0;
-        for (; count < limit && IsDigit(*text); ++count)
+        for (; count < limit && zr::IsDigit(*text); ++count)
             Put(*text++);
         return count;
     }

@@ -1,9 +1,9 @@
 // The bits of a bits type and the check of its values (RFC 7950, section 9.7).
 #include <cstring>
 
+#include "foundation/array.h"
 #include "foundation/text.h"
 #include "types/constraints.h"
-#include "types/real_type.h"
 
 namespace {
 
@@ -57,7 +57,7 @@ void *ZRT_CONS_CopyConsDataBodyWithBit(ZrCtx *ctx, const void *body)
         ctx, body,
         [](ZrCtx *owner, ZrtBitItem &to, const ZrtBitItem &from) {
             to.position = from.position;
-            return zr::CopyText(owner, to.name, from.name);
+            return zr::Intern(&owner->dict, to.name, from.name);
         },
         ZRT_CONS_DestroyConsDataBodyWithBit);
 }
@@ -101,7 +101,7 @@ bool CopyDescriptions(ZrCtx *ctx, ZrtConsEnum *to, const ZrtConsEnum *from)
     if (to->descriptions == nullptr)
         return false;
     for (uint32_t i = 0; i < from->count; ++i) {
-        if (!zr::CopyText(ctx, to->descriptions[i], from->descriptions[i]))
+        if (!zr::Intern(&ctx->dict, to->descriptions[i], from->descriptions[i]))
             return false;
     }
     return true;
@@ -154,7 +154,7 @@ void *ZRT_CONS_CopyConsDataBodyWithEnum(ZrCtx *ctx, const void *body)
         ctx, body,
         [](ZrCtx *owner, ZrtEnumItem &to, const ZrtEnumItem &from) {
             to.value = from.value;
-            return zr::CopyText(owner, to.name, from.name);
+            return zr::Intern(&owner->dict, to.name, from.name);
         },
         ZRT_CONS_DestroyConsDataBodyWithEnum);
     if (copy != nullptr && !CopyDescriptions(ctx, copy, static_cast<const ZrtConsEnum *>(body))) {

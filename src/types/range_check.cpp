@@ -5,7 +5,6 @@
 #include "types/constraints.h"
 #include "types/default_checks.h"
 #include "types/range.h"
-#include "types/real_type.h"
 
 namespace {
 
@@ -160,8 +159,7 @@ uint32_t ZRT_CONS_ValidateValueNodeAgainstDataRange(const void *body, uint32_t i
             RecordSegments(range, currentType, validation);
             return ZR_OK;
         }
-        // Segments ascend; kept also for those that do not: the first one above the value ends
-        // the walk.
+        // Segments ascend: the first one above the value ends the walk (docs/oddities.md).
         if (order == ZRT_SEG_BELOW)
             break;
     }

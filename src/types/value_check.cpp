@@ -1,13 +1,37 @@
-// The entry of value validation: the order of the checks of one type.
+// The check of a value against a type: the order of the checks, and the kinds of constraints that
+// hand the value on to another type: typedef references, unions and leafrefs.
 #include <zrschema/types.h>
 
-#include <libxml/tree.h>
+#include <iterator>
 
-#include "platform/xml.h"
+#include "foundation/array.h"
+#include "model/navigation.h"
+#include "types/chains.h"
 #include "types/constraints.h"
 #include "types/real_type.h"
 
 namespace {
+
+struct CheckRow {
+    ZrtConsKind kind;
+    ZrtConsCheckFunc check;
+};
+
+// clang-format off
+constexpr CheckRow g_checks[] = {
+    {ZRT_CONS_DERIVED,  ZRT_CONS_ValidateValueNodeAgainstDataDerived},
+    {ZRT_CONS_BASE,     ZRT_CONS_ValidateValueNodeAgainstDataBase},
+    {ZRT_CONS_BIT,      ZRT_CONS_ValidateValueNodeAgainstDataBit},
+    {ZRT_CONS_ENUM,     ZRT_CONS_ValidateValueNodeAgainstDataEnum},
+    {ZRT_CONS_FRACTION, ZRT_CONS_ValidateValueNodeAgainstDataFraction},
+    {ZRT_CONS_LENGTH,   ZRT_CONS_ValidateValueNodeAgainstDataLength},
+    {ZRT_CONS_PATH,     ZRT_CONS_ValidateValueNodeAgainstDataPath},
+    {ZRT_CONS_PATTERN,  ZRT_CONS_ValidateValueNodeAgainstDataPattern},
+    {ZRT_CONS_RANGE,    ZRT_CONS_ValidateValueNodeAgainstDataRange},
+    {ZRT_CONS_UNION,    ZRT_CONS_ValidateValueNodeAgainstDataUnion},
+};
+// clang-format on
+static_assert(zr::RowsInOrder(g_checks, &CheckRow::kind, 0, ZRT_CONS_KIND_COUNT));
 
 // Types that one value is handed on through at most: typedefs, members of unions and targets of
 // leafrefs together. A typedef that is a union of itself, or a union that refers to its own leaf,
@@ -47,6 +71,11 @@ uint32_t CheckSlots(const ZrtRealType *type, uint32_t inputKind, const void *val
 }
 
 } // namespace
+
+ZrtConsCheckFunc ZRT_CONS_GetConsDataValueRestricationCheckFunc(uint32_t kind)
+{
+    return kind < std::size(g_checks) ? g_checks[kind].check : nullptr;
+}
 
 uint32_t ZRT_TYPE_ValidateValueNodeAgainstRealType(const ZrtRealType *type, uint32_t inputKind,
                                                    const void *value, ZrtValidateCtx *validation)
@@ -89,19 +118,6 @@ uint32_t ZRT_TYPE_CheckBaseTypeSystemRestriction(uint32_t baseType, uint32_t inp
     return check != nullptr ? check(baseType, inputKind, value, validation) : uint32_t{ZR_OK};
 }
 
-const char *ZRT_TYPE_GetInputValueAsSimpleStr(uint32_t inputKind, const void *value)
-{
-    switch (inputKind) {
-    case ZR_VALUE_STRING:
-        return static_cast<const char *>(value);
-    case ZR_VALUE_XML:
-        return value != nullptr ? ZR_XML_GetElemNodeContent(static_cast<const xmlNode *>(value))
-                                : nullptr;
-    default:
-        return nullptr;
-    }
-}
-
 void ZRT_TYPE_SetMatchRealType(ZrtValidateCtx *validation, const ZrtRealType *type)
 {
     if (validation != nullptr && validation->matched == nullptr)
@@ -128,29 +144,25 @@ uint32_t ValidateNested(const ZrtRealType *type, uint32_t inputKind, const void 
 
 } // namespace zr
 
-// The member types of a union and the check of its values (RFC 7950, section 9.12).
+// Typedef references (RFC 7950, section 7.3).
 
-void *ZRT_CONS_CreateConsDataBodyWithUnion(uint32_t count)
+uint32_t ZRT_CONS_ValidateValueNodeAgainstDataDerived(const void *body, uint32_t inputKind,
+                                                      const void *value, ZrtValidateCtx *validation)
 {
-    return zr::CreateCountedBody<ZrtConsUnion>(count);
+    if (validation->derivedDepth >= zr::kMaxChainLinks)
+        return ZR_ERR_VALUE_DERIVED;
+    const ZrtRealType *type =
+        zr::ReferencedType(static_cast<const ZrtConsDerived *>(body), validation->ctx);
+    if (type == nullptr)
+        return ZR_ERR_VALUE_DERIVED;
+    ++validation->derivedDepth;
+    uint32_t status = ZRT_TYPE_ValidateValueNodeAgainstRealType(type, inputKind, value, validation);
+    if (status == ZR_OK)
+        ZRT_TYPE_SetMatchRealType(validation, type);
+    return status;
 }
 
-void ZRT_CONS_DestroyConsDataBodyWithUnion(ZrCtx *ctx, void *body)
-{
-    zr::DestroyCountedBody<ZrtConsUnion>(ctx, body, [](ZrCtx *owner, ZrtRealType &member) {
-        ZRT_TYPE_DestroyZrtRealTypeInner(owner, &member);
-    });
-}
-
-void *ZRT_CONS_CopyConsDataBodyWithUnion(ZrCtx *ctx, const void *body)
-{
-    return zr::CopyCountedBody<ZrtConsUnion>(
-        ctx, body,
-        [](ZrCtx *owner, ZrtRealType &to, const ZrtRealType &from) {
-            return ZRT_TYPE_CopyZrtRealTypeInner(owner, &to, &from) == ZR_OK;
-        },
-        ZRT_CONS_DestroyConsDataBodyWithUnion);
-}
+// Unions (RFC 7950, section 9.12).
 
 uint32_t ZRT_CONS_ValidateValueNodeAgainstDataUnion(const void *body, uint32_t inputKind,
                                                     const void *value, ZrtValidateCtx *validation)
@@ -170,23 +182,41 @@ uint32_t ZRT_CONS_ValidateValueNodeAgainstDataUnion(const void *body, uint32_t i
     return ZR_ERR_VALUE_UNION;
 }
 
-uint32_t ZRT_CONS_UpdateConsDataDerFromWithUnion(void *body, const ZrMod *module)
+// Leafrefs (RFC 7950, section 9.9).
+
+namespace {
+
+// Whether the value of the leaf is being checked: it is the one under check, or the check came from
+// it through leafrefs that are members of unions.
+bool IsUnderCheck(const ZrNode *leaf, const ZrtValidateCtx *validation)
 {
-    auto *members = static_cast<ZrtConsUnion *>(body);
-    if (members == nullptr)
-        return ZR_ERR_INVALID;
-    for (uint32_t i = 0; i < members->count; ++i) {
-        uint32_t status = ZRT_TYPE_UpdateRealTypeDerivedFrom(&members->items[i], module);
-        if (status != ZR_OK)
-            return status;
+    for (; validation != nullptr; validation = validation->referrer) {
+        if (validation->node == leaf)
+            return true;
     }
-    return ZR_OK;
+    return false;
 }
 
-ZrtRealType *ZRT_CONS_GetConsUnionSubTypeData(const void *body, uint16_t *countOut)
+} // namespace
+
+uint32_t ZRT_CONS_ValidateValueNodeAgainstDataPath(const void *body, uint32_t inputKind,
+                                                   const void *value, ZrtValidateCtx *validation)
 {
-    const auto *members = static_cast<const ZrtConsUnion *>(body);
-    if (countOut != nullptr)
-        *countOut = members != nullptr ? members->count : 0;
-    return members != nullptr ? members->items : nullptr;
+    // The path is that of the type under check, not that of the leaf: the leafref may be a member
+    // of a union.
+    const char *path = static_cast<const ZrtConsPath *>(body)->path;
+    if (path == nullptr || ZRT_TYPE_GetInputValueAsSimpleStr(inputKind, value) == nullptr)
+        return ZR_ERR_VALUE_LEAFREF;
+    if (validation->node == nullptr)
+        return ZR_ERR_VALUE_LEAFREF;
+    const ZrNode *target = zr::LeafrefTarget(validation->node, path, true);
+    const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(target);
+    // A leaf whose value is being checked says nothing on it: there is no end to asking it again.
+    if (type == nullptr || IsUnderCheck(target, validation))
+        return ZR_ERR_VALUE_LEAFREF;
+    const ZrtRealType *matched = nullptr;
+    uint32_t status = zr::ValidateNested(type, inputKind, value, validation, target, &matched);
+    if (status == ZR_OK)
+        ZRT_TYPE_SetMatchRealType(validation, matched != nullptr ? matched : type);
+    return status;
 }

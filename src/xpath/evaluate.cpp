@@ -1,4 +1,4 @@
-// The entry points of the evaluator.
+// The evaluator: the loop over operands and operators, and its entries.
 #include "xpath/evaluate.h"
 
 #include <limits>
@@ -6,44 +6,6 @@
 #include "foundation/text.h"
 #include "platform/memory.h"
 #include "platform/text.h"
-#include "xpath/lex.h"
-
-namespace {
-
-uint32_t Evaluate(xmlNode *root, xmlNode *contextNode, const char *expression,
-                  const zr::XpathView &view)
-{
-    if (root == nullptr || contextNode == nullptr || expression == nullptr)
-        return ZR_ERR_INVALID;
-    ZrXpathLex *lex = ZR_XPATH_ExprTokenize(expression);
-    if (lex == nullptr)
-        return ZR_XPATH_ERR_TOKENIZE;
-    ZrXpathEvalCtx ctx;
-    uint32_t status = ZR_XPATH_InitEvalCtx(&ctx, root, contextNode, ZR_XPATH_GetTokenNumber(lex));
-    uint32_t cursor = 0;
-    if (status == ZR_OK)
-        status = zr::EvalExpr(&ctx, lex, &cursor, view);
-    if (status == ZR_OK)
-        status = ZR_XPATH_GetEvalResult(&ctx);
-    ZR_XPATH_DestroyEvalCtx(&ctx);
-    ZR_XPATH_FreeXpathLex(lex);
-    return status;
-}
-
-} // namespace
-
-uint32_t ZR_XPATH_EvalCondition(xmlNode *root, xmlNode *contextNode, const char *expression)
-{
-    return Evaluate(root, contextNode, expression, zr::kWholeTree);
-}
-
-uint32_t zr::EvalConditionInRun(xmlNode *root, xmlNode *contextNode, const char *expression,
-                                ChildMemory *memory)
-{
-    return Evaluate(root, contextNode, expression, {true, memory});
-}
-
-// Expressions: the loop over operands and operators, and what an operand can be.
 
 namespace {
 
@@ -70,115 +32,186 @@ uint32_t BeginSubExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *curs
     return status;
 }
 
-// Looks the function up and passes its name; the cursor is then on the "(".
-uint32_t BeginCall(const ZrXpathLex *lex, uint32_t *cursor, const zr::XpathFunction **functionOut)
+uint32_t RunNothing(ZrXpathEvalCtx *)
 {
-    uint32_t length = 0;
-    const char *name = ZR_XPATH_GetTokenExprByPos(lex, *cursor, nullptr, &length);
-    const zr::XpathFunction *function = zr::FindXpathFunction(name, length);
-    if (function == nullptr)
-        return ZR_XPATH_ERR_UNKNOWN_FUNCTION;
-    ++*cursor;
-    if (zr::TokenTypeAt(lex, *cursor) != ZR_XPATH_TOKEN_LPAREN)
-        return ZR_XPATH_ERR_PAREN;
-    *functionOut = function;
     return ZR_OK;
 }
 
-// The parentheses that are open around the cursor, innermost on top: for those of a call the
-// function that waits for its arguments, for plain ones kGroup.
-//
-// This is what the nested calls of a recursive descent would hold. The author of a condition
-// chooses how deep it nests, and the thread that evaluates it may have a small stack.
-class OpenParens {
+// What a "(" may belong to beside a function: a plain group, which has no commas, or a list of
+// arguments alone.
+constexpr zr::XpathFunction kGroup = {"", nullptr};
+constexpr zr::XpathFunction kArgumentsAlone = {"", RunNothing};
+
+// One run over the tokens. It calls nothing that calls it back: the author of a condition chooses
+// how deep it nests, and the thread that evaluates it may have a small stack. So what the nested
+// calls of a recursive descent would hold is kept in a list: for each "(" that is open around the
+// cursor the function that waits for its arguments, or kGroup.
+class Evaluation {
 public:
-    OpenParens() = default;
-    OpenParens(const OpenParens &) = delete;
-    OpenParens &operator=(const OpenParens &) = delete;
-    ~OpenParens() { PAL_DeleteStack(stack_); }
-
-    bool Empty() const { return stack_ == nullptr || PAL_GetSize(stack_) == 0; }
-
-    // At a "(" or a function's name: goes into the first sub-expression.
-    uint32_t Open(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
+    Evaluation(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
+               const zr::XpathView &view)
+        : ctx_(ctx), lex_(lex), cursor_(cursor), view_(view)
     {
-        const zr::XpathFunction *function = &kGroup;
+    }
+    Evaluation(const Evaluation &) = delete;
+    Evaluation &operator=(const Evaluation &) = delete;
+
+    // An expression up to the end of the list, or to the ")" or "," that closes it.
+    uint32_t Expression()
+    {
         uint32_t status = ZR_OK;
-        if (zr::TokenTypeAt(lex, *cursor) == ZR_XPATH_TOKEN_FUNCNAME)
-            status = BeginCall(lex, cursor, &function);
-        if (status == ZR_OK)
-            status = Push(lex, function);
-        return status != ZR_OK ? status : BeginSubExpr(ctx, lex, cursor);
+        while (status == ZR_OK) {
+            uint32_t type = TokenType();
+            if (type == ZR_XPATH_TOKEN_NONE)
+                return ZR_XPATH_CalculateRemainExpr(ctx_, lex_, ZR_XPATH_END_OF_LIST);
+            if (ClosesSubExpr(type) && NothingIsOpen())
+                return ZR_XPATH_CalculateRemainExpr(ctx_, lex_, ZR_XPATH_END_CLOSE);
+            status = Step(type);
+        }
+        return status;
     }
 
-    // At the ")" or "," that has closed a sub-expression: goes on to the next argument, or past the
-    // ")" and calls the function.
-    uint32_t Close(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
+    // One operand, whole.
+    uint32_t Operand() { return Complete(BeginOperand(TokenType())); }
+
+    // One call, whatever the token's type is.
+    uint32_t Call() { return Complete(OpenCall()); }
+
+    // From the "(" of a call to past its ")".
+    uint32_t Arguments()
     {
-        const auto *function = static_cast<const zr::XpathFunction *>(PAL_Peep(stack_));
-        bool isCall = function->run != nullptr;
-        if (zr::TokenTypeAt(lex, *cursor) == ZR_XPATH_TOKEN_COMMA)
-            return isCall ? BeginSubExpr(ctx, lex, cursor) : uint32_t{ZR_XPATH_ERR_PAREN};
-        PAL_Pop(stack_);
-        ++*cursor;
-        return isCall ? function->run(ctx) : uint32_t{ZR_OK};
+        uint32_t type = TokenType();
+        if (type == ZR_XPATH_TOKEN_NONE)
+            return ZR_XPATH_ERR_PAREN;
+        if (type == ZR_XPATH_TOKEN_RPAREN) {
+            ++*cursor_;
+            return ZR_OK;
+        }
+        return Complete(Open(&kArgumentsAlone));
     }
 
 private:
-    static constexpr zr::XpathFunction kGroup{"", nullptr};
+    uint32_t TokenType() const { return zr::TokenTypeAt(lex_, *cursor_); }
+    bool NothingIsOpen() const { return PAL_GetSize(open_.get()) == 0; }
 
-    uint32_t Push(const ZrXpathLex *lex, const zr::XpathFunction *function)
+    // Goes on until what is open is closed. The end of the list does not come unnoticed: it meets
+    // the marker of the sub-expression that is open.
+    uint32_t Complete(uint32_t status)
     {
-        if (stack_ == nullptr)
-            stack_ = PAL_CreateStack(ZR_XPATH_GetTokenNumber(lex));
-        if (stack_ == nullptr)
-            return ZR_ERR_NO_MEMORY;
-        return PAL_Push(stack_, const_cast<zr::XpathFunction *>(function));
+        while (status == ZR_OK && !NothingIsOpen())
+            status = Step(TokenType());
+        return status;
     }
 
-    PalStack *stack_ = nullptr; // made with the first "("
+    uint32_t Step(uint32_t type)
+    {
+        if (type == ZR_XPATH_TOKEN_NONE)
+            return ZR_XPATH_CalculateRemainExpr(ctx_, lex_, ZR_XPATH_END_OF_LIST);
+        if (ClosesSubExpr(type))
+            return Close(type);
+        uint32_t operatorClass = ZR_XPATH_GetTokenExprType(type);
+        if (operatorClass == ZR_XPATH_CLASS_NONE)
+            return BeginOperand(type);
+        uint32_t status =
+            ZR_XPATH_PushExprTypeToStackByPriority(ctx_, lex_, operatorClass, *cursor_);
+        ++*cursor_;
+        return status;
+    }
+
+    // Evaluates an operand, or goes into its first sub-expression.
+    uint32_t BeginOperand(uint32_t type)
+    {
+        switch (type) {
+        case ZR_XPATH_TOKEN_LPAREN:
+            return Open(&kGroup);
+        case ZR_XPATH_TOKEN_FUNCNAME:
+            return OpenCall();
+        case ZR_XPATH_TOKEN_LITERAL:
+            return ZR_XPATH_EvalLiteral(ctx_, lex_, cursor_);
+        case ZR_XPATH_TOKEN_NUMBER:
+            return ZR_XPATH_EvalNumber(ctx_, lex_, cursor_);
+        default:
+            return zr::EvalLocationPath(ctx_, lex_, cursor_, view_);
+        }
+    }
+
+    uint32_t OpenCall()
+    {
+        uint32_t length = 0;
+        const char *name = ZR_XPATH_GetTokenExprByPos(lex_, *cursor_, nullptr, &length);
+        const zr::XpathFunction *function = zr::FindXpathFunction(name, length);
+        if (function == nullptr)
+            return ZR_XPATH_ERR_UNKNOWN_FUNCTION;
+        ++*cursor_;
+        return TokenType() == ZR_XPATH_TOKEN_LPAREN ? Open(function) : uint32_t{ZR_XPATH_ERR_PAREN};
+    }
+
+    uint32_t Open(const zr::XpathFunction *function)
+    {
+        if (!open_)
+            open_.reset(PAL_CreateStack(ZR_XPATH_GetTokenNumber(lex_)));
+        uint32_t status = PAL_Push(open_.get(), const_cast<zr::XpathFunction *>(function));
+        return status != ZR_OK ? status : BeginSubExpr(ctx_, lex_, cursor_);
+    }
+
+    // At the ")" or "," that ends a sub-expression: goes on to the next argument, or past the ")"
+    // and calls the function.
+    uint32_t Close(uint32_t type)
+    {
+        uint32_t status = ZR_XPATH_CalculateRemainExpr(ctx_, lex_, ZR_XPATH_END_CLOSE);
+        if (status != ZR_OK)
+            return status;
+        const auto *function = static_cast<const zr::XpathFunction *>(PAL_Peep(open_.get()));
+        bool isCall = function->run != nullptr;
+        if (type == ZR_XPATH_TOKEN_COMMA)
+            return isCall ? BeginSubExpr(ctx_, lex_, cursor_) : uint32_t{ZR_XPATH_ERR_PAREN};
+        PAL_Pop(open_.get());
+        ++*cursor_;
+        return isCall ? function->run(ctx_) : uint32_t{ZR_OK};
+    }
+
+    ZrXpathEvalCtx *ctx_;
+    const ZrXpathLex *lex_;
+    uint32_t *cursor_;
+    const zr::XpathView &view_;
+    zr::Owned<PalStack, PAL_DeleteStack> open_; // made with the first "("
 };
 
-uint32_t EvalOperand(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
-                     const zr::XpathView &view)
+uint32_t EvalCondition(xmlNode *root, xmlNode *contextNode, const char *expression,
+                       const zr::XpathView &view)
 {
-    return StartsPrimary(zr::TokenTypeAt(lex, *cursor))
-               ? ZR_XPATH_EvalPrimaryExpr(ctx, lex, cursor)
-               : zr::EvalLocationPath(ctx, lex, cursor, view);
+    if (root == nullptr || contextNode == nullptr || expression == nullptr)
+        return ZR_ERR_INVALID;
+    zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex> lex(ZR_XPATH_ExprTokenize(expression));
+    if (!lex)
+        return ZR_XPATH_ERR_TOKENIZE;
+    ZrXpathEvalCtx ctx;
+    uint32_t status =
+        ZR_XPATH_InitEvalCtx(&ctx, root, contextNode, ZR_XPATH_GetTokenNumber(lex.get()));
+    if (status != ZR_OK)
+        return status;
+    zr::Owned<ZrXpathEvalCtx, ZR_XPATH_DestroyEvalCtx> stacks(&ctx);
+    uint32_t cursor = 0;
+    status = Evaluation(&ctx, lex.get(), &cursor, view).Expression();
+    return status != ZR_OK ? status : ZR_XPATH_GetEvalResult(&ctx);
 }
 
 } // namespace
 
-uint32_t zr::EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
-                      const XpathView &view)
+uint32_t ZR_XPATH_EvalCondition(xmlNode *root, xmlNode *contextNode, const char *expression)
 {
-    OpenParens open;
-    uint32_t status = ZR_OK;
-    while (status == ZR_OK) {
-        uint32_t type = zr::TokenTypeAt(lex, *cursor);
-        uint32_t operatorClass = ZR_XPATH_GetTokenExprType(type);
-        if (type == ZR_XPATH_TOKEN_NONE) {
-            return ZR_XPATH_CalculateRemainExpr(ctx, lex, ZR_XPATH_END_OF_LIST);
-        } else if (ClosesSubExpr(type)) {
-            status = ZR_XPATH_CalculateRemainExpr(ctx, lex, ZR_XPATH_END_CLOSE);
-            if (status != ZR_OK || open.Empty())
-                return status;
-            status = open.Close(ctx, lex, cursor);
-        } else if (operatorClass != ZR_XPATH_CLASS_NONE) {
-            status = ZR_XPATH_PushExprTypeToStackByPriority(ctx, lex, operatorClass, *cursor);
-            ++*cursor;
-        } else if (type == ZR_XPATH_TOKEN_LPAREN || type == ZR_XPATH_TOKEN_FUNCNAME) {
-            status = open.Open(ctx, lex, cursor);
-        } else {
-            status = EvalOperand(ctx, lex, cursor, view);
-        }
-    }
-    return status;
+    return EvalCondition(root, contextNode, expression, zr::kWholeTree);
+}
+
+uint32_t zr::EvalConditionInRun(xmlNode *root, xmlNode *contextNode, const char *expression,
+                                ChildMemory *memory)
+{
+    return EvalCondition(root, contextNode, expression, {true, memory});
 }
 
 uint32_t ZR_XPATH_EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
 {
-    return zr::EvalExpr(ctx, lex, cursor, zr::kWholeTree);
+    return Evaluation(ctx, lex, cursor, zr::kWholeTree).Expression();
 }
 
 uint32_t ZR_XPATH_EvalSubExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
@@ -194,30 +227,24 @@ uint32_t ZR_XPATH_EvalSubExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32
 
 uint32_t ZR_XPATH_EvalPathExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
 {
-    return EvalOperand(ctx, lex, cursor, zr::kWholeTree);
+    return Evaluation(ctx, lex, cursor, zr::kWholeTree).Operand();
 }
 
 uint32_t ZR_XPATH_EvalPrimaryExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
 {
-    switch (zr::TokenTypeAt(lex, *cursor)) {
-    case ZR_XPATH_TOKEN_LITERAL:
-        return ZR_XPATH_EvalLiteral(ctx, lex, cursor);
-    case ZR_XPATH_TOKEN_NUMBER:
-        return ZR_XPATH_EvalNumber(ctx, lex, cursor);
-    case ZR_XPATH_TOKEN_FUNCNAME:
-        return ZR_XPATH_EvalFunctionCall(ctx, lex, cursor);
-    case ZR_XPATH_TOKEN_LPAREN: {
-        uint32_t status = ZR_XPATH_EvalSubExpr(ctx, lex, cursor);
-        if (status != ZR_OK)
-            return status;
-        if (zr::TokenTypeAt(lex, *cursor) != ZR_XPATH_TOKEN_RPAREN)
-            return ZR_XPATH_ERR_PAREN;
-        ++*cursor;
-        return ZR_OK;
-    }
-    default:
-        return ZR_XPATH_ERR_BAD_PRIMARY;
-    }
+    return StartsPrimary(zr::TokenTypeAt(lex, *cursor)) ? ZR_XPATH_EvalPathExpr(ctx, lex, cursor)
+                                                        : uint32_t{ZR_XPATH_ERR_BAD_PRIMARY};
+}
+
+uint32_t ZR_XPATH_EvalFunctionCall(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
+{
+    return Evaluation(ctx, lex, cursor, zr::kWholeTree).Call();
+}
+
+uint32_t ZR_XPATH_EvalFunctionCallArguments(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
+                                            uint32_t *cursor)
+{
+    return Evaluation(ctx, lex, cursor, zr::kWholeTree).Arguments();
 }
 
 uint32_t ZR_XPATH_EvalLiteral(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
@@ -244,29 +271,4 @@ uint32_t ZR_XPATH_EvalNumber(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_
     if (status == ZR_OK)
         ++*cursor;
     return status;
-}
-
-uint32_t ZR_XPATH_EvalFunctionCall(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)
-{
-    const zr::XpathFunction *function = nullptr;
-    uint32_t status = BeginCall(lex, cursor, &function);
-    if (status == ZR_OK)
-        status = ZR_XPATH_EvalFunctionCallArguments(ctx, lex, cursor);
-    return status != ZR_OK ? status : function->run(ctx);
-}
-
-uint32_t ZR_XPATH_EvalFunctionCallArguments(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
-                                            uint32_t *cursor)
-{
-    uint32_t type = zr::TokenTypeAt(lex, *cursor);
-    while (type != ZR_XPATH_TOKEN_NONE && type != ZR_XPATH_TOKEN_RPAREN) {
-        uint32_t status = ZR_XPATH_EvalSubExpr(ctx, lex, cursor);
-        if (status != ZR_OK)
-            return status;
-        type = zr::TokenTypeAt(lex, *cursor);
-    }
-    if (type != ZR_XPATH_TOKEN_RPAREN)
-        return ZR_XPATH_ERR_PAREN;
-    ++*cursor;
-    return ZR_OK;
 }

@@ -131,13 +131,6 @@ ZR_API uint32_t ZR_XPATH_EvalFunctionCallArguments(ZrXpathEvalCtx *ctx, const Zr
                                                    uint32_t *cursor);
 }
 
-namespace zr {
-struct XpathView;
-// ZR_XPATH_EvalExpr() with a view of the tree of one's own.
-uint32_t EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
-                  const XpathView &view);
-} // namespace zr
-
 // Location paths of single nodes (XPath 1.0, section 2).
 //
 // Each function is given the token list and the cursor, the position of a token, which it moves

@@ -13,22 +13,15 @@ namespace {
 
 constexpr uint32_t kTokenGrowth = 10; // slots of a new list, and of each growth
 
-bool IsSpace(char ch)
-{
-    return ch == ' ' || ch == '\t' || ch == '\n' || ch == '\r';
-}
+using OwnedLex = zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex>;
 
-ZrXpathLex *NewLex(const char *expression)
+OwnedLex NewLex(const char *expression)
 {
-    auto *lex = zr::New<ZrXpathLex>();
-    if (lex == nullptr)
+    OwnedLex lex(zr::New<ZrXpathLex>());
+    if (!lex || zr::NewArray(&lex->tokens, kTokenGrowth) != ZR_OK)
         return nullptr;
     lex->expression = expression;
     lex->capacity = kTokenGrowth;
-    if (zr::NewArray(&lex->tokens, lex->capacity) != ZR_OK) {
-        zr::Free(lex);
-        return nullptr;
-    }
     return lex;
 }
 
@@ -42,23 +35,21 @@ uint32_t zr::Tokenize(const char *expression, ZrXpathLex **lexOut)
     size_t length = PAL_StrLen(expression);
     if (static_cast<uint32_t>(length) != length)
         return ZR_ERR_INVALID; // offsets are 32 bits wide
-    ZrXpathLex *lex = NewLex(expression);
-    if (lex == nullptr)
+    OwnedLex lex = NewLex(expression);
+    if (!lex)
         return ZR_ERR_NO_MEMORY;
     for (uint32_t cursor = 0; expression[cursor] != '\0';) {
-        if (IsSpace(expression[cursor])) {
+        if (zr::IsXmlSpace(expression[cursor])) {
             ++cursor;
             continue;
         }
         ZrXpathToken token;
-        uint32_t status = ZR_XPATH_ParseCurTokenFromExpr(lex, cursor, &token);
-        if (status != ZR_OK) {
-            ZR_XPATH_FreeXpathLex(lex);
+        uint32_t status = ZR_XPATH_ParseCurTokenFromExpr(lex.get(), cursor, &token);
+        if (status != ZR_OK)
             return status;
-        }
         cursor += token.length;
     }
-    *lexOut = lex;
+    *lexOut = lex.release();
     return ZR_OK;
 }
 
@@ -116,22 +107,25 @@ uint32_t ZR_XPATH_IsNextTokenOperator(uint32_t previousType)
 
 uint32_t ZR_XPATH_GetTokenExprType(uint32_t type)
 {
+    struct Row {
+        ZrXpathTokenType type;
+        ZrXpathOperatorClass operatorClass;
+    };
     // clang-format off
-    // by token type, from ZR_XPATH_TOKEN_UNION on
-    static constexpr uint32_t kClasses[] = {
-        ZR_XPATH_CLASS_UNION,          // |
-        ZR_XPATH_CLASS_MULTIPLICATIVE, // * div mod
-        ZR_XPATH_CLASS_ADDITIVE,       // + -
-        ZR_XPATH_CLASS_RELATIONAL,     // < > <= >=
-        ZR_XPATH_CLASS_EQUALITY,       // = !=
-        ZR_XPATH_CLASS_AND,            // and
-        ZR_XPATH_CLASS_OR,             // or
+    static constexpr Row kRows[] = {
+        {ZR_XPATH_TOKEN_UNION,      ZR_XPATH_CLASS_UNION},
+        {ZR_XPATH_TOKEN_MULTIPLY,   ZR_XPATH_CLASS_MULTIPLICATIVE},
+        {ZR_XPATH_TOKEN_ADDITIVE,   ZR_XPATH_CLASS_ADDITIVE},
+        {ZR_XPATH_TOKEN_RELATIONAL, ZR_XPATH_CLASS_RELATIONAL},
+        {ZR_XPATH_TOKEN_EQUALITY,   ZR_XPATH_CLASS_EQUALITY},
+        {ZR_XPATH_TOKEN_AND,        ZR_XPATH_CLASS_AND},
+        {ZR_XPATH_TOKEN_OR,         ZR_XPATH_CLASS_OR},
     };
     // clang-format on
-    static_assert(std::size(kClasses) == ZR_XPATH_TOKEN_OR - ZR_XPATH_TOKEN_UNION + 1);
+    static_assert(zr::RowsInOrder(kRows, &Row::type, ZR_XPATH_TOKEN_UNION, ZR_XPATH_TOKEN_OR + 1));
     if (type < ZR_XPATH_TOKEN_UNION || type > ZR_XPATH_TOKEN_OR)
         return ZR_XPATH_CLASS_NONE;
-    return kClasses[type - ZR_XPATH_TOKEN_UNION];
+    return kRows[type - ZR_XPATH_TOKEN_UNION].operatorClass;
 }
 
 namespace zr {
@@ -160,11 +154,6 @@ uint32_t Store(ZrXpathLex *lex, const ZrXpathToken &token)
     return ZR_OK;
 }
 
-bool IsNameStart(char ch)
-{
-    return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || ch == '_';
-}
-
 } // namespace
 
 uint32_t ZR_XPATH_ParseCurTokenFromExpr(ZrXpathLex *lex, uint32_t cursor, ZrXpathToken *token)
@@ -172,9 +161,9 @@ uint32_t ZR_XPATH_ParseCurTokenFromExpr(ZrXpathLex *lex, uint32_t cursor, ZrXpat
     *token = ZrXpathToken{};
     char ch = lex->expression[cursor];
     uint32_t status;
-    if (zr::IsXpathDigit(ch))
+    if (zr::IsDigit(ch))
         status = ZR_XPATH_GetTokenStartWithDigit(lex, cursor, token);
-    else if (IsNameStart(ch))
+    else if (zr::IsLetter(ch) || ch == '_')
         status = ZR_XPATH_GetTokenStartWithNameStart(lex, cursor, token);
     else
         status = ZR_XPATH_GetTokenStartWithOtherCh(lex, cursor, token);
@@ -238,14 +227,13 @@ uint32_t Fail(ZrXpathToken *token)
 
 } // namespace
 
-// Kept: the first character does not count as a dot, so that ".5.3" is one number while "1.2.3" is
-// none. The evaluator takes what is no number for NaN.
+// The first character does not count as a dot: docs/oddities.md.
 uint32_t ZR_XPATH_GetTokenStartWithDigit(ZrXpathLex *lex, uint32_t cursor, ZrXpathToken *token)
 {
     const char *text = lex->expression + cursor;
     uint32_t length = 1;
     uint32_t dots = 0;
-    for (; zr::IsXpathDigit(text[length]) || text[length] == '.'; ++length) {
+    for (; zr::IsDigit(text[length]) || text[length] == '.'; ++length) {
         if (text[length] == '.' && ++dots > 1)
             return Fail(token);
     }
@@ -268,7 +256,7 @@ uint32_t ZR_XPATH_GetTokenStartWithNameStart(ZrXpathLex *lex, uint32_t cursor, Z
                  length + ZR_UTL_ConsumeIdentNameBestEffort(text + length));
 }
 
-// Kept: only the leading characters are compared, so that "andx" is "and" and then "x".
+// Only the leading characters are compared: docs/oddities.md.
 uint32_t ZR_XPATH_GetOperatorType(ZrXpathLex *lex, uint32_t cursor, ZrXpathToken *token)
 {
     struct OperatorName {
@@ -328,7 +316,7 @@ uint32_t ZR_XPATH_ParseSpecialSymbol(ZrXpathLex *lex, uint32_t cursor, ZrXpathTo
             return Found(token, ZR_XPATH_TOKEN_MULTIPLY, 1);
         return Found(token, ZR_XPATH_TOKEN_NAME, 1);
     case '.':
-        if (zr::IsXpathDigit(text[1]))
+        if (zr::IsDigit(text[1]))
             return ZR_XPATH_GetTokenStartWithDigit(lex, cursor, token);
         return Found(token, ZR_XPATH_TOKEN_DOT, 1);
     default:

@@ -103,11 +103,6 @@ extern const XpathSymbol kXpathSymbols[kXpathSymbolCount];
 // The type of the last stored token, ZR_XPATH_TOKEN_NONE when there is none.
 uint32_t LastTokenType(const ZrXpathLex *lex);
 
-inline bool IsXpathDigit(char ch)
-{
-    return ch >= '0' && ch <= '9';
-}
-
 } // namespace zr
 
 extern "C" {

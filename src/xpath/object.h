@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <zrschema/types.h>
 
+#include "platform/memory.h"
+
 enum ZrXpathObjectKind : uint32_t {
     ZR_XPATH_OBJ_BOOLEAN = 0,
     ZR_XPATH_OBJ_STRING = 1,
@@ -53,18 +55,6 @@ namespace zr {
 // Numbers nearer than this are equal, and one nearer to 0 is false: 2 to the power of -52.
 constexpr double kXpathEpsilon = 0x1p-52;
 
-// Owns one object for the length of a scope.
-class ScopedObject {
-public:
-    explicit ScopedObject(ZrXpathObject *object) : object_(object) {}
-    ScopedObject(const ScopedObject &) = delete;
-    ScopedObject &operator=(const ScopedObject &) = delete;
-    ~ScopedObject() { ZR_XPATH_FreeObject(object_); }
-    ZrXpathObject *get() const { return object_; }
-    ZrXpathObject *operator->() const { return object_; }
-
-private:
-    ZrXpathObject *object_;
-};
+using OwnedObject = Owned<ZrXpathObject, ZR_XPATH_FreeObject>;
 
 } // namespace zr

@@ -1,37 +1,12 @@
-// The binary operators.
+// The binary operators: what they do, and when one that waits on the operator stack is applied.
+#include "xpath/evaluate.h"
+
 #include <cmath>
-#include <cstring>
 #include <iterator>
 
-#include "foundation/text.h"
-#include "model/node_record.h"
-#include "model/scope.h"
+#include "foundation/array.h"
 #include "platform/memory.h"
 #include "platform/text.h"
-#include "xpath/evaluate.h"
-#include "xpath/value_text.h"
-
-namespace zr {
-
-XpathOperatorFunc OperatorFunction(uint32_t operatorClass)
-{
-    // clang-format off
-    static constexpr XpathOperatorFunc kFunctions[] = {
-        ZR_XPATH_EvalOrExpr,         // 0 or
-        ZR_XPATH_EvalAndExpr,        // 1 and
-        ZR_XPATH_EvalEqualityExpr,   // 2 = !=
-        ZR_XPATH_EvalRelationalExpr, // 3 > < >= <=
-        nullptr,                     // 4 + -
-        nullptr,                     // 5 * div mod
-        nullptr,                     // 6 no operator has it
-        nullptr,                     // 7 |
-    };
-    // clang-format on
-    static_assert(std::size(kFunctions) == ZR_XPATH_CLASS_NONE);
-    return operatorClass < std::size(kFunctions) ? kFunctions[operatorClass] : nullptr;
-}
-
-} // namespace zr
 
 uint32_t ZR_XPATH_GetTokenOperationType(const ZrXpathLex *lex, uint32_t position)
 {
@@ -174,135 +149,95 @@ uint32_t ZR_XPATH_EvalCompareExpr(ZrXpathEvalCtx *ctx, ZrXpathObject *left, ZrXp
     return ZR_XPATH_PushBooleanToObjStack(ctx, result ? 1 : 0);
 }
 
-// The functions: not(), derived-from() and derived-from-or-self().
-
-namespace zr {
-
-const XpathFunction *FindXpathFunction(const char *text, uint32_t length)
-{
-    // clang-format off
-    static constexpr XpathFunction kFunctions[] = {
-        { "not",                  ZR_XPATH_FuncNot },
-        { "derived-from",         ZR_XPATH_FuncDerivedFrom },
-        { "derived-from-or-self", ZR_XPATH_FuncDerivedFromOfSelf },
-    };
-    // clang-format on
-    char name[21]; // the longest name and its NUL; what does not fit is unknown
-    if (strncpy_s(name, sizeof(name), text, length) < 0)
-        return nullptr;
-    for (const XpathFunction &function : kFunctions) {
-        if (PAL_StrCmp(name, function.name) == 0)
-            return &function;
-    }
-    return nullptr;
-}
-
-} // namespace zr
-
-uint32_t ZR_XPATH_FuncNot(ZrXpathEvalCtx *ctx)
-{
-    auto *object = static_cast<ZrXpathObject *>(PAL_Peep(ctx->objects));
-    uint32_t status = ZR_XPATH_FuncBooleanInner(object);
-    if (status == ZR_OK)
-        object->value.boolean = object->value.boolean != 0 ? 0 : 1;
-    return status;
-}
+// The operator stack. What waits there is applied when an operator comes that binds less tightly,
+// and at the end of the sub-expression.
 
 namespace {
 
-// The name of an identity; the qualifier is a module name, "" when there is none.
-struct IdentityName {
-    char module[zr::kNameSize];
-    char name[zr::kNameSize];
+struct OperatorRow {
+    ZrXpathOperatorClass operatorClass;
+    zr::XpathOperatorFunc evaluate;
 };
 
-bool SplitIdentityName(const char *text, IdentityName *out)
+// clang-format off
+// The classes behind these, arithmetic and unions, are not evaluated.
+constexpr OperatorRow kOperators[] = {
+    {ZR_XPATH_CLASS_OR,         ZR_XPATH_EvalOrExpr},
+    {ZR_XPATH_CLASS_AND,        ZR_XPATH_EvalAndExpr},
+    {ZR_XPATH_CLASS_EQUALITY,   ZR_XPATH_EvalEqualityExpr},
+    {ZR_XPATH_CLASS_RELATIONAL, ZR_XPATH_EvalRelationalExpr},
+};
+// clang-format on
+static_assert(zr::RowsInOrder(kOperators, &OperatorRow::operatorClass, ZR_XPATH_CLASS_OR,
+                              ZR_XPATH_CLASS_ADDITIVE));
+
+ZrXpathOperatorEntry *PopOperator(ZrXpathEvalCtx *ctx)
 {
-    return ZR_UTL_GetXPathNextPrefixAndNode(text, out->module, sizeof(out->module), out->name,
-                                            sizeof(out->name)) == ZR_OK;
+    return static_cast<ZrXpathOperatorEntry *>(PAL_Pop(ctx->operators));
 }
 
-bool IsSameIdentity(const IdentityName &a, const char *moduleName, const char *name)
+ZrXpathObject *PopObject(ZrXpathEvalCtx *ctx)
 {
-    return PAL_StrCmp(a.module, moduleName) == 0 && PAL_StrCmp(a.name, name) == 0;
-}
-
-// Kept: only the bases that the identity lists itself count, not the bases of those.
-bool HasBase(const ZrsIdentity *identity, const IdentityName &base)
-{
-    for (uint32_t i = 0; i < identity->baseCount; ++i) {
-        const ZrsIdentBase &item = identity->bases[i];
-        if (IsSameIdentity(base, item.moduleName, item.identityName))
-            return true;
-    }
-    return false;
-}
-
-// Whether the identity that is the value of `node` is derived from the one that `argument` names.
-uint32_t IsDerived(const xmlNode *node, const char *argument, bool orSelf, bool *result)
-{
-    *result = false;
-    const ZrNode *schemaNode = zr::SchemaNodeOf(node);
-    if (schemaNode == nullptr)
-        return ZR_XPATH_ERR_NO_SCHEMA;
-    if (!zr::IsIdentityrefAlone(schemaNode))
-        return ZR_ERR_INVALID;
-
-    zr::Owned<char> text;
-    uint32_t status = zr::ReadValueText(node, zr::Out(text));
-    if (status != ZR_OK || !text || *text.get() == '\0')
-        return status; // no value is derived from nothing
-    // What names no identity, as a notification's value may, has no module in its value text.
-    if (std::strchr(text.get(), ':') == nullptr)
-        return ZR_OK;
-    IdentityName value;
-    if (!SplitIdentityName(text.get(), &value))
-        return ZR_ERR_INVALID;
-    const ZrsIdentity *identity =
-        ZR_CTX_FindIdentityByModNameAndIdentName(schemaNode->module->ctx, value.module, value.name);
-    if (identity == nullptr)
-        return ZR_ERR_INVALID;
-
-    IdentityName base;
-    if (!SplitIdentityName(argument, &base))
-        return ZR_ERR_INVALID;
-    if (base.module[0] == '\0' &&
-        strcpy_s(base.module, sizeof(base.module), schemaNode->module->name) < 0)
-        return ZR_ERR_INVALID;
-    *result = (orSelf && IsSameIdentity(base, value.module, value.name)) || HasBase(identity, base);
-    return ZR_OK;
-}
-
-// Takes the object on top off the stack when it is of that kind, else gives null.
-ZrXpathObject *PopObjectOfKind(ZrXpathEvalCtx *ctx, uint32_t kind)
-{
-    const auto *top = static_cast<const ZrXpathObject *>(PAL_Peep(ctx->objects));
-    if (top == nullptr || top->kind != kind)
-        return nullptr;
     return static_cast<ZrXpathObject *>(PAL_Pop(ctx->objects));
-}
-
-uint32_t DerivedFrom(ZrXpathEvalCtx *ctx, bool orSelf)
-{
-    zr::ScopedObject identity(PopObjectOfKind(ctx, ZR_XPATH_OBJ_STRING));
-    if (identity.get() == nullptr)
-        return ZR_XPATH_ERR_BAD_ARGUMENT;
-    zr::ScopedObject node(PopObjectOfKind(ctx, ZR_XPATH_OBJ_NODE));
-    if (node.get() == nullptr || node->value.node == nullptr || *identity->value.string == '\0')
-        return ZR_XPATH_ERR_BAD_ARGUMENT;
-    bool result;
-    uint32_t status = IsDerived(node->value.node, identity->value.string, orSelf, &result);
-    return status != ZR_OK ? status : ZR_XPATH_PushBooleanToObjStack(ctx, result ? 1 : 0);
 }
 
 } // namespace
 
-uint32_t ZR_XPATH_FuncDerivedFrom(ZrXpathEvalCtx *ctx)
+zr::XpathOperatorFunc zr::OperatorFunction(uint32_t operatorClass)
 {
-    return DerivedFrom(ctx, false);
+    return operatorClass < std::size(kOperators) ? kOperators[operatorClass].evaluate : nullptr;
 }
 
-uint32_t ZR_XPATH_FuncDerivedFromOfSelf(ZrXpathEvalCtx *ctx)
+uint32_t ZR_XPATH_PushExprTypeToStackByPriority(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
+                                                uint32_t operatorClass, uint32_t position)
 {
-    return DerivedFrom(ctx, true);
+    uint32_t status = ZR_XPATH_CalculateHighPriorityExpr(ctx, lex, operatorClass);
+    if (status != ZR_OK)
+        return status;
+    return ZR_XPATH_PushExprTypeToStack(ctx, operatorClass, position);
+}
+
+uint32_t ZR_XPATH_CalculateHighPriorityExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
+                                            uint32_t operatorClass)
+{
+    for (;;) {
+        const auto *top = static_cast<const ZrXpathOperatorEntry *>(PAL_Peep(ctx->operators));
+        if (top == nullptr || top->operatorClass == ZR_XPATH_MARKER_CLASS ||
+            top->operatorClass < operatorClass)
+            return ZR_OK;
+        zr::Owned<ZrXpathOperatorEntry> entry(PopOperator(ctx));
+        uint32_t status = ZR_XPATH_CalculateOneExpr(ctx, lex, entry.get());
+        if (status != ZR_OK)
+            return status;
+    }
+}
+
+uint32_t ZR_XPATH_CalculateRemainExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t mode)
+{
+    for (;;) {
+        zr::Owned<ZrXpathOperatorEntry> entry(PopOperator(ctx));
+        bool open = entry && entry->operatorClass == ZR_XPATH_MARKER_CLASS;
+        if (!entry || open)
+            return open == (mode == ZR_XPATH_END_CLOSE) ? uint32_t{ZR_OK}
+                                                        : uint32_t{ZR_XPATH_ERR_PAREN};
+        uint32_t status = ZR_XPATH_CalculateOneExpr(ctx, lex, entry.get());
+        if (status != ZR_OK)
+            return status;
+    }
+}
+
+uint32_t ZR_XPATH_CalculateOneExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
+                                   const ZrXpathOperatorEntry *entry)
+{
+    if (PAL_GetSize(ctx->objects) < 2)
+        return ZR_ERR_INVALID;
+    zr::OwnedObject right(PopObject(ctx));
+    zr::OwnedObject left(PopObject(ctx));
+    zr::XpathOperatorFunc evaluate = zr::OperatorFunction(entry->operatorClass);
+    if (evaluate == nullptr)
+        return ZR_XPATH_ERR_UNSUPPORTED_OPERATOR;
+    uint32_t operation = ZR_XPATH_GetTokenOperationType(lex, entry->position);
+    if (operation == ZR_XPATH_OP_NONE)
+        return ZR_XPATH_ERR_BAD_OPERATION;
+    return evaluate(ctx, left.get(), right.get(), operation);
 }

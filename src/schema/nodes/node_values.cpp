@@ -4,33 +4,24 @@
 #include "schema/lookup/lookup.h"
 #include "schema/members/module.h"
 #include "schema/nodes/node.h"
+#include "types/chains.h"
 #include "types/real_type.h"
 
 namespace {
-
-constexpr uint32_t kMaxChain = 129; // links of a typedef chain
 
 const ZrCtx *ContextOf(const ZrNode *node)
 {
     return node != nullptr && node->module != nullptr ? node->module->ctx : nullptr;
 }
 
-// Follows the typedef chain of a type and returns the first text that `read` finds in a typedef.
-// The chain ends at a built-in type, at a typedef that is not loaded, or at the bound, which also
-// keeps typedefs that name each other from being walked for ever.
+// The first text that `read` finds in the typedefs behind a type, as far as they are loaded.
 template <typename Read>
 const char *FirstInTypedefs(const ZrCtx *ctx, const ZrtRealType *type, Read read)
 {
-    for (uint32_t i = 0; i < kMaxChain && type->baseType == ZRT_TYPE_DERIVED; ++i) {
-        const char *moduleName = nullptr;
-        const char *typedefName = ZRT_TYPE_GetInheritedTypDefName(type, &moduleName);
-        const ZrsTypDef *definition =
-            ZR_CTX_FindTdefObjByModAndTdefName(ctx, moduleName, typedefName);
-        if (definition == nullptr)
-            return nullptr;
-        if (const char *text = read(*definition); text != nullptr)
+    zr::TypedefChain chain(ctx, type, zr::TypedefChain::kByName);
+    while (chain.Next() && chain.Definition() != nullptr) {
+        if (const char *text = read(*chain.Definition()); text != nullptr)
             return text;
-        type = &definition->realType;
     }
     return nullptr;
 }
