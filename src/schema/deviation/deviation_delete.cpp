@@ -26,7 +26,7 @@ constexpr zr::DefaultsByKind kDeleteDefaults = {ZRS_MOD_DelChoiceDefault, ZRS_MO
 uint32_t DeleteSingleDefault(ZrMod *module, const ZrsDeviate *deviate, ZrNode *target,
                              const zr::SingleDefaultMessages &messages, const char *different)
 {
-    return zr::ChangeSingleDefault(module, deviate, target, messages, [=](const char *&slot) {
+    return zr::ChangeSingleDefault(module, deviate, target, true, messages, [=](const char *&slot) {
         if (!zr::TextEquals(slot, deviate->defaults[0]))
             return zr::RefuseDeviate(module, target, different);
         zr::Release(&module->ctx->dict, slot);

@@ -91,3 +91,12 @@ uint32_t zr::ReplaceText(ZrMod *module, const char *&slot, const char *text)
     slot = interned;
     return ZR_OK;
 }
+
+void ZRS_NODE_NotifyBeforeExtInstsChange(ZrNode *node)
+{
+    if (node == nullptr || node->module == nullptr || node->module->ctx == nullptr)
+        return;
+    ZrCtx *ctx = node->module->ctx;
+    if (ctx->beforeDeviateExtInstFunc != nullptr)
+        ctx->beforeDeviateExtInstFunc(ctx, node, ctx);
+}

@@ -1,10 +1,9 @@
 // What a schema node says of itself.
+#include <zrschema/context.h>
 #include <zrschema/node.h>
 
 #include "model/module_records.h"
 #include "model/node_record.h"
-#include "schema/lookup/lookup.h"
-#include "schema/nodes/node.h"
 
 namespace {
 
@@ -78,13 +77,6 @@ ZrNode *ZR_NODE_GetNonChoiceCaseParent(const ZrNode *node)
     return parent;
 }
 
-ZrNode *ZR_NODE_GetAugmentTargetNode(const ZrNode *node)
-{
-    if (node == nullptr || node->kind != ZR_NODE_AUGMENT || node->module == nullptr)
-        return nullptr;
-    return ZR_CTX_GetTargetNode(node->module->ctx, node->name, nullptr);
-}
-
 uint32_t ZR_NODE_IsKey(const ZrNode *node)
 {
     if (node == nullptr || node->parent == nullptr || node->parent->kind != ZR_NODE_LIST)
@@ -142,7 +134,7 @@ uint32_t ZR_NODE_IsEnabled(const ZrNode *node)
         return 1;
     for (uint32_t i = 0; i < node->ifFeatureCount; ++i) {
         const ZrsIfFeature *entry = &node->ifFeatures[i];
-        // 22 stands for an argument that is missing, so the answer is compared with 1.
+        // The answer may also be ZR_ERR_INVALID, for a name that is missing.
         if (ZR_CTX_IsModFeatureEnable(node->module->ctx, entry->moduleName, entry->featureName) !=
             1)
             return 0;
@@ -150,7 +142,7 @@ uint32_t ZR_NODE_IsEnabled(const ZrNode *node)
     return 1;
 }
 
-// Scans of what a node holds in lists: conditions, features, defaults; and its path.
+// Scans of what a node holds in lists: conditions, features, defaults.
 
 namespace {
 
@@ -203,16 +195,4 @@ uint32_t ZR_NODE_ScanAllDefaults(const ZrNode *node, ZrTextScanFunc callback, vo
         return ZR_OK;
     const auto *info = static_cast<const ZrsLeafListInfo *>(node->info);
     return ScanTexts(info->defaults, info->defaultCount, callback, userData);
-}
-
-uint32_t ZR_NODE_GetNodePath(const ZrNode *node, char *buffer, uint32_t size)
-{
-    if (node == nullptr || buffer == nullptr || size == 0)
-        return ZR_ERR_INVALID;
-    uint32_t length = 0;
-    buffer[0] = '\0';
-    uint32_t status = ZRS_NODE_PrintJsonPathRecursive(node, buffer, size, &length);
-    if (status != ZR_OK)
-        buffer[0] = '\0';
-    return status;
 }

@@ -1,8 +1,7 @@
 // What a leaf or leaf-list says of its values: type, default, units, leafref target, checks.
 #include "foundation/array.h"
+#include "model/scope.h"
 #include "platform/memory.h"
-#include "schema/lookup/lookup.h"
-#include "schema/members/module.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
 
@@ -152,17 +151,16 @@ uint32_t ZRS_NODE_AppendLeaflistDefaults(ZrDict *dict, ZrsLeafListInfo *info,
     if (uint32_t status = zr::ExpandArray(&info->defaults, oldCount, count); status != ZR_OK)
         return status;
     for (uint32_t i = 0; i < count; ++i) {
-        const char *value = ZR_DICT_Insert(dict, values[i]);
-        if (value == nullptr) {
-            while (i > 0)
-                zr::Release(dict, info->defaults[oldCount + --i]);
-            if (oldCount == 0) {
-                zr::Free(info->defaults);
-                info->defaults = nullptr;
-            }
-            return ZR_ERR_NO_MEMORY;
+        info->defaults[oldCount + i] = ZR_DICT_Insert(dict, values[i]);
+        if (info->defaults[oldCount + i] != nullptr)
+            continue;
+        while (i > 0)
+            zr::Release(dict, info->defaults[oldCount + --i]);
+        if (oldCount == 0) {
+            zr::Free(info->defaults);
+            info->defaults = nullptr;
         }
-        info->defaults[oldCount + i] = value;
+        return ZR_ERR_NO_MEMORY;
     }
     info->defaultCount = static_cast<uint16_t>(oldCount + count);
     return ZR_OK;

@@ -1,8 +1,11 @@
 // What the modules that augment or deviate a module do when it is loaded or about to go.
 #pragma once
 
-#include <zrschema/context.h>
+#include <zrschema/types.h>
 
+#include <cstdint>
+
+// What happens to a module that others change.
 enum ZrsModuleEvent : uint32_t { ZRS_MODULE_LOADED = 0, ZRS_MODULE_UNLOADING = 1 };
 
 // Handler of one kind of relation; `extra` is the caller's of the notification, for handlers that
@@ -12,21 +15,24 @@ typedef uint32_t (*ZrsCoupleEventFunc)(ZrCtx *ctx, const char *changedModuleName
 
 extern "C" {
 // Runs the handler of every relation of the module, newest relation first; their results are
-// ignored. Always 0.
+// ignored. Always ZR_OK.
 ZR_API uint32_t ZRS_MOD_NotifyModuleChangeEvent(ZrCtx *ctx, const char *moduleName, uint32_t event,
                                                 void *extra);
 // The handler of a ZrRelationKind and a ZrsModuleEvent; null for any other numbers.
 ZR_API ZrsCoupleEventFunc ZRS_MOD_GetCoupleEvtProcFunc(uint32_t relationKind, uint32_t event);
 
-// The handlers: 0, or 1 when the dependent module is not loaded. Loading tries everything of the
-// dependent module that is not coupled; unloading takes back its augments into the changed module,
-// and lets its deviations of that module be applied afresh without reverting anything.
+// The handlers give ZR_OK, or ZR_ERR_FAILED when the dependent module is not loaded.
+
+// Couples the dependent module's augments that are not coupled yet, and its deviations after them.
 ZR_API uint32_t ZRS_MOD_CoupleAugmentFromDepMods(ZrCtx *ctx, const char *changedModuleName,
                                                  const char *dependentModuleName, void *extra);
+// Takes back the dependent module's augments into the changed module.
 ZR_API uint32_t ZRS_MOD_UnCoupleAugmentFromDepMods(ZrCtx *ctx, const char *changedModuleName,
                                                    const char *dependentModuleName, void *extra);
+// Applies the dependent module's deviations that wait for a target.
 ZR_API uint32_t ZRS_MOD_CoupleDeviationFromDepMods(ZrCtx *ctx, const char *changedModuleName,
                                                    const char *dependentModuleName, void *extra);
+// Lets the dependent module's deviations of the changed module be applied afresh; reverts nothing.
 ZR_API uint32_t ZRS_MOD_UnCoupleDeviationFromDepMods(ZrCtx *ctx, const char *changedModuleName,
                                                      const char *dependentModuleName, void *extra);
 }
