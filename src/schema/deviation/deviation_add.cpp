@@ -91,6 +91,7 @@ uint32_t ZRS_MOD_AddChoiceDefault(ZrMod *module, ZrsDeviate *deviate, ZrNode *ta
 
 uint32_t ZRS_MOD_AddLeafDefault(ZrMod *module, ZrsDeviate *deviate, ZrNode *target)
 {
+    // The two blanks of the first text: docs/oddities.md.
     return AddSingleDefault(
         module, deviate, target,
         {"Failed to add default to leaf node \"%s\",  because the number of default to be added > "

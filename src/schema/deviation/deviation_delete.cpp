@@ -233,7 +233,7 @@ uint32_t ZRS_MOD_CoupleDevDelExtInsts(ZrMod *module, ZrsDeviate *deviate, ZrNode
     bool told = false;
     for (uint32_t i = 0; i < deviate->extInstCount; ++i) {
         const ZrsExtInst *instance = &deviate->extInsts[i];
-        if (zr::IsNacmInstance(instance)) {
+        if (zr::IsNacmInstance(instance)) { // docs/oddities.md: recorded, and the deviate goes on
             ZR_CTX_AddModError(
                 module->ctx, module->name,
                 "Deleting extension-instance \"%s:%s\" from node \"%s\" is not supported.",
