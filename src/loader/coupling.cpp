@@ -3,7 +3,6 @@
 #include <zrschema/module.h>
 
 #include "schema/deviation/deviation.h"
-#include "schema/module/change_events.h"
 #include "schema/module/module.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"

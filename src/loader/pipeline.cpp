@@ -20,7 +20,6 @@
 #include "platform/text.h"
 #include "platform/xml.h"
 #include "schema/merge/merge.h"
-#include "schema/module/change_events.h"
 #include "schema/module/module.h"
 
 uint32_t ZR_CTX_LoadModule(ZrCtx *ctx, const char *moduleName)

@@ -8,7 +8,6 @@
 #include "platform/memory.h"
 #include "platform/text.h"
 #include "schema/lookup/lookup.h"
-#include "schema/module/change_events.h"
 #include "schema/module/module.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include "loader/pipeline.h"
 #include "platform/xml.h"
 #include "schema/coupling_fixture.h"
-#include "schema/module/change_events.h"
+#include "schema/module/module.h"
 
 using namespace zrtest;
 using testing::ElementsAre;

@@ -64,10 +64,8 @@ uint32_t MoveBack(ZrNode *augment, ZrNode *first, const ZrNode *last)
 
 void ZRS_NODE_NotifyAugmentFirstChildNodeRelink(ZrNode *node)
 {
-    if (node == nullptr || node->module == nullptr || node->module->ctx == nullptr)
-        return;
-    ZrCtx *ctx = node->module->ctx;
-    if (ctx->firstAugChildRelinkFunc != nullptr)
+    ZrCtx *ctx = zr::ContextOf(node);
+    if (ctx != nullptr && ctx->firstAugChildRelinkFunc != nullptr)
         ctx->firstAugChildRelinkFunc(ctx, node, ctx);
 }
 

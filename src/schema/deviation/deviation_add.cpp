@@ -1,12 +1,9 @@
 // "deviate add": properties that the target does not have yet.
 #include "foundation/array.h"
-#include "foundation/load_errors.h"
-#include "platform/memory.h"
 #include "schema/deviation/deviation_steps.h"
 #include "schema/members/condition_records.h"
 #include "schema/members/ext_inst.h"
 #include "schema/nodes/node.h"
-#include "types/real_type.h"
 
 namespace {
 

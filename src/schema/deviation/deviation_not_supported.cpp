@@ -125,10 +125,8 @@ bool ReadModuleName(const char *step, zr::ModuleNameText &nameOut)
 
 void ZRS_NODE_NotifyBeforeDeviateNotSupport(ZrNode *node)
 {
-    if (node == nullptr || node->module == nullptr || node->module->ctx == nullptr)
-        return;
-    ZrCtx *ctx = node->module->ctx;
-    if (ctx->beforeDeviateNotSupportFunc != nullptr)
+    ZrCtx *ctx = zr::ContextOf(node);
+    if (ctx != nullptr && ctx->beforeDeviateNotSupportFunc != nullptr)
         ctx->beforeDeviateNotSupportFunc(ctx, node, ctx);
 }
 

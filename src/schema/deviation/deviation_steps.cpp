@@ -2,6 +2,7 @@
 
 #include "foundation/array.h"
 #include "foundation/load_errors.h"
+#include "schema/nodes/node.h"
 
 uint32_t zr::RunDeviateSteps(std::span<const DeviateStep> steps, ZrMod *module, ZrsDeviate *deviate,
                              ZrNode *target)
@@ -94,9 +95,7 @@ uint32_t zr::ReplaceText(ZrMod *module, const char *&slot, const char *text)
 
 void ZRS_NODE_NotifyBeforeExtInstsChange(ZrNode *node)
 {
-    if (node == nullptr || node->module == nullptr || node->module->ctx == nullptr)
-        return;
-    ZrCtx *ctx = node->module->ctx;
-    if (ctx->beforeDeviateExtInstFunc != nullptr)
+    ZrCtx *ctx = zr::ContextOf(node);
+    if (ctx != nullptr && ctx->beforeDeviateExtInstFunc != nullptr)
         ctx->beforeDeviateExtInstFunc(ctx, node, ctx);
 }

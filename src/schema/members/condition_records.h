@@ -43,7 +43,7 @@ ZR_API uint32_t ZRS_NODE_FillMust(ZrDict *dict, ZrsMust *record, const char *con
 ZR_API void ZRS_NODE_ClearMust(ZrDict *dict, ZrsMust *record);
 // Clears every record and frees the array; null is accepted.
 ZR_API void ZRS_NODE_FreeMusts(ZrDict *dict, ZrsMust *array, uint32_t count);
-// Moves the strings; the destination must hold none.
+// Moves the strings; the destination must hold none. For callers outside the library.
 ZR_API void ZRS_NODE_AssignMoveMust(ZrsMust *destination, ZrsMust *source);
 // 1 when the conditions are the same; message and tag do not matter.
 ZR_API uint32_t ZRS_NODE_CheckTwoMustSame(const ZrsMust *a, const ZrsMust *b);

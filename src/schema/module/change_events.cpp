@@ -1,5 +1,4 @@
-#include "schema/module/change_events.h"
-
+// What the modules that augment or deviate a module do when it is loaded or about to go.
 #include "foundation/list.h"
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"

@@ -115,6 +115,12 @@ ZR_API uint32_t ZRS_NODE_PrintJsonPathRecursive(const ZrNode *node, char *buffer
 
 namespace zr {
 
+// The context of the node's module, or null.
+inline ZrCtx *ContextOf(const ZrNode *node)
+{
+    return node != nullptr && node->module != nullptr ? node->module->ctx : nullptr;
+}
+
 // Calls `visit`(child) for every child in order. A coupled augment's children go on into those of
 // its target, so the last child ends the walk.
 template <typename Visit> void ForEachChild(const ZrNode *parent, Visit visit)

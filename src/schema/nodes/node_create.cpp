@@ -116,11 +116,6 @@ constexpr bool IsKind(uint32_t kind)
     return kind < std::size(kKinds);
 }
 
-ZrCtx *ContextOf(const ZrNode *node)
-{
-    return node != nullptr && node->module != nullptr ? node->module->ctx : nullptr;
-}
-
 } // namespace
 
 uint32_t ZRS_NODE_GetStmtByNodeType(uint32_t kind)
@@ -151,7 +146,7 @@ ZrNode *ZRS_NODE_New(uint32_t kind)
 
 void ZRS_NODE_DestroySchemaInfo(ZrNode *node)
 {
-    ZrCtx *ctx = ContextOf(node);
+    ZrCtx *ctx = zr::ContextOf(node);
     if (ctx == nullptr || node->info == nullptr)
         return;
     if (IsKind(node->kind) && kKinds[node->kind].destroyInfo != nullptr)
@@ -171,7 +166,7 @@ void ZRS_NODE_DestroyPrivateData(ZrCtx *ctx, ZrNode *node)
 
 void ZRS_NODE_Free(ZrNode *node)
 {
-    ZrCtx *ctx = ContextOf(node);
+    ZrCtx *ctx = zr::ContextOf(node);
     // The children of a coupled augment stand in its target, so freeing them here would leave the
     // target with links into freed nodes.
     if (ctx == nullptr || (node->flags & ZRS_FLAG_COUPLED) != 0)

@@ -9,9 +9,8 @@ namespace {
 // The dictionary of the node's context, or null.
 ZrDict *DictOf(const ZrNode *node)
 {
-    if (node == nullptr || node->module == nullptr || node->module->ctx == nullptr)
-        return nullptr;
-    return &node->module->ctx->dict;
+    ZrCtx *ctx = zr::ContextOf(node);
+    return ctx != nullptr ? &ctx->dict : nullptr;
 }
 
 } // namespace
