@@ -8,7 +8,7 @@
 
 #include "data/schema_query.h"
 #include "foundation/text.h"
-#include "schema/members/module.h"
+#include "model/scope.h"
 #include "xpath/value_text.h"
 
 namespace {

@@ -13,7 +13,6 @@
 #include "model/navigation.h"
 #include "model/node_record.h"
 #include "platform/xml.h"
-#include "schema/lookup/lookup.h"
 
 // Matching follows the schema down, one function call a level: an element that matches nothing
 // ends the flush, so the schema bounds the depth whatever the document holds.

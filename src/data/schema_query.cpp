@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "model/navigation.h"
-#include "schema/members/module.h"
+#include "model/scope.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
 

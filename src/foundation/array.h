@@ -149,4 +149,23 @@ bool RecordsSame(const Record *a, uint32_t countA, const Record *b, uint32_t cou
     return true;
 }
 
+// Arrays of interned texts.
+
+// Gives the texts back, null ones among them too, and frees the block.
+inline void FreeTexts(ZrDict *dict, const char **texts, uint32_t count)
+{
+    FreeRecords(texts, count, [dict](const char **text) { Release(dict, *text); });
+}
+
+// A new array of the same texts; null for an empty array and without memory.
+inline const char **CopyTexts(ZrDict *dict, const char *const *texts, uint32_t count)
+{
+    return CopyRecords(
+        texts, count,
+        [dict](const char **copy, const char *const *from) -> uint32_t {
+            return Intern(dict, *copy, *from) ? ZR_OK : ZR_ERR_NO_MEMORY;
+        },
+        [dict](const char **text) { Release(dict, *text); });
+}
+
 } // namespace zr

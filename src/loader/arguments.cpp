@@ -3,8 +3,8 @@
 #include "foundation/dict.h"
 #include "foundation/load_errors.h"
 #include "loader/statements.h"
+#include "model/scope.h"
 #include "platform/xml.h"
-#include "schema/members/module.h"
 
 namespace zr {
 

@@ -2,9 +2,8 @@
 
 #include <zrschema/module.h>
 
-#include "schema/augment/augment.h"
-#include "schema/augment/change_events.h"
 #include "schema/deviation/deviation.h"
+#include "schema/module/module.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
 

@@ -8,9 +8,9 @@
 #include "foundation/load_errors.h"
 #include "loader/arguments.h"
 #include "loader/parsers.h"
+#include "model/scope.h"
 #include "platform/xml.h"
 #include "schema/members/members.h"
-#include "schema/members/module.h"
 
 namespace {
 

@@ -8,11 +8,11 @@
 #include "loader/arguments.h"
 #include "loader/engine.h"
 #include "loader/parsers.h"
+#include "model/scope.h"
 #include "platform/xml.h"
 #include "schema/members/condition_records.h"
 #include "schema/members/ext_inst.h"
 #include "schema/members/members.h"
-#include "schema/members/module.h"
 #include "schema/nodes/node.h"
 
 namespace {

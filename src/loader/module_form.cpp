@@ -4,9 +4,9 @@
 
 #include "foundation/text.h"
 #include "loader/arguments.h"
+#include "model/scope.h"
 #include "platform/memory.h"
 #include "platform/text.h"
-#include "schema/members/module.h"
 #include "types/real_type.h"
 #include "xpath/lex.h"
 

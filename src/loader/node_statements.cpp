@@ -9,7 +9,6 @@
 #include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/augment/augment.h"
-#include "schema/lookup/lookup.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
 #include "xpath/path_forms.h"

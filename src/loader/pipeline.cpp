@@ -19,10 +19,8 @@
 #include "platform/memory.h"
 #include "platform/text.h"
 #include "platform/xml.h"
-#include "schema/augment/augment.h"
-#include "schema/augment/change_events.h"
-#include "schema/members/module.h"
 #include "schema/merge/merge.h"
+#include "schema/module/module.h"
 
 uint32_t ZR_CTX_LoadModule(ZrCtx *ctx, const char *moduleName)
 {

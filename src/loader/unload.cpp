@@ -7,9 +7,8 @@
 #include "foundation/text.h"
 #include "platform/memory.h"
 #include "platform/text.h"
-#include "schema/augment/augment.h"
-#include "schema/augment/change_events.h"
-#include "schema/members/module.h"
+#include "schema/lookup/lookup.h"
+#include "schema/module/module.h"
 
 namespace {
 

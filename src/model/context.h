@@ -6,6 +6,22 @@
 
 namespace zr {
 
+// Records under another load stage; at the end of the scope the stage is what it was.
+class ScopedLoadStage {
+public:
+    ScopedLoadStage(ZrCtx *ctx, uint32_t stage) : ctx_(ctx), before_(ZR_CTX_GetLoadStage(ctx))
+    {
+        ZR_CTX_SetLoadStage(ctx, stage);
+    }
+    ~ScopedLoadStage() { ZR_CTX_SetLoadStage(ctx_, before_); }
+    ScopedLoadStage(const ScopedLoadStage &) = delete;
+    ScopedLoadStage &operator=(const ScopedLoadStage &) = delete;
+
+private:
+    ZrCtx *ctx_;
+    uint32_t before_;
+};
+
 // Destroys the relation tree, the search directories, the dictionary and the record itself, in
 // that order; the error store and the modules are gone before. A half-built context is accepted.
 void DestroyContextParts(ZrCtx *ctx);

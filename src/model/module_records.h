@@ -88,10 +88,13 @@ enum ZrsDeviateKind : uint32_t {
     ZRS_DEVIATE_REPLACE = 4
 };
 
+// Bits of ZrsDeviate::flags beside the config and mandatory bits of ZrNode::flags.
+enum : uint16_t { ZRS_DEVIATE_DEFAULTS_QUALIFIED = 0x8000 }; // identity defaults name their modules
+
 // One "deviate" of a deviation (section 7.20.3.2).
 struct ZrsDeviate {
     uint32_t kind;  // ZrsDeviateKind
-    uint16_t flags; // config and mandatory bits of ZrNode::flags
+    uint16_t flags; // ZRS_FLAG_... of config and mandatory, ZRS_DEVIATE_DEFAULTS_QUALIFIED
     uint16_t mustCount;
     uint16_t defaultCount;
     uint16_t extInstCount;
@@ -102,10 +105,15 @@ struct ZrsDeviate {
     ZrsExtInst *extInsts;
 };
 
-// Bits of ZrsDeviation::flags.
-enum : uint16_t { ZRS_DEVIATION_COUPLED = 0x1 };
+// Bits of ZrsDeviation::flags; none for a deviation that was not tried on its target yet.
+enum : uint16_t {
+    ZRS_DEVIATION_COUPLED = 0x1, // it has changed its target
+    // Applying it failed part of the way, and what was changed stays. It is not tried again on the
+    // same target, since the changes would be made twice.
+    ZRS_DEVIATION_FAILED = 0x2
+};
 
-// A deviation (section 7.20.3). Once coupled, it has changed its target.
+// A deviation (section 7.20.3).
 struct ZrsDeviation {
     const char *targetPath; // in module-name form
     ZrsDeviate *deviates;

@@ -10,7 +10,7 @@
 #include "model/module_records.h"
 #include "model/context.h"
 #include "platform/memory.h"
-#include "schema/lookup/lookup.h"
+#include "schema/nodes/node.h"
 #include "support/context.h"
 
 namespace {

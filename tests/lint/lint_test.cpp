@@ -388,7 +388,7 @@ TEST_F(Lint, FindsUsesThatPointUpOrSideways)
         {"src/model/context.cpp",       "\"types/real_type.h\"",       "types/real_type.h"},
         {"src/types/real_type.cpp",     "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},
         {"src/schema/merge/merge.cpp",  "\"loader/unload.h\"",         "loader/unload.h"},
-        {"src/schema/members/module.h", "<data/entry.cpp>",            "data/entry.cpp"},
+        {"src/schema/module/module.h",  "<data/entry.cpp>",            "data/entry.cpp"},
         {"src/xpath/lex.cpp",           "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},
         {"src/xpath/path_forms.cpp",    "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},
         {"src/xpath/steps.cpp",         "\"data/data_tree.h\"",        "data/data_tree.h"},

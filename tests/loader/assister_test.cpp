@@ -5,7 +5,7 @@
 #include "foundation/array.h"
 #include "platform/memory.h"
 #include "platform/text.h"
-#include "schema/members/module.h"
+#include "schema/module/module.h"
 #include "support/alloc.h"
 #include "support/context.h"
 

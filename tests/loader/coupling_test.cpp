@@ -4,7 +4,8 @@
 #include "foundation/relations.h"
 #include "loader/module_sets.h"
 #include "model/context.h"
-#include "schema/augment/augment.h"
+#include "foundation/statement_ids.h"
+#include "schema/module/module.h"
 #include "schema/coupling_fixture.h"
 
 using namespace zrtest;

@@ -12,7 +12,7 @@
 #include "loader/parsers.h"
 #include "platform/xml.h"
 #include "schema/members/members.h"
-#include "schema/members/module.h"
+#include "schema/module/module.h"
 #include "schema/nodes/node.h"
 #include "support/alloc.h"
 #include "support/context.h"

@@ -9,7 +9,7 @@
 
 #include "loader/type_fill.h"
 #include "schema/members/members.h"
-#include "schema/members/module.h"
+#include "schema/module/module.h"
 #include "support/context.h"
 #include "types/real_type.h"
 

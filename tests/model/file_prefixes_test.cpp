@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "schema/members/module.h"
+#include "schema/module/module.h"
 #include "support/alloc.h"
 #include "support/context.h"
 

@@ -4,6 +4,7 @@
 
 #include "schema/coupling_fixture.h"
 #include "schema/lookup/lookup.h"
+#include "schema/nodes/node.h"
 #include "schema/record_fixture.h"
 #include "support/alloc.h"
 

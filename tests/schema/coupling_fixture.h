@@ -8,9 +8,10 @@
 #include <vector>
 
 #include "schema/augment/augment.h"
-#include "schema/members/condition_records.h"
+#include "schema/lookup/lookup.h"
 #include "schema/deviation/deviation.h"
-#include "schema/members/module.h"
+#include "schema/members/condition_records.h"
+#include "schema/module/module.h"
 #include "schema/nodes/node.h"
 #include "support/alloc.h"
 #include "support/context.h"

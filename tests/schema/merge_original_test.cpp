@@ -2,8 +2,8 @@
 
 #include "loader/pipeline.h"
 #include "platform/xml.h"
-#include "schema/augment/change_events.h"
 #include "schema/coupling_fixture.h"
+#include "schema/module/module.h"
 
 using namespace zrtest;
 using testing::ElementsAre;

@@ -1,4 +1,4 @@
-#include "schema/members/module.h"
+#include "schema/module/module.h"
 
 #include "schema/members/members.h"
 #include "schema/record_fixture.h"

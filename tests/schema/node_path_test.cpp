@@ -1,4 +1,4 @@
-#include "schema/lookup/lookup.h"
+#include "schema/nodes/node.h"
 
 #include "platform/memory.h"
 #include "schema/augment/augment.h"

@@ -9,7 +9,7 @@
 
 #include "model/context.h"
 #include "platform/memory.h"
-#include "schema/members/module.h"
+#include "schema/module/module.h"
 #include "schema/nodes/node.h"
 #include "support/alloc.h"
 

@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "schema/members/members.h"
-#include "schema/members/module.h"
+#include "schema/module/module.h"
 #include "support/alloc.h"
 #include "types/constraints.h"
 #include "types/leaf.h"

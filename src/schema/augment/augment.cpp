@@ -1,14 +1,16 @@
-// Coupling and uncoupling of one augment.
+// Coupling and uncoupling of one augment, and the "input" and "output" nodes that it may need.
 #include "schema/augment/augment.h"
 
 #include <cstring>
 #include <string_view>
 
+#include "foundation/array.h"
+#include "foundation/load_errors.h"
+#include "foundation/statement_ids.h"
+#include "foundation/text.h"
 #include "model/module_records.h"
 #include "platform/memory.h"
-#include "schema/lookup/lookup.h"
 #include "schema/nodes/node.h"
-#include "xpath/path_forms.h"
 
 namespace {
 
@@ -62,10 +64,8 @@ uint32_t MoveBack(ZrNode *augment, ZrNode *first, const ZrNode *last)
 
 void ZRS_NODE_NotifyAugmentFirstChildNodeRelink(ZrNode *node)
 {
-    if (node == nullptr || node->module == nullptr || node->module->ctx == nullptr)
-        return;
-    ZrCtx *ctx = node->module->ctx;
-    if (ctx->firstAugChildRelinkFunc != nullptr)
+    ZrCtx *ctx = zr::ContextOf(node);
+    if (ctx != nullptr && ctx->firstAugChildRelinkFunc != nullptr)
         ctx->firstAugChildRelinkFunc(ctx, node, ctx);
 }
 
@@ -103,7 +103,7 @@ uint32_t ZRS_NODE_CoupleAugmentNode(ZrNode *augment)
 {
     if (augment == nullptr || augment->module == nullptr)
         return ZR_ERR_INVALID;
-    if ((augment->flags & ZRS_FLAG_COUPLED) != 0)
+    if (zr::IsCoupled(augment))
         return ZR_OK;
     return zr::CoupleAugment(augment,
                              ZR_CTX_GetTargetNode(augment->module->ctx, augment->name, nullptr));
@@ -127,7 +127,7 @@ uint32_t zr::CoupleAugment(ZrNode *augment, ZrNode *target)
 
 uint32_t ZRS_NODE_UnCoupleAugmentNode(ZrNode *augment)
 {
-    if (augment == nullptr || (augment->flags & ZRS_FLAG_COUPLED) == 0)
+    if (augment == nullptr || !zr::IsCoupled(augment))
         return ZR_ERR_INVALID;
     // The target is where the nodes are; looking the path up again would need memory, which must
     // not stand between a context and its end.
@@ -144,7 +144,7 @@ uint32_t ZRS_NODE_UnCoupleAugmentNode(ZrNode *augment)
 
 void zr::TakeBackAugmentNodes(ZrNode *augment)
 {
-    if ((augment->flags & ZRS_FLAG_COUPLED) == 0)
+    if (!zr::IsCoupled(augment))
         return;
     augment->flags &= ~ZRS_FLAG_COUPLED;
     ZrNode *first = TakeLink(augment->firstChild);
@@ -155,7 +155,7 @@ void zr::TakeBackAugmentNodes(ZrNode *augment)
 
 void ZRS_NODE_RemoveCoupledAugmentNodeChildLink(ZrNode *augment, const ZrNode *node)
 {
-    if (augment == nullptr || node == nullptr || (augment->flags & ZRS_FLAG_COUPLED) == 0 ||
+    if (augment == nullptr || node == nullptr || !zr::IsCoupled(augment) ||
         augment->firstChild == nullptr || node->parent != augment->firstChild->parent)
         return;
     bool isFirst = node == augment->firstChild;
@@ -166,52 +166,47 @@ void ZRS_NODE_RemoveCoupledAugmentNodeChildLink(ZrNode *augment, const ZrNode *n
         augment->lastChild = isFirst ? nullptr : node->prev;
 }
 
-// Targets of augments: the module that a target path ends in, and the "input" and "output" nodes
-// that an rpc or action has without saying so (RFC 7950, section 7.14).
+bool zr::SettleModuleAugments(ZrMod *module)
+{
+    for (const ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
+        if (!IsCoupled(augment))
+            return false;
+    }
+    ZR_CTX_ClearModErrByLoadStage(module->ctx->errMng, module->name, ZRS_STAGE_AUGMENT);
+    return true;
+}
+
+ZrNode *ZR_NODE_GetAugmentTargetNode(const ZrNode *node)
+{
+    if (node == nullptr || node->kind != ZR_NODE_AUGMENT || node->module == nullptr)
+        return nullptr;
+    return ZR_CTX_GetTargetNode(node->module->ctx, node->name, nullptr);
+}
+
+// The "input" and "output" nodes that an rpc or action has without saying so (RFC 7950, section
+// 7.14).
 
 namespace {
 
 ZrNode *NewInputOutput(ZrNode *rpc, const char *name, uint32_t kind)
 {
-    ZrNode *node = ZRS_NODE_New(kind);
-    if (node == nullptr)
+    zr::Owned<ZrNode, ZRS_NODE_Free> node(ZRS_NODE_New(kind));
+    if (!node)
         return nullptr;
     node->module = rpc->module;
-    node->name = ZR_DICT_Insert(&rpc->module->ctx->dict, name);
-    if (node->name == nullptr) {
-        ZRS_NODE_Free(node);
+    if (!zr::Intern(&rpc->module->ctx->dict, node->name, name))
         return nullptr;
-    }
     if (kind == ZR_NODE_INPUT)
-        ZRS_NODE_AddAsFirstChild(rpc, node);
+        ZRS_NODE_AddAsFirstChild(rpc, node.get());
     else
-        ZRS_NODE_AddChild(rpc, node);
+        ZRS_NODE_AddChild(rpc, node.get());
     // Like one that was declared, whenever it comes.
-    ZRS_NODE_UpdateConfigFlag(node);
-    ZRS_NODE_UpdateNacmFlag(node);
-    return node;
+    ZRS_NODE_UpdateConfigFlag(node.get());
+    ZRS_NODE_UpdateNacmFlag(node.get());
+    return node.release();
 }
 
 } // namespace
-
-bool zr::LastNamedModule(const char *path, ModuleNameText &nameOut)
-{
-    return path != nullptr &&
-           ZR_XPATH_SplitTargetNodeXpath(path, nameOut, sizeof(nameOut), nullptr, nullptr) == ZR_OK;
-}
-
-bool zr::StandsInSchema(const ZrNode *node)
-{
-    while (node->parent != nullptr)
-        node = node->parent;
-    return node->kind != ZR_NODE_AUGMENT;
-}
-
-bool zr::IsPathAtOrBelow(const char *path, const char *root)
-{
-    size_t length = std::strlen(root);
-    return std::strncmp(path, root, length) == 0 && (path[length] == '\0' || path[length] == '/');
-}
 
 ZrNode *ZRS_NODE_GetAugRpcParentNodeAndChildType(ZrCtx *ctx, const char *headPath,
                                                  const char *lastStep, uint32_t *kindOut)

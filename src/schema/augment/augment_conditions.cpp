@@ -13,11 +13,6 @@ namespace {
 constexpr std::string_view kUp = "../";
 constexpr std::string_view kUpAfter = "/..";
 
-struct LexFree {
-    ZrXpathLex *lex;
-    ~LexFree() { ZR_XPATH_FreeXpathLex(lex); }
-};
-
 // Writes the rewritten condition token by token.
 class ConditionWriter {
 public:
@@ -103,11 +98,12 @@ uint32_t ReplaceWhen(ZrDict *dict, ZrNode *child, const char *condition)
     return ZR_OK;
 }
 
-// The condition one level further down, as a new text: 0, 22 when it cannot be read, or 12.
+// The condition one level further down, as a new text: ZR_OK, ZR_ERR_INVALID when it cannot be
+// read, or ZR_ERR_NO_MEMORY.
 uint32_t RewriteForChild(const char *condition, char **textOut)
 {
-    LexFree owner{nullptr};
-    uint32_t status = zr::Tokenize(condition, &owner.lex);
+    zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex> lex;
+    uint32_t status = zr::Tokenize(condition, zr::Out(lex));
     if (status != ZR_OK)
         return status;
     // A token of one character gets at most three more, so that the result always fits.
@@ -115,8 +111,8 @@ uint32_t RewriteForChild(const char *condition, char **textOut)
     *textOut = zr::New<char>(size);
     if (*textOut == nullptr)
         return ZR_ERR_NO_MEMORY;
-    ConditionWriter writer(owner.lex, *textOut);
-    for (uint32_t i = 0; i < owner.lex->count; ++i)
+    ConditionWriter writer(lex.get(), *textOut);
+    for (uint32_t i = 0; i < lex->count; ++i)
         writer.WriteToken(i);
     return ZR_OK;
 }
@@ -191,8 +187,8 @@ uint32_t ZRS_NODE_InheritAugNodeEvalToAllChildNode(ZrDict *dict, ZrNode *augment
         return ZR_ERR_INVALID;
     if (augment->when == nullptr && augment->ifFeatureCount == 0)
         return ZR_OK;
-    // Kept: a condition that cannot be rewritten is not passed down, and nobody is told. One that
-    // only found no memory must not get lost: nodes would be there that should not.
+    // A condition that cannot be rewritten is not passed down (docs/oddities.md). One that only
+    // found no memory must not get lost: nodes would be there that should not.
     zr::Owned<char> condition;
     uint32_t status = augment->when != nullptr ? RewriteForChild(augment->when, zr::Out(condition))
                                                : uint32_t{ZR_OK};

@@ -1,11 +1,16 @@
 #include "schema/augment/augment_index.h"
 
+#include <zrschema/node.h>
+
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "foundation/array.h"
 #include "model/context.h"
+#include "model/module_records.h"
 #include "schema/augment/augment.h"
+#include "schema/lookup/lookup.h"
 #include "schema/nodes/node.h"
 
 namespace {
@@ -23,17 +28,7 @@ bool IsPathBefore(const char *a, const char *b)
 
 bool HasNodesInTarget(const ZrNode *augment)
 {
-    return (augment->flags & ZRS_FLAG_COUPLED) != 0 && augment->firstChild != nullptr;
-}
-
-// Calls `visit`(node) for every node that the augment adds.
-template <typename Visit> void ForEachNode(const ZrNode *augment, Visit visit)
-{
-    for (const ZrNode *node = augment->firstChild; node != nullptr; node = node->next) {
-        visit(node);
-        if (node == augment->lastChild)
-            break;
-    }
+    return zr::IsCoupled(augment) && augment->firstChild != nullptr;
 }
 
 // Calls `visit`(augment) for every augment of the module.
@@ -103,7 +98,7 @@ uint32_t zr::AugmentIndex::MakeOf(ZrCtx *ctx, ForEachAugment forEachAugment)
         if (!HasNodesInTarget(augment))
             return;
         ++targets;
-        ForEachNode(augment, [&](const ZrNode *) { ++added; });
+        ForEachChild(augment, [&](const ZrNode *) { ++added; });
     });
     if (NewArray(slots_, slots) != ZR_OK || NewArray(added_, added) != ZR_OK ||
         NewArray(targets_, targets) != ZR_OK)
@@ -125,7 +120,7 @@ void zr::AugmentIndex::FillLinks()
         if (!HasNodesInTarget(augment))
             continue;
         targets_.get()[targetCount_++] = {augment->firstChild->parent, i};
-        ForEachNode(augment, [&](const ZrNode *node) { added_.get()[addedCount_++] = {node, i}; });
+        ForEachChild(augment, [&](const ZrNode *node) { added_.get()[addedCount_++] = {node, i}; });
     }
     SortByNode(targets_.get(), targetCount_);
     SortByNode(added_.get(), addedCount_);
@@ -151,12 +146,12 @@ void zr::AugmentIndex::DoomSlot(uint32_t index)
     if (slot.augment == nullptr || slot.isDoomed)
         return;
     slot.isDoomed = true;
-    slot.wasCoupled = (slot.augment->flags & ZRS_FLAG_COUPLED) != 0;
+    slot.wasCoupled = IsCoupled(slot.augment);
     slot.nextDoomed = doomed_;
     doomed_ = index;
     // The nodes of one without a target go with it, and with them what hangs below.
     if (!slot.wasCoupled && targetCount_ != 0)
-        ForEachNode(slot.augment, [this](const ZrNode *node) { DoomTargets(node); });
+        ForEachChild(slot.augment, [this](const ZrNode *node) { DoomTargets(node); });
 }
 
 void zr::AugmentIndex::DoomPaths(const char *path)

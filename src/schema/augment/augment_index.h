@@ -2,9 +2,10 @@
 // run of deviations that take nodes away.
 #pragma once
 
-#include <zrschema/context.h>
+#include <zrschema/types.h>
 
-#include "model/module_records.h"
+#include <cstdint>
+
 #include "model/node_record.h"
 #include "platform/memory.h"
 
@@ -20,7 +21,8 @@ public:
     AugmentIndex &operator=(const AugmentIndex &) = delete;
     ~AugmentIndex();
 
-    // Collect the augments of all modules, or of one; nothing when that is done. 0 or 12.
+    // Collect the augments of all modules, or of one; nothing when that is done. ZR_OK or
+    // ZR_ERR_NO_MEMORY.
     uint32_t Make(ZrCtx *ctx);
     uint32_t Make(const ZrMod *module);
 

@@ -1,14 +1,18 @@
+// Deviations, one by one and all of a module.
 #include "schema/deviation/deviation.h"
+
+#include <zrschema/context.h>
 
 #include "foundation/array.h"
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"
+#include "foundation/statement_ids.h"
+#include "model/context.h"
+#include "model/navigation.h"
+#include "model/scope.h"
 #include "platform/memory.h"
-#include "schema/augment/augment.h"
 #include "schema/deviation/deviation_steps.h"
 #include "schema/lookup/lookup.h"
-#include "schema/members/module.h"
-#include "schema/nodes/node.h"
 #include "types/real_type.h"
 
 namespace {
@@ -23,37 +27,41 @@ bool NeedsModuleNames(const ZrNode *target, const ZrsDeviate *deviate)
     return ZRT_TYPE_IsTypeWithIdentref(type) != 0;
 }
 
-void FreeTexts(ZrDict *dict, const char **texts, uint32_t count)
+// The text with the names of modules in place of prefixes, interned in `copy`.
+uint32_t QualifyDefault(const ZrMod *module, const char *&copy, const char *text)
 {
-    for (uint32_t i = 0; i < count; ++i)
-        ZR_DICT_Remove(dict, texts[i]);
-    zr::Free(texts);
+    zr::Owned<char> qualified(ZRS_MOD_ConvertPrefixValToJsonFormat(module, text));
+    return qualified && zr::Intern(&module->ctx->dict, copy, qualified.get()) ? ZR_OK
+                                                                              : ZR_ERR_INVALID;
 }
 
-// The deviate's defaults with module names, as a new array of interned texts; null on failure.
-const char **QualifyDefaults(const ZrMod *module, const ZrsDeviate *deviate)
+// Applies one deviate of a run.
+uint32_t ApplyDeviate(ZrMod *module, const ZrsDeviation *deviation, ZrsDeviate *deviate,
+                      ZrNode *target, ZrNode *augment, zr::DeviationRun *run)
 {
-    ZrDict *dict = &module->ctx->dict;
-    const char **texts = nullptr;
-    if (zr::NewArray(&texts, deviate->defaultCount) != ZR_OK)
-        return nullptr;
-    for (uint32_t i = 0; i < deviate->defaultCount; ++i) {
-        zr::Owned<char> text(ZRS_MOD_ConvertPrefixValToJsonFormat(module, deviate->defaults[i]));
-        texts[i] = text ? ZR_DICT_Insert(dict, text.get()) : nullptr;
-        if (texts[i] == nullptr) {
-            FreeTexts(dict, texts, i);
-            return nullptr;
-        }
+    uint32_t status = ZRS_MOD_RefreshDeviateDefaults(module, target, deviate);
+    if (status != ZR_OK)
+        return status;
+    switch (deviate->kind) {
+    case ZRS_DEVIATE_ADD:
+        return ZRS_MOD_CoupleDevAdd(module, deviate, target);
+    case ZRS_DEVIATE_DELETE:
+        return ZRS_MOD_CoupleDevDel(module, deviate, target);
+    case ZRS_DEVIATE_NOT_SUPPORTED:
+        return zr::RemoveTarget(module, deviation, target, augment, run);
+    case ZRS_DEVIATE_REPLACE:
+        return ZRS_MOD_CoupleDevRepl(module, deviate, target);
+    default:
+        return ZR_ERR_FAILED;
     }
-    return texts;
 }
 
-uint32_t ApplyDeviates(ZrMod *module, ZrsDeviation *deviation, ZrNode *target, ZrNode *augment,
-                       zr::DeviationRun *run)
+uint32_t ApplyDeviates(ZrMod *module, const ZrsDeviation *deviation, ZrNode *target,
+                       ZrNode *augment, zr::DeviationRun *run)
 {
     for (uint32_t i = 0; i < deviation->deviateCount; ++i) {
         ZrsDeviate *deviate = &deviation->deviates[i];
-        uint32_t status = zr::CoupleDeviate(module, deviation, deviate, target, augment, run);
+        uint32_t status = ApplyDeviate(module, deviation, deviate, target, augment, run);
         if (status != ZR_OK)
             return status;
         if (deviate->kind == ZRS_DEVIATE_NOT_SUPPORTED)
@@ -71,6 +79,23 @@ uint32_t RecordRelation(ZrMod *module, const ZrsDeviation *deviation)
     return ZR_CTX_AddTwoModRelation(module->ctx, target, module->name, ZR_RELATION_DEVIATED_BY);
 }
 
+// Applies a deviation of a run that is not applied yet, if its target is there.
+uint32_t ApplyDeviation(ZrMod *module, ZrsDeviation *deviation, zr::DeviationRun *run)
+{
+    ZrNode *augment = nullptr;
+    ZrNode *target = zr::FindTarget(module->ctx, deviation->targetPath, &augment, &run->children);
+    // Tried again when the target is there. What it inherits has to come before what a deviation
+    // changes, so that it is not there yet while it hangs in an augment.
+    if (target == nullptr || !zr::StandsInSchema(target))
+        return ZR_OK;
+    ZR_CTX_SetLoadStage(module->ctx, ZRS_STAGE_DEVIATION);
+    uint32_t status = ApplyDeviates(module, deviation, target, augment, run);
+    deviation->flags =
+        status == ZR_OK ? uint16_t{ZRS_DEVIATION_COUPLED} : uint16_t{ZRS_DEVIATION_FAILED};
+    ZR_CTX_SetLoadStage(module->ctx, ZRS_STAGE_LOADING);
+    return status;
+}
+
 } // namespace
 
 uint32_t ZRS_MOD_RefreshDeviateDefaults(ZrMod *module, const ZrNode *target, ZrsDeviate *deviate)
@@ -79,10 +104,16 @@ uint32_t ZRS_MOD_RefreshDeviateDefaults(ZrMod *module, const ZrNode *target, Zrs
         return ZR_ERR_INVALID;
     if (!NeedsModuleNames(target, deviate))
         return ZR_OK;
-    const char **texts = QualifyDefaults(module, deviate);
+    ZrDict *dict = &module->ctx->dict;
+    const char **texts = zr::CopyRecords(
+        const_cast<const char *const *>(deviate->defaults), deviate->defaultCount,
+        [module](const char **copy, const char *const *from) {
+            return QualifyDefault(module, *copy, *from);
+        },
+        [dict](const char **text) { zr::Release(dict, *text); });
     if (texts == nullptr)
         return ZR_ERR_INVALID;
-    FreeTexts(&module->ctx->dict, deviate->defaults, deviate->defaultCount);
+    zr::FreeTexts(dict, deviate->defaults, deviate->defaultCount);
     deviate->defaults = texts;
     deviate->flags |= ZRS_DEVIATE_DEFAULTS_QUALIFIED;
     return ZR_OK;
@@ -91,56 +122,20 @@ uint32_t ZRS_MOD_RefreshDeviateDefaults(ZrMod *module, const ZrNode *target, Zrs
 uint32_t ZRS_MOD_CoupleDeviate(ZrMod *module, ZrsDeviation *deviation, ZrsDeviate *deviate,
                                ZrNode *target, ZrNode *augment)
 {
-    zr::DeviationRun run;
-    return zr::CoupleDeviate(module, deviation, deviate, target, augment, &run);
-}
-
-uint32_t zr::CoupleDeviate(ZrMod *module, ZrsDeviation *deviation, ZrsDeviate *deviate,
-                           ZrNode *target, ZrNode *augment, DeviationRun *run)
-{
     if (module == nullptr || deviation == nullptr || deviate == nullptr || target == nullptr)
         return ZR_ERR_INVALID;
-    uint32_t status = ZRS_MOD_RefreshDeviateDefaults(module, target, deviate);
-    if (status != ZR_OK)
-        return status;
-    switch (deviate->kind) {
-    case ZRS_DEVIATE_ADD:
-        return ZRS_MOD_CoupleDevAdd(module, deviate, target);
-    case ZRS_DEVIATE_DELETE:
-        return ZRS_MOD_CoupleDevDel(module, deviate, target);
-    case ZRS_DEVIATE_NOT_SUPPORTED:
-        return RemoveTarget(module, deviation, target, augment, run);
-    case ZRS_DEVIATE_REPLACE:
-        return ZRS_MOD_CoupleDevRepl(module, deviate, target);
-    default:
-        return ZR_ERR_FAILED;
-    }
+    zr::DeviationRun run;
+    return ApplyDeviate(module, deviation, deviate, target, augment, &run);
 }
 
 uint32_t ZRS_MOD_CoupleDeviation(ZrMod *module, ZrsDeviation *deviation)
-{
-    zr::DeviationRun run;
-    return zr::CoupleDeviation(module, deviation, &run);
-}
-
-uint32_t zr::CoupleDeviation(ZrMod *module, ZrsDeviation *deviation, DeviationRun *run)
 {
     if (module == nullptr || deviation == nullptr)
         return ZR_ERR_INVALID;
     if ((deviation->flags & ZRS_DEVIATION_COUPLED) != 0)
         return ZR_OK;
-    ZrNode *augment = nullptr;
-    ZrNode *target = FindTarget(module->ctx, deviation->targetPath, &augment, &run->children);
-    // Tried again when the target is there. What it inherits has to come before what a deviation
-    // changes, so that it is not there yet while it hangs in an augment.
-    if (target == nullptr || !StandsInSchema(target))
-        return ZR_OK;
-    ZR_CTX_SetLoadStage(module->ctx, ZRS_STAGE_DEVIATION);
-    uint32_t status = ApplyDeviates(module, deviation, target, augment, run);
-    deviation->flags =
-        status == ZR_OK ? uint16_t{ZRS_DEVIATION_COUPLED} : uint16_t{ZRS_DEVIATION_FAILED};
-    ZR_CTX_SetLoadStage(module->ctx, ZRS_STAGE_LOADING);
-    return status;
+    zr::DeviationRun run;
+    return ApplyDeviation(module, deviation, &run);
 }
 
 uint32_t zr::CoupleModuleDeviations(ZrMod *module)
@@ -154,7 +149,7 @@ uint32_t zr::CoupleModuleDeviations(ZrMod *module)
             continue;
         uint32_t status = RecordRelation(module, deviation);
         if (status == ZR_OK)
-            status = CoupleDeviation(module, deviation, &run);
+            status = ApplyDeviation(module, deviation, &run);
         if (result == ZR_OK)
             result = status;
     }

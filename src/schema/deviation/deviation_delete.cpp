@@ -1,8 +1,9 @@
 // "deviate delete": properties that the target must have, with the very values given.
+#include <algorithm>
+#include <utility>
+
 #include "foundation/array.h"
 #include "foundation/load_errors.h"
-#include "platform/memory.h"
-#include "platform/text.h"
 #include "schema/deviation/deviation_steps.h"
 #include "schema/members/condition_records.h"
 #include "schema/members/ext_inst.h"
@@ -26,7 +27,7 @@ constexpr zr::DefaultsByKind kDeleteDefaults = {ZRS_MOD_DelChoiceDefault, ZRS_MO
 uint32_t DeleteSingleDefault(ZrMod *module, const ZrsDeviate *deviate, ZrNode *target,
                              const zr::SingleDefaultMessages &messages, const char *different)
 {
-    return zr::ChangeSingleDefault(module, deviate, target, messages, [=](const char *&slot) {
+    return zr::ChangeSingleDefault(module, deviate, target, true, messages, [=](const char *&slot) {
         if (!zr::TextEquals(slot, deviate->defaults[0]))
             return zr::RefuseDeviate(module, target, different);
         zr::Release(&module->ctx->dict, slot);
@@ -68,40 +69,17 @@ uint32_t CheckRemoval(ZrMod *module, const ZrNode *target, const Removal &remova
     return ZR_OK;
 }
 
-template <typename Record, typename IsLive>
-uint32_t CountLive(const Record *array, uint32_t count, IsLive isLive)
-{
-    uint32_t live = 0;
-    for (uint32_t i = 0; i < count; ++i)
-        live += isLive(array[i]) ? 1 : 0;
-    return live;
-}
-
-// Moves the musts that are left to the front, so that the array is in order even when no memory is
-// left to make it shorter.
-uint32_t CloseUpMusts(ZrsMust *musts, uint32_t count)
+// Moves the records that are left, which have the text `name`, to the front, so that the array is
+// in order even when no memory is left to make it shorter. Returns how many they are.
+template <typename Record>
+uint32_t CloseUp(Record *records, uint32_t count, const char *Record::*name)
 {
     uint32_t kept = 0;
     for (uint32_t i = 0; i < count; ++i) {
-        if (musts[i].condition == nullptr)
+        if (records[i].*name == nullptr)
             continue;
         if (i != kept)
-            ZRS_NODE_AssignMoveMust(&musts[kept], &musts[i]);
-        ++kept;
-    }
-    return kept;
-}
-
-uint32_t CloseUpExtInsts(ZrsExtInst *instances, uint32_t count)
-{
-    uint32_t kept = 0;
-    for (uint32_t i = 0; i < count; ++i) {
-        if (instances[i].extensionName == nullptr)
-            continue;
-        if (i != kept) {
-            instances[kept] = instances[i];
-            instances[i] = ZrsExtInst();
-        }
+            records[kept] = std::exchange(records[i], Record());
         ++kept;
     }
     return kept;
@@ -110,7 +88,7 @@ uint32_t CloseUpExtInsts(ZrsExtInst *instances, uint32_t count)
 uint32_t ShrinkMusts(ZrDict *dict, ZrNode *target)
 {
     uint32_t oldCount = target->mustCount;
-    uint32_t kept = CloseUpMusts(target->musts, oldCount);
+    uint32_t kept = CloseUp(target->musts, oldCount, &ZrsMust::condition);
     target->mustCount = static_cast<uint16_t>(kept);
     if (kept == 0) {
         ZRS_NODE_FreeMusts(dict, target->musts, oldCount);
@@ -126,7 +104,7 @@ uint32_t ShrinkMusts(ZrDict *dict, ZrNode *target)
 uint32_t ShrinkExtInsts(ZrDict *dict, ZrNode *target)
 {
     uint32_t oldCount = target->extInstCount;
-    uint32_t kept = CloseUpExtInsts(target->extInsts, oldCount);
+    uint32_t kept = CloseUp(target->extInsts, oldCount, &ZrsExtInst::extensionName);
     target->extInstCount = static_cast<uint16_t>(kept);
     if (kept == 0) {
         ZRS_EXT_FreeExtInsts(dict, target->extInsts, oldCount);
@@ -187,9 +165,9 @@ uint32_t ZRS_MOD_DelLeaflistDefaults(ZrMod *module, ZrsDeviate *deviate, ZrNode 
                 zr::Release(dict, info->defaults[k]);
         }
     }
-    uint32_t left = CountLive(info->defaults, info->defaultCount,
-                              [](const char *value) { return value != nullptr; });
-    return ZRS_NODE_SubtractLeaflistDefaults(dict, info, left);
+    auto gone = std::count(info->defaults, info->defaults + info->defaultCount, nullptr);
+    return ZRS_NODE_SubtractLeaflistDefaults(dict, info,
+                                             info->defaultCount - static_cast<uint32_t>(gone));
 }
 
 uint32_t ZRS_MOD_CoupleDevDelMusts(ZrMod *module, ZrsDeviate *deviate, ZrNode *target)
@@ -233,7 +211,7 @@ uint32_t ZRS_MOD_CoupleDevDelExtInsts(ZrMod *module, ZrsDeviate *deviate, ZrNode
     bool told = false;
     for (uint32_t i = 0; i < deviate->extInstCount; ++i) {
         const ZrsExtInst *instance = &deviate->extInsts[i];
-        if (zr::IsNacmInstance(instance)) {
+        if (zr::IsNacmInstance(instance)) { // docs/oddities.md: recorded, and the deviate goes on
             ZR_CTX_AddModError(
                 module->ctx, module->name,
                 "Deleting extension-instance \"%s:%s\" from node \"%s\" is not supported.",

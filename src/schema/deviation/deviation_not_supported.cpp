@@ -2,17 +2,20 @@
 //
 // The rule is the same in whatever order modules arrive: an augment whose target a loaded module's
 // deviation has removed is dropped, be it there when the deviation is applied or loaded later.
+#include <zrschema/context.h>
+
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
 #include "foundation/array.h"
+#include "foundation/list.h"
 #include "foundation/relations.h"
 #include "model/context.h"
 #include "platform/text.h"
 #include "schema/augment/augment.h"
 #include "schema/deviation/deviation_steps.h"
-#include "schema/members/module.h"
+#include "schema/lookup/lookup.h"
 #include "schema/nodes/node.h"
 
 namespace {
@@ -97,11 +100,10 @@ ZrMod *FindRemoverAmong(const ZrCtx *ctx, const char *moduleName, const char *pa
     const ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
     if (table == nullptr)
         return nullptr;
-    for (const ZrListLink *link = table->items.next; link != &table->items; link = link->next) {
-        const auto *item = reinterpret_cast<const ZrModRelItem *>(link);
-        if (item->kind != ZR_RELATION_DEVIATED_BY)
+    for (const ZrModRelItem &relation : zr::ItemsOf<ZrModRelItem>(&table->items)) {
+        if (relation.kind != ZR_RELATION_DEVIATED_BY)
             continue;
-        module = ZR_CTX_GetModuleByModName(ctx, item->otherName);
+        module = ZR_CTX_GetModuleByModName(ctx, relation.otherName);
         if (HasRemoved(module, path))
             return module;
     }
@@ -123,10 +125,8 @@ bool ReadModuleName(const char *step, zr::ModuleNameText &nameOut)
 
 void ZRS_NODE_NotifyBeforeDeviateNotSupport(ZrNode *node)
 {
-    if (node == nullptr || node->module == nullptr || node->module->ctx == nullptr)
-        return;
-    ZrCtx *ctx = node->module->ctx;
-    if (ctx->beforeDeviateNotSupportFunc != nullptr)
+    ZrCtx *ctx = zr::ContextOf(node);
+    if (ctx != nullptr && ctx->beforeDeviateNotSupportFunc != nullptr)
         ctx->beforeDeviateNotSupportFunc(ctx, node, ctx);
 }
 

@@ -2,6 +2,7 @@
 
 #include "foundation/array.h"
 #include "foundation/load_errors.h"
+#include "schema/nodes/node.h"
 
 uint32_t zr::RunDeviateSteps(std::span<const DeviateStep> steps, ZrMod *module, ZrsDeviate *deviate,
                              ZrNode *target)
@@ -90,4 +91,11 @@ uint32_t zr::ReplaceText(ZrMod *module, const char *&slot, const char *text)
     ZR_DICT_Remove(dict, slot);
     slot = interned;
     return ZR_OK;
+}
+
+void ZRS_NODE_NotifyBeforeExtInstsChange(ZrNode *node)
+{
+    ZrCtx *ctx = zr::ContextOf(node);
+    if (ctx != nullptr && ctx->beforeDeviateExtInstFunc != nullptr)
+        ctx->beforeDeviateExtInstFunc(ctx, node, ctx);
 }

@@ -1,12 +1,10 @@
 // How a deviate is applied: a table of steps, one property each, with the message that sums up a
-// step's failure.
+// step's failure; what the steps of all kinds share; and what deviations in a row share.
 #pragma once
 
 #include <span>
-#include <string_view>
 
 #include "model/node_record.h"
-#include "platform/memory.h"
 #include "schema/augment/augment_index.h"
 #include "schema/deviation/deviation.h"
 #include "schema/lookup/child_index.h"
@@ -50,7 +48,8 @@ inline bool CarriesType(const ZrsDeviate &deviate)
 uint32_t RunDeviateSteps(std::span<const DeviateStep> steps, ZrMod *module, ZrsDeviate *deviate,
                          ZrNode *target);
 
-// The work on defaults, one function for each kind of node that has them; other kinds give 1.
+// The work on defaults, one function for each kind of node that has them; other kinds give
+// ZR_ERR_FAILED.
 struct DefaultsByKind {
     DeviateStepFunc choice;
     DeviateStepFunc leaf;
@@ -61,30 +60,32 @@ uint32_t RunByKind(const DefaultsByKind &table, ZrMod *module, ZrsDeviate *devia
 // Whether the extension instance is one of NETCONF access control (RFC 8341).
 bool IsNacmInstance(const ZrsExtInst *instance);
 
-// Records a message about the target and gives 1.
+// Records a message about the target and gives ZR_ERR_FAILED.
 uint32_t RefuseDeviate(ZrMod *module, const ZrNode *target, const char *message);
 
 // Where the node keeps its single default: a leaf's value or a choice's case.
 const char **DefaultSlot(ZrNode *target);
-// What is said of a deviate that names several defaults, and of a target that has none.
+
+// What is said of a deviate that names several defaults, and of a target that has a default to
+// which one would be added, or none to be deleted or replaced.
 struct SingleDefaultMessages {
     const char *tooMany;
-    const char *none;
+    const char *unfit;
 };
 
-// Hands the target's single default, which has to be there, to `change(slot)` and returns its
-// status.
+// Hands the place of the target's single default, which has to be there or not as `isThere` says,
+// to `change`(slot) and returns its status.
 template <typename Change>
-uint32_t ChangeSingleDefault(ZrMod *module, const ZrsDeviate *deviate, ZrNode *target,
+uint32_t ChangeSingleDefault(ZrMod *module, const ZrsDeviate *deviate, ZrNode *target, bool isThere,
                              const SingleDefaultMessages &messages, Change change)
 {
     if (deviate->defaultCount > 1) {
         RefuseDeviate(module, target, messages.tooMany);
-        return ZR_OK; // kept: recorded, but coupling goes on
+        return ZR_OK; // docs/oddities.md: recorded, and the deviate goes on
     }
     const char **slot = DefaultSlot(target);
-    if (*slot == nullptr)
-        return RefuseDeviate(module, target, messages.none);
+    if ((*slot != nullptr) != isThere)
+        return RefuseDeviate(module, target, messages.unfit);
     return change(*slot);
 }
 
@@ -95,47 +96,19 @@ ZrsLeafListInfo *LeafListOf(ZrNode *target);
 // The real type of a leaf or leaf-list; null for another kind.
 ZrtRealType *RealTypeSlot(ZrNode *target);
 
-// Puts an interned copy of the text in place of the slot's; 0 or 12 with nothing changed.
+// Puts an interned copy of the text in place of the slot's; ZR_OK, or ZR_ERR_NO_MEMORY with nothing
+// changed.
 uint32_t ReplaceText(ZrMod *module, const char *&slot, const char *text);
 
-} // namespace zr
-
-// Applying many deviations, or coupling many augments, in a row: what is remembered from one to the
-// next, so that the cost stays in proportion to their number.
-
-namespace zr {
-
+// Deviations in a row: what is remembered from one to the next, so that the cost stays in
+// proportion to their number.
 struct DeviationRun {
     ChildIndex children;   // of the targets' parents
     AugmentIndex augments; // made when the first node goes
 };
 
-// ZRS_MOD_CoupleDeviation, ZRS_MOD_CoupleDeviate and ZRS_MOD_CoupleDevNotSup in a run.
-uint32_t CoupleDeviation(ZrMod *module, ZrsDeviation *deviation, DeviationRun *run);
-uint32_t CoupleDeviate(ZrMod *module, ZrsDeviation *deviation, ZrsDeviate *deviate, ZrNode *target,
-                       ZrNode *augment, DeviationRun *run);
+// ZRS_MOD_CoupleDevNotSup in a run.
 uint32_t RemoveTarget(ZrMod *module, const ZrsDeviation *deviation, ZrNode *target, ZrNode *augment,
                       DeviationRun *run);
-
-// FindRemover() for many paths, while no deviation is applied. After some questions the removed
-// paths are put in order; without memory for that each is looked for as the first ones are.
-class RemovedPaths {
-public:
-    ZrMod *FindRemover(const ZrCtx *ctx, const char *path);
-
-private:
-    struct Removal {
-        const char *path;
-        ZrMod *module;
-    };
-
-    bool Make(const ZrCtx *ctx);
-    ZrMod *RemoverOf(std::string_view path) const;
-
-    Owned<Removal> paths_;
-    uint32_t count_ = 0;
-    uint32_t questions_ = 0;
-    bool isMade_ = false;
-};
 
 } // namespace zr

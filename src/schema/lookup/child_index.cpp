@@ -1,22 +1,13 @@
 #include "schema/lookup/child_index.h"
 
-#include "foundation/dict.h"
-#include "schema/lookup/lookup.h"
+#include <initializer_list>
+
 #include "schema/nodes/node.h"
 
 namespace {
 
 // With fewer nodes, passing them costs no more than hashing a name.
 constexpr size_t kMany = 64;
-
-template <typename Visit> void ForEachChild(const ZrNode *parent, Visit visit)
-{
-    for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
-        visit(child);
-        if (child == parent->lastChild)
-            break;
-    }
-}
 
 // In the order in which a lookup passes them.
 template <typename Visit> void ForEachTop(const ZrMod *module, Visit visit)
@@ -42,7 +33,7 @@ bool zr::ChildIndex::Table::Make(size_t count)
     size_t size = kMany;
     while (size < 2 * count)
         size *= 2;
-    zr::Free(slots_.release());
+    slots_.reset(); // before the new block, so that both need not be there at once
     slots_.reset(zr::New<Entry>(size));
     mask_ = size - 1;
     count_ = 0;
@@ -89,13 +80,13 @@ bool zr::ChildIndex::ServesChildrenOf(const ZrNode *parent)
 bool zr::ChildIndex::MakeChildrenOf(const ZrNode *parent)
 {
     size_t count = 0;
-    ForEachChild(parent, [&](const ZrNode *) { ++count; });
+    zr::ForEachChild(parent, [&](const ZrNode *) { ++count; });
     if (count < kMany || parent->module == nullptr)
         return false;
     parent_ = nullptr;
     if (!children_.Make(count))
         return false;
-    ForEachChild(parent, [this](ZrNode *child) {
+    zr::ForEachChild(parent, [this](ZrNode *child) {
         children_.Add({child, nullptr, HashOf(child->name)});
     });
     parent_ = parent;
@@ -155,13 +146,13 @@ bool zr::ChildIndex::ServesAugmentsOf(const ZrMod *module)
     if (augments < kMany)
         return false;
     for (const ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
-        ForEachChild(augment, [&](const ZrNode *) { ++nodes; });
+        zr::ForEachChild(augment, [&](const ZrNode *) { ++nodes; });
     augmenting_ = nullptr;
     if (!added_.Make(nodes))
         return false;
     for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
         size_t hash = HashOf(std::string_view(augment->name));
-        ForEachChild(augment, [=, this](ZrNode *node) {
+        zr::ForEachChild(augment, [=, this](ZrNode *node) {
             added_.Add({node, augment, HashOf(node->name) ^ hash});
         });
     }
@@ -183,7 +174,7 @@ void zr::ChildIndex::Arrive(const ZrNode *augment)
     if (first == nullptr || first->parent != parent_ || first->prev != lastChild_)
         return;
     bool hasRoom = true;
-    ForEachChild(augment, [&](ZrNode *node) {
+    zr::ForEachChild(augment, [&](ZrNode *node) {
         hasRoom = hasRoom && children_.Add({node, nullptr, HashOf(node->name)});
     });
     lastChild_ = augment->lastChild;
@@ -193,7 +184,7 @@ void zr::ChildIndex::Arrive(const ZrNode *augment)
 
 void zr::ChildIndex::LeaveAugment(const ZrNode *augment)
 {
-    ForEachChild(augment, [=, this](const ZrNode *node) { Leave(node, augment); });
+    zr::ForEachChild(augment, [=, this](const ZrNode *node) { Leave(node, augment); });
     ForgetChildrenOf(augment);
 }
 

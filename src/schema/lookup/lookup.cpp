@@ -1,14 +1,16 @@
-// Schema nodes by schema node identifier (RFC 7950, section 6.5) and by target path.
+// Schema nodes by schema node identifier (RFC 7950, section 6.5), by target path, and by the names
+// of elements.
 #include "schema/lookup/lookup.h"
 
+#include <cstring>
+#include <initializer_list>
 #include <string_view>
 
-#include "foundation/text.h"
+#include "foundation/array.h"
 #include "model/module_records.h"
-#include "platform/memory.h"
+#include "model/node_record.h"
 #include "platform/text.h"
 #include "schema/lookup/child_index.h"
-#include "schema/nodes/node.h"
 #include "xpath/path_forms.h"
 
 namespace {
@@ -140,71 +142,124 @@ uint32_t ZRS_MOD_FindAugNodeTargetInSelfMod(const ZrMod *module, const ZrNode *a
     return ZR_OK;
 }
 
-// Paths of schema nodes, in the form in which target paths are looked up.
+// What a target path says of its target.
+
+bool zr::LastNamedModule(const char *path, ModuleNameText &nameOut)
+{
+    return path != nullptr &&
+           ZR_XPATH_SplitTargetNodeXpath(path, nameOut, sizeof(nameOut), nullptr, nullptr) == ZR_OK;
+}
+
+bool zr::LeadsIntoModule(const char *path, const char *moduleName)
+{
+    ModuleNameText name;
+    return LastNamedModule(path, name) && TextEquals(name, moduleName);
+}
+
+bool zr::IsPathAtOrBelow(const char *path, const char *root)
+{
+    size_t length = std::strlen(root);
+    return std::strncmp(path, root, length) == 0 && (path[length] == '\0' || path[length] == '/');
+}
+
+bool zr::StandsInSchema(const ZrNode *node)
+{
+    while (node->parent != nullptr)
+        node = node->parent;
+    return node->kind != ZR_NODE_AUGMENT;
+}
+
+// From an element's schema node to those of its children, for applications that walk instance data.
 
 namespace {
 
-const char *StepName(const ZrNode *node)
+bool IsOperation(const ZrNode *node)
 {
-    switch (node->kind) {
-    case ZR_NODE_INPUT:
-        return "input";
-    case ZR_NODE_OUTPUT:
-        return "output";
-    default:
-        return node->name;
+    return node != nullptr && (node->kind == ZR_NODE_RPC || node->kind == ZR_NODE_ACTION);
+}
+
+ZrNode *OperationChild(const ZrNode *operation, uint32_t kind)
+{
+    if (!IsOperation(operation))
+        return nullptr;
+    ZrNode *child = operation->firstChild;
+    while (child != nullptr && child->kind != kind)
+        child = child->next;
+    return child;
+}
+
+bool IsChoiceOrCase(const ZrNode *node)
+{
+    return node->kind == ZR_NODE_CHOICE || node->kind == ZR_NODE_CASE;
+}
+
+// The module's own node in a chain of top-level nodes, or inside a choice there.
+ZrNode *FindInChain(ZrNode *head, const ZrMod *module, const char *name)
+{
+    for (ZrNode *node = head; node != nullptr; node = node->next) {
+        ZrNode *found = nullptr;
+        if (IsChoiceOrCase(node))
+            found = ZRS_NODE_FindChildDataTreeNodeByName(node, module->name, name);
+        else if (node->name != nullptr && PAL_StrCmp(node->name, name) == 0)
+            found = node;
+        if (found != nullptr)
+            return found;
     }
+    return nullptr;
 }
 
-// A step carries its module's name where the path enters the module. A node whose augment is not
-// coupled has no parent in the schema yet, so its step is the first one of its own module.
-bool IsQualified(const ZrNode *node)
+// Whether nothing stands above the nodes of a coupled augment but choices and cases.
+bool AddsTopDataNodes(const ZrNode *augment)
 {
-    const ZrNode *parent = ZR_NODE_GetParentNode(node);
-    return parent == nullptr || parent->module != node->module;
+    const ZrNode *node = augment->firstChild;
+    if ((augment->flags & ZRS_FLAG_COUPLED) == 0 || node == nullptr)
+        return false;
+    for (node = node->parent; node != nullptr; node = node->parent)
+        if (!IsChoiceOrCase(node))
+            return false;
+    return true;
 }
 
-int WriteStep(const ZrNode *node, char *destination, uint32_t size)
+ZrNode *FindInAugments(const ZrMod *module, const char *name)
 {
-    const char *name = StepName(node);
-    if (name == nullptr)
-        return -1;
-    if (node->kind == ZR_NODE_AUGMENT) // its name is the path of its target
-        return sprintf_s(destination, size, "%s", name);
-    if (!IsQualified(node))
-        return sprintf_s(destination, size, "/%s", name);
-    if (node->module == nullptr || node->module->name == nullptr)
-        return -1;
-    return sprintf_s(destination, size, "/%s:%s", node->module->name, name);
+    for (const ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
+        if (!AddsTopDataNodes(augment))
+            continue;
+        ZrNode *found = ZRS_NODE_FindChildDataTreeNodeByName(augment, module->name, name);
+        if (found != nullptr)
+            return found;
+    }
+    return nullptr;
 }
 
 } // namespace
 
-uint32_t ZRS_NODE_PrintJsonPathRecursive(const ZrNode *node, char *buffer, uint32_t size,
-                                         uint32_t *length)
+ZrNode *ZR_NODE_GetInputNode(const ZrNode *node)
 {
-    if (node == nullptr || buffer == nullptr || length == nullptr)
-        return ZR_ERR_INVALID;
-    if (node->parent != nullptr) {
-        uint32_t status = ZRS_NODE_PrintJsonPathRecursive(node->parent, buffer, size, length);
-        if (status != ZR_OK)
-            return status;
-    }
-    if (*length >= size)
-        return ZR_ERR_NO_MEMORY;
-    int written = WriteStep(node, buffer + *length, size - *length);
-    if (written < 0)
-        return ZR_ERR_NO_MEMORY;
-    *length += static_cast<uint32_t>(written);
-    return ZR_OK;
+    return OperationChild(node, ZR_NODE_INPUT);
 }
 
-char *ZRS_NODE_PrintPath(const ZrNode *node)
+ZrNode *ZR_NODE_GetOutputNode(const ZrNode *node)
 {
-    zr::Owned<char> buffer(zr::New<char>(zr::kXpathSize));
-    uint32_t length = 0;
-    if (!buffer ||
-        ZRS_NODE_PrintJsonPathRecursive(node, buffer.get(), zr::kXpathSize, &length) != ZR_OK)
+    return OperationChild(node, ZR_NODE_OUTPUT);
+}
+
+ZrNode *ZR_NODE_FindDataChild(const ZrNode *node, const char *moduleName, const char *name)
+{
+    // Input and output may have children of one name: below an operation stands its input.
+    if (IsOperation(node))
+        node = ZR_NODE_GetInputNode(node);
+    return ZRS_NODE_FindChildDataTreeNodeByName(node, moduleName, name);
+}
+
+ZrNode *ZR_CTX_FindTopDataNode(const ZrCtx *ctx, const char *moduleName, const char *name)
+{
+    const ZrMod *module = ZR_CTX_GetModuleByModName(ctx, moduleName);
+    if (module == nullptr || name == nullptr)
         return nullptr;
-    return ZR_UTL_StrDup(buffer.get());
+    for (ZrNode *head : {module->dataNodes, module->rpcs, module->notifications}) {
+        if (ZrNode *found = FindInChain(head, module, name); found != nullptr)
+            return found;
+    }
+    return FindInAugments(module, name);
 }

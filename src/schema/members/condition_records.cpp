@@ -171,7 +171,7 @@ uint32_t ZRS_NODE_SubtractMustsArray(ZrDict *dict, ZrsMust **array, uint32_t old
         if (status == ZR_OK)
             ++keptCount;
     }
-    if (status != ZR_OK) { // kept: a half-built array never stands beside the old one
+    if (status != ZR_OK) { // docs/oddities.md: the target loses all its musts
         ZRS_NODE_FreeMusts(dict, kept, keptCount);
         kept = nullptr;
     }

@@ -1,9 +1,6 @@
 #include "schema/members/ext_inst.h"
 
 #include "foundation/array.h"
-#include "foundation/context_record.h"
-#include "model/module_records.h"
-#include "schema/nodes/node.h"
 
 namespace {
 
@@ -146,7 +143,7 @@ uint32_t ZRS_EXT_SubtractExtInstArray(ZrDict *dict, ZrsExtInst **array, uint32_t
         const ZrsExtInst *record = &(*array)[i];
         if (record->extensionName == nullptr)
             continue;
-        if (keptCount == newCount) { // kept: callers take a wrong count for "nothing to do"
+        if (keptCount == newCount) { // nothing was removed, or the caller has miscounted
             ZRS_EXT_FreeExtInsts(dict, kept, keptCount);
             return ZR_OK;
         }
@@ -186,79 +183,4 @@ uint32_t ZR_EXT_ScanAllChildExtInsts(const ZrsExtInst *instance, ZrExtInstScanFu
     if (instance == nullptr || callback == nullptr)
         return ZR_ERR_INVALID;
     return zr::ScanExtInsts(instance->children, instance->childCount, callback, userData);
-}
-
-// Extension instances of schema nodes.
-
-namespace {
-
-// The dictionary of the node's context, or null.
-ZrDict *DictOf(const ZrNode *node)
-{
-    if (node == nullptr || node->module == nullptr || node->module->ctx == nullptr)
-        return nullptr;
-    return &node->module->ctx->dict;
-}
-
-} // namespace
-
-uint32_t ZRS_NODE_AppendOneExtInst(ZrDict *dict, ZrNode *node, const char *moduleName,
-                                   const char *extensionName, const char *argument)
-{
-    if (node == nullptr)
-        return ZR_ERR_INVALID;
-    ZrsExtInst record; // interned for the comparison by pointers
-    uint32_t status = ZRS_EXT_FillExtInst(dict, &record, moduleName, extensionName, argument);
-    if (status != ZR_OK)
-        return status;
-    bool isNew =
-        ZRS_EXT_FindSameExtInstInArray(node->extInsts, node->extInstCount, &record) == nullptr;
-    if (isNew)
-        status = ZRS_EXT_AppendOneExtInstToArray(dict, &node->extInsts, &node->extInstCount,
-                                                 moduleName, extensionName, argument);
-    ZRS_EXT_ClearExtInst(dict, &record);
-    if (isNew && status == ZR_OK && zr::TextEquals(moduleName, "ietf-netconf-acm")) {
-        ZRS_NODE_SetNacmFlag(node, moduleName, extensionName);
-        ZRS_NODE_UpdateFlag(node);
-    }
-    return status;
-}
-
-uint32_t ZR_NODE_AppendExtInst(ZrNode *node, const char *moduleName, const char *extensionName,
-                               const char *argument)
-{
-    return ZRS_NODE_AppendOneExtInst(DictOf(node), node, moduleName, extensionName, argument);
-}
-
-uint32_t ZR_NODE_ReplaceDstExtInst(ZrNode *destination, const ZrNode *source)
-{
-    ZrDict *dict = DictOf(destination);
-    if (dict == nullptr || source == nullptr || source->extInsts == nullptr ||
-        source->extInstCount == 0)
-        return ZR_ERR_INVALID;
-    uint16_t count = source->extInstCount;
-    ZrsExtInst *copy = ZRS_EXT_CopyExtInsts(dict, source->extInsts, count);
-    if (copy == nullptr)
-        return ZR_ERR_NO_MEMORY;
-    ZR_NODE_CleanExtInsts(destination);
-    destination->extInsts = copy;
-    destination->extInstCount = count;
-    return ZR_OK;
-}
-
-void ZR_NODE_CleanExtInsts(ZrNode *node)
-{
-    ZrDict *dict = DictOf(node);
-    if (dict == nullptr)
-        return;
-    ZRS_EXT_FreeExtInsts(dict, node->extInsts, node->extInstCount);
-    node->extInstCount = 0;
-    node->extInsts = nullptr;
-}
-
-uint32_t ZR_NODE_ScanAllExtInsts(const ZrNode *node, ZrExtInstScanFunc callback, void *userData)
-{
-    if (node == nullptr || callback == nullptr)
-        return ZR_ERR_INVALID;
-    return zr::ScanExtInsts(node->extInsts, node->extInstCount, callback, userData);
 }

@@ -1,6 +1,6 @@
 // Extension instances in counted arrays: uses of "extension" statements (RFC 7950, section 7.19),
 // each with the instances that stand below it. Strings are interned, so equality is equality of
-// pointers. Statuses are 0, 22 for a bad argument and 12 when memory runs out.
+// pointers. Statuses are ZR_OK, ZR_ERR_INVALID for a bad argument and ZR_ERR_NO_MEMORY.
 #pragma once
 
 #include <zrschema/node.h>
@@ -22,6 +22,7 @@ ZR_API uint32_t ZRS_EXT_CheckTwoExtInstSame(const ZrsExtInst *a, const ZrsExtIns
 // The first record equal to `record`, or null.
 ZR_API ZrsExtInst *ZRS_EXT_FindSameExtInstInArray(ZrsExtInst *array, uint32_t count,
                                                   const ZrsExtInst *record);
+// Appends one without children. ZR_ERR_INVALID also for the 65,536th.
 ZR_API uint32_t ZRS_EXT_AppendOneExtInstToArray(ZrDict *dict, ZrsExtInst **array, uint16_t *count,
                                                 const char *moduleName, const char *extensionName,
                                                 const char *argument);
@@ -38,14 +39,10 @@ ZR_API uint32_t ZRS_EXT_MergeOneExtInstToArray(ZrDict *dict, ZrsExtInst **array,
 ZR_API uint32_t ZRS_EXT_MergeExtInsts(ZrDict *dict, ZrsExtInst **array, uint16_t *count,
                                       const ZrsExtInst *source, uint32_t sourceCount);
 // Rebuilds the array without the records whose extension name is null. `newCount` is the number
-// that the caller expects to stay, and what the caller then sets as the count. When more are left,
-// the old array stays and the result is still 0; it also stays when a copy fails.
+// that stay, and what the caller then sets as the count. When more are left, the old array stays
+// and the result is still ZR_OK; it also stays when a copy fails.
 ZR_API uint32_t ZRS_EXT_SubtractExtInstArray(ZrDict *dict, ZrsExtInst **array, uint32_t oldCount,
                                              uint32_t newCount);
-// Appends the instance to the node unless the node has it. One of ietf-netconf-acm also sets the
-// node's access flags and those of everything below it (RFC 8341, section 3.4).
-ZR_API uint32_t ZRS_NODE_AppendOneExtInst(ZrDict *dict, ZrNode *node, const char *moduleName,
-                                          const char *extensionName, const char *argument);
 }
 
 namespace zr {

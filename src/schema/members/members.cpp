@@ -1,10 +1,13 @@
-// What a module names of others: imports, includes and the extensions that it defines for them.
+// The members of a module that are records of their own, but for deviations.
 #include "schema/members/members.h"
+
+#include <zrschema/context.h>
 
 #include "foundation/array.h"
 #include "schema/members/condition_records.h"
-#include "schema/members/module.h"
 #include "types/real_type.h"
+
+// What a module names of others, or for others: imports, includes, extensions.
 
 uint32_t ZRS_MOD_FillImport(ZrDict *dict, ZrsImport *record, const char *moduleName,
                             const char *prefix)
@@ -16,7 +19,7 @@ uint32_t ZRS_MOD_FillImport(ZrDict *dict, ZrsImport *record, const char *moduleN
         zr::Intern(dict, record->prefix, prefix))
         return ZR_OK;
     ZRS_MOD_ClearImport(dict, record);
-    return ZR_ERR_INVALID; // kept: an import without memory is an invalid import to its callers
+    return ZR_ERR_INVALID; // docs/oddities.md: without memory an import counts as invalid
 }
 
 uint32_t ZRS_MOD_AppendOneImport(ZrMod *module, const char *moduleName, const char *prefix)
@@ -189,7 +192,7 @@ uint32_t ZR_MOD_EnableFeature(ZrMod *module, const char *name)
     return ZR_OK;
 }
 
-// Kept: "*" is a name like any other here, so that no caller turns everything off by accident.
+// "*" is a name like any other here (docs/oddities.md).
 uint32_t ZR_MOD_DisableFeature(ZrMod *module, const char *name)
 {
     return Disable(ZRS_MOD_FindFeatureByName(module, name));
@@ -321,7 +324,7 @@ uint32_t ZRS_MOD_FillTypeDef(ZrCtx *ctx, ZrsTypDef *record, const char *name,
         zr::Intern(&ctx->dict, record->defaultValue, defaultValue))
         status = ZRT_TYPE_CopyZrtRealTypeInner(ctx, &record->realType, realType) == ZR_OK
                      ? ZR_OK
-                     : ZR_ERR_INVALID; // kept: a type that cannot be copied is an invalid type
+                     : ZR_ERR_INVALID; // docs/oddities.md: without memory a type is invalid
     if (status != ZR_OK) {
         zr::Release(&ctx->dict, record->name);
         zr::Release(&ctx->dict, record->defaultValue);

@@ -7,21 +7,6 @@
 
 namespace {
 
-auto DefaultReleaser(ZrDict *dict)
-{
-    return [dict](const char **text) { zr::Release(dict, *text); };
-}
-
-const char **CopyDefaults(ZrDict *dict, const char *const *array, uint32_t count)
-{
-    return zr::CopyRecords(
-        array, count,
-        [dict](const char **copy, const char *const *from) -> uint32_t {
-            return zr::Intern(dict, *copy, *from) ? ZR_OK : ZR_ERR_NO_MEMORY;
-        },
-        DefaultReleaser(dict));
-}
-
 // Copies one array of the deviate; false when it holds something and the copy fails.
 template <typename Record, typename Copy>
 bool CopyPart(Record *&array, uint16_t &count, uint16_t sourceCount, Copy copy)
@@ -98,7 +83,7 @@ uint32_t ZRS_MOD_FillDeviate(ZrCtx *ctx, ZrsDeviate *record, const ZrsDeviate *s
         CopyPart(record->musts, record->mustCount, source->mustCount,
                  [=] { return ZRS_NODE_CopyMustsArray(dict, source->musts, source->mustCount); }) &&
         CopyPart(record->defaults, record->defaultCount, source->defaultCount,
-                 [=] { return CopyDefaults(dict, source->defaults, source->defaultCount); }) &&
+                 [=] { return zr::CopyTexts(dict, source->defaults, source->defaultCount); }) &&
         CopyPart(record->extInsts, record->extInstCount, source->extInstCount, [=] {
             return ZRS_EXT_CopyExtInsts(dict, source->extInsts, source->extInstCount);
         });
@@ -128,7 +113,7 @@ void ZRS_MOD_ClearDeviate(ZrCtx *ctx, ZrsDeviate *record)
         return;
     ZrDict *dict = &ctx->dict;
     ZRS_NODE_FreeMusts(dict, record->musts, record->mustCount);
-    zr::FreeRecords(record->defaults, record->defaultCount, DefaultReleaser(dict));
+    zr::FreeTexts(dict, record->defaults, record->defaultCount);
     ZRT_TYPE_DestroyZrtRealType(ctx, record->type);
     zr::Release(dict, record->units);
     ZRS_EXT_FreeExtInsts(dict, record->extInsts, record->extInstCount);

@@ -1,6 +1,11 @@
+// A module that is coupled when a further part of it arrives: coupled augments step aside, and the
+// module's nodes become again what its files say.
+#include <zrschema/context.h>
+
 #include <utility>
 
 #include "foundation/array.h"
+#include "foundation/list.h"
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"
 #include "model/context.h"
@@ -9,24 +14,17 @@
 #include "schema/lookup/child_index.h"
 #include "schema/lookup/lookup.h"
 #include "schema/merge/merge.h"
+#include "schema/module/module.h"
 #include "schema/nodes/node.h"
+
+// Coupled augments step aside.
 
 namespace {
 
-bool IsCoupled(const ZrNode *augment)
-{
-    return (augment->flags & ZRS_FLAG_COUPLED) != 0;
-}
-
-// Makes the nodes from the augment's first to its last the children of `parent`, without a change
-// of their flags.
+// Makes the augment's nodes the children of `parent`, without a change of their flags.
 void SetParent(const ZrNode *augment, ZrNode *parent)
 {
-    for (ZrNode *node = augment->firstChild;; node = node->next) {
-        node->parent = parent;
-        if (node == augment->lastChild)
-            return;
-    }
+    zr::ForEachChild(augment, [parent](ZrNode *node) { node->parent = parent; });
 }
 
 // Links the augment's nodes, which stand alone, into the target before `next`, or at its end.
@@ -56,12 +54,10 @@ ZrNode *UnlinkStretch(ZrNode *augment, ZrNode *target)
 // The nodes may be new there, and their target's flags may be others than before.
 void InheritFlags(const ZrNode *augment)
 {
-    for (ZrNode *node = augment->firstChild;; node = node->next) {
+    zr::ForEachChild(augment, [](ZrNode *node) {
         ZRS_NODE_UpdateConfigFlag(node);
         ZRS_NODE_UpdateNacmFlag(node);
-        if (node == augment->lastChild)
-            return;
-    }
+    });
 }
 
 } // namespace
@@ -145,6 +141,8 @@ void zr::AugmentsAside::PutBack()
         InheritFlags(stretch.augment);
     }
 }
+
+// The module's nodes as its files say.
 
 namespace {
 
@@ -240,19 +238,13 @@ void BringBackList(ZrMod *module, const List &list, ZrNode *original)
     }
 }
 
-bool EndsIn(const ZrsDeviation &deviation, const char *moduleName)
-{
-    zr::ModuleNameText name;
-    return zr::LastNamedModule(deviation.targetPath, name) && zr::TextEquals(name, moduleName);
-}
-
 // The deviations will be applied again, and those that failed will say so again.
 void ForgetDeviations(ZrMod *deviating, const char *moduleName)
 {
     bool failed = false;
     for (uint32_t i = 0; deviating != nullptr && i < deviating->deviationCount; ++i) {
         ZrsDeviation &deviation = deviating->deviations[i];
-        if (!EndsIn(deviation, moduleName))
+        if (!zr::LeadsIntoModule(deviation.targetPath, moduleName))
             continue;
         failed = failed || (deviation.flags & ZRS_DEVIATION_FAILED) != 0;
         deviation.flags = 0;
@@ -267,10 +259,9 @@ template <typename Visit> void ForEachDeviating(const ZrMod *module, Visit visit
     const ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(module->ctx, module->name);
     if (table == nullptr)
         return;
-    for (const ZrListLink *link = table->items.next; link != &table->items; link = link->next) {
-        const auto *item = reinterpret_cast<const ZrModRelItem *>(link);
-        if (item->kind == ZR_RELATION_DEVIATED_BY)
-            visit(item->otherName);
+    for (const ZrModRelItem &relation : zr::ItemsOf<ZrModRelItem>(&table->items)) {
+        if (relation.kind == ZR_RELATION_DEVIATED_BY)
+            visit(relation.otherName);
     }
 }
 
@@ -283,7 +274,7 @@ bool zr::MayDifferFromFiles(const ZrMod *module)
     for (uint32_t i = 0; i < module->deviationCount; ++i)
         differs = differs || module->deviations[i].flags != 0;
     for (const ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
-        differs = differs || (augment->flags & ZRS_FLAG_COUPLED) != 0;
+        differs = differs || IsCoupled(augment);
     return differs;
 }
 

@@ -1,3 +1,4 @@
+// Merging of the members of a module, and of whole modules.
 #include "schema/merge/merge.h"
 
 #include <cstdarg>
@@ -114,7 +115,7 @@ const char *CopyIdentityParts(ZrDict *dict, ZrsIdentity *identity, const ZrsIden
     return nullptr;
 }
 
-// Kept: the description stays behind. Callers rely on the first part to describe an identity.
+// The description stays behind (docs/oddities.md).
 uint32_t MergeIdentity(ZrMod *module, const ZrsIdentity &source)
 {
     const ZrsIdentity *existing = ZRS_MOD_FindIdentityByName(module, source.name);

@@ -20,20 +20,28 @@ ZR_API uint32_t ZRS_MOD_MergeGlobalDefData(ZrMod *destination, const ZrMod *sour
 // The four lists of top-level nodes.
 ZR_API uint32_t ZRS_MOD_MergeTreeNodeData(ZrMod *destination, ZrMod *source);
 
-// One kind of member each. 0, 22 for members that disagree or cannot be added, 12 when memory
-// runs out.
+// One kind of member each. ZR_OK, ZR_ERR_INVALID for members that disagree or cannot be added, or
+// ZR_ERR_NO_MEMORY.
+
+// Imports, by prefix.
 ZR_API uint32_t ZRS_MOD_MergeNonNodeMemberImport(ZrMod *destination, const ZrMod *source);
+// Includes, by the name of the submodule.
 ZR_API uint32_t ZRS_MOD_MergeNonNodeMemberInclude(ZrMod *destination, const ZrMod *source);
+// Features, by name; the if-features must agree. An added one is off.
 ZR_API uint32_t ZRS_MOD_MergeNonNodeMemberFeature(ZrMod *destination, const ZrMod *source);
+// Identities, by name; bases and if-features must agree (docs/oddities.md: descriptions).
 ZR_API uint32_t ZRS_MOD_MergeNonNodeMemberIdentity(ZrMod *destination, const ZrMod *source);
+// Extensions, by name; the argument must agree.
 ZR_API uint32_t ZRS_MOD_MergeNonNodeMemberExtension(ZrMod *destination, const ZrMod *source);
+// Deviations; each one is added.
 ZR_API uint32_t ZRS_MOD_MergeNonNodeMemberDeviation(ZrMod *destination, const ZrMod *source);
+// Typedefs, by name; one that is there is kept without a comparison.
 ZR_API uint32_t ZRS_MOD_MergeNonNodeMemberTypeDef(ZrMod *destination, const ZrMod *source);
 }
 
-// Merging of schema trees: two lists of siblings are compared position by position, and nodes that
-// the destination lacks are moved to its end. Statuses are 0, 22 for trees that disagree and 12
-// when memory runs out.
+// Merging of schema trees (merge_nodes.cpp): two lists of siblings are compared position by
+// position, and nodes that the destination lacks are moved to its end. Statuses are ZR_OK,
+// ZR_ERR_INVALID for trees that disagree and ZR_ERR_NO_MEMORY.
 
 // How the source node of a pair differs from the destination node.
 enum ZrsDiffReason : uint32_t {
@@ -52,9 +60,10 @@ ZR_API uint32_t ZRS_NODE_MergeTreeNodeFromRootStart(ZrNode **destinationList, Zr
 // The same for the lists alone, without what is below them.
 ZR_API uint32_t ZRS_NODE_CompareAndMergeNodeList(ZrNode **destinationList, ZrNode **sourceList,
                                                  ZrNode *parent, ZrMod *destinationModule);
-// The ZrsDiffReason of a pair, and its name: "none", "extension", "name", "other" or "unknown".
+// The ZrsDiffReason of a pair; ZRS_DIFF_OTHER when one is null.
 ZR_API uint32_t ZRS_NODE_CompareTwoTreeNodeSelfData(const ZrNode *destination,
                                                     const ZrNode *source);
+// The name of a ZrsDiffReason in messages; "unknown" for a number that is none.
 ZR_API const char *ZRS_NODE_GetDiffReasonName(uint32_t reason);
 // Does what the difference of a pair asks for. On ZRS_DIFF_NAME the source node and its following
 // siblings go to the end of the destination's list, and the source slot is cleared when the node
@@ -64,7 +73,8 @@ ZR_API uint32_t ZRS_NODE_MergeNodeListWithDiffReason(ZrNode *destination, ZrNode
                                                      ZrMod *destinationModule);
 // Gives the destination, which must have none, a copy of the source's extension instances.
 ZR_API uint32_t ZRS_NODE_MergeDstNodeWithMimExtInst(ZrNode *destination, const ZrNode *source);
-// 0 when no node from `source` on has the name of one from `destination` on, else 22.
+// ZR_OK when no node from `source` on has the name of one from `destination` on, else
+// ZR_ERR_INVALID.
 ZR_API uint32_t ZRS_NODE_CheckPostSiblingNodeUnique(const ZrNode *destination,
                                                     const ZrNode *source);
 // Moves `source` and its following siblings to `anchor`, as its last children or as its last
@@ -72,24 +82,27 @@ ZR_API uint32_t ZRS_NODE_CheckPostSiblingNodeUnique(const ZrNode *destination,
 // that is moved.
 ZR_API uint32_t ZRS_NODE_MergeNodeListToTgtWithTravType(ZrNode *anchor, ZrNode *source,
                                                         uint32_t mode, ZrMod *destinationModule);
-// Moves what is left of a longer source list. Kept: at the top of a module whose list is not empty
-// nothing is moved, and the nodes go with their source.
+// Moves what is left of a longer source list; at the top of a module only into a list that is empty
+// (docs/oddities.md).
 ZR_API uint32_t ZRS_NODE_MoveExtraNodeList(ZrNode **destinationList, ZrNode *source, ZrNode *parent,
                                            ZrMod *destinationModule);
 // Makes the module the owner of the node and of everything below it, and resolves their types in
-// it. 0, or 22 when a typedef is not there; the module is set on every node all the same.
+// it. ZR_OK, or ZR_ERR_INVALID when a typedef is not there; the module is set on every node all the
+// same.
 ZR_API uint32_t ZRS_NODE_RefreshNodeTreeToZrMod(ZrNode *root, ZrMod *module);
-// The messages of the two ways to fail; `parent` is null at the top of the module.
+// Records that a node could not be merged, and why; `parent` is null at the top of the module.
 ZR_API void ZRS_NODE_RecordNodeListMergeError(const ZrMod *module, const ZrNode *node,
                                               const ZrNode *parent, uint32_t reason);
+// Records that what is left of a longer source list could not be moved.
 ZR_API void ZRS_NODE_RecordExtraNodeListMergeError(const ZrMod *module, const ZrNode *node,
                                                    const ZrNode *parent);
 }
 
-// Typedef references while modules are merged. A derived type points into its module's typedef
-// array, and that array moves when a typedef is added to it; so the pointers of the whole module
-// are dropped before it grows. A dropped pointer does no harm: the typedef is looked up by its name
-// until the reference is resolved again, which linking the module into its context does.
+// Typedef references while modules are merged (merge_nodes.cpp). A derived type points into its
+// module's typedef array, and that array moves when a typedef is added to it; so the pointers of
+// the whole module are dropped before it grows. A dropped pointer does no harm: the typedef is
+// looked up by its name until the reference is resolved again, which linking the module into its
+// context does.
 
 namespace zr {
 // Drops the resolved typedefs of a type and of its union members.
@@ -97,9 +110,11 @@ void ForgetResolved(ZrtRealType *type);
 // The same for every type of the module: its typedefs, and its nodes wherever they stand.
 void ForgetResolvedOfModule(ZrMod *module);
 // Resolves the type's references to typedefs of `module`, also those that were resolved before.
-// 0, or 22 when one is not there.
+// ZR_OK, or ZR_ERR_INVALID when one is not there.
 uint32_t ResolveAgain(ZrtRealType *type, const ZrMod *module);
 } // namespace zr
+
+// A module that is coupled when a further part of it arrives (late_parts.cpp).
 
 // Coupled augments while a further part is merged into their module, or into the module in which
 // their nodes stand: they step out of their targets, so that the merge meets the module's own
@@ -114,7 +129,7 @@ public:
     // Takes the nodes of the augments out of their targets and puts them under their augments. The
     // augments stay marked as coupled, but for two kinds, which are coupled anew with the module:
     // the module's own ones without nodes, and all whose target is an "input" or "output" that
-    // coupling made; such a node goes. 0, or 12 with nothing changed.
+    // coupling made; such a node goes. ZR_OK, or ZR_ERR_NO_MEMORY with nothing changed.
     uint32_t TakeOut();
 
     // Puts the nodes back where they stood. Nodes that the module's augments have won stand behind

@@ -1,9 +1,10 @@
+// Merging of schema trees, and the typedef references of what is merged.
+#include <zrschema/node.h>
+
 #include <initializer_list>
-#include <iterator>
 
 #include "foundation/load_errors.h"
 #include "schema/augment/augment.h"
-#include "schema/members/ext_inst.h"
 #include "schema/merge/merge.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
@@ -41,8 +42,18 @@ uint32_t ZRS_NODE_RefreshNodeTreeToZrMod(ZrNode *root, ZrMod *module)
 
 const char *ZRS_NODE_GetDiffReasonName(uint32_t reason)
 {
-    static constexpr const char *kNames[] = {"none", "extension", "name", "unknown", "other"};
-    return reason < std::size(kNames) ? kNames[reason] : "unknown";
+    switch (reason) {
+    case ZRS_DIFF_NONE:
+        return "none";
+    case ZRS_DIFF_EXTENSION:
+        return "extension";
+    case ZRS_DIFF_NAME:
+        return "name";
+    case ZRS_DIFF_OTHER:
+        return "other";
+    default:
+        return "unknown";
+    }
 }
 
 uint32_t ZRS_NODE_CompareTwoTreeNodeSelfData(const ZrNode *destination, const ZrNode *source)

@@ -1,9 +1,12 @@
-// What a schema node says of itself.
+// What a schema node says of itself: its properties, what it holds in lists, its path.
+#include <zrschema/context.h>
 #include <zrschema/node.h>
 
+#include "foundation/text.h"
 #include "model/module_records.h"
 #include "model/node_record.h"
-#include "schema/lookup/lookup.h"
+#include "platform/memory.h"
+#include "platform/text.h"
 #include "schema/nodes/node.h"
 
 namespace {
@@ -78,13 +81,6 @@ ZrNode *ZR_NODE_GetNonChoiceCaseParent(const ZrNode *node)
     return parent;
 }
 
-ZrNode *ZR_NODE_GetAugmentTargetNode(const ZrNode *node)
-{
-    if (node == nullptr || node->kind != ZR_NODE_AUGMENT || node->module == nullptr)
-        return nullptr;
-    return ZR_CTX_GetTargetNode(node->module->ctx, node->name, nullptr);
-}
-
 uint32_t ZR_NODE_IsKey(const ZrNode *node)
 {
     if (node == nullptr || node->parent == nullptr || node->parent->kind != ZR_NODE_LIST)
@@ -142,7 +138,7 @@ uint32_t ZR_NODE_IsEnabled(const ZrNode *node)
         return 1;
     for (uint32_t i = 0; i < node->ifFeatureCount; ++i) {
         const ZrsIfFeature *entry = &node->ifFeatures[i];
-        // 22 stands for an argument that is missing, so the answer is compared with 1.
+        // The answer may also be ZR_ERR_INVALID, for a name that is missing.
         if (ZR_CTX_IsModFeatureEnable(node->module->ctx, entry->moduleName, entry->featureName) !=
             1)
             return 0;
@@ -150,7 +146,7 @@ uint32_t ZR_NODE_IsEnabled(const ZrNode *node)
     return 1;
 }
 
-// Scans of what a node holds in lists: conditions, features, defaults; and its path.
+// Scans of what a node holds in lists: conditions, features, defaults.
 
 namespace {
 
@@ -203,6 +199,75 @@ uint32_t ZR_NODE_ScanAllDefaults(const ZrNode *node, ZrTextScanFunc callback, vo
         return ZR_OK;
     const auto *info = static_cast<const ZrsLeafListInfo *>(node->info);
     return ScanTexts(info->defaults, info->defaultCount, callback, userData);
+}
+
+// The path of a node, in the form in which target paths are looked up.
+
+namespace {
+
+const char *StepName(const ZrNode *node)
+{
+    switch (node->kind) {
+    case ZR_NODE_INPUT:
+        return "input";
+    case ZR_NODE_OUTPUT:
+        return "output";
+    default:
+        return node->name;
+    }
+}
+
+// A step carries its module's name where the path enters the module. A node whose augment is not
+// coupled has no parent in the schema yet, so its step is the first one of its own module.
+bool IsQualified(const ZrNode *node)
+{
+    const ZrNode *parent = ZR_NODE_GetParentNode(node);
+    return parent == nullptr || parent->module != node->module;
+}
+
+int WriteStep(const ZrNode *node, char *destination, uint32_t size)
+{
+    const char *name = StepName(node);
+    if (name == nullptr)
+        return -1;
+    if (node->kind == ZR_NODE_AUGMENT) // its name is the path of its target
+        return sprintf_s(destination, size, "%s", name);
+    if (!IsQualified(node))
+        return sprintf_s(destination, size, "/%s", name);
+    if (node->module == nullptr || node->module->name == nullptr)
+        return -1;
+    return sprintf_s(destination, size, "/%s:%s", node->module->name, name);
+}
+
+} // namespace
+
+uint32_t ZRS_NODE_PrintJsonPathRecursive(const ZrNode *node, char *buffer, uint32_t size,
+                                         uint32_t *length)
+{
+    if (node == nullptr || buffer == nullptr || length == nullptr)
+        return ZR_ERR_INVALID;
+    if (node->parent != nullptr) {
+        uint32_t status = ZRS_NODE_PrintJsonPathRecursive(node->parent, buffer, size, length);
+        if (status != ZR_OK)
+            return status;
+    }
+    if (*length >= size)
+        return ZR_ERR_NO_MEMORY;
+    int written = WriteStep(node, buffer + *length, size - *length);
+    if (written < 0)
+        return ZR_ERR_NO_MEMORY;
+    *length += static_cast<uint32_t>(written);
+    return ZR_OK;
+}
+
+char *ZRS_NODE_PrintPath(const ZrNode *node)
+{
+    zr::Owned<char> buffer(zr::New<char>(zr::kXpathSize));
+    uint32_t length = 0;
+    if (!buffer ||
+        ZRS_NODE_PrintJsonPathRecursive(node, buffer.get(), zr::kXpathSize, &length) != ZR_OK)
+        return nullptr;
+    return ZR_UTL_StrDup(buffer.get());
 }
 
 uint32_t ZR_NODE_GetNodePath(const ZrNode *node, char *buffer, uint32_t size)

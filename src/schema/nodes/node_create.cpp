@@ -1,7 +1,9 @@
-// Birth and death of schema nodes, and the per-kind information that comes and goes with them.
+// Birth, copies and death of schema nodes, and the per-kind information that comes and goes with
+// them.
 #include <iterator>
 
 #include "foundation/array.h"
+#include "foundation/statement_ids.h"
 #include "model/module_records.h"
 #include "platform/memory.h"
 #include "schema/members/condition_records.h"
@@ -23,9 +25,7 @@ void DestroyLeafListInfo(ZrCtx *ctx, void *info)
 {
     auto *leafList = static_cast<ZrsLeafListInfo *>(info);
     ZRT_TYPE_DestroyZrtRealTypeInner(ctx, &leafList->realType);
-    for (uint32_t i = 0; i < leafList->defaultCount; ++i)
-        zr::Release(&ctx->dict, leafList->defaults[i]);
-    zr::Free(leafList->defaults);
+    zr::FreeTexts(&ctx->dict, leafList->defaults, leafList->defaultCount);
     zr::Release(&ctx->dict, leafList->units);
 }
 
@@ -34,50 +34,93 @@ void DestroyChoiceInfo(ZrCtx *ctx, void *info)
     zr::Release(&ctx->dict, static_cast<ZrsChoiceInfo *>(info)->defaultCase);
 }
 
+// The copied type's typedefs are now looked for in the module that the copy belongs to.
+uint32_t CopyType(ZrMod *module, ZrtRealType *destination, const ZrtRealType *source)
+{
+    uint32_t status = ZRT_TYPE_CopyZrtRealTypeInner(module->ctx, destination, source);
+    return status == ZR_OK ? ZRT_TYPE_UpdateRealTypeDerivedFrom(destination, module) : status;
+}
+
+uint32_t CopyLeafInfo(ZrMod *module, void *destination, const void *source)
+{
+    auto *to = static_cast<ZrsLeafInfo *>(destination);
+    const auto *from = static_cast<const ZrsLeafInfo *>(source);
+    if (!zr::Intern(&module->ctx->dict, to->defaultValue, from->defaultValue) ||
+        !zr::Intern(&module->ctx->dict, to->units, from->units))
+        return ZR_ERR_NO_MEMORY;
+    return CopyType(module, &to->realType, &from->realType);
+}
+
+uint32_t CopyLeafListInfo(ZrMod *module, void *destination, const void *source)
+{
+    auto *to = static_cast<ZrsLeafListInfo *>(destination);
+    const auto *from = static_cast<const ZrsLeafListInfo *>(source);
+    uint32_t status =
+        ZRS_NODE_AppendLeaflistDefaults(&module->ctx->dict, to, from->defaults, from->defaultCount);
+    if (status != ZR_OK)
+        return status;
+    if (!zr::Intern(&module->ctx->dict, to->units, from->units))
+        return ZR_ERR_NO_MEMORY;
+    return CopyType(module, &to->realType, &from->realType);
+}
+
+uint32_t CopyChoiceInfo(ZrMod *module, void *destination, const void *source)
+{
+    auto *to = static_cast<ZrsChoiceInfo *>(destination);
+    const auto *from = static_cast<const ZrsChoiceInfo *>(source);
+    return zr::Intern(&module->ctx->dict, to->defaultCase, from->defaultCase) ? ZR_OK
+                                                                              : ZR_ERR_NO_MEMORY;
+}
+
 struct KindRow {
-    uint32_t statement; // id of the keyword table
-    uint32_t infoSize;  // bytes of the per-kind information, 0 when the kind has none
+    ZrNodeKind kind;
+    ZrsStatement statement; // that makes nodes of the kind
+    uint32_t infoSize;      // bytes of the per-kind information, 0 when the kind has none
     void (*destroyInfo)(ZrCtx *ctx, void *info);
+    uint32_t (*copyInfo)(ZrMod *module, void *destination, const void *source);
 };
 
 // clang-format off
-// Indexed by node kind.
 constexpr KindRow kKinds[] = {
-    // statement  information              its destructor
-    {  0,         0,                       nullptr             }, // unknown
-    { 13,         0,                       nullptr             }, // container
-    { 31,         sizeof(ZrsLeafInfo),     DestroyLeafInfo     }, // leaf
-    { 32,         sizeof(ZrsLeafListInfo), DestroyLeafListInfo }, // leaf-list
-    { 34,         0,                       nullptr             }, // list
-    { 10,         sizeof(ZrsChoiceInfo),   DestroyChoiceInfo   }, // choice
-    {  9,         0,                       nullptr             }, // case
-    {  2,         0,                       nullptr             }, // anydata
-    {  3,         0,                       nullptr             }, // anyxml
-    {  1,         0,                       nullptr             }, // action
-    { 57,         0,                       nullptr             }, // rpc
-    { 42,         0,                       nullptr             }, // notification
-    { 29,         0,                       nullptr             }, // input
-    { 45,         0,                       nullptr             }, // output
-    {  5,         0,                       nullptr             }, // augment
+    // kind                 statement               information              its destructor       its copier
+    {ZR_NODE_UNKNOWN,      ZRS_STMT_UNKNOWN,      0,                       nullptr,             nullptr},
+    {ZR_NODE_CONTAINER,    ZRS_STMT_CONTAINER,    0,                       nullptr,             nullptr},
+    {ZR_NODE_LEAF,         ZRS_STMT_LEAF,         sizeof(ZrsLeafInfo),     DestroyLeafInfo,     CopyLeafInfo},
+    {ZR_NODE_LEAF_LIST,    ZRS_STMT_LEAF_LIST,    sizeof(ZrsLeafListInfo), DestroyLeafListInfo, CopyLeafListInfo},
+    {ZR_NODE_LIST,         ZRS_STMT_LIST,         0,                       nullptr,             nullptr},
+    {ZR_NODE_CHOICE,       ZRS_STMT_CHOICE,       sizeof(ZrsChoiceInfo),   DestroyChoiceInfo,   CopyChoiceInfo},
+    {ZR_NODE_CASE,         ZRS_STMT_CASE,         0,                       nullptr,             nullptr},
+    {ZR_NODE_ANYDATA,      ZRS_STMT_ANYDATA,      0,                       nullptr,             nullptr},
+    {ZR_NODE_ANYXML,       ZRS_STMT_ANYXML,       0,                       nullptr,             nullptr},
+    {ZR_NODE_ACTION,       ZRS_STMT_ACTION,       0,                       nullptr,             nullptr},
+    {ZR_NODE_RPC,          ZRS_STMT_RPC,          0,                       nullptr,             nullptr},
+    {ZR_NODE_NOTIFICATION, ZRS_STMT_NOTIFICATION, 0,                       nullptr,             nullptr},
+    {ZR_NODE_INPUT,        ZRS_STMT_INPUT,        0,                       nullptr,             nullptr},
+    {ZR_NODE_OUTPUT,       ZRS_STMT_OUTPUT,       0,                       nullptr,             nullptr},
+    {ZR_NODE_AUGMENT,      ZRS_STMT_AUGMENT,      0,                       nullptr,             nullptr},
 };
 // clang-format on
-static_assert(std::size(kKinds) == ZR_NODE_AUGMENT + 1);
+
+constexpr bool EachRowStandsAtItsKind()
+{
+    for (uint32_t kind = 0; kind < std::size(kKinds); ++kind) {
+        if (kKinds[kind].kind != kind)
+            return false;
+    }
+    return std::size(kKinds) == ZR_NODE_AUGMENT + 1;
+}
+static_assert(EachRowStandsAtItsKind());
 
 constexpr bool IsKind(uint32_t kind)
 {
     return kind < std::size(kKinds);
 }
 
-ZrCtx *ContextOf(const ZrNode *node)
-{
-    return node != nullptr && node->module != nullptr ? node->module->ctx : nullptr;
-}
-
 } // namespace
 
 uint32_t ZRS_NODE_GetStmtByNodeType(uint32_t kind)
 {
-    return IsKind(kind) ? kKinds[kind].statement : 0;
+    return IsKind(kind) ? kKinds[kind].statement : ZRS_STMT_UNKNOWN;
 }
 
 uint32_t ZRS_NODE_GetInfoSize(uint32_t kind)
@@ -92,10 +135,10 @@ ZrNode *ZRS_NODE_New(uint32_t kind)
     zr::Owned<ZrNode> node(zr::New<ZrNode>());
     if (!node)
         return nullptr;
-    node.get()->kind = kind;
+    node->kind = kind;
     if (uint32_t infoSize = kKinds[kind].infoSize; infoSize != 0) {
-        node.get()->info = zr::AllocZeroed(infoSize);
-        if (node.get()->info == nullptr)
+        node->info = zr::AllocZeroed(infoSize);
+        if (node->info == nullptr)
             return nullptr;
     }
     return node.release();
@@ -103,7 +146,7 @@ ZrNode *ZRS_NODE_New(uint32_t kind)
 
 void ZRS_NODE_DestroySchemaInfo(ZrNode *node)
 {
-    ZrCtx *ctx = ContextOf(node);
+    ZrCtx *ctx = zr::ContextOf(node);
     if (ctx == nullptr || node->info == nullptr)
         return;
     if (IsKind(node->kind) && kKinds[node->kind].destroyInfo != nullptr)
@@ -123,7 +166,7 @@ void ZRS_NODE_DestroyPrivateData(ZrCtx *ctx, ZrNode *node)
 
 void ZRS_NODE_Free(ZrNode *node)
 {
-    ZrCtx *ctx = ContextOf(node);
+    ZrCtx *ctx = zr::ContextOf(node);
     // The children of a coupled augment stand in its target, so freeing them here would leave the
     // target with links into freed nodes.
     if (ctx == nullptr || (node->flags & ZRS_FLAG_COUPLED) != 0)
@@ -147,78 +190,15 @@ void ZRS_NODE_Free(ZrNode *node)
     zr::Free(node);
 }
 
-// Deep copies of schema nodes into another module.
+// Copies into another module.
 
 namespace {
-
-// Interns a copy of a text; a null text stays null and succeeds.
-bool CopyText(ZrDict *dict, const char *&destination, const char *source)
-{
-    if (source == nullptr)
-        return true;
-    destination = ZR_DICT_Insert(dict, source);
-    return destination != nullptr;
-}
-
-// The copied type's typedefs are now looked for in the module that the copy belongs to.
-uint32_t CopyType(ZrMod *module, ZrtRealType *destination, const ZrtRealType *source)
-{
-    uint32_t status = ZRT_TYPE_CopyZrtRealTypeInner(module->ctx, destination, source);
-    return status == ZR_OK ? ZRT_TYPE_UpdateRealTypeDerivedFrom(destination, module) : status;
-}
-
-uint32_t CopyLeafInfo(ZrMod *module, void *destination, const void *source)
-{
-    auto *to = static_cast<ZrsLeafInfo *>(destination);
-    const auto *from = static_cast<const ZrsLeafInfo *>(source);
-    if (!CopyText(&module->ctx->dict, to->defaultValue, from->defaultValue) ||
-        !CopyText(&module->ctx->dict, to->units, from->units))
-        return ZR_ERR_NO_MEMORY;
-    return CopyType(module, &to->realType, &from->realType);
-}
-
-uint32_t CopyLeafListInfo(ZrMod *module, void *destination, const void *source)
-{
-    auto *to = static_cast<ZrsLeafListInfo *>(destination);
-    const auto *from = static_cast<const ZrsLeafListInfo *>(source);
-    uint32_t status =
-        ZRS_NODE_AppendLeaflistDefaults(&module->ctx->dict, to, from->defaults, from->defaultCount);
-    if (status != ZR_OK)
-        return status;
-    if (!CopyText(&module->ctx->dict, to->units, from->units))
-        return ZR_ERR_NO_MEMORY;
-    return CopyType(module, &to->realType, &from->realType);
-}
-
-uint32_t CopyChoiceInfo(ZrMod *module, void *destination, const void *source)
-{
-    auto *to = static_cast<ZrsChoiceInfo *>(destination);
-    const auto *from = static_cast<const ZrsChoiceInfo *>(source);
-    return CopyText(&module->ctx->dict, to->defaultCase, from->defaultCase) ? ZR_OK
-                                                                            : ZR_ERR_NO_MEMORY;
-}
-
-using CopyInfoFunc = uint32_t (*)(ZrMod *module, void *destination, const void *source);
-
-CopyInfoFunc CopyInfoFuncOf(uint32_t kind)
-{
-    switch (kind) {
-    case ZR_NODE_LEAF:
-        return CopyLeafInfo;
-    case ZR_NODE_LEAF_LIST:
-        return CopyLeafListInfo;
-    case ZR_NODE_CHOICE:
-        return CopyChoiceInfo;
-    default:
-        return nullptr;
-    }
-}
 
 bool CopyMembers(ZrNode *node, const ZrNode *source)
 {
     ZrDict *dict = &node->module->ctx->dict;
-    if (!CopyText(dict, node->name, source->name) ||
-        !CopyText(dict, node->description, source->description))
+    if (!zr::Intern(dict, node->name, source->name) ||
+        !zr::Intern(dict, node->description, source->description))
         return false;
     if (source->extInstCount != 0) {
         node->extInsts = ZRS_EXT_CopyExtInsts(dict, source->extInsts, source->extInstCount);
@@ -233,7 +213,7 @@ bool CopyMembers(ZrNode *node, const ZrNode *source)
 
 struct TreeCopy {
     ZrMod *target;
-    ZrNode *root;
+    zr::Owned<ZrNode, ZRS_NODE_Free> root;
     ZrNode *current; // the copy of the node that the walk visited last
 };
 
@@ -248,7 +228,7 @@ uint32_t CopyVisitedNode(ZrNode *source, uint32_t arrival, void *userData)
     if (node == nullptr)
         return ZR_ERR_NO_MEMORY;
     if (arrival == ZR_ARRIVAL_ROOT)
-        copy->root = node;
+        copy->root.reset(node);
     else
         ZRS_NODE_AddChild(arrival == ZR_ARRIVAL_CHILD ? copy->current : copy->current->parent,
                           node);
@@ -263,7 +243,7 @@ uint32_t ZRS_NODE_CopySchemaByType(ZrNode *destination, const ZrNode *source)
     if (destination == nullptr || source == nullptr || destination->kind != source->kind ||
         destination->module == nullptr || destination->module->ctx == nullptr)
         return ZR_ERR_INVALID;
-    CopyInfoFunc copyInfo = CopyInfoFuncOf(source->kind);
+    auto copyInfo = IsKind(source->kind) ? kKinds[source->kind].copyInfo : nullptr;
     if (copyInfo == nullptr)
         return ZR_OK;
     if (destination->info == nullptr || source->info == nullptr)
@@ -275,23 +255,16 @@ ZrNode *ZRS_NODE_CopyOneNodeToModule(const ZrNode *source, ZrMod *target)
 {
     if (source == nullptr || target == nullptr || target->ctx == nullptr)
         return nullptr;
-    ZrNode *node = ZRS_NODE_New(source->kind);
-    if (node == nullptr)
+    zr::Owned<ZrNode, ZRS_NODE_Free> node(ZRS_NODE_New(source->kind));
+    if (!node)
         return nullptr;
     node->module = target;
-    if (!CopyMembers(node, source)) {
-        ZRS_NODE_Free(node);
-        return nullptr;
-    }
-    return node;
+    return CopyMembers(node.get(), source) ? node.release() : nullptr;
 }
 
 ZrNode *ZRS_NODE_CopyNodeTreeToModule(ZrNode *root, ZrMod *target)
 {
-    TreeCopy copy = {target, nullptr, nullptr};
-    if (ZR_NODE_TreeScanAllNode(root, CopyVisitedNode, &copy) != ZR_OK) {
-        ZRS_NODE_Free(copy.root);
-        return nullptr;
-    }
-    return copy.root;
+    TreeCopy copy = {target, {}, nullptr};
+    return ZR_NODE_TreeScanAllNode(root, CopyVisitedNode, &copy) == ZR_OK ? copy.root.release()
+                                                                          : nullptr;
 }

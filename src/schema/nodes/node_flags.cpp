@@ -1,5 +1,5 @@
-// Flags that pass from a node to the nodes below it: "config" (RFC 7950, section 7.21.1) and the
-// NACM defaults (RFC 8341, section 3.2.2).
+// Flags that pass from a node to the nodes below it, "config" (RFC 7950, section 7.21.1) and the
+// NACM defaults (RFC 8341, section 3.2.2); and the one that marks the keys of a list.
 #include <cstring>
 #include <string_view>
 
@@ -146,8 +146,6 @@ void ZRS_NODE_SetNacmFlag(ZrNode *node, const char *moduleName, const char *exte
 
 namespace {
 
-constexpr uint32_t kBadKey = UINT32_MAX; // -1
-
 bool MarkKeyLeaf(ZrNode *list, const char *text, uint32_t length)
 {
     char name[zr::kNameSize] = {};
@@ -173,7 +171,7 @@ uint32_t ZRS_NODE_MarkKeyAttrToListLeafs(ZrNode *list, const char *keyText, uint
     do {
         uint32_t length = ZR_UTL_ConsumeIdentNameBestEffort(text);
         if (*keyCount == UINT8_MAX || !MarkKeyLeaf(list, text, length))
-            return kBadKey;
+            return ZRS_BAD_KEY;
         ++*keyCount;
         text = ZR_UTL_ConsumeAllSpaceChar(text + length);
     } while (*text != '\0');

@@ -1,9 +1,5 @@
 // Links between schema nodes: parent, children, siblings, and the heads of the top-level chains.
-#include <initializer_list>
-
 #include "model/module_records.h"
-#include "platform/text.h"
-#include "schema/lookup/lookup.h"
 #include "schema/nodes/node.h"
 
 namespace {
@@ -133,7 +129,7 @@ uint32_t ZRS_NODE_IsChildNode(const ZrNode *parent, const ZrNode *node)
     return 0;
 }
 
-// Where a module keeps its top-level nodes, and how they are found by name.
+// Where a module keeps its top-level nodes.
 
 namespace {
 

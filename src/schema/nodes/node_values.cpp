@@ -1,8 +1,9 @@
 // What a leaf or leaf-list says of its values: type, default, units, leafref target, checks.
+#include <algorithm>
+
 #include "foundation/array.h"
+#include "model/scope.h"
 #include "platform/memory.h"
-#include "schema/lookup/lookup.h"
-#include "schema/members/module.h"
 #include "schema/nodes/node.h"
 #include "types/chains.h"
 #include "types/real_type.h"
@@ -143,17 +144,16 @@ uint32_t ZRS_NODE_AppendLeaflistDefaults(ZrDict *dict, ZrsLeafListInfo *info,
     if (uint32_t status = zr::ExpandArray(&info->defaults, oldCount, count); status != ZR_OK)
         return status;
     for (uint32_t i = 0; i < count; ++i) {
-        const char *value = ZR_DICT_Insert(dict, values[i]);
-        if (value == nullptr) {
-            while (i > 0)
-                zr::Release(dict, info->defaults[oldCount + --i]);
-            if (oldCount == 0) {
-                zr::Free(info->defaults);
-                info->defaults = nullptr;
-            }
-            return ZR_ERR_NO_MEMORY;
+        info->defaults[oldCount + i] = ZR_DICT_Insert(dict, values[i]);
+        if (info->defaults[oldCount + i] != nullptr)
+            continue;
+        while (i > 0)
+            zr::Release(dict, info->defaults[oldCount + --i]);
+        if (oldCount == 0) {
+            zr::Free(info->defaults);
+            info->defaults = nullptr;
         }
-        info->defaults[oldCount + i] = value;
+        return ZR_ERR_NO_MEMORY;
     }
     info->defaultCount = static_cast<uint16_t>(oldCount + count);
     return ZR_OK;
@@ -163,20 +163,13 @@ uint32_t ZRS_NODE_SubtractLeaflistDefaults(ZrDict *dict, ZrsLeafListInfo *info, 
 {
     if (dict == nullptr || info == nullptr)
         return ZR_ERR_INVALID;
-    uint32_t kept = 0;
-    for (uint32_t i = 0; i < info->defaultCount; ++i)
-        kept += info->defaults[i] != nullptr ? 1 : 0;
-    if (kept != newCount)
+    const char **end = info->defaults + info->defaultCount;
+    if (std::count(info->defaults, end, nullptr) + int64_t{newCount} != info->defaultCount)
         return ZR_ERR_INVALID;
     // Closing up in place cannot fail, so a deviation never ends half done for want of memory.
-    uint32_t filled = 0;
-    for (uint32_t i = 0; i < info->defaultCount; ++i) {
-        const char *value = info->defaults[i];
-        if (value != nullptr)
-            info->defaults[filled++] = value;
-    }
-    info->defaultCount = static_cast<uint16_t>(newCount);
-    if (newCount == 0) {
+    const char **left = std::remove(info->defaults, end, nullptr);
+    info->defaultCount = static_cast<uint16_t>(left - info->defaults);
+    if (info->defaultCount == 0) {
         zr::Free(info->defaults);
         info->defaults = nullptr;
     }

@@ -2,20 +2,17 @@
 #include "foundation/array.h"
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"
+#include "foundation/statement_ids.h"
 #include "model/context.h"
 #include "model/module_records.h"
-#include "platform/memory.h"
 #include "schema/augment/augment.h"
-#include "schema/deviation/deviation_steps.h"
+#include "schema/deviation/deviation.h"
+#include "schema/lookup/child_index.h"
 #include "schema/lookup/lookup.h"
+#include "schema/module/module.h"
 #include "schema/nodes/node.h"
 
 namespace {
-
-bool IsCoupled(const ZrNode *augment)
-{
-    return (augment->flags & ZRS_FLAG_COUPLED) != 0;
-}
 
 // One run over the augments of a module that are not coupled yet.
 class Coupler {
@@ -50,7 +47,7 @@ private:
         uint32_t next = 0;
         for (const ZrNode *augment = module_->augments; augment != nullptr;
              augment = augment->next) {
-            if (IsCoupled(augment))
+            if (zr::IsCoupled(augment))
                 continue;
             uint32_t own = Depth(augment);
             if (own > depth && (next == 0 || own < next))
@@ -65,7 +62,7 @@ private:
         ZrNode *next = nullptr;
         for (ZrNode *augment = module_->augments; augment != nullptr; augment = next) {
             next = augment->next; // a dropped augment is gone
-            if (IsCoupled(augment) || (depth != 0 && Depth(augment) != depth))
+            if (zr::IsCoupled(augment) || (depth != 0 && Depth(augment) != depth))
                 continue;
             uint32_t status = TryOne(augment);
             if (status != ZR_OK)
@@ -163,7 +160,7 @@ void ForgetDeviationsOf(const ZrCtx *ctx, const char *path)
 ZrNode *FindCoupledAugmentOf(const ZrMod *module, const char *path)
 {
     for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
-        if (IsCoupled(augment) && zr::TextEquals(augment->name, path))
+        if (zr::IsCoupled(augment) && zr::TextEquals(augment->name, path))
             return augment;
     }
     return nullptr;
@@ -183,7 +180,7 @@ ZrNode *FindCoupledAugment(const ZrCtx *ctx, const char *path)
 // The node that coupling made for the augment, or null; looked up while it is still coupled.
 ZrNode *MadeTargetOf(const ZrNode *augment)
 {
-    if (!IsCoupled(augment) || (augment->flags & ZRS_FLAG_MADE_TARGET) == 0)
+    if (!zr::IsCoupled(augment) || (augment->flags & ZRS_FLAG_MADE_TARGET) == 0)
         return nullptr;
     if (augment->firstChild != nullptr)
         return augment->firstChild->parent;
@@ -220,16 +217,6 @@ void LeaveMadeTarget(ZrNode *augment, ZrNode *target)
 }
 
 } // namespace
-
-bool zr::SettleModuleAugments(ZrMod *module)
-{
-    for (const ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
-        if (!IsCoupled(augment))
-            return false;
-    }
-    ZR_CTX_ClearModErrByLoadStage(module->ctx->errMng, module->name, ZRS_STAGE_AUGMENT);
-    return true;
-}
 
 uint32_t zr::CoupleModuleAugments(ZrMod *module)
 {

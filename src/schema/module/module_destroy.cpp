@@ -5,7 +5,7 @@
 #include "schema/augment/augment.h"
 #include "schema/members/ext_inst.h"
 #include "schema/members/members.h"
-#include "schema/members/module.h"
+#include "schema/module/module.h"
 #include "schema/nodes/node.h"
 
 namespace {
@@ -36,11 +36,6 @@ void FreeMembers(void (*freeRecords)(Owner *, Record *, uint32_t), Owner *owner,
     count = 0;
 }
 
-void FreeMergeSources(ZrDict *dict, const char **names, uint32_t count)
-{
-    zr::FreeRecords(names, count, [dict](const char **name) { zr::Release(dict, *name); });
-}
-
 } // namespace
 
 void ZRS_MOD_DestroyNonNodeMember(ZrMod *module)
@@ -62,7 +57,7 @@ void ZRS_MOD_DestroyNonNodeMember(ZrMod *module)
     FreeMembers(ZRS_MOD_FreeIdentities,   dict, module->identities,   module->identityCount);
     FreeMembers(ZRS_MOD_FreeExtensions,   dict, module->extensions,   module->extensionCount);
     FreeMembers(ZRS_MOD_FreeDeviation,    ctx,  module->deviations,   module->deviationCount);
-    FreeMembers(FreeMergeSources,         dict, module->mergeSources, module->mergeSourceCount);
+    FreeMembers(zr::FreeTexts,            dict, module->mergeSources, module->mergeSourceCount);
     FreeMembers(ZRS_EXT_FreeExtInsts,     dict, module->extInsts,     module->extInstCount);
     FreeMembers(ZRS_TYPE_FreeTypDefArray, ctx,  module->typedefs,     module->typedefCount);
     // clang-format on

@@ -1,15 +1,11 @@
-#include "schema/members/module.h"
+// What a module says of itself.
+#include "schema/module/module.h"
 
 #include <initializer_list>
 
-#include "foundation/array.h"
-#include "foundation/text.h"
 #include "model/node_record.h"
-#include "model/scope.h"
-#include "platform/text.h"
-#include "schema/augment/augment.h"
+#include "schema/lookup/lookup.h"
 #include "schema/members/ext_inst.h"
-#include "schema/members/members.h"
 
 namespace {
 
@@ -111,7 +107,7 @@ const char *ZR_MOD_GetIdentityDescription(const ZrsIdentity *identity)
     return identity == nullptr ? nullptr : identity->description;
 }
 
-// Scans over what a module holds.
+// Scans over what a module holds. Each ends with the first result that is not 0 and returns it.
 
 namespace {
 
@@ -125,8 +121,6 @@ uint32_t ScanTopNodes(ZrNode *head, ZrNodeScanFunc callback, void *userData)
     return 0;
 }
 
-// Calls `visit`(record) for each record of a module's array until it gives something other than 0,
-// which is returned.
 template <typename Record, typename Visit>
 uint32_t ScanRecords(const Record *records, uint32_t count, Visit visit)
 {

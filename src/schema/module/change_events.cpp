@@ -1,40 +1,39 @@
-#include "schema/augment/change_events.h"
-
-#include "foundation/array.h"
+// What the modules that augment or deviate a module do when it is loaded or about to go.
+#include "foundation/list.h"
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"
 #include "schema/augment/augment.h"
 #include "schema/deviation/deviation.h"
-#include "schema/members/module.h"
+#include "schema/lookup/lookup.h"
+#include "schema/module/module.h"
 
 namespace {
 
-constexpr uint32_t kRelationKinds = 2;
-constexpr uint32_t kEvents = 2;
+struct HandlerRow {
+    ZrRelationKind relation;
+    ZrsModuleEvent event;
+    ZrsCoupleEventFunc handler;
+};
 
 // clang-format off
-constexpr ZrsCoupleEventFunc kHandlers[kRelationKinds][kEvents] = {
-    // relation         loaded                                unloading
-    /* augmented by */ {ZRS_MOD_CoupleAugmentFromDepMods,     ZRS_MOD_UnCoupleAugmentFromDepMods},
-    /* deviated by  */ {ZRS_MOD_CoupleDeviationFromDepMods,   ZRS_MOD_UnCoupleDeviationFromDepMods},
+constexpr HandlerRow kHandlers[] = {
+    // relation to the other      it is             what the dependent module does
+    {ZR_RELATION_AUGMENTED_BY, ZRS_MODULE_LOADED,    ZRS_MOD_CoupleAugmentFromDepMods},
+    {ZR_RELATION_AUGMENTED_BY, ZRS_MODULE_UNLOADING, ZRS_MOD_UnCoupleAugmentFromDepMods},
+    {ZR_RELATION_DEVIATED_BY,  ZRS_MODULE_LOADED,    ZRS_MOD_CoupleDeviationFromDepMods},
+    {ZR_RELATION_DEVIATED_BY,  ZRS_MODULE_UNLOADING, ZRS_MOD_UnCoupleDeviationFromDepMods},
 };
 // clang-format on
-static_assert(ZR_RELATION_AUGMENTED_BY == 0 && ZR_RELATION_DEVIATED_BY == 1);
-static_assert(ZRS_MODULE_LOADED == 0 && ZRS_MODULE_UNLOADING == 1);
-
-// Whether the path's last named module is the changed one.
-bool EndsIn(const char *path, const char *moduleName)
-{
-    zr::ModuleNameText name;
-    return zr::LastNamedModule(path, name) && zr::TextEquals(name, moduleName);
-}
 
 } // namespace
 
 ZrsCoupleEventFunc ZRS_MOD_GetCoupleEvtProcFunc(uint32_t relationKind, uint32_t event)
 {
-    return relationKind < kRelationKinds && event < kEvents ? kHandlers[relationKind][event]
-                                                            : nullptr;
+    for (const HandlerRow &row : kHandlers) {
+        if (row.relation == relationKind && row.event == event)
+            return row.handler;
+    }
+    return nullptr;
 }
 
 uint32_t ZRS_MOD_NotifyModuleChangeEvent(ZrCtx *ctx, const char *moduleName, uint32_t event,
@@ -44,11 +43,10 @@ uint32_t ZRS_MOD_NotifyModuleChangeEvent(ZrCtx *ctx, const char *moduleName, uin
     if (table == nullptr)
         return ZR_OK;
     // Handlers may add relations, which are put before the one at hand, but take none away.
-    for (const ZrListLink *link = table->items.next; link != &table->items; link = link->next) {
-        const auto *item = reinterpret_cast<const ZrModRelItem *>(link);
-        ZrsCoupleEventFunc handler = ZRS_MOD_GetCoupleEvtProcFunc(item->kind, event);
+    for (const ZrModRelItem &relation : zr::ItemsOf<ZrModRelItem>(&table->items)) {
+        ZrsCoupleEventFunc handler = ZRS_MOD_GetCoupleEvtProcFunc(relation.kind, event);
         if (handler != nullptr)
-            handler(ctx, moduleName, item->otherName, extra);
+            handler(ctx, moduleName, relation.otherName, extra);
     }
     return ZR_OK;
 }
@@ -70,7 +68,7 @@ uint32_t ZRS_MOD_UnCoupleAugmentFromDepMods(ZrCtx *ctx, const char *changedModul
     if (module == nullptr)
         return ZR_ERR_FAILED;
     for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
-        if (!EndsIn(augment->name, changedModuleName))
+        if (!zr::LeadsIntoModule(augment->name, changedModuleName))
             continue;
         ZRS_NODE_UnCoupleAugmentNode(augment);
         augment->flags &= ~ZRS_FLAG_MADE_TARGET; // a made target goes with its module
@@ -97,7 +95,7 @@ uint32_t ZRS_MOD_UnCoupleDeviationFromDepMods(ZrCtx *ctx, const char *changedMod
     ZR_CTX_ClearModCoupleErr(ctx->errMng, dependentModuleName);
     for (uint32_t i = 0; i < module->deviationCount; ++i) {
         ZrsDeviation &deviation = module->deviations[i];
-        if (EndsIn(deviation.targetPath, changedModuleName))
+        if (zr::LeadsIntoModule(deviation.targetPath, changedModuleName))
             deviation.flags = 0;
     }
     return ZR_OK;
