@@ -132,3 +132,20 @@ bool RecordsSame(const Record *a, uint32_t countA, const Record *b, uint32_t cou
 }
 
 } // namespace zr
+
+// Tables whose row i belongs to the number i of an enum.
+
+namespace zr {
+
+// Whether each row names its own place by its member `key`: for the static_assert of such a table.
+template <typename Row, size_t N, typename Key>
+constexpr bool RowsStandInOrder(const Row (&rows)[N], Key Row::*key)
+{
+    for (size_t i = 0; i < N; ++i) {
+        if (static_cast<size_t>(rows[i].*key) != i)
+            return false;
+    }
+    return true;
+}
+
+} // namespace zr

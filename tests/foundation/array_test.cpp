@@ -174,4 +174,21 @@ TEST_F(ExpandArray, Is12WhenTheCountWouldWrap)
     EXPECT_EQ(array_, before);
 }
 
+enum Number : uint32_t { kNought = 0, kOne = 1 };
+
+struct NumberRow {
+    Number number;
+    const char *name;
+};
+
+TEST(RowsStandInOrder, HoldsWhenEachRowNamesItsOwnPlace)
+{
+    constexpr NumberRow kRight[] = {{kNought, "nought"}, {kOne, "one"}};
+    constexpr NumberRow kTurned[] = {{kOne, "one"}, {kNought, "nought"}};
+    constexpr NumberRow kWithGap[] = {{kOne, "one"}};
+    EXPECT_TRUE(zr::RowsStandInOrder(kRight, &NumberRow::number));
+    EXPECT_FALSE(zr::RowsStandInOrder(kTurned, &NumberRow::number));
+    EXPECT_FALSE(zr::RowsStandInOrder(kWithGap, &NumberRow::number));
+}
+
 } // namespace
