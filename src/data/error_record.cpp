@@ -1,7 +1,5 @@
 #include "data/error_record.h"
 
-#include <zrschema/context.h>
-#include <zrschema/module.h>
 #include <zrschema/node.h>
 
 #include <cstdarg>
@@ -10,11 +8,11 @@
 #include <iterator>
 #include <string_view>
 
-#include "data/data_tree.h"
+#include "data/element.h"
+#include "foundation/array.h"
 #include "foundation/text.h"
 #include "platform/memory.h"
 #include "platform/text.h"
-#include "platform/xml.h"
 #include "xpath/value_text.h"
 
 namespace {
@@ -22,31 +20,32 @@ namespace {
 constexpr size_t kMessageLength = 10240;
 
 struct FaultRow {
-    uint32_t tag; // ZrErrorTag
+    zr::Fault fault;
+    ZrErrorTag tag;
     const char *appTag;
     const char *message;
 };
 
-// The irregular rows are part of the interface: an invalid value is "bad-element", a wrong order
-// "missing-element", a false "when" "unknown-element"; applications match on them.
+// The irregular rows are part of the interface (docs/oddities.md): applications match on them.
 // clang-format off
 constexpr FaultRow kFaults[] = {
-    // tag                             app tag           message
-    {ZR_ERROR_TAG_MISSING_ELEMENT,     nullptr,          "Missing element: %s."},
-    {ZR_ERROR_TAG_BAD_ELEMENT,         nullptr,          "%s has invalid value %s."},
-    {ZR_ERROR_TAG_UNKNOWN_ELEMENT,     nullptr,          "Unexpected element: %s."},
-    {ZR_ERROR_TAG_UNKNOWN_NAMESPACE,   nullptr,          "%s has invalid namespace: %s."},
-    {ZR_ERROR_TAG_DATA_MISSING,        "missing-choice", "Mandatory choice %s missing element."},
-    {ZR_ERROR_TAG_MISSING_ELEMENT,     nullptr,          "Invalid element order between %s and %s."},
-    {ZR_ERROR_TAG_BAD_ELEMENT,         nullptr,          "Data for more than one case branch of a choice is present."},
-    {ZR_ERROR_TAG_OPERATION_FAILED,    "must-violation", "%s is not satisfied must condition."},
-    {ZR_ERROR_TAG_OPERATION_FAILED,    nullptr,          "Failed to check must condition of %s."},
-    {ZR_ERROR_TAG_OPERATION_FAILED,    nullptr,          "Failed to check when condition of %s."},
-    {ZR_ERROR_TAG_UNKNOWN_ELEMENT,     nullptr,          "%s is not satisfied when condition."},
-    {ZR_ERROR_TAG_OPERATION_FAILED,    nullptr,          nullptr},
+    // fault                          tag                             app tag           message
+    {zr::Fault::MissingElement,       ZR_ERROR_TAG_MISSING_ELEMENT,   nullptr,          "Missing element: %s."},
+    {zr::Fault::InvalidValue,         ZR_ERROR_TAG_BAD_ELEMENT,       nullptr,          "%s has invalid value %s."},
+    {zr::Fault::UnexpectedElement,    ZR_ERROR_TAG_UNKNOWN_ELEMENT,   nullptr,          "Unexpected element: %s."},
+    {zr::Fault::InvalidNamespace,     ZR_ERROR_TAG_UNKNOWN_NAMESPACE, nullptr,          "%s has invalid namespace: %s."},
+    {zr::Fault::MissingChoice,        ZR_ERROR_TAG_DATA_MISSING,      "missing-choice", "Mandatory choice %s missing element."},
+    {zr::Fault::ElementOrder,         ZR_ERROR_TAG_MISSING_ELEMENT,   nullptr,          "Invalid element order between %s and %s."},
+    {zr::Fault::SeveralCases,         ZR_ERROR_TAG_BAD_ELEMENT,       nullptr,          "Data for more than one case branch of a choice is present."},
+    {zr::Fault::MustFalse,            ZR_ERROR_TAG_OPERATION_FAILED,  "must-violation", "%s is not satisfied must condition."},
+    {zr::Fault::MustNotEvaluated,     ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          "Failed to check must condition of %s."},
+    {zr::Fault::WhenNotEvaluated,     ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          "Failed to check when condition of %s."},
+    {zr::Fault::WhenFalse,            ZR_ERROR_TAG_UNKNOWN_ELEMENT,   nullptr,          "%s is not satisfied when condition."},
+    {zr::Fault::General,              ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          nullptr},
 };
 // clang-format on
 static_assert(std::size(kFaults) == static_cast<size_t>(zr::Fault::Count));
+static_assert(zr::RowsInOrder(kFaults, &FaultRow::fault));
 
 // Stands for the general record when there is no memory for one: a failed run must never look like
 // a successful one. It is never written to and never freed.
@@ -59,6 +58,11 @@ ZrdErrNode g_noMemoryRecord = {ZR_ERROR_TYPE_APPLICATION,
                                nullptr,
                                nullptr,
                                nullptr};
+
+const FaultRow &RowOf(zr::Fault fault)
+{
+    return kFaults[static_cast<size_t>(fault)];
+}
 
 void StoreCopy(char *&field, const char *text)
 {
@@ -171,18 +175,18 @@ ZrdErrNode *NewRecord(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode)
     if (check->error != nullptr)
         return nullptr;
     check->error = ZRD_ERR_NewErrNode(check, ZR_ERROR_TYPE_APPLICATION, ZR_ERROR_SEVERITY_ERROR,
-                                      kFaults[static_cast<size_t>(fault)].tag, dataNode);
+                                      RowOf(fault).tag, dataNode);
     return check->error;
 }
 
 void SetMessage(ZrdErrNode *record, Fault fault, const char *first, const char *second)
 {
-    ZRD_ERR_SetErrorMsg(record, kFaults[static_cast<size_t>(fault)].message, first, second);
+    ZRD_ERR_SetErrorMsg(record, RowOf(fault).message, first, second);
 }
 
 void SetTexts(ZrdErrNode *record, Fault fault, const char *badElement)
 {
-    ZRD_ERR_SetErrorAppTag(record, kFaults[static_cast<size_t>(fault)].appTag);
+    ZRD_ERR_SetErrorAppTag(record, RowOf(fault).appTag);
     ZRD_ERR_SetBadElement(record, badElement);
 }
 
@@ -195,6 +199,11 @@ uint32_t RecordFault(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode,
     SetMessage(record, fault, first, second);
     SetTexts(record, fault, badElement);
     return ZR_ERR_INVALID;
+}
+
+uint32_t RecordFaultOf(ZrdCheckAux *check, Fault fault, const xmlNode *element, const char *second)
+{
+    return RecordFault(check, fault, element, NameOf(element), NameOf(element), second);
 }
 
 uint32_t RecordFaultWithTexts(ZrdCheckAux *check, Fault fault, const xmlNode *element,
@@ -217,12 +226,6 @@ ZrdErrNode *TakeFailure(ZrdCheckAux *check)
     ZrdErrNode *record = check->error;
     check->error = nullptr;
     return record != nullptr ? record : &g_noMemoryRecord;
-}
-
-const char *NameOf(const xmlNode *node)
-{
-    return node != nullptr && node->name != nullptr ? reinterpret_cast<const char *>(node->name)
-                                                    : "";
 }
 
 } // namespace zr
@@ -279,16 +282,6 @@ const char *GetQualifier(const ZrdCheckAux *check, const xmlNode *element)
 }
 
 } // namespace
-
-const char *ZRD_NODE_GetModuleName(const ZrCtx *ctx, const xmlNode *element)
-{
-    if (element == nullptr || element->type != XML_ELEMENT_NODE)
-        return nullptr;
-    if (const ZrNode *schemaNode = zr::SchemaOf(element))
-        return ZR_MOD_GetModuleName(ZR_NODE_GetModule(schemaNode));
-    const char *ns = ZR_XML_GetXmlNodeDefaultNs(element);
-    return ns != nullptr ? ZR_MOD_GetModuleName(ZR_CTX_GetModuleByModNs(ctx, ns)) : nullptr;
-}
 
 uint32_t ZRD_ERR_PrintXpathNode(const char *qualifier, const char *name, char *buffer,
                                 uint32_t *space)

@@ -3,7 +3,9 @@
 
 #include <zrschema/validation.h>
 
-#include "data/check_run.h"
+#include <libxml/tree.h>
+
+#include "data/check_records.h"
 
 extern "C" {
 // A record whose path is that of `dataNode`, or "/" without one; null when memory runs out.
@@ -37,17 +39,18 @@ enum class Fault : uint32_t {
 };
 
 // Puts the fault into the run's record unless an earlier one stands there. `dataNode` gives the
-// path (null: "/"), the texts fill the message's "%s". Returns 22.
+// path (null: "/"), the texts fill the message's "%s". Returns ZR_ERR_INVALID, as all of them do.
 uint32_t RecordFault(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode,
                      const char *badElement = nullptr, const char *first = nullptr,
                      const char *second = nullptr);
+// A fault of the element itself, whose name is the bad element and the first text.
+uint32_t RecordFaultOf(ZrdCheckAux *check, Fault fault, const xmlNode *element,
+                       const char *second = nullptr);
 // The same with an app tag and a message of the schema's own, where they are not null.
 uint32_t RecordFaultWithTexts(ZrdCheckAux *check, Fault fault, const xmlNode *element,
                               const char *appTag, const char *message);
 // Takes the run's record out of it, or makes the general one; never null.
 ZrdErrNode *TakeFailure(ZrdCheckAux *check);
-// The local name of an element, as records show it; "" for null and for a nameless node.
-const char *NameOf(const xmlNode *node);
 
 } // namespace zr
 
@@ -59,7 +62,8 @@ extern "C" {
 ZR_API char *ZRD_ERR_GeneralErrorPath(const ZrdCheckAux *check, const xmlNode *dataNode);
 
 // The writers put their text in front of what stands in the buffer: `*space` is the number of
-// free bytes at its start. 22 when a step does not fit, 12 when a predicate does not.
+// free bytes at its start. ZR_ERR_INVALID when a step does not fit, ZR_ERR_NO_MEMORY when a
+// predicate does not.
 ZR_API uint32_t ZRD_ERR_PrintPath(const ZrdCheckAux *check, const xmlNode *dataNode, char *buffer,
                                   uint32_t *space);
 ZR_API uint32_t ZRD_ERR_PrintElementNode(const ZrdCheckAux *check, const xmlNode *element,
@@ -69,7 +73,4 @@ ZR_API uint32_t ZRD_ERR_PrintXpathNode(const char *qualifier, const char *name, 
 // "[.='value']" for a leaf-list entry, "[key='value']" for a key leaf.
 ZR_API uint32_t ZRD_ERR_PrintElementNodeAsPredicate(const xmlNode *element, char *buffer,
                                                     uint32_t *space);
-// The name of the module that an element belongs to; null for a node that is no element and for a
-// namespace of no loaded module.
-ZR_API const char *ZRD_NODE_GetModuleName(const ZrCtx *ctx, const xmlNode *element);
 }

@@ -51,7 +51,8 @@ namespace zr {
 // Whether row i of the table carries the number i more than `first` in its field `key`, for every
 // row, and the last one is the one before `end`: to be asserted beside the table.
 template <typename Row, size_t count, typename Number>
-constexpr bool RowsInOrder(const Row (&rows)[count], Number Row::*key, uint32_t first, uint32_t end)
+constexpr bool RowsInOrder(const Row (&rows)[count], Number Row::*key, uint32_t first = 0,
+                           uint32_t end = count)
 {
     for (size_t i = 0; i < count; ++i) {
         if (static_cast<uint32_t>(rows[i].*key) != first + i)

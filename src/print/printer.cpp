@@ -1,63 +1,40 @@
-// The print context: what passes to the level below, the buffer, the width of the names.
-#include <cstring>
+#include "print/printer.h"
 
 #include "model/module_records.h"
 #include "model/node_record.h"
+#include "platform/memory.h"
 #include "print/line.h"
-#include "print/walk.h"
+#include "print/nodes.h"
 #include "schema/nodes/node.h"
 
 namespace {
 
-size_t TextLength(const char *text)
+using zr::LineWriter;
+
+// One printing from the empty buffer to the last piece: ZR_ERR_NO_MEMORY for the buffer,
+// ZR_ERR_FAILED when `body`, called with the context of a top-level node, or the last callback
+// fails.
+template <typename Body> uint32_t RunPrint(ZrPrintFunc callback, void *userData, Body body)
 {
-    return text != nullptr ? std::strlen(text) : 0;
+    zr::Owned<char> buffer(zr::New<char>(ZRS_PRINT_BUFFER_SIZE));
+    if (!buffer)
+        return ZR_ERR_NO_MEMORY;
+    ZrsPrintCtx print = {};
+    print.level = 1;
+    print.bufferSize = ZRS_PRINT_BUFFER_SIZE;
+    print.buffer = buffer.get();
+    print.userData = userData;
+    print.callback = callback;
+    if (body(&print) != ZR_OK || zr::FlushPrint(&print) != ZR_OK)
+        return ZR_ERR_FAILED;
+    return ZR_OK;
 }
 
 } // namespace
 
-namespace zr {
-
-size_t PrintedNameLength(const ZrMod *module, const ZrNode *node)
-{
-    size_t length = TextLength(node->name);
-    if (node->module != module && node->module != nullptr)
-        length += TextLength(node->module->name) + 1;
-    return length;
-}
-
-} // namespace zr
-
-void ZRS_NODE_InheritPrintPara(ZrsPrintCtx *child, const ZrsPrintCtx *parent)
-{
-    *child = *parent;
-    child->flags = 0;
-}
-
-uint32_t ZRS_NODE_PrintAllocBuffer(ZrsPrintCtx *print)
-{
-    if (print->usedLength < ZRS_PRINT_FLUSH_LENGTH)
-        return ZR_OK;
-    return zr::FlushPrint(print);
-}
-
-uint32_t ZRS_NODE_PrintGetMaxLen(const ZrMod *module, const ZrNode *first, const ZrNode *last)
-{
-    size_t longest = 0;
-    for (const ZrNode *node = first; node != nullptr; node = node != last ? node->next : nullptr) {
-        if (node->kind < ZR_NODE_CONTAINER || node->kind > ZR_NODE_ANYXML)
-            continue;
-        if (size_t length = zr::PrintedNameLength(module, node); length > longest)
-            longest = length;
-    }
-    return static_cast<uint32_t>(longest);
-}
-
 // A whole module as a tree.
 
 namespace {
-
-using zr::LineWriter;
 
 // Nodes of a chain at the context's level.
 uint32_t PrintChain(const ZrMod *module, const ZrNode *head, ZrsPrintCtx *print)
@@ -97,9 +74,7 @@ uint32_t PrintAddedNodes(const ZrMod *module, const ZrNode *augment, ZrsPrintCtx
     uint32_t status = ZR_OK;
     while (node != nullptr && status == ZR_OK) {
         const ZrNode *next = zr::NextPrinted(node, last);
-        print->flags = 0;
-        if (next == nullptr)
-            print->flags = ZRS_PRINT_LAST_SHOWN;
+        zr::SetNodeFlags(print, next == nullptr ? uint32_t{ZRS_PRINT_LAST_SHOWN} : 0);
         status = ZRS_NODE_PrintSubTree(module, node, print);
         node = next;
     }
@@ -129,8 +104,7 @@ uint32_t ZRS_NODE_PrintAugmentTree(const ZrMod *module, const ZrNode *augment, Z
             print, [&](LineWriter &line) { line.Put("augment ").Put(augment->name).Put(":"); });
     if (status != ZR_OK || augment->firstChild == nullptr)
         return status;
-    ZrsPrintCtx below;
-    ZRS_NODE_InheritPrintPara(&below, print);
+    ZrsPrintCtx below = zr::LevelBelow(print);
     below.retractMask = 0;
     below.level = 1;
     below.maxNameLength = ZRS_NODE_PrintGetMaxLen(module, augment->firstChild, augment->lastChild);
@@ -160,7 +134,7 @@ uint32_t ZR_MOD_PrintModelTree(const ZrMod *module, ZrPrintFunc callback, void *
 {
     if (module == nullptr || callback == nullptr)
         return ZR_ERR_INVALID;
-    return zr::RunPrint(callback, userData, [&](ZrsPrintCtx *print) {
+    return RunPrint(callback, userData, [&](ZrsPrintCtx *print) {
         print->maxNameLength = ZRS_NODE_PrintGetMaxLen(module, module->dataNodes, nullptr);
         return PrintModule(module, print);
     });
@@ -169,8 +143,6 @@ uint32_t ZR_MOD_PrintModelTree(const ZrMod *module, ZrPrintFunc callback, void *
 // One node with its ancestors and everything below it.
 
 namespace {
-
-using zr::LineWriter;
 
 uint32_t DepthOf(const ZrNode *node)
 {
@@ -228,7 +200,7 @@ uint32_t PrintNode(const ZrNode *node, ZrsPrintCtx *print)
         status = ZRS_NODE_PrintAncestorNodes(module, node, print);
     if (status == ZR_OK && AncestorsAreEnabled(node)) {
         print->maxNameLength = ZRS_NODE_PrintGetMaxLen(module, FirstSibling(node), nullptr);
-        print->flags = ZRS_PRINT_LAST_SHOWN;
+        zr::SetNodeFlags(print, ZRS_PRINT_LAST_SHOWN);
         status = ZRS_NODE_PrintSubTree(module, node, print);
     }
     return status;
@@ -266,7 +238,7 @@ uint32_t ZRS_NODE_PrintAncestorNodes(const ZrMod *module, const ZrNode *node, Zr
         const ZrNode *ancestor = ZRS_NODE_GetAncestorNodeBySpecifyLevel(node, level);
         if (ZR_NODE_IsEnabled(ancestor) == 0)
             return ZR_OK; // nothing below a disabled node is printed
-        print->flags = ZRS_PRINT_LINE_ONLY | ZRS_PRINT_LAST_SHOWN;
+        zr::SetNodeFlags(print, ZRS_PRINT_LINE_ONLY | ZRS_PRINT_LAST_SHOWN);
         if (uint32_t status = ZRS_NODE_PrintSubTree(module, ancestor, print); status != ZR_OK)
             return status;
         print->level += zr::HasImpliedCase(ancestor) ? 2 : 1;
@@ -279,6 +251,5 @@ uint32_t ZR_NODE_PrintNodesTree(const ZrNode *node, ZrPrintFunc callback, void *
 {
     if (node == nullptr || node->module == nullptr || callback == nullptr)
         return ZR_ERR_INVALID;
-    return zr::RunPrint(callback, userData,
-                        [&](ZrsPrintCtx *print) { return PrintNode(node, print); });
+    return RunPrint(callback, userData, [&](ZrsPrintCtx *print) { return PrintNode(node, print); });
 }

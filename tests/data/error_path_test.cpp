@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "data/flush.h"
+#include "data/element.h"
+#include "data/phases.h"
 #include "data/schema.h"
 #include "platform/memory.h"
 #include "support/alloc.h"

@@ -1,5 +1,5 @@
 // The namespaces of added elements, in the tree and in its text.
-#include "data/data_tree.h"
+#include "data/tree_changes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "print/walk.h"
+#include "print/nodes.h"
 
 #include "model/module_records.h"
 #include "print/print_support.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "data/check_run.h"
+#include "data/check_records.h"
 #include "support/context.h"
 
 namespace zrtest {
