@@ -1,4 +1,4 @@
-#include "loader/engine.h"
+#include "loader/statements/engine.h"
 
 #include <algorithm>
 #include <cstring>
@@ -6,14 +6,14 @@
 #include <span>
 
 #include "foundation/array.h"
+#include "foundation/context_record.h"
 #include "foundation/load_errors.h"
-#include "loader/parsers.h"
-#include "model/node_record.h"
+#include "loader/statements/arguments.h"
+#include "loader/statements/statements.h"
+#include "model/scope.h"
 #include "platform/xml.h"
 
 namespace {
-
-constexpr const char *kYinNamespace = "urn:ietf:params:xml:ns:yang:yin:1";
 
 constexpr uint32_t kSchemaNodeStatements[] = {
     ZRS_STMT_LIST,      ZRS_STMT_NOTIFICATION, ZRS_STMT_OUTPUT, ZRS_STMT_RPC,
@@ -76,7 +76,7 @@ bool CountItem(const ZrsSubElem &row)
 bool IsSkipped(const ZrMod *module, xmlNode *child, uint32_t statement)
 {
     if (statement != ZRS_STMT_EXTENSION_INSTANCE ||
-        ZRS_LOADER_IsExtInstNeedParse(module, child) == 1)
+        ZRS_LOADER_IsExtInstNeedParse(module, child) != 0)
         return false;
     child->_private = nullptr;
     return true;
@@ -96,11 +96,8 @@ void RecordFailedChild(ZrMod *module, uint32_t statement, uint32_t parentStateme
 uint32_t ParseChild(ZrMod *module, xmlNode *child, uint32_t parentStatement, ZrsSubElem *row,
                     ZrsParseFunc parse)
 {
-    if (ZRS_LOADER_CheckUniqueSubStmtRepeat(row->flags) == 1) {
-        ZR_CTX_AddModError(module->ctx, module->name,
-                           "Statement \"%s\" under statement \"%s\" has repeated.",
-                           ZRS_LOADER_GetKeywordByStmt(row->statement),
-                           ZRS_LOADER_GetKeywordByStmt(parentStatement));
+    if (ZRS_LOADER_CheckUniqueSubStmtRepeat(row->flags) != 0) {
+        zr::RecordRepeated(module, row->statement, parentStatement);
         return ZR_ERR_FAILED;
     }
     row->flags |= ZRS_ROW_SEEN;
@@ -118,14 +115,21 @@ bool zr::IsSchemaNodeStatement(uint32_t statement)
     return std::ranges::find(kSchemaNodeStatements, statement) != std::end(kSchemaNodeStatements);
 }
 
+void zr::RecordRepeated(ZrMod *module, uint32_t statement, uint32_t parentStatement)
+{
+    ZR_CTX_AddModError(
+        module->ctx, module->name, "Statement \"%s\" under statement \"%s\" has repeated.",
+        ZRS_LOADER_GetKeywordByStmt(statement), ZRS_LOADER_GetKeywordByStmt(parentStatement));
+}
+
 uint32_t ZRS_LOADER_GetXmlNodeYangStmt(const xmlNode *element)
 {
     const char *ns = ZR_XML_GetXmlNodeDefaultNs(element);
     if (ns == nullptr)
         return ZRS_STMT_UNKNOWN;
-    if (std::strcmp(ns, kYinNamespace) != 0)
+    if (std::strcmp(ns, zr::kYinNamespace) != 0)
         return ZRS_STMT_EXTENSION_INSTANCE;
-    return ZRS_LOADER_GetStmtByKeyword(reinterpret_cast<const char *>(element->name));
+    return ZRS_LOADER_GetStmtByKeyword(zr::LocalName(element));
 }
 
 ZrsSubElem *ZRS_LOADER_GetSubParseElem(uint32_t statement, ZrsSubElem *rows, uint32_t rowCount)
@@ -134,6 +138,17 @@ ZrsSubElem *ZRS_LOADER_GetSubParseElem(uint32_t statement, ZrsSubElem *rows, uin
         if (row.statement == statement)
             return &row;
     return nullptr;
+}
+
+uint32_t ZRS_LOADER_IsExtInstNeedParse(const ZrMod *module, const xmlNode *element)
+{
+    ZrExtInstFilterFunc filter = module->ctx->extInstFilterFunc;
+    if (filter == nullptr)
+        return 1;
+    const char *moduleName = ZRS_MOD_GetModuleNameByPrefix(module, zr::NamespacePrefix(element));
+    if (moduleName == nullptr)
+        return 1; // nothing to ask about: the parser refuses it
+    return filter(moduleName, zr::LocalName(element)) == 0 ? 1 : 0;
 }
 
 void ZRS_LOADER_MarkSubNode(xmlNode *element)
