@@ -29,6 +29,19 @@ xmlNode *FirstChildNamed(const xmlNode *element, const char *name);
 // Its argument, or null.
 const char *ArgumentOfChild(const xmlNode *element, const char *name);
 
+// What a reader has noted on an element, in its application field: the engine the statement's
+// number, the reader of "type" the marks of restrictions.
+inline uint32_t MarksOf(const xmlNode *element)
+{
+    return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(element->_private));
+}
+// Adds to the marks that the element has.
+inline void AddMark(xmlNode *element, uint32_t mark)
+{
+    element->_private =
+        reinterpret_cast<void *>(reinterpret_cast<uintptr_t>(element->_private) | mark);
+}
+
 // The statement's argument, which is the element's first attribute whatever its name; a missing one
 // is recorded and gives null.
 const char *RequireArgument(ZrMod *module, const xmlNode *element, uint32_t statement);

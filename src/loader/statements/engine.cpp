@@ -22,17 +22,6 @@ constexpr uint32_t kSchemaNodeStatements[] = {
     ZRS_STMT_LEAF_LIST,
 };
 
-uint32_t GetMark(const xmlNode *element)
-{
-    return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(element->_private));
-}
-
-void AddMark(xmlNode *element, uint32_t statement)
-{
-    element->_private =
-        reinterpret_cast<void *>(reinterpret_cast<uintptr_t>(element->_private) | statement);
-}
-
 bool IsArray(const ZrsSubElem &row)
 {
     return (row.flags & ZRS_ROW_ARRAY) != 0;
@@ -155,7 +144,7 @@ void ZRS_LOADER_MarkSubNode(xmlNode *element)
 {
     for (xmlNode *child = element->children; child != nullptr; child = child->next)
         if (child->type == XML_ELEMENT_NODE)
-            AddMark(child, ZRS_LOADER_GetXmlNodeYangStmt(child));
+            zr::AddMark(child, ZRS_LOADER_GetXmlNodeYangStmt(child));
 }
 
 uint32_t ZRS_LOADER_MarkSubNodeAndCountArraySize(ZrMod *module, xmlNode *element, ZrsSubElem *rows,
@@ -173,7 +162,7 @@ uint32_t ZRS_LOADER_MarkSubNodeAndCountArraySize(ZrMod *module, xmlNode *element
             RecordFailedChild(module, statement, ZRS_LOADER_GetXmlNodeYangStmt(element));
             return ZR_ERR_INVALID;
         }
-        AddMark(child, statement);
+        zr::AddMark(child, statement);
     }
     return ZR_OK;
 }
@@ -214,10 +203,10 @@ uint32_t ZRS_LOADER_ParseSubStatementsInner(ZrMod *module, xmlNode *element,
                                             uint32_t rowCount)
 {
     for (xmlNode *child = element->children; child != nullptr; child = child->next) {
-        if (child->type != XML_ELEMENT_NODE || GetMark(child) == 0)
+        if (child->type != XML_ELEMENT_NODE || zr::MarksOf(child) == 0)
             continue;
-        ZrsSubElem *row = ZRS_LOADER_GetSubParseElem(GetMark(child), rows, rowCount);
-        ZrsParseFunc parse = ZRS_LOADER_GetStmtParseFunc(GetMark(child));
+        ZrsSubElem *row = ZRS_LOADER_GetSubParseElem(zr::MarksOf(child), rows, rowCount);
+        ZrsParseFunc parse = ZRS_LOADER_GetStmtParseFunc(zr::MarksOf(child));
         if (row == nullptr || parse == nullptr)
             continue;
         uint32_t status = ParseChild(module, child, parentStatement, row, parse);

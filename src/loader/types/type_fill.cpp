@@ -107,7 +107,7 @@ uint32_t ZRT_LOADER_FillOneConsSegPattern(ZrMod *module, xmlNode *element, void 
     const char *pattern = ZR_XML_GetFirstPropertyValue(element);
     if (pattern == nullptr)
         return ZR_ERR_INVALID;
-    // "invert-match" is the only modifier there is, so that its word is not read.
+    // Its word is not read: "invert-match" is the only modifier there is (docs/oddities.md).
     entry->invertMatch = zr::FirstChildNamed(element, KeywordOf(ZRS_STMT_MODIFIER)) != nullptr;
     return InternPattern(module, entry->pattern, pattern);
 }

@@ -59,9 +59,10 @@ const char *MarkedChildArgument(const xmlNode *element, uint32_t kind);
 
 extern "C" {
 // The first attribute of the first child element with that name; null without one and for null
-// arguments.
+// arguments. For callers outside the library.
 ZR_API const char *ZRT_LOADER_GetMatchChildFirstMatchedValStr(const xmlNode *element,
                                                               const char *name);
+// Sets the four fields.
 ZR_API void ZRT_LOADER_InitSegFiller(ZrtSegFiller *filler, uint32_t itemCount, uint32_t itemSize,
                                      uint32_t mark, ZrtItemLoadFunc loadItem);
 // Loads one item per marked child, up to the item count: ZR_OK or the first failure of an item.
@@ -77,7 +78,7 @@ ZR_API uint32_t ZRT_LOADER_FillTypeConstraintSeg(ZrMod *module, xmlNode *element
 // that is not known.
 ZR_API uint32_t ZRT_LOADER_FillAllTypeConstraint(ZrMod *module, ZrtRealType *type, xmlNode *element,
                                                  const ZrtTypeSubElemCount *counters);
-// The fill function of a ZrtConsKind; null for no kind.
+// The fill function of a ZrtConsKind; null for no kind. For callers outside the library.
 ZR_API ZrtConsFillFunc ZRT_LOADER_GetConsDataFillAllSegFunc(uint32_t kind);
 
 // The fill functions; the same statuses as for all kinds together.

@@ -59,11 +59,6 @@ const Restriction *FindRestriction(const xmlNode *child)
     return nullptr;
 }
 
-uintptr_t MarksOf(const xmlNode *element)
-{
-    return reinterpret_cast<uintptr_t>(element->_private);
-}
-
 } // namespace
 
 uint32_t zr::TypeMarkOf(uint32_t kind)
@@ -86,7 +81,7 @@ uint32_t zr::CountAndMarkRestrictions(xmlNode *element, ZrtTypeSubElemCount *cou
         if (counter == UINT16_MAX)
             return ZR_ERR_INVALID;
         ++counter;
-        child->_private = reinterpret_cast<void *>(MarksOf(child) | row->mark);
+        zr::AddMark(child, row->mark);
         if (counter == 1)
             ++counters->counts[ZRT_CONS_KIND_COUNT];
     }

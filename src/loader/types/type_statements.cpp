@@ -97,7 +97,7 @@ uint32_t ZRT_LOADER_ParseTypeDefStmt(ZrMod *module, xmlNode *element, uint32_t /
         return ZR_ERR_INVALID;
     const char *name = zr::RequireName(module, element, ZRS_STMT_TYPEDEF);
     if (name == nullptr || zr::KeepText(module, name, &typeDef->name) != ZR_OK)
-        return ZR_ERR_INVALID;
+        return ZR_ERR_INVALID; // also without memory (docs/oddities.md)
     uint32_t status = ParseTypeDefInto(module, element, name, typeDef);
     if (status != ZR_OK)
         ZRS_TYPE_DestroyTypDefInner(module->ctx, typeDef);
