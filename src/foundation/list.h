@@ -99,4 +99,35 @@ template <typename Item> ListRange<const Item> ItemsOf(const ZrListLink *head)
     return ListRange<const Item>(head);
 }
 
+// The items from the last to the first, for a range-based loop that changes nothing.
+template <typename Item> class BackwardListRange {
+    class Iterator {
+    public:
+        explicit Iterator(const ZrListLink *at) : at_(at) {}
+        const Item &operator*() const { return *ItemsOf<Item>(at_->prev).begin(); }
+        Iterator &operator++()
+        {
+            at_ = at_->prev;
+            return *this;
+        }
+        bool operator!=(const Iterator &other) const { return at_ != other.at_; }
+
+    private:
+        const ZrListLink *at_;
+    };
+
+public:
+    explicit BackwardListRange(const ZrListLink *head) : head_(head) {}
+    Iterator begin() const { return Iterator(head_->prev); }
+    Iterator end() const { return Iterator(head_); }
+
+private:
+    const ZrListLink *head_;
+};
+
+template <typename Item> BackwardListRange<Item> ItemsBackwards(const ZrListLink *head)
+{
+    return BackwardListRange<Item>(head);
+}
+
 } // namespace zr

@@ -391,10 +391,10 @@ TEST_F(Lint, FindsUsesThatPointUpOrSideways)
         {"src/schema/module/module.h",  "<data/entry.cpp>",            "data/entry.cpp"},
         {"src/xpath/lex.cpp",           "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},
         {"src/xpath/path_forms.cpp",    "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},
-        {"src/xpath/steps.cpp",         "\"data/element.h\"",          "data/element.h"},
-        {"src/data/when.cpp",           "\"loader/engine.h\"",         "loader/engine.h"},
-        {"src/loader/engine.cpp",       "\"../print/printer.h\"",      "print/printer.h"},
-        {"src/loader/header.cpp",       "\"data/phases.h\"",           "data/phases.h"},
+        {"src/xpath/steps.cpp",         "\"data/element.h\"",        "data/element.h"},
+        {"src/data/when.cpp",           "\"loader/pipeline.h\"",       "loader/pipeline.h"},
+        {"src/loader/coupling.cpp",     "\"../print/printer.h\"",      "print/printer.h"},
+        {"src/loader/pending.cpp",      "\"data/phases.h\"",        "data/phases.h"},
         {"src/platform/new/room.h",     "\"print/printer.h\"",         "print/printer.h"},
         {"src/unknown/file.cpp",        "\"platform/text.h\"",         "no layer is known"},
         {"src/print/line.cpp",          "\"platform/no_such_file.h\"", "leads to no file"},
@@ -422,6 +422,33 @@ TEST_F(Lint, FindsCallsThatPointUp)
     Write("src/platform/text.cpp", "int Text();\nint Text() { return 1; }\n");
     CompileSources();
     EXPECT_EQ(Run("layers").status, 0);
+}
+
+TEST_F(Lint, FindsFilesThatCallInARing)
+{
+    Write("src/model/one.cpp", "int Two();\nint One();\nint One() { return Two(); }\n");
+    Write("src/model/two.cpp", "int Three();\nint Two();\nint Two() { return Three(); }\n");
+    Write("src/model/three.cpp", "int One();\nint Three();\nint Three() { return One(); }\n");
+    CompileSources();
+    ExpectFinds("layers", "a ring: model/one.cpp, model/three.cpp, model/two.cpp");
+    // A table of functions is how a lower file reaches a higher one.
+    Write("src/model/three.cpp", "int One();\nextern int (*const g_table[])();\n"
+                                 "int (*const g_table[])() = {One};\n");
+    Write("src/model/two.cpp", "extern int (*const g_table[])();\nint Two();\n"
+                               "int Two() { return g_table[0](); }\n");
+    CompileSources();
+    EXPECT_EQ(Run("layers").status, 0) << Run("layers").text;
+}
+
+TEST_F(Lint, FindsRoomsThatCallInARing)
+{
+    Write("src/model/a/one.cpp", "int Two();\nint One();\nint One() { return Two(); }\n");
+    Write("src/model/b/two.cpp", "int Two();\nint Two() { return 2; }\n");
+    CompileSources();
+    EXPECT_EQ(Run("layers").status, 0) << Run("layers").text;
+    Write("src/model/b/other.cpp", "int One();\nint Other();\nint Other() { return One(); }\n");
+    CompileSources();
+    ExpectFinds("layers", "a ring: model/a, model/b");
 }
 
 TEST_F(Lint, DoesNotCheckCallsOfCodeThatIsNotCompiled)

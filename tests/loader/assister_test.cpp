@@ -1,4 +1,4 @@
-#include "loader/load_state.h"
+#include "loader/files/module_files.h"
 
 #include <gtest/gtest.h>
 

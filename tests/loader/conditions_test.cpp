@@ -1,4 +1,4 @@
-#include "loader/module_form.h"
+#include "loader/statements/arguments.h"
 
 #include <string>
 

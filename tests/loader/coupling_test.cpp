@@ -1,8 +1,9 @@
-#include "loader/pipeline.h"
+#include "loader/coupling.h"
 
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"
 #include "loader/module_sets.h"
+#include "loader/pipeline.h"
 #include "model/context.h"
 #include "foundation/statement_ids.h"
 #include "schema/module/module.h"

@@ -1,4 +1,4 @@
-#include "loader/discovery.h"
+#include "loader/files/module_files.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "loader/engine.h"
+#include "loader/statements/engine.h"
 
 #include <algorithm>
 #include <iterator>

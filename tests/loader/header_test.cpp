@@ -1,4 +1,4 @@
-#include "loader/linkage.h"
+#include "loader/files/module_content.h"
 
 #include <string>
 

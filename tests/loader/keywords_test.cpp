@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "loader/statements.h"
+#include "loader/statements/statements.h"
 
 namespace {
 

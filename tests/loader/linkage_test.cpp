@@ -1,6 +1,6 @@
 #include <string>
 
-#include "loader/linkage.h"
+#include "loader/files/module_content.h"
 #include "loader/loader_fixture.h"
 #include "model/module_records.h"
 

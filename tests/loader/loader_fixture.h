@@ -8,8 +8,8 @@
 
 #include "foundation/array.h"
 #include "foundation/dict.h"
-#include "loader/engine.h"
-#include "loader/parsers.h"
+#include "loader/statements/engine.h"
+#include "loader/statements/statements.h"
 #include "platform/xml.h"
 #include "schema/members/members.h"
 #include "schema/module/module.h"

@@ -1,4 +1,5 @@
-#include "loader/node_rows.h"
+#include "loader/nodes/node_rows.h"
+#include "loader/statements/statements.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include "foundation/context_record.h"
 #include "foundation/search_dirs.h"
-#include "loader/linkage.h"
+#include "loader/files/module_content.h"
 #include "loader/loader_fixture.h"
 #include "model/module_records.h"
 #include "model/node_record.h"

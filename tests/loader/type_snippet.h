@@ -7,7 +7,8 @@
 
 #include <string>
 
-#include "loader/type_fill.h"
+#include "loader/statements/statements.h"
+#include "loader/types/type_fill.h"
 #include "schema/members/members.h"
 #include "schema/module/module.h"
 #include "support/context.h"

@@ -1,18 +1,21 @@
-#include "loader/linkage.h"
+#include "loader/files/linkage.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
 #include "foundation/array.h"
+#include "foundation/context_record.h"
 #include "foundation/load_errors.h"
-#include "loader/arguments.h"
-#include "loader/parsers.h"
-#include "model/scope.h"
+#include "loader/statements/arguments.h"
+#include "loader/statements/engine.h"
+#include "loader/statements/statements.h"
 #include "platform/xml.h"
 #include "schema/members/members.h"
 
 namespace {
+
+constexpr uint32_t kFirstRoom = 16; // imports of submodules, before the array grows
 
 bool IsStatement(const xmlNode *node, uint32_t statement)
 {
@@ -27,17 +30,6 @@ uint32_t CountImports(const xmlNode *root)
     return count;
 }
 
-// The prefix is the first child of that name, whatever its namespace.
-const char *PrefixText(const xmlNode *element)
-{
-    const char *keyword = ZRS_LOADER_GetKeywordByStmt(ZRS_STMT_PREFIX);
-    for (const xmlNode *child = element->children; child != nullptr; child = child->next)
-        if (child->type == XML_ELEMENT_NODE &&
-            std::strcmp(reinterpret_cast<const char *>(child->name), keyword) == 0)
-            return ZR_XML_GetFirstPropertyValue(child);
-    return nullptr;
-}
-
 uint32_t ReadImport(ZrMod *module, const xmlNode *element, ZrsImport *texts)
 {
     texts->moduleName = zr::RequireArgument(module, element, ZRS_STMT_IMPORT);
@@ -45,11 +37,6 @@ uint32_t ReadImport(ZrMod *module, const xmlNode *element, ZrsImport *texts)
         return ZR_ERR_INVALID;
     texts->prefix = zr::RequirePrefixChild(module, element, ZRS_STMT_IMPORT, texts->moduleName);
     return texts->prefix != nullptr ? ZR_OK : ZR_ERR_INVALID;
-}
-
-bool IsModule(const char *name, const ZrsImport &import)
-{
-    return name != nullptr && std::strcmp(name, import.moduleName) == 0;
 }
 
 // Gives places back that were made behind the module's imports and are not needed. Without memory
@@ -80,8 +67,10 @@ uint32_t zr::FileScope::Enter(const xmlNode *root, const char *prefix)
     for (const xmlNode *child = root->children; child != nullptr; child = child->next) {
         if (!IsStatement(child, ZRS_STMT_IMPORT))
             continue;
-        texts_.get()[count] = {ZR_XML_GetFirstPropertyValue(child), PrefixText(child)};
-        if (texts_.get()[count].moduleName != nullptr && texts_.get()[count].prefix != nullptr)
+        ZrsImport &import = texts_.get()[count];
+        import.moduleName = ZR_XML_GetFirstPropertyValue(child);
+        import.prefix = zr::ArgumentOfChild(child, ZRS_LOADER_GetKeywordByStmt(ZRS_STMT_PREFIX));
+        if (import.moduleName != nullptr && import.prefix != nullptr)
             file_.imports.FindOrAdd(count++);
     }
     file_.modulePrefix = prefix;
@@ -138,14 +127,8 @@ uint32_t zr::Linkage::ParseStatement(xmlNode *element, uint32_t statement)
 {
     uint32_t status = statement == ZRS_STMT_IMPORT ? Import(element) : Include(element);
     if (status != ZR_OK)
-        RecordFailure(statement);
+        zr::RecordBadStatement(module_, statement);
     return status;
-}
-
-void zr::Linkage::RecordFailure(uint32_t statement) const
-{
-    ZR_CTX_AddModError(module_->ctx, module_->name, "Failed to parse statement \"%s\".",
-                       ZRS_LOADER_GetKeywordByStmt(statement));
 }
 
 uint32_t zr::Linkage::Import(const xmlNode *element)
@@ -161,10 +144,10 @@ uint32_t zr::Linkage::Import(const xmlNode *element)
 bool zr::Linkage::IsRepeated(const ZrsImport &texts, uint32_t index) const
 {
     const ZrsFilePrefixes *file = module_->file;
-    if (file->modulePrefix != nullptr && std::strcmp(file->modulePrefix, texts.prefix) == 0)
-        return IsModule(module_->name, texts);
+    if (zr::TextEquals(file->modulePrefix, texts.prefix))
+        return zr::TextEquals(module_->name, texts.moduleName);
     const ZrsImport *first = file->imports.Find(texts.prefix);
-    return first != file->imports.At(index) && IsModule(first->moduleName, texts);
+    return first != file->imports.At(index) && zr::TextEquals(first->moduleName, texts.moduleName);
 }
 
 uint32_t zr::Linkage::Keep(const ZrsImport &texts)
@@ -182,7 +165,7 @@ uint32_t zr::Linkage::Keep(const ZrsImport &texts)
         return status;
     }
     if (broughtCount_ == broughtRoom_) {
-        uint32_t more = std::max(broughtRoom_, uint32_t{16});
+        uint32_t more = std::max(broughtRoom_, kFirstRoom);
         uint32_t status = zr::ExpandArray(&brought_, broughtCount_, more);
         if (status != ZR_OK)
             return status;
@@ -204,7 +187,7 @@ uint32_t zr::Linkage::Include(const xmlNode *element)
         return ZR_OK;
     uint32_t status = ZRS_MOD_AppendOneInclude(module_, name);
     if (status == ZR_OK)
-        status = zr::LoadSubmodule(module_, name, this);
+        status = loadSubmodule_(module_, name, this);
     if (status != ZR_OK)
         ZR_CTX_AddModError(module_->ctx, module_->name, "Failed to load submodule \"%s\".", name);
     return status;
@@ -226,7 +209,7 @@ uint32_t zr::Linkage::Finish()
     for (uint32_t i = 0; i < broughtCount_ && status == ZR_OK; ++i)
         status = TakeOver(&brought_[i], &table);
     if (status != ZR_OK)
-        RecordFailure(ZRS_STMT_IMPORT);
+        zr::RecordBadStatement(module_, ZRS_STMT_IMPORT);
     return status;
 }
 
@@ -245,40 +228,15 @@ uint32_t zr::Linkage::TakeOver(ZrsImport *import, ImportTable *table)
     return ZR_OK;
 }
 
-const char *zr::RequirePrefixChild(ZrMod *module, const xmlNode *element, uint32_t statement,
-                                   const char *value)
-{
-    const char *prefix = PrefixText(element);
-    if (prefix == nullptr) {
-        zr::RecordMissingValue(module, ZRS_STMT_PREFIX);
-        zr::RecordBadValue(module, value, statement);
-    }
-    return prefix;
-}
-
-uint32_t ZRS_LOADER_ParseLinkageStmts(ZrMod *module, xmlNode *root)
-{
-    zr::Linkage linkage(module);
-    zr::FileScope file(module);
-    uint32_t status = file.Enter(root, module->prefix);
-    if (status == ZR_OK)
-        status = linkage.ParseFile(root);
-    return status == ZR_OK ? linkage.Finish() : status;
-}
-
 // The revision of an import is not read: the module that is loaded is the one that is meant.
 uint32_t ZRS_LOADER_ParseImport(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
                                 void * /*destination*/)
 {
     ZrsImport texts;
     uint32_t status = ReadImport(module, element, &texts);
-    if (status != ZR_OK || IsModule(ZRS_MOD_GetModuleNameByPrefix(module, texts.prefix), texts))
+    if (status != ZR_OK)
         return status;
+    if (zr::TextEquals(ZRS_MOD_GetModuleNameByPrefix(module, texts.prefix), texts.moduleName))
+        return ZR_OK;
     return ZRS_MOD_AppendOneImport(module, texts.moduleName, texts.prefix);
-}
-
-uint32_t ZRS_LOADER_ParseInclude(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                                 void * /*destination*/)
-{
-    return zr::ParseAlone(module, [=](zr::Linkage *linkage) { return linkage->Include(element); });
 }

@@ -1,14 +1,11 @@
 // The statements that set one property of a node: flag bits, key, condition texts, musts.
-#include <iterator>
 #include <string_view>
 
+#include "foundation/context_record.h"
 #include "foundation/load_errors.h"
-#include "loader/arguments.h"
-#include "loader/engine.h"
-#include "loader/module_form.h"
-#include "loader/parsers.h"
-#include "model/module_records.h"
-#include "model/node_record.h"
+#include "loader/statements/arguments.h"
+#include "loader/statements/engine.h"
+#include "loader/statements/statements.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/members/condition_records.h"
@@ -88,7 +85,7 @@ uint32_t ParseMustInto(ZrMod *module, xmlNode *element, const char *argument, Zr
         zr::UniqueRow(ZRS_STMT_ERROR_MESSAGE, &must->errorMessage),
         zr::UniqueRow(ZRS_STMT_ERROR_APP_TAG, &must->errorAppTag),
     };
-    return ZRS_LOADER_ParseSubStatements(module, element, ZRS_STMT_MUST, rows, std::size(rows));
+    return zr::ParseRows(module, element, ZRS_STMT_MUST, rows);
 }
 
 } // namespace

@@ -1,9 +1,7 @@
-#include "loader/module_form.h"
-
+// Conditions and defaults in module-name form.
 #include <cstring>
 
-#include "foundation/text.h"
-#include "loader/arguments.h"
+#include "loader/statements/arguments.h"
 #include "model/scope.h"
 #include "platform/memory.h"
 #include "platform/text.h"
@@ -127,14 +125,15 @@ char *ZRS_LOADER_TransPrefix2ModNameInLiteral(const ZrMod *module, const char *c
     zr::Owned<char> text(zr::New<char>(zr::kMaxConditionLength + 1));
     if (!text)
         return nullptr;
-    ZrXpathLex *lex = ZR_XPATH_ExprTokenize(condition);
-    if (lex == nullptr)
+    zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex> lex(ZR_XPATH_ExprTokenize(condition));
+    if (!lex)
         return nullptr;
     zr::ConditionText out = {text.get(), 0};
-    uint32_t status = AppendTokens(module, &out, lex, condition);
-    ZR_XPATH_FreeXpathLex(lex);
+    uint32_t status = AppendTokens(module, &out, lex.get(), condition);
     return status == ZR_OK ? text.release() : nullptr;
 }
+
+// Defaults.
 
 namespace {
 
@@ -142,7 +141,7 @@ namespace {
 // module:identity. The old text stays when the new one cannot be had.
 uint32_t RefreshDefault(ZrMod *module, const ZrtRealType *type, const char **value)
 {
-    if (*value == nullptr || ZRT_TYPE_IsTypeWithIdentref(type) != 1)
+    if (*value == nullptr || ZRT_TYPE_IsTypeWithIdentref(type) == 0)
         return ZR_OK;
     zr::Owned<char> qualified(ZRS_MOD_ConvertPrefixValToJsonFormat(module, *value));
     if (!qualified)

@@ -1,13 +1,13 @@
-// The definitions of a module that are no data: features, identities, extensions, and the
-// references to features and identities.
+// The members of a module that are no data: features, identities, extensions, the references to
+// features and identities, and the instances of extensions.
 #include <string_view>
 
 #include "foundation/array.h"
 #include "foundation/context_record.h"
 #include "foundation/load_errors.h"
-#include "loader/arguments.h"
-#include "loader/engine.h"
-#include "loader/parsers.h"
+#include "loader/statements/arguments.h"
+#include "loader/statements/engine.h"
+#include "loader/statements/statements.h"
 #include "model/scope.h"
 #include "platform/xml.h"
 #include "schema/members/condition_records.h"
@@ -22,13 +22,6 @@ ZrDict *DictOf(ZrMod *module)
     return &module->ctx->dict;
 }
 
-template <size_t rowCount>
-uint32_t ParseChildren(ZrMod *module, xmlNode *element, uint32_t statement,
-                       ZrsSubElem (&rows)[rowCount])
-{
-    return ZRS_LOADER_ParseSubStatements(module, element, statement, rows, rowCount);
-}
-
 uint32_t ParseFeatureInto(ZrMod *module, xmlNode *element, const char *name, ZrsFeature *feature)
 {
     uint32_t status = ZRS_MOD_FillFeature(DictOf(module), feature, name);
@@ -38,7 +31,7 @@ uint32_t ParseFeatureInto(ZrMod *module, xmlNode *element, const char *name, Zrs
     ZrsSubElem rows[] = {
         zr::ArrayRow(ZRS_STMT_IF_FEATURE, &feature->ifFeatures, &filled, &feature->ifFeatureCount),
     };
-    return ParseChildren(module, element, ZRS_STMT_FEATURE, rows);
+    return zr::ParseRows(module, element, ZRS_STMT_FEATURE, rows);
 }
 
 uint32_t ParseIdentityInto(ZrMod *module, xmlNode *element, const char *name, ZrsIdentity *identity)
@@ -55,7 +48,7 @@ uint32_t ParseIdentityInto(ZrMod *module, xmlNode *element, const char *name, Zr
         zr::UniqueRow(ZRS_STMT_DESCRIPTION, &identity->description),
     };
     // clang-format on
-    return ParseChildren(module, element, ZRS_STMT_IDENTITY, rows);
+    return zr::ParseRows(module, element, ZRS_STMT_IDENTITY, rows);
 }
 
 uint32_t ParseExtensionInto(ZrMod *module, xmlNode *element, const char *name,
@@ -65,7 +58,7 @@ uint32_t ParseExtensionInto(ZrMod *module, xmlNode *element, const char *name,
     if (status != ZR_OK)
         return status;
     ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_ARGUMENT, extension)};
-    return ParseChildren(module, element, ZRS_STMT_EXTENSION, rows);
+    return zr::ParseRows(module, element, ZRS_STMT_EXTENSION, rows);
 }
 
 } // namespace
@@ -147,7 +140,7 @@ uint32_t ZRS_LOADER_ParseArgument(ZrMod *module, xmlNode *element, uint32_t /*pa
     if (status != ZR_OK)
         return status;
     ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_YIN_ELEMENT, &extension->yinElement)};
-    return ParseChildren(module, element, ZRS_STMT_ARGUMENT, rows);
+    return zr::ParseRows(module, element, ZRS_STMT_ARGUMENT, rows);
 }
 
 uint32_t ZRS_LOADER_ParseYinElement(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
@@ -165,147 +158,14 @@ uint32_t ZRS_LOADER_ParseYinElement(ZrMod *module, xmlNode *element, uint32_t /*
     return ZR_OK;
 }
 
-// Statements that carry one text: header values, revision, descriptions, units, defaults, messages.
-
-namespace {
-
-const char **TextAt(void *destination)
-{
-    return static_cast<const char **>(destination);
-}
-
-// The text of an element that carries it as content; anything but a text that stands first
-// (nothing, a comment, CDATA) counts as the empty text.
-uint32_t KeepContent(ZrMod *module, const xmlNode *element, void *destination)
-{
-    const char *content = ZR_XML_GetElemNodeContent(element);
-    return zr::KeepText(module, content != nullptr ? content : "", TextAt(destination));
-}
-
-// A statement whose argument YIN writes as a child element (RFC 7950, section 13.2.2).
-uint32_t ParseTextChild(ZrMod *module, xmlNode *element, uint32_t statement,
-                        uint32_t childStatement, void *destination)
-{
-    ZrsSubElem rows[] = {zr::UniqueRow(childStatement, destination)};
-    uint32_t status = ZRS_LOADER_ParseSubStatements(module, element, statement, rows, 1);
-    if (status == ZR_OK && (rows[0].flags & ZRS_ROW_SEEN) == 0) {
-        zr::RecordMissingValue(module, statement);
-        return ZR_ERR_INVALID;
-    }
-    return status;
-}
-
-} // namespace
-
-uint32_t ZRS_LOADER_ParseYangVersion(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                                     void *destination)
-{
-    const char *argument = zr::RequireArgument(module, element, ZRS_STMT_YANG_VERSION);
-    if (argument == nullptr)
-        return ZR_ERR_INVALID;
-    std::string_view version = argument;
-    if (version != "1" && version != "1.1") {
-        zr::RecordBadValue(module, argument, ZRS_STMT_YANG_VERSION);
-        return UINT32_MAX; // kept: callers tell this refusal from the others by it
-    }
-    *static_cast<uint32_t *>(destination) =
-        version == "1.1" ? ZRS_YANG_VERSION_1_1 : ZRS_YANG_VERSION_1;
-    return ZR_OK;
-}
-
-uint32_t ZRS_LOADER_ParseNamespace(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                                   void *destination)
-{
-    return zr::KeepArgument(module, element, ZRS_STMT_NAMESPACE, TextAt(destination));
-}
-
-uint32_t ZRS_LOADER_ParsePrefix(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                                void *destination)
-{
-    return zr::KeepArgument(module, element, ZRS_STMT_PREFIX, TextAt(destination));
-}
-
-// Revisions stand newest first (RFC 7950, section 7.1.9), so the first one is the module's.
-uint32_t ZRS_LOADER_ParseRevision(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                                  void *destination)
-{
-    if (*TextAt(destination) != nullptr)
-        return ZR_OK;
-    return zr::KeepArgument(module, element, ZRS_STMT_REVISION, TextAt(destination));
-}
-
-uint32_t ZRS_LOADER_ParseOrganization(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                                      void *destination)
-{
-    return ParseTextChild(module, element, ZRS_STMT_ORGANIZATION, ZRS_STMT_TEXT, destination);
-}
-
-uint32_t ZRS_LOADER_ParseDescription(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                                     void *destination)
-{
-    if ((module->ctx->flags & ZR_CTX_KEEP_DESCRIPTIONS) == 0)
-        return ZR_OK;
-    return ParseTextChild(module, element, ZRS_STMT_DESCRIPTION, ZRS_STMT_TEXT, destination);
-}
-
-uint32_t ZRS_LOADER_ParseErrorMessage(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                                      void *destination)
-{
-    return ParseTextChild(module, element, ZRS_STMT_ERROR_MESSAGE, ZRS_STMT_VALUE, destination);
-}
-
-uint32_t ZRS_LOADER_ParseErrorAppTag(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                                     void *destination)
-{
-    return zr::KeepArgument(module, element, ZRS_STMT_ERROR_APP_TAG, TextAt(destination));
-}
-
-uint32_t ZRS_LOADER_ParseText(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                              void *destination)
-{
-    return KeepContent(module, element, destination);
-}
-
-uint32_t ZRS_LOADER_ParseValue(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                               void *destination)
-{
-    return KeepContent(module, element, destination);
-}
-
-uint32_t ZRS_LOADER_ParseUnits(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                               void *destination)
-{
-    if ((module->ctx->flags & ZR_CTX_KEEP_UNITS) == 0)
-        return ZR_OK;
-    return zr::KeepArgument(module, element, ZRS_STMT_UNITS, TextAt(destination));
-}
-
-uint32_t ZRS_LOADER_ParseDefault(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
-                                 void *destination)
-{
-    return zr::KeepArgument(module, element, ZRS_STMT_DEFAULT, TextAt(destination));
-}
-
 // Extension instances: the elements outside the YIN namespace (RFC 7950, sections 6.3.1 and 7.19).
 
 namespace {
 
-const char *LocalName(const xmlNode *element)
-{
-    return reinterpret_cast<const char *>(element->name);
-}
-
-const char *NamespacePrefix(const xmlNode *element)
-{
-    if (element->ns == nullptr || element->ns->prefix == nullptr)
-        return "";
-    return reinterpret_cast<const char *>(element->ns->prefix);
-}
-
 uint32_t FillInstance(ZrMod *module, xmlNode *element, const char *moduleName, ZrsExtInst *instance)
 {
     uint32_t status =
-        ZRS_EXT_FillExtInst(&module->ctx->dict, instance, moduleName, LocalName(element),
+        ZRS_EXT_FillExtInst(&module->ctx->dict, instance, moduleName, zr::LocalName(element),
                             ZR_XML_GetFirstPropertyValue(element));
     if (status != ZR_OK)
         return status;
@@ -314,12 +174,12 @@ uint32_t FillInstance(ZrMod *module, xmlNode *element, const char *moduleName, Z
         zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &instance->children, &filled,
                      &instance->childCount),
     };
-    return ZRS_LOADER_ParseSubStatements(module, element, ZRS_STMT_EXTENSION_INSTANCE, rows, 1);
+    return zr::ParseRows(module, element, ZRS_STMT_EXTENSION_INSTANCE, rows);
 }
 
 uint32_t ParseInstance(ZrMod *module, xmlNode *element, ZrsExtInst *instance)
 {
-    const char *prefix = NamespacePrefix(element);
+    const char *prefix = zr::NamespacePrefix(element);
     const char *moduleName = ZRS_MOD_GetModuleNameByPrefix(module, prefix);
     if (moduleName == nullptr) {
         ZR_CTX_AddModError(module->ctx, module->name, "Failed to find module by prefix \"%s\".",
@@ -329,10 +189,10 @@ uint32_t ParseInstance(ZrMod *module, xmlNode *element, ZrsExtInst *instance)
     uint32_t status = FillInstance(module, element, moduleName, instance);
     if (status != ZR_OK) {
         ZRS_EXT_ClearExtInst(&module->ctx->dict, instance);
-        // The missing full stop is kept: applications match the text.
+        // The text ends without a full stop (docs/oddities.md).
         ZR_CTX_AddModError(module->ctx, module->name,
                            "Failed to parse extension instance \"%s:%s\"", moduleName,
-                           LocalName(element));
+                           zr::LocalName(element));
     }
     return status;
 }
@@ -356,17 +216,6 @@ uint32_t ParseInstanceOfNode(ZrMod *module, xmlNode *element, ZrNode *node)
 }
 
 } // namespace
-
-uint32_t ZRS_LOADER_IsExtInstNeedParse(const ZrMod *module, const xmlNode *element)
-{
-    ZrExtInstFilterFunc filter = module->ctx->extInstFilterFunc;
-    if (filter == nullptr)
-        return 1;
-    const char *moduleName = ZRS_MOD_GetModuleNameByPrefix(module, NamespacePrefix(element));
-    if (moduleName == nullptr)
-        return 1; // nothing to ask about: the parser refuses it
-    return filter(moduleName, LocalName(element)) == 0 ? 1 : 0;
-}
 
 uint32_t ZRS_LOADER_ParseExtInst(ZrMod *module, xmlNode *element, uint32_t parentStatement,
                                  void *destination)

@@ -1,4 +1,4 @@
-#include "loader/engine.h"
+#include "loader/statements/engine.h"
 
 #include <algorithm>
 #include <cstring>
@@ -6,14 +6,14 @@
 #include <span>
 
 #include "foundation/array.h"
+#include "foundation/context_record.h"
 #include "foundation/load_errors.h"
-#include "loader/parsers.h"
-#include "model/node_record.h"
+#include "loader/statements/arguments.h"
+#include "loader/statements/statements.h"
+#include "model/scope.h"
 #include "platform/xml.h"
 
 namespace {
-
-constexpr const char *kYinNamespace = "urn:ietf:params:xml:ns:yang:yin:1";
 
 constexpr uint32_t kSchemaNodeStatements[] = {
     ZRS_STMT_LIST,      ZRS_STMT_NOTIFICATION, ZRS_STMT_OUTPUT, ZRS_STMT_RPC,
@@ -21,17 +21,6 @@ constexpr uint32_t kSchemaNodeStatements[] = {
     ZRS_STMT_CHOICE,    ZRS_STMT_CONTAINER,    ZRS_STMT_INPUT,  ZRS_STMT_LEAF,
     ZRS_STMT_LEAF_LIST,
 };
-
-uint32_t GetMark(const xmlNode *element)
-{
-    return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(element->_private));
-}
-
-void AddMark(xmlNode *element, uint32_t statement)
-{
-    element->_private =
-        reinterpret_cast<void *>(reinterpret_cast<uintptr_t>(element->_private) | statement);
-}
 
 bool IsArray(const ZrsSubElem &row)
 {
@@ -76,7 +65,7 @@ bool CountItem(const ZrsSubElem &row)
 bool IsSkipped(const ZrMod *module, xmlNode *child, uint32_t statement)
 {
     if (statement != ZRS_STMT_EXTENSION_INSTANCE ||
-        ZRS_LOADER_IsExtInstNeedParse(module, child) == 1)
+        ZRS_LOADER_IsExtInstNeedParse(module, child) != 0)
         return false;
     child->_private = nullptr;
     return true;
@@ -96,11 +85,8 @@ void RecordFailedChild(ZrMod *module, uint32_t statement, uint32_t parentStateme
 uint32_t ParseChild(ZrMod *module, xmlNode *child, uint32_t parentStatement, ZrsSubElem *row,
                     ZrsParseFunc parse)
 {
-    if (ZRS_LOADER_CheckUniqueSubStmtRepeat(row->flags) == 1) {
-        ZR_CTX_AddModError(module->ctx, module->name,
-                           "Statement \"%s\" under statement \"%s\" has repeated.",
-                           ZRS_LOADER_GetKeywordByStmt(row->statement),
-                           ZRS_LOADER_GetKeywordByStmt(parentStatement));
+    if (ZRS_LOADER_CheckUniqueSubStmtRepeat(row->flags) != 0) {
+        zr::RecordRepeated(module, row->statement, parentStatement);
         return ZR_ERR_FAILED;
     }
     row->flags |= ZRS_ROW_SEEN;
@@ -118,14 +104,21 @@ bool zr::IsSchemaNodeStatement(uint32_t statement)
     return std::ranges::find(kSchemaNodeStatements, statement) != std::end(kSchemaNodeStatements);
 }
 
+void zr::RecordRepeated(ZrMod *module, uint32_t statement, uint32_t parentStatement)
+{
+    ZR_CTX_AddModError(
+        module->ctx, module->name, "Statement \"%s\" under statement \"%s\" has repeated.",
+        ZRS_LOADER_GetKeywordByStmt(statement), ZRS_LOADER_GetKeywordByStmt(parentStatement));
+}
+
 uint32_t ZRS_LOADER_GetXmlNodeYangStmt(const xmlNode *element)
 {
     const char *ns = ZR_XML_GetXmlNodeDefaultNs(element);
     if (ns == nullptr)
         return ZRS_STMT_UNKNOWN;
-    if (std::strcmp(ns, kYinNamespace) != 0)
+    if (std::strcmp(ns, zr::kYinNamespace) != 0)
         return ZRS_STMT_EXTENSION_INSTANCE;
-    return ZRS_LOADER_GetStmtByKeyword(reinterpret_cast<const char *>(element->name));
+    return ZRS_LOADER_GetStmtByKeyword(zr::LocalName(element));
 }
 
 ZrsSubElem *ZRS_LOADER_GetSubParseElem(uint32_t statement, ZrsSubElem *rows, uint32_t rowCount)
@@ -136,11 +129,22 @@ ZrsSubElem *ZRS_LOADER_GetSubParseElem(uint32_t statement, ZrsSubElem *rows, uin
     return nullptr;
 }
 
+uint32_t ZRS_LOADER_IsExtInstNeedParse(const ZrMod *module, const xmlNode *element)
+{
+    ZrExtInstFilterFunc filter = module->ctx->extInstFilterFunc;
+    if (filter == nullptr)
+        return 1;
+    const char *moduleName = ZRS_MOD_GetModuleNameByPrefix(module, zr::NamespacePrefix(element));
+    if (moduleName == nullptr)
+        return 1; // nothing to ask about: the parser refuses it
+    return filter(moduleName, zr::LocalName(element)) == 0 ? 1 : 0;
+}
+
 void ZRS_LOADER_MarkSubNode(xmlNode *element)
 {
     for (xmlNode *child = element->children; child != nullptr; child = child->next)
         if (child->type == XML_ELEMENT_NODE)
-            AddMark(child, ZRS_LOADER_GetXmlNodeYangStmt(child));
+            zr::AddMark(child, ZRS_LOADER_GetXmlNodeYangStmt(child));
 }
 
 uint32_t ZRS_LOADER_MarkSubNodeAndCountArraySize(ZrMod *module, xmlNode *element, ZrsSubElem *rows,
@@ -158,7 +162,7 @@ uint32_t ZRS_LOADER_MarkSubNodeAndCountArraySize(ZrMod *module, xmlNode *element
             RecordFailedChild(module, statement, ZRS_LOADER_GetXmlNodeYangStmt(element));
             return ZR_ERR_INVALID;
         }
-        AddMark(child, statement);
+        zr::AddMark(child, statement);
     }
     return ZR_OK;
 }
@@ -199,10 +203,10 @@ uint32_t ZRS_LOADER_ParseSubStatementsInner(ZrMod *module, xmlNode *element,
                                             uint32_t rowCount)
 {
     for (xmlNode *child = element->children; child != nullptr; child = child->next) {
-        if (child->type != XML_ELEMENT_NODE || GetMark(child) == 0)
+        if (child->type != XML_ELEMENT_NODE || zr::MarksOf(child) == 0)
             continue;
-        ZrsSubElem *row = ZRS_LOADER_GetSubParseElem(GetMark(child), rows, rowCount);
-        ZrsParseFunc parse = ZRS_LOADER_GetStmtParseFunc(GetMark(child));
+        ZrsSubElem *row = ZRS_LOADER_GetSubParseElem(zr::MarksOf(child), rows, rowCount);
+        ZrsParseFunc parse = ZRS_LOADER_GetStmtParseFunc(zr::MarksOf(child));
         if (row == nullptr || parse == nullptr)
             continue;
         uint32_t status = ParseChild(module, child, parentStatement, row, parse);

@@ -1,6 +1,8 @@
-#include "loader/node_rows.h"
+#include "loader/nodes/node_rows.h"
 
 #include <iterator>
+
+#include "foundation/statement_ids.h"
 
 namespace zr {
 
@@ -264,34 +266,46 @@ constexpr NodeRow kNotificationRows[] = {
     {ZRS_STMT_EXTENSION_INSTANCE, ExtInsts},
 };
 
-constexpr std::span<const NodeRow> kRowsByKind[] = {
-    {},                // ZR_NODE_UNKNOWN
-    kContainerRows,    // ZR_NODE_CONTAINER
-    kLeafRows,         // ZR_NODE_LEAF
-    kLeafListRows,     // ZR_NODE_LEAF_LIST
-    kListRows,         // ZR_NODE_LIST
-    kChoiceRows,       // ZR_NODE_CHOICE
-    kCaseRows,         // ZR_NODE_CASE
-    kAnydataRows,      // ZR_NODE_ANYDATA
-    kAnydataRows,      // ZR_NODE_ANYXML
-    kRpcRows,          // ZR_NODE_ACTION
-    kRpcRows,          // ZR_NODE_RPC
-    kNotificationRows, // ZR_NODE_NOTIFICATION
-    kInputRows,        // ZR_NODE_INPUT
-    kInputRows,        // ZR_NODE_OUTPUT
-    kAugmentRows,      // ZR_NODE_AUGMENT
+struct KindRows {
+    uint32_t kind;
+    std::span<const NodeRow> rows;
+};
+
+constexpr KindRows kKinds[] = {
+    {ZR_NODE_UNKNOWN,      {}},
+    {ZR_NODE_CONTAINER,    kContainerRows},
+    {ZR_NODE_LEAF,         kLeafRows},
+    {ZR_NODE_LEAF_LIST,    kLeafListRows},
+    {ZR_NODE_LIST,         kListRows},
+    {ZR_NODE_CHOICE,       kChoiceRows},
+    {ZR_NODE_CASE,         kCaseRows},
+    {ZR_NODE_ANYDATA,      kAnydataRows},
+    {ZR_NODE_ANYXML,       kAnydataRows},
+    {ZR_NODE_ACTION,       kRpcRows},
+    {ZR_NODE_RPC,          kRpcRows},
+    {ZR_NODE_NOTIFICATION, kNotificationRows},
+    {ZR_NODE_INPUT,        kInputRows},
+    {ZR_NODE_OUTPUT,       kInputRows},
+    {ZR_NODE_AUGMENT,      kAugmentRows},
 };
 
 // clang-format on
 
-static_assert(std::size(kRowsByKind) == ZR_NODE_AUGMENT + 1);
-static_assert(std::size(kListRows) == kMaxNodeRows);
+consteval bool KindsStandInOrder()
+{
+    for (uint32_t i = 0; i < std::size(kKinds); ++i) {
+        if (kKinds[i].kind != i || kKinds[i].rows.size() > kMaxNodeRows)
+            return false;
+    }
+    return std::size(kKinds) == ZR_NODE_AUGMENT + 1;
+}
+static_assert(KindsStandInOrder());
 
 } // namespace
 
 std::span<const NodeRow> NodeRows(uint32_t kind)
 {
-    return kind < std::size(kRowsByKind) ? kRowsByKind[kind] : std::span<const NodeRow>();
+    return kind < std::size(kKinds) ? kKinds[kind].rows : std::span<const NodeRow>();
 }
 
 } // namespace zr

@@ -1,13 +1,11 @@
 // "deviation" and "deviate" (RFC 7950, section 7.20.3) into the records that are applied to their
 // targets once those are loaded.
 #include <cstring>
-#include <iterator>
 
 #include "foundation/load_errors.h"
-#include "loader/arguments.h"
-#include "loader/engine.h"
-#include "loader/parsers.h"
-#include "model/node_record.h"
+#include "loader/statements/arguments.h"
+#include "loader/statements/engine.h"
+#include "loader/statements/statements.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/members/members.h"
@@ -60,7 +58,7 @@ uint32_t ParseDeviationInto(ZrMod *module, xmlNode *element, const char *path,
     ZrsSubElem rows[] = {
         zr::ArrayRow(ZRS_STMT_DEVIATE, &deviation->deviates, &filled, &deviation->deviateCount),
     };
-    return ZRS_LOADER_ParseSubStatements(module, element, ZRS_STMT_DEVIATION, rows, 1);
+    return zr::ParseRows(module, element, ZRS_STMT_DEVIATION, rows);
 }
 
 } // namespace
@@ -94,7 +92,7 @@ uint32_t ZRS_LOADER_ParseDeviate(ZrMod *module, xmlNode *element, uint32_t /*par
 {
     const char *argument = zr::RequireArgument(module, element, ZRS_STMT_DEVIATE);
     if (argument == nullptr)
-        return UINT32_MAX; // kept, like the next: a deviate that cannot be told at all
+        return UINT32_MAX; // a status of its own (docs/oddities.md)
     const DeviateKind *row = FindDeviateKind(argument);
     if (row == nullptr) {
         zr::RecordBadValue(module, argument, ZRS_STMT_DEVIATE);
@@ -130,8 +128,7 @@ uint32_t ZRS_LOADER_ParseDeviateAdd(ZrMod *module, xmlNode *element, uint32_t /*
         zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &deviate->extInsts, &extInsts, &deviate->extInstCount),
     };
     // clang-format on
-    uint32_t status =
-        ZRS_LOADER_ParseSubStatements(module, element, ZRS_STMT_DEVIATE, rows, std::size(rows));
+    uint32_t status = zr::ParseRows(module, element, ZRS_STMT_DEVIATE, rows);
     deviate->flags = PropertyFlags(flags);
     return status;
 }
@@ -151,7 +148,7 @@ uint32_t ZRS_LOADER_ParseDeviateDelete(ZrMod *module, xmlNode *element,
         zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &deviate->extInsts, &extInsts, &deviate->extInstCount),
     };
     // clang-format on
-    return ZRS_LOADER_ParseSubStatements(module, element, ZRS_STMT_DEVIATE, rows, std::size(rows));
+    return zr::ParseRows(module, element, ZRS_STMT_DEVIATE, rows);
 }
 
 uint32_t ZRS_LOADER_ParseDeviateReplace(ZrMod *module, xmlNode *element,
@@ -172,10 +169,9 @@ uint32_t ZRS_LOADER_ParseDeviateReplace(ZrMod *module, xmlNode *element,
         zr::UniqueRow(ZRS_STMT_UNITS,     &deviate->units),
     };
     // clang-format on
-    uint32_t status =
-        ZRS_LOADER_ParseSubStatements(module, element, ZRS_STMT_DEVIATE, rows, std::size(rows));
+    uint32_t status = zr::ParseRows(module, element, ZRS_STMT_DEVIATE, rows);
     deviate->flags = PropertyFlags(flags);
-    if (ZRT_TYPE_IsInvalidType(deviate->type) == 1) { // no "type": nothing is to be replaced
+    if (ZRT_TYPE_IsInvalidType(deviate->type) != 0) { // no "type": nothing is to be replaced
         ZRT_TYPE_DestroyZrtRealType(module->ctx, deviate->type);
         deviate->type = nullptr;
     }

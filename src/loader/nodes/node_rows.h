@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "loader/engine.h"
+#include "loader/statements/engine.h"
 #include "model/node_record.h"
 
 namespace zr {

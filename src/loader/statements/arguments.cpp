@@ -1,8 +1,10 @@
-#include "loader/arguments.h"
+#include "loader/statements/arguments.h"
+
+#include <cstring>
 
 #include "foundation/dict.h"
 #include "foundation/load_errors.h"
-#include "loader/statements.h"
+#include "loader/statements/statements.h"
 #include "model/scope.h"
 #include "platform/xml.h"
 
@@ -19,6 +21,38 @@ void RecordBadValue(ZrMod *module, const char *value, uint32_t statement)
     ZR_CTX_AddModError(module->ctx, module->name,
                        "Failed to parse value \"%s\" of statement \"%s\".", value,
                        ZRS_LOADER_GetKeywordByStmt(statement));
+}
+
+void RecordBadStatement(ZrMod *module, uint32_t statement)
+{
+    ZR_CTX_AddModError(module->ctx, module->name, "Failed to parse statement \"%s\".",
+                       ZRS_LOADER_GetKeywordByStmt(statement));
+}
+
+const char *LocalName(const xmlNode *element)
+{
+    return reinterpret_cast<const char *>(element->name);
+}
+
+const char *NamespacePrefix(const xmlNode *element)
+{
+    if (element->ns == nullptr || element->ns->prefix == nullptr)
+        return "";
+    return reinterpret_cast<const char *>(element->ns->prefix);
+}
+
+xmlNode *FirstChildNamed(const xmlNode *element, const char *name)
+{
+    xmlNode *child = element->children;
+    while (child != nullptr &&
+           (child->type != XML_ELEMENT_NODE || std::strcmp(LocalName(child), name) != 0))
+        child = child->next;
+    return child;
+}
+
+const char *ArgumentOfChild(const xmlNode *element, const char *name)
+{
+    return ZR_XML_GetFirstPropertyValue(FirstChildNamed(element, name));
 }
 
 const char *RequireArgument(ZrMod *module, const xmlNode *element, uint32_t statement)
@@ -43,6 +77,17 @@ const char *RequireName(ZrMod *module, const xmlNode *element, uint32_t statemen
     return name != nullptr && CheckName(module, name, statement) == ZR_OK ? name : nullptr;
 }
 
+const char *RequirePrefixChild(ZrMod *module, const xmlNode *element, uint32_t statement,
+                               const char *value)
+{
+    const char *prefix = ArgumentOfChild(element, ZRS_LOADER_GetKeywordByStmt(ZRS_STMT_PREFIX));
+    if (prefix == nullptr) {
+        RecordMissingValue(module, ZRS_STMT_PREFIX);
+        RecordBadValue(module, value, statement);
+    }
+    return prefix;
+}
+
 uint32_t KeepText(ZrMod *module, const char *text, const char **destination)
 {
     const char *kept = ZR_DICT_Insert(&module->ctx->dict, text);
@@ -62,19 +107,26 @@ uint32_t KeepArgument(ZrMod *module, const xmlNode *element, uint32_t statement,
     return KeepText(module, argument, destination);
 }
 
-uint32_t ResolveDefinitionRef(ZrMod *module, const char *text, DefinitionRef *ref)
+uint32_t ReadDefinitionRef(const ZrMod *module, const char *text, DefinitionRef *ref)
 {
     if (ZR_UTL_GetXPathNextPrefixAndNode(text, ref->prefix, sizeof(ref->prefix), ref->name,
-                                         sizeof(ref->name)) != ZR_OK) {
-        ZR_CTX_AddModError(module->ctx, module->name, "Failed to parse xpath \"%s\".", text);
+                                         sizeof(ref->name)) != ZR_OK)
         return ZR_ERR_INVALID;
-    }
     ref->moduleName =
         ref->prefix[0] == '\0' ? module->name : ZRS_MOD_GetModuleNameByPrefix(module, ref->prefix);
-    if (ref->moduleName != nullptr)
+    return ref->moduleName != nullptr ? ZR_OK : ZR_ERR_NOT_FOUND;
+}
+
+uint32_t ResolveDefinitionRef(ZrMod *module, const char *text, DefinitionRef *ref)
+{
+    uint32_t status = ReadDefinitionRef(module, text, ref);
+    if (status == ZR_OK)
         return ZR_OK;
-    ZR_CTX_AddModError(module->ctx, module->name, "Failed to find module by prefix \"%s\".",
-                       ref->prefix);
+    if (status == ZR_ERR_NOT_FOUND)
+        ZR_CTX_AddModError(module->ctx, module->name, "Failed to find module by prefix \"%s\".",
+                           ref->prefix);
+    else
+        ZR_CTX_AddModError(module->ctx, module->name, "Failed to parse xpath \"%s\".", text);
     return ZR_ERR_INVALID;
 }
 

@@ -1,11 +1,9 @@
 // The parsers of the data-definition statements: each makes a schema node, parses its children by
 // the table of its kind, and links the finished node into its parent.
 #include "foundation/load_errors.h"
-#include "loader/arguments.h"
-#include "loader/module_form.h"
-#include "loader/node_rows.h"
-#include "loader/parsers.h"
-#include "model/module_records.h"
+#include "loader/nodes/node_rows.h"
+#include "loader/statements/arguments.h"
+#include "loader/statements/statements.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/augment/augment.h"
@@ -14,6 +12,8 @@
 #include "xpath/path_forms.h"
 
 namespace {
+
+using OwnedNode = zr::Owned<ZrNode, ZRS_NODE_Free>;
 
 const char *KeywordOf(uint32_t nodeKind)
 {
@@ -41,19 +41,13 @@ uint32_t NameNode(ZrMod *module, const xmlNode *element, ZrNode *node)
     return name != nullptr ? zr::KeepText(module, name, &node->name) : uint32_t{ZR_ERR_INVALID};
 }
 
-uint32_t MakeNode(ZrMod *module, const xmlNode *element, uint32_t nodeKind, ZrNode **nodeOut)
+uint32_t MakeNode(ZrMod *module, const xmlNode *element, uint32_t nodeKind, OwnedNode &node)
 {
-    ZrNode *node = ZRS_NODE_New(nodeKind);
-    if (node == nullptr)
+    node.reset(ZRS_NODE_New(nodeKind));
+    if (!node)
         return ZR_ERR_NO_MEMORY;
     node->module = module;
-    uint32_t status = NameNode(module, element, node);
-    if (status != ZR_OK) {
-        ZRS_NODE_Free(node);
-        return status;
-    }
-    *nodeOut = node;
-    return ZR_OK;
+    return NameNode(module, element, node.get());
 }
 
 // The key leafs can only be marked once all children of the list are there.
@@ -130,29 +124,25 @@ uint32_t FinishNode(ZrMod *module, ZrNode *node)
 uint32_t ParseNode(ZrMod *module, xmlNode *element, uint32_t parentStatement, void *destination,
                    uint32_t nodeKind)
 {
-    ZrNode *node = nullptr;
-    uint32_t status = MakeNode(module, element, nodeKind, &node);
-    if (status != ZR_OK)
-        return status;
-    status = ParseChildren(module, element, node);
+    OwnedNode node;
+    uint32_t status = MakeNode(module, element, nodeKind, node);
     if (status == ZR_OK)
-        status = FinishNode(module, node);
+        status = ParseChildren(module, element, node.get());
     if (status == ZR_OK)
-        status = ZRS_LOADER_AddNodeToSchemaTree(parentStatement, destination, node);
-    if (status != ZR_OK) {
-        ZRS_NODE_Free(node);
-        return status;
-    }
-    ZRS_NODE_UpdateFlag(node);
-    return ZR_OK;
+        status = FinishNode(module, node.get());
+    if (status == ZR_OK)
+        status = ZRS_LOADER_AddNodeToSchemaTree(parentStatement, destination, node.get());
+    if (status == ZR_OK)
+        ZRS_NODE_UpdateFlag(node.release());
+    return status;
 }
 
 } // namespace
 
 ZrNode *ZRS_LOADER_ParseNodeCommon(ZrMod *module, const xmlNode *element, uint32_t nodeKind)
 {
-    ZrNode *node = nullptr;
-    return MakeNode(module, element, nodeKind, &node) == ZR_OK ? node : nullptr;
+    OwnedNode node;
+    return MakeNode(module, element, nodeKind, node) == ZR_OK ? node.release() : nullptr;
 }
 
 char *ZRS_LOADER_ParseAugmentTargetNode(ZrMod *module, const xmlNode *element)

@@ -1,21 +1,36 @@
-#include <algorithm>
+// A module is read in three steps, and so is each submodule, but that it has no header of its own:
+// the header statements, the linkage, with the included files in their places, and the body.
+#include "loader/files/module_content.h"
+
 #include <cstring>
 #include <iterator>
 #include <span>
 
 #include "foundation/array.h"
 #include "foundation/context_record.h"
-#include "foundation/load_errors.h"
 #include "foundation/search_dirs.h"
-#include "loader/arguments.h"
-#include "loader/discovery.h"
-#include "loader/linkage.h"
-#include "loader/load_state.h"
-#include "loader/parsers.h"
-#include "model/module_records.h"
+#include "loader/files/linkage.h"
+#include "loader/files/module_files.h"
+#include "loader/statements/arguments.h"
+#include "loader/statements/statements.h"
 #include "platform/text.h"
 #include "platform/xml.h"
-#include "schema/members/members.h"
+#include "schema/module/module.h"
+
+namespace {
+
+// The root of a document when it is that statement, else null.
+xmlNode *RootOf(xmlDoc *document, uint32_t statement)
+{
+    xmlNode *root = xmlDocGetRootElement(document);
+    bool isThere = root != nullptr &&
+                   std::strcmp(zr::LocalName(root), ZRS_LOADER_GetKeywordByStmt(statement)) == 0;
+    return isThere ? root : nullptr;
+}
+
+} // namespace
+
+// The header.
 
 namespace {
 
@@ -23,7 +38,7 @@ enum HeadBit : uint32_t {
     HEAD_YANG_VERSION = 1,
     HEAD_NAMESPACE = 2,
     HEAD_PREFIX = 4,
-    HEAD_ALL = 7
+    HEAD_ALL = HEAD_YANG_VERSION | HEAD_NAMESPACE | HEAD_PREFIX
 };
 
 struct HeadStatement {
@@ -54,75 +69,8 @@ uint32_t ParseHeadStatement(ZrMod *module, xmlNode *element, const HeadStatement
 {
     uint32_t status = row.parse(module, element, ZRS_STMT_MODULE, row.destination(module));
     if (status != ZR_OK)
-        ZR_CTX_AddModError(module->ctx, module->name, "Failed to parse statement \"%s\".",
-                           ZRS_LOADER_GetKeywordByStmt(row.statement));
+        zr::RecordBadStatement(module, row.statement);
     return status;
-}
-
-constexpr uint32_t kBodyRowCount = 19;
-
-// Where the statements go that describe the file itself.
-struct Description {
-    const char **revision, **description, **organization;
-};
-
-struct Body {
-    uint16_t extensions, features, identities, typedefs, deviations, extInsts;
-    ZrsSubElem rows[kBodyRowCount];
-};
-
-Body MakeBody(ZrMod *module)
-{
-    Body body = {};
-    body.extensions = module->extensionCount;
-    body.features = module->featureCount;
-    body.identities = module->identityCount;
-    body.typedefs = module->typedefCount;
-    body.deviations = module->deviationCount;
-    body.extInsts = module->extInstCount;
-    return body;
-}
-
-// Takes the body in place: the rows point at its counters.
-void FillRows(ZrMod *module, const Description &own, Body *body)
-{
-    // clang-format off
-    const ZrsSubElem rows[] = {
-        zr::RepeatedRow(ZRS_STMT_REVISION,        own.revision),
-        zr::UniqueRow(ZRS_STMT_DESCRIPTION,       own.description),
-        zr::ArrayRow(ZRS_STMT_EXTENSION,          &module->extensions, &body->extensions, &module->extensionCount),
-        zr::ArrayRow(ZRS_STMT_FEATURE,            &module->features,   &body->features,   &module->featureCount),
-        zr::ArrayRow(ZRS_STMT_IDENTITY,           &module->identities, &body->identities, &module->identityCount),
-        zr::ArrayRow(ZRS_STMT_TYPEDEF,            &module->typedefs,   &body->typedefs,   &module->typedefCount),
-        zr::RepeatedRow(ZRS_STMT_CONTAINER,       module),
-        zr::RepeatedRow(ZRS_STMT_LEAF,            module),
-        zr::RepeatedRow(ZRS_STMT_LEAF_LIST,       module),
-        zr::RepeatedRow(ZRS_STMT_LIST,            module),
-        zr::RepeatedRow(ZRS_STMT_CHOICE,          module),
-        zr::RepeatedRow(ZRS_STMT_ANYDATA,         module),
-        zr::RepeatedRow(ZRS_STMT_ANYXML,          module),
-        zr::RepeatedRow(ZRS_STMT_AUGMENT,         module),
-        zr::RepeatedRow(ZRS_STMT_RPC,             module),
-        zr::RepeatedRow(ZRS_STMT_NOTIFICATION,    module),
-        zr::ArrayRow(ZRS_STMT_DEVIATION,          &module->deviations, &body->deviations, &module->deviationCount),
-        zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &module->extInsts,   &body->extInsts,   &module->extInstCount),
-        zr::UniqueRow(ZRS_STMT_ORGANIZATION,      own.organization),
-    };
-    // clang-format on
-    static_assert(std::size(rows) == kBodyRowCount);
-    std::ranges::copy(rows, body->rows);
-}
-
-uint32_t ParseBody(ZrMod *module, xmlNode *root, const Description &own)
-{
-    Body body = MakeBody(module);
-    FillRows(module, own, &body);
-    uint32_t status =
-        ZRS_LOADER_CounterAndExpandBodyStmtArray(module, root, body.rows, kBodyRowCount);
-    if (status != ZR_OK)
-        return status;
-    return ZRS_LOADER_ParseSubStatementsInner(module, root, ZRS_STMT_MODULE, body.rows,
-                                              kBodyRowCount);
 }
 
 } // namespace
@@ -144,10 +92,7 @@ uint32_t ZRS_LOADER_ParseModuleHeadStmts(ZrMod *module, xmlNode *root)
         if (row == nullptr)
             continue;
         if ((seen & row->bit) != 0) {
-            ZR_CTX_AddModError(module->ctx, module->name,
-                               "Statement \"%s\" under statement \"%s\" has repeated.",
-                               ZRS_LOADER_GetKeywordByStmt(row->statement),
-                               ZRS_LOADER_GetKeywordByStmt(ZRS_STMT_MODULE));
+            zr::RecordRepeated(module, row->statement, ZRS_STMT_MODULE);
             return ZR_ERR_FAILED;
         }
         seen |= row->bit;
@@ -157,6 +102,8 @@ uint32_t ZRS_LOADER_ParseModuleHeadStmts(ZrMod *module, xmlNode *root)
     }
     return ZR_OK;
 }
+
+// The body.
 
 uint32_t ZRS_LOADER_CounterAndExpandBodyStmtArray(ZrMod *module, xmlNode *root, ZrsSubElem *rows,
                                                   uint32_t rowCount)
@@ -177,14 +124,58 @@ uint32_t ZRS_LOADER_CounterAndExpandBodyStmtArray(ZrMod *module, xmlNode *root, 
     return status;
 }
 
-uint32_t zr::ParseModuleBody(ZrMod *module, xmlNode *root)
+namespace {
+
+// Where the statements go that describe the file itself.
+struct Description {
+    const char **revision, **description, **organization;
+};
+
+uint32_t ParseBody(ZrMod *module, xmlNode *root, const Description &own)
+{
+    uint16_t extensions = module->extensionCount;
+    uint16_t features = module->featureCount;
+    uint16_t identities = module->identityCount;
+    uint16_t typedefs = module->typedefCount;
+    uint16_t deviations = module->deviationCount;
+    uint16_t extInsts = module->extInstCount;
+    // clang-format off
+    ZrsSubElem rows[] = {
+        zr::RepeatedRow(ZRS_STMT_REVISION,        own.revision),
+        zr::UniqueRow(ZRS_STMT_DESCRIPTION,       own.description),
+        zr::ArrayRow(ZRS_STMT_EXTENSION,          &module->extensions, &extensions, &module->extensionCount),
+        zr::ArrayRow(ZRS_STMT_FEATURE,            &module->features,   &features,   &module->featureCount),
+        zr::ArrayRow(ZRS_STMT_IDENTITY,           &module->identities, &identities, &module->identityCount),
+        zr::ArrayRow(ZRS_STMT_TYPEDEF,            &module->typedefs,   &typedefs,   &module->typedefCount),
+        zr::RepeatedRow(ZRS_STMT_CONTAINER,       module),
+        zr::RepeatedRow(ZRS_STMT_LEAF,            module),
+        zr::RepeatedRow(ZRS_STMT_LEAF_LIST,       module),
+        zr::RepeatedRow(ZRS_STMT_LIST,            module),
+        zr::RepeatedRow(ZRS_STMT_CHOICE,          module),
+        zr::RepeatedRow(ZRS_STMT_ANYDATA,         module),
+        zr::RepeatedRow(ZRS_STMT_ANYXML,          module),
+        zr::RepeatedRow(ZRS_STMT_AUGMENT,         module),
+        zr::RepeatedRow(ZRS_STMT_RPC,             module),
+        zr::RepeatedRow(ZRS_STMT_NOTIFICATION,    module),
+        zr::ArrayRow(ZRS_STMT_DEVIATION,          &module->deviations, &deviations, &module->deviationCount),
+        zr::ArrayRow(ZRS_STMT_EXTENSION_INSTANCE, &module->extInsts,   &extInsts,   &module->extInstCount),
+        zr::UniqueRow(ZRS_STMT_ORGANIZATION,      own.organization),
+    };
+    // clang-format on
+    uint32_t status = ZRS_LOADER_CounterAndExpandBodyStmtArray(module, root, rows, std::size(rows));
+    if (status != ZR_OK)
+        return status;
+    return ZRS_LOADER_ParseSubStatementsInner(module, root, ZRS_STMT_MODULE, rows, std::size(rows));
+}
+
+uint32_t ParseModuleBody(ZrMod *module, xmlNode *root)
 {
     return ParseBody(module, root,
                      {&module->revision, &module->description, &module->organization});
 }
 
 // What describes the submodule is checked like the module's own, and describes nothing afterwards.
-uint32_t zr::ParseSubmoduleBody(ZrMod *module, xmlNode *root)
+uint32_t ParseSubmoduleBody(ZrMod *module, xmlNode *root)
 {
     const char *texts[3] = {};
     uint32_t status = ParseBody(module, root, {&texts[0], &texts[1], &texts[2]});
@@ -193,23 +184,11 @@ uint32_t zr::ParseSubmoduleBody(ZrMod *module, xmlNode *root)
     return status;
 }
 
-uint32_t ZRS_LOADER_ParseModuleContent(ZrMod *module, xmlNode *root, const char * /*expectedName*/)
-{
-    ZRS_LOADER_MarkSubNode(root);
-    uint32_t status = ZRS_LOADER_ParseModuleHeadStmts(module, root);
-    if (status == ZR_OK)
-        status = ZRS_LOADER_ParseLinkageStmts(module, root);
-    zr::FileScope file(module);
-    if (status == ZR_OK)
-        status = file.EnterRecord();
-    return status == ZR_OK ? zr::ParseModuleBody(module, root) : status;
-}
+} // namespace
 
 // Submodules (RFC 7950, section 7.2): their statements become statements of the including module.
 
 namespace {
-
-constexpr uint16_t kMaxFilesOfOneSubmodule = 10;
 
 // Each file is open while those that it includes are read: the depth is bounded like that of other
 // chains, so that no set of files can use up the stack.
@@ -228,7 +207,7 @@ uint32_t CheckSubmoduleName(ZrMod *module, const xmlNode *root, const char *subm
     return ZR_ERR_INVALID;
 }
 
-const xmlNode *FindChild(const xmlNode *element, uint32_t statement)
+const xmlNode *FindStatement(const xmlNode *element, uint32_t statement)
 {
     for (const xmlNode *child = element->children; child != nullptr; child = child->next)
         if (child->type == XML_ELEMENT_NODE && ZRS_LOADER_GetXmlNodeYangStmt(child) == statement)
@@ -240,7 +219,7 @@ const xmlNode *FindChild(const xmlNode *element, uint32_t statement)
 // or to another one, which is recorded.
 const char *CheckBelongsTo(ZrMod *module, const xmlNode *root)
 {
-    const xmlNode *belongsTo = FindChild(root, ZRS_STMT_BELONGS_TO);
+    const xmlNode *belongsTo = FindStatement(root, ZRS_STMT_BELONGS_TO);
     const char *owner = belongsTo != nullptr ? ZR_XML_GetFirstPropertyValue(belongsTo) : nullptr;
     if (owner == nullptr) {
         zr::RecordMissingValue(module, ZRS_STMT_BELONGS_TO);
@@ -265,17 +244,15 @@ uint32_t ParseContent(ZrMod *module, xmlNode *root, const char *submoduleName, z
     status = file.Enter(root, prefix);
     if (status == ZR_OK)
         status = linkage->ParseFile(root);
-    return status == ZR_OK ? zr::ParseSubmoduleBody(module, root) : status;
+    return status == ZR_OK ? ParseSubmoduleBody(module, root) : status;
 }
 
 uint32_t ParseDocument(ZrMod *module, xmlDoc *document, const char *submoduleName,
                        zr::Linkage *linkage)
 {
-    xmlNode *root = xmlDocGetRootElement(document);
-    if (root == nullptr || std::strcmp(reinterpret_cast<const char *>(root->name),
-                                       ZRS_LOADER_GetKeywordByStmt(ZRS_STMT_SUBMODULE)) != 0)
-        return ZR_ERR_INVALID;
-    return ParseContent(module, root, submoduleName, linkage);
+    xmlNode *root = RootOf(document, ZRS_STMT_SUBMODULE);
+    return root != nullptr ? ParseContent(module, root, submoduleName, linkage)
+                           : uint32_t{ZR_ERR_INVALID};
 }
 
 // Reads one file; errors name it, and then again the file that includes it.
@@ -285,13 +262,9 @@ uint32_t LoadFile(ZrMod *module, const char *path, const char *submoduleName, zr
     char includingFile[sizeof(ctx->curYinFile)];
     std::memcpy(includingFile, ctx->curYinFile, sizeof(includingFile));
     ZR_CTX_SetCurYinFile(ctx, path);
-    uint32_t status = ZR_ERR_INVALID;
-    xmlDoc *document = ZRS_LOADER_ReadYinFileToXmlDoc(path);
-    if (document == nullptr)
-        ZR_CTX_AddModError(ctx, module->name, "Failed to read content from the yin file.");
-    else
-        status = ParseDocument(module, document, submoduleName, linkage);
-    xmlFreeDoc(document);
+    zr::OwnedDoc document = zr::ReadYinFile(ctx, path, module->name);
+    uint32_t status = document ? ParseDocument(module, document.get(), submoduleName, linkage)
+                               : uint32_t{ZR_ERR_INVALID};
     ZR_CTX_SetCurYinFile(ctx, includingFile);
     return status;
 }
@@ -301,7 +274,7 @@ uint32_t LoadFiles(ZrMod *module, const char *submoduleName, ZrsPathCollection *
                    ZrsLoadAssister *assister, zr::Linkage *linkage)
 {
     uint32_t status = ZRS_LOADER_AddPathObjToLoadAssister(assister, collection);
-    collection->limit = kMaxFilesOfOneSubmodule;
+    collection->limit = zr::kMaxFilesAtOnce;
     while (status == ZR_OK) {
         const ZrsPathObj *object = ZRS_LOADER_GetNextPathObjToProc(collection, assister);
         if (object == nullptr)
@@ -312,29 +285,37 @@ uint32_t LoadFiles(ZrMod *module, const char *submoduleName, ZrsPathCollection *
     return status;
 }
 
-} // namespace
-
-uint32_t zr::LoadSubmodule(ZrMod *module, const char *submoduleName, Linkage *linkage)
+uint32_t LoadSubmodule(ZrMod *module, const char *submoduleName, zr::Linkage *linkage)
 {
     if (linkage->depth >= kMaxIncludeDepth)
         return ZR_ERR_INVALID;
-    ZrsPathCollection *collection = nullptr;
-    uint32_t status = zr::CollectPaths(module->ctx, submoduleName, &collection);
+    zr::OwnedPaths paths;
+    uint32_t status = zr::CollectPaths(module->ctx, submoduleName, paths);
     if (status != ZR_OK)
         return status;
-    ZrsLoadAssister assister = {};
-    assister.moduleName = submoduleName;
+    zr::LoadAssister assister(submoduleName);
     ++linkage->depth;
-    status = LoadFiles(module, submoduleName, collection, &assister, linkage);
+    status = LoadFiles(module, submoduleName, paths.get(), &assister, linkage);
     --linkage->depth;
-    ZRS_LOADER_ClearLoadAssister(&assister);
-    zr::FreePathCollection(collection);
     return status;
 }
 
+// Parses what belongs to the linkage of a module whose own file is not being read.
+template <typename Parse> uint32_t ParseAlone(ZrMod *module, Parse parse)
+{
+    zr::Linkage linkage(module, LoadSubmodule);
+    zr::FileScope record(module);
+    uint32_t status = record.EnterRecord();
+    if (status == ZR_OK)
+        status = parse(&linkage);
+    return status == ZR_OK ? linkage.Finish() : status;
+}
+
+} // namespace
+
 uint32_t ZRS_LOADER_ParseSubmoduleContent(ZrMod *module, xmlNode *root, const char *submoduleName)
 {
-    return zr::ParseAlone(module, [=](zr::Linkage *linkage) {
+    return ParseAlone(module, [=](zr::Linkage *linkage) {
         linkage->depth = 1;
         return ParseContent(module, root, submoduleName, linkage);
     });
@@ -342,7 +323,64 @@ uint32_t ZRS_LOADER_ParseSubmoduleContent(ZrMod *module, xmlNode *root, const ch
 
 uint32_t ZRS_LOADER_LoadSubModule(ZrMod *module, const char *submoduleName)
 {
-    return zr::ParseAlone(module, [=](zr::Linkage *linkage) {
-        return zr::LoadSubmodule(module, submoduleName, linkage);
+    return ParseAlone(module, [=](zr::Linkage *linkage) {
+        return LoadSubmodule(module, submoduleName, linkage);
     });
+}
+
+uint32_t ZRS_LOADER_ParseInclude(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
+                                 void * /*destination*/)
+{
+    return ParseAlone(module, [=](zr::Linkage *linkage) { return linkage->Include(element); });
+}
+
+// The whole module.
+
+uint32_t ZRS_LOADER_ParseLinkageStmts(ZrMod *module, xmlNode *root)
+{
+    zr::Linkage linkage(module, LoadSubmodule);
+    zr::FileScope file(module);
+    uint32_t status = file.Enter(root, module->prefix);
+    if (status == ZR_OK)
+        status = linkage.ParseFile(root);
+    return status == ZR_OK ? linkage.Finish() : status;
+}
+
+uint32_t ZRS_LOADER_ParseModuleContent(ZrMod *module, xmlNode *root, const char * /*expectedName*/)
+{
+    ZRS_LOADER_MarkSubNode(root);
+    uint32_t status = ZRS_LOADER_ParseModuleHeadStmts(module, root);
+    if (status == ZR_OK)
+        status = ZRS_LOADER_ParseLinkageStmts(module, root);
+    zr::FileScope file(module);
+    if (status == ZR_OK)
+        status = file.EnterRecord();
+    return status == ZR_OK ? ParseModuleBody(module, root) : status;
+}
+
+uint32_t ZRS_LOADER_CheckParsedModNameMatched(const char *parsedName, const char *expectedName)
+{
+    if (parsedName == nullptr || parsedName[0] == '\0')
+        return ZR_ERR_INVALID;
+    bool isExpected = expectedName == nullptr || std::strcmp(parsedName, expectedName) == 0;
+    return isExpected ? ZR_OK : ZR_ERR_INVALID;
+}
+
+ZrMod *ZRS_LOADER_ParseYinDocToZrMod(ZrCtx *ctx, xmlNode *root, const char *expectedName)
+{
+    const char *name = ZR_XML_GetTargetPropertyValue(root, "name");
+    if (ZRS_LOADER_CheckParsedModNameMatched(name, expectedName) != ZR_OK)
+        return nullptr;
+    zr::Owned<ZrMod, ZRS_MOD_Free> module(zr::NewModule(ctx));
+    if (!module || !zr::Intern(&ctx->dict, module->name, name) ||
+        zr::CheckName(module.get(), name, ZRS_STMT_MODULE) != ZR_OK ||
+        ZRS_LOADER_ParseModuleContent(module.get(), root, expectedName) != ZR_OK)
+        return nullptr;
+    return module.release();
+}
+
+ZrMod *ZRS_LOADER_ParseYinContent(ZrCtx *ctx, xmlDoc *document, const char *expectedName)
+{
+    xmlNode *root = RootOf(document, ZRS_STMT_MODULE);
+    return root != nullptr ? ZRS_LOADER_ParseYinDocToZrMod(ctx, root, expectedName) : nullptr;
 }
