@@ -145,6 +145,51 @@ bool IsChangedByOthers(const ZrMod *module)
     return ZR_CTX_FindModRelationTbl(module->ctx, module->name) != nullptr;
 }
 
+constexpr char kUncoupled[] = "Failed to couple augment statements.";
+
+bool IsRecordedUncoupled(const ZrMod *module)
+{
+    const ZrErrModNode *recorded = ZR_CTX_GetErrNodeByModName(module->ctx, module->name);
+    for (uint32_t i = 0; recorded != nullptr && i < recorded->entryCount; ++i) {
+        const ZrErrInfo &entry = recorded->entries[i];
+        if (entry.loadStage == ZRS_STAGE_AUGMENT && zr::TextEquals(entry.message, kUncoupled))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+uint32_t zr::CoupleModuleAugments(ZrMod *module)
+{
+    Coupler coupler(module);
+    uint32_t status = coupler.Run();
+    // Others may have waited for the input or output that this made, and for nodes that hung in an
+    // augment without a target.
+    if (coupler.MadeTarget() || (coupler.CoupledAny() && IsChangedByOthers(module)))
+        ApplyWaitingDeviations(module);
+    return SettleModuleAugments(module) ? uint32_t{ZR_OK} : status;
+}
+
+void zr::RetryModuleAugments(ZrMod *module)
+{
+    CoupleModuleAugments(module);
+    RetryModuleDeviations(module);
+}
+
+void zr::RecordUncoupledAugments(const ZrMod *module)
+{
+    if (IsRecordedUncoupled(module))
+        return;
+    // A stage of its own: a later success clears the message.
+    ScopedLoadStage stage(module->ctx, ZRS_STAGE_AUGMENT);
+    ZR_CTX_AddModError(module->ctx, module->name, kUncoupled);
+}
+
+// Uncoupling, and the "input" and "output" nodes that coupling made.
+
+namespace {
+
 // A deviation of a node that is gone can be applied again when the node comes back.
 void ForgetDeviationsOf(const ZrCtx *ctx, const char *path)
 {
@@ -187,19 +232,6 @@ ZrNode *MadeTargetOf(const ZrNode *augment)
     return ZR_CTX_GetTargetNode(augment->module->ctx, augment->name, nullptr);
 }
 
-constexpr char kUncoupled[] = "Failed to couple augment statements.";
-
-bool IsRecordedUncoupled(const ZrMod *module)
-{
-    const ZrErrModNode *recorded = ZR_CTX_GetErrNodeByModName(module->ctx, module->name);
-    for (uint32_t i = 0; recorded != nullptr && i < recorded->entryCount; ++i) {
-        const ZrErrInfo &entry = recorded->entries[i];
-        if (entry.loadStage == ZRS_STAGE_AUGMENT && zr::TextEquals(entry.message, kUncoupled))
-            return true;
-    }
-    return false;
-}
-
 // The made node stays for the next augment that uses it, and goes with the last one.
 void LeaveMadeTarget(ZrNode *augment, ZrNode *target)
 {
@@ -217,32 +249,6 @@ void LeaveMadeTarget(ZrNode *augment, ZrNode *target)
 }
 
 } // namespace
-
-uint32_t zr::CoupleModuleAugments(ZrMod *module)
-{
-    Coupler coupler(module);
-    uint32_t status = coupler.Run();
-    // Others may have waited for the input or output that this made, and for nodes that hung in an
-    // augment without a target.
-    if (coupler.MadeTarget() || (coupler.CoupledAny() && IsChangedByOthers(module)))
-        ApplyWaitingDeviations(module);
-    return SettleModuleAugments(module) ? uint32_t{ZR_OK} : status;
-}
-
-void zr::RetryModuleAugments(ZrMod *module)
-{
-    CoupleModuleAugments(module);
-    RetryModuleDeviations(module);
-}
-
-void zr::RecordUncoupledAugments(const ZrMod *module)
-{
-    if (IsRecordedUncoupled(module))
-        return;
-    // A stage of its own: a later success clears the message.
-    ScopedLoadStage stage(module->ctx, ZRS_STAGE_AUGMENT);
-    ZR_CTX_AddModError(module->ctx, module->name, kUncoupled);
-}
 
 void zr::UncoupleModuleAugments(ZrMod *module)
 {
