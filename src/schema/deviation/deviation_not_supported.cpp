@@ -195,8 +195,7 @@ bool ReadModuleName(const char *step, zr::ModuleNameText &nameOut)
 // Calls `visit`(deviation, module) for every deviation that has removed a node.
 template <typename Visit> void ForEachRemoval(const ZrCtx *ctx, Visit visit)
 {
-    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module)) {
+    for (ZrMod *module : zr::ModulesOf(ctx)) {
         for (uint32_t i = 0; i < module->deviationCount; ++i) {
             const ZrsDeviation &deviation = module->deviations[i];
             if (HasRemoved(deviation))

@@ -118,7 +118,7 @@ uint32_t ZRS_NODE_CompareTwoTreeNodeSelfData(const ZrNode *destination, const Zr
         return ZRS_DIFF_OTHER;
     if (destination->name != source->name)
         return ZRS_DIFF_NAME;
-    if (((destination->flags ^ source->flags) & ~zr::kFlagsOfCoupling) != 0 ||
+    if (((destination->flags ^ source->flags) & ~ZRS_FLAGS_COUPLING) != 0 ||
         destination->kind != source->kind)
         return ZRS_DIFF_OTHER;
     if (source->extInstCount == 0)

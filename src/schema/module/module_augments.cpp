@@ -132,8 +132,7 @@ private:
 // Applies the deviations of all other modules that waited for a node.
 void ApplyWaitingDeviations(const ZrMod *coupled)
 {
-    for (ZrMod *module = zr::FirstModule(coupled->ctx); module != nullptr;
-         module = zr::NextModule(coupled->ctx, module)) {
+    for (ZrMod *module : zr::ModulesOf(coupled->ctx)) {
         if (module != coupled)
             zr::RetryModuleDeviations(module);
     }
@@ -193,8 +192,7 @@ namespace {
 // A deviation of a node that is gone can be applied again when the node comes back.
 void ForgetDeviationsOf(const ZrCtx *ctx, const char *path)
 {
-    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module)) {
+    for (ZrMod *module : zr::ModulesOf(ctx)) {
         for (uint32_t i = 0; i < module->deviationCount; ++i) {
             if (zr::TextEquals(module->deviations[i].targetPath, path))
                 module->deviations[i].flags = 0;
@@ -214,8 +212,7 @@ ZrNode *FindCoupledAugmentOf(const ZrMod *module, const char *path)
 // A coupled augment of any module with that target path, or null.
 ZrNode *FindCoupledAugment(const ZrCtx *ctx, const char *path)
 {
-    for (const ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module)) {
+    for (const ZrMod *module : zr::ModulesOf(ctx)) {
         if (ZrNode *augment = FindCoupledAugmentOf(module, path))
             return augment;
     }
@@ -265,8 +262,7 @@ void zr::UncoupleMadeTargetsIn(const ZrMod *module)
     // An augment that takes a made target over may stand before the one that left it.
     for (bool any = true; any;) {
         any = false;
-        for (const ZrMod *owner = FirstModule(module->ctx); owner != nullptr;
-             owner = NextModule(module->ctx, owner)) {
+        for (const ZrMod *owner : ModulesOf(module->ctx)) {
             for (ZrNode *augment = owner->augments; augment != nullptr; augment = augment->next) {
                 ZrNode *made = MadeTargetOf(augment);
                 if (made == nullptr || made->module != module)
