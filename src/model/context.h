@@ -46,4 +46,37 @@ void RemoveModuleNode(ZrCtx *ctx, ZrMod *module);
 // Modules in name order: the first, and the one after `module`; null at the end.
 ZrMod *FirstModule(const ZrCtx *ctx);
 ZrMod *NextModule(const ZrCtx *ctx, const ZrMod *module);
+
+// All of them, for a range-based loop that leaves the module at hand in the trees.
+class ModuleRange {
+    class Iterator {
+    public:
+        Iterator(const ZrCtx *ctx, ZrMod *module) : ctx_(ctx), module_(module) {}
+        ZrMod *operator*() const { return module_; }
+        Iterator &operator++()
+        {
+            module_ = NextModule(ctx_, module_);
+            return *this;
+        }
+        bool operator!=(const Iterator &other) const { return module_ != other.module_; }
+
+    private:
+        const ZrCtx *ctx_;
+        ZrMod *module_;
+    };
+
+public:
+    explicit ModuleRange(const ZrCtx *ctx) : ctx_(ctx) {}
+    Iterator begin() const { return Iterator(ctx_, FirstModule(ctx_)); }
+    Iterator end() const { return Iterator(ctx_, nullptr); }
+
+private:
+    const ZrCtx *ctx_;
+};
+
+inline ModuleRange ModulesOf(const ZrCtx *ctx)
+{
+    return ModuleRange(ctx);
+}
+
 } // namespace zr

@@ -25,6 +25,7 @@ enum ZrsNodeFlag : uint32_t {
     ZRS_FLAG_DENY_ALL = 0x2000,    // default-deny-all of ietf-netconf-acm
     ZRS_FLAG_MADE_TARGET = 0x4000, // augment nodes: coupling made the target, "input" or "output"
 
+    ZRS_FLAGS_COUPLING = ZRS_FLAG_COUPLED | ZRS_FLAG_MADE_TARGET, // that no statement sets
     ZRS_FLAGS_CONFIG = ZRS_FLAG_CONFIG_TRUE | ZRS_FLAG_CONFIG_FALSE,
     ZRS_FLAGS_MANDATORY = ZRS_FLAG_MANDATORY_TRUE | ZRS_FLAG_MANDATORY_FALSE,
     ZRS_FLAGS_NACM = ZRS_FLAG_DENY_WRITE | ZRS_FLAG_DENY_ALL

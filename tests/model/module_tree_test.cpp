@@ -91,6 +91,21 @@ TEST_F(ModuleTree, WalksModulesInTheOrderOfTheirNames)
     EXPECT_THAT(Names(), ElementsAre("a", "m", "z"));
 }
 
+TEST_F(ModuleTree, IsWalkedByARangeInTheSameOrder)
+{
+    ZrMod z = MakeModule("z", "urn:1");
+    ZrMod a = MakeModule("a", "urn:2");
+    std::vector<const ZrMod *> walked;
+    for (const ZrMod *module : zr::ModulesOf(ctx_))
+        walked.push_back(module);
+    EXPECT_TRUE(walked.empty());
+    ASSERT_EQ(ZR_CTX_AddModuleNode(ctx_, &z), ZR_OK);
+    ASSERT_EQ(ZR_CTX_AddModuleNode(ctx_, &a), ZR_OK);
+    for (const ZrMod *module : zr::ModulesOf(ctx_))
+        walked.push_back(module);
+    EXPECT_THAT(walked, ElementsAre(&a, &z));
+}
+
 TEST_F(ModuleTree, WalksOfNullAreEmpty)
 {
     ZrMod m = MakeModule("m", "urn:m");

@@ -293,10 +293,10 @@ TEST_F(MergeNodes, DifferInNothingWhenOneIsAnAugmentThatIsCoupled)
     Top(destination_, {"a"});
     Top(source_, {"a"});
     ZrNode *node = destination_->dataNodes;
-    node->flags |= zr::kFlagsOfCoupling;
+    node->flags |= ZRS_FLAGS_COUPLING;
     EXPECT_EQ(ZRS_NODE_CompareTwoTreeNodeSelfData(node, source_->dataNodes),
               uint32_t{ZRS_DIFF_NONE});
-    node->flags &= ~zr::kFlagsOfCoupling; // a coupled node would not be freed
+    node->flags &= ~ZRS_FLAGS_COUPLING; // a coupled node would not be freed
 }
 
 TEST_F(MergeNodes, RefuseAReasonThatIsNone)

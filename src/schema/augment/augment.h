@@ -72,9 +72,6 @@ inline bool IsCoupled(const ZrNode *augment)
     return (augment->flags & ZRS_FLAG_COUPLED) != 0;
 }
 
-// The flags of an augment that coupling sets, and no statement.
-constexpr uint32_t kFlagsOfCoupling = uint32_t{ZRS_FLAG_COUPLED} | uint32_t{ZRS_FLAG_MADE_TARGET};
-
 // ZRS_NODE_CoupleAugmentNode for an augment that is not coupled, with the target that its path
 // leads to, or null.
 uint32_t CoupleAugment(ZrNode *augment, ZrNode *target);

@@ -75,8 +75,7 @@ zr::AugmentIndex::~AugmentIndex()
 uint32_t zr::AugmentIndex::Make(ZrCtx *ctx)
 {
     return MakeOf(ctx, [=](auto visit) {
-        for (const ZrMod *module = FirstModule(ctx); module != nullptr;
-             module = NextModule(ctx, module))
+        for (const ZrMod *module : ModulesOf(ctx))
             ForEachAugment(module, visit);
     });
 }

@@ -67,60 +67,6 @@ uint32_t DropAugmentsOf(Owner *owner, const char *deviatingModuleName, const cha
     return status == ZR_OK ? DropAugments(&run, deviatingModuleName, path, nullptr) : status;
 }
 
-bool IsNotSupported(const ZrsDeviation &deviation)
-{
-    for (uint32_t i = 0; i < deviation.deviateCount; ++i) {
-        if (deviation.deviates[i].kind == ZRS_DEVIATE_NOT_SUPPORTED)
-            return true;
-    }
-    return false;
-}
-
-bool HasRemoved(const ZrsDeviation &deviation)
-{
-    return (deviation.flags & ZRS_DEVIATION_COUPLED) != 0 && IsNotSupported(deviation);
-}
-
-bool HasRemoved(const ZrMod *module, const char *path)
-{
-    for (uint32_t i = 0; module != nullptr && i < module->deviationCount; ++i) {
-        const ZrsDeviation &deviation = module->deviations[i];
-        if (HasRemoved(deviation) && zr::IsPathAtOrBelow(path, deviation.targetPath))
-            return true;
-    }
-    return false;
-}
-
-// The module among the named one and those that deviate it which removed the path, or null.
-ZrMod *FindRemoverAmong(const ZrCtx *ctx, const char *moduleName, const char *path)
-{
-    ZrMod *module = ZR_CTX_GetModuleByModName(ctx, moduleName);
-    if (HasRemoved(module, path))
-        return module;
-    const ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
-    if (table == nullptr)
-        return nullptr;
-    for (const ZrModRelItem &relation : zr::ItemsOf<ZrModRelItem>(&table->items)) {
-        if (relation.kind != ZR_RELATION_DEVIATED_BY)
-            continue;
-        module = ZR_CTX_GetModuleByModName(ctx, relation.otherName);
-        if (HasRemoved(module, path))
-            return module;
-    }
-    return nullptr;
-}
-
-// Reads the module name of the step that begins at `step`; false when it has none.
-bool ReadModuleName(const char *step, zr::ModuleNameText &nameOut)
-{
-    size_t length = std::strcspn(step, ":/");
-    if (step[length] != ':' || length >= sizeof(nameOut))
-        return false;
-    std::memcpy(nameOut, step, length);
-    nameOut[length] = '\0';
-    return true;
-}
-
 } // namespace
 
 void ZRS_NODE_NotifyBeforeDeviateNotSupport(ZrNode *node)
@@ -178,13 +124,78 @@ uint32_t ZRS_MOD_RemoveOneModAugmentStartsWithDeviationPath(ZrMod *module,
     return DropAugmentsOf(module, deviatingModuleName, deviationPath);
 }
 
+uint32_t zr::DropAugment(ZrNode *augment, const ZrMod *remover)
+{
+    uint32_t status = RecordLoss(augment->module, remover->name);
+    if (status != ZR_OK)
+        return status;
+    ZRS_NODE_Unlink(augment);
+    ZRS_NODE_Free(augment);
+    return ZR_OK;
+}
+
+// Who removed a node: the module with an applied "not-supported" deviation at or above its path.
+
 namespace {
+
+bool IsNotSupported(const ZrsDeviation &deviation)
+{
+    for (uint32_t i = 0; i < deviation.deviateCount; ++i) {
+        if (deviation.deviates[i].kind == ZRS_DEVIATE_NOT_SUPPORTED)
+            return true;
+    }
+    return false;
+}
+
+bool HasRemoved(const ZrsDeviation &deviation)
+{
+    return (deviation.flags & ZRS_DEVIATION_COUPLED) != 0 && IsNotSupported(deviation);
+}
+
+bool HasRemoved(const ZrMod *module, const char *path)
+{
+    for (uint32_t i = 0; module != nullptr && i < module->deviationCount; ++i) {
+        const ZrsDeviation &deviation = module->deviations[i];
+        if (HasRemoved(deviation) && zr::IsPathAtOrBelow(path, deviation.targetPath))
+            return true;
+    }
+    return false;
+}
+
+// The module among the named one and those that deviate it which removed the path, or null.
+ZrMod *FindRemoverAmong(const ZrCtx *ctx, const char *moduleName, const char *path)
+{
+    ZrMod *module = ZR_CTX_GetModuleByModName(ctx, moduleName);
+    if (HasRemoved(module, path))
+        return module;
+    const ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
+    if (table == nullptr)
+        return nullptr;
+    for (const ZrModRelItem &relation : zr::ItemsOf<ZrModRelItem>(&table->items)) {
+        if (relation.kind != ZR_RELATION_DEVIATED_BY)
+            continue;
+        module = ZR_CTX_GetModuleByModName(ctx, relation.otherName);
+        if (HasRemoved(module, path))
+            return module;
+    }
+    return nullptr;
+}
+
+// Reads the module name of the step that begins at `step`; false when it has none.
+bool ReadModuleName(const char *step, zr::ModuleNameText &nameOut)
+{
+    size_t length = std::strcspn(step, ":/");
+    if (step[length] != ':' || length >= sizeof(nameOut))
+        return false;
+    std::memcpy(nameOut, step, length);
+    nameOut[length] = '\0';
+    return true;
+}
 
 // Calls `visit`(deviation, module) for every deviation that has removed a node.
 template <typename Visit> void ForEachRemoval(const ZrCtx *ctx, Visit visit)
 {
-    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module)) {
+    for (ZrMod *module : zr::ModulesOf(ctx)) {
         for (uint32_t i = 0; i < module->deviationCount; ++i) {
             const ZrsDeviation &deviation = module->deviations[i];
             if (HasRemoved(deviation))
@@ -194,6 +205,20 @@ template <typename Visit> void ForEachRemoval(const ZrCtx *ctx, Visit visit)
 }
 
 } // namespace
+
+ZrMod *zr::FindRemover(const ZrCtx *ctx, const char *path)
+{
+    // A path at or below the removed one names all the modules that the removed one names.
+    for (const char *slash = std::strchr(path, '/'); slash != nullptr;
+         slash = std::strchr(slash + 1, '/')) {
+        ModuleNameText name;
+        if (!ReadModuleName(slash + 1, name))
+            continue;
+        if (ZrMod *remover = FindRemoverAmong(ctx, name, path))
+            return remover;
+    }
+    return nullptr;
+}
 
 bool zr::RemovedPaths::Make(const ZrCtx *ctx)
 {
@@ -231,28 +256,4 @@ ZrMod *zr::RemovedPaths::FindRemover(const ZrCtx *ctx, const char *path)
             return remover;
     }
     return RemoverOf(text);
-}
-
-ZrMod *zr::FindRemover(const ZrCtx *ctx, const char *path)
-{
-    // A path at or below the removed one names all the modules that the removed one names.
-    for (const char *slash = std::strchr(path, '/'); slash != nullptr;
-         slash = std::strchr(slash + 1, '/')) {
-        ModuleNameText name;
-        if (!ReadModuleName(slash + 1, name))
-            continue;
-        if (ZrMod *remover = FindRemoverAmong(ctx, name, path))
-            return remover;
-    }
-    return nullptr;
-}
-
-uint32_t zr::DropAugment(ZrNode *augment, const ZrMod *remover)
-{
-    uint32_t status = RecordLoss(augment->module, remover->name);
-    if (status != ZR_OK)
-        return status;
-    ZRS_NODE_Unlink(augment);
-    ZRS_NODE_Free(augment);
-    return ZR_OK;
 }

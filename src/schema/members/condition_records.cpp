@@ -2,30 +2,13 @@
 
 #include "foundation/array.h"
 
+// If-features.
+
 namespace {
 
 auto IfFeatureClearer(ZrDict *dict)
 {
     return [dict](ZrsIfFeature *entry) { ZRS_NODE_ClearIfFeature(dict, entry); };
-}
-
-auto MustClearer(ZrDict *dict)
-{
-    return [dict](ZrsMust *record) { ZRS_NODE_ClearMust(dict, record); };
-}
-
-uint32_t FillMustCopy(ZrDict *dict, ZrsMust *record, const ZrsMust *source)
-{
-    return ZRS_NODE_FillMust(dict, record, source->condition, source->errorMessage,
-                             source->errorAppTag);
-}
-
-uint32_t CountConditions(const ZrsMust *array, uint32_t count)
-{
-    uint32_t conditions = 0;
-    for (uint32_t i = 0; array != nullptr && i < count; ++i)
-        conditions += array[i].condition != nullptr;
-    return conditions;
 }
 
 } // namespace
@@ -94,6 +77,31 @@ ZrsIfFeature *ZRS_NODE_CopyIfFeaturesArray(ZrDict *dict, const ZrsIfFeature *arr
         },
         IfFeatureClearer(dict));
 }
+
+// Musts.
+
+namespace {
+
+auto MustClearer(ZrDict *dict)
+{
+    return [dict](ZrsMust *record) { ZRS_NODE_ClearMust(dict, record); };
+}
+
+uint32_t FillMustCopy(ZrDict *dict, ZrsMust *record, const ZrsMust *source)
+{
+    return ZRS_NODE_FillMust(dict, record, source->condition, source->errorMessage,
+                             source->errorAppTag);
+}
+
+uint32_t CountConditions(const ZrsMust *array, uint32_t count)
+{
+    uint32_t conditions = 0;
+    for (uint32_t i = 0; array != nullptr && i < count; ++i)
+        conditions += array[i].condition != nullptr;
+    return conditions;
+}
+
+} // namespace
 
 uint32_t ZRS_NODE_FillMust(ZrDict *dict, ZrsMust *record, const char *condition,
                            const char *errorMessage, const char *errorAppTag)

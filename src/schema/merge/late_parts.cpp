@@ -71,8 +71,7 @@ bool zr::AugmentsAside::IsConcerned(const ZrNode *augment) const
 uint32_t zr::AugmentsAside::CountConcerned() const
 {
     uint32_t count = 0;
-    for (const ZrMod *owner = FirstModule(module_->ctx); owner != nullptr;
-         owner = NextModule(module_->ctx, owner)) {
+    for (const ZrMod *owner : ModulesOf(module_->ctx)) {
         for (const ZrNode *augment = owner->augments; augment != nullptr; augment = augment->next)
             count += IsConcerned(augment) ? 1 : 0;
     }
@@ -100,8 +99,7 @@ uint32_t zr::AugmentsAside::TakeOut()
     if (count != 0 && NewArray(stretches_, count) != ZR_OK)
         return ZR_ERR_NO_MEMORY;
     UncoupleMadeTargetsIn(module_);
-    for (const ZrMod *owner = FirstModule(module_->ctx); owner != nullptr;
-         owner = NextModule(module_->ctx, owner)) {
+    for (const ZrMod *owner : ModulesOf(module_->ctx)) {
         if (owner != module_)
             TakeOutOf(owner);
     }
@@ -189,7 +187,7 @@ void SwapInfo(ZrNode *node, ZrNode *original)
 // What a deviation can change, and what a node takes from its parent.
 void SwapProperties(ZrNode *node, ZrNode *original)
 {
-    node->flags = (node->flags & zr::kFlagsOfCoupling) | (original->flags & ~zr::kFlagsOfCoupling);
+    node->flags = (node->flags & ZRS_FLAGS_COUPLING) | (original->flags & ~ZRS_FLAGS_COUPLING);
     node->marks = original->marks;
     std::swap(node->musts, original->musts);
     std::swap(node->mustCount, original->mustCount);

@@ -9,6 +9,62 @@
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
 
+// Typedef references.
+
+namespace {
+
+// The tree below a node also holds what other modules add to it; those resolve no typedef of this
+// module.
+uint32_t ForgetResolvedOfNode(ZrNode *node, uint32_t arrival, void *userData)
+{
+    if (arrival != ZR_ARRIVAL_PARENT && node->module == userData)
+        zr::ForgetResolved(const_cast<ZrtRealType *>(ZRS_NODE_GetLeafSchemaRealType(node)));
+    return 0;
+}
+
+uint32_t ForgetResolvedOfTree(ZrNode *node, uint32_t, void *userData)
+{
+    return ZR_NODE_TreeScanAllNode(node, ForgetResolvedOfNode, userData);
+}
+
+} // namespace
+
+namespace zr {
+
+void ForgetResolved(ZrtRealType *type)
+{
+    ZrtConsDerived *derived = ZRT_TYPE_GetTypeConsDataDerived(type);
+    if (derived != nullptr)
+        derived->resolved = nullptr;
+    const auto *members =
+        static_cast<ZrtConsUnion *>(ZRT_TYPE_GetTypeConsDataByConsType(type, ZRT_CONS_UNION));
+    for (uint32_t i = 0; members != nullptr && i < members->count; ++i)
+        ForgetResolved(&members->items[i]);
+}
+
+void ForgetResolvedOfModule(ZrMod *module)
+{
+    for (uint32_t i = 0; i < module->typedefCount; ++i)
+        ForgetResolved(&module->typedefs[i].realType);
+    for (ZrNode *head : {module->dataNodes, module->rpcs, module->notifications}) {
+        if (head != nullptr)
+            ZR_NODE_IterScanSiblingNode(head, ForgetResolvedOfTree, module);
+    }
+    // The children of a coupled augment stand in another tree: they are scanned one by one.
+    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
+        ZR_NODE_IterScanChildrenNode(augment, ForgetResolvedOfTree, module);
+}
+
+uint32_t ResolveAgain(ZrtRealType *type, const ZrMod *module)
+{
+    ForgetResolved(type);
+    return ZRT_TYPE_UpdateRealTypeDerivedFrom(type, module);
+}
+
+} // namespace zr
+
+// Schema trees.
+
 namespace {
 
 struct Rehoming {
@@ -62,7 +118,7 @@ uint32_t ZRS_NODE_CompareTwoTreeNodeSelfData(const ZrNode *destination, const Zr
         return ZRS_DIFF_OTHER;
     if (destination->name != source->name)
         return ZRS_DIFF_NAME;
-    if (((destination->flags ^ source->flags) & ~zr::kFlagsOfCoupling) != 0 ||
+    if (((destination->flags ^ source->flags) & ~ZRS_FLAGS_COUPLING) != 0 ||
         destination->kind != source->kind)
         return ZRS_DIFF_OTHER;
     if (source->extInstCount == 0)
@@ -227,55 +283,3 @@ uint32_t ZRS_NODE_MergeTreeNodeFromRootStart(ZrNode **destinationList, ZrNode **
     }
     return ZR_OK;
 }
-
-namespace {
-
-// The tree below a node also holds what other modules add to it; those resolve no typedef of this
-// module.
-uint32_t ForgetResolvedOfNode(ZrNode *node, uint32_t arrival, void *userData)
-{
-    if (arrival != ZR_ARRIVAL_PARENT && node->module == userData)
-        zr::ForgetResolved(const_cast<ZrtRealType *>(ZRS_NODE_GetLeafSchemaRealType(node)));
-    return 0;
-}
-
-uint32_t ForgetResolvedOfTree(ZrNode *node, uint32_t, void *userData)
-{
-    return ZR_NODE_TreeScanAllNode(node, ForgetResolvedOfNode, userData);
-}
-
-} // namespace
-
-namespace zr {
-
-void ForgetResolved(ZrtRealType *type)
-{
-    ZrtConsDerived *derived = ZRT_TYPE_GetTypeConsDataDerived(type);
-    if (derived != nullptr)
-        derived->resolved = nullptr;
-    const auto *members =
-        static_cast<ZrtConsUnion *>(ZRT_TYPE_GetTypeConsDataByConsType(type, ZRT_CONS_UNION));
-    for (uint32_t i = 0; members != nullptr && i < members->count; ++i)
-        ForgetResolved(&members->items[i]);
-}
-
-void ForgetResolvedOfModule(ZrMod *module)
-{
-    for (uint32_t i = 0; i < module->typedefCount; ++i)
-        ForgetResolved(&module->typedefs[i].realType);
-    for (ZrNode *head : {module->dataNodes, module->rpcs, module->notifications}) {
-        if (head != nullptr)
-            ZR_NODE_IterScanSiblingNode(head, ForgetResolvedOfTree, module);
-    }
-    // The children of a coupled augment stand in another tree: they are scanned one by one.
-    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
-        ZR_NODE_IterScanChildrenNode(augment, ForgetResolvedOfTree, module);
-}
-
-uint32_t ResolveAgain(ZrtRealType *type, const ZrMod *module)
-{
-    ForgetResolved(type);
-    return ZRT_TYPE_UpdateRealTypeDerivedFrom(type, module);
-}
-
-} // namespace zr

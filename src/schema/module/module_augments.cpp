@@ -132,8 +132,7 @@ private:
 // Applies the deviations of all other modules that waited for a node.
 void ApplyWaitingDeviations(const ZrMod *coupled)
 {
-    for (ZrMod *module = zr::FirstModule(coupled->ctx); module != nullptr;
-         module = zr::NextModule(coupled->ctx, module)) {
+    for (ZrMod *module : zr::ModulesOf(coupled->ctx)) {
         if (module != coupled)
             zr::RetryModuleDeviations(module);
     }
@@ -143,48 +142,6 @@ void ApplyWaitingDeviations(const ZrMod *coupled)
 bool IsChangedByOthers(const ZrMod *module)
 {
     return ZR_CTX_FindModRelationTbl(module->ctx, module->name) != nullptr;
-}
-
-// A deviation of a node that is gone can be applied again when the node comes back.
-void ForgetDeviationsOf(const ZrCtx *ctx, const char *path)
-{
-    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module)) {
-        for (uint32_t i = 0; i < module->deviationCount; ++i) {
-            if (zr::TextEquals(module->deviations[i].targetPath, path))
-                module->deviations[i].flags = 0;
-        }
-    }
-}
-
-ZrNode *FindCoupledAugmentOf(const ZrMod *module, const char *path)
-{
-    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
-        if (zr::IsCoupled(augment) && zr::TextEquals(augment->name, path))
-            return augment;
-    }
-    return nullptr;
-}
-
-// A coupled augment of any module with that target path, or null.
-ZrNode *FindCoupledAugment(const ZrCtx *ctx, const char *path)
-{
-    for (const ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module)) {
-        if (ZrNode *augment = FindCoupledAugmentOf(module, path))
-            return augment;
-    }
-    return nullptr;
-}
-
-// The node that coupling made for the augment, or null; looked up while it is still coupled.
-ZrNode *MadeTargetOf(const ZrNode *augment)
-{
-    if (!zr::IsCoupled(augment) || (augment->flags & ZRS_FLAG_MADE_TARGET) == 0)
-        return nullptr;
-    if (augment->firstChild != nullptr)
-        return augment->firstChild->parent;
-    return ZR_CTX_GetTargetNode(augment->module->ctx, augment->name, nullptr);
 }
 
 constexpr char kUncoupled[] = "Failed to couple augment statements.";
@@ -198,22 +155,6 @@ bool IsRecordedUncoupled(const ZrMod *module)
             return true;
     }
     return false;
-}
-
-// The made node stays for the next augment that uses it, and goes with the last one.
-void LeaveMadeTarget(ZrNode *augment, ZrNode *target)
-{
-    const ZrCtx *ctx = augment->module->ctx;
-    augment->flags &= ~ZRS_FLAG_MADE_TARGET;
-    if (ZrNode *heir = FindCoupledAugment(ctx, augment->name)) {
-        heir->flags |= ZRS_FLAG_MADE_TARGET;
-        return;
-    }
-    if (target->firstChild != nullptr)
-        return;
-    ForgetDeviationsOf(ctx, augment->name);
-    ZRS_NODE_Unlink(target);
-    ZRS_NODE_Free(target);
 }
 
 } // namespace
@@ -244,6 +185,68 @@ void zr::RecordUncoupledAugments(const ZrMod *module)
     ZR_CTX_AddModError(module->ctx, module->name, kUncoupled);
 }
 
+// Uncoupling, and the "input" and "output" nodes that coupling made.
+
+namespace {
+
+// A deviation of a node that is gone can be applied again when the node comes back.
+void ForgetDeviationsOf(const ZrCtx *ctx, const char *path)
+{
+    for (ZrMod *module : zr::ModulesOf(ctx)) {
+        for (uint32_t i = 0; i < module->deviationCount; ++i) {
+            if (zr::TextEquals(module->deviations[i].targetPath, path))
+                module->deviations[i].flags = 0;
+        }
+    }
+}
+
+ZrNode *FindCoupledAugmentOf(const ZrMod *module, const char *path)
+{
+    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
+        if (zr::IsCoupled(augment) && zr::TextEquals(augment->name, path))
+            return augment;
+    }
+    return nullptr;
+}
+
+// A coupled augment of any module with that target path, or null.
+ZrNode *FindCoupledAugment(const ZrCtx *ctx, const char *path)
+{
+    for (const ZrMod *module : zr::ModulesOf(ctx)) {
+        if (ZrNode *augment = FindCoupledAugmentOf(module, path))
+            return augment;
+    }
+    return nullptr;
+}
+
+// The node that coupling made for the augment, or null; looked up while it is still coupled.
+ZrNode *MadeTargetOf(const ZrNode *augment)
+{
+    if (!zr::IsCoupled(augment) || (augment->flags & ZRS_FLAG_MADE_TARGET) == 0)
+        return nullptr;
+    if (augment->firstChild != nullptr)
+        return augment->firstChild->parent;
+    return ZR_CTX_GetTargetNode(augment->module->ctx, augment->name, nullptr);
+}
+
+// The made node stays for the next augment that uses it, and goes with the last one.
+void LeaveMadeTarget(ZrNode *augment, ZrNode *target)
+{
+    const ZrCtx *ctx = augment->module->ctx;
+    augment->flags &= ~ZRS_FLAG_MADE_TARGET;
+    if (ZrNode *heir = FindCoupledAugment(ctx, augment->name)) {
+        heir->flags |= ZRS_FLAG_MADE_TARGET;
+        return;
+    }
+    if (target->firstChild != nullptr)
+        return;
+    ForgetDeviationsOf(ctx, augment->name);
+    ZRS_NODE_Unlink(target);
+    ZRS_NODE_Free(target);
+}
+
+} // namespace
+
 void zr::UncoupleModuleAugments(ZrMod *module)
 {
     for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next) {
@@ -259,8 +262,7 @@ void zr::UncoupleMadeTargetsIn(const ZrMod *module)
     // An augment that takes a made target over may stand before the one that left it.
     for (bool any = true; any;) {
         any = false;
-        for (const ZrMod *owner = FirstModule(module->ctx); owner != nullptr;
-             owner = NextModule(module->ctx, owner)) {
+        for (const ZrMod *owner : ModulesOf(module->ctx)) {
             for (ZrNode *augment = owner->augments; augment != nullptr; augment = augment->next) {
                 ZrNode *made = MadeTargetOf(augment);
                 if (made == nullptr || made->module != module)

@@ -94,8 +94,7 @@ void ZR_CTX_DeInitModuleTree(ZrCtx *ctx)
     if (ctx == nullptr)
         return;
     // All augments first, so that no module goes while another one's nodes still hang in it.
-    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module))
+    for (ZrMod *module : zr::ModulesOf(ctx))
         UncoupleAugments(module);
     while (ZrMod *module = zr::FirstModule(ctx))
         ZR_CTX_DestroyModuleNode(ctx, module);
