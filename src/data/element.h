@@ -8,7 +8,8 @@
 #include "model/node_record.h"
 
 extern "C" {
-// The first child node of any node type, text and comments included, with that name.
+// The first child node of any node type, text and comments included (docs/oddities.md), with that
+// name.
 ZR_API xmlNode *ZRD_PAS_FindChildDataNode(const xmlNode *element, const char *name);
 // The first child element that instantiates the schema node.
 ZR_API xmlNode *ZRD_NODE_GetChildNodeWithSpecifyMdl(const xmlNode *element,
