@@ -137,7 +137,7 @@ uint32_t ZRD_PAS_CompleteDataTreeForLeaf(ZrdCheckAux *check, xmlNode *parent, Zr
     return ZR_OK;
 }
 
-// Defaults of leaf-lists are never added.
+// Defaults of leaf-lists are never added (docs/oddities.md).
 uint32_t ZRD_PAS_CompleteDataTreeForLeaflist(ZrdCheckAux *, xmlNode *, ZrNode *, uint32_t *)
 {
     return ZR_OK;

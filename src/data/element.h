@@ -8,13 +8,15 @@
 #include "model/node_record.h"
 
 extern "C" {
-// The first child node of any node type, text and comments included, with that name.
+// The first child node of any node type, text and comments included (docs/oddities.md), with that
+// name.
 ZR_API xmlNode *ZRD_PAS_FindChildDataNode(const xmlNode *element, const char *name);
 // The first child element that instantiates the schema node.
 ZR_API xmlNode *ZRD_NODE_GetChildNodeWithSpecifyMdl(const xmlNode *element,
                                                     const ZrNode *schemaNode);
 // The child node of the choice through which the element holds data of it; null without any.
 ZR_API ZrNode *ZRD_NODE_GetChoiceInstanceCaseBranch(const xmlNode *element, const ZrNode *choice);
+// Whether the element is a key leaf of its list.
 ZR_API uint32_t ZRD_NODE_IsKeyLeafNode(const xmlNode *node);
 // The name of the module that an element belongs to, by its schema node or else by its namespace;
 // null for a node that is no element and for a namespace of no loaded module.
@@ -28,6 +30,7 @@ ZR_API ZrNode *ZRD_PAS_GetRpcSubTreeInputMdl(const xmlNode *element);
 ZR_API uint32_t ZRD_MDL_IsSchemaNodeDefineWithMountPoint(const ZrNode *schemaNode);
 // Anydata, anyxml and mount points: what stands below their elements has no schema here.
 ZR_API uint32_t ZRD_MDL_IsSchemaNodeNeedSkipProcChildNode(const ZrNode *schemaNode);
+// A choice or a case, which have no elements of their own.
 ZR_API uint32_t ZRD_MDL_IsChoiceOrCaseNode(const ZrNode *schemaNode);
 // Whether a "when" of the node is evaluated: not for operations, notifications, input and output.
 ZR_API uint32_t ZRD_MDL_IsNeedCheckWhenCond(const ZrNode *schemaNode);
@@ -36,6 +39,7 @@ ZR_API uint32_t ZRD_MDL_IsNeedCheckWhenCond(const ZrNode *schemaNode);
 ZR_API ZrNode *ZRD_MDL_GetChoiceCaseParentNode(ZrNode *schemaNode, ZrNode **caseOut);
 // The case that a choice's "default" names, or null.
 ZR_API ZrNode *ZRD_MDL_GetChoiceDefaultChildNode(const ZrNode *choice);
+// The nearest ancestor that is neither choice nor case, or null.
 ZR_API ZrNode *ZRD_MDL_GetClosestAncestorNodeNotChoiceCase(const ZrNode *schemaNode);
 // The next enabled data node of the same module below `ancestor`, in schema order.
 ZR_API ZrNode *ZRD_MDL_GetNextDataNodeInSameMod(const ZrNode *schemaNode, const ZrNode *ancestor);

@@ -15,37 +15,11 @@
 #include "platform/text.h"
 #include "xpath/value_text.h"
 
+// The record: its making and its fields.
+
 namespace {
 
 constexpr size_t kMessageLength = 10240;
-
-struct FaultRow {
-    zr::Fault fault;
-    ZrErrorTag tag;
-    const char *appTag;
-    const char *message;
-};
-
-// The irregular rows are part of the interface (docs/oddities.md): applications match on them.
-// clang-format off
-constexpr FaultRow kFaults[] = {
-    // fault                          tag                             app tag           message
-    {zr::Fault::MissingElement,       ZR_ERROR_TAG_MISSING_ELEMENT,   nullptr,          "Missing element: %s."},
-    {zr::Fault::InvalidValue,         ZR_ERROR_TAG_BAD_ELEMENT,       nullptr,          "%s has invalid value %s."},
-    {zr::Fault::UnexpectedElement,    ZR_ERROR_TAG_UNKNOWN_ELEMENT,   nullptr,          "Unexpected element: %s."},
-    {zr::Fault::InvalidNamespace,     ZR_ERROR_TAG_UNKNOWN_NAMESPACE, nullptr,          "%s has invalid namespace: %s."},
-    {zr::Fault::MissingChoice,        ZR_ERROR_TAG_DATA_MISSING,      "missing-choice", "Mandatory choice %s missing element."},
-    {zr::Fault::ElementOrder,         ZR_ERROR_TAG_MISSING_ELEMENT,   nullptr,          "Invalid element order between %s and %s."},
-    {zr::Fault::SeveralCases,         ZR_ERROR_TAG_BAD_ELEMENT,       nullptr,          "Data for more than one case branch of a choice is present."},
-    {zr::Fault::MustFalse,            ZR_ERROR_TAG_OPERATION_FAILED,  "must-violation", "%s is not satisfied must condition."},
-    {zr::Fault::MustNotEvaluated,     ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          "Failed to check must condition of %s."},
-    {zr::Fault::WhenNotEvaluated,     ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          "Failed to check when condition of %s."},
-    {zr::Fault::WhenFalse,            ZR_ERROR_TAG_UNKNOWN_ELEMENT,   nullptr,          "%s is not satisfied when condition."},
-    {zr::Fault::General,              ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          nullptr},
-};
-// clang-format on
-static_assert(std::size(kFaults) == static_cast<size_t>(zr::Fault::Count));
-static_assert(zr::RowsInOrder(kFaults, &FaultRow::fault));
 
 // Stands for the general record when there is no memory for one: a failed run must never look like
 // a successful one. It is never written to and never freed.
@@ -58,11 +32,6 @@ ZrdErrNode g_noMemoryRecord = {ZR_ERROR_TYPE_APPLICATION,
                                nullptr,
                                nullptr,
                                nullptr};
-
-const FaultRow &RowOf(zr::Fault fault)
-{
-    return kFaults[static_cast<size_t>(fault)];
-}
 
 void StoreCopy(char *&field, const char *text)
 {
@@ -165,12 +134,45 @@ void ZR_FreeErrNode(ZrdErrNode *error)
     zr::Free(error);
 }
 
-namespace zr {
+// The faults of a run.
 
 namespace {
 
+struct FaultRow {
+    zr::Fault fault;
+    ZrErrorTag tag;
+    const char *appTag;
+    const char *message;
+};
+
+// The irregular rows are part of the interface (docs/oddities.md): applications match on them.
+// clang-format off
+constexpr FaultRow kFaults[] = {
+    // fault                          tag                             app tag           message
+    {zr::Fault::MissingElement,       ZR_ERROR_TAG_MISSING_ELEMENT,   nullptr,          "Missing element: %s."},
+    {zr::Fault::InvalidValue,         ZR_ERROR_TAG_BAD_ELEMENT,       nullptr,          "%s has invalid value %s."},
+    {zr::Fault::UnexpectedElement,    ZR_ERROR_TAG_UNKNOWN_ELEMENT,   nullptr,          "Unexpected element: %s."},
+    {zr::Fault::InvalidNamespace,     ZR_ERROR_TAG_UNKNOWN_NAMESPACE, nullptr,          "%s has invalid namespace: %s."},
+    {zr::Fault::MissingChoice,        ZR_ERROR_TAG_DATA_MISSING,      "missing-choice", "Mandatory choice %s missing element."},
+    {zr::Fault::ElementOrder,         ZR_ERROR_TAG_MISSING_ELEMENT,   nullptr,          "Invalid element order between %s and %s."},
+    {zr::Fault::SeveralCases,         ZR_ERROR_TAG_BAD_ELEMENT,       nullptr,          "Data for more than one case branch of a choice is present."},
+    {zr::Fault::MustFalse,            ZR_ERROR_TAG_OPERATION_FAILED,  "must-violation", "%s is not satisfied must condition."},
+    {zr::Fault::MustNotEvaluated,     ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          "Failed to check must condition of %s."},
+    {zr::Fault::WhenNotEvaluated,     ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          "Failed to check when condition of %s."},
+    {zr::Fault::WhenFalse,            ZR_ERROR_TAG_UNKNOWN_ELEMENT,   nullptr,          "%s is not satisfied when condition."},
+    {zr::Fault::General,              ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          nullptr},
+};
+// clang-format on
+static_assert(std::size(kFaults) == static_cast<size_t>(zr::Fault::Count));
+static_assert(zr::RowsInOrder(kFaults, &FaultRow::fault));
+
+const FaultRow &RowOf(zr::Fault fault)
+{
+    return kFaults[static_cast<size_t>(fault)];
+}
+
 // The run's new record for a fault; null when an earlier fault stands there or memory ran out.
-ZrdErrNode *NewRecord(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode)
+ZrdErrNode *NewRecord(ZrdCheckAux *check, zr::Fault fault, const xmlNode *dataNode)
 {
     if (check->error != nullptr)
         return nullptr;
@@ -179,18 +181,20 @@ ZrdErrNode *NewRecord(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode)
     return check->error;
 }
 
-void SetMessage(ZrdErrNode *record, Fault fault, const char *first, const char *second)
+void SetMessage(ZrdErrNode *record, zr::Fault fault, const char *first, const char *second)
 {
     ZRD_ERR_SetErrorMsg(record, RowOf(fault).message, first, second);
 }
 
-void SetTexts(ZrdErrNode *record, Fault fault, const char *badElement)
+void SetTexts(ZrdErrNode *record, zr::Fault fault, const char *badElement)
 {
     ZRD_ERR_SetErrorAppTag(record, RowOf(fault).appTag);
     ZRD_ERR_SetBadElement(record, badElement);
 }
 
 } // namespace
+
+namespace zr {
 
 uint32_t RecordFault(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode,
                      const char *badElement, const char *first, const char *second)
@@ -229,6 +233,8 @@ ZrdErrNode *TakeFailure(ZrdCheckAux *check)
 }
 
 } // namespace zr
+
+// The error path.
 
 namespace {
 

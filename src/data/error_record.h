@@ -13,8 +13,11 @@ ZR_API ZrdErrNode *ZRD_ERR_NewErrNode(const ZrdCheckAux *check, uint32_t type, u
                                       uint32_t tag, const xmlNode *dataNode);
 // The setters do nothing for a null record, a null text or a field that is set already; what
 // cannot be stored stays null.
+
+// A message of at most 10,240 bytes; a longer one stays null.
 ZR_API void ZRD_ERR_SetErrorMsg(ZrdErrNode *record, const char *format, ...)
     __attribute__((format(printf, 2, 3)));
+// Copies of the texts.
 ZR_API void ZRD_ERR_SetErrorAppTag(ZrdErrNode *record, const char *text);
 ZR_API void ZRD_ERR_SetBadElement(ZrdErrNode *record, const char *text);
 }
@@ -64,10 +67,14 @@ ZR_API char *ZRD_ERR_GeneralErrorPath(const ZrdCheckAux *check, const xmlNode *d
 // The writers put their text in front of what stands in the buffer: `*space` is the number of
 // free bytes at its start. ZR_ERR_INVALID when a step does not fit, ZR_ERR_NO_MEMORY when a
 // predicate does not.
+
+// The steps from below the run's root node down to `dataNode`.
 ZR_API uint32_t ZRD_ERR_PrintPath(const ZrdCheckAux *check, const xmlNode *dataNode, char *buffer,
                                   uint32_t *space);
+// One step with its predicates; the module is named at the top and where it changes.
 ZR_API uint32_t ZRD_ERR_PrintElementNode(const ZrdCheckAux *check, const xmlNode *element,
                                          char *buffer, uint32_t *space);
+// "/qualifier:name", or "/name" for a null qualifier.
 ZR_API uint32_t ZRD_ERR_PrintXpathNode(const char *qualifier, const char *name, char *buffer,
                                        uint32_t *space);
 // "[.='value']" for a leaf-list entry, "[key='value']" for a key leaf.

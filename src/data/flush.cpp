@@ -157,13 +157,16 @@ struct ElementCheck {
     bool amongSiblings; // compares the element with its siblings
 };
 
+// clang-format off
 constexpr ElementCheck kElementChecks[] = {
-    {ZRD_PAS_CheckMultipleInstanceNode, true}, //
-    {ZRD_PAS_CheckDataNodeValue, false},       //
-    {ZRD_PAS_CheckActionNodeRepeat, false},    //
-    {ZRD_PAS_CheckElementNodeOrder, true},     //
-    {CheckCaseOfNearestSibling, true},
+    // check                            among siblings
+    {ZRD_PAS_CheckMultipleInstanceNode, true},
+    {ZRD_PAS_CheckDataNodeValue,        false},
+    {ZRD_PAS_CheckActionNodeRepeat,     false},
+    {ZRD_PAS_CheckElementNodeOrder,     true},
+    {CheckCaseOfNearestSibling,         true},
 };
+// clang-format on
 
 // By the element's module and local name, through choices, cases, input and output.
 ZrNode *FindSchemaNode(const ZrdCheckAux *check, const xmlNode *element, const ZrNode *parentSchema)

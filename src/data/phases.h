@@ -9,6 +9,7 @@
 // The run.
 
 extern "C" {
+// Sets a run up: no fault, no action element, an empty list of defaults.
 ZR_API void ZRD_PAS_InitCheckAux(ZrdCheckAux *check, ZrCtx *ctx, uint32_t mode,
                                  ZrDefaultNodeFunc callback, void *userData);
 // All phases over the element and what stands below it, up to the first one that fails.
@@ -21,11 +22,14 @@ ZR_API uint32_t ZRD_PAS_EvalDataTreeWhenMust(ZrdCheckAux *check, xmlNode *elemen
 // pointer, and is checked in document order.
 
 extern "C" {
+// The top element, with all that stands below it: among the top-level nodes of its namespace's
+// module.
 ZR_API uint32_t ZRD_PAS_FlushTreeWithSchema(ZrdCheckAux *check, xmlNode *top);
 // One element below a matched one, with all that stands below it. An element that carries a schema
 // node already is left as it is. For callers outside the library.
 ZR_API uint32_t ZRD_PAS_FlushSubTreeWithSchema(ZrdCheckAux *check, xmlNode *element,
                                                ZrNode *parentSchema);
+// The children of an element that was matched to the schema node, with all that stands below them.
 ZR_API uint32_t ZRD_PAS_FlushAllElementChildNodeWithSchema(ZrdCheckAux *check, xmlNode *element,
                                                            ZrNode *schemaNode);
 
@@ -84,14 +88,18 @@ ZR_API uint32_t ZRD_PAS_CompleteDataTreeForInput(ZrdCheckAux *check, xmlNode *pa
 // element out of a notification.
 
 extern "C" {
+// The element and everything below it.
 ZR_API uint32_t ZRD_PAS_EvalDataTreeWhen(ZrdCheckAux *check, xmlNode *element);
 // What follows from a false condition. `*node` is the element; afterwards it is the node at which
 // the walk over `top`'s subtree goes on, reached in `*direction`; null at its end.
 // ZR_XPATH_RESULT_FALSE for an element of the caller's in a request, with its record.
 ZR_API uint32_t ZRD_PAS_ProcDataNodeWhenCondNoPass(ZrdCheckAux *check, const xmlNode *top,
                                                    xmlNode **node, uint32_t *direction);
+// The same in a request: what completion added is taken out, with the added elements around it that
+// hold nothing else.
 ZR_API uint32_t ZRD_PAS_ProcWhenCondNoPassForRpc(ZrdCheckAux *check, const xmlNode *top,
                                                  xmlNode **node, uint32_t *direction);
+// The same in a notification: the element is removed and freed.
 ZR_API uint32_t ZRD_PAS_ProcWhenCondNoPassForNotif(const xmlNode *top, xmlNode **node,
                                                    uint32_t *direction);
 // Puts the false condition into the run's record.
@@ -102,6 +110,8 @@ ZR_API void ZRD_PAS_SetWhenCondNoPassErrorInfo(ZrdCheckAux *check, const xmlNode
 // element out of a notification.
 
 extern "C" {
+// A notification with everything below it; of an rpc or action the musts of its input on the
+// element itself, then everything below. Nothing for an operation without input.
 ZR_API uint32_t ZRD_PAS_EvalDataTreeMust(ZrdCheckAux *check, xmlNode *element);
 // The musts of `schemaNode` on the element, then those of everything below.
 ZR_API uint32_t ZRD_PAS_EvalDataTreeMustWithTopMustMdl(ZrdCheckAux *check, xmlNode *element,
@@ -109,6 +119,7 @@ ZR_API uint32_t ZRD_PAS_EvalDataTreeMustWithTopMustMdl(ZrdCheckAux *check, xmlNo
 // The element's own musts, then those below. In a notification an element whose must is false is
 // removed and freed, and the status is ZR_OK.
 ZR_API uint32_t ZRD_PAS_EvalDataSubtreeMust(ZrdCheckAux *check, xmlNode *element);
+// The subtrees of all child elements.
 ZR_API uint32_t ZRD_PAS_EvalAllChildDataNodeMust(ZrdCheckAux *check, xmlNode *element);
 }
 

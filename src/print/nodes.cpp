@@ -55,7 +55,8 @@ bool IsPrinted(const ZrNode *node)
     return PrintFuncOf(node) != nullptr && ZR_NODE_IsEnabled(node) != 0;
 }
 
-// The bit of the mask for a level; 0 past the mask's end, where no bar is drawn.
+// The bit of the mask for a level; 0 past the mask's end, where no bar is drawn
+// (docs/oddities.md).
 uint32_t LevelBit(uint32_t level)
 {
     return level >= 1 && level <= 32 ? UINT32_C(1) << (level - 1) : 0;
@@ -246,7 +247,8 @@ void PutDefault(LineWriter &line, const char *text)
         line.Put(" <").Put(text).Put(">");
 }
 
-// The key leafs of a list in schema order, each followed by a blank but the last.
+// The key leafs of a list in schema order (docs/oddities.md), each followed by a blank but the
+// last.
 void PutKeys(LineWriter &line, const ZrNode *list)
 {
     const char *separator = " [";
