@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "model/module_records.h"
 #include "model/context.h"
+#include "model/module_records.h"
 #include "platform/memory.h"
 #include "schema/nodes/node.h"
 #include "support/context.h"

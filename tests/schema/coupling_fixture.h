@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "schema/augment/augment.h"
-#include "schema/lookup/lookup.h"
 #include "schema/deviation/deviation.h"
+#include "schema/lookup/lookup.h"
 #include "schema/members/condition_records.h"
 #include "schema/module/module.h"
 #include "schema/nodes/node.h"
