@@ -16,12 +16,11 @@
 extern "C" {
 // `arrayPtr` is the address of the owner's array pointer; sizes are in bytes.
 
-// Makes an array of `count` zero-filled elements; with 0 it stays null. 22 for a null address, an
-// array that is there already or an element size of 0; 12 when memory runs out.
+// Makes an array of `count` zero-filled elements; with 0 it stays null. ZR_OK; ZR_ERR_INVALID for a
+// null address, an array that is there already or an element size of 0; ZR_ERR_NO_MEMORY.
 ZR_API uint32_t ZR_UTL_NewArray(void **arrayPtr, uint32_t count, uint32_t elementSize);
-// Adds `addCount` zero-filled elements to the `oldCount` that are there. 22 for a null address or
-// an element size of 0; 12 when memory runs out or the old elements cannot be copied, and then the
-// old array stays as it was.
+// Adds `addCount` zero-filled elements to the `oldCount` that are there. ZR_OK; ZR_ERR_INVALID for
+// a null address or an element size of 0; ZR_ERR_NO_MEMORY, and then the old array stays as it was.
 ZR_API uint32_t ZR_UTL_ExpandArray(void **arrayPtr, uint32_t oldCount, uint32_t addCount,
                                    uint32_t elementSize);
 }
@@ -40,6 +39,13 @@ template <typename T> uint32_t NewArray(Owned<T> &array, uint32_t count)
 template <typename T> uint32_t ExpandArray(T **array, uint32_t oldCount, uint32_t addCount)
 {
     return ZR_UTL_ExpandArray(reinterpret_cast<void **>(array), oldCount, addCount, sizeof(T));
+}
+template <typename T> uint32_t ExpandArray(Owned<T> &array, uint32_t oldCount, uint32_t addCount)
+{
+    T *block = array.release();
+    uint32_t status = ExpandArray(&block, oldCount, addCount);
+    array.reset(block);
+    return status;
 }
 
 } // namespace zr
@@ -83,9 +89,9 @@ inline bool TextEquals(const char *a, const char *b)
     return a != nullptr && b != nullptr && (a == b || PAL_StrCmp(a, b) == 0);
 }
 
-// Appends one record: makes room, lets `fill`(record) set it, and counts it when that gives 0.
-// Else the room stays, uncounted, for the next record. 0, 12, 22 for an array that is full, or the
-// result of `fill`.
+// Appends one record: makes room, lets `fill`(record) set it, and counts it when that gives ZR_OK.
+// Else the room stays, uncounted, for the next record. ZR_ERR_INVALID for an array that is full,
+// ZR_ERR_NO_MEMORY, or the result of `fill`.
 template <typename Record, typename Fill>
 uint32_t AppendOne(Record **array, uint16_t *count, Fill fill)
 {

@@ -55,11 +55,11 @@ ZrDictEntry *NewEntry(const char *text, size_t length)
     if (!entry)
         return nullptr;
     // Not zero-filled first: every byte is written at once.
-    entry.get()->text = static_cast<char *>(g_zrMemMallocFunc(length + 1));
-    if (entry.get()->text == nullptr)
+    entry->text = static_cast<char *>(g_zrMemMallocFunc(length + 1));
+    if (entry->text == nullptr)
         return nullptr;
-    std::memcpy(entry.get()->text, text, length + 1);
-    entry.get()->refCount = 1;
+    std::memcpy(entry->text, text, length + 1);
+    entry->refCount = 1;
     return entry.release();
 }
 

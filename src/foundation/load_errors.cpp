@@ -14,6 +14,8 @@
 namespace {
 
 constexpr size_t kMessageSize = 512;
+// The first failure of a module and the summary that follows are what matters.
+constexpr uint32_t kEntryCapacity = 2;
 
 constexpr PalAvlInfo kByModule = {ZR_CTX_CompareModuleName, offsetof(ZrErrModNode, moduleName),
                                   offsetof(ZrErrModNode, treeNode)};
@@ -89,17 +91,14 @@ uint32_t ZR_CTX_InitErrMng(ZrCtx *ctx)
 {
     if (ctx == nullptr)
         return ZR_ERR_INVALID;
-    auto *store = zr::New<ZrErrMng>();
-    if (store == nullptr)
+    zr::Owned<ZrErrMng> store(zr::New<ZrErrMng>());
+    if (!store)
         return ZR_ERR_NO_MEMORY;
-    int result = InitLock(&store->lock);
-    if (result != 0) {
-        zr::Free(store);
+    if (int result = InitLock(&store->lock); result != 0)
         return static_cast<uint32_t>(result);
-    }
     PAL_AVL3_Init(&store->tree);
     store->ctx = ctx;
-    ctx->errMng = store;
+    ctx->errMng = store.release();
     return ZR_OK;
 }
 
@@ -223,11 +222,7 @@ uint32_t ZR_CTX_ScanAllSchemaLoadFail(ZrCtx *ctx, ZrLoadFailScanFunc callback, v
     return result;
 }
 
-namespace {
-
-constexpr uint32_t kEntryCapacity = 2;
-
-} // namespace
+// A module's node and its entries.
 
 ZrErrModNode *ZRS_MOD_CreateErrNode(ZrCtx *ctx, const char *moduleName)
 {

@@ -75,9 +75,9 @@ uint32_t AddItem(ZrModRelTbl *table, const char *otherName, uint32_t kind)
 
 // A growing list of names without repetition.
 struct NameList {
-    const char **names;
-    uint32_t count;
-    uint32_t capacity;
+    zr::Owned<const char *> names;
+    uint32_t count = 0;
+    uint32_t capacity = 0;
 };
 
 constexpr uint32_t kNameListStep = 32;
@@ -85,7 +85,7 @@ constexpr uint32_t kNameListStep = 32;
 bool HasName(const NameList *list, const char *name)
 {
     for (uint32_t i = 0; i < list->count; ++i) {
-        if (list->names[i] == name)
+        if (list->names.get()[i] == name)
             return true;
     }
     return false;
@@ -96,11 +96,11 @@ uint32_t AppendName(NameList *list, const char *name)
     if (HasName(list, name))
         return ZR_OK;
     if (list->count == list->capacity) {
-        if (zr::ExpandArray(&list->names, list->capacity, kNameListStep) != ZR_OK)
+        if (zr::ExpandArray(list->names, list->capacity, kNameListStep) != ZR_OK)
             return ZR_ERR_NO_MEMORY;
         list->capacity += kNameListStep;
     }
-    list->names[list->count++] = name;
+    list->names.get()[list->count++] = name;
     return ZR_OK;
 }
 
@@ -121,7 +121,7 @@ uint32_t CollectNames(const ZrCtx *ctx, const char *moduleName, uint32_t kind, N
 {
     uint32_t status = AppendNamesOf(ctx, moduleName, kind, list);
     for (uint32_t i = 0; status == ZR_OK && i < list->count; ++i)
-        status = AppendNamesOf(ctx, list->names[i], kind, list);
+        status = AppendNamesOf(ctx, list->names.get()[i], kind, list);
     return status;
 }
 
@@ -203,15 +203,13 @@ uint32_t ZR_CTX_CollectDepModNamesRecursive(ZrCtx *ctx, const char *moduleName, 
         return ZR_ERR_INVALID;
     *namesOut = nullptr;
     *countOut = 0;
-    NameList list{};
+    NameList list;
     uint32_t status = CollectNames(ctx, moduleName, kind, &list);
-    if (status == ZR_OK && list.count != 0 && list.names[0] == nullptr)
+    if (status == ZR_OK && list.count != 0 && list.names.get()[0] == nullptr)
         status = ZR_ERR_INVALID;
-    if (status != ZR_OK || list.count == 0) {
-        zr::Free(list.names);
-        return status;
+    if (status == ZR_OK) {
+        *countOut = list.count;
+        *namesOut = list.names.release();
     }
-    *namesOut = list.names;
-    *countOut = list.count;
-    return ZR_OK;
+    return status;
 }

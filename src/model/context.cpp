@@ -23,19 +23,17 @@ template <typename Func> void SetCallback(ZrCtx *ctx, Func ZrCtx::*field, Func f
 
 ZrCtx *ZR_CTX_Create(uint32_t flags)
 {
-    auto *ctx = zr::New<ZrCtx>();
-    if (ctx == nullptr)
+    zr::Owned<ZrCtx, zr::DestroyContextParts> ctx(zr::New<ZrCtx>());
+    if (!ctx)
         return nullptr;
     ctx->flags = flags;
-    if (ZR_DICT_Init(&ctx->dict) != ZR_OK) {
-        zr::DestroyContextParts(ctx);
+    if (ZR_DICT_Init(&ctx->dict) != ZR_OK)
         return nullptr;
-    }
-    ZR_CTX_InitModuleTree(ctx);
-    ZR_CTX_InitModRelationTree(ctx);
+    ZR_CTX_InitModuleTree(ctx.get());
+    ZR_CTX_InitModRelationTree(ctx.get());
     // A context without an error store works; it only records nothing.
-    ZR_CTX_InitErrMng(ctx);
-    return ctx;
+    ZR_CTX_InitErrMng(ctx.get());
+    return ctx.release();
 }
 
 void ZR_CTX_SetLoadStage(ZrCtx *ctx, uint32_t stage)
@@ -98,6 +96,8 @@ void DestroyContextParts(ZrCtx *ctx)
 }
 
 } // namespace zr
+
+// The two trees of modules.
 
 namespace {
 

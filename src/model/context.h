@@ -1,4 +1,4 @@
-// Creation and taking apart of contexts; the functions of an application stand in
+// Contexts: their taking apart, and their modules. The functions of an application stand in
 // zrschema/context.h.
 #pragma once
 
@@ -35,8 +35,8 @@ extern "C" {
 ZR_API void ZR_CTX_InitModuleTree(ZrCtx *ctx);
 // Orders two names or two namespaces byte by byte; a null key equals every other.
 ZR_API int32_t ZR_CTX_ModTreeKeyCompare(const void *keyA, const void *keyB);
-// Puts a module into both trees; 1 when its name or its namespace is taken, and then it stands in
-// neither.
+// Puts a module into both trees: ZR_OK, or ZR_ERR_FAILED for null and when its name or its
+// namespace is taken, and then it stands in neither.
 ZR_API uint32_t ZR_CTX_AddModuleNode(ZrCtx *ctx, ZrMod *module);
 }
 

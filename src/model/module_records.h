@@ -1,5 +1,6 @@
-// The small records that modules and nodes hold in counted arrays. All strings are interned in the
-// context's dictionary; each record holds a reference of its own to each of them.
+// The module record, and the small records that modules and nodes hold in counted arrays. All
+// strings are interned in the context's dictionary; each record holds a reference of its own to
+// each of them.
 #pragma once
 
 #include <zrschema/types.h>
@@ -70,7 +71,7 @@ struct ZrsIdentity {
 struct ZrsExtension {
     const char *name;
     const char *argument; // its name, or null
-    uint32_t yinElement;  // 1: in YIN the argument is an element
+    uint32_t yinElement;  // set: in YIN the argument is an element
 };
 
 // A typedef (section 7.3). The loader writes its sub-statements into these fields one by one.
@@ -188,5 +189,8 @@ enum TopChain : uint32_t { kDataNodes, kRpcs, kNotifications, kAugments, kTopCha
 inline constexpr ZrNode *ZrMod::*kTopChains[] = {&ZrMod::dataNodes, &ZrMod::rpcs,
                                                  &ZrMod::notifications, &ZrMod::augments};
 static_assert(std::size(kTopChains) == kTopChainCount);
+static_assert(kTopChains[kDataNodes] == &ZrMod::dataNodes && kTopChains[kRpcs] == &ZrMod::rpcs);
+static_assert(kTopChains[kNotifications] == &ZrMod::notifications);
+static_assert(kTopChains[kAugments] == &ZrMod::augments);
 static_assert(std::extent_v<decltype(ZrMod::lastAppended)> == kTopChainCount);
 } // namespace zr

@@ -2,10 +2,9 @@
 // augment have no instance in data, so their children stand where they would).
 #include "model/navigation.h"
 
-#include "foundation/text.h"
+#include "foundation/array.h"
 #include "model/module_records.h"
 #include "model/node_record.h"
-#include "platform/text.h"
 
 namespace {
 
@@ -19,19 +18,13 @@ constexpr uint32_t kDataKinds = Bit(ZR_NODE_CONTAINER) | Bit(ZR_NODE_LEAF) |
                                 Bit(ZR_NODE_ANYXML) | Bit(ZR_NODE_ACTION) | Bit(ZR_NODE_RPC) |
                                 Bit(ZR_NODE_NOTIFICATION);
 
-bool HasName(const ZrNode *node, const char *moduleName, const char *name)
-{
-    return node->name != nullptr && PAL_StrCmp(node->name, name) == 0 && node->module != nullptr &&
-           node->module->name != nullptr && PAL_StrCmp(node->module->name, moduleName) == 0;
-}
-
 // Goes down through choices and cases, whose nesting bounds the recursion. The last child ends the
 // scan: a coupled augment's children go on into those of its target.
 ZrNode *FindBelow(const ZrNode *parent, const char *moduleName, const char *name)
 {
     for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
         if (zr::HasDataInstance(child->kind)) {
-            if (HasName(child, moduleName, name))
+            if (zr::TextEquals(child->name, name) && zr::IsOfModule(child, moduleName))
                 return child;
         } else if (ZrNode *found = FindBelow(child, moduleName, name); found != nullptr) {
             return found;
@@ -44,7 +37,7 @@ ZrNode *FindBelow(const ZrNode *parent, const char *moduleName, const char *name
 
 const ZrNode *FindInChain(const ZrNode *head, const char *name)
 {
-    while (head != nullptr && (head->name == nullptr || PAL_StrCmp(head->name, name) != 0))
+    while (head != nullptr && !zr::TextEquals(head->name, name))
         head = head->next;
     return head;
 }
@@ -56,6 +49,11 @@ namespace zr {
 bool HasDataInstance(uint32_t kind)
 {
     return kind <= ZR_NODE_AUGMENT && (kDataKinds & Bit(kind)) != 0;
+}
+
+bool IsOfModule(const ZrNode *node, const char *moduleName)
+{
+    return node->module != nullptr && TextEquals(node->module->name, moduleName);
 }
 
 } // namespace zr
@@ -106,12 +104,6 @@ ZrNode *ZRS_NODE_FindChildDataTreeNodeByName(const ZrNode *node, const char *mod
     return moduleName != nullptr ? FindBelow(node, moduleName, name) : nullptr;
 }
 
-bool zr::IsOfModule(const ZrNode *node, const char *moduleName)
-{
-    return node->module != nullptr && node->module->name != nullptr &&
-           PAL_StrCmp(node->module->name, moduleName) == 0;
-}
-
 ZrNode *ZRS_NODE_FindChildNodeByName(const ZrNode *parent, const char *moduleName, const char *name)
 {
     if (parent == nullptr || name == nullptr)
@@ -119,8 +111,7 @@ ZrNode *ZRS_NODE_FindChildNodeByName(const ZrNode *parent, const char *moduleNam
     bool anyModule = moduleName == nullptr || *moduleName == '\0';
     // The last child ends the scan: a coupled augment's own stretch ends inside the target's chain.
     for (ZrNode *child = parent->firstChild; child != nullptr; child = child->next) {
-        if (child->name != nullptr && PAL_StrCmp(child->name, name) == 0 &&
-            (anyModule || zr::IsOfModule(child, moduleName)))
+        if (zr::TextEquals(child->name, name) && (anyModule || zr::IsOfModule(child, moduleName)))
             return child;
         if (child == parent->lastChild)
             break;
@@ -152,6 +143,8 @@ ZrNode *ZRS_MOD_FindTopLevelSchemaNode(const ZrMod *module, const char *name)
     }
     return nullptr;
 }
+
+// Nodes by a path through the data tree.
 
 namespace {
 

@@ -135,7 +135,7 @@ uint32_t zr::ImportTable::Make(const ZrsImport *imports, uint32_t capacity, Key 
     uint32_t size = 8;
     while (size < 2 * capacity)
         size *= 2;
-    zr::Free(slots_.release());
+    slots_.reset();
     slots_.reset(zr::New<uint32_t>(size));
     if (!slots_)
         return ZR_ERR_NO_MEMORY;

@@ -1,7 +1,4 @@
 // Members of a module by their names, and what a prefix means in it.
-//
-// A name is compared as text, so that a caller may ask with a buffer of its own. The first record
-// of that name, or null when there is none or an argument is null.
 #pragma once
 
 #include <zrschema/context.h>
@@ -12,6 +9,8 @@
 #include "platform/memory.h"
 
 extern "C" {
+// The first record of that name, compared as text, so that a caller may ask with a buffer of its
+// own; null when there is none or an argument is null.
 ZR_API ZrsImport *ZRS_MOD_FindImportByPrefix(ZrsImport *array, uint32_t count, const char *prefix);
 ZR_API ZrsInclude *ZRS_MOD_FindIncludeBySubName(ZrsInclude *array, uint32_t count,
                                                 const char *name);
@@ -21,7 +20,7 @@ ZR_API ZrsExtension *ZRS_MOD_FindExtensionByName(const ZrMod *module, const char
 ZR_API ZrsTypDef *ZRS_MOD_FindTypDefObjByName(ZrsTypDef *array, uint32_t count, const char *name);
 ZR_API ZrsTypDef *ZRS_MOD_FindZrsTypDefByName(const ZrMod *module, const char *name);
 
-// Members of a loaded module by the module's name and theirs.
+// The same by the names of a loaded module and of its member.
 ZR_API ZrsIdentity *ZR_CTX_FindIdentityByModNameAndIdentName(const ZrCtx *ctx,
                                                              const char *moduleName,
                                                              const char *identityName);
@@ -50,7 +49,7 @@ class ImportTable {
 public:
     enum Key : uint32_t { kPrefix, kPrefixAndModule };
 
-    // An empty table with room for `capacity` imports of the array; 0 or 12.
+    // An empty table with room for `capacity` imports of the array: ZR_OK or ZR_ERR_NO_MEMORY.
     uint32_t Make(const ZrsImport *imports, uint32_t capacity, Key key);
     // The first import with the key of imports[index] that was added, or null: then that one is.
     const ZrsImport *FindOrAdd(uint32_t index);

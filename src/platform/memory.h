@@ -17,9 +17,10 @@ ZR_API extern ZrReallocFunc g_zrMemReAllocFunc;
 ZR_API extern ZrFreeFunc g_zrMemFreeFunc;
 // Serialises the registration.
 ZR_API extern pthread_mutex_t g_zrMemMutex;
-// 1 once hooks are registered; never cleared.
+// 1 once hooks are registered, then for good.
 ZR_API extern uint32_t g_zrMemRegistered;
-// The registration itself, under the mutex: 0, or 17 when hooks are registered already.
+// The registration itself, under the mutex: ZR_OK, or ZR_ERR_REGISTERED when hooks are registered
+// already.
 ZR_API uint32_t ZR_MemRegisterHandleInner(ZrMallocFunc mallocFunc, ZrReallocFunc reallocFunc,
                                           ZrFreeFunc freeFunc);
 }
@@ -36,6 +37,12 @@ template <typename T> T *New(size_t count = 1)
 {
     return count > SIZE_MAX / sizeof(T) ? nullptr
                                         : static_cast<T *>(AllocZeroed(count * sizeof(T)));
+}
+
+// One zero-filled head with `tail` bytes behind it; null without memory.
+template <typename T> T *NewWithTail(size_t tail)
+{
+    return tail > SIZE_MAX - sizeof(T) ? nullptr : static_cast<T *>(AllocZeroed(sizeof(T) + tail));
 }
 
 // Owns what `Destroy` gives back, for the length of a scope or until release(). A block of the

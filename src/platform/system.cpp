@@ -149,21 +149,20 @@ PalFind *PAL_VFS_FindFirst(const char *pattern, char *pathOut, size_t pathSize)
     std::string_view whole(pattern);
     size_t slash = whole.rfind('/');
     size_t directoryLength = slash == std::string_view::npos ? 0 : slash + 1;
-    auto *find = static_cast<PalFind *>(zr::AllocZeroed(sizeof(PalFind) + whole.size() + 2));
-    errno = find == nullptr ? ENOMEM : 0;
-    if (find == nullptr)
+    zr::Owned<PalFind, PAL_VFS_FindClose> find(zr::NewWithTail<PalFind>(whole.size() + 2));
+    errno = find ? 0 : ENOMEM;
+    if (!find)
         return nullptr;
-    char *directory = reinterpret_cast<char *>(find + 1);
+    char *directory = reinterpret_cast<char *>(find.get() + 1);
     char *glob = directory + directoryLength + 1;
     std::memcpy(directory, pattern, directoryLength);
     std::memcpy(glob, pattern + directoryLength, whole.size() - directoryLength);
     find->directory = directory;
     find->glob = glob;
     find->dir = opendir(directoryLength == 0 ? "." : directory);
-    if (find->dir != nullptr && PAL_VFS_FindNext(find, pathOut, pathSize) == ZR_OK)
-        return find;
-    PAL_VFS_FindClose(find);
-    return nullptr;
+    if (find->dir == nullptr || PAL_VFS_FindNext(find.get(), pathOut, pathSize) != ZR_OK)
+        return nullptr;
+    return find.release();
 }
 
 uint32_t PAL_VFS_FindNext(PalFind *find, char *pathOut, size_t pathSize)

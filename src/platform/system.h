@@ -1,4 +1,4 @@
-// Files and directory search on POSIX calls.
+// What the operating system gives on POSIX calls: files, directory search, the clock.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,8 @@ extern "C" {
 // Opens a regular file for reading (mode "r" or "rb", no other); null on failure. A directory, a
 // pipe or a device is refused, so that reading a module never blocks.
 PalFile *PAL_VFS_FOpen(const char *path, const char *mode);
-// Buffer mode 1, no stream buffer, is the only one there is: 0 for it, 22 for another.
+// Buffer mode 1, no stream buffer, is the only one there is: ZR_OK for it, ZR_ERR_INVALID for
+// another.
 uint32_t PAL_VFS_SetBufMode(PalFile *file, uint32_t mode);
 // Moves the read position; `whence` is SEEK_SET, SEEK_CUR or SEEK_END. 0, or -1 on failure.
 int32_t PAL_VFS_FSeek(PalFile *file, int64_t offset, int32_t whence);
@@ -26,7 +27,7 @@ void PAL_VFS_FClose(PalFile *file);
 // `pathOut`. Entries whose path does not fit are passed over. Null when there is no match, or no
 // such directory, or no memory, which errno tells by ENOMEM.
 PalFind *PAL_VFS_FindFirst(const char *pattern, char *pathOut, size_t pathSize);
-// Writes the next match; 0, or 2 at the end.
+// Writes the next match: ZR_OK, or ZR_ERR_NOT_FOUND at the end.
 uint32_t PAL_VFS_FindNext(PalFind *find, char *pathOut, size_t pathSize);
 // Ends the search; null is accepted.
 void PAL_VFS_FindClose(PalFind *find);

@@ -1,4 +1,4 @@
-// Text comparison, search and conversion, and the clock.
+// Text: comparison, search, conversion, character classes, and bounds-checked copies.
 #pragma once
 
 #include <cstdarg>
@@ -21,9 +21,9 @@ const char *PAL_StrRChr(const char *text, char ch);
 // The first occurrence of `part`, null when there is none.
 const char *PAL_StrStr(const char *text, const char *part);
 // Converts what the number() function of XPath 1.0 (section 4.4) accepts: blanks, an optional "-",
-// digits with an optional ".", blanks. 0, or 22 when the text is anything else ("", "+1", "1e5",
-// "inf"); the value is then left alone. A number too large for a double becomes an infinity. The
-// locale has no say.
+// digits with an optional ".", blanks. ZR_OK, or ZR_ERR_INVALID when the text is anything else ("",
+// "+1", "1e5", "inf"); the value is then left alone. A number too large for a double becomes an
+// infinity. The locale has no say.
 uint32_t PAL_StrToFloat(const char *text, double *valueOut);
 }
 
@@ -69,12 +69,11 @@ inline std::string_view From(std::string_view text, size_t at)
 
 } // namespace zr
 
+extern "C" {
 // Bounds-checked memory and string functions: zero (or the length, for the printing ones) on
 // success, negative on failure. A null pointer or a destination that is too small is a failure;
 // nothing is ever cut, but by the function that says so. A failed string function leaves an empty
 // destination, a failed memory function leaves it alone. Source and destination do not overlap.
-
-extern "C" {
 int memcpy_s(void *dest, size_t destSize, const void *src, size_t count);
 int memset_s(void *dest, size_t destSize, int ch, size_t count);
 int strcpy_s(char *dest, size_t destSize, const char *src);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "platform/memory.h"
 #include "platform/text.h"
 #include "platform/xml.h"
 
@@ -47,17 +48,13 @@ xmlDoc *zr::ParseXmlText(const char *text, size_t length)
     if (!look.accepted)
         return nullptr;
     XmlErrors errors;
-    xmlParserCtxt *parser = xmlCreateMemoryParserCtxt(text, static_cast<int>(length));
-    if (parser == nullptr)
+    Owned<xmlParserCtxt, xmlFreeParserCtxt> parser(
+        xmlCreateMemoryParserCtxt(text, static_cast<int>(length)));
+    if (!parser || !SetUp(parser.get(), look.encoding))
         return nullptr;
-    xmlDoc *document = SetUp(parser, look.encoding) ? Parse(parser) : nullptr;
+    Owned<xmlDoc, xmlFreeDoc> document(Parse(parser.get()));
     // Short of memory, libxml2 leaves parts out of a document that it calls well-formed.
-    if (parser->wellFormed == 0 || errors.outOfMemory()) {
-        xmlFreeDoc(document);
-        document = nullptr;
-    }
-    xmlFreeParserCtxt(parser);
-    return document;
+    return parser->wellFormed != 0 && !errors.outOfMemory() ? document.release() : nullptr;
 }
 
 // libxml2 compares each attribute of a tag with all others. And it does not stop where a text turns

@@ -1,10 +1,5 @@
 // The operations of each constraint kind, as the dispatch tables list them: those on records stand
 // in real_type.cpp, the checks in value_check.cpp, the scans in type_scans.cpp.
-//
-// Create makes a body with room for `count` items, null when memory runs out. Destroy gives the
-// body's interned strings and blocks back. Copy makes a body with references of its own, null on
-// failure. Check returns ZR_OK or the kind's status. Update resolves typedef references into
-// `module`.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +12,7 @@
 #include "platform/memory.h"
 
 extern "C" {
+// A zero-filled body with room for `count` items; null when memory runs out.
 ZR_API void *ZRT_CONS_CreateConsDataBodyWithDerived(uint32_t count);
 ZR_API void *ZRT_CONS_CreateConsDataBodyWithBase(uint32_t count);
 ZR_API void *ZRT_CONS_CreateConsDataBodyWithBit(uint32_t count);
@@ -27,6 +23,7 @@ ZR_API void *ZRT_CONS_CreateConsDataBodyWithPattern(uint32_t count);
 ZR_API void *ZRT_CONS_CreateConsDataBodyWithRange(uint32_t count); // also of lengths
 ZR_API void *ZRT_CONS_CreateConsDataBodyWithUnion(uint32_t count);
 
+// Give a body back with its texts and blocks; null is accepted.
 ZR_API void ZRT_CONS_DestroyConsDataBodyWithDerived(ZrCtx *ctx, void *body);
 ZR_API void ZRT_CONS_DestroyConsDataBodyWithBase(ZrCtx *ctx, void *body);
 ZR_API void ZRT_CONS_DestroyConsDataBodyWithBit(ZrCtx *ctx, void *body);
@@ -37,6 +34,7 @@ ZR_API void ZRT_CONS_DestroyConsDataBodyWithPattern(ZrCtx *ctx, void *body);
 ZR_API void ZRT_CONS_DestroyConsDataBodyWithRange(ZrCtx *ctx, void *body);
 ZR_API void ZRT_CONS_DestroyConsDataBodyWithUnion(ZrCtx *ctx, void *body);
 
+// A body with references of its own; null for a null argument and when memory runs out.
 ZR_API void *ZRT_CONS_CopyConsDataBodyWithDerived(ZrCtx *ctx, const void *body);
 ZR_API void *ZRT_CONS_CopyConsDataBodyWithBase(ZrCtx *ctx, const void *body);
 ZR_API void *ZRT_CONS_CopyConsDataBodyWithBit(ZrCtx *ctx, const void *body);
@@ -47,6 +45,7 @@ ZR_API void *ZRT_CONS_CopyConsDataBodyWithPattern(ZrCtx *ctx, const void *body);
 ZR_API void *ZRT_CONS_CopyConsDataBodyWithRange(ZrCtx *ctx, const void *body);
 ZR_API void *ZRT_CONS_CopyConsDataBodyWithUnion(ZrCtx *ctx, const void *body);
 
+// Check a value: ZR_OK, or the status of the kind, ZR_ERR_VALUE_..., when it is refused.
 ZR_API uint32_t ZRT_CONS_ValidateValueNodeAgainstDataDerived(const void *body, uint32_t inputKind,
                                                              const void *value,
                                                              ZrtValidateCtx *validation);
@@ -78,6 +77,7 @@ ZR_API uint32_t ZRT_CONS_ValidateValueNodeAgainstDataUnion(const void *body, uin
                                                            const void *value,
                                                            ZrtValidateCtx *validation);
 
+// Resolve references to typedefs of `module`: ZR_OK, or ZR_ERR_INVALID for one that it lacks.
 ZR_API uint32_t ZRT_CONS_UpdateConsDataDerFromWithDerived(void *body, const ZrMod *module);
 ZR_API uint32_t ZRT_CONS_UpdateConsDataDerFromWithUnion(void *body, const ZrMod *module);
 
@@ -91,11 +91,13 @@ ZR_API uint32_t ZRT_CONS_ScanStartEndPairsWithLength(const void *body, uint32_t 
 ZR_API uint32_t ZRT_CONS_ScanStartEndPairsWithRange(const void *body, uint32_t baseType,
                                                     ZrStartEndScanFunc callback, void *userData);
 
-// Reads of one body; a null body gives 0 or null.
+// Reads of one body, which may be null: then 0 or null comes back.
 ZR_API uint32_t ZRT_CONS_GetConsDataFractionVal(const void *body);
 ZR_API const char *ZRT_CONS_GetConsDataLeafrefPath(const void *body);
 ZR_API const char *ZRT_CONS_GetConsDataInheritedTypDefName(const void *body,
                                                            const char **moduleNameOut);
+// The members of a union and, where `countOut` is not null, their number. For callers outside the
+// library.
 ZR_API ZrtRealType *ZRT_CONS_GetConsUnionSubTypeData(const void *body, uint16_t *countOut);
 }
 
@@ -168,8 +170,7 @@ Body *CopyCountedBody(ZrCtx *ctx, const void *opaque, Copy copy, void (*destroy)
 
 } // namespace zr
 
-// Dispatch by constraint kind and by base type: each lookup is null where there is no operation,
-// also for numbers beyond the last kind or built-in type.
+// Dispatch by constraint kind and by built-in type.
 
 typedef void *(*ZrtConsCreateFunc)(uint32_t count);
 typedef void (*ZrtConsDestroyFunc)(ZrCtx *ctx, void *body);
@@ -185,6 +186,8 @@ typedef uint32_t (*ZrtDefaultCheckFunc)(uint32_t baseType, uint32_t inputKind, c
                                         ZrtValidateCtx *validation);
 
 extern "C" {
+// The operation of a kind, and the check of a built-in type before any restriction; null where
+// there is none, also for a number beyond the last.
 ZR_API ZrtConsCreateFunc ZRT_CONS_GetConsDataCreateBodyFunc(uint32_t kind);
 ZR_API ZrtConsDestroyFunc ZRT_CONS_GetConsDataDestroyBodyFunc(uint32_t kind);
 ZR_API ZrtConsCopyFunc ZRT_CONS_GetConsDataCopyBodyFunc(uint32_t kind);

@@ -12,16 +12,12 @@ constexpr uint32_t kSignFlags = ZRT_SEG_SIGNED | ZRT_SEG_UNSIGNED;
 constexpr uint32_t kStartMarks = ZRT_SEG_START_MIN | ZRT_SEG_START_MAX;
 constexpr uint32_t kEndMarks = ZRT_SEG_END_MIN | ZRT_SEG_END_MAX;
 
-bool IsIntegerType(uint32_t baseType)
-{
-    return (baseType >= ZRT_TYPE_INT8 && baseType <= ZRT_TYPE_INT64) ||
-           (baseType >= ZRT_TYPE_UINT8 && baseType <= ZRT_TYPE_UINT64);
-}
-
+// Of an integer type ZRT_SEG_SIGNED or ZRT_SEG_UNSIGNED, of another one 0.
 uint32_t SignOf(uint32_t baseType)
 {
-    return baseType >= ZRT_TYPE_UINT8 && baseType <= ZRT_TYPE_UINT64 ? ZRT_SEG_UNSIGNED
-                                                                     : ZRT_SEG_SIGNED;
+    ZrtGenericSeg bounds = {};
+    ZRT_CONS_GetBasedIntegerMinMaxVal(baseType, &bounds);
+    return bounds.flags;
 }
 
 // Reads the number of a value into the context, where later checks of the same value find it.
@@ -33,13 +29,14 @@ bool ReadNumber(uint32_t baseType, const char *text, ZrtValidateCtx *validation)
     uint64_t magnitude = 0;
     const char *end = nullptr;
     uint32_t status = ZR_ERR_INVALID;
-    uint32_t sign = SignOf(baseType);
-    if (baseType == ZRT_TYPE_DECIMAL64)
+    bool isDecimal = baseType == ZRT_TYPE_DECIMAL64;
+    uint32_t sign = isDecimal ? uint32_t{ZRT_SEG_SIGNED} : SignOf(baseType);
+    if (isDecimal)
         status = ZRT_CONS_ConvertValStrToDecimal64PowerInteger(text, validation->fractionDigits,
                                                                &number);
-    else if (IsIntegerType(baseType) && sign == ZRT_SEG_SIGNED)
+    else if (sign == ZRT_SEG_SIGNED)
         status = ZR_UTL_ReadInputStrAsSignedInteger(text, &end, 0, &number);
-    else if (IsIntegerType(baseType))
+    else if (sign == ZRT_SEG_UNSIGNED)
         status = ZR_UTL_ReadInputStrAsUnsignedInteger(text, &end, 0, &magnitude);
     if (status != ZR_OK || (end != nullptr && *ZR_UTL_ConsumeAllSpaceChar(end) != '\0'))
         return false;
@@ -190,8 +187,8 @@ uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictRange(uint32_t baseType, uint32_t
 {
     const char *text = ZRT_TYPE_GetInputValueAsSimpleStr(inputKind, value);
     ZrtGenericSeg bounds = {};
-    if (text == nullptr || !IsIntegerType(baseType) || !ReadNumber(baseType, text, validation) ||
-        ZRT_CONS_GetBasedIntegerMinMaxVal(baseType, &bounds) != ZR_OK ||
+    if (text == nullptr || ZRT_CONS_GetBasedIntegerMinMaxVal(baseType, &bounds) != ZR_OK ||
+        bounds.flags == 0 || !ReadNumber(baseType, text, validation) ||
         CheckResolved(bounds, validation->value.start) != ZRT_SEG_INSIDE)
         return ZR_ERR_VALUE_RANGE;
     zr::RecordBounds(validation, bounds);

@@ -72,16 +72,12 @@ ParentEntry *EntryOf(PalAvlTree *parents, const xmlNode *parent)
 
 void Remember(ParentEntry *parent, const char *name, xmlNode *first)
 {
-    auto *entry = zr::New<NameEntry>();
-    if (entry == nullptr)
+    zr::Owned<NameEntry> entry(zr::New<NameEntry>());
+    if (!entry || strcpy_s(entry->name, sizeof(entry->name), name) != 0)
         return;
-    if (strcpy_s(entry->name, sizeof(entry->name), name) != 0) {
-        zr::Free(entry);
-        return;
-    }
     entry->key = entry->name;
     entry->first = first;
-    PAL_AVL3_Insert_Or_Find(&parent->names, entry, &kByName);
+    PAL_AVL3_Insert_Or_Find(&parent->names, entry.release(), &kByName);
 }
 
 void FreeEntry(PalAvlTree *parents, ParentEntry *entry)

@@ -16,11 +16,12 @@
 #include "xpath/object.h"
 
 extern "C" {
-// Whether a condition holds on `contextNode`: 0 when it does, ZR_XPATH_RESULT_FALSE when it does
-// not. Another ZrXpathStatus, 22 or 12 says why it cannot be evaluated; 22 also for a null
-// argument. "/" starts at `root`, the node above the instance data, to which ".." never climbs.
-// Every element carries its schema node in _private, or null. Nothing is changed and nothing is
-// kept: conditions may be evaluated side by side as long as tree and schema stay as they are.
+// Whether a condition holds on `contextNode`: ZR_OK when it does, ZR_XPATH_RESULT_FALSE when it
+// does not. Another ZrXpathStatus, ZR_ERR_INVALID or ZR_ERR_NO_MEMORY says why it cannot be
+// evaluated; ZR_ERR_INVALID also for a null argument. "/" starts at `root`, the node above the
+// instance data, to which ".." never climbs. Every element carries its schema node in _private, or
+// null. Nothing is changed and nothing is kept: conditions may be evaluated side by side as long as
+// tree and schema stay as they are. For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalCondition(xmlNode *root, xmlNode *contextNode, const char *expression);
 }
 
@@ -59,33 +60,35 @@ enum ZrXpathEndMode : uint32_t {
 };
 
 extern "C" {
-// Makes both stacks, which hold as many entries as the expression has tokens. 0 or 12.
+// Makes both stacks, which hold as many entries as the expression has tokens: ZR_OK or
+// ZR_ERR_NO_MEMORY.
 ZR_API uint32_t ZR_XPATH_InitEvalCtx(ZrXpathEvalCtx *ctx, xmlNode *rootNode, xmlNode *contextNode,
                                      uint32_t tokenCount);
 // Frees the stacks with everything that is left on them.
 ZR_API void ZR_XPATH_DestroyEvalCtx(ZrXpathEvalCtx *ctx);
-// The one object that is left, as a boolean: 0 for true, ZR_XPATH_RESULT_FALSE for false; 22 when
-// none or several are left.
+// The one object that is left, as a boolean: ZR_OK for true, ZR_XPATH_RESULT_FALSE for false;
+// ZR_ERR_INVALID when none or several are left.
 ZR_API uint32_t ZR_XPATH_GetEvalResult(ZrXpathEvalCtx *ctx);
 
-// Object stack: 0 or 12. A string is copied, `length` bytes of it.
+// Object stack: ZR_OK or ZR_ERR_NO_MEMORY. A string is copied, `length` bytes of it.
 ZR_API uint32_t ZR_XPATH_PushBooleanToObjStack(ZrXpathEvalCtx *ctx, uint32_t value);
 ZR_API uint32_t ZR_XPATH_PushStringToObjStack(ZrXpathEvalCtx *ctx, const char *text,
                                               uint32_t length);
 ZR_API uint32_t ZR_XPATH_PushNumberToObjStack(ZrXpathEvalCtx *ctx, double value);
 ZR_API uint32_t ZR_XPATH_PushNodeToObjStack(ZrXpathEvalCtx *ctx, xmlNode *node);
-// Puts another node into the object on top; 22 when that is no node object.
+// Puts another node into the object on top; ZR_ERR_INVALID when that is no node object.
 ZR_API uint32_t ZR_XPATH_ReplaceNodeToTopElemInObjStack(ZrXpathEvalCtx *ctx, xmlNode *node);
 // The node of the node object on top, or null.
 ZR_API xmlNode *ZR_XPATH_GetStackTopObjNode(const ZrXpathEvalCtx *ctx);
 
-// Operator stack: pushes an operator or the marker of a sub-expression. 0 or 12.
+// Operator stack: pushes an operator or the marker of a sub-expression: ZR_OK or ZR_ERR_NO_MEMORY.
 ZR_API uint32_t ZR_XPATH_PushExprTypeToStack(ZrXpathEvalCtx *ctx, uint32_t operatorClass,
                                              uint32_t position);
 // The same after applying the operators that bind at least as tightly, so that equal ones
 // associate to the left.
 ZR_API uint32_t ZR_XPATH_PushExprTypeToStackByPriority(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                                        uint32_t operatorClass, uint32_t position);
+// The first half of that.
 ZR_API uint32_t ZR_XPATH_CalculateHighPriorityExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                                    uint32_t operatorClass);
 // Applies what is left down to the marker, which it takes off, or to the bottom of the stack.
@@ -107,7 +110,8 @@ inline uint32_t TokenTypeAt(const ZrXpathLex *lex, uint32_t position)
 }
 } // namespace zr
 
-// Expressions, sub-expressions and function calls (XPath 1.0, sections 3.1 to 3.4).
+// Expressions, sub-expressions and function calls (XPath 1.0, sections 3.1 to 3.4): entries of one
+// loop, which sees all that stands below the root node.
 //
 // Each function is given the token list and the cursor, the position of a token, which it moves
 // past what it has evaluated. The value is left on the object stack.
@@ -116,17 +120,24 @@ extern "C" {
 // An expression up to the end of the list, or to the ")" or "," that closes it, where the cursor
 // stays. Sub-expressions inside it cost no call stack, however deep they are nested.
 ZR_API uint32_t ZR_XPATH_EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
-// A sub-expression: from "(" or "," to the next ")" or ",", where the cursor stays.
+// A sub-expression: from "(" or "," to the next ")" or ",", where the cursor stays;
+// ZR_XPATH_ERR_SUBEXPR_START where none begins. For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalSubExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
-// One operand: a primary expression or a location path.
+// One operand, a primary expression or a location path, with everything between its parentheses;
+// ZR_ERR_INVALID where none begins.
 ZR_API uint32_t ZR_XPATH_EvalPathExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
+// The same for a primary expression alone; ZR_XPATH_ERR_BAD_PRIMARY where none begins. For callers
+// outside the library.
 ZR_API uint32_t ZR_XPATH_EvalPrimaryExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                          uint32_t *cursor);
+// A literal or a number; a number that is none is NaN.
 ZR_API uint32_t ZR_XPATH_EvalLiteral(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
 ZR_API uint32_t ZR_XPATH_EvalNumber(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
+// A call, from the name of the function to past the ")". For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalFunctionCall(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                           uint32_t *cursor);
-// The arguments, from the "(" to past the ")".
+// The arguments of one, from the "(" to past the ")", without the function. For callers outside the
+// library.
 ZR_API uint32_t ZR_XPATH_EvalFunctionCallArguments(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                                    uint32_t *cursor);
 }
@@ -135,18 +146,25 @@ ZR_API uint32_t ZR_XPATH_EvalFunctionCallArguments(ZrXpathEvalCtx *ctx, const Zr
 //
 // Each function is given the token list and the cursor, the position of a token, which it moves
 // past what it has evaluated. The node object on top of the object stack is where the path stands.
+// They see all that stands below the root node.
 
 extern "C" {
+// A path from its "/" on; ZR_XPATH_ERR_ROOT_STEP for "//". For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalAbsoluteLocationPath(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                                   uint32_t *cursor);
+// A path from its first step on; without a node it starts at the context node. For callers outside
+// the library.
 ZR_API uint32_t ZR_XPATH_EvalRelativeLocationPath(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                                   uint32_t *cursor);
-// One step; a step by name takes its predicate along.
+// One step; a step by name takes its predicate along. ZR_XPATH_ERR_BAD_STEP for another token. For
+// callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalStep(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
-// The first child of that local name, of any kind of node; the prefix is not compared.
+// The first child of that local name, of any kind of node; the prefix is not compared. For callers
+// outside the library.
 ZR_API uint32_t ZR_XPATH_EvalNameTest(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
+// The step "."; the node stays.
 ZR_API uint32_t ZR_XPATH_EvalDot(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
-// The parent, unless that is the root node: then the node stays.
+// The parent, unless that is the root node: then the node stays. For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalDDot(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
 // Passes over one predicate, if there is one; the first "]" closes it.
 ZR_API uint32_t ZR_XPATH_SkipPredicate(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
@@ -170,7 +188,8 @@ constexpr XpathView kWholeTree = {false, nullptr};
 
 // Whether a token of that type begins a step.
 bool StartsStep(uint32_t tokenType);
-// A location path, absolute or relative; 22 where none begins. The node object is pushed.
+// A location path, absolute or relative; ZR_ERR_INVALID where none begins. The node object is
+// pushed.
 uint32_t EvalLocationPath(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
                           const XpathView &view);
 } // namespace zr
@@ -192,12 +211,13 @@ enum ZrXpathOperation : uint32_t {
 extern "C" {
 // The ZrXpathOperation of the token at a position.
 ZR_API uint32_t ZR_XPATH_GetTokenOperationType(const ZrXpathLex *lex, uint32_t position);
-// 1 for "=" and "!="; 1 for ">", "<", ">=" and "<="; else 0.
+// 1 for "=" and "!=", else 0.
 ZR_API uint32_t ZR_XPATH_IsEqualityOperator(uint32_t operation);
+// 1 for ">", "<", ">=" and "<=", else 0.
 ZR_API uint32_t ZR_XPATH_IsRelationalOperator(uint32_t operation);
 
-// Each converts the two operands in place, which stay the caller's, and pushes a boolean. 0, 12, or
-// 22 for an operation of another class.
+// Each converts the two operands in place, which stay the caller's, and pushes a boolean. ZR_OK,
+// ZR_ERR_NO_MEMORY, or ZR_ERR_INVALID for an operation of another class.
 ZR_API uint32_t ZR_XPATH_EvalOrExpr(ZrXpathEvalCtx *ctx, ZrXpathObject *left, ZrXpathObject *right,
                                     uint32_t operation);
 ZR_API uint32_t ZR_XPATH_EvalAndExpr(ZrXpathEvalCtx *ctx, ZrXpathObject *left, ZrXpathObject *right,
@@ -225,7 +245,8 @@ XpathOperatorFunc OperatorFunction(uint32_t operatorClass);
 // do not count them: what lies on top is taken.
 
 extern "C" {
-// not(): negates the object on top, as a boolean (XPath 1.0, section 4.3); 22 when there is none.
+// not(): negates the object on top, as a boolean (XPath 1.0, section 4.3); ZR_ERR_INVALID when
+// there is none.
 ZR_API uint32_t ZR_XPATH_FuncNot(ZrXpathEvalCtx *ctx);
 // derived-from() and derived-from-or-self() (RFC 7950, section 10.4): a node whose type is
 // identityref, and the name of an identity.

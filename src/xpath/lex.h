@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-// The numbers matter: operators stand together (13 to 20), and the rewriters compare them.
+// The order matters: the operators stand together, from the path operators to "or".
 enum ZrXpathTokenType : uint32_t {
     ZR_XPATH_TOKEN_LPAREN = 0,
     ZR_XPATH_TOKEN_RPAREN = 1,
@@ -72,7 +72,7 @@ ZR_API uint32_t ZR_XPATH_GetTokenNumber(const ZrXpathLex *lex);
 // the end, which leave the out-arguments alone. Both out-arguments may be null.
 ZR_API const char *ZR_XPATH_GetTokenExprByPos(const ZrXpathLex *lex, uint32_t position,
                                               uint32_t *typeOut, uint32_t *lengthOut);
-// 1 for the path operators, the union and the six classes of binary operators (13 to 20), else 0.
+// 1 for an operator, from ZR_XPATH_TOKEN_PATHOP to ZR_XPATH_TOKEN_OR, else 0.
 ZR_API uint32_t ZR_XPATH_IsCurTokenOperator(uint32_t type);
 // 1 when a "*" or a name after a token of that type is an operator (XPath 1.0, section 3.7).
 ZR_API uint32_t ZR_XPATH_IsNextTokenOperator(uint32_t previousType);
@@ -82,7 +82,7 @@ ZR_API uint32_t ZR_XPATH_GetTokenExprType(uint32_t type);
 
 namespace zr {
 
-// ZR_XPATH_ExprTokenize() with the reason of a failure: 12 without memory, else 22.
+// ZR_XPATH_ExprTokenize() with the reason of a failure: ZR_ERR_NO_MEMORY, else ZR_ERR_INVALID.
 uint32_t Tokenize(const char *expression, ZrXpathLex **lexOut);
 
 } // namespace zr
@@ -106,12 +106,13 @@ uint32_t LastTokenType(const ZrXpathLex *lex);
 } // namespace zr
 
 extern "C" {
-// Scans the token at the cursor and appends it to the list. 0, 12 when the list cannot grow, or 22.
+// Scans the token at the cursor and appends it to the list: ZR_OK, ZR_ERR_NO_MEMORY when the list
+// cannot grow, or ZR_ERR_INVALID.
 ZR_API uint32_t ZR_XPATH_ParseCurTokenFromExpr(ZrXpathLex *lex, uint32_t cursor,
                                                ZrXpathToken *token);
 
-// The scanners: each sets the type and the length of the token that begins at the cursor. 0, or 22
-// with the type ZR_XPATH_TOKEN_NONE.
+// The scanners: each sets the type and the length of the token that begins at the cursor. ZR_OK, or
+// ZR_ERR_INVALID with the type ZR_XPATH_TOKEN_NONE.
 ZR_API uint32_t ZR_XPATH_GetTokenStartWithDigit(ZrXpathLex *lex, uint32_t cursor,
                                                 ZrXpathToken *token);
 ZR_API uint32_t ZR_XPATH_GetTokenStartWithNameStart(ZrXpathLex *lex, uint32_t cursor,

@@ -132,7 +132,7 @@ uint32_t ZR_XPATH_ConvertStringToNumber(ZrXpathObject *object)
     return ZR_OK;
 }
 
-// No node is 0 here, not NaN. Comparisons take a node to its text first, where it is NaN.
+// No node is zero here, not NaN. Comparisons take a node to its text first, where it is NaN.
 uint32_t ZR_XPATH_ConvertNodeToNumber(ZrXpathObject *object)
 {
     const xmlNode *node = object->value.node;

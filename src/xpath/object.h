@@ -33,8 +33,8 @@ extern "C" {
 // Frees an object with its string; null is accepted.
 ZR_API void ZR_XPATH_FreeObject(ZrXpathObject *object);
 
-// Conversions in place: to a string, a number and a boolean. 0, 12 (the object stays as it was), or
-// 22 for null or an unknown kind.
+// Conversions in place: to a string, a number and a boolean. ZR_OK, ZR_ERR_NO_MEMORY (the object
+// stays as it was), or ZR_ERR_INVALID for null or an unknown kind.
 ZR_API uint32_t ZR_XPATH_FuncStringInner(ZrXpathObject *object);
 ZR_API uint32_t ZR_XPATH_FuncNumberInner(ZrXpathObject *object);
 ZR_API uint32_t ZR_XPATH_FuncBooleanInner(ZrXpathObject *object);

@@ -246,6 +246,17 @@ TEST(New, IsNullForMoreThanTheAddressSpaceHolds)
     EXPECT_EQ(guard.Count(), 0u);
 }
 
+TEST(NewWithTail, GivesAZeroFilledHeadAndBytesBehindIt)
+{
+    zrtest::AllocGuard guard;
+    zr::Owned<uint32_t> head(zr::NewWithTail<uint32_t>(5));
+    ASSERT_TRUE(head);
+    EXPECT_EQ(guard.LiveBlocks(), 1);
+    EXPECT_EQ(guard.LiveBytes(), 9);
+    EXPECT_EQ(*head, 0u);
+    EXPECT_EQ(zr::NewWithTail<uint32_t>(SIZE_MAX), nullptr);
+}
+
 uint32_t MakeInt(int value, int **out)
 {
     *out = zr::New<int>();
