@@ -70,7 +70,7 @@ uint32_t CompleteAbsentContainer(ZrdCheckAux *check, xmlNode *parent, ZrNode *sc
         status = ZRD_PAS_AddDefaultNodeToList(&check->defaults, container.get());
     if (status != ZR_OK || addedInside == 0)
         return status;
-    container.release();
+    static_cast<void>(container.release());
     *added = 1;
     return ZR_OK;
 }
@@ -132,7 +132,7 @@ uint32_t ZRD_PAS_CompleteDataTreeForLeaf(ZrdCheckAux *check, xmlNode *parent, Zr
     uint32_t status = ZRD_PAS_AddDefaultNodeToList(&check->defaults, leaf.get());
     if (status != ZR_OK)
         return status;
-    leaf.release();
+    static_cast<void>(leaf.release());
     *added = 1;
     return ZR_OK;
 }
