@@ -1,6 +1,6 @@
 #include "schema/merge/merge.h"
 
-#include "loader/pipeline.h"
+#include "loader/files/module_content.h"
 #include "platform/xml.h"
 #include "schema/augment/change_events.h"
 #include "schema/coupling_fixture.h"
