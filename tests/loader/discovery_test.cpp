@@ -6,8 +6,8 @@
 #include <climits>
 #include <gtest/gtest.h>
 
-#include "platform/system.h"
 #include "platform/memory.h"
+#include "platform/system.h"
 #include "support/alloc.h"
 #include "support/context.h"
 

@@ -1,7 +1,6 @@
 #include "loader/files/linkage.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "foundation/array.h"

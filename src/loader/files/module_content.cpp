@@ -13,7 +13,7 @@
 #include "loader/files/module_files.h"
 #include "loader/statements/arguments.h"
 #include "loader/statements/statements.h"
-#include "platform/text.h"
+#include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/module/module.h"
 

@@ -14,6 +14,8 @@
 #include "platform/text.h"
 #include "platform/xml.h"
 
+// Finding.
+
 namespace {
 
 constexpr const char *kSuffixMark = "@@"; // name@@suffix.yin: one part of a module in several files

@@ -6,6 +6,7 @@
 #include "loader/statements/arguments.h"
 #include "loader/statements/engine.h"
 #include "loader/statements/statements.h"
+#include "model/node_record.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/members/condition_records.h"

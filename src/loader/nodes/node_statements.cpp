@@ -1,9 +1,11 @@
 // The parsers of the data-definition statements: each makes a schema node, parses its children by
 // the table of its kind, and links the finished node into its parent.
-#include "foundation/load_errors.h"
+#include "foundation/context_record.h"
 #include "loader/nodes/node_rows.h"
 #include "loader/statements/arguments.h"
+#include "loader/statements/engine.h"
 #include "loader/statements/statements.h"
+#include "model/node_record.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/augment/augment.h"
@@ -15,29 +17,23 @@ namespace {
 
 using OwnedNode = zr::Owned<ZrNode, ZRS_NODE_Free>;
 
-const char *KeywordOf(uint32_t nodeKind)
+uint32_t StatementOf(const ZrNode *node)
 {
-    return ZRS_LOADER_GetKeywordByStmt(ZRS_NODE_GetStmtByNodeType(nodeKind));
-}
-
-void RecordFailedNode(ZrMod *module, uint32_t nodeKind, const char *name)
-{
-    ZR_CTX_AddModError(module->ctx, module->name, "Failed to parse \"%s\" statement \"%s\".",
-                       KeywordOf(nodeKind), name);
+    return ZRS_NODE_GetStmtByNodeType(node->kind);
 }
 
 // Input and output have no argument: they are named by their keyword.
 uint32_t NameNode(ZrMod *module, const xmlNode *element, ZrNode *node)
 {
     if (node->kind == ZR_NODE_INPUT || node->kind == ZR_NODE_OUTPUT)
-        return zr::KeepText(module, KeywordOf(node->kind), &node->name);
+        return zr::KeepText(module, ZRS_LOADER_GetKeywordByStmt(StatementOf(node)), &node->name);
     if (node->kind == ZR_NODE_AUGMENT) {
         zr::Owned<char> target(ZRS_LOADER_ParseAugmentTargetNode(module, element));
         if (!target)
             return ZR_ERR_INVALID;
         return zr::KeepText(module, target.get(), &node->name);
     }
-    const char *name = zr::RequireName(module, element, ZRS_NODE_GetStmtByNodeType(node->kind));
+    const char *name = zr::RequireName(module, element, StatementOf(node));
     return name != nullptr ? zr::KeepText(module, name, &node->name) : uint32_t{ZR_ERR_INVALID};
 }
 
@@ -67,12 +63,12 @@ uint32_t ParseChildren(ZrMod *module, xmlNode *element, ZrNode *node)
     uint32_t rowCount = 0;
     for (const zr::NodeRow &row : zr::NodeRows(node->kind))
         rows[rowCount++] = row.make(row.statement, &work);
-    uint32_t status = ZRS_LOADER_ParseSubStatements(
-        module, element, ZRS_NODE_GetStmtByNodeType(node->kind), rows, rowCount);
+    uint32_t status =
+        ZRS_LOADER_ParseSubStatements(module, element, StatementOf(node), rows, rowCount);
     if (status == ZR_OK && work.keyText != nullptr)
         status = MarkKeys(module, node, work.keyText);
     if (status != ZR_OK)
-        RecordFailedNode(module, node->kind, node->name);
+        zr::RecordBadDefinition(module, StatementOf(node), node->name);
     return status;
 }
 
@@ -80,8 +76,7 @@ uint32_t RequireType(ZrMod *module, const ZrNode *node)
 {
     if (ZRT_TYPE_IsInvalidType(ZRS_NODE_GetLeafSchemaRealType(node)) == 0)
         return ZR_OK;
-    ZR_CTX_AddModError(module->ctx, module->name, "%s \"%s\" must define with type statement.",
-                       KeywordOf(node->kind), node->name);
+    zr::RecordMissingType(module, StatementOf(node), node->name);
     return ZR_ERR_INVALID;
 }
 
@@ -102,7 +97,7 @@ uint32_t FinishAugment(ZrMod *module, ZrNode *augment)
 {
     uint32_t status = ZRS_NODE_InheritAugNodeEvalToAllChildNode(&module->ctx->dict, augment);
     if (status != ZR_OK)
-        RecordFailedNode(module, augment->kind, augment->name);
+        zr::RecordBadDefinition(module, ZRS_STMT_AUGMENT, augment->name);
     return status;
 }
 
@@ -154,7 +149,7 @@ char *ZRS_LOADER_ParseAugmentTargetNode(ZrMod *module, const xmlNode *element)
     }
     char *target = ZR_XPATH_TransformToJsonFormat(module, path);
     if (target == nullptr)
-        RecordFailedNode(module, ZR_NODE_AUGMENT, path);
+        zr::RecordBadDefinition(module, ZRS_STMT_AUGMENT, path);
     return target;
 }
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "foundation/dict.h"
+#include "foundation/context_record.h"
 #include "foundation/load_errors.h"
 #include "loader/statements/statements.h"
 #include "model/scope.h"
@@ -27,6 +27,24 @@ void RecordBadStatement(ZrMod *module, uint32_t statement)
 {
     ZR_CTX_AddModError(module->ctx, module->name, "Failed to parse statement \"%s\".",
                        ZRS_LOADER_GetKeywordByStmt(statement));
+}
+
+void RecordBadDefinition(ZrMod *module, uint32_t statement, const char *name)
+{
+    ZR_CTX_AddModError(module->ctx, module->name, "Failed to parse \"%s\" statement \"%s\".",
+                       ZRS_LOADER_GetKeywordByStmt(statement), name);
+}
+
+void RecordMissingType(ZrMod *module, uint32_t statement, const char *name)
+{
+    ZR_CTX_AddModError(module->ctx, module->name, "%s \"%s\" must define with type statement.",
+                       ZRS_LOADER_GetKeywordByStmt(statement), name);
+}
+
+void RecordUnknownPrefix(ZrMod *module, const char *prefix)
+{
+    ZR_CTX_AddModError(module->ctx, module->name, "Failed to find module by prefix \"%s\".",
+                       prefix);
 }
 
 const char *LocalName(const xmlNode *element)
@@ -123,8 +141,7 @@ uint32_t ResolveDefinitionRef(ZrMod *module, const char *text, DefinitionRef *re
     if (status == ZR_OK)
         return ZR_OK;
     if (status == ZR_ERR_NOT_FOUND)
-        ZR_CTX_AddModError(module->ctx, module->name, "Failed to find module by prefix \"%s\".",
-                           ref->prefix);
+        RecordUnknownPrefix(module, ref->prefix);
     else
         ZR_CTX_AddModError(module->ctx, module->name, "Failed to parse xpath \"%s\".", text);
     return ZR_ERR_INVALID;

@@ -9,7 +9,6 @@
 
 #include "foundation/text.h"
 #include "model/module_records.h"
-#include "model/node_record.h"
 
 namespace zr {
 
@@ -19,6 +18,12 @@ void RecordMissingValue(ZrMod *module, uint32_t statement);
 void RecordBadValue(ZrMod *module, const char *value, uint32_t statement);
 // "Failed to parse statement ..."
 void RecordBadStatement(ZrMod *module, uint32_t statement);
+// "Failed to parse ... statement ..."
+void RecordBadDefinition(ZrMod *module, uint32_t statement, const char *name);
+// "... must define with type statement."
+void RecordMissingType(ZrMod *module, uint32_t statement, const char *name);
+// "Failed to find module by prefix ..."
+void RecordUnknownPrefix(ZrMod *module, const char *prefix);
 
 // An element's name without its prefix; the document's own text.
 const char *LocalName(const xmlNode *element);

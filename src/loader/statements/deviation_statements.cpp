@@ -2,10 +2,11 @@
 // targets once those are loaded.
 #include <cstring>
 
-#include "foundation/load_errors.h"
+#include "foundation/context_record.h"
 #include "loader/statements/arguments.h"
 #include "loader/statements/engine.h"
 #include "loader/statements/statements.h"
+#include "model/node_record.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/members/members.h"
@@ -81,8 +82,7 @@ uint32_t ZRS_LOADER_ParseDeviation(ZrMod *module, xmlNode *element, uint32_t /*p
     uint32_t status = ParseDeviationInto(module, element, path, deviation);
     if (status != ZR_OK) {
         ZRS_MOD_ClearDeviation(module->ctx, deviation);
-        ZR_CTX_AddModError(module->ctx, module->name, "Failed to parse \"%s\" statement \"%s\".",
-                           ZRS_LOADER_GetKeywordByStmt(ZRS_STMT_DEVIATION), path);
+        zr::RecordBadDefinition(module, ZRS_STMT_DEVIATION, path);
     }
     return status;
 }

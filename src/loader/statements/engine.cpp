@@ -10,6 +10,7 @@
 #include "foundation/load_errors.h"
 #include "loader/statements/arguments.h"
 #include "loader/statements/statements.h"
+#include "model/node_record.h"
 #include "model/scope.h"
 #include "platform/xml.h"
 

@@ -8,6 +8,7 @@
 #include "loader/statements/arguments.h"
 #include "loader/statements/engine.h"
 #include "loader/statements/statements.h"
+#include "model/node_record.h"
 #include "model/scope.h"
 #include "platform/xml.h"
 #include "schema/members/condition_records.h"
@@ -17,14 +18,9 @@
 
 namespace {
 
-ZrDict *DictOf(ZrMod *module)
-{
-    return &module->ctx->dict;
-}
-
 uint32_t ParseFeatureInto(ZrMod *module, xmlNode *element, const char *name, ZrsFeature *feature)
 {
-    uint32_t status = ZRS_MOD_FillFeature(DictOf(module), feature, name);
+    uint32_t status = ZRS_MOD_FillFeature(&module->ctx->dict, feature, name);
     if (status != ZR_OK)
         return status;
     uint16_t filled = 0;
@@ -36,7 +32,7 @@ uint32_t ParseFeatureInto(ZrMod *module, xmlNode *element, const char *name, Zrs
 
 uint32_t ParseIdentityInto(ZrMod *module, xmlNode *element, const char *name, ZrsIdentity *identity)
 {
-    uint32_t status = ZRS_MOD_FillIdentity(DictOf(module), identity, name);
+    uint32_t status = ZRS_MOD_FillIdentity(&module->ctx->dict, identity, name);
     if (status != ZR_OK)
         return status;
     uint16_t bases = 0;
@@ -54,11 +50,28 @@ uint32_t ParseIdentityInto(ZrMod *module, xmlNode *element, const char *name, Zr
 uint32_t ParseExtensionInto(ZrMod *module, xmlNode *element, const char *name,
                             ZrsExtension *extension)
 {
-    uint32_t status = ZRS_MOD_SetExtension(DictOf(module), extension, name, nullptr, 0);
+    uint32_t status = ZRS_MOD_SetExtension(&module->ctx->dict, extension, name, nullptr, 0);
     if (status != ZR_OK)
         return status;
     ZrsSubElem rows[] = {zr::UniqueRow(ZRS_STMT_ARGUMENT, extension)};
     return zr::ParseRows(module, element, ZRS_STMT_EXTENSION, rows);
+}
+
+// A statement whose argument refers to a definition.
+template <typename Record>
+uint32_t ParseReference(ZrMod *module, const xmlNode *element, uint32_t statement,
+                        uint32_t (*fill)(ZrDict *, Record *, const char *, const char *),
+                        void *destination)
+{
+    const char *argument = zr::RequireArgument(module, element, statement);
+    zr::DefinitionRef ref;
+    if (argument == nullptr || zr::ResolveDefinitionRef(module, argument, &ref) != ZR_OK)
+        return ZR_ERR_INVALID;
+    uint32_t status =
+        fill(&module->ctx->dict, static_cast<Record *>(destination), ref.moduleName, ref.name);
+    if (status != ZR_OK)
+        zr::RecordBadValue(module, argument, statement);
+    return status;
 }
 
 } // namespace
@@ -72,7 +85,7 @@ uint32_t ZRS_LOADER_ParseFeature(ZrMod *module, xmlNode *element, uint32_t /*par
     auto *feature = static_cast<ZrsFeature *>(destination);
     uint32_t status = ParseFeatureInto(module, element, name, feature);
     if (status != ZR_OK) {
-        ZRS_MDL_ClearFeature(DictOf(module), feature);
+        ZRS_MDL_ClearFeature(&module->ctx->dict, feature);
         zr::RecordBadValue(module, name, ZRS_STMT_FEATURE);
     }
     return status;
@@ -87,36 +100,21 @@ uint32_t ZRS_LOADER_ParseIdentity(ZrMod *module, xmlNode *element, uint32_t /*pa
     auto *identity = static_cast<ZrsIdentity *>(destination);
     uint32_t status = ParseIdentityInto(module, element, name, identity);
     if (status != ZR_OK)
-        ZRS_MDL_ClearIdentity(DictOf(module), identity);
+        ZRS_MDL_ClearIdentity(&module->ctx->dict, identity);
     return status;
 }
 
 uint32_t ZRS_LOADER_ParseIdentBase(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
                                    void *destination)
 {
-    const char *argument = zr::RequireArgument(module, element, ZRS_STMT_BASE);
-    zr::DefinitionRef ref;
-    if (argument == nullptr || zr::ResolveDefinitionRef(module, argument, &ref) != ZR_OK)
-        return ZR_ERR_INVALID;
-    uint32_t status = ZRS_MOD_FillIdentBase(
-        DictOf(module), static_cast<ZrsIdentBase *>(destination), ref.moduleName, ref.name);
-    if (status != ZR_OK)
-        zr::RecordBadValue(module, argument, ZRS_STMT_BASE);
-    return status;
+    return ParseReference(module, element, ZRS_STMT_BASE, ZRS_MOD_FillIdentBase, destination);
 }
 
 uint32_t ZRS_LOADER_ParseIfFeature(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
                                    void *destination)
 {
-    const char *argument = zr::RequireArgument(module, element, ZRS_STMT_IF_FEATURE);
-    zr::DefinitionRef ref;
-    if (argument == nullptr || zr::ResolveDefinitionRef(module, argument, &ref) != ZR_OK)
-        return ZR_ERR_INVALID;
-    uint32_t status = ZRS_NODE_FillIfFeature(
-        DictOf(module), static_cast<ZrsIfFeature *>(destination), ref.moduleName, ref.name);
-    if (status != ZR_OK)
-        zr::RecordBadValue(module, argument, ZRS_STMT_IF_FEATURE);
-    return status;
+    return ParseReference(module, element, ZRS_STMT_IF_FEATURE, ZRS_NODE_FillIfFeature,
+                          destination);
 }
 
 uint32_t ZRS_LOADER_ParseExtension(ZrMod *module, xmlNode *element, uint32_t /*parentStatement*/,
@@ -128,7 +126,7 @@ uint32_t ZRS_LOADER_ParseExtension(ZrMod *module, xmlNode *element, uint32_t /*p
     auto *extension = static_cast<ZrsExtension *>(destination);
     uint32_t status = ParseExtensionInto(module, element, name, extension);
     if (status != ZR_OK)
-        ZRS_MDL_ClearExtension(DictOf(module), extension);
+        ZRS_MDL_ClearExtension(&module->ctx->dict, extension);
     return status;
 }
 
@@ -182,8 +180,7 @@ uint32_t ParseInstance(ZrMod *module, xmlNode *element, ZrsExtInst *instance)
     const char *prefix = zr::NamespacePrefix(element);
     const char *moduleName = ZRS_MOD_GetModuleNameByPrefix(module, prefix);
     if (moduleName == nullptr) {
-        ZR_CTX_AddModError(module->ctx, module->name, "Failed to find module by prefix \"%s\".",
-                           prefix);
+        zr::RecordUnknownPrefix(module, prefix);
         return ZR_ERR_INVALID;
     }
     uint32_t status = FillInstance(module, element, moduleName, instance);

@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "loader/statements/arguments.h"
+#include "model/node_record.h"
 #include "model/scope.h"
 #include "platform/memory.h"
 #include "platform/text.h"

@@ -3,7 +3,6 @@
 
 #include <zrschema/names.h>
 
-#include "foundation/context_record.h"
 #include "foundation/load_errors.h"
 #include "loader/statements/arguments.h"
 #include "loader/statements/engine.h"
@@ -37,8 +36,7 @@ uint32_t ParseTypeDefInto(ZrMod *module, xmlNode *element, const char *name, Zrs
         return status;
     }
     if (ZRT_TYPE_IsInvalidType(&typeDef->realType) != 0) {
-        ZR_CTX_AddModError(module->ctx, module->name, "%s \"%s\" must define with type statement.",
-                           ZRS_LOADER_GetKeywordByStmt(ZRS_STMT_TYPEDEF), name);
+        zr::RecordMissingType(module, ZRS_STMT_TYPEDEF, name);
         return ZR_ERR_INVALID;
     }
     return ZRS_LOADER_RefreshTypeDefDefaultValue(module, typeDef);
