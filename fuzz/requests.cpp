@@ -107,8 +107,8 @@ uint32_t KeepDocument(const char *text, void *userData)
     return 0;
 }
 
-// Checking and completing agree. The completed text is judged again, and where the schema's defaults
-// are values of their types, nothing is left to add.
+// Checking and completing agree. The completed text is judged again, and where the schema's
+// defaults are values of their types, nothing is left to add.
 void Complete(ZrCtx *ctx, const std::string &text, const std::string &verdict)
 {
     std::string completed;

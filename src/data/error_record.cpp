@@ -12,7 +12,7 @@
 #include "foundation/array.h"
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "xpath/value_text.h"
 
 // The record: its making and its fields.

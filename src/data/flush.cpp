@@ -9,7 +9,7 @@
 #include "data/phases.h"
 #include "model/module_records.h"
 #include "model/navigation.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "platform/xml.h"
 
 // The checks of one matched element.

@@ -1,7 +1,7 @@
 #include "foundation/array.h"
 
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 

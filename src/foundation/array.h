@@ -11,7 +11,7 @@
 
 #include "foundation/dict.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 extern "C" {
 // `arrayPtr` is the address of the owner's array pointer; sizes are in bytes.

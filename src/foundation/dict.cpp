@@ -4,7 +4,7 @@
 
 #include "foundation/array.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include "foundation/statement_ids.h"
 #include "foundation/text.h"
 #include "platform/memory.h"
+#include "platform/strings.h"
 #include "platform/system.h"
-#include "platform/text.h"
 
 namespace {
 

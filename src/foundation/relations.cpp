@@ -5,7 +5,7 @@
 #include "foundation/array.h"
 #include "foundation/context_record.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include "foundation/context_record.h"
 #include "foundation/text.h"
 #include "platform/memory.h"
+#include "platform/strings.h"
 #include "platform/system.h"
-#include "platform/text.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 

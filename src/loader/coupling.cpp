@@ -4,8 +4,8 @@
 
 #include "foundation/relations.h"
 #include "schema/augment/augment.h"
-#include "schema/module/module.h"
 #include "schema/deviation/deviation.h"
+#include "schema/module/module.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
 

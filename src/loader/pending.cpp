@@ -6,7 +6,7 @@
 #include "foundation/text.h"
 #include "model/module_records.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "model/module_records.h"
 #include "platform/avl.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 

@@ -32,11 +32,12 @@ void *AllocZeroed(size_t size);
 // Gives a block back through the free hook; null is accepted.
 void Free(void *block);
 
-// `count` zero-filled items in one block; null without memory.
+// `count` zero-filled items in one block; null without memory. The items may be pointers.
 template <typename T> T *New(size_t count = 1)
 {
-    return count > SIZE_MAX / sizeof(T) ? nullptr
-                                        : static_cast<T *>(AllocZeroed(count * sizeof(T)));
+    // NOLINTNEXTLINE(bugprone-sizeof-expression)
+    constexpr size_t kSize = sizeof(T);
+    return count > SIZE_MAX / kSize ? nullptr : static_cast<T *>(AllocZeroed(count * kSize));
 }
 
 // One zero-filled head with `tail` bytes behind it; null without memory.

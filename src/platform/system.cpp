@@ -21,7 +21,7 @@
 #include <unistd.h>
 
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 struct PalFile {
     int descriptor;

@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "platform/xml.h"
 
 namespace {
@@ -261,7 +261,7 @@ private:
     size_t longest_;
     uint32_t depth_ = 0; // open elements
     uint32_t open_ = 0;  // their attributes
-    uint16_t attributes_[zr::kMaxDepth];
+    uint16_t attributes_[zr::kMaxDepth] = {};
 };
 
 } // namespace

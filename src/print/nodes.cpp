@@ -8,7 +8,7 @@
 #include "foundation/array.h"
 #include "model/module_records.h"
 #include "model/node_record.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
 

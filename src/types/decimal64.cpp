@@ -2,7 +2,7 @@
 #include <cstddef>
 
 #include "foundation/text.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "types/constraints.h"
 #include "types/range.h"
 

@@ -6,7 +6,7 @@
 
 #include "foundation/array.h"
 #include "foundation/text.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "types/constraints.h"
 #include "types/range.h"
 

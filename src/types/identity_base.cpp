@@ -9,7 +9,7 @@
 #include "foundation/text.h"
 #include "model/module_records.h"
 #include "model/scope.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "types/constraints.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <type_traits>
 
 #include "foundation/array.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "platform/xml.h"
 
 // An entry stands for an element, and below it one for each name that was looked for in vain among

@@ -19,7 +19,7 @@ uint32_t PushObject(ZrXpathEvalCtx *ctx, const ZrXpathObject &source)
     *object = source;
     uint32_t status = PAL_Push(ctx->objects, object.get());
     if (status == ZR_OK)
-        object.release();
+        static_cast<void>(object.release());
     return status;
 }
 
@@ -77,7 +77,7 @@ uint32_t ZR_XPATH_PushStringToObjStack(ZrXpathEvalCtx *ctx, const char *text, ui
         return ZR_ERR_NO_MEMORY;
     uint32_t status = PushObject(ctx, {ZR_XPATH_OBJ_STRING, {.string = copy.get()}});
     if (status == ZR_OK)
-        copy.release();
+        static_cast<void>(copy.release());
     return status;
 }
 
@@ -117,6 +117,6 @@ uint32_t ZR_XPATH_PushExprTypeToStack(ZrXpathEvalCtx *ctx, uint32_t operatorClas
     *entry = ZrXpathOperatorEntry{operatorClass, position};
     uint32_t status = PAL_Push(ctx->operators, entry.get());
     if (status == ZR_OK)
-        entry.release();
+        static_cast<void>(entry.release());
     return status;
 }

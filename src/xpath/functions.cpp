@@ -8,7 +8,7 @@
 #include "model/node_record.h"
 #include "model/scope.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "xpath/value_text.h"
 
 uint32_t ZR_XPATH_FuncNot(ZrXpathEvalCtx *ctx)

@@ -7,7 +7,7 @@
 #include "foundation/array.h"
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "foundation/array.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 uint32_t ZR_XPATH_GetTokenOperationType(const ZrXpathLex *lex, uint32_t position)
 {

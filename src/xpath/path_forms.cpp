@@ -4,7 +4,7 @@
 #include "model/module_records.h"
 #include "model/scope.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 

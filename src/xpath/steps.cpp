@@ -2,7 +2,7 @@
 #include "xpath/evaluate.h"
 
 #include "foundation/text.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "xpath/child_memory.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include "foundation/array.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "schema/module/module.h"
 #include "support/alloc.h"
 #include "support/context.h"

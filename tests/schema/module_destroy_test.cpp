@@ -1,5 +1,5 @@
-#include "foundation/load_errors.h"
 #include "foundation/array.h"
+#include "foundation/load_errors.h"
 #include "schema/augment/augment.h"
 #include "schema/members/condition_records.h"
 #include "schema/members/ext_inst.h"

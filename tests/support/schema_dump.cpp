@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <vector>
 
-#include "model/module_records.h"
 #include "model/context.h"
+#include "model/module_records.h"
 #include "model/node_record.h"
 #include "schema/augment/augment.h"
 #include "schema/deviation/deviation.h"

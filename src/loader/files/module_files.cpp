@@ -10,8 +10,8 @@
 #include "foundation/load_errors.h"
 #include "model/module_records.h"
 #include "platform/memory.h"
+#include "platform/strings.h"
 #include "platform/system.h"
-#include "platform/text.h"
 #include "platform/xml.h"
 
 // Finding.

@@ -110,7 +110,7 @@ ZR_API uint32_t ZRS_LOADER_SaveSuccLoadingSuffix(ZrMod *module, const ZrsLoadAss
 namespace zr {
 // An assister for the length of a scope.
 struct LoadAssister : ZrsLoadAssister {
-    explicit LoadAssister(const char *name) : ZrsLoadAssister{name, 0, nullptr, nullptr} {}
+    explicit LoadAssister(const char *name) : ZrsLoadAssister() { moduleName = name; }
     LoadAssister(const LoadAssister &) = delete;
     LoadAssister &operator=(const LoadAssister &) = delete;
     ~LoadAssister() { ZRS_LOADER_ClearLoadAssister(this); }

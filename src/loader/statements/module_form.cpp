@@ -5,7 +5,7 @@
 #include "model/node_record.h"
 #include "model/scope.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "types/real_type.h"
 #include "xpath/lex.h"
 

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "schema/augment/augment.h"
 #include "schema/members/condition_records.h"
 #include "xpath/lex.h"

@@ -12,7 +12,7 @@
 #include "foundation/list.h"
 #include "foundation/relations.h"
 #include "model/context.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "schema/augment/augment.h"
 #include "schema/deviation/deviation_steps.h"
 #include "schema/lookup/lookup.h"

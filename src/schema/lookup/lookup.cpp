@@ -9,7 +9,7 @@
 #include "foundation/array.h"
 #include "model/module_records.h"
 #include "model/node_record.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "schema/lookup/child_index.h"
 #include "xpath/path_forms.h"
 

@@ -6,7 +6,7 @@
 #include "model/module_records.h"
 #include "model/node_record.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "schema/nodes/node.h"
 
 namespace {

@@ -1,5 +1,5 @@
+#include "platform/strings.h"
 #include "platform/system.h"
-#include "platform/text.h"
 
 #include <gtest/gtest.h>
 #include <zrschema/types.h>
