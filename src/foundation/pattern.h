@@ -9,7 +9,8 @@
 
 extern "C" {
 // ZR_OK when `str` matches, else ZR_ERR_INVALID, also for an expression that does not compile. The
-// expression is compiled anew each time. For callers outside the library.
+// expression is compiled anew each time.
+// For callers outside the library.
 ZR_API uint32_t ZR_UTL_MatchStrWithPattern(const char *str, const char *pattern);
 }
 

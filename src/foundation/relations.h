@@ -52,7 +52,8 @@ ZR_API ZrModRelItem *ZR_CTX_FindModRelationItem(const ZrModRelTbl *table, uint32
 // Collects the modules that change a module, those that change them, and so on, nearest first and
 // each once; the module itself only when a circle leads back to it. `*namesOut` becomes an array of
 // interned names for the caller to release with zr::Free, null when there are none. ZR_OK,
-// ZR_ERR_NO_MEMORY, or ZR_ERR_INVALID for a null argument. For callers outside the library.
+// ZR_ERR_NO_MEMORY, or ZR_ERR_INVALID for a null argument.
+// For callers outside the library.
 ZR_API uint32_t ZR_CTX_CollectDepModNamesRecursive(ZrCtx *ctx, const char *moduleName,
                                                    uint32_t kind, const char ***namesOut,
                                                    uint32_t *countOut);

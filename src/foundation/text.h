@@ -34,12 +34,13 @@ ZR_API char *ZR_UTL_StrDupWithSpecifyLength(const char *str, uint32_t length);
 ZR_API char *ZR_UTL_CreateEmptyString(void);
 
 // The first `ch` among the positions 0 to `limit`, both included: callers pass the remaining length
-// minus one. The NUL ends the search, and is found itself only in an empty string. For callers
-// outside the library.
+// minus one. The NUL ends the search, and is found itself only in an empty string.
+// For callers outside the library.
 ZR_API const char *ZR_UTL_Strnchr(const char *str, char ch, uint32_t limit);
 // How often `ch` stands in the text; 0 for null.
 ZR_API uint32_t ZR_UTL_CountCharNumber(const char *str, char ch);
-// 1 for equal texts or two nulls, else 0. For callers outside the library.
+// 1 for equal texts or two nulls, else 0.
+// For callers outside the library.
 ZR_API uint32_t ZR_UTL_IsNulStringEqual(const char *a, const char *b);
 
 // Decimal numbers: white space, a sign, digits. ZR_OK; ZR_ERR_INVALID without a digit, on overflow

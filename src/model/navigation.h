@@ -12,7 +12,8 @@ extern "C" {
 // The nearest ancestor that has an instance in data, or null.
 ZR_API ZrNode *ZRS_NODE_GetParentDataTreeNode(const ZrNode *node);
 // The first data node at the given place or after it, in schema order. It does not leave the data
-// node around the start, nor, when one is given, the `stop` node. For callers outside the library.
+// node around the start, nor, when one is given, the `stop` node.
+// For callers outside the library.
 ZR_API ZrNode *ZRS_NODE_GetFirstSlibingDataTreeNode(ZrNode *node, const ZrNode *stop);
 // The first data node after a node, within the same bounds.
 ZR_API ZrNode *ZRS_NODE_GetNextDataTreeNode(const ZrNode *node, const ZrNode *stop);

@@ -96,8 +96,8 @@ ZR_API uint32_t ZRT_CONS_GetConsDataFractionVal(const void *body);
 ZR_API const char *ZRT_CONS_GetConsDataLeafrefPath(const void *body);
 ZR_API const char *ZRT_CONS_GetConsDataInheritedTypDefName(const void *body,
                                                            const char **moduleNameOut);
-// The members of a union and, where `countOut` is not null, their number. For callers outside the
-// library.
+// The members of a union and, where `countOut` is not null, their number.
+// For callers outside the library.
 ZR_API ZrtRealType *ZRT_CONS_GetConsUnionSubTypeData(const void *body, uint16_t *countOut);
 }
 

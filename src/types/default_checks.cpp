@@ -100,7 +100,7 @@ struct DefaultRow {
 };
 
 // clang-format off
-constexpr DefaultRow g_defaultChecks[] = {
+constexpr DefaultRow kDefaultChecks[] = {
     {ZRT_TYPE_DERIVED,             nullptr},
     {ZRT_TYPE_BINARY,              ZRT_CONS_CheckValStrAgainstDefRestrictBinary},
     {ZRT_TYPE_BITS,                nullptr},
@@ -123,11 +123,11 @@ constexpr DefaultRow g_defaultChecks[] = {
     {ZRT_TYPE_UNION,               nullptr},
 };
 // clang-format on
-static_assert(zr::RowsInOrder(g_defaultChecks, &DefaultRow::type, ZRT_TYPE_DERIVED, ZRT_TYPE_NONE));
+static_assert(zr::RowsInOrder(kDefaultChecks, &DefaultRow::type, ZRT_TYPE_DERIVED, ZRT_TYPE_NONE));
 
 } // namespace
 
 ZrtDefaultCheckFunc ZRT_CONS_GetBaseTypeDefRestrictCheckFunc(uint32_t baseType)
 {
-    return baseType < std::size(g_defaultChecks) ? g_defaultChecks[baseType].check : nullptr;
+    return baseType < std::size(kDefaultChecks) ? kDefaultChecks[baseType].check : nullptr;
 }

@@ -135,7 +135,7 @@ struct TypeRow {
 };
 
 // clang-format off
-constexpr TypeRow g_typeRows[] = {
+constexpr TypeRow kTypeRows[] = {
 //   type                          size               push                                           check                                            widen            bounds
     {ZRT_TYPE_DERIVED,             kWide,             ZRT_LOADER_PushRangeValueIntoSegIntUnknown,    nullptr,                                         nullptr,         {}},
     {ZRT_TYPE_BINARY,              kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
@@ -159,11 +159,11 @@ constexpr TypeRow g_typeRows[] = {
     {ZRT_TYPE_UNION,               kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
 };
 // clang-format on
-static_assert(zr::RowsInOrder(g_typeRows, &TypeRow::type, ZRT_TYPE_DERIVED, ZRT_TYPE_NONE));
+static_assert(zr::RowsInOrder(kTypeRows, &TypeRow::type, ZRT_TYPE_DERIVED, ZRT_TYPE_NONE));
 
 const TypeRow *RowOf(uint32_t baseType)
 {
-    return baseType < std::size(g_typeRows) ? &g_typeRows[baseType] : nullptr;
+    return baseType < std::size(kTypeRows) ? &kTypeRows[baseType] : nullptr;
 }
 
 } // namespace

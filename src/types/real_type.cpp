@@ -21,7 +21,7 @@ struct RecordRow {
 };
 
 // clang-format off
-constexpr RecordRow g_recordRows[] = {
+constexpr RecordRow kRecordRows[] = {
     {ZRT_CONS_DERIVED,  ZRT_CONS_CreateConsDataBodyWithDerived,  ZRT_CONS_DestroyConsDataBodyWithDerived,   ZRT_CONS_CopyConsDataBodyWithDerived,  ZRT_CONS_UpdateConsDataDerFromWithDerived},
     {ZRT_CONS_BASE,     ZRT_CONS_CreateConsDataBodyWithBase,     ZRT_CONS_DestroyConsDataBodyWithBase,      ZRT_CONS_CopyConsDataBodyWithBase,     nullptr},
     {ZRT_CONS_BIT,      ZRT_CONS_CreateConsDataBodyWithBit,      ZRT_CONS_DestroyConsDataBodyWithBit,       ZRT_CONS_CopyConsDataBodyWithBit,      nullptr},
@@ -34,13 +34,13 @@ constexpr RecordRow g_recordRows[] = {
     {ZRT_CONS_UNION,    ZRT_CONS_CreateConsDataBodyWithUnion,    ZRT_CONS_DestroyConsDataBodyWithUnion,     ZRT_CONS_CopyConsDataBodyWithUnion,    ZRT_CONS_UpdateConsDataDerFromWithUnion},
 };
 // clang-format on
-static_assert(zr::RowsInOrder(g_recordRows, &RecordRow::kind, 0, ZRT_CONS_KIND_COUNT));
+static_assert(zr::RowsInOrder(kRecordRows, &RecordRow::kind, 0, ZRT_CONS_KIND_COUNT));
 
-constexpr RecordRow g_noRow = {};
+constexpr RecordRow kNoRow = {};
 
 const RecordRow &RowOf(uint32_t kind)
 {
-    return kind < std::size(g_recordRows) ? g_recordRows[kind] : g_noRow;
+    return kind < std::size(kRecordRows) ? kRecordRows[kind] : kNoRow;
 }
 
 } // namespace

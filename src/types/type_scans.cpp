@@ -17,7 +17,7 @@ struct ScanRow {
 };
 
 // clang-format off
-constexpr ScanRow g_scans[] = {
+constexpr ScanRow kScans[] = {
     {ZRT_CONS_DERIVED,  nullptr,                             nullptr},
     {ZRT_CONS_BASE,     nullptr,                             nullptr},
     {ZRT_CONS_BIT,      ZRT_CONS_ScanNameValuePairsWithBit,  nullptr},
@@ -30,7 +30,7 @@ constexpr ScanRow g_scans[] = {
     {ZRT_CONS_UNION,    nullptr,                             nullptr},
 };
 // clang-format on
-static_assert(zr::RowsInOrder(g_scans, &ScanRow::kind, 0, ZRT_CONS_KIND_COUNT));
+static_assert(zr::RowsInOrder(kScans, &ScanRow::kind, 0, ZRT_CONS_KIND_COUNT));
 
 template <typename Body> const Body *BodyOf(const ZrtRealType *type, uint32_t kind)
 {
@@ -65,12 +65,12 @@ template <typename Body, typename Scan> uint32_t ScanItems(const Body *body, Sca
 
 ZrtConsScanNameValueFunc ZRT_CONS_GetConsDataScanNameValueFunc(uint32_t kind)
 {
-    return kind < std::size(g_scans) ? g_scans[kind].names : nullptr;
+    return kind < std::size(kScans) ? kScans[kind].names : nullptr;
 }
 
 ZrtConsScanStartEndFunc ZRT_CONS_GetConsDataScanStartEndFunc(uint32_t kind)
 {
-    return kind < std::size(g_scans) ? g_scans[kind].bounds : nullptr;
+    return kind < std::size(kScans) ? kScans[kind].bounds : nullptr;
 }
 
 uint32_t ZR_TYPE_GetBuiltInBaseType(const ZrtRealType *type)

@@ -18,7 +18,7 @@ struct CheckRow {
 };
 
 // clang-format off
-constexpr CheckRow g_checks[] = {
+constexpr CheckRow kChecks[] = {
     {ZRT_CONS_DERIVED,  ZRT_CONS_ValidateValueNodeAgainstDataDerived},
     {ZRT_CONS_BASE,     ZRT_CONS_ValidateValueNodeAgainstDataBase},
     {ZRT_CONS_BIT,      ZRT_CONS_ValidateValueNodeAgainstDataBit},
@@ -31,7 +31,7 @@ constexpr CheckRow g_checks[] = {
     {ZRT_CONS_UNION,    ZRT_CONS_ValidateValueNodeAgainstDataUnion},
 };
 // clang-format on
-static_assert(zr::RowsInOrder(g_checks, &CheckRow::kind, 0, ZRT_CONS_KIND_COUNT));
+static_assert(zr::RowsInOrder(kChecks, &CheckRow::kind, 0, ZRT_CONS_KIND_COUNT));
 
 // Types that one value is handed on through at most: typedefs, members of unions and targets of
 // leafrefs together. A typedef that is a union of itself, or a union that refers to its own leaf,
@@ -74,7 +74,7 @@ uint32_t CheckSlots(const ZrtRealType *type, uint32_t inputKind, const void *val
 
 ZrtConsCheckFunc ZRT_CONS_GetConsDataValueRestricationCheckFunc(uint32_t kind)
 {
-    return kind < std::size(g_checks) ? g_checks[kind].check : nullptr;
+    return kind < std::size(kChecks) ? kChecks[kind].check : nullptr;
 }
 
 uint32_t ZRT_TYPE_ValidateValueNodeAgainstRealType(const ZrtRealType *type, uint32_t inputKind,

@@ -2,7 +2,7 @@
 //
 // It decides conditions of a small subset of XPath 1.0: a node is one node, not a set; a step goes
 // to a child, to the parent or stays; predicates are skipped; the operators are "or", "and" and the
-// comparisons; the functions are not(), derived-from() and derived-from-or-self().
+// comparisons; the functions are those of functions.cpp.
 #pragma once
 
 #include <zrschema/types.h>
@@ -21,7 +21,8 @@ extern "C" {
 // evaluated; ZR_ERR_INVALID also for a null argument. "/" starts at `root`, the node above the
 // instance data, to which ".." never climbs. Every element carries its schema node in _private, or
 // null. Nothing is changed and nothing is kept: conditions may be evaluated side by side as long as
-// tree and schema stay as they are. For callers outside the library.
+// tree and schema stay as they are.
+// For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalCondition(xmlNode *root, xmlNode *contextNode, const char *expression);
 }
 
@@ -121,23 +122,25 @@ extern "C" {
 // stays. Sub-expressions inside it cost no call stack, however deep they are nested.
 ZR_API uint32_t ZR_XPATH_EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
 // A sub-expression: from "(" or "," to the next ")" or ",", where the cursor stays;
-// ZR_XPATH_ERR_SUBEXPR_START where none begins. For callers outside the library.
+// ZR_XPATH_ERR_SUBEXPR_START where none begins.
+// For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalSubExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
 // One operand, a primary expression or a location path, with everything between its parentheses;
 // ZR_ERR_INVALID where none begins.
 ZR_API uint32_t ZR_XPATH_EvalPathExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
-// The same for a primary expression alone; ZR_XPATH_ERR_BAD_PRIMARY where none begins. For callers
-// outside the library.
+// The same for a primary expression alone; ZR_XPATH_ERR_BAD_PRIMARY where none begins.
+// For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalPrimaryExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                          uint32_t *cursor);
 // A literal or a number; a number that is none is NaN.
 ZR_API uint32_t ZR_XPATH_EvalLiteral(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
 ZR_API uint32_t ZR_XPATH_EvalNumber(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
-// A call, from the name of the function to past the ")". For callers outside the library.
+// A call, from the name of the function to past the ")".
+// For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalFunctionCall(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                           uint32_t *cursor);
-// The arguments of one, from the "(" to past the ")", without the function. For callers outside the
-// library.
+// The arguments of one, from the "(" to past the ")", without the function.
+// For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalFunctionCallArguments(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                                    uint32_t *cursor);
 }
@@ -149,22 +152,24 @@ ZR_API uint32_t ZR_XPATH_EvalFunctionCallArguments(ZrXpathEvalCtx *ctx, const Zr
 // They see all that stands below the root node.
 
 extern "C" {
-// A path from its "/" on; ZR_XPATH_ERR_ROOT_STEP for "//". For callers outside the library.
+// A path from its "/" on; ZR_XPATH_ERR_ROOT_STEP for "//".
+// For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalAbsoluteLocationPath(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                                   uint32_t *cursor);
-// A path from its first step on; without a node it starts at the context node. For callers outside
-// the library.
+// A path from its first step on; without a node it starts at the context node.
+// For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalRelativeLocationPath(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
                                                   uint32_t *cursor);
-// One step; a step by name takes its predicate along. ZR_XPATH_ERR_BAD_STEP for another token. For
-// callers outside the library.
+// One step; a step by name takes its predicate along. ZR_XPATH_ERR_BAD_STEP for another token.
+// For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalStep(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
-// The first child of that local name, of any kind of node; the prefix is not compared. For callers
-// outside the library.
+// The first child of that local name, of any kind of node; the prefix is not compared.
+// For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalNameTest(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
 // The step "."; the node stays.
 ZR_API uint32_t ZR_XPATH_EvalDot(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
-// The parent, unless that is the root node: then the node stays. For callers outside the library.
+// The parent, unless that is the root node: then the node stays.
+// For callers outside the library.
 ZR_API uint32_t ZR_XPATH_EvalDDot(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor);
 // Passes over one predicate, if there is one; the first "]" closes it.
 ZR_API uint32_t ZR_XPATH_SkipPredicate(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,

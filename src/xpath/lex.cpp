@@ -2,7 +2,6 @@
 #include "xpath/lex.h"
 
 #include <cstddef>
-#include <iterator>
 
 #include "foundation/array.h"
 #include "foundation/text.h"
