@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "platform/memory.h"
-#include "schema/lookup.h"
+#include "schema/lookup/lookup.h"
 #include "xpath/path_forms.h"
 
 namespace {

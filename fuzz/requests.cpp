@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-#include "platform/xml_parse.h"
+#include "platform/xml.h"
 
 namespace zrfuzz {
 
@@ -101,6 +101,47 @@ uint32_t TakeDocument(const char *text, void *)
     return std::strlen(text) != 0 ? kTaken : 0;
 }
 
+uint32_t KeepDocument(const char *text, void *userData)
+{
+    *static_cast<std::string *>(userData) = text;
+    return 0;
+}
+
+// Checking and completing agree. The completed text is judged again, and where the schema's
+// defaults are values of their types, nothing is left to add.
+void Complete(ZrCtx *ctx, const std::string &text, const std::string &verdict)
+{
+    std::string completed;
+    ZrdErrNode *error = nullptr;
+    uint32_t status =
+        ZR_CTX_CompleteRpcDataTree(ctx, text.c_str(), KeepDocument, &completed, &error);
+    Check((status == ZR_OK) == (error == nullptr), "a record comes with a failure, and only then");
+    Check(Summary(error) == verdict, "checking and completing give the same record");
+    ZR_FreeErrNode(error);
+    if (status != ZR_OK)
+        return;
+    uint32_t defaults = 0;
+    bool isValid = RunText(ctx, completed, defaults) == "valid";
+    Check(!isValid || defaults == 0, "a completed request has its defaults");
+}
+
+// The two ways to check a notification agree; only one tells why.
+bool IsNotification(ZrCtx *ctx, const std::string &text)
+{
+    uint32_t status = ZR_CTX_ValidateNotifDataTree(ctx, text.c_str(), TakeDocument, nullptr);
+    Check(status == kTaken || status == ZR_ERR_INVALID,
+          "a notification passes or fails with the status of invalid data");
+    ZrdErrNode *error = nullptr;
+    uint32_t again =
+        ZR_CTX_ValidateNotifDataTreeWithError(ctx, text.c_str(), TakeDocument, nullptr, &error);
+    Check(again == status, "a notification is judged alike with and without a record");
+    Check((error != nullptr) == (status != kTaken), "a refused notification has a record");
+    if (error != nullptr)
+        CheckRecord(error);
+    ZR_FreeErrNode(error);
+    return status == kTaken;
+}
+
 } // namespace
 
 Verdicts ValidateInEveryWay(ZrCtx *ctx, const std::string &text)
@@ -117,10 +158,8 @@ Verdicts ValidateInEveryWay(ZrCtx *ctx, const std::string &text)
         RunTree(ctx, doc, verdicts.request);
         xmlFreeDoc(doc);
     }
-    uint32_t status = ZR_CTX_ValidateNotifDataTree(ctx, text.c_str(), TakeDocument, nullptr);
-    Check(status == kTaken || status == ZR_ERR_INVALID,
-          "a notification passes or fails with the status of invalid data");
-    verdicts.notification = status == kTaken;
+    Complete(ctx, text, verdicts.request);
+    verdicts.notification = IsNotification(ctx, text);
     return verdicts;
 }
 

@@ -142,6 +142,37 @@ void WalkValues(const ZrNode *node, ZrCtx *ctx)
     }
 }
 
+bool IsData(const ZrNode *node)
+{
+    switch (ZR_NODE_GetNodeType(node)) {
+    case ZR_NODE_CONTAINER:
+    case ZR_NODE_LIST:
+    case ZR_NODE_LEAF:
+    case ZR_NODE_LEAF_LIST:
+    case ZR_NODE_ANYDATA:
+    case ZR_NODE_ANYXML:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// A node of data is found by its name where its element would stand.
+void FindAsData(const ZrNode *node, const ZrCtx *ctx)
+{
+    const ZrNode *parent = ZR_NODE_GetNonChoiceCaseParent(node);
+    const char *module = ZR_MOD_GetModuleName(ZR_NODE_GetModule(node));
+    const char *name = ZR_NODE_GetNodeName(node);
+    const ZrNode *found = parent == nullptr ? ZR_CTX_FindTopDataNode(ctx, module, name)
+                                            : ZR_NODE_FindDataChild(parent, module, name);
+    bool isPlain = IsData(node) && (parent == nullptr || IsData(parent));
+    Check(!isPlain || found != nullptr, "a node of data is found by its name");
+    Check(found == nullptr || std::strcmp(ZR_NODE_GetNodeName(found), name) == 0,
+          "what is found has the name");
+    ZR_NODE_GetInputNode(node);
+    ZR_NODE_GetOutputNode(node);
+}
+
 uint32_t WalkNode(ZrNode *node, uint32_t arrival, void *userData)
 {
     auto *walk = static_cast<NodeWalk *>(userData);
@@ -155,6 +186,8 @@ uint32_t WalkNode(ZrNode *node, uint32_t arrival, void *userData)
     Touch(ZR_NODE_GetWhenCond(node));
     Touch(ZR_NODE_GetUnitsValueStr(node));
     Touch(ZR_NODE_GetDefaultValueStr(node));
+    Touch(ZR_NODE_GetTypedefUnitsStr(node));
+    Touch(ZR_NODE_GetTypedefDefaultStr(node));
     ZR_NODE_IsKey(node);
     ZR_NODE_IsRwConfig(node);
     ZR_NODE_IsEnabled(node);
@@ -165,6 +198,7 @@ uint32_t WalkNode(ZrNode *node, uint32_t arrival, void *userData)
     ZR_NODE_ScanAllDefaults(node, TouchText, nullptr);
     ZR_NODE_ScanAllExtInsts(node, TouchExtInst, nullptr);
     WalkPaths(node, walk->ctx);
+    FindAsData(node, walk->ctx);
     WalkValues(node, walk->ctx);
     // The cost of printing every node with its siblings would be the square of their number.
     if (++walk->count % 16 == 1) {
@@ -196,6 +230,39 @@ uint32_t TouchError(const char *module, const char *file, uint32_t kind, const c
     return 0;
 }
 
+uint32_t TouchOwnFeature(const char *feature, uint32_t enabled, void *)
+{
+    Check(feature != nullptr && enabled <= 1, "a feature has a name and is on or off");
+    return 0;
+}
+
+uint32_t TouchImport(const char *module, const char *prefix, const char *revision, void *)
+{
+    Check(module != nullptr, "an import has a module");
+    Touch(prefix);
+    Touch(revision);
+    return 0;
+}
+
+uint32_t TouchDeviation(const char *path, const char *module, uint32_t applied, void *)
+{
+    Check(path != nullptr && applied <= 1, "a deviation has a target and is applied or not");
+    Touch(module);
+    return 0;
+}
+
+void WalkMembers(const ZrMod *module)
+{
+    Touch(ZR_MOD_GetYangVersion(module));
+    Touch(ZR_MOD_GetDescription(module));
+    ZR_MOD_ScanAllFeatures(module, TouchOwnFeature, nullptr);
+    ZR_MOD_ScanAllImports(module, TouchImport, nullptr);
+    ZR_MOD_ScanAllSubmodules(module, TouchText, nullptr);
+    ZR_MOD_ScanAllDeviations(module, TouchDeviation, nullptr);
+    ZR_MOD_ScanAllIdentity(module, WalkIdentity, nullptr);
+    ZR_MOD_ScanAllExtInsts(module, TouchExtInst, nullptr);
+}
+
 void Print(const ZrMod *module, bool longLines)
 {
     uint32_t status = ZR_MOD_PrintModelTree(module, TouchPiece, nullptr);
@@ -211,8 +278,7 @@ void WalkModule(ZrCtx *ctx, ZrMod *module, bool longLines)
     Touch(ZR_MOD_GetModulePrefix(module));
     Touch(ZR_MOD_GetOrganization(module));
     Touch(ZR_MOD_GetRevision(module));
-    ZR_MOD_ScanAllIdentity(module, WalkIdentity, nullptr);
-    ZR_MOD_ScanAllExtInsts(module, TouchExtInst, nullptr);
+    WalkMembers(module);
     NodeWalk walk = {ctx, 0};
     ZR_MOD_IterScanTopmostNode(module, WalkTree, &walk);
     ZR_MOD_IterScanAugmentNode(module, WalkTree, &walk);

@@ -7,8 +7,8 @@
 #include <cstring>
 
 #include "platform/memory.h"
-#include "schema/augment.h"
-#include "schema/conditions.h"
+#include "schema/augment/augment.h"
+#include "schema/members/condition_records.h"
 #include "xpath/evaluate.h"
 #include "xpath/lex.h"
 

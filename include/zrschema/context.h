@@ -173,13 +173,13 @@ ZR_API void ZR_CTX_SetExtInstFilterCbFunc(ZrCtx *ctx, ZrExtInstFilterFunc func);
  * Slashes at the end of the path do not count; nothing else is normalised. A directory that is in
  * the list already stays where it is, and nothing is added.
  *
- * @param ctx        the context; null gives 22
- * @param directory  an absolute path of an existing directory; copied; null gives 22
- * @retval 0   the directory is in the list
- * @retval 12  memory ran out
- * @retval 20  the path is not absolute, or there is no such directory; also when memory ran out for
- *             the copy of the path
- * @retval 22  a null argument, or memory ran out for the text
+ * @param ctx        the context; null gives #ZR_ERR_INVALID
+ * @param directory  an absolute path of an existing directory; copied; null gives #ZR_ERR_INVALID
+ * @retval ZR_OK             the directory is in the list
+ * @retval ZR_ERR_NO_MEMORY  memory ran out
+ * @retval ZR_ERR_BAD_DIR    the path is not absolute, or there is no such directory; also when
+ *                           memory ran out for the copy of the path
+ * @retval ZR_ERR_INVALID    a null argument, or memory ran out for the text
  */
 ZR_API uint32_t ZR_CTX_SetSearchDir(ZrCtx *ctx, const char *directory);
 
@@ -191,8 +191,8 @@ ZR_API uint32_t ZR_CTX_SetSearchDir(ZrCtx *ctx, const char *directory);
  *
  * @param ctx        the context; null does nothing
  * @param directory  an absolute path, compared without the slashes at its end; null removes all
- * @retval 0   the directory is not in the list (any more)
- * @retval 20  the path is not absolute, or there is no such directory; nothing changed
+ * @retval ZR_OK           the directory is not in the list (any more)
+ * @retval ZR_ERR_BAD_DIR  the path is not absolute, or there is no such directory; nothing changed
  */
 ZR_API uint32_t ZR_CTX_UnSetSearchDir(ZrCtx *ctx, const char *directory);
 
@@ -225,16 +225,16 @@ ZR_API uint32_t ZR_CTX_UnSetSearchDir(ZrCtx *ctx, const char *directory);
  *
  * Loading again is also how imports that failed are tried again: in a context with
  * ZR_CTX_LOAD_IMPORTS the imports of a module that is loaded already are followed as well. The
- * module's file must still be there for it; without one the status is 2 and a warning is recorded,
- * and the module stays.
+ * module's file must still be there for it; without one the status is #ZR_ERR_NOT_FOUND, a warning
+ * is recorded, and the module stays.
  *
- * @param ctx         the context; null gives 22
- * @param moduleName  the module's name; null gives 22
- * @retval 0   the module is loaded
- * @retval 1   its namespace is taken by another module
- * @retval 2   no search directory has a file of it, or of a module that it imports
- * @retval 12  memory ran out
- * @retval 22  a null argument, or a file that cannot be read or is no such module
+ * @param ctx         the context; null gives #ZR_ERR_INVALID
+ * @param moduleName  the module's name; null gives #ZR_ERR_INVALID
+ * @retval ZR_OK             the module is loaded
+ * @retval ZR_ERR_FAILED     its namespace is taken by another module
+ * @retval ZR_ERR_NOT_FOUND  no search directory has a file of it, or of a module that it imports
+ * @retval ZR_ERR_NO_MEMORY  memory ran out
+ * @retval ZR_ERR_INVALID    a null argument, or a file that cannot be read or is no such module
  * @note The status of an import that fails is passed on; the module itself stays loaded then. Any
  *       other failure leaves nothing of a module that was not loaded before but its recorded
  *       errors.
@@ -248,14 +248,14 @@ ZR_API uint32_t ZR_CTX_LoadModule(ZrCtx *ctx, const char *moduleName);
  * not loaded here; the submodules that the text includes are, from the search directories. What was
  * loaded from memory has no file to come back from: see ZR_CTX_UnloadModule().
  *
- * @param ctx      the context; null gives 22
+ * @param ctx      the context; null gives #ZR_ERR_INVALID
  * @param yinText  the module in YIN form (RFC 7950, section 13), NUL-terminated, with its groupings
- *                 expanded; null gives 22
- * @retval 0   the module, or another one of its name, is loaded
- * @retval 1   the text is no module, has an error in it, or its namespace is taken; nothing is
- *             loaded
- * @retval 12  memory ran out
- * @retval 22  a null argument, or text that is not well-formed XML
+ *                 expanded; null gives #ZR_ERR_INVALID
+ * @retval ZR_OK             the module, or another one of its name, is loaded
+ * @retval ZR_ERR_FAILED     the text is no module, has an error in it, or its namespace is taken;
+ *                           nothing is loaded
+ * @retval ZR_ERR_NO_MEMORY  memory ran out
+ * @retval ZR_ERR_INVALID    a null argument, or text that is not well-formed XML
  */
 ZR_API uint32_t ZR_CTX_LoadMemory(ZrCtx *ctx, const char *yinText);
 
@@ -275,10 +275,10 @@ ZR_API uint32_t ZR_CTX_LoadMemory(ZrCtx *ctx, const char *yinText);
  * Recorded errors of the module are forgotten.
  *
  * @param ctx         the context; null gives 0
- * @param moduleName  the module's name; one that is not loaded gives 0; null gives 22
- * @retval 0   done
- * @retval 12  memory ran out; the context may have changed in part
- * @retval 22  a null name
+ * @param moduleName  the module's name; one that is not loaded gives 0; null gives #ZR_ERR_INVALID
+ * @retval ZR_OK             done
+ * @retval ZR_ERR_NO_MEMORY  memory ran out; the context may have changed in part
+ * @retval ZR_ERR_INVALID    a null name
  * @return any other value: at least one module could not be loaded again; its load errors say why.
  *         The statuses of several are combined, so that the number itself need not be a status.
  */
@@ -326,14 +326,14 @@ ZR_API uint32_t ZR_CTX_ScanAllModules(const ZrCtx *ctx, ZrModuleScanFunc callbac
 /**
  * Tells whether a feature is enabled (RFC 7950, section 7.20.1).
  *
- * Compare the result with 1: a null argument gives 22, which is not zero either.
+ * Compare the result with 1: a null argument gives #ZR_ERR_INVALID, which is not zero either.
  *
- * @param ctx          the context; null gives 22
- * @param moduleName   the module's name; null gives 22
- * @param featureName  the feature's name; null gives 22
- * @retval 0   the feature is disabled, or there is no such module or feature
- * @retval 1   the feature is enabled
- * @retval 22  a null argument
+ * @param ctx          the context; null gives #ZR_ERR_INVALID
+ * @param moduleName   the module's name; null gives #ZR_ERR_INVALID
+ * @param featureName  the feature's name; null gives #ZR_ERR_INVALID
+ * @retval 0               the feature is disabled, or there is no such module or feature
+ * @retval 1               the feature is enabled
+ * @retval ZR_ERR_INVALID  a null argument
  */
 ZR_API uint32_t ZR_CTX_IsModFeatureEnable(const ZrCtx *ctx, const char *moduleName,
                                           const char *featureName);
@@ -343,11 +343,11 @@ ZR_API uint32_t ZR_CTX_IsModFeatureEnable(const ZrCtx *ctx, const char *moduleNa
  *
  * The effect is immediate, as with ZR_MOD_EnableFeature(), which turns it on again.
  *
- * @param ctx          the context; null gives 22
- * @param moduleName   the module's name; null gives 22
- * @param featureName  the feature's name; null gives 22
- * @retval 0   the feature is off
- * @retval 22  a null argument, or no such module or feature; nothing changed
+ * @param ctx          the context; null gives #ZR_ERR_INVALID
+ * @param moduleName   the module's name; null gives #ZR_ERR_INVALID
+ * @param featureName  the feature's name; null gives #ZR_ERR_INVALID
+ * @retval ZR_OK           the feature is off
+ * @retval ZR_ERR_INVALID  a null argument, or no such module or feature; nothing changed
  * @note Not to be called while another thread uses the same context.
  */
 ZR_API uint32_t ZR_CTX_DisableModFeature(ZrCtx *ctx, const char *moduleName,
@@ -398,8 +398,8 @@ ZR_API ZrNode *ZR_CTX_FindTopDataNode(const ZrCtx *ctx, const char *moduleName, 
  * @param callback  called for each entry; its texts live until it returns; a non-zero result ends
  *                  the scan; null gives 0
  * @param userData  handed to the callback
- * @retval 0   all entries were visited
- * @retval 37  the store's lock could not be taken; nothing was visited
+ * @retval ZR_OK        all entries were visited
+ * @retval ZR_ERR_LOCK  the store's lock could not be taken; nothing was visited
  * @return any other value: the callback's result that ended the scan
  * @note Takes the store's own lock for reading: scans may run at the same time as each other, and
  *       on other threads than loading. The callback must neither call back into loading, which

@@ -21,14 +21,15 @@ extern "C" {
  * blocks that were allocated before would be given back to a function that does not know them.
  *
  * @param mallocFunc   returns a block of so many bytes, aligned for any type, or null; need not
- *                     zero it; null gives 22
+ *                     zero it; null gives #ZR_ERR_INVALID
  * @param reallocFunc  changes a block's size and keeps its content, or returns null and leaves the
- *                     block alone; null gives 22
- * @param freeFunc     takes a block back; never called with null; null gives 22
- * @retval 0   the hooks are in force
- * @retval 17  hooks are registered already; nothing changed, even when they are the same
- * @retval 22  a null argument; nothing changed
- * @retval 37  the lock around the registration could not be taken; nothing changed
+ *                     block alone; null gives #ZR_ERR_INVALID
+ * @param freeFunc     takes a block back; never called with null; null gives #ZR_ERR_INVALID
+ * @retval ZR_OK              the hooks are in force
+ * @retval ZR_ERR_REGISTERED  hooks are registered already; nothing changed, even when they are the
+ *                            same
+ * @retval ZR_ERR_INVALID     a null argument; nothing changed
+ * @retval ZR_ERR_LOCK        the lock around the registration could not be taken; nothing changed
  * @note Threads may call this at the same time, and one of them wins. The hooks themselves are read
  *       without a lock: not to be called while another thread is inside the library. They must
  *       allow calls from as many threads as use the library.

@@ -178,10 +178,11 @@ ZR_API const char *ZR_MOD_GetIdentityDescription(const ZrsIdentity *identity);
  * any others. Only what would be asked for or added by itself is left alone below such a node: its
  * mandatory nodes are not missed, its defaults are not added.
  *
- * @param module  a loaded module; null gives 22
- * @param name    the feature's name, or "*" for all of the module's features; null gives 22
- * @retval 0   the feature, or every feature for "*" (there may be none), is on
- * @retval 22  a null argument, or no feature of that name; nothing changed
+ * @param module  a loaded module; null gives #ZR_ERR_INVALID
+ * @param name    the feature's name, or "*" for all of the module's features; null gives
+ *                #ZR_ERR_INVALID
+ * @retval ZR_OK           the feature, or every feature for "*" (there may be none), is on
+ * @retval ZR_ERR_INVALID  a null argument, or no feature of that name; nothing changed
  * @note Not to be called while another thread uses the same context.
  */
 ZR_API uint32_t ZR_MOD_EnableFeature(ZrMod *module, const char *name);
@@ -192,10 +193,10 @@ ZR_API uint32_t ZR_MOD_EnableFeature(ZrMod *module, const char *name);
  * The effect is as immediate as that of ZR_MOD_EnableFeature(). Features are turned off one by one:
  * "*" does not stand for all of them here.
  *
- * @param module  a loaded module; null gives 22
- * @param name    the feature's name; null gives 22
- * @retval 0   the feature is off
- * @retval 22  a null argument, or no feature of that name; nothing changed
+ * @param module  a loaded module; null gives #ZR_ERR_INVALID
+ * @param name    the feature's name; null gives #ZR_ERR_INVALID
+ * @retval ZR_OK           the feature is off
+ * @retval ZR_ERR_INVALID  a null argument, or no feature of that name; nothing changed
  * @note Not to be called while another thread uses the same context.
  */
 ZR_API uint32_t ZR_MOD_DisableFeature(ZrMod *module, const char *name);
@@ -283,11 +284,11 @@ ZR_API uint32_t ZR_MOD_ScanAllDeviations(const ZrMod *module, ZrDeviationScanFun
  *
  * Instances that stand below another one are reached with ZR_EXT_ScanAllChildExtInsts().
  *
- * @param module    a loaded module; null gives 22
- * @param callback  called for each instance in order; null gives 22
+ * @param module    a loaded module; null gives #ZR_ERR_INVALID
+ * @param callback  called for each instance in order; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; may be null
- * @retval 0   all were scanned; there may be none
- * @retval 22  a null module or callback
+ * @retval ZR_OK           all were scanned; there may be none
+ * @retval ZR_ERR_INVALID  a null module or callback
  * @return any other value: the result with which the callback stopped the scan
  */
 ZR_API uint32_t ZR_MOD_ScanAllExtInsts(const ZrMod *module, ZrExtInstScanFunc callback,
@@ -298,10 +299,10 @@ ZR_API uint32_t ZR_MOD_ScanAllExtInsts(const ZrMod *module, ZrExtInstScanFunc ca
  * each in schema order. Augments are not among them.
  *
  * @param module    a loaded module; null gives 0
- * @param callback  called with each node and #ZR_ARRIVAL_ROOT; null gives 22
+ * @param callback  called with each node and #ZR_ARRIVAL_ROOT; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; may be null
- * @retval 0   all were scanned; there may be none
- * @retval 22  a null callback
+ * @retval ZR_OK           all were scanned; there may be none
+ * @retval ZR_ERR_INVALID  a null callback
  * @return any other value: the result with which the callback stopped the scan
  */
 ZR_API uint32_t ZR_MOD_IterScanTopmostNode(const ZrMod *module, ZrNodeScanFunc callback,
@@ -314,10 +315,10 @@ ZR_API uint32_t ZR_MOD_IterScanTopmostNode(const ZrMod *module, ZrNodeScanFunc c
  * nodes stand in the augment's target.
  *
  * @param module    a loaded module; null gives 0
- * @param callback  called with each augment node and #ZR_ARRIVAL_ROOT; null gives 22
+ * @param callback  called with each augment node and #ZR_ARRIVAL_ROOT; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; may be null
- * @retval 0   all were scanned; there may be none
- * @retval 22  a null callback
+ * @retval ZR_OK           all were scanned; there may be none
+ * @retval ZR_ERR_INVALID  a null callback
  * @return any other value: the result with which the callback stopped the scan
  */
 ZR_API uint32_t ZR_MOD_IterScanAugmentNode(const ZrMod *module, ZrNodeScanFunc callback,
@@ -327,10 +328,10 @@ ZR_API uint32_t ZR_MOD_IterScanAugmentNode(const ZrMod *module, ZrNodeScanFunc c
  * Scans the identities that a module defines (RFC 7950, section 7.18).
  *
  * @param module    a loaded module; null gives 0
- * @param callback  called for each identity in order; null gives 22
+ * @param callback  called for each identity in order; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; may be null
- * @retval 0   all were scanned; there may be none
- * @retval 22  a null callback
+ * @retval ZR_OK           all were scanned; there may be none
+ * @retval ZR_ERR_INVALID  a null callback
  * @return any other value: the result with which the callback stopped the scan
  */
 ZR_API uint32_t ZR_MOD_ScanAllIdentity(const ZrMod *module, ZrIdentityScanFunc callback,
@@ -340,10 +341,11 @@ ZR_API uint32_t ZR_MOD_ScanAllIdentity(const ZrMod *module, ZrIdentityScanFunc c
  * Scans the bases of an identity (RFC 7950, section 7.18.2).
  *
  * @param identity  an identity, from a scan; null gives 0
- * @param callback  called for each base in order, with module name and identity name; null gives 22
+ * @param callback  called for each base in order, with module name and identity name; null gives
+ *                  #ZR_ERR_INVALID
  * @param userData  handed to the callback; may be null
- * @retval 0   all were scanned; there may be none
- * @retval 22  a null callback
+ * @retval ZR_OK           all were scanned; there may be none
+ * @retval ZR_ERR_INVALID  a null callback
  * @return any other value: the result with which the callback stopped the scan
  */
 ZR_API uint32_t ZR_MOD_ScanIdentityBase(const ZrsIdentity *identity, ZrIdentBaseScanFunc callback,

@@ -304,12 +304,13 @@ ZR_API const char *ZR_NODE_GetTypedefUnitsStr(const ZrNode *node);
 /**
  * Walks the chain of typedefs of a leaf or leaf-list, as ZR_TYPE_IterRealTypeDerivedName() does.
  *
- * @param node      a leaf or leaf-list; null or any other kind gives 22
+ * @param node      a leaf or leaf-list; null or any other kind gives #ZR_ERR_INVALID
  * @param callback  called once a link, or once with null names for a built-in type; a result other
- *                  than 0 stops the walk; null gives 22
+ *                  than 0 stops the walk; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; null is allowed
- * @retval 0   the chain was walked to its end, or to a typedef that is not loaded
- * @retval 22  a missing argument, a node without type, or a chain of more than 128 typedefs
+ * @retval ZR_OK           the chain was walked to its end, or to a typedef that is not loaded
+ * @retval ZR_ERR_INVALID  a missing argument, a node without type, or a chain of more than 128
+ *                         typedefs
  * @return else the callback's result
  */
 ZR_API uint32_t ZR_NODE_ScanDerivedType(const ZrNode *node, ZrDerivedTypeScanFunc callback,
@@ -331,14 +332,14 @@ ZR_API ZrNode *ZR_NODE_GetLeafrefTargetNode(const ZrNode *node, uint32_t follow)
 /**
  * Checks a value against the type of a leaf or leaf-list (RFC 7950, section 9).
  *
- * @param node       a leaf or leaf-list; null or any other kind gives 22
+ * @param node       a leaf or leaf-list; null or any other kind gives #ZR_ERR_INVALID
  * @param inputKind  a ::ZrValueInput: what `value` points to; any other number counts as no value
  * @param value      a NUL-terminated string, or a libxml2 element (xmlNode *) whose text is the
  *                   value; it is only read
- * @retval 0       the type takes the value
- * @retval 22      a missing argument, or a node without type
- * @retval 0x7000  to 0x700C: the type refuses the value; see ::ZrStatus
- * @return else a status of a failure inside the check, such as 12 without memory
+ * @retval ZR_OK                 the type takes the value
+ * @retval ZR_ERR_INVALID        a missing argument, or a node without type
+ * @retval ZR_ERR_VALUE_NO_BODY  to #ZR_ERR_VALUE_EMPTY: the type refuses the value; see ::ZrStatus
+ * @return else a status of a failure inside the check, such as #ZR_ERR_NO_MEMORY
  */
 ZR_API uint32_t ZR_NODE_ValidateValue(const ZrNode *node, uint32_t inputKind, const void *value);
 
@@ -362,12 +363,12 @@ ZR_API const ZrtRealType *ZR_NODE_FindRealTypeMatchedValue(const ZrNode *node, u
  * whose children have all been visited. The root's own siblings are not visited; below an augment
  * node only the nodes that it adds are. The callback must not unlink nodes of the subtree.
  *
- * @param root      the node to start at; null gives 22
+ * @param root      the node to start at; null gives #ZR_ERR_INVALID
  * @param callback  0 goes on, #ZR_SCAN_SKIP_SUBTREE goes on without the node's children, any other
- *                  value stops the walk; null gives 22
+ *                  value stops the walk; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; null is allowed
- * @retval 0   the subtree was walked to its end
- * @retval 22  a null argument
+ * @retval ZR_OK           the subtree was walked to its end
+ * @retval ZR_ERR_INVALID  a null argument
  * @return else the callback's result
  */
 ZR_API uint32_t ZR_NODE_TreeScanAllNode(ZrNode *root, ZrNodeScanFunc callback, void *userData);
@@ -378,11 +379,11 @@ ZR_API uint32_t ZR_NODE_TreeScanAllNode(ZrNode *root, ZrNodeScanFunc callback, v
  * Of an augment node only the nodes that it adds are visited, coupled or not. The callback may
  * unlink the child that it is called with.
  *
- * @param node      a schema node; null gives 22
- * @param callback  0 goes on, any other value stops the scan; null gives 22
+ * @param node      a schema node; null gives #ZR_ERR_INVALID
+ * @param callback  0 goes on, any other value stops the scan; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; null is allowed
- * @retval 0   every child was visited, or there is none
- * @retval 22  a null argument
+ * @retval ZR_OK           every child was visited, or there is none
+ * @retval ZR_ERR_INVALID  a null argument
  * @return else the callback's result
  */
 ZR_API uint32_t ZR_NODE_IterScanChildrenNode(const ZrNode *node, ZrNodeScanFunc callback,
@@ -393,11 +394,11 @@ ZR_API uint32_t ZR_NODE_IterScanChildrenNode(const ZrNode *node, ZrNodeScanFunc 
  *
  * The callback may unlink the node that it is called with.
  *
- * @param node      the node to start at; null gives 22
- * @param callback  0 goes on, any other value stops the scan; null gives 22
+ * @param node      the node to start at; null gives #ZR_ERR_INVALID
+ * @param callback  0 goes on, any other value stops the scan; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; null is allowed
- * @retval 0   every sibling from the node on was visited
- * @retval 22  a null argument
+ * @retval ZR_OK           every sibling from the node on was visited
+ * @retval ZR_ERR_INVALID  a null argument
  * @return else the callback's result
  */
 ZR_API uint32_t ZR_NODE_IterScanSiblingNode(ZrNode *node, ZrNodeScanFunc callback, void *userData);
@@ -407,11 +408,11 @@ ZR_API uint32_t ZR_NODE_IterScanSiblingNode(ZrNode *node, ZrNodeScanFunc callbac
  *
  * Instances inside an instance are reached with ZR_EXT_ScanAllChildExtInsts().
  *
- * @param node      a schema node; null gives 22
- * @param callback  0 goes on, any other value stops the scan; null gives 22
+ * @param node      a schema node; null gives #ZR_ERR_INVALID
+ * @param callback  0 goes on, any other value stops the scan; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; null is allowed
- * @retval 0   every instance was visited, or there is none
- * @retval 22  a null argument
+ * @retval ZR_OK           every instance was visited, or there is none
+ * @retval ZR_ERR_INVALID  a null argument
  * @return else the callback's result
  */
 ZR_API uint32_t ZR_NODE_ScanAllExtInsts(const ZrNode *node, ZrExtInstScanFunc callback,
@@ -420,11 +421,11 @@ ZR_API uint32_t ZR_NODE_ScanAllExtInsts(const ZrNode *node, ZrExtInstScanFunc ca
 /**
  * Calls back for each extension instance directly inside another one, in order.
  *
- * @param instance  an instance that a scan handed out; null gives 22
- * @param callback  0 goes on, any other value stops the scan; null gives 22
+ * @param instance  an instance that a scan handed out; null gives #ZR_ERR_INVALID
+ * @param callback  0 goes on, any other value stops the scan; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; null is allowed
- * @retval 0   every instance was visited, or there is none
- * @retval 22  a null argument
+ * @retval ZR_OK           every instance was visited, or there is none
+ * @retval ZR_ERR_INVALID  a null argument
  * @return else the callback's result
  */
 ZR_API uint32_t ZR_EXT_ScanAllChildExtInsts(const ZrsExtInst *instance, ZrExtInstScanFunc callback,
@@ -437,13 +438,15 @@ ZR_API uint32_t ZR_EXT_ScanAllChildExtInsts(const ZrsExtInst *instance, ZrExtIns
  * default of access control, beside what the node has; everything below it follows (RFC 8341,
  * section 3.2.2).
  *
- * @param node           a schema node; null gives 22
- * @param moduleName     the module that defines the extension; null gives 22; the text is copied
- * @param extensionName  the extension's name; null gives 22; the text is copied
+ * @param node           a schema node; null gives #ZR_ERR_INVALID
+ * @param moduleName     the module that defines the extension; null gives #ZR_ERR_INVALID; the text
+ *                       is copied
+ * @param extensionName  the extension's name; null gives #ZR_ERR_INVALID; the text is copied
  * @param argument       the instance's argument, or null; the text is copied
- * @retval 0   the node has the instance
- * @retval 12  out of memory; nothing changed
- * @retval 22  a missing argument, a node without module or context, or more than 65,535 instances
+ * @retval ZR_OK             the node has the instance
+ * @retval ZR_ERR_NO_MEMORY  out of memory; nothing changed
+ * @retval ZR_ERR_INVALID    a missing argument, a node without module or context, or more than
+ *                           65,535 instances
  * @note Changes the node.
  */
 ZR_API uint32_t ZR_NODE_AppendExtInst(ZrNode *node, const char *moduleName,
@@ -453,11 +456,13 @@ ZR_API uint32_t ZR_NODE_AppendExtInst(ZrNode *node, const char *moduleName,
  * Replaces a node's extension instances by copies of another node's, with all that is inside them.
  * Access control defaults stay as they are.
  *
- * @param destination  the node that receives them; null gives 22
- * @param source       the node that is copied from; null, or a node without instances, gives 22
- * @retval 0   done
- * @retval 12  out of memory; the destination is as it was
- * @retval 22  a missing argument, or a destination without module or context; nothing changed
+ * @param destination  the node that receives them; null gives #ZR_ERR_INVALID
+ * @param source       the node that is copied from; null, or a node without instances, gives
+ *                     #ZR_ERR_INVALID
+ * @retval ZR_OK             done
+ * @retval ZR_ERR_NO_MEMORY  out of memory; the destination is as it was
+ * @retval ZR_ERR_INVALID    a missing argument, or a destination without module or context; nothing
+ *                           changed
  * @note Changes the destination.
  */
 ZR_API uint32_t ZR_NODE_ReplaceDstExtInst(ZrNode *destination, const ZrNode *source);
@@ -475,10 +480,10 @@ ZR_API void ZR_NODE_CleanExtInsts(ZrNode *node);
 /**
  * Scans the "must" conditions of a node in their order (RFC 7950, section 7.5.3).
  *
- * @param node      a node; null gives 22
- * @param callback  called for each; null gives 22
+ * @param node      a node; null gives #ZR_ERR_INVALID
+ * @param callback  called for each; null gives #ZR_ERR_INVALID
  * @param userData  passed to the callback
- * @return 0 after the last one, 22, or the first non-zero result of the callback
+ * @return #ZR_OK after the last one, #ZR_ERR_INVALID, or the first non-zero result of the callback
  * @note May run at the same time as other queries on the context.
  */
 ZR_API uint32_t ZR_NODE_ScanAllMusts(const ZrNode *node, ZrMustScanFunc callback, void *userData);
@@ -487,10 +492,10 @@ ZR_API uint32_t ZR_NODE_ScanAllMusts(const ZrNode *node, ZrMustScanFunc callback
  * Scans the "if-feature" entries of a node in their order, those that an augment passed on to it
  * included (RFC 7950, section 7.20.2). The node is enabled while all of these features are on.
  *
- * @param node      a node; null gives 22
- * @param callback  called for each; null gives 22
+ * @param node      a node; null gives #ZR_ERR_INVALID
+ * @param callback  called for each; null gives #ZR_ERR_INVALID
  * @param userData  passed to the callback
- * @return 0 after the last one, 22, or the first non-zero result of the callback
+ * @return #ZR_OK after the last one, #ZR_ERR_INVALID, or the first non-zero result of the callback
  * @note May run at the same time as other queries on the context.
  */
 ZR_API uint32_t ZR_NODE_ScanAllIfFeatures(const ZrNode *node, ZrIfFeatureScanFunc callback,
@@ -501,10 +506,10 @@ ZR_API uint32_t ZR_NODE_ScanAllIfFeatures(const ZrNode *node, ZrIfFeatureScanFun
  * default case of a choice. A typedef's default is not among them (see
  * ZR_NODE_GetDefaultValueStr()).
  *
- * @param node      a node; null gives 22; a node of another kind has none
- * @param callback  called for each; null gives 22
+ * @param node      a node; null gives #ZR_ERR_INVALID; a node of another kind has none
+ * @param callback  called for each; null gives #ZR_ERR_INVALID
  * @param userData  passed to the callback
- * @return 0 after the last one, 22, or the first non-zero result of the callback
+ * @return #ZR_OK after the last one, #ZR_ERR_INVALID, or the first non-zero result of the callback
  * @note May run at the same time as other queries on the context.
  */
 ZR_API uint32_t ZR_NODE_ScanAllDefaults(const ZrNode *node, ZrTextScanFunc callback,
@@ -514,14 +519,14 @@ ZR_API uint32_t ZR_NODE_ScanAllDefaults(const ZrNode *node, ZrTextScanFunc callb
  * Writes the schema path of a node: one step for the node and each ancestor, qualified with the
  * module name where it differs from the step before. ZR_CTX_GetTargetNode() finds the node by it.
  *
- * @param node    a node; null gives 22
- * @param buffer  receives the path and a NUL; null gives 22; empty after a failure
+ * @param node    a node; null gives #ZR_ERR_INVALID
+ * @param buffer  receives the path and a NUL; null gives #ZR_ERR_INVALID; empty after a failure
  * @param size    the buffer's size in bytes; 512 are enough for those of real modules, 20,000
  *                for every path that can be looked up: the longest ones lead below an augment whose
  *                target has one of 3,095 characters, down as many levels as a file may nest
- * @retval 0   the path is in the buffer
- * @retval 12  the path does not fit
- * @retval 22  a null argument, or a size of 0
+ * @retval ZR_OK             the path is in the buffer
+ * @retval ZR_ERR_NO_MEMORY  the path does not fit
+ * @retval ZR_ERR_INVALID    a null argument, or a size of 0
  * @note May run at the same time as other queries on the context.
  */
 ZR_API uint32_t ZR_NODE_GetNodePath(const ZrNode *node, char *buffer, uint32_t size);

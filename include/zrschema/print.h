@@ -37,15 +37,15 @@ extern "C" {
  * Prints a module: its data nodes, with what other modules' augments have put among them, then the
  * augments that it declares, its RPCs and its notifications.
  *
- * @param module    a loaded module; null gives 22
+ * @param module    a loaded module; null gives #ZR_ERR_INVALID
  * @param callback  receives the text piece by piece; a result other than 0 stops the printing;
- *                  null gives 22
+ *                  null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; null is allowed
- * @retval 0   the whole tree was handed over
- * @retval 1   the callback stopped the printing, or a line is longer than 8191 bytes; what was
- *             handed over before stays so
- * @retval 12  out of memory; nothing was printed
- * @retval 22  a null argument; nothing was printed
+ * @retval ZR_OK             the whole tree was handed over
+ * @retval ZR_ERR_FAILED     the callback stopped the printing, or a line is longer than 8191 bytes;
+ *                           what was handed over before stays so
+ * @retval ZR_ERR_NO_MEMORY  out of memory; nothing was printed
+ * @retval ZR_ERR_INVALID    a null argument; nothing was printed
  */
 ZR_API uint32_t ZR_MOD_PrintModelTree(const ZrMod *module, ZrPrintFunc callback, void *userData);
 
@@ -56,15 +56,15 @@ ZR_API uint32_t ZR_MOD_PrintModelTree(const ZrMod *module, ZrPrintFunc callback,
  * printed as it is within the augmented module. A node below a disabled one is left out with all
  * that follows it.
  *
- * @param node      a schema node; null, or a node without module, gives 22
+ * @param node      a schema node; null, or a node without module, gives #ZR_ERR_INVALID
  * @param callback  receives the text piece by piece; a result other than 0 stops the printing;
- *                  null gives 22
+ *                  null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback; null is allowed
- * @retval 0   the node was handed over
- * @retval 1   the node is an augment or stands in one that is not coupled, the callback stopped the
- *             printing, or a line is longer than 8191 bytes
- * @retval 12  out of memory; nothing was printed
- * @retval 22  a null argument; nothing was printed
+ * @retval ZR_OK             the node was handed over
+ * @retval ZR_ERR_FAILED     the node is an augment or stands in one that is not coupled, the
+ *                           callback stopped the printing, or a line is longer than 8191 bytes
+ * @retval ZR_ERR_NO_MEMORY  out of memory; nothing was printed
+ * @retval ZR_ERR_INVALID    a null argument; nothing was printed
  */
 ZR_API uint32_t ZR_NODE_PrintNodesTree(const ZrNode *node, ZrPrintFunc callback, void *userData);
 

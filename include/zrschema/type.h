@@ -56,13 +56,13 @@ ZR_API const char *ZR_TYPE_GetTypeConsDataLeafrefPath(const ZrtRealType *type);
  * names a built-in type itself is reported once, with both names null. At most 129 links are
  * walked.
  *
- * @param type      the type to start from; null gives 22
+ * @param type      the type to start from; null gives #ZR_ERR_INVALID
  * @param ctx       the context in which modules are looked up; with null no typedef is found
- * @param callback  called per link; a result other than 0 ends the walk; null gives 22
+ * @param callback  called per link; a result other than 0 ends the walk; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback as it is
- * @retval 0   the chain was walked to its end
- * @retval 22  a null argument, a type without its typedef reference, or a chain of 129 or more
- *             links, whose first 129 were reported
+ * @retval ZR_OK           the chain was walked to its end
+ * @retval ZR_ERR_INVALID  a null argument, a type without its typedef reference, or a chain of 129
+ *                         or more links, whose first 129 were reported
  * @return otherwise the callback's result that ended the walk
  */
 ZR_API uint32_t ZR_TYPE_IterRealTypeDerivedName(const ZrtRealType *type, const ZrCtx *ctx,
@@ -76,11 +76,11 @@ ZR_API uint32_t ZR_TYPE_IterRealTypeDerivedName(const ZrtRealType *type, const Z
  * always with null. Only the names that the type statement itself gives are listed, not those of a
  * typedef that it names.
  *
- * @param type      a type; null gives 22
- * @param callback  called per name; a result other than 0 ends the scan; null gives 22
+ * @param type      a type; null gives #ZR_ERR_INVALID
+ * @param callback  called per name; a result other than 0 ends the scan; null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback as it is
- * @retval 0   every name was listed, or there are none
- * @retval 22  a null argument
+ * @retval ZR_OK           every name was listed, or there are none
+ * @retval ZR_ERR_INVALID  a null argument
  * @return otherwise the callback's result that ended the scan
  */
 ZR_API uint32_t ZR_TYPE_ScanNameValuePair(const ZrtRealType *type, ZrNameValueScanFunc callback,
@@ -95,11 +95,12 @@ ZR_API uint32_t ZR_TYPE_ScanNameValuePair(const ZrtRealType *type, ZrNameValueSc
  * type that names a typedef, "min" and "max" are not known before a value is checked; such a bound
  * reads as 0.
  *
- * @param type      a type; null gives 22
- * @param callback  called per segment; a result other than 0 ends the scan; null gives 22
+ * @param type      a type; null gives #ZR_ERR_INVALID
+ * @param callback  called per segment; a result other than 0 ends the scan; null gives
+ *                  #ZR_ERR_INVALID
  * @param userData  handed to the callback as it is
- * @retval 0   every segment was listed, or there are none
- * @retval 22  a null argument
+ * @retval ZR_OK           every segment was listed, or there are none
+ * @retval ZR_ERR_INVALID  a null argument
  * @return otherwise the callback's result that ended the scan
  */
 ZR_API uint32_t ZR_TYPE_ScanStartEndPair(const ZrtRealType *type, ZrStartEndScanFunc callback,
@@ -108,12 +109,12 @@ ZR_API uint32_t ZR_TYPE_ScanStartEndPair(const ZrtRealType *type, ZrStartEndScan
 /**
  * Lists the member types of a union in the order in which they are tried (RFC 7950, section 9.12).
  *
- * @param type      a type; null gives 22
+ * @param type      a type; null gives #ZR_ERR_INVALID
  * @param callback  called per member, with both names null; a result other than 0 ends the scan;
- *                  null gives 22
+ *                  null gives #ZR_ERR_INVALID
  * @param userData  handed to the callback as it is
- * @retval 0   every member was listed, or there are none
- * @retval 22  a null argument
+ * @retval ZR_OK           every member was listed, or there are none
+ * @retval ZR_ERR_INVALID  a null argument
  * @return otherwise the callback's result that ended the scan
  */
 ZR_API uint32_t ZR_TYPE_ScanUnionSubType(const ZrtRealType *type, ZrUnionScanFunc callback,
@@ -123,12 +124,13 @@ ZR_API uint32_t ZR_TYPE_ScanUnionSubType(const ZrtRealType *type, ZrUnionScanFun
  * Lists the base identities of an identityref in the order in which they are tried (RFC 7950,
  * section 9.10.2).
  *
- * @param type      a type; null gives 22
+ * @param type      a type; null gives #ZR_ERR_INVALID
  * @param callback  called per base with the names of its module and of the identity and with the
- *                  array of all bases; a result other than 0 ends the scan; null gives 22
+ *                  array of all bases; a result other than 0 ends the scan; null gives
+ *                  #ZR_ERR_INVALID
  * @param userData  handed to the callback as it is
- * @retval 0   every base was listed, or there are none
- * @retval 22  a null argument
+ * @retval ZR_OK           every base was listed, or there are none
+ * @retval ZR_ERR_INVALID  a null argument
  * @return otherwise the callback's result that ended the scan
  */
 ZR_API uint32_t ZR_TYPE_ScanIdentRefBase(const ZrtRealType *type, ZrIdentBaseScanFunc callback,
@@ -139,13 +141,13 @@ ZR_API uint32_t ZR_TYPE_ScanIdentRefBase(const ZrtRealType *type, ZrIdentBaseSca
  *
  * A pattern that was written between "^" and "$" comes without them.
  *
- * @param type      a type; null gives 22
+ * @param type      a type; null gives #ZR_ERR_INVALID
  * @param callback  called per pattern with its text, with 1 when it must not match or else 0, and
  *                  with the array of all patterns; a result other than 0 ends the scan; null gives
- *                  22
+ *                  #ZR_ERR_INVALID
  * @param userData  handed to the callback as it is
- * @retval 0   every pattern was listed, or there are none
- * @retval 22  a null argument
+ * @retval ZR_OK           every pattern was listed, or there are none
+ * @retval ZR_ERR_INVALID  a null argument
  * @return otherwise the callback's result that ended the scan
  */
 ZR_API uint32_t ZR_TYPE_ScanPatternInvertMatch(const ZrtRealType *type, ZrPatternScanFunc callback,

@@ -93,9 +93,10 @@ ZR_API ZrdErrNode *ZR_CTX_ValidateRpcDataTree(ZrCtx *ctx, uint32_t inputKind, vo
  * hands it out with its defaults, each at its place in the schema's order (RFC 7950,
  * section 7.14.4), where the check of the order accepts it again.
  *
- * @param ctx       the context whose loaded modules are the schema; null gives 22 and a record
+ * @param ctx       the context whose loaded modules are the schema; null gives #ZR_ERR_INVALID and
+ *                  a record
  * @param xmlText   NUL-terminated XML; its root element is the operation, or the data that leads to
- *                  the action; null gives 22 and a record
+ *                  the action; null gives #ZR_ERR_INVALID and a record
  * @param callback  receives the completed request as formatted UTF-8 text with an XML declaration,
  *                  which lives until the callback returns; not called when the run failed; may be
  *                  null
@@ -122,14 +123,15 @@ ZR_API uint32_t ZR_CTX_CompleteRpcDataTree(ZrCtx *ctx, const char *xmlText, ZrDo
  *
  * The text is parsed as ZR_CTX_ValidateRpcDataTree() parses it.
  *
- * @param ctx       the context whose loaded modules are the schema; null gives 22
- * @param xmlText   NUL-terminated XML; its root element is the notification; null gives 22
+ * @param ctx       the context whose loaded modules are the schema; null gives #ZR_ERR_INVALID
+ * @param xmlText   NUL-terminated XML; its root element is the notification; null gives
+ *                  #ZR_ERR_INVALID
  * @param callback  receives the document as it was left, as formatted UTF-8 text with an XML
  *                  declaration, which lives until the callback returns; may be null
  * @param userData  passed to `callback`
- * @retval 0   the notification is valid and there is no callback
- * @retval 22  a null argument, text that is not well-formed, any fault, or a document that could
- *             not be written; the callback was not called
+ * @retval ZR_OK           the notification is valid and there is no callback
+ * @retval ZR_ERR_INVALID  a null argument, text that is not well-formed, any fault, or a document
+ *                         that could not be written; the callback was not called
  * @return     otherwise what the callback returned
  * @note Not to be called while another thread changes the same context.
  */
@@ -142,9 +144,10 @@ ZR_API uint32_t ZR_CTX_ValidateNotifDataTree(ZrCtx *ctx, const char *xmlText,
  * A false "must" of the notification itself gives the general record, as text that is not
  * well-formed does: tag ZR_ERROR_TAG_OPERATION_FAILED, path "/" and nothing else.
  *
- * @param ctx       the context whose loaded modules are the schema; null gives 22 and a record
- * @param xmlText   NUL-terminated XML; its root element is the notification; null gives 22 and a
- *                  record
+ * @param ctx       the context whose loaded modules are the schema; null gives #ZR_ERR_INVALID and
+ *                  a record
+ * @param xmlText   NUL-terminated XML; its root element is the notification; null gives
+ *                  #ZR_ERR_INVALID and a record
  * @param callback  receives the document as it was left, as formatted UTF-8 text with an XML
  *                  declaration, which lives until the callback returns; not called when the run
  *                  failed; may be null

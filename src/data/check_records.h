@@ -1,12 +1,13 @@
 // The records of a validation run: the run itself, its error, its list of added default nodes.
 #pragma once
 
+#include <zrschema/types.h>
+
 #include <libxml/tree.h>
 
 #include <cstdint>
-#include <zrschema/types.h>
 
-#include "foundation/relations.h"
+#include "foundation/list.h"
 
 // An rpc-error (RFC 6241, section 4.3). All texts are owned and may be null.
 struct ZrdErrNode {
@@ -20,8 +21,14 @@ struct ZrdErrNode {
     char *badAttribute; // kept for the record's form; no check sets it
 };
 
+// The root of one subtree that default completion added.
+struct ZrdDefaultNodeEntry {
+    ZrListLink link;
+    xmlNode *node;
+};
+
 // Bits of ZrdCheckAux::mode.
-enum : uint32_t {
+enum ZrdCheckMode : uint32_t {
     ZRD_MODE_RPC = 0x1,
     ZRD_MODE_NOTIF = 0x2,
     ZRD_MODE_ACTION = 0x4,       // an RPC run whose top element is data that carries an action
@@ -30,15 +37,9 @@ enum : uint32_t {
     ZRD_MODE_REMEMBERS = 0x20    // the record is the head of a zr::ValidationRun
 };
 
-// The root of one subtree that default completion added.
-struct ZrdDefaultNodeEntry {
-    ZrListLink link;
-    xmlNode *node;
-};
-
 struct ZrdCheckAux {
     ZrCtx *ctx;
-    uint32_t mode;          // ZRD_MODE_...
+    uint32_t mode;          // bits of ZrdCheckMode
     xmlNode *root;          // parent of the top element; paths and absolute XPaths start below it
     xmlNode *actionElement; // the one element that instantiates an action, or null
     ZrdErrNode *error;      // null while no fault was found

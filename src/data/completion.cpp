@@ -1,13 +1,12 @@
-#include "data/completion.h"
-
+// Default completion, by kind of schema node.
 #include <zrschema/node.h>
 
 #include <iterator>
 
-#include "data/data_tree.h"
-#include "data/default_list.h"
-#include "data/schema_query.h"
-#include "data/structure.h"
+#include "data/element.h"
+#include "data/phases.h"
+#include "data/tree_changes.h"
+#include "foundation/array.h"
 #include "model/node_record.h"
 
 namespace {
@@ -15,27 +14,31 @@ namespace {
 using CompleteFunc = uint32_t (*)(ZrdCheckAux *check, xmlNode *parent, ZrNode *schemaNode,
                                   uint32_t *added);
 
-// An rpc's or action's output is not completed: what it will hold is not the request's business.
-// clang-format off
-constexpr CompleteFunc kComplete[] = {
-    nullptr,                              //  0 unknown
-    ZRD_PAS_CompleteDataTreeForContainer, //  1 container
-    ZRD_PAS_CompleteDataTreeForLeaf,      //  2 leaf
-    ZRD_PAS_CompleteDataTreeForLeaflist,  //  3 leaf-list
-    ZRD_PAS_CompleteDataTreeForList,      //  4 list
-    ZRD_PAS_CompleteDataTreeForChoice,    //  5 choice
-    ZRD_PAS_CompleteDataTreeForCase,      //  6 case
-    nullptr,                              //  7 anydata
-    nullptr,                              //  8 anyxml
-    ZRD_PAS_CompleteDataTreeForRpc,       //  9 action
-    ZRD_PAS_CompleteDataTreeForRpc,       // 10 rpc
-    nullptr,                              // 11 notification
-    ZRD_PAS_CompleteDataTreeForInput,     // 12 input
-    nullptr,                              // 13 output
-    nullptr,                              // 14 augment
+struct CompleteRow {
+    ZrNodeKind kind;
+    CompleteFunc complete;
 };
-// clang-format on
+
+// An rpc's or action's output is not completed: what it will hold is not the request's business.
+constexpr CompleteRow kComplete[] = {
+    {ZR_NODE_UNKNOWN, nullptr},
+    {ZR_NODE_CONTAINER, ZRD_PAS_CompleteDataTreeForContainer},
+    {ZR_NODE_LEAF, ZRD_PAS_CompleteDataTreeForLeaf},
+    {ZR_NODE_LEAF_LIST, ZRD_PAS_CompleteDataTreeForLeaflist},
+    {ZR_NODE_LIST, ZRD_PAS_CompleteDataTreeForList},
+    {ZR_NODE_CHOICE, ZRD_PAS_CompleteDataTreeForChoice},
+    {ZR_NODE_CASE, ZRD_PAS_CompleteDataTreeForCase},
+    {ZR_NODE_ANYDATA, nullptr},
+    {ZR_NODE_ANYXML, nullptr},
+    {ZR_NODE_ACTION, ZRD_PAS_CompleteDataTreeForRpc},
+    {ZR_NODE_RPC, ZRD_PAS_CompleteDataTreeForRpc},
+    {ZR_NODE_NOTIFICATION, nullptr},
+    {ZR_NODE_INPUT, ZRD_PAS_CompleteDataTreeForInput},
+    {ZR_NODE_OUTPUT, nullptr},
+    {ZR_NODE_AUGMENT, nullptr},
+};
 static_assert(std::size(kComplete) == ZR_NODE_AUGMENT + 1);
+static_assert(zr::RowsInOrder(kComplete, &CompleteRow::kind));
 
 uint32_t CompleteChildren(ZrdCheckAux *check, xmlNode *element, const ZrNode *schemaNode,
                           uint32_t *added)
@@ -57,18 +60,17 @@ bool MayHaveDefault(const ZrsLeafInfo *info)
 uint32_t CompleteAbsentContainer(ZrdCheckAux *check, xmlNode *parent, ZrNode *schemaNode,
                                  uint32_t *added)
 {
-    xmlNode *container = ZRD_NODE_CreateNewChildNode(parent, schemaNode);
-    if (container == nullptr)
+    zr::OwnedElement container(ZRD_NODE_CreateNewChildNode(parent, schemaNode));
+    if (!container)
         return ZR_ERR_NO_MEMORY;
-    zr::MarkAsDefault(container);
+    zr::MarkAsDefault(container.get());
     uint32_t addedInside = 0;
-    uint32_t status = CompleteChildren(check, container, schemaNode, &addedInside);
+    uint32_t status = CompleteChildren(check, container.get(), schemaNode, &addedInside);
     if (status == ZR_OK && addedInside != 0)
-        status = ZRD_PAS_AddDefaultNodeToList(&check->defaults, container);
-    if (status != ZR_OK || addedInside == 0) {
-        zr::RemoveNode(container);
+        status = ZRD_PAS_AddDefaultNodeToList(&check->defaults, container.get());
+    if (status != ZR_OK || addedInside == 0)
         return status;
-    }
+    static_cast<void>(container.release());
     *added = 1;
     return ZR_OK;
 }
@@ -92,7 +94,7 @@ uint32_t ZRD_PAS_CompleteSubTree(ZrdCheckAux *check, xmlNode *parent, ZrNode *sc
 {
     if (parent == nullptr || schemaNode == nullptr || schemaNode->kind >= std::size(kComplete))
         return ZR_ERR_INVALID;
-    CompleteFunc complete = kComplete[schemaNode->kind];
+    CompleteFunc complete = kComplete[schemaNode->kind].complete;
     if (complete == nullptr || !ZR_NODE_IsEnabled(schemaNode))
         return ZR_OK;
     return complete(check, parent, schemaNode, added);
@@ -123,20 +125,19 @@ uint32_t ZRD_PAS_CompleteDataTreeForLeaf(ZrdCheckAux *check, xmlNode *parent, Zr
     const char *value = ZR_NODE_GetDefaultValueStr(schemaNode);
     if (value == nullptr || ZRD_PAS_FindChildDataNode(parent, schemaNode->name) != nullptr)
         return ZR_OK;
-    xmlNode *leaf = ZRD_PAS_AddNewChildNodeWithValue(parent, schemaNode, value);
-    if (leaf == nullptr)
+    zr::OwnedElement leaf(ZRD_PAS_AddNewChildNodeWithValue(parent, schemaNode, value));
+    if (!leaf)
         return ZR_ERR_NO_MEMORY;
-    zr::MarkAsDefault(leaf);
-    uint32_t status = ZRD_PAS_AddDefaultNodeToList(&check->defaults, leaf);
-    if (status != ZR_OK) {
-        zr::RemoveNode(leaf);
+    zr::MarkAsDefault(leaf.get());
+    uint32_t status = ZRD_PAS_AddDefaultNodeToList(&check->defaults, leaf.get());
+    if (status != ZR_OK)
         return status;
-    }
+    static_cast<void>(leaf.release());
     *added = 1;
     return ZR_OK;
 }
 
-// Defaults of leaf-lists are never added.
+// Defaults of leaf-lists are never added (docs/oddities.md).
 uint32_t ZRD_PAS_CompleteDataTreeForLeaflist(ZrdCheckAux *, xmlNode *, ZrNode *, uint32_t *)
 {
     return ZR_OK;
@@ -182,35 +183,3 @@ uint32_t ZRD_PAS_CompleteDataTreeForInput(ZrdCheckAux *check, xmlNode *parent, Z
 {
     return CompleteChildren(check, parent, schemaNode, added);
 }
-
-namespace zr {
-
-namespace {
-
-// The first sibling that an element added behind it should stand before, or the element itself.
-xmlNode *PlaceOf(xmlNode *element)
-{
-    xmlNode *sibling = ElementFrom(element->parent->children);
-    while (sibling != element) {
-        const ZrNode *schemaNode = SchemaOf(sibling); // null below a mount point
-        if (schemaNode != nullptr && ComesBefore(SchemaOf(element), schemaNode))
-            break;
-        sibling = ElementFrom(sibling->next);
-    }
-    return sibling;
-}
-
-} // namespace
-
-void PlaceDefaults(const ZrdCheckAux *check)
-{
-    for (const ZrListLink *link = check->defaults.next; link != &check->defaults;
-         link = link->next) {
-        xmlNode *element = reinterpret_cast<const ZrdDefaultNodeEntry *>(link)->node;
-        xmlNode *place = PlaceOf(element);
-        if (place != element)
-            xmlAddPrevSibling(place, element);
-    }
-}
-
-} // namespace zr

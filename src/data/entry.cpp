@@ -1,32 +1,38 @@
+// The entry points for applications: what comes in, what is kept and what is taken back.
 #include <zrschema/validation.h>
 
 #include <libxml/parser.h>
 
 #include <cstring>
 
-#include "data/check_run.h"
-#include "data/completion.h"
-#include "data/default_list.h"
+#include "data/element_conditions.h"
 #include "data/error_record.h"
-#include "data/run_memory.h"
+#include "data/phases.h"
+#include "data/tree_changes.h"
 #include "data/tree_guard.h"
-#include "platform/xml_errors.h"
-#include "platform/xml_parse.h"
+#include "platform/xml.h"
 
 namespace {
 
-enum InputKind : uint32_t { kInputTree = 2 };
-enum Defaults : uint32_t { kDiscard = 0, kKeep = 1 };
+enum InputKind : uint32_t { kInputTree = 2 }; // any other kind is a text
+
+using OwnedDocument = zr::Owned<xmlDoc, xmlFreeDoc>;
+
+void FreeXmlText(xmlChar *text)
+{
+    xmlFree(text);
+}
+using OwnedXmlText = zr::Owned<xmlChar, FreeXmlText>;
 
 // Settles the defaults of a run by its status, and gives its record: null when the data is valid.
 ZrdErrNode *FinishRun(ZrdCheckAux *check, uint32_t status)
 {
     if (status != ZR_OK) {
-        ZRD_PAS_ClearDefaultNodeList(check, kDiscard);
+        ZRD_PAS_ClearDefaultNodeList(check, ZRD_DEFAULTS_REMOVE);
         return zr::TakeFailure(check);
     }
     ZR_FreeErrNode(check->error);
-    ZRD_PAS_ClearDefaultNodeList(check, kKeep);
+    ZRD_PAS_ClearDefaultNodeList(check, ZRD_DEFAULTS_KEEP);
     return nullptr;
 }
 
@@ -57,17 +63,16 @@ ZrdErrNode *ValidateTree(ZrdCheckAux *check, xmlNode *top)
                      isElement ? RunOnTree(check, top, Additions::Last) : uint32_t{ZR_ERR_INVALID});
 }
 
-// The document as formatted UTF-8, to be freed with xmlFree(); null when it cannot be written.
-xmlChar *Dump(xmlDoc *document)
+// The document as formatted UTF-8; null when it cannot be written.
+OwnedXmlText Dump(xmlDoc *document)
 {
     zr::XmlErrors errors;
-    xmlChar *text = nullptr;
+    OwnedXmlText text;
     int size = 0;
-    xmlDocDumpFormatMemoryEnc(document, &text, &size, "UTF-8", 1);
-    if (text != nullptr && size > 0)
-        return text;
-    xmlFree(text);
-    return nullptr;
+    xmlDocDumpFormatMemoryEnc(document, zr::Out(text), &size, "UTF-8", 1);
+    if (size <= 0)
+        text.reset();
+    return text;
 }
 
 uint32_t RunOnDocument(ZrdCheckAux *check, xmlDoc *document)
@@ -77,7 +82,7 @@ uint32_t RunOnDocument(ZrdCheckAux *check, xmlDoc *document)
     if ((check->mode & ZRD_MODE_NOTIF) != 0)
         return Run(check, top);
     uint32_t status = RunOnTree(check, top, Additions::InOrder);
-    ZRD_PAS_ClearDefaultNodeList(check, status == ZR_OK ? kKeep : kDiscard);
+    ZRD_PAS_ClearDefaultNodeList(check, status == ZR_OK ? ZRD_DEFAULTS_KEEP : ZRD_DEFAULTS_REMOVE);
     return status;
 }
 
@@ -88,22 +93,20 @@ uint32_t RunAndHandOut(ZrCtx *ctx, uint32_t mode, const char *xmlText, ZrDocumen
 {
     zr::ValidationRun check;
     ZRD_PAS_InitCheckAux(&check, ctx, mode | ZRD_MODE_REMEMBERS, nullptr, nullptr);
-    xmlDoc *document = nullptr;
+    OwnedDocument document;
     if (ctx != nullptr && xmlText != nullptr)
-        document = zr::ParseXmlText(xmlText, std::strlen(xmlText));
-    uint32_t status =
-        document != nullptr ? RunOnDocument(&check, document) : uint32_t{ZR_ERR_INVALID};
-    xmlChar *text = status == ZR_OK ? Dump(document) : nullptr;
+        document.reset(zr::ParseXmlText(xmlText, std::strlen(xmlText)));
+    uint32_t status = document ? RunOnDocument(&check, document.get()) : uint32_t{ZR_ERR_INVALID};
+    OwnedXmlText text;
+    if (status == ZR_OK)
+        text = Dump(document.get());
     if (errorOut != nullptr)
-        *errorOut = text == nullptr ? zr::TakeFailure(&check) : nullptr;
+        *errorOut = text ? nullptr : zr::TakeFailure(&check);
     ZR_FreeErrNode(check.error);
-    if (text == nullptr)
-        status = ZR_ERR_INVALID;
-    else if (callback != nullptr)
-        status = callback(reinterpret_cast<const char *>(text), userData);
-    xmlFree(text);
-    xmlFreeDoc(document);
-    return status;
+    if (!text)
+        return ZR_ERR_INVALID;
+    return callback != nullptr ? callback(reinterpret_cast<const char *>(text.get()), userData)
+                               : uint32_t{ZR_OK};
 }
 
 } // namespace
@@ -118,13 +121,11 @@ ZrdErrNode *ZR_CTX_ValidateRpcDataTree(ZrCtx *ctx, uint32_t inputKind, void *dat
     if (inputKind == kInputTree)
         return ValidateTree(&check, static_cast<xmlNode *>(data));
     const char *text = static_cast<const char *>(data);
-    xmlDoc *document = zr::ParseXmlText(text, std::strlen(text));
-    if (document == nullptr)
+    OwnedDocument document(zr::ParseXmlText(text, std::strlen(text)));
+    if (!document)
         return FinishRun(&check, ZR_ERR_INVALID);
     // The callback is given its elements while the document is there.
-    ZrdErrNode *error = ValidateTree(&check, xmlDocGetRootElement(document));
-    xmlFreeDoc(document);
-    return error;
+    return ValidateTree(&check, xmlDocGetRootElement(document.get()));
 }
 
 uint32_t ZR_CTX_CompleteRpcDataTree(ZrCtx *ctx, const char *xmlText, ZrDocumentFunc callback,

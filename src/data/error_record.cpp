@@ -1,43 +1,25 @@
 #include "data/error_record.h"
 
-#include <cstdarg>
-#include <iterator>
+#include <zrschema/node.h>
 
-#include "data/error_path.h"
+#include <cstdarg>
+#include <cstring>
+#include <initializer_list>
+#include <iterator>
+#include <string_view>
+
+#include "data/element.h"
+#include "foundation/array.h"
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
+#include "platform/strings.h"
+#include "xpath/value_text.h"
+
+// The record: its making and its fields.
 
 namespace {
 
 constexpr size_t kMessageLength = 10240;
-
-struct FaultRow {
-    uint32_t tag; // ZrErrorTag
-    const char *appTag;
-    const char *message;
-};
-
-// The irregular rows are part of the interface: an invalid value is "bad-element", a wrong order
-// "missing-element", a false "when" "unknown-element"; applications match on them.
-// clang-format off
-constexpr FaultRow kFaults[] = {
-    // tag                             app tag           message
-    {ZR_ERROR_TAG_MISSING_ELEMENT,     nullptr,          "Missing element: %s."},
-    {ZR_ERROR_TAG_BAD_ELEMENT,         nullptr,          "%s has invalid value %s."},
-    {ZR_ERROR_TAG_UNKNOWN_ELEMENT,     nullptr,          "Unexpected element: %s."},
-    {ZR_ERROR_TAG_UNKNOWN_NAMESPACE,   nullptr,          "%s has invalid namespace: %s."},
-    {ZR_ERROR_TAG_DATA_MISSING,        "missing-choice", "Mandatory choice %s missing element."},
-    {ZR_ERROR_TAG_MISSING_ELEMENT,     nullptr,          "Invalid element order between %s and %s."},
-    {ZR_ERROR_TAG_BAD_ELEMENT,         nullptr,          "Data for more than one case branch of a choice is present."},
-    {ZR_ERROR_TAG_OPERATION_FAILED,    "must-violation", "%s is not satisfied must condition."},
-    {ZR_ERROR_TAG_OPERATION_FAILED,    nullptr,          "Failed to check must condition of %s."},
-    {ZR_ERROR_TAG_OPERATION_FAILED,    nullptr,          "Failed to check when condition of %s."},
-    {ZR_ERROR_TAG_UNKNOWN_ELEMENT,     nullptr,          "%s is not satisfied when condition."},
-    {ZR_ERROR_TAG_OPERATION_FAILED,    nullptr,          nullptr},
-};
-// clang-format on
-static_assert(std::size(kFaults) == static_cast<size_t>(zr::Fault::Count));
 
 // Stands for the general record when there is no memory for one: a failed run must never look like
 // a successful one. It is never written to and never freed.
@@ -62,7 +44,7 @@ void StoreCopy(char *&field, const char *text)
 ZrdErrNode *ZRD_ERR_NewErrNode(const ZrdCheckAux *check, uint32_t type, uint32_t severity,
                                uint32_t tag, const xmlNode *dataNode)
 {
-    auto *record = zr::AllocRecord<ZrdErrNode>();
+    auto *record = zr::New<ZrdErrNode>();
     if (record == nullptr)
         return nullptr;
     record->type = type;
@@ -77,7 +59,7 @@ void ZRD_ERR_SetErrorMsg(ZrdErrNode *record, const char *format, ...)
 {
     if (record == nullptr || record->message != nullptr || format == nullptr)
         return;
-    zr::ScopedBlock<char> text(static_cast<char *>(zr::AllocZeroed(kMessageLength + 1)));
+    zr::Owned<char> text(zr::New<char>(kMessageLength + 1));
     if (!text)
         return;
     va_list args;
@@ -152,32 +134,67 @@ void ZR_FreeErrNode(ZrdErrNode *error)
     zr::Free(error);
 }
 
-namespace zr {
+// The faults of a run.
 
 namespace {
 
+struct FaultRow {
+    zr::Fault fault;
+    ZrErrorTag tag;
+    const char *appTag;
+    const char *message;
+};
+
+// The irregular rows are part of the interface (docs/oddities.md): applications match on them.
+// clang-format off
+constexpr FaultRow kFaults[] = {
+    // fault                          tag                             app tag           message
+    {zr::Fault::MissingElement,       ZR_ERROR_TAG_MISSING_ELEMENT,   nullptr,          "Missing element: %s."},
+    {zr::Fault::InvalidValue,         ZR_ERROR_TAG_BAD_ELEMENT,       nullptr,          "%s has invalid value %s."},
+    {zr::Fault::UnexpectedElement,    ZR_ERROR_TAG_UNKNOWN_ELEMENT,   nullptr,          "Unexpected element: %s."},
+    {zr::Fault::InvalidNamespace,     ZR_ERROR_TAG_UNKNOWN_NAMESPACE, nullptr,          "%s has invalid namespace: %s."},
+    {zr::Fault::MissingChoice,        ZR_ERROR_TAG_DATA_MISSING,      "missing-choice", "Mandatory choice %s missing element."},
+    {zr::Fault::ElementOrder,         ZR_ERROR_TAG_MISSING_ELEMENT,   nullptr,          "Invalid element order between %s and %s."},
+    {zr::Fault::SeveralCases,         ZR_ERROR_TAG_BAD_ELEMENT,       nullptr,          "Data for more than one case branch of a choice is present."},
+    {zr::Fault::MustFalse,            ZR_ERROR_TAG_OPERATION_FAILED,  "must-violation", "%s is not satisfied must condition."},
+    {zr::Fault::MustNotEvaluated,     ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          "Failed to check must condition of %s."},
+    {zr::Fault::WhenNotEvaluated,     ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          "Failed to check when condition of %s."},
+    {zr::Fault::WhenFalse,            ZR_ERROR_TAG_UNKNOWN_ELEMENT,   nullptr,          "%s is not satisfied when condition."},
+    {zr::Fault::General,              ZR_ERROR_TAG_OPERATION_FAILED,  nullptr,          nullptr},
+};
+// clang-format on
+static_assert(std::size(kFaults) == static_cast<size_t>(zr::Fault::Count));
+static_assert(zr::RowsInOrder(kFaults, &FaultRow::fault));
+
+const FaultRow &RowOf(zr::Fault fault)
+{
+    return kFaults[static_cast<size_t>(fault)];
+}
+
 // The run's new record for a fault; null when an earlier fault stands there or memory ran out.
-ZrdErrNode *NewRecord(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode)
+ZrdErrNode *NewRecord(ZrdCheckAux *check, zr::Fault fault, const xmlNode *dataNode)
 {
     if (check->error != nullptr)
         return nullptr;
     check->error = ZRD_ERR_NewErrNode(check, ZR_ERROR_TYPE_APPLICATION, ZR_ERROR_SEVERITY_ERROR,
-                                      kFaults[static_cast<size_t>(fault)].tag, dataNode);
+                                      RowOf(fault).tag, dataNode);
     return check->error;
 }
 
-void SetMessage(ZrdErrNode *record, Fault fault, const char *first, const char *second)
+void SetMessage(ZrdErrNode *record, zr::Fault fault, const char *first, const char *second)
 {
-    ZRD_ERR_SetErrorMsg(record, kFaults[static_cast<size_t>(fault)].message, first, second);
+    ZRD_ERR_SetErrorMsg(record, RowOf(fault).message, first, second);
 }
 
-void SetTexts(ZrdErrNode *record, Fault fault, const char *badElement)
+void SetTexts(ZrdErrNode *record, zr::Fault fault, const char *badElement)
 {
-    ZRD_ERR_SetErrorAppTag(record, kFaults[static_cast<size_t>(fault)].appTag);
+    ZRD_ERR_SetErrorAppTag(record, RowOf(fault).appTag);
     ZRD_ERR_SetBadElement(record, badElement);
 }
 
 } // namespace
+
+namespace zr {
 
 uint32_t RecordFault(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode,
                      const char *badElement, const char *first, const char *second)
@@ -186,6 +203,11 @@ uint32_t RecordFault(ZrdCheckAux *check, Fault fault, const xmlNode *dataNode,
     SetMessage(record, fault, first, second);
     SetTexts(record, fault, badElement);
     return ZR_ERR_INVALID;
+}
+
+uint32_t RecordFaultOf(ZrdCheckAux *check, Fault fault, const xmlNode *element, const char *second)
+{
+    return RecordFault(check, fault, element, NameOf(element), NameOf(element), second);
 }
 
 uint32_t RecordFaultWithTexts(ZrdCheckAux *check, Fault fault, const xmlNode *element,
@@ -210,10 +232,116 @@ ZrdErrNode *TakeFailure(ZrdCheckAux *check)
     return record != nullptr ? record : &g_noMemoryRecord;
 }
 
-const char *NameOf(const xmlNode *node)
+} // namespace zr
+
+// The error path.
+
+namespace {
+
+constexpr uint32_t kPathBufferSize = 10240;
+
+// Puts the pieces, in reading order, in front of the text in the buffer; all of them or none.
+bool Prepend(char *buffer, uint32_t *space, std::initializer_list<std::string_view> pieces)
 {
-    return node != nullptr && node->name != nullptr ? reinterpret_cast<const char *>(node->name)
-                                                    : "";
+    size_t length = 0;
+    for (std::string_view piece : pieces)
+        length += piece.size();
+    if (length > *space)
+        return false;
+    *space -= static_cast<uint32_t>(length);
+    char *out = buffer + *space;
+    for (std::string_view piece : pieces) {
+        if (!piece.empty()) // memcpy takes no null, not even for no bytes
+            std::memcpy(out, piece.data(), piece.size());
+        out += piece.size();
+    }
+    return true;
 }
 
-} // namespace zr
+uint32_t PrintPredicates(const xmlNode *element, char *buffer, uint32_t *space)
+{
+    const ZrNode *schemaNode = zr::SchemaOf(element);
+    uint32_t kind = ZR_NODE_GetNodeType(schemaNode);
+    if (kind == ZR_NODE_LEAF_LIST)
+        return ZRD_ERR_PrintElementNodeAsPredicate(element, buffer, space);
+    if (kind != ZR_NODE_LIST)
+        return ZR_OK;
+    // Backwards, so that the keys end up in document order.
+    for (const xmlNode *child = element->last; child != nullptr; child = child->prev) {
+        if (!ZRD_NODE_IsKeyLeafNode(child))
+            continue;
+        uint32_t status = ZRD_ERR_PrintElementNodeAsPredicate(child, buffer, space);
+        if (status != ZR_OK)
+            return status;
+    }
+    return ZR_OK;
+}
+
+// The module name that a step shows: always on the top element, below it where the module changes.
+const char *GetQualifier(const ZrdCheckAux *check, const xmlNode *element)
+{
+    const char *own = ZRD_NODE_GetModuleName(check->ctx, element);
+    if (own == nullptr || element->parent == check->root)
+        return own;
+    const char *above = ZRD_NODE_GetModuleName(check->ctx, element->parent);
+    return above != nullptr && std::strcmp(own, above) == 0 ? nullptr : own;
+}
+
+} // namespace
+
+uint32_t ZRD_ERR_PrintXpathNode(const char *qualifier, const char *name, char *buffer,
+                                uint32_t *space)
+{
+    bool fits = qualifier != nullptr ? Prepend(buffer, space, {"/", qualifier, ":", name})
+                                     : Prepend(buffer, space, {"/", name});
+    return fits ? ZR_OK : ZR_ERR_INVALID;
+}
+
+uint32_t ZRD_ERR_PrintElementNodeAsPredicate(const xmlNode *element, char *buffer, uint32_t *space)
+{
+    const ZrNode *schemaNode = zr::SchemaOf(element);
+    zr::Owned<char> content(ZRD_NODE_GetValueContent(element, schemaNode));
+    std::string_view value = content ? content.get() : "";
+    std::string_view quote = value.find('\'') == std::string_view::npos ? "'" : "\"";
+    bool isEntry = ZR_NODE_GetNodeType(schemaNode) == ZR_NODE_LEAF_LIST;
+    std::string_view name = isEntry ? "." : ZR_NODE_GetNodeName(schemaNode);
+    return Prepend(buffer, space, {"[", name, "=", quote, value, quote, "]"}) ? ZR_OK
+                                                                              : ZR_ERR_NO_MEMORY;
+}
+
+uint32_t ZRD_ERR_PrintElementNode(const ZrdCheckAux *check, const xmlNode *element, char *buffer,
+                                  uint32_t *space)
+{
+    uint32_t status = PrintPredicates(element, buffer, space);
+    if (status != ZR_OK)
+        return status;
+    const char *name = reinterpret_cast<const char *>(element->name);
+    return ZRD_ERR_PrintXpathNode(GetQualifier(check, element), name, buffer, space);
+}
+
+uint32_t ZRD_ERR_PrintPath(const ZrdCheckAux *check, const xmlNode *dataNode, char *buffer,
+                           uint32_t *space)
+{
+    uint32_t status = ZR_OK;
+    for (const xmlNode *node = dataNode; node != nullptr && node != check->root;
+         node = node->parent) {
+        if (node->type != XML_ELEMENT_NODE) // the document, when the run has no root yet
+            break;
+        status = ZRD_ERR_PrintElementNode(check, node, buffer, space);
+        if (status != ZR_OK)
+            break;
+    }
+    return status;
+}
+
+char *ZRD_ERR_GeneralErrorPath(const ZrdCheckAux *check, const xmlNode *dataNode)
+{
+    zr::Owned<char> buffer(zr::New<char>(kPathBufferSize));
+    if (!buffer)
+        return nullptr;
+    uint32_t space = kPathBufferSize - 1; // the last byte stays the terminating NUL
+    if (ZRD_ERR_PrintPath(check, dataNode, buffer.get(), &space) != ZR_OK ||
+        space == kPathBufferSize - 1)
+        return nullptr;
+    return ZR_UTL_StrDup(buffer.get() + space);
+}

@@ -1,41 +1,172 @@
-#include "data/flush.h"
-
+// Matching: every element is matched to its schema node and checked. The first fault ends it.
 #include <zrschema/context.h>
 #include <zrschema/node.h>
 
 #include <cstring>
 
-#include "data/data_tree.h"
-#include "data/error_path.h"
+#include "data/element.h"
 #include "data/error_record.h"
-#include "data/schema_query.h"
-#include "data/structure.h"
-#include "model/module_record.h"
+#include "data/phases.h"
+#include "model/module_records.h"
 #include "model/navigation.h"
-#include "model/node_record.h"
+#include "platform/strings.h"
 #include "platform/xml.h"
-#include "schema/lookup.h"
 
-// Matching follows the schema down, one function call a level: an element that matches nothing
-// ends the flush, so the schema bounds the depth whatever the document holds.
+// The checks of one matched element.
 
 namespace {
+
+constexpr size_t kShownValueSize = 257; // a longer value is cut to 253 characters and "..."
+constexpr int kCutValueLength = 253;
+
+// Order and cases matter where data is an operation's input: in an rpc's data and inside the
+// action element, not in the data that leads to an action and not in notifications.
+bool IsOperationInput(const ZrdCheckAux *check)
+{
+    if ((check->mode & ZRD_MODE_RPC) == 0)
+        return false;
+    return (check->mode & ZRD_MODE_ACTION) == 0 || (check->mode & ZRD_MODE_IN_ACTION) != 0;
+}
+
+// "Unexpected element" for the element itself.
+uint32_t RecordUnexpected(ZrdCheckAux *check, const xmlNode *element)
+{
+    return zr::RecordFaultOf(check, zr::Fault::UnexpectedElement, element);
+}
+
+enum class Siblings { All, Nearest };
+
+uint32_t CheckCases(ZrdCheckAux *check, xmlNode *element, Siblings which)
+{
+    ZrNode *ownCase = nullptr;
+    const ZrNode *choice = ZRD_MDL_GetChoiceCaseParentNode(zr::SchemaOf(element), &ownCase);
+    if (!IsOperationInput(check) || choice == nullptr)
+        return ZR_OK;
+    for (const xmlNode *sibling = zr::ElementUpTo(element->prev); sibling != nullptr;
+         sibling = zr::ElementUpTo(sibling->prev)) {
+        ZrNode *otherCase = nullptr;
+        if (ZRD_MDL_GetChoiceCaseParentNode(zr::SchemaOf(sibling), &otherCase) != choice)
+            continue;
+        if (otherCase != ownCase)
+            return zr::RecordFaultOf(check, zr::Fault::SeveralCases, element);
+        if (which == Siblings::Nearest)
+            return ZR_OK;
+    }
+    return ZR_OK;
+}
+
+} // namespace
+
+uint32_t ZRD_PAS_CheckTopSchemaNode(ZrdCheckAux *check, const xmlNode *top)
+{
+    uint32_t kind = ZR_NODE_GetNodeType(zr::SchemaOf(top));
+    if ((check->mode & ZRD_MODE_RPC) != 0 && kind != ZR_NODE_RPC)
+        check->mode |= ZRD_MODE_ACTION;
+    if ((check->mode & ZRD_MODE_NOTIF) != 0 && kind != ZR_NODE_NOTIFICATION)
+        return RecordUnexpected(check, top);
+    return ZR_OK;
+}
+
+uint32_t ZRD_PAS_CheckMultipleInstanceNode(ZrdCheckAux *check, xmlNode *element)
+{
+    const ZrNode *schemaNode = zr::SchemaOf(element);
+    const xmlNode *parent = element->parent;
+    if (parent == nullptr || parent == check->root || zr::MayRepeat(schemaNode))
+        return ZR_OK;
+    for (const xmlNode *other = parent->children; other != nullptr; other = other->next) {
+        if (other != element && other->type == XML_ELEMENT_NODE &&
+            zr::SchemaOf(other) == schemaNode)
+            return RecordUnexpected(check, element);
+    }
+    return ZR_OK;
+}
+
+uint32_t ZRD_PAS_CheckDataNodeValue(ZrdCheckAux *check, xmlNode *element)
+{
+    const ZrNode *schemaNode = zr::SchemaOf(element);
+    uint32_t kind = ZR_NODE_GetNodeType(schemaNode);
+    if ((check->mode & ZRD_MODE_NOTIF) != 0 || (kind != ZR_NODE_LEAF && kind != ZR_NODE_LEAF_LIST))
+        return ZR_OK;
+    uint32_t status = ZR_NODE_ValidateValue(schemaNode, ZR_VALUE_XML, element);
+    if (status != ZR_OK)
+        ZRD_PAS_SetInvalidValueErr(check, element);
+    return status;
+}
+
+void ZRD_PAS_SetInvalidValueErr(ZrdCheckAux *check, const xmlNode *element)
+{
+    const char *content = ZR_XML_GetElemNodeContent(element);
+    const char *text = content != nullptr ? content : "";
+    char shown[kShownValueSize];
+    if (strcpy_s(shown, sizeof(shown), text) < 0)
+        sprintf_s(shown, sizeof(shown), "%.*s...", kCutValueLength, text);
+    zr::RecordFaultOf(check, zr::Fault::InvalidValue, element, shown);
+}
+
+uint32_t ZRD_PAS_CheckActionNodeRepeat(ZrdCheckAux *check, xmlNode *element)
+{
+    if (ZR_NODE_GetNodeType(zr::SchemaOf(element)) != ZR_NODE_ACTION)
+        return ZR_OK;
+    if ((check->mode & ZRD_MODE_ACTION) == 0)
+        return ZR_ERR_INVALID;
+    if (check->actionElement != nullptr)
+        return RecordUnexpected(check, element);
+    check->actionElement = element;
+    return ZR_OK;
+}
+
+uint32_t ZRD_PAS_CheckActionNodeExist(ZrdCheckAux *check)
+{
+    if (check->actionElement != nullptr)
+        return ZR_OK;
+    return zr::RecordFault(check, zr::Fault::UnexpectedElement, nullptr, "action", "action");
+}
+
+uint32_t ZRD_PAS_CheckElementNodeOrder(ZrdCheckAux *check, xmlNode *element)
+{
+    // Blanks and comments between elements are no data, so they do not part them.
+    const xmlNode *sibling = zr::ElementUpTo(element->prev);
+    if (!IsOperationInput(check) || sibling == nullptr)
+        return ZR_OK;
+    const ZrNode *own = zr::SchemaOf(element);
+    const ZrNode *other = zr::SchemaOf(sibling);
+    if (own == nullptr || other == nullptr || own == other || !zr::ComesBefore(own, other))
+        return ZR_OK;
+    return zr::RecordFaultOf(check, zr::Fault::ElementOrder, element, zr::NameOf(sibling));
+}
+
+uint32_t ZRD_PAS_CheckMultiCases(ZrdCheckAux *check, xmlNode *element)
+{
+    return CheckCases(check, element, Siblings::All);
+}
+
+// From element to element. Matching follows the schema down, one function call a level: an element
+// that matches nothing ends the flush, so the schema bounds the depth whatever the document holds.
+
+namespace {
+
+// CheckMultiCases for an element whose preceding siblings have all passed it: those with data of
+// one choice then agree on the case, so that the nearest speaks for all.
+uint32_t CheckCaseOfNearestSibling(ZrdCheckAux *check, xmlNode *element)
+{
+    return CheckCases(check, element, Siblings::Nearest);
+}
 
 struct ElementCheck {
     uint32_t (*check)(ZrdCheckAux *check, xmlNode *element);
     bool amongSiblings; // compares the element with its siblings
 };
 
+// clang-format off
 constexpr ElementCheck kElementChecks[] = {
-    {ZRD_PAS_CheckMultipleInstanceNode, true}, {ZRD_PAS_CheckDataNodeValue, false},
-    {ZRD_PAS_CheckActionNodeRepeat, false},    {ZRD_PAS_CheckElementNodeOrder, true},
-    {zr::CheckCaseOfNearestSibling, true},
+    // check                            among siblings
+    {ZRD_PAS_CheckMultipleInstanceNode, true},
+    {ZRD_PAS_CheckDataNodeValue,        false},
+    {ZRD_PAS_CheckActionNodeRepeat,     false},
+    {ZRD_PAS_CheckElementNodeOrder,     true},
+    {CheckCaseOfNearestSibling,         true},
 };
-
-bool MayRepeat(const ZrNode *schemaNode)
-{
-    return schemaNode->kind == ZR_NODE_LIST || schemaNode->kind == ZR_NODE_LEAF_LIST;
-}
+// clang-format on
 
 // By the element's module and local name, through choices, cases, input and output.
 ZrNode *FindSchemaNode(const ZrdCheckAux *check, const xmlNode *element, const ZrNode *parentSchema)
@@ -97,7 +228,7 @@ private:
         if (child->ns == nullptr || !HaveSameNamespace(child, child->parent))
             return nullptr;
         ZrNode *node = place_ == nullptr ? parent_->firstChild : place_;
-        if (place_ != nullptr && !MayRepeat(place_))
+        if (place_ != nullptr && !zr::MayRepeat(place_))
             node = place_->next;
         for (; node != nullptr; node = node->next) {
             if (node->module == parent_->module && zr::HasDataInstance(node->kind) &&
@@ -126,7 +257,7 @@ bool HoldsTextAlone(const xmlNode *element)
 uint32_t FlushMatched(ZrdCheckAux *check, xmlNode *element, ZrNode *schemaNode, bool inOrder)
 {
     if (schemaNode == nullptr)
-        return zr::RecordUnexpected(check, element);
+        return RecordUnexpected(check, element);
     element->_private = schemaNode;
     for (const ElementCheck &row : kElementChecks) {
         if (row.amongSiblings && inOrder)
@@ -169,12 +300,11 @@ uint32_t ZRD_PAS_FlushTreeWithSchema(ZrdCheckAux *check, xmlNode *top)
         return ZR_ERR_INVALID;
     const ZrMod *module = ZR_CTX_GetModuleByModNs(check->ctx, ns);
     if (module == nullptr)
-        return zr::RecordFault(check, zr::Fault::InvalidNamespace, top, zr::NameOf(top),
-                               zr::NameOf(top), ns);
+        return zr::RecordFaultOf(check, zr::Fault::InvalidNamespace, top, ns);
     ZrNode *schemaNode = ZRS_MOD_FindTopLevelSchemaNode(module, zr::NameOf(top));
     // A top-level choice is found by its name too, but has no element of its own.
     if (schemaNode == nullptr || !zr::HasDataInstance(schemaNode->kind))
-        return zr::RecordUnexpected(check, top);
+        return RecordUnexpected(check, top);
     top->_private = schemaNode;
     uint32_t status = ZRD_PAS_CheckTopSchemaNode(check, top);
     if (status != ZR_OK)
@@ -202,7 +332,7 @@ uint32_t ZRD_PAS_FlushAllElementChildNodeWithSchema(ZrdCheckAux *check, xmlNode 
     if (kind == ZR_NODE_ANYDATA || kind == ZR_NODE_ANYXML)
         return ZR_OK;
     if (kind == ZR_NODE_LEAF || kind == ZR_NODE_LEAF_LIST)
-        return HoldsTextAlone(element) ? uint32_t{ZR_OK} : zr::RecordUnexpected(check, element);
+        return HoldsTextAlone(element) ? uint32_t{ZR_OK} : RecordUnexpected(check, element);
     if (kind == ZR_NODE_ACTION)
         check->mode |= ZRD_MODE_IN_ACTION;
     uint32_t status = FlushChildren(check, element, schemaNode);

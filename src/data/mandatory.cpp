@@ -1,40 +1,44 @@
-#include "data/mandatory.h"
-
+// The search for mandatory nodes that are missing, by kind of schema node.
 #include <zrschema/node.h>
 
 #include <iterator>
 
-#include "data/data_tree.h"
+#include "data/element.h"
+#include "data/element_conditions.h"
 #include "data/error_record.h"
-#include "data/run_memory.h"
-#include "data/schema_query.h"
-#include "data/when.h"
+#include "data/phases.h"
+#include "data/tree_changes.h"
+#include "foundation/array.h"
 #include "model/node_record.h"
 
 namespace {
 
 using MandatoryFunc = uint32_t (*)(ZrdCheckAux *check, xmlNode *element, ZrNode *schemaNode);
 
-// clang-format off
-constexpr MandatoryFunc kMandatory[] = {
-    nullptr,                            //  0 unknown
-    ZRD_PAS_CheckContainerMandatory,    //  1 container
-    ZRD_PAS_CheckDataNodeWithMandatory, //  2 leaf
-    nullptr,                            //  3 leaf-list
-    ZRD_PAS_CheckListMandatory,         //  4 list
-    ZRD_PAS_CheckChoiceMandatory,       //  5 choice
-    ZRD_PAS_CheckCaseMandatory,         //  6 case
-    ZRD_PAS_CheckDataNodeWithMandatory, //  7 anydata
-    ZRD_PAS_CheckDataNodeWithMandatory, //  8 anyxml
-    ZRD_PAS_CheckRpcMandatory,          //  9 action
-    ZRD_PAS_CheckRpcMandatory,          // 10 rpc
-    ZRD_PAS_CheckNotifMandatory,        // 11 notification
-    ZRD_PAS_CheckInputMandatory,        // 12 input
-    nullptr,                            // 13 output
-    nullptr,                            // 14 augment
+struct MandatoryRow {
+    ZrNodeKind kind;
+    MandatoryFunc check;
 };
-// clang-format on
+
+constexpr MandatoryRow kMandatory[] = {
+    {ZR_NODE_UNKNOWN, nullptr},
+    {ZR_NODE_CONTAINER, ZRD_PAS_CheckContainerMandatory},
+    {ZR_NODE_LEAF, ZRD_PAS_CheckDataNodeWithMandatory},
+    {ZR_NODE_LEAF_LIST, nullptr},
+    {ZR_NODE_LIST, ZRD_PAS_CheckListMandatory},
+    {ZR_NODE_CHOICE, ZRD_PAS_CheckChoiceMandatory},
+    {ZR_NODE_CASE, ZRD_PAS_CheckCaseMandatory},
+    {ZR_NODE_ANYDATA, ZRD_PAS_CheckDataNodeWithMandatory},
+    {ZR_NODE_ANYXML, ZRD_PAS_CheckDataNodeWithMandatory},
+    {ZR_NODE_ACTION, ZRD_PAS_CheckRpcMandatory},
+    {ZR_NODE_RPC, ZRD_PAS_CheckRpcMandatory},
+    {ZR_NODE_NOTIFICATION, ZRD_PAS_CheckNotifMandatory},
+    {ZR_NODE_INPUT, ZRD_PAS_CheckInputMandatory},
+    {ZR_NODE_OUTPUT, nullptr},
+    {ZR_NODE_AUGMENT, nullptr},
+};
 static_assert(std::size(kMandatory) == ZR_NODE_AUGMENT + 1);
+static_assert(zr::RowsInOrder(kMandatory, &MandatoryRow::kind));
 
 // An element that stands for a missing node while its conditions are asked; it leaves the tree at
 // the end of the scope.
@@ -85,7 +89,7 @@ uint32_t ZR_PAS_CheckSubtreeMandatory(ZrdCheckAux *check, xmlNode *element, ZrNo
     if (element == nullptr || schemaNode == nullptr)
         return ZR_ERR_INVALID;
     MandatoryFunc checkKind =
-        schemaNode->kind < std::size(kMandatory) ? kMandatory[schemaNode->kind] : nullptr;
+        schemaNode->kind < std::size(kMandatory) ? kMandatory[schemaNode->kind].check : nullptr;
     if (checkKind == nullptr || !ZR_NODE_IsEnabled(schemaNode))
         return ZR_OK;
     return checkKind(check, element, schemaNode);
@@ -176,16 +180,3 @@ uint32_t ZRD_PAS_CheckInputMandatory(ZrdCheckAux *check, xmlNode *element, ZrNod
 {
     return ZRD_PAS_CheckAllSchemaChildMandatory(check, element, schemaNode);
 }
-
-namespace zr {
-
-ZrNode *InputOf(const ZrNode *operation)
-{
-    for (ZrNode *child = operation->firstChild; child != nullptr; child = child->next) {
-        if (child->kind == ZR_NODE_INPUT)
-            return child;
-    }
-    return nullptr;
-}
-
-} // namespace zr

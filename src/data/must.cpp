@@ -1,16 +1,9 @@
-#include "data/must.h"
-
-#include <zrschema/node.h>
-
-#include "data/data_tree.h"
-#include "data/error_record.h"
-#include "data/mandatory.h"
-#include "data/run_memory.h"
-#include "data/schema_query.h"
-#include "model/node_record.h"
-#include "xpath/evaluate.h"
-
-// Only matched elements are gone into, one function call a level, so the schema bounds the depth.
+// The pass over the "must" conditions. Only matched elements are gone into, one function call a
+// level, so the schema bounds the depth.
+#include "data/element.h"
+#include "data/element_conditions.h"
+#include "data/phases.h"
+#include "data/tree_changes.h"
 
 namespace {
 
@@ -18,23 +11,6 @@ namespace {
 uint32_t AsFault(uint32_t status)
 {
     return status == ZR_XPATH_RESULT_FALSE ? uint32_t{ZR_ERR_INVALID} : status;
-}
-
-uint32_t EvalMust(ZrdCheckAux *check, xmlNode *element, const ZrsMust &must)
-{
-    if (must.condition == nullptr)
-        return ZR_ERR_INVALID;
-    uint32_t status =
-        zr::EvalConditionInRun(check->root, element, must.condition, zr::MemoryOf(check));
-    if (status == ZR_OK)
-        return ZR_OK;
-    if (status != ZR_XPATH_RESULT_FALSE)
-        zr::RecordFault(check, zr::Fault::MustNotEvaluated, element, zr::NameOf(element),
-                        zr::NameOf(element));
-    else if ((check->mode & ZRD_MODE_NOTIF) == 0)
-        zr::RecordFaultWithTexts(check, zr::Fault::MustFalse, element, must.errorAppTag,
-                                 must.errorMessage);
-    return status;
 }
 
 } // namespace
@@ -82,21 +58,4 @@ uint32_t ZRD_PAS_EvalDataSubtreeMust(ZrdCheckAux *check, xmlNode *element)
     if (status != ZR_OK || !zr::HasMatchedChildren(schemaNode))
         return AsFault(status);
     return ZRD_PAS_EvalAllChildDataNodeMust(check, element);
-}
-
-uint32_t ZRD_PAS_EvalDataNodeMustCond(ZrdCheckAux *check, xmlNode *element,
-                                      const ZrNode *schemaNode)
-{
-    if (schemaNode == nullptr || schemaNode->musts == nullptr)
-        return ZR_OK;
-    uint32_t status = ZR_OK;
-    for (uint32_t i = 0; i < schemaNode->mustCount && status == ZR_OK; ++i)
-        status = EvalMust(check, element, schemaNode->musts[i]);
-    return status;
-}
-
-ZrNode *ZRD_PAS_GetRpcSubTreeInputMdl(const xmlNode *element)
-{
-    const ZrNode *schemaNode = zr::SchemaOf(element);
-    return schemaNode != nullptr ? zr::InputOf(schemaNode) : nullptr;
 }

@@ -2,9 +2,8 @@
 
 #include <cstring>
 
-#include "data/data_tree.h"
-#include "data/default_list.h"
-#include "platform/memory.h"
+#include "data/element.h"
+#include "data/tree_changes.h"
 
 namespace {
 
@@ -29,7 +28,7 @@ zr::JoinedText *Join(xmlNode *first)
         last = text;
     }
     auto *joined =
-        static_cast<zr::JoinedText *>(zr::AllocZeroed(sizeof(zr::JoinedText) + length + 1));
+        reinterpret_cast<zr::JoinedText *>(zr::New<char>(sizeof(zr::JoinedText) + length + 1));
     if (joined == nullptr)
         return nullptr;
     auto *out = reinterpret_cast<xmlChar *>(joined + 1);
@@ -82,8 +81,7 @@ TreeGuard::~TreeGuard()
 {
     ZRD_PAS_ClearXmlTreePrivate(top_);
     for (size_t i = 0; i < lineCount_; ++i)
-        lines_[i]->line = ZRD_DEFAULT_MARK;
-    Free(lines_);
+        MarkAsDefault(lines_[i]);
     while (JoinedText *joined = texts_) {
         texts_ = joined->next;
         Replace(joined->node.parent, &joined->node, joined->first, joined->last);
@@ -93,10 +91,9 @@ TreeGuard::~TreeGuard()
 
 void TreeGuard::HideLines(size_t marked)
 {
-    lines_ = static_cast<xmlNode **>(AllocZeroed(marked * sizeof(xmlNode *)));
-    failed_ = failed_ || lines_ == nullptr;
-    for (xmlNode *node = top_; lineCount_ < marked && lines_ != nullptr;
-         node = NextElement(top_, node)) {
+    lines_.reset(New<xmlNode *>(marked));
+    failed_ = failed_ || !lines_;
+    for (xmlNode *node = top_; lineCount_ < marked && lines_; node = NextElement(top_, node)) {
         if (!ZRD_PAS_IsDefaultAddNode(node))
             continue;
         node->line = 0;

@@ -1,7 +1,11 @@
 // What a tree needs before a run, and what is taken back from it afterwards.
 #pragma once
 
-#include "data/check_records.h"
+#include <libxml/tree.h>
+
+#include <cstddef>
+
+#include "platform/memory.h"
 
 namespace zr {
 
@@ -34,7 +38,7 @@ private:
     void JoinTexts(xmlNode *element);
 
     xmlNode *top_;
-    xmlNode **lines_ = nullptr; // the elements without their line number
+    Owned<xmlNode *[]> lines_; // the elements without their line number
     size_t lineCount_ = 0;
     JoinedText *texts_ = nullptr;
     bool failed_ = false;

@@ -1,16 +1,10 @@
-#include "data/when.h"
-
-#include <zrschema/node.h>
-
-#include "data/data_tree.h"
-#include "data/default_list.h"
+// The pass over the "when" conditions.
+#include "data/element.h"
+#include "data/element_conditions.h"
 #include "data/error_record.h"
-#include "data/must.h"
-#include "data/run_memory.h"
-#include "data/schema_query.h"
-#include "model/node_record.h"
+#include "data/phases.h"
+#include "data/tree_changes.h"
 #include "platform/xml.h"
-#include "xpath/evaluate.h"
 
 namespace {
 
@@ -27,45 +21,7 @@ xmlNode *TopOfAddedBranch(xmlNode *element)
     return element;
 }
 
-// The kinds of condition that the schema of an element's tree has. The schema is mostly small
-// beside the data, so one look at it spares a walk over all elements that would evaluate nothing.
-struct Conditions {
-    bool when = false;
-    bool must = false;
-};
-
-uint32_t NoteConditions(ZrNode *schemaNode, uint32_t, void *userData)
-{
-    auto *found = static_cast<Conditions *>(userData);
-    found->when = found->when || schemaNode->when != nullptr;
-    found->must = found->must || schemaNode->mustCount != 0;
-    return found->when && found->must ? uint32_t{ZR_ERR_FAILED} : uint32_t{ZR_OK}; // to stop
-}
-
-Conditions ConditionsFor(ZrNode *schemaNode)
-{
-    Conditions found;
-    ZR_NODE_TreeScanAllNode(schemaNode, NoteConditions, &found);
-    // The element's own choice and case apply to it too.
-    for (ZrNode *above = schemaNode->parent; ZRD_MDL_IsChoiceOrCaseNode(above) != 0;
-         above = above->parent)
-        NoteConditions(above, ZR_ARRIVAL_PARENT, &found);
-    return found;
-}
-
 } // namespace
-
-uint32_t ZRD_PAS_EvalDataTreeWhenMust(ZrdCheckAux *check, xmlNode *element)
-{
-    ZrNode *schemaNode = element != nullptr ? zr::SchemaOf(element) : nullptr;
-    if (schemaNode == nullptr)
-        return ZR_ERR_INVALID;
-    Conditions conditions = ConditionsFor(schemaNode);
-    uint32_t status = conditions.when ? ZRD_PAS_EvalDataTreeWhen(check, element) : uint32_t{ZR_OK};
-    if (status == ZR_OK && conditions.must)
-        status = ZRD_PAS_EvalDataTreeMust(check, element);
-    return status;
-}
 
 uint32_t ZRD_PAS_EvalDataTreeWhen(ZrdCheckAux *check, xmlNode *element)
 {
@@ -88,48 +44,6 @@ uint32_t ZRD_PAS_EvalDataTreeWhen(ZrdCheckAux *check, xmlNode *element)
             return status;
     }
     return ZR_OK;
-}
-
-uint32_t ZRD_PAS_EvalDataNodeWhenCond(ZrdCheckAux *check, xmlNode *element, uint32_t *pass)
-{
-    const ZrNode *schemaNode = zr::SchemaOf(element);
-    *pass = 0;
-    if (!ZRD_MDL_IsNeedCheckWhenCond(schemaNode)) {
-        *pass = 1;
-        return ZR_OK;
-    }
-    // Choices and cases have no element of their own: their conditions look from its parent.
-    xmlNode *contextNode = element;
-    do {
-        const char *condition = ZR_NODE_GetWhenCond(schemaNode);
-        if (condition != nullptr) {
-            uint32_t holds = 0;
-            uint32_t status =
-                ZRD_PAS_EvalDataNodeOneWhenCond(check, contextNode, condition, &holds);
-            if (status != ZR_OK || holds == 0)
-                return status;
-        }
-        schemaNode = ZR_NODE_GetParentNode(schemaNode);
-        contextNode = element->parent;
-    } while (ZRD_MDL_IsChoiceOrCaseNode(schemaNode));
-    *pass = 1;
-    return ZR_OK;
-}
-
-uint32_t ZRD_PAS_EvalDataNodeOneWhenCond(ZrdCheckAux *check, xmlNode *contextNode,
-                                         const char *condition, uint32_t *pass)
-{
-    *pass = 0;
-    uint32_t status =
-        zr::EvalConditionInRun(check->root, contextNode, condition, zr::MemoryOf(check));
-    if (status == ZR_XPATH_RESULT_FALSE)
-        return ZR_OK;
-    if (status == ZR_OK)
-        *pass = 1;
-    else
-        zr::RecordFault(check, zr::Fault::WhenNotEvaluated, contextNode, zr::NameOf(contextNode),
-                        zr::NameOf(contextNode));
-    return status;
 }
 
 uint32_t ZRD_PAS_ProcDataNodeWhenCondNoPass(ZrdCheckAux *check, const xmlNode *top, xmlNode **node,
@@ -165,5 +79,5 @@ uint32_t ZRD_PAS_ProcWhenCondNoPassForNotif(const xmlNode *top, xmlNode **node, 
 
 void ZRD_PAS_SetWhenCondNoPassErrorInfo(ZrdCheckAux *check, const xmlNode *element)
 {
-    zr::RecordFault(check, zr::Fault::WhenFalse, element, zr::NameOf(element), zr::NameOf(element));
+    zr::RecordFaultOf(check, zr::Fault::WhenFalse, element);
 }

@@ -1,7 +1,7 @@
 #include "foundation/array.h"
 
 #include "platform/memory.h"
-#include "platform/secure.h"
+#include "platform/strings.h"
 
 namespace {
 
@@ -41,7 +41,7 @@ uint32_t ZR_UTL_ExpandArray(void **arrayPtr, uint32_t oldCount, uint32_t addCoun
     uint32_t count;
     if (__builtin_add_overflow(oldCount, addCount, &count))
         return ZR_ERR_NO_MEMORY;
-    zr::ScopedBlock<void> block(AllocElements(count, elementSize));
+    zr::Owned<void> block(AllocElements(count, elementSize));
     if (!block)
         return ZR_ERR_NO_MEMORY;
     size_t oldSize = static_cast<size_t>(oldCount) * elementSize;

@@ -4,7 +4,7 @@
 
 #include "foundation/array.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
+#include "platform/strings.h"
 
 namespace {
 
@@ -51,15 +51,15 @@ ZrDictEntry **FindLink(ZrDictBucket *bucket, const char *text)
 
 ZrDictEntry *NewEntry(const char *text, size_t length)
 {
-    zr::ScopedBlock<ZrDictEntry> entry(zr::AllocRecord<ZrDictEntry>());
+    zr::Owned<ZrDictEntry> entry(zr::New<ZrDictEntry>());
     if (!entry)
         return nullptr;
     // Not zero-filled first: every byte is written at once.
-    entry.get()->text = static_cast<char *>(g_zrMemMallocFunc(length + 1));
-    if (entry.get()->text == nullptr)
+    entry->text = static_cast<char *>(g_zrMemMallocFunc(length + 1));
+    if (entry->text == nullptr)
         return nullptr;
-    std::memcpy(entry.get()->text, text, length + 1);
-    entry.get()->refCount = 1;
+    std::memcpy(entry->text, text, length + 1);
+    entry->refCount = 1;
     return entry.release();
 }
 

@@ -22,7 +22,7 @@ struct ZrDict {
 };
 
 extern "C" {
-// Makes an empty dictionary; 1 when memory runs out.
+// Makes an empty dictionary: ZR_OK, or ZR_ERR_FAILED when memory runs out.
 ZR_API uint32_t ZR_DICT_Init(ZrDict *dict);
 // The 32-bit hash of a text, 0 for "". The second argument is not read.
 ZR_API uint32_t ZR_DICT_HashVal(const char *text, uint32_t ignoredLength);

@@ -1,8 +1,11 @@
 #include "foundation/pattern.h"
 
-#include "platform/xml_errors.h"
+#include "platform/memory.h"
+#include "platform/xml.h"
 
 namespace {
+
+using OwnedPattern = zr::Owned<xmlRegexp, xmlRegFreeRegexp>;
 
 const xmlChar *AsXml(const char *text)
 {
@@ -38,33 +41,28 @@ xmlRegexp *Compile(const char *pattern)
 zr::Match zr::MatchPattern(const char *str, const char *pattern)
 {
     bool outOfMemory = false;
-    xmlRegexp *compiled = CompilePattern(pattern, &outOfMemory);
-    if (compiled == nullptr)
+    OwnedPattern compiled(CompilePattern(pattern, &outOfMemory));
+    if (!compiled)
         return outOfMemory ? Match::Undecided : Match::No;
-    Match match = MatchCompiled(compiled, str);
-    xmlRegFreeRegexp(compiled);
-    return match;
+    return MatchCompiled(compiled.get(), str);
 }
 
 xmlRegexp *zr::CompilePattern(const char *pattern, bool *outOfMemory)
 {
     XmlErrors errors;
-    xmlRegexp *compiled = Compile(pattern);
+    OwnedPattern compiled(Compile(pattern));
     *outOfMemory = errors.outOfMemory();
-    if (!*outOfMemory)
-        return compiled;
-    xmlRegFreeRegexp(compiled);
-    return nullptr;
+    return *outOfMemory ? nullptr : compiled.release();
 }
 
 zr::Match zr::MatchCompiled(xmlRegexp *compiled, const char *str)
 {
-    // 1 for a match, 0 for none, less where the matcher ended without knowing.
     XmlErrors errors;
+    constexpr int kMatched = 1;
     int result = xmlRegexpExec(compiled, AsXml(str));
     if (errors.outOfMemory() || result < 0)
-        return Match::Undecided;
-    return result == 1 ? Match::Yes : Match::No;
+        return Match::Undecided; // the matcher ended without knowing
+    return result == kMatched ? Match::Yes : Match::No;
 }
 
 uint32_t ZR_UTL_MatchStrWithPattern(const char *str, const char *pattern)

@@ -8,8 +8,9 @@
 #include <zrschema/types.h>
 
 extern "C" {
-// 0 when `str` matches, else 22, also for an expression that does not compile. The expression is
-// compiled anew each time.
+// ZR_OK when `str` matches, else ZR_ERR_INVALID, also for an expression that does not compile. The
+// expression is compiled anew each time.
+// For callers outside the library.
 ZR_API uint32_t ZR_UTL_MatchStrWithPattern(const char *str, const char *pattern);
 }
 

@@ -5,43 +5,16 @@
 #include "foundation/array.h"
 #include "foundation/context_record.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 
 constexpr PalAvlInfo kByTarget = {ZR_CTX_CompareModRelationTbl, offsetof(ZrModRelTbl, moduleName),
                                   offsetof(ZrModRelTbl, treeNode)};
 
-static_assert(offsetof(ZrModRelItem, link) == 0, "a link is its item");
-
-// Items of a table in list order; null at the end.
-ZrModRelItem *ItemAfter(const ZrModRelTbl *table, const ZrListLink *link)
-{
-    return link->next != &table->items ? reinterpret_cast<ZrModRelItem *>(link->next) : nullptr;
-}
-
-ZrModRelItem *FirstItem(const ZrModRelTbl *table)
-{
-    return ItemAfter(table, &table->items);
-}
-
-ZrModRelItem *NextItem(const ZrModRelTbl *table, const ZrModRelItem *item)
-{
-    return ItemAfter(table, &item->link);
-}
-
-void PutAtHead(ZrModRelTbl *table, ZrModRelItem *item)
-{
-    item->link.next = table->items.next;
-    item->link.prev = &table->items;
-    item->link.next->prev = &item->link;
-    table->items.next = &item->link;
-}
-
 void DeleteItem(ZrModRelTbl *table, ZrModRelItem *item)
 {
-    item->link.prev->next = item->link.next;
-    item->link.next->prev = item->link.prev;
+    zr::Unlink(&item->link);
     ZR_DICT_Remove(table->dict, item->otherName);
     zr::Free(item);
 }
@@ -49,7 +22,7 @@ void DeleteItem(ZrModRelTbl *table, ZrModRelItem *item)
 void DeleteTable(ZrCtx *ctx, ZrModRelTbl *table)
 {
     PAL_AVL3_Delete(&ctx->modRelations, table, &kByTarget);
-    while (ZrModRelItem *item = FirstItem(table))
+    while (auto *item = zr::FirstOf<ZrModRelItem>(&table->items))
         DeleteItem(table, item);
     ZR_DICT_Remove(table->dict, table->moduleName);
     zr::Free(table);
@@ -57,7 +30,7 @@ void DeleteTable(ZrCtx *ctx, ZrModRelTbl *table)
 
 void DeleteTableIfEmpty(ZrCtx *ctx, ZrModRelTbl *table)
 {
-    if (FirstItem(table) == nullptr)
+    if (zr::IsEmpty(&table->items))
         DeleteTable(ctx, table);
 }
 
@@ -66,7 +39,7 @@ ZrModRelTbl *FindOrCreateTable(ZrCtx *ctx, const char *moduleName)
     ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
     if (table != nullptr)
         return table;
-    zr::ScopedBlock<ZrModRelTbl> created(zr::AllocRecord<ZrModRelTbl>());
+    zr::Owned<ZrModRelTbl> created(zr::New<ZrModRelTbl>());
     if (!created)
         return nullptr;
     table = created.get();
@@ -74,7 +47,7 @@ ZrModRelTbl *FindOrCreateTable(ZrCtx *ctx, const char *moduleName)
     table->moduleName = ZR_DICT_Insert(&ctx->dict, moduleName);
     if (table->moduleName == nullptr)
         return nullptr;
-    table->items = {&table->items, &table->items};
+    zr::InitList(&table->items);
     PAL_AVL3_InitNode(&table->treeNode);
     PAL_AVL3_Insert_Or_Find(&ctx->modRelations, table, &kByTarget);
     return created.release();
@@ -88,7 +61,7 @@ uint32_t AddItem(ZrModRelTbl *table, const char *otherName, uint32_t kind)
     if (interned == nullptr)
         return ZR_ERR_NO_MEMORY;
     bool known = ZR_CTX_FindModRelationItem(table, kind, interned) != nullptr;
-    auto *item = known ? nullptr : zr::AllocRecord<ZrModRelItem>();
+    auto *item = known ? nullptr : zr::New<ZrModRelItem>();
     if (item == nullptr) {
         ZR_DICT_Remove(table->dict, interned);
         return known ? ZR_OK : ZR_ERR_NO_MEMORY;
@@ -96,15 +69,15 @@ uint32_t AddItem(ZrModRelTbl *table, const char *otherName, uint32_t kind)
     item->kind = kind;
     item->otherName = interned;
     item->refCount = 1;
-    PutAtHead(table, item);
+    zr::PushFront(&table->items, &item->link);
     return ZR_OK;
 }
 
 // A growing list of names without repetition.
 struct NameList {
-    const char **names;
-    uint32_t count;
-    uint32_t capacity;
+    zr::Owned<const char *> names;
+    uint32_t count = 0;
+    uint32_t capacity = 0;
 };
 
 constexpr uint32_t kNameListStep = 32;
@@ -112,7 +85,7 @@ constexpr uint32_t kNameListStep = 32;
 bool HasName(const NameList *list, const char *name)
 {
     for (uint32_t i = 0; i < list->count; ++i) {
-        if (list->names[i] == name)
+        if (list->names.get()[i] == name)
             return true;
     }
     return false;
@@ -123,11 +96,11 @@ uint32_t AppendName(NameList *list, const char *name)
     if (HasName(list, name))
         return ZR_OK;
     if (list->count == list->capacity) {
-        if (zr::ExpandArray(&list->names, list->capacity, kNameListStep) != ZR_OK)
+        if (zr::ExpandArray(list->names, list->capacity, kNameListStep) != ZR_OK)
             return ZR_ERR_NO_MEMORY;
         list->capacity += kNameListStep;
     }
-    list->names[list->count++] = name;
+    list->names.get()[list->count++] = name;
     return ZR_OK;
 }
 
@@ -136,8 +109,8 @@ uint32_t AppendNamesOf(const ZrCtx *ctx, const char *moduleName, uint32_t kind, 
     const ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
     if (table == nullptr)
         return ZR_OK;
-    for (auto *item = FirstItem(table); item != nullptr; item = NextItem(table, item)) {
-        if (item->kind == kind && AppendName(list, item->otherName) != ZR_OK)
+    for (const auto &item : zr::ItemsOf<ZrModRelItem>(&table->items)) {
+        if (item.kind == kind && AppendName(list, item.otherName) != ZR_OK)
             return ZR_ERR_NO_MEMORY;
     }
     return ZR_OK;
@@ -148,7 +121,7 @@ uint32_t CollectNames(const ZrCtx *ctx, const char *moduleName, uint32_t kind, N
 {
     uint32_t status = AppendNamesOf(ctx, moduleName, kind, list);
     for (uint32_t i = 0; status == ZR_OK && i < list->count; ++i)
-        status = AppendNamesOf(ctx, list->names[i], kind, list);
+        status = AppendNamesOf(ctx, list->names.get()[i], kind, list);
     return status;
 }
 
@@ -216,9 +189,9 @@ ZrModRelItem *ZR_CTX_FindModRelationItem(const ZrModRelTbl *table, uint32_t kind
 {
     if (table == nullptr)
         return nullptr;
-    for (auto *item = FirstItem(table); item != nullptr; item = NextItem(table, item)) {
-        if (item->kind == kind && item->otherName == otherName)
-            return item;
+    for (auto &item : zr::ItemsOf<ZrModRelItem>(const_cast<ZrListLink *>(&table->items))) {
+        if (item.kind == kind && item.otherName == otherName)
+            return &item;
     }
     return nullptr;
 }
@@ -230,15 +203,13 @@ uint32_t ZR_CTX_CollectDepModNamesRecursive(ZrCtx *ctx, const char *moduleName, 
         return ZR_ERR_INVALID;
     *namesOut = nullptr;
     *countOut = 0;
-    NameList list{};
+    NameList list;
     uint32_t status = CollectNames(ctx, moduleName, kind, &list);
-    if (status == ZR_OK && list.count != 0 && list.names[0] == nullptr)
+    if (status == ZR_OK && list.count != 0 && list.names.get()[0] == nullptr)
         status = ZR_ERR_INVALID;
-    if (status != ZR_OK || list.count == 0) {
-        zr::Free(list.names);
-        return status;
+    if (status == ZR_OK) {
+        *countOut = list.count;
+        *namesOut = list.names.release();
     }
-    *namesOut = list.names;
-    *countOut = list.count;
-    return ZR_OK;
+    return status;
 }

@@ -8,6 +8,7 @@
 #include <zrschema/types.h>
 
 #include "foundation/dict.h"
+#include "foundation/list.h"
 #include "platform/avl.h"
 
 enum ZrRelationKind : uint32_t {
@@ -15,16 +16,11 @@ enum ZrRelationKind : uint32_t {
     ZR_RELATION_DEVIATED_BY = 1   // the other module's deviation changes the target module
 };
 
-struct ZrListLink { // of a circular doubly linked list
-    ZrListLink *next;
-    ZrListLink *prev;
-};
-
 struct ZrModRelItem {
     ZrListLink link;       // first, so that a link is its item
     uint32_t kind;         // ZrRelationKind
     const char *otherName; // interned
-    uint32_t refCount;     // 1: a relation is stored once however often it is added
+    uint32_t refCount;     // always 1: a relation is stored once however often it is added
 };
 
 struct ZrModRelTbl { // the relations of one target module; never empty
@@ -40,8 +36,8 @@ ZR_API void ZR_CTX_InitModRelationTree(ZrCtx *ctx);
 ZR_API void ZR_CTX_DeInitModRelationTree(ZrCtx *ctx);
 // Orders two module names; equal pointers are equal without a look at the text.
 ZR_API int32_t ZR_CTX_CompareModRelationTbl(const void *keyA, const void *keyB);
-// Adds a relation; one that is there already is not added again. 0, 12 when memory runs out, 22
-// for a null argument.
+// Adds a relation; one that is there already is not added again. ZR_OK, ZR_ERR_NO_MEMORY, or
+// ZR_ERR_INVALID for a null argument.
 ZR_API uint32_t ZR_CTX_AddTwoModRelation(ZrCtx *ctx, const char *targetModuleName,
                                          const char *otherModuleName, uint32_t kind);
 // Removes a relation, and with the last one of a target its table; unknown ones are ignored.
@@ -54,9 +50,10 @@ ZR_API ZrModRelTbl *ZR_CTX_FindModRelationTbl(const ZrCtx *ctx, const char *modu
 ZR_API ZrModRelItem *ZR_CTX_FindModRelationItem(const ZrModRelTbl *table, uint32_t kind,
                                                 const char *otherName);
 // Collects the modules that change a module, those that change them, and so on, nearest first and
-// each once; the module itself only when a circle leads back to it. `*namesOut` becomes an array
-// of interned names for the caller to release with zr::Free, null when there are none. 0, 12 when
-// memory runs out, 22 for a null argument.
+// each once; the module itself only when a circle leads back to it. `*namesOut` becomes an array of
+// interned names for the caller to release with zr::Free, null when there are none. ZR_OK,
+// ZR_ERR_NO_MEMORY, or ZR_ERR_INVALID for a null argument.
+// For callers outside the library.
 ZR_API uint32_t ZR_CTX_CollectDepModNamesRecursive(ZrCtx *ctx, const char *moduleName,
                                                    uint32_t kind, const char ***namesOut,
                                                    uint32_t *countOut);

@@ -2,10 +2,9 @@
 
 #include "foundation/context_record.h"
 #include "foundation/text.h"
-#include "platform/files.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
-#include "platform/text.h"
+#include "platform/strings.h"
+#include "platform/system.h"
 
 namespace {
 
@@ -52,7 +51,7 @@ uint32_t ZR_CTX_UpdateSearchDirAgainstTbl(ZrCtx *ctx, const char *directory, uin
 {
     if (ctx == nullptr)
         return ZR_ERR_INVALID;
-    zr::ScopedBlock<char> path(ZR_CTX_FormatInputPath(directory));
+    zr::Owned<char> path(ZR_CTX_FormatInputPath(directory));
     if (!path || PAL_VFS_IsDirExist(path.get()) != 1)
         return ZR_ERR_BAD_DIR;
     int32_t position = ZR_CTX_FindSearchDirInTbl(ctx, path.get());

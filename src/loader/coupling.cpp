@@ -2,10 +2,11 @@
 
 #include <zrschema/module.h>
 
-#include "schema/augment.h"
-#include "schema/change_events.h"
-#include "schema/deviation.h"
-#include "schema/node.h"
+#include "foundation/relations.h"
+#include "schema/augment/augment.h"
+#include "schema/deviation/deviation.h"
+#include "schema/module/module.h"
+#include "schema/nodes/node.h"
 #include "types/real_type.h"
 
 namespace {
@@ -26,14 +27,14 @@ uint32_t ResolveNodeType(ZrNode *node, uint32_t arrival, void *userData)
     return 0;
 }
 
-uint32_t ResolveTreeTypes(ZrNode *root, uint32_t, void *userData)
+uint32_t ResolveTreeTypes(ZrNode *root, uint32_t /*arrival*/, void *userData)
 {
     ZR_NODE_TreeScanAllNode(root, ResolveNodeType, userData);
     return 0;
 }
 
 // The children of an augment stand in its target when it is coupled, and are scanned from there.
-uint32_t ResolveAugmentTypes(ZrNode *augment, uint32_t, void *userData)
+uint32_t ResolveAugmentTypes(ZrNode *augment, uint32_t /*arrival*/, void *userData)
 {
     ZR_NODE_IterScanChildrenNode(augment, ResolveTreeTypes, userData);
     return 0;
@@ -75,10 +76,21 @@ void ZRS_LOADER_CoupleModPendTblAndCurMod(ZrCtx *ctx, ZrsPendTbl *table,
 {
     if (ctx == nullptr || table == nullptr)
         return;
-    for (ZrListLink *link = table->nodes.next; link != &table->nodes; link = link->next) {
-        const char *name = reinterpret_cast<ZrsPendNode *>(link)->moduleName;
-        if (ZR_CTX_GetModuleByModName(ctx, name) != nullptr)
-            ZRS_MOD_NotifyModuleChangeEvent(ctx, name, ZRS_MODULE_LOADED, nullptr);
+    for (const ZrsPendNode &node : zr::ItemsOf<ZrsPendNode>(&table->nodes)) {
+        if (ZR_CTX_GetModuleByModName(ctx, node.moduleName) != nullptr)
+            ZRS_MOD_NotifyModuleChangeEvent(ctx, node.moduleName, ZRS_MODULE_LOADED, nullptr);
     }
     ZRS_MOD_NotifyModuleChangeEvent(ctx, startModuleName, ZRS_MODULE_LOADED, nullptr);
+}
+
+void zr::CoupleDependents(ZrCtx *ctx, const char *moduleName)
+{
+    const ZrModRelTbl *table = ZR_CTX_FindModRelationTbl(ctx, moduleName);
+    if (table == nullptr)
+        return;
+    for (const ZrModRelItem &item : zr::ItemsBackwards<ZrModRelItem>(&table->items)) {
+        ZrsCoupleEventFunc couple = ZRS_MOD_GetCoupleEvtProcFunc(item.kind, ZRS_MODULE_LOADED);
+        if (couple != nullptr)
+            couple(ctx, moduleName, item.otherName, nullptr);
+    }
 }

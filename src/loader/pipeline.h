@@ -1,31 +1,30 @@
-// From a module name to a loaded module of the context: files read, merged, linked and coupled.
+// From a module name to a loaded module of the context: files found, read, merged, linked, coupled.
 #pragma once
 
 #include <libxml/tree.h>
+
+#include <cstdint>
 #include <zrschema/context.h>
 
-#include "loader/assister.h"
+#include "loader/files/module_files.h"
 
 extern "C" {
-// Loads a module from its file or files: 0, 2 when no file is found, else the status of linking it
-// into the context (22 when not even the first file could be read).
+// Loads a module from its file or files: ZR_OK, ZR_ERR_NOT_FOUND when no file is found, else the
+// status of linking it into the context (ZR_ERR_INVALID when not even the first file could be
+// read).
 ZR_API uint32_t ZRS_LOADER_LoadModuleByModName(ZrCtx *ctx, const char *moduleName);
-// Loads what a loaded module imports, and what that imports, breadth-first: 0 or the first failure.
+// Loads what a loaded module imports, and what that imports, breadth-first: ZR_OK or the first
+// failure.
 ZR_API uint32_t ZRS_LOADER_LoadModuleImportedNames(ZrCtx *ctx, const char *moduleName);
 // Reads one file into `*moduleSlot`, or merges it into the module that stands there.
 ZR_API uint32_t ZRS_LOADER_LoadModuleByPath(ZrCtx *ctx, const char *path, const char *moduleName,
                                             ZrsLoadAssister *assister, ZrMod **moduleSlot);
 // Reads one file into a new module record; failures are recorded under `moduleName`. Null on
-// failure.
+// failure. For callers outside the library.
 ZR_API ZrMod *ZRS_LOADER_ReadFilePathToZrMod(ZrCtx *ctx, const char *path, const char *moduleName,
                                              const char *expectedName);
-// Turns a document into a new module record; `expectedName` may be null. Null on failure.
-ZR_API ZrMod *ZRS_LOADER_ParseYinContent(ZrCtx *ctx, xmlDoc *document, const char *expectedName);
-ZR_API ZrMod *ZRS_LOADER_ParseYinDocToZrMod(ZrCtx *ctx, xmlNode *root, const char *expectedName);
-// 0 when the names are equal or no name is expected, else 22.
-ZR_API uint32_t ZRS_LOADER_CheckParsedModNameMatched(const char *parsedName,
-                                                     const char *expectedName);
-// Links a module into the context and couples it; `assister` may be null. 22 for a null module, 1
-// when its name or namespace is taken. Failures to resolve or couple are recorded only.
+// Links a module into the context and couples it; `assister` may be null. ZR_ERR_INVALID for a null
+// module, ZR_ERR_FAILED when its name or namespace is taken. Failures to resolve or couple are
+// recorded only.
 ZR_API uint32_t ZRS_LOADER_AppendModuleToCtx(ZrCtx *ctx, ZrMod *module, ZrsLoadAssister *assister);
 }

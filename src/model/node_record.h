@@ -5,11 +5,11 @@
 #include <cstdint>
 #include <zrschema/types.h>
 
-#include "model/member_records.h"
+#include "model/module_records.h"
 
 // Bits of ZrNode::flags. The config and NACM bits pass to the nodes below; the others are the
 // node's own.
-enum : uint32_t {
+enum ZrsNodeFlag : uint32_t {
     ZRS_FLAG_COUPLED = 0x1, // augment nodes: the children stand in the target
     ZRS_FLAG_CONFIG_TRUE = 0x2,
     ZRS_FLAG_CONFIG_FALSE = 0x4,
@@ -20,10 +20,12 @@ enum : uint32_t {
     ZRS_FLAG_KEY = 0x100,            // a leaf that its list's "key" names
     ZRS_FLAG_DEPRECATED = 0x200,     // "status" "current" sets nothing
     ZRS_FLAG_OBSOLETE = 0x400,
-    ZRS_FLAG_PRESENCE = 0x800,    // containers
-    ZRS_FLAG_DENY_WRITE = 0x1000, // default-deny-write of ietf-netconf-acm
-    ZRS_FLAG_DENY_ALL = 0x2000,   // default-deny-all of ietf-netconf-acm
+    ZRS_FLAG_PRESENCE = 0x800,     // containers
+    ZRS_FLAG_DENY_WRITE = 0x1000,  // default-deny-write of ietf-netconf-acm
+    ZRS_FLAG_DENY_ALL = 0x2000,    // default-deny-all of ietf-netconf-acm
+    ZRS_FLAG_MADE_TARGET = 0x4000, // augment nodes: coupling made the target, "input" or "output"
 
+    ZRS_FLAGS_COUPLING = ZRS_FLAG_COUPLED | ZRS_FLAG_MADE_TARGET, // that no statement sets
     ZRS_FLAGS_CONFIG = ZRS_FLAG_CONFIG_TRUE | ZRS_FLAG_CONFIG_FALSE,
     ZRS_FLAGS_MANDATORY = ZRS_FLAG_MANDATORY_TRUE | ZRS_FLAG_MANDATORY_FALSE,
     ZRS_FLAGS_NACM = ZRS_FLAG_DENY_WRITE | ZRS_FLAG_DENY_ALL
@@ -31,7 +33,7 @@ enum : uint32_t {
 
 // Bits of ZrNode::marks: what the flags cannot tell any more, so that they come out the same
 // whichever of the modules that change them arrives first.
-enum : uint8_t {
+enum ZrsNodeMark : uint8_t {
     ZRS_MARK_CONFIG_YIELDED = 0x1,  // an own "config true" gave way to state data above
     ZRS_MARK_CONFIG_DEVIATED = 0x2, // a deviation set "config"; it holds below any parent
     ZRS_MARK_WRITE_DEVIATED = 0x4,  // a deviation added default-deny-write

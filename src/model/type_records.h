@@ -103,7 +103,7 @@ static_assert(sizeof(ZrtGenericSeg) == 20);
 // A range or a length.
 struct ZrtConsRange {
     uint16_t segCount;
-    uint16_t segSize; // bytes: 2, 4, 8 or 20
+    uint16_t segSize; // bytes: of two numbers of the type's width, or of a ZrtGenericSeg
     void *segments;
 };
 
@@ -130,9 +130,9 @@ struct ZrtConsUnion {
     ZrtRealType *items;
 };
 
-// The counters of one type statement: entries 0 to 9 by kind, entry 10 the kinds that occur.
+// The counters of one type statement: sub-statements by kind, then how many kinds occur.
 struct ZrtTypeSubElemCount {
-    uint16_t counts[11];
+    uint16_t counts[ZRT_CONS_KIND_COUNT + 1];
 };
 
 // One validation of one value; zeroed by the caller.
@@ -141,13 +141,13 @@ struct ZrtValidateCtx {
     uint16_t fractionDigits;
     uint32_t baseType;       // of the innermost built-in type reached
     uint32_t explicitBounds; // nesting counter
-    uint32_t parentBounds;   // 1: bounds of an outer type are relative to its parent
+    uint32_t parentBounds;   // set: bounds of an outer type are relative to its parent
     ZrtGenericSeg bounds;    // the latest parent bounds
     ZrtGenericSeg value;     // the value under check
     uint32_t binaryLength;   // octets that the base64 check decoded
     uint32_t nesting;        // types that the value has been handed on through
     uint32_t visits;         // types that the value was held against so far
-    uint32_t tooDeep;        // 1: nesting or visits reached its bound, nothing more is tried
+    uint32_t tooDeep;        // set: nesting or visits reached its bound, nothing more is tried
     const ZrCtx *ctx;
     const ZrNode *node;
     const ZrtRealType *current;

@@ -4,8 +4,7 @@
 
 namespace {
 
-// Teaches Boost.Intrusive's algorithms our link. The three balances are 0, 1 and 2, so that -1 is
-// free to say "in no tree".
+// Teaches Boost.Intrusive's algorithms our link.
 struct AvlNodeTraits {
     using node = PalAvlNode;
     using node_ptr = PalAvlNode *;

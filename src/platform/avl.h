@@ -8,8 +8,8 @@
 
 #include <cstdint>
 
-// Link of a record in a tree. `balance` is -1 while the record stands in no tree; in a tree it is
-// 0, 1 or 2 for a zero, positive (right side deeper) or negative (left side deeper) balance.
+// Link of a record in a tree. `balance` is -1 while the record stands in no tree; else it says
+// which side below it is deeper: 0 neither, 1 the right one, 2 the left one.
 struct PalAvlNode {
     PalAvlNode *parent;
     PalAvlNode *left;

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <pthread.h>
+#include <zrschema/memory.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <zrschema/memory.h>
+#include <memory>
+#include <type_traits>
 
 extern "C" {
 // The three hooks in force: the C library's functions until the application registers its own.
@@ -15,9 +17,10 @@ ZR_API extern ZrReallocFunc g_zrMemReAllocFunc;
 ZR_API extern ZrFreeFunc g_zrMemFreeFunc;
 // Serialises the registration.
 ZR_API extern pthread_mutex_t g_zrMemMutex;
-// 1 once hooks are registered; never cleared.
+// 1 once hooks are registered, then for good.
 ZR_API extern uint32_t g_zrMemRegistered;
-// The registration itself, under the mutex: 0, or 17 when hooks are registered already.
+// The registration itself, under the mutex: ZR_OK, or ZR_ERR_REGISTERED when hooks are registered
+// already.
 ZR_API uint32_t ZR_MemRegisterHandleInner(ZrMallocFunc mallocFunc, ZrReallocFunc reallocFunc,
                                           ZrFreeFunc freeFunc);
 }
@@ -29,31 +32,43 @@ void *AllocZeroed(size_t size);
 // Gives a block back through the free hook; null is accepted.
 void Free(void *block);
 
-// A zero-filled record, or null.
-template <typename Record> Record *AllocRecord()
+// `count` zero-filled items in one block; null without memory. The items may be pointers.
+template <typename T> T *New(size_t count = 1)
 {
-    return static_cast<Record *>(AllocZeroed(sizeof(Record)));
+    // NOLINTNEXTLINE(bugprone-sizeof-expression)
+    constexpr size_t kSize = sizeof(T);
+    return count > SIZE_MAX / kSize ? nullptr : static_cast<T *>(AllocZeroed(count * kSize));
 }
 
-// Owns one block of the hooks for the length of a scope.
-template <typename T> class ScopedBlock {
-public:
-    explicit ScopedBlock(T *block = nullptr) : block_(block) {}
-    ScopedBlock(const ScopedBlock &) = delete;
-    ScopedBlock &operator=(const ScopedBlock &) = delete;
-    ~ScopedBlock() { zr::Free(const_cast<void *>(static_cast<const void *>(block_))); }
-    T *get() const { return block_; }
-    T *release()
+// One zero-filled head with `tail` bytes behind it; null without memory.
+template <typename T> T *NewWithTail(size_t tail)
+{
+    return tail > SIZE_MAX - sizeof(T) ? nullptr : static_cast<T *>(AllocZeroed(sizeof(T) + tail));
+}
+
+// Owns what `Destroy` gives back, for the length of a scope or until release(). A block of the
+// hooks unless told otherwise.
+template <auto Destroy> struct Destroyer {
+    template <typename T> void operator()(T *object) const
     {
-        T *block = block_;
-        block_ = nullptr;
-        return block;
+        Destroy(const_cast<std::remove_const_t<T> *>(object));
     }
-    T **slot() { return &block_; }
-    explicit operator bool() const { return block_ != nullptr; }
+};
+template <typename T, auto Destroy = Free> using Owned = std::unique_ptr<T, Destroyer<Destroy>>;
+
+// For a function that stores what it makes where an argument points: Out(owner) is that place. The
+// owner has what was stored when the whole expression is done.
+template <typename Owner> class Out {
+public:
+    explicit Out(Owner &owner) : owner_(owner) {}
+    Out(const Out &) = delete;
+    Out &operator=(const Out &) = delete;
+    ~Out() { owner_.reset(made_); }
+    operator typename Owner::pointer *() { return &made_; }
 
 private:
-    T *block_;
+    Owner &owner_;
+    typename Owner::pointer made_ = nullptr;
 };
 
 } // namespace zr

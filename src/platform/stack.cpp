@@ -24,11 +24,10 @@ void **Slots(const PalStack *stack)
 
 PalStack *PAL_CreateStack(uint32_t capacity)
 {
-    size_t size;
-    if (__builtin_mul_overflow(capacity, sizeof(void *), &size) ||
-        __builtin_add_overflow(size, sizeof(PalStack), &size))
+    size_t slots;
+    if (__builtin_mul_overflow(capacity, sizeof(void *), &slots))
         return nullptr;
-    auto *stack = static_cast<PalStack *>(zr::AllocZeroed(size));
+    auto *stack = zr::NewWithTail<PalStack>(slots);
     if (stack != nullptr)
         stack->capacity = capacity;
     return stack;

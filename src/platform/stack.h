@@ -8,7 +8,7 @@ struct PalStack;
 extern "C" {
 // A new, empty stack for `capacity` items, or null when memory runs out; capacity 0 is allowed.
 PalStack *PAL_CreateStack(uint32_t capacity);
-// Puts an item on top; 0, or 12 when the stack is full or null.
+// Puts an item on top: ZR_OK, or ZR_ERR_NO_MEMORY when the stack is full or null.
 uint32_t PAL_Push(PalStack *stack, void *item);
 // Takes the top item off and returns it; null when the stack is empty.
 void *PAL_Pop(PalStack *stack);

@@ -58,3 +58,10 @@ uint32_t LineWriter::Finish()
 }
 
 } // namespace zr
+
+uint32_t ZRS_NODE_PrintAllocBuffer(ZrsPrintCtx *print)
+{
+    if (print->usedLength < ZRS_PRINT_FLUSH_LENGTH)
+        return ZR_OK;
+    return zr::FlushPrint(print);
+}

@@ -3,12 +3,12 @@
 
 #include <string_view>
 
-#include "platform/memory.h"
 #include "print/printer.h"
 
 namespace zr {
 
-// Hands all the text in the buffer to the callback and starts it again empty; 0 or 22.
+// Hands all the text in the buffer to the callback and starts it again empty. ZR_OK, or
+// ZR_ERR_INVALID when the callback fails.
 uint32_t FlushPrint(ZrsPrintCtx *print);
 
 // Collects the pieces of one line. Once a piece does not fit the rest is dropped, and Finish()
@@ -23,7 +23,7 @@ public:
     LineWriter &Put(const char *text); // null fails the line
     LineWriter &Blanks(uint32_t count);
     void Fail() { failed_ = true; }
-    uint32_t Finish(); // ends the line; 0 or 22
+    uint32_t Finish(); // ends the line: ZR_OK, or ZR_ERR_INVALID when it does not fit
 
 private:
     char *Room(size_t length);
@@ -45,24 +45,6 @@ template <typename Write> uint32_t PrintLine(ZrsPrintCtx *print, Write write)
         if (print->usedLength == 0 || FlushPrint(print) != ZR_OK)
             return ZR_ERR_INVALID;
     }
-}
-
-// One printing from the empty buffer to the last piece: 12 without memory for the buffer, 1 when
-// `body`, called with the context of a top-level node, or the last callback fails.
-template <typename Body> uint32_t RunPrint(ZrPrintFunc callback, void *userData, Body body)
-{
-    ScopedBlock<char> buffer(static_cast<char *>(AllocZeroed(ZRS_PRINT_BUFFER_SIZE)));
-    if (!buffer)
-        return ZR_ERR_NO_MEMORY;
-    ZrsPrintCtx print = {};
-    print.level = 1;
-    print.bufferSize = ZRS_PRINT_BUFFER_SIZE;
-    print.buffer = buffer.get();
-    print.userData = userData;
-    print.callback = callback;
-    if (body(&print) != ZR_OK || FlushPrint(&print) != ZR_OK)
-        return ZR_ERR_FAILED;
-    return ZR_OK;
 }
 
 } // namespace zr

@@ -2,8 +2,9 @@
 // which is handed to the application whenever it is nearly full.
 //
 // Every printing function takes the printed module first (names of other modules' nodes and
-// typedefs are qualified), then the node, then the print context. They return 0, or 22 when a
-// line does not fit the buffer, a width is exceeded or the application's callback fails.
+// typedefs are qualified), then the node, then the print context. They return ZR_OK, or
+// ZR_ERR_INVALID when a line does not fit the buffer, a width is exceeded or the application's
+// callback fails.
 #pragma once
 
 #include <zrschema/print.h>
@@ -14,10 +15,14 @@ enum ZrsPrintMode : uint32_t {
     ZRS_PRINT_OUTPUT = 2  // content of an output or notification: "ro"
 };
 
-// Bits of ZrsPrintCtx::flags; none of them passes to a node's children.
-enum : uint32_t {
+// Bits of ZrsPrintCtx::flags.
+enum ZrsPrintFlag : uint32_t {
+    // Of one node: they do not pass to its children.
     ZRS_PRINT_LINE_ONLY = 0x1,  // the node's line without its children
     ZRS_PRINT_LAST_SHOWN = 0x2, // the following siblings are not printed: no bar towards them
+
+    // The bits that are kept for options of a whole printing, which pass to every level.
+    ZRS_PRINT_OPTIONS = 0xffff0000
 };
 
 enum : uint32_t {
@@ -35,7 +40,7 @@ struct ZrsPrintCtx {
     uint32_t usedLength; // characters in the buffer
     char *buffer;
     void *userData;
-    uint32_t flags; // ZRS_PRINT_...
+    uint32_t flags; // bits of ZrsPrintFlag
     ZrPrintFunc callback;
 };
 
@@ -44,6 +49,7 @@ static_assert(sizeof(ZrsPrintCtx) == 40);
 #endif
 
 extern "C" {
+// Copies the context of a level for the level below, without its flags.
 ZR_API void ZRS_NODE_InheritPrintPara(ZrsPrintCtx *child, const ZrsPrintCtx *parent);
 // Hands the text to the callback when the buffer is nearly full, and starts it again empty.
 ZR_API uint32_t ZRS_NODE_PrintAllocBuffer(ZrsPrintCtx *print);
@@ -77,8 +83,8 @@ ZR_API uint32_t ZRS_MOD_PrintModelTreeDataAug(const ZrMod *module, ZrsPrintCtx *
 ZR_API uint32_t ZRS_MOD_PrintModelTreeRpcNotif(const ZrMod *module, ZrsPrintCtx *print);
 
 // The steps of ZR_NODE_PrintNodesTree(): the header, and one line for each ancestor from the top
-// down, which leaves the context at the node's own level. 22 for a node in an augment that is not
-// coupled, because it stands in no module's tree.
+// down, which leaves the context at the node's own level. ZR_ERR_INVALID for a node in an augment
+// that is not coupled, because it stands in no module's tree.
 ZR_API uint32_t ZR_NODE_PrintNodeHeader(const ZrNode *node, ZrsPrintCtx *print);
 ZR_API uint32_t ZRS_NODE_PrintAncestorNodes(const ZrMod *module, const ZrNode *node,
                                             ZrsPrintCtx *print);

@@ -1,19 +1,15 @@
-#include "types/decimal64.h"
-
 #include <charconv>
 #include <cstddef>
 
 #include "foundation/text.h"
+#include "platform/strings.h"
+#include "types/constraints.h"
+#include "types/range.h"
 
 namespace {
 
 constexpr uint32_t kMaxFractionDigits = 18;
 constexpr uint32_t kMaxDigits = 19; // of an int64
-
-bool IsDigit(char ch)
-{
-    return ch >= '0' && ch <= '9';
-}
 
 // The digits of the scaled integer, gathered from the text. The limits on the digits before and
 // after the point keep them within the buffer.
@@ -24,7 +20,7 @@ public:
     uint32_t CopyDigits(const char *&text, uint32_t limit)
     {
         uint32_t count = 0;
-        for (; count < limit && IsDigit(*text); ++count)
+        for (; count < limit && zr::IsDigit(*text); ++count)
             Put(*text++);
         return count;
     }
@@ -69,4 +65,39 @@ uint32_t ZRT_CONS_ConvertValStrToDecimal64PowerInteger(const char *text, uint32_
     for (; fractionCount < fractionDigits; ++fractionCount)
         digits.Put('0');
     return digits.Read(valueOut);
+}
+
+// The fraction digits of a decimal64 (RFC 7950, section 9.3.4).
+
+void *ZRT_CONS_CreateConsDataBodyWithFraction(uint32_t)
+{
+    return ZRT_CONS_CreateConsDataBodyAndSegSize(sizeof(ZrtConsFraction), 0, 0);
+}
+
+void ZRT_CONS_DestroyConsDataBodyWithNoDynamic(ZrCtx *, void *body)
+{
+    zr::Free(body);
+}
+
+void *ZRT_CONS_CopyConsDataBodyWithFraction(ZrCtx *, const void *body)
+{
+    if (body == nullptr)
+        return nullptr;
+    auto *copy = static_cast<ZrtConsFraction *>(ZRT_CONS_CreateConsDataBodyWithFraction(1));
+    if (copy != nullptr)
+        *copy = *static_cast<const ZrtConsFraction *>(body);
+    return copy;
+}
+
+uint32_t ZRT_CONS_ValidateValueNodeAgainstDataFraction(const void *, uint32_t, const void *,
+                                                       ZrtValidateCtx *)
+{
+    // The digits take part in the check of decimal64 and of its ranges; by themselves they refuse
+    // nothing.
+    return ZR_OK;
+}
+
+uint32_t ZRT_CONS_GetConsDataFractionVal(const void *body)
+{
+    return body != nullptr ? static_cast<const ZrtConsFraction *>(body)->fractionDigits : 0;
 }

@@ -1,38 +1,33 @@
 #include "types/default_checks.h"
 
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
+#include "foundation/array.h"
 #include "foundation/text.h"
-#include "types/decimal64.h"
-#include "types/range_check.h"
-#include "types/range_segments.h"
-#include "types/real_type.h"
+#include "platform/strings.h"
+#include "types/constraints.h"
+#include "types/range.h"
 
 namespace {
 
 bool IsBase64Char(char ch)
 {
-    return (ch >= 'A' && ch <= 'Z') || (ch >= 'a' && ch <= 'z') || (ch >= '0' && ch <= '9') ||
-           ch == '+' || ch == '/';
-}
-
-bool IsBlank(char ch)
-{
-    return ch == ' ' || ch == '\t' || ch == '\n';
+    return zr::IsLetter(ch) || zr::IsDigit(ch) || ch == '+' || ch == '/';
 }
 
 // The text without the blanks around it.
 std::string_view TrimBlanks(const char *text)
 {
     std::string_view rest(ZR_UTL_ConsumeAllSpaceChar(text));
-    while (!rest.empty() && IsBlank(rest.back()))
+    while (!rest.empty() && zr::IsBlank(rest.back()))
         rest.remove_suffix(1);
     return rest;
 }
 
-// Counts the octets of base64 text (RFC 4648, section 4); false when it is none. Kept: characters
-// of no alphabet are let through and count like letters.
+// Counts the octets of base64 text (RFC 4648, section 4); false when it is none. Which characters
+// are let through: docs/oddities.md.
 bool MeasureBase64(std::string_view text, uint32_t &lengthOut)
 {
     if (text.size() % 4 != 0)
@@ -95,4 +90,44 @@ uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictEmpty(uint32_t, uint32_t inputKin
 {
     const char *text = ZRT_TYPE_GetInputValueAsSimpleStr(inputKind, value);
     return text == nullptr || *text == '\0' ? ZR_OK : ZR_ERR_VALUE_EMPTY;
+}
+
+namespace {
+
+struct DefaultRow {
+    ZrtBuiltInType type;
+    ZrtDefaultCheckFunc check;
+};
+
+// clang-format off
+constexpr DefaultRow kDefaultChecks[] = {
+    {ZRT_TYPE_DERIVED,             nullptr},
+    {ZRT_TYPE_BINARY,              ZRT_CONS_CheckValStrAgainstDefRestrictBinary},
+    {ZRT_TYPE_BITS,                nullptr},
+    {ZRT_TYPE_BOOLEAN,             ZRT_CONS_CheckValStrAgainstDefRestrictBoolean},
+    {ZRT_TYPE_DECIMAL64,           ZRT_CONS_CheckValStrAgainstDefRestrictDecimal64},
+    {ZRT_TYPE_EMPTY,               ZRT_CONS_CheckValStrAgainstDefRestrictEmpty},
+    {ZRT_TYPE_ENUMERATION,         nullptr},
+    {ZRT_TYPE_IDENTITYREF,         nullptr},
+    {ZRT_TYPE_INSTANCE_IDENTIFIER, nullptr},
+    {ZRT_TYPE_INT8,                ZRT_CONS_CheckValStrAgainstDefRestrictRange},
+    {ZRT_TYPE_INT16,               ZRT_CONS_CheckValStrAgainstDefRestrictRange},
+    {ZRT_TYPE_INT32,               ZRT_CONS_CheckValStrAgainstDefRestrictRange},
+    {ZRT_TYPE_INT64,               ZRT_CONS_CheckValStrAgainstDefRestrictRange},
+    {ZRT_TYPE_LEAFREF,             nullptr},
+    {ZRT_TYPE_STRING,              ZRT_CONS_CheckValStrAgainstDefRestrictLength},
+    {ZRT_TYPE_UINT8,               ZRT_CONS_CheckValStrAgainstDefRestrictRange},
+    {ZRT_TYPE_UINT16,              ZRT_CONS_CheckValStrAgainstDefRestrictRange},
+    {ZRT_TYPE_UINT32,              ZRT_CONS_CheckValStrAgainstDefRestrictRange},
+    {ZRT_TYPE_UINT64,              ZRT_CONS_CheckValStrAgainstDefRestrictRange},
+    {ZRT_TYPE_UNION,               nullptr},
+};
+// clang-format on
+static_assert(zr::RowsInOrder(kDefaultChecks, &DefaultRow::type, ZRT_TYPE_DERIVED, ZRT_TYPE_NONE));
+
+} // namespace
+
+ZrtDefaultCheckFunc ZRT_CONS_GetBaseTypeDefRestrictCheckFunc(uint32_t baseType)
+{
+    return baseType < std::size(kDefaultChecks) ? kDefaultChecks[baseType].check : nullptr;
 }

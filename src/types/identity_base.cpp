@@ -5,12 +5,12 @@
 #include <cstring>
 #include <string_view>
 
+#include "foundation/array.h"
 #include "foundation/text.h"
-#include "model/members_by_name.h"
-#include "model/module_record.h"
-#include "types/constraint_body.h"
+#include "model/module_records.h"
+#include "model/scope.h"
+#include "platform/strings.h"
 #include "types/constraints.h"
-#include "types/real_type.h"
 
 namespace {
 
@@ -19,11 +19,6 @@ constexpr uint32_t kMaxDerivation = 128;
 // Identities that one search looks at. A sound derivation has far fewer; a circular one, or one
 // whose bases meet again and again, would otherwise be walked over and over.
 constexpr uint32_t kMaxVisited = 65536;
-
-bool SameText(const char *a, const char *b)
-{
-    return a == b || (a != nullptr && b != nullptr && std::strcmp(a, b) == 0);
-}
 
 struct IdentitySearch {
     const ZrCtx *ctx;
@@ -35,8 +30,8 @@ struct IdentitySearch {
     {
         if (++visited > kMaxVisited)
             return false;
-        if (SameText(moduleName, wanted->moduleName) &&
-            SameText(identity->name, wanted->identityName))
+        if (zr::TextEquals(moduleName, wanted->moduleName) &&
+            zr::TextEquals(identity->name, wanted->identityName))
             return true;
         if (level == kMaxDerivation)
             return false;
@@ -55,10 +50,8 @@ struct IdentitySearch {
 const ZrMod *FindModuleOfText(const ZrCtx *ctx, std::string_view moduleName)
 {
     char name[zr::kNameSize];
-    if (moduleName.size() >= sizeof name)
+    if (strncpy_s(name, sizeof(name), moduleName.data(), moduleName.size()) < 0)
         return nullptr;
-    std::memcpy(name, moduleName.data(), moduleName.size());
-    name[moduleName.size()] = '\0';
     return ZR_CTX_GetModuleByModName(ctx, name);
 }
 
@@ -69,10 +62,8 @@ const ZrMod *FindModuleOfElement(const ZrCtx *ctx, xmlNode *element, const std::
     const xmlNs *ns = element->ns;
     if (prefix != nullptr) {
         char text[kMaxPrefixLength + 1];
-        if (prefix->size() > kMaxPrefixLength)
+        if (strncpy_s(text, sizeof(text), prefix->data(), prefix->size()) < 0)
             return nullptr;
-        std::memcpy(text, prefix->data(), prefix->size());
-        text[prefix->size()] = '\0';
         ns = xmlSearchNs(element->doc, element, reinterpret_cast<const xmlChar *>(text));
     }
     if (ns == nullptr || ns->href == nullptr)
@@ -117,8 +108,8 @@ void *ZRT_CONS_CopyConsDataBodyWithBase(ZrCtx *ctx, const void *body)
     return zr::CopyCountedBody<ZrtConsBase>(
         ctx, body,
         [](ZrCtx *owner, ZrsIdentBase &to, const ZrsIdentBase &from) {
-            return zr::CopyText(owner, to.moduleName, from.moduleName) &&
-                   zr::CopyText(owner, to.identityName, from.identityName);
+            return zr::Intern(&owner->dict, to.moduleName, from.moduleName) &&
+                   zr::Intern(&owner->dict, to.identityName, from.identityName);
         },
         ZRT_CONS_DestroyConsDataBodyWithBase);
 }

@@ -8,10 +8,9 @@
 // answer with and without the option.
 #include <atomic>
 
+#include "foundation/array.h"
 #include "foundation/pattern.h"
-#include "types/constraint_body.h"
 #include "types/constraints.h"
-#include "types/real_type.h"
 
 namespace {
 
@@ -31,7 +30,7 @@ xmlRegexp **KeptForms(const ZrtConsPattern *patterns)
     xmlRegexp **forms = std::atomic_ref(patterns->compiled).load();
     if (forms != nullptr)
         return forms;
-    auto *made = static_cast<xmlRegexp **>(zr::AllocZeroed(sizeof(xmlRegexp *) * patterns->count));
+    auto *made = zr::New<xmlRegexp *>(patterns->count);
     if (made == nullptr)
         return nullptr;
     return Publish(patterns->compiled, made, [](xmlRegexp **block) { zr::Free(block); });
@@ -76,12 +75,11 @@ void ZRT_CONS_DestroyConsDataBodyWithPattern(ZrCtx *ctx, void *body)
 
 void *ZRT_CONS_CopyConsDataBodyWithPattern(ZrCtx *ctx, const void *body)
 {
-    // The copy's patterns all match normally. Kept: types that a merge, a deviation or a copied
-    // node brings along have always lost invert-match, and callers rely on what such types accept.
+    // A copy's patterns all match normally: docs/oddities.md.
     return zr::CopyCountedBody<ZrtConsPattern>(
         ctx, body,
         [](ZrCtx *owner, ZrtPatternItem &to, const ZrtPatternItem &from) {
-            return zr::CopyText(owner, to.pattern, from.pattern);
+            return zr::Intern(&owner->dict, to.pattern, from.pattern);
         },
         ZRT_CONS_DestroyConsDataBodyWithPattern);
 }

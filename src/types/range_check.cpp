@@ -1,14 +1,10 @@
 // The value checks of ranges and lengths, and the default check of the integer types.
-#include "types/range_check.h"
-
 #include <cstring>
 
 #include "foundation/text.h"
 #include "types/constraints.h"
-#include "types/decimal64.h"
 #include "types/default_checks.h"
-#include "types/range_segments.h"
-#include "types/real_type.h"
+#include "types/range.h"
 
 namespace {
 
@@ -16,16 +12,12 @@ constexpr uint32_t kSignFlags = ZRT_SEG_SIGNED | ZRT_SEG_UNSIGNED;
 constexpr uint32_t kStartMarks = ZRT_SEG_START_MIN | ZRT_SEG_START_MAX;
 constexpr uint32_t kEndMarks = ZRT_SEG_END_MIN | ZRT_SEG_END_MAX;
 
-bool IsIntegerType(uint32_t baseType)
-{
-    return (baseType >= ZRT_TYPE_INT8 && baseType <= ZRT_TYPE_INT64) ||
-           (baseType >= ZRT_TYPE_UINT8 && baseType <= ZRT_TYPE_UINT64);
-}
-
+// Of an integer type ZRT_SEG_SIGNED or ZRT_SEG_UNSIGNED, of another one 0.
 uint32_t SignOf(uint32_t baseType)
 {
-    return baseType >= ZRT_TYPE_UINT8 && baseType <= ZRT_TYPE_UINT64 ? ZRT_SEG_UNSIGNED
-                                                                     : ZRT_SEG_SIGNED;
+    ZrtGenericSeg bounds = {};
+    ZRT_CONS_GetBasedIntegerMinMaxVal(baseType, &bounds);
+    return bounds.flags;
 }
 
 // Reads the number of a value into the context, where later checks of the same value find it.
@@ -37,13 +29,14 @@ bool ReadNumber(uint32_t baseType, const char *text, ZrtValidateCtx *validation)
     uint64_t magnitude = 0;
     const char *end = nullptr;
     uint32_t status = ZR_ERR_INVALID;
-    uint32_t sign = SignOf(baseType);
-    if (baseType == ZRT_TYPE_DECIMAL64)
+    bool isDecimal = baseType == ZRT_TYPE_DECIMAL64;
+    uint32_t sign = isDecimal ? uint32_t{ZRT_SEG_SIGNED} : SignOf(baseType);
+    if (isDecimal)
         status = ZRT_CONS_ConvertValStrToDecimal64PowerInteger(text, validation->fractionDigits,
                                                                &number);
-    else if (IsIntegerType(baseType) && sign == ZRT_SEG_SIGNED)
+    else if (sign == ZRT_SEG_SIGNED)
         status = ZR_UTL_ReadInputStrAsSignedInteger(text, &end, 0, &number);
-    else if (IsIntegerType(baseType))
+    else if (sign == ZRT_SEG_UNSIGNED)
         status = ZR_UTL_ReadInputStrAsUnsignedInteger(text, &end, 0, &magnitude);
     if (status != ZR_OK || (end != nullptr && *ZR_UTL_ConsumeAllSpaceChar(end) != '\0'))
         return false;
@@ -163,8 +156,7 @@ uint32_t ZRT_CONS_ValidateValueNodeAgainstDataRange(const void *body, uint32_t i
             RecordSegments(range, currentType, validation);
             return ZR_OK;
         }
-        // Segments ascend; kept also for those that do not: the first one above the value ends
-        // the walk.
+        // Segments ascend: the first one above the value ends the walk (docs/oddities.md).
         if (order == ZRT_SEG_BELOW)
             break;
     }
@@ -195,8 +187,8 @@ uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictRange(uint32_t baseType, uint32_t
 {
     const char *text = ZRT_TYPE_GetInputValueAsSimpleStr(inputKind, value);
     ZrtGenericSeg bounds = {};
-    if (text == nullptr || !IsIntegerType(baseType) || !ReadNumber(baseType, text, validation) ||
-        ZRT_CONS_GetBasedIntegerMinMaxVal(baseType, &bounds) != ZR_OK ||
+    if (text == nullptr || ZRT_CONS_GetBasedIntegerMinMaxVal(baseType, &bounds) != ZR_OK ||
+        bounds.flags == 0 || !ReadNumber(baseType, text, validation) ||
         CheckResolved(bounds, validation->value.start) != ZRT_SEG_INSIDE)
         return ZR_ERR_VALUE_RANGE;
     zr::RecordBounds(validation, bounds);
@@ -208,4 +200,69 @@ uint32_t ZRT_CONS_CheckValStrAgainstDefRestrictLength(uint32_t, uint32_t, const 
 {
     zr::RecordFullLength(validation);
     return ZR_OK;
+}
+
+// The body that ranges and lengths share; a length is a range of unsigned counts.
+
+void *ZRT_CONS_CreateConsDataBodyWithRange(uint32_t)
+{
+    // The number of segments is known only when the expression is read.
+    return ZRT_CONS_CreateConsDataBodyAndSegSize(sizeof(ZrtConsRange), 0, 0);
+}
+
+void ZRT_CONS_DestroyConsDataBodyWithRange(ZrCtx *, void *body)
+{
+    auto *range = static_cast<ZrtConsRange *>(body);
+    if (range == nullptr)
+        return;
+    zr::Free(range->segments);
+    zr::Free(range);
+}
+
+void *ZRT_CONS_CopyConsDataBodyWithRange(ZrCtx *, const void *body)
+{
+    static_assert(offsetof(ZrtConsRange, segments) == zr::kBodyArrayOffset);
+    const auto *source = static_cast<const ZrtConsRange *>(body);
+    if (source == nullptr)
+        return nullptr;
+    auto *copy = static_cast<ZrtConsRange *>(ZRT_CONS_CreateConsDataBodyAndSegSize(
+        sizeof(ZrtConsRange), source->segCount, source->segSize));
+    if (copy == nullptr)
+        return nullptr;
+    copy->segCount = source->segCount;
+    copy->segSize = source->segSize;
+    if (copy->segments != nullptr)
+        std::memcpy(copy->segments, source->segments, size_t{source->segCount} * source->segSize);
+    return copy;
+}
+
+namespace {
+
+uint32_t ScanSegments(const void *body, uint32_t baseType, ZrStartEndScanFunc callback,
+                      void *userData)
+{
+    const auto *range = static_cast<const ZrtConsRange *>(body);
+    for (uint32_t i = 0; i < range->segCount; ++i) {
+        ZrtGenericSeg segment = zr::ReadSegment(range, i, baseType);
+        uint64_t start = segment.start;
+        uint64_t end = segment.end;
+        uint32_t result = callback(start, end, userData);
+        if (result != 0)
+            return result;
+    }
+    return 0;
+}
+
+} // namespace
+
+uint32_t ZRT_CONS_ScanStartEndPairsWithLength(const void *body, uint32_t,
+                                              ZrStartEndScanFunc callback, void *userData)
+{
+    return ScanSegments(body, ZRT_TYPE_UINT32, callback, userData);
+}
+
+uint32_t ZRT_CONS_ScanStartEndPairsWithRange(const void *body, uint32_t baseType,
+                                             ZrStartEndScanFunc callback, void *userData)
+{
+    return ScanSegments(body, baseType, callback, userData);
 }

@@ -1,11 +1,11 @@
-#include "types/range_parse.h"
+#include "types/range.h"
 
 #include <cstring>
 
 #include "foundation/array.h"
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "types/decimal64.h"
+#include "platform/strings.h"
 #include "types/real_type.h"
 
 namespace {
@@ -90,7 +90,7 @@ private:
         } else {
             status = ZR_UTL_ReadInputStrAsUnsignedInteger(text_, &end, 0, &value);
         }
-        if (status != ZR_OK || (*end >= '0' && *end <= '9'))
+        if (status != ZR_OK || zr::IsDigit(*end))
             return ZR_ERR_INVALID;
         text_ = end;
         StoreNumber(value, isSigned);
@@ -105,7 +105,7 @@ private:
         if (*next == '+' || *next == '-')
             buffer[length++] = *next++;
         // Two dots are the range operator, not part of a number.
-        while ((*next >= '0' && *next <= '9') || (*next == '.' && next[1] != '.')) {
+        while (zr::IsDigit(*next) || (*next == '.' && next[1] != '.')) {
             if (length == kMaxDecimalLength)
                 return ZR_ERR_INVALID;
             buffer[length++] = *next++;

@@ -1,11 +1,12 @@
-#include "types/range_segments.h"
+#include "types/range.h"
 
 #include <cstring>
 #include <iterator>
 #include <limits>
 #include <type_traits>
 
-#include "platform/secure.h"
+#include "foundation/array.h"
+#include "platform/strings.h"
 
 namespace {
 
@@ -70,14 +71,13 @@ bool NarrowPart(const ZrtGenericSeg *part, ZrtNarrowSeg<Integer> &segment)
     uint64_t start = part->start;
     uint64_t end = part->end;
     if constexpr (std::is_signed_v<Integer>) {
-        // Kept: a positive part that the type cannot hold becomes zeros instead of a failure.
+        // docs/oddities.md: what a bound becomes that the type cannot hold.
         constexpr uint64_t kMax = static_cast<uint64_t>(std::numeric_limits<Integer>::max());
         if (!isSigned && (start > kMax || end > kMax))
             start = end = 0;
     } else if (isSigned) {
         return false;
     }
-    // Kept: other bounds are cut to the width, so that "0..300" of a uint8 is 0..44.
     segment.start =
         Resolve(static_cast<Integer>(start), part->flags, ZRT_SEG_START_MIN, ZRT_SEG_START_MAX);
     segment.end = Resolve(static_cast<Integer>(end), part->flags, ZRT_SEG_END_MIN, ZRT_SEG_END_MAX);
@@ -120,7 +120,13 @@ template <typename Integer> constexpr ZrtGenericSeg BoundsOf()
             static_cast<uint64_t>(std::numeric_limits<Integer>::max()), kSignFlag<Integer>};
 }
 
+template <typename Integer> constexpr uint32_t kNarrow = sizeof(ZrtNarrowSeg<Integer>);
+constexpr uint32_t kWide = sizeof(ZrtGenericSeg);
+
+// How the segments of a type's ranges are stored. Ranges of a typedef reference keep "min" and
+// "max" as marks; types without a push have no ranges.
 struct TypeRow {
+    ZrtBuiltInType type;
     uint32_t segSize;
     ZrtRangePushFunc push;
     ZrtSegCheckFunc check;                // of narrow segments
@@ -128,38 +134,36 @@ struct TypeRow {
     ZrtGenericSeg bounds;
 };
 
-constexpr uint32_t kWide = sizeof(ZrtGenericSeg);
-
 // clang-format off
-constexpr TypeRow g_typeRows[] = {
-//   size   push                                           check                                           widen            bounds
-    {kWide, ZRT_LOADER_PushRangeValueIntoSegIntUnknown,    nullptr,                                        nullptr,         {}},                   // derived
-    {kWide, nullptr,                                       nullptr,                                        nullptr,         {}},                   // binary
-    {kWide, nullptr,                                       nullptr,                                        nullptr,         {}},                   // bits
-    {kWide, nullptr,                                       nullptr,                                        nullptr,         {}},                   // boolean
-    {kWide, ZRT_LOADER_PushRangeValueIntoSegInt64Signed,   nullptr,                                        nullptr,         {}},                   // decimal64
-    {kWide, nullptr,                                       nullptr,                                        nullptr,         {}},                   // empty
-    {kWide, nullptr,                                       nullptr,                                        nullptr,         {}},                   // enumeration
-    {kWide, nullptr,                                       nullptr,                                        nullptr,         {}},                   // identityref
-    {kWide, nullptr,                                       nullptr,                                        nullptr,         {}},                   // instance-identifier
-    {2,     ZRT_LOADER_PushRangeValueIntoSegInt8Signed,    ZRT_CONS_CheckValueAgainstRangeSegInt8Signed,    Widen<int8_t>,   BoundsOf<int8_t>()},   // int8
-    {4,     ZRT_LOADER_PushRangeValueIntoSegInt16Signed,   ZRT_CONS_CheckValueAgainstRangeSegInt16Signed,   Widen<int16_t>,  BoundsOf<int16_t>()},  // int16
-    {8,     ZRT_LOADER_PushRangeValueIntoSegInt32Signed,   ZRT_CONS_CheckValueAgainstRangeSegInt32Signed,   Widen<int32_t>,  BoundsOf<int32_t>()},  // int32
-    {kWide, ZRT_LOADER_PushRangeValueIntoSegInt64Signed,   nullptr,                                        nullptr,         BoundsOf<int64_t>()},  // int64
-    {kWide, nullptr,                                       nullptr,                                        nullptr,         {}},                   // leafref
-    {kWide, nullptr,                                       nullptr,                                        nullptr,         {}},                   // string
-    {2,     ZRT_LOADER_PushRangeValueIntoSegInt8Unsigned,  ZRT_CONS_CheckValueAgainstRangeSegInt8Unsigned,  Widen<uint8_t>,  BoundsOf<uint8_t>()},  // uint8
-    {4,     ZRT_LOADER_PushRangeValueIntoSegInt16Unsigned, ZRT_CONS_CheckValueAgainstRangeSegInt16Unsigned, Widen<uint16_t>, BoundsOf<uint16_t>()}, // uint16
-    {8,     ZRT_LOADER_PushRangeValueIntoSegInt32Unsigned, ZRT_CONS_CheckValueAgainstRangeSegInt32Unsigned, Widen<uint32_t>, BoundsOf<uint32_t>()}, // uint32
-    {kWide, ZRT_LOADER_PushRangeValueIntoSegInt64Unsigned, nullptr,                                        nullptr,         BoundsOf<uint64_t>()}, // uint64
-    {kWide, nullptr,                                       nullptr,                                        nullptr,         {}},                   // union
+constexpr TypeRow kTypeRows[] = {
+//   type                          size               push                                           check                                            widen            bounds
+    {ZRT_TYPE_DERIVED,             kWide,             ZRT_LOADER_PushRangeValueIntoSegIntUnknown,    nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_BINARY,              kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_BITS,                kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_BOOLEAN,             kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_DECIMAL64,           kWide,             ZRT_LOADER_PushRangeValueIntoSegInt64Signed,   nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_EMPTY,               kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_ENUMERATION,         kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_IDENTITYREF,         kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_INSTANCE_IDENTIFIER, kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_INT8,                kNarrow<int8_t>,   ZRT_LOADER_PushRangeValueIntoSegInt8Signed,    ZRT_CONS_CheckValueAgainstRangeSegInt8Signed,    Widen<int8_t>,   BoundsOf<int8_t>()},
+    {ZRT_TYPE_INT16,               kNarrow<int16_t>,  ZRT_LOADER_PushRangeValueIntoSegInt16Signed,   ZRT_CONS_CheckValueAgainstRangeSegInt16Signed,   Widen<int16_t>,  BoundsOf<int16_t>()},
+    {ZRT_TYPE_INT32,               kNarrow<int32_t>,  ZRT_LOADER_PushRangeValueIntoSegInt32Signed,   ZRT_CONS_CheckValueAgainstRangeSegInt32Signed,   Widen<int32_t>,  BoundsOf<int32_t>()},
+    {ZRT_TYPE_INT64,               kWide,             ZRT_LOADER_PushRangeValueIntoSegInt64Signed,   nullptr,                                         nullptr,         BoundsOf<int64_t>()},
+    {ZRT_TYPE_LEAFREF,             kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_STRING,              kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
+    {ZRT_TYPE_UINT8,               kNarrow<uint8_t>,  ZRT_LOADER_PushRangeValueIntoSegInt8Unsigned,  ZRT_CONS_CheckValueAgainstRangeSegInt8Unsigned,  Widen<uint8_t>,  BoundsOf<uint8_t>()},
+    {ZRT_TYPE_UINT16,              kNarrow<uint16_t>, ZRT_LOADER_PushRangeValueIntoSegInt16Unsigned, ZRT_CONS_CheckValueAgainstRangeSegInt16Unsigned, Widen<uint16_t>, BoundsOf<uint16_t>()},
+    {ZRT_TYPE_UINT32,              kNarrow<uint32_t>, ZRT_LOADER_PushRangeValueIntoSegInt32Unsigned, ZRT_CONS_CheckValueAgainstRangeSegInt32Unsigned, Widen<uint32_t>, BoundsOf<uint32_t>()},
+    {ZRT_TYPE_UINT64,              kWide,             ZRT_LOADER_PushRangeValueIntoSegInt64Unsigned, nullptr,                                         nullptr,         BoundsOf<uint64_t>()},
+    {ZRT_TYPE_UNION,               kWide,             nullptr,                                       nullptr,                                         nullptr,         {}},
 };
 // clang-format on
-static_assert(std::size(g_typeRows) == ZRT_TYPE_NONE);
+static_assert(zr::RowsInOrder(kTypeRows, &TypeRow::type, ZRT_TYPE_DERIVED, ZRT_TYPE_NONE));
 
 const TypeRow *RowOf(uint32_t baseType)
 {
-    return baseType < std::size(g_typeRows) ? &g_typeRows[baseType] : nullptr;
+    return baseType < std::size(kTypeRows) ? &kTypeRows[baseType] : nullptr;
 }
 
 } // namespace

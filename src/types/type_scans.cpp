@@ -1,15 +1,36 @@
 // The public queries and scans on types.
 #include <zrschema/type.h>
 
-#include "model/members_by_name.h"
-#include "types/constraint_ops.h"
+#include <iterator>
+
+#include "foundation/array.h"
+#include "types/chains.h"
 #include "types/constraints.h"
 #include "types/real_type.h"
 
 namespace {
 
-// Links of a typedef chain that the walk reports at the most; the last is followed by 22.
-constexpr uint32_t kMaxChainLinks = 129;
+struct ScanRow {
+    ZrtConsKind kind;
+    ZrtConsScanNameValueFunc names;
+    ZrtConsScanStartEndFunc bounds;
+};
+
+// clang-format off
+constexpr ScanRow kScans[] = {
+    {ZRT_CONS_DERIVED,  nullptr,                             nullptr},
+    {ZRT_CONS_BASE,     nullptr,                             nullptr},
+    {ZRT_CONS_BIT,      ZRT_CONS_ScanNameValuePairsWithBit,  nullptr},
+    {ZRT_CONS_ENUM,     ZRT_CONS_ScanNameValuePairsWithEnum, nullptr},
+    {ZRT_CONS_FRACTION, nullptr,                             nullptr},
+    {ZRT_CONS_LENGTH,   nullptr,                             ZRT_CONS_ScanStartEndPairsWithLength},
+    {ZRT_CONS_PATH,     nullptr,                             nullptr},
+    {ZRT_CONS_PATTERN,  nullptr,                             nullptr},
+    {ZRT_CONS_RANGE,    nullptr,                             ZRT_CONS_ScanStartEndPairsWithRange},
+    {ZRT_CONS_UNION,    nullptr,                             nullptr},
+};
+// clang-format on
+static_assert(zr::RowsInOrder(kScans, &ScanRow::kind, 0, ZRT_CONS_KIND_COUNT));
 
 template <typename Body> const Body *BodyOf(const ZrtRealType *type, uint32_t kind)
 {
@@ -42,6 +63,16 @@ template <typename Body, typename Scan> uint32_t ScanItems(const Body *body, Sca
 
 } // namespace
 
+ZrtConsScanNameValueFunc ZRT_CONS_GetConsDataScanNameValueFunc(uint32_t kind)
+{
+    return kind < std::size(kScans) ? kScans[kind].names : nullptr;
+}
+
+ZrtConsScanStartEndFunc ZRT_CONS_GetConsDataScanStartEndFunc(uint32_t kind)
+{
+    return kind < std::size(kScans) ? kScans[kind].bounds : nullptr;
+}
+
 uint32_t ZR_TYPE_GetBuiltInBaseType(const ZrtRealType *type)
 {
     return type != nullptr ? type->baseType : uint32_t{ZRT_TYPE_NONE};
@@ -64,22 +95,16 @@ uint32_t ZR_TYPE_IterRealTypeDerivedName(const ZrtRealType *type, const ZrCtx *c
         return ZR_ERR_INVALID;
     if (type->baseType != ZRT_TYPE_DERIVED)
         return callback(nullptr, nullptr, type, userData);
-    for (uint32_t link = 1; link <= kMaxChainLinks; ++link) {
-        const char *moduleName = nullptr;
-        const char *typedefName = ZRT_TYPE_GetInheritedTypDefName(type, &moduleName);
-        if (moduleName == nullptr || typedefName == nullptr)
+    zr::TypedefChain chain(ctx, type, zr::TypedefChain::kByName);
+    while (chain.Next()) {
+        if (chain.ModuleName() == nullptr || chain.TypedefName() == nullptr)
             return ZR_ERR_INVALID;
-        const ZrsTypDef *typeDef =
-            ctx != nullptr ? ZR_CTX_FindTdefObjByModAndTdefName(ctx, moduleName, typedefName)
-                           : nullptr;
-        type = typeDef != nullptr ? &typeDef->realType : nullptr;
-        uint32_t result = callback(moduleName, typedefName, type, userData);
+        uint32_t result = callback(chain.ModuleName(), chain.TypedefName(), chain.Type(), userData);
         if (result != 0)
             return result;
-        if (link < kMaxChainLinks && (type == nullptr || type->baseType != ZRT_TYPE_DERIVED))
-            return ZR_OK;
     }
-    return ZR_ERR_INVALID;
+    // The longest chain that is followed counts as one without an end.
+    return chain.Links() < zr::kMaxChainLinks ? uint32_t{ZR_OK} : uint32_t{ZR_ERR_INVALID};
 }
 
 uint32_t ZR_TYPE_ScanNameValuePair(const ZrtRealType *type, ZrNameValueScanFunc callback,

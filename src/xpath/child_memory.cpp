@@ -4,8 +4,7 @@
 
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "platform/xml.h"
 
 // An entry stands for an element, and below it one for each name that was looked for in vain among
@@ -62,7 +61,7 @@ ParentEntry *EntryOf(PalAvlTree *parents, const xmlNode *parent)
     ParentEntry *entry = FindParent(parents, parent);
     if (entry != nullptr)
         return entry;
-    entry = zr::AllocRecord<ParentEntry>();
+    entry = zr::New<ParentEntry>();
     if (entry == nullptr)
         return nullptr;
     entry->parent = parent;
@@ -73,16 +72,12 @@ ParentEntry *EntryOf(PalAvlTree *parents, const xmlNode *parent)
 
 void Remember(ParentEntry *parent, const char *name, xmlNode *first)
 {
-    auto *entry = zr::AllocRecord<NameEntry>();
-    if (entry == nullptr)
+    zr::Owned<NameEntry> entry(zr::New<NameEntry>());
+    if (!entry || strcpy_s(entry->name, sizeof(entry->name), name) != 0)
         return;
-    if (strcpy_s(entry->name, sizeof(entry->name), name) != 0) {
-        zr::Free(entry);
-        return;
-    }
     entry->key = entry->name;
     entry->first = first;
-    PAL_AVL3_Insert_Or_Find(&parent->names, entry, &kByName);
+    PAL_AVL3_Insert_Or_Find(&parent->names, entry.release(), &kByName);
 }
 
 void FreeEntry(PalAvlTree *parents, ParentEntry *entry)

@@ -1,8 +1,29 @@
 // The evaluation context and the moves on its two stacks.
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "xpath/eval.h"
-#include "xpath/operators.h"
+#include "xpath/evaluate.h"
+
+namespace {
+
+ZrXpathObject *TopObject(const ZrXpathEvalCtx *ctx)
+{
+    return static_cast<ZrXpathObject *>(PAL_Peep(ctx->objects));
+}
+
+// Pushes a copy; its string stays the caller's when that fails.
+uint32_t PushObject(ZrXpathEvalCtx *ctx, const ZrXpathObject &source)
+{
+    zr::Owned<ZrXpathObject> object(zr::New<ZrXpathObject>());
+    if (!object)
+        return ZR_ERR_NO_MEMORY;
+    *object = source;
+    uint32_t status = PAL_Push(ctx->objects, object.get());
+    if (status == ZR_OK)
+        static_cast<void>(object.release());
+    return status;
+}
+
+} // namespace
 
 uint32_t ZR_XPATH_InitEvalCtx(ZrXpathEvalCtx *ctx, xmlNode *rootNode, xmlNode *contextNode,
                               uint32_t tokenCount)
@@ -16,36 +37,17 @@ uint32_t ZR_XPATH_InitEvalCtx(ZrXpathEvalCtx *ctx, xmlNode *rootNode, xmlNode *c
     return ZR_ERR_NO_MEMORY;
 }
 
-namespace {
-
-ZrXpathOperatorEntry *PopOperator(ZrXpathEvalCtx *ctx)
-{
-    return static_cast<ZrXpathOperatorEntry *>(PAL_Pop(ctx->operators));
-}
-
-ZrXpathObject *PopObject(ZrXpathEvalCtx *ctx)
-{
-    return static_cast<ZrXpathObject *>(PAL_Pop(ctx->objects));
-}
-
-ZrXpathObject *TopObject(const ZrXpathEvalCtx *ctx)
-{
-    return static_cast<ZrXpathObject *>(PAL_Peep(ctx->objects));
-}
-
-} // namespace
-
 void ZR_XPATH_DestroyEvalCtx(ZrXpathEvalCtx *ctx)
 {
     if (ctx->operators != nullptr) {
-        while (ZrXpathOperatorEntry *entry = PopOperator(ctx))
+        while (void *entry = PAL_Pop(ctx->operators))
             zr::Free(entry);
         PAL_DeleteStack(ctx->operators);
         ctx->operators = nullptr;
     }
     if (ctx->objects != nullptr) {
-        while (ZrXpathObject *object = PopObject(ctx))
-            ZR_XPATH_FreeObject(object);
+        while (void *object = PAL_Pop(ctx->objects))
+            ZR_XPATH_FreeObject(static_cast<ZrXpathObject *>(object));
         PAL_DeleteStack(ctx->objects);
         ctx->objects = nullptr;
     }
@@ -62,23 +64,6 @@ uint32_t ZR_XPATH_GetEvalResult(ZrXpathEvalCtx *ctx)
     return result->value.boolean != 0 ? uint32_t{ZR_OK} : uint32_t{ZR_XPATH_RESULT_FALSE};
 }
 
-namespace {
-
-// Pushes a copy; its string stays the caller's when that fails.
-uint32_t PushObject(ZrXpathEvalCtx *ctx, const ZrXpathObject &source)
-{
-    auto *object = zr::AllocRecord<ZrXpathObject>();
-    if (object == nullptr)
-        return ZR_ERR_NO_MEMORY;
-    *object = source;
-    uint32_t status = PAL_Push(ctx->objects, object);
-    if (status != ZR_OK)
-        zr::Free(object);
-    return status;
-}
-
-} // namespace
-
 uint32_t ZR_XPATH_PushBooleanToObjStack(ZrXpathEvalCtx *ctx, uint32_t value)
 {
     return PushObject(ctx, {ZR_XPATH_OBJ_BOOLEAN, {.boolean = value != 0 ? 1u : 0u}});
@@ -86,13 +71,13 @@ uint32_t ZR_XPATH_PushBooleanToObjStack(ZrXpathEvalCtx *ctx, uint32_t value)
 
 uint32_t ZR_XPATH_PushStringToObjStack(ZrXpathEvalCtx *ctx, const char *text, uint32_t length)
 {
-    zr::ScopedBlock<char> copy(length != 0 ? ZR_UTL_StrDupWithSpecifyLength(text, length)
-                                           : ZR_UTL_CreateEmptyString());
+    zr::Owned<char> copy(length != 0 ? ZR_UTL_StrDupWithSpecifyLength(text, length)
+                                     : ZR_UTL_CreateEmptyString());
     if (!copy)
         return ZR_ERR_NO_MEMORY;
     uint32_t status = PushObject(ctx, {ZR_XPATH_OBJ_STRING, {.string = copy.get()}});
     if (status == ZR_OK)
-        copy.release();
+        static_cast<void>(copy.release());
     return status;
 }
 
@@ -126,66 +111,12 @@ xmlNode *ZR_XPATH_GetStackTopObjNode(const ZrXpathEvalCtx *ctx)
 uint32_t ZR_XPATH_PushExprTypeToStack(ZrXpathEvalCtx *ctx, uint32_t operatorClass,
                                       uint32_t position)
 {
-    auto *entry = zr::AllocRecord<ZrXpathOperatorEntry>();
-    if (entry == nullptr)
+    zr::Owned<ZrXpathOperatorEntry> entry(zr::New<ZrXpathOperatorEntry>());
+    if (!entry)
         return ZR_ERR_NO_MEMORY;
     *entry = ZrXpathOperatorEntry{operatorClass, position};
-    uint32_t status = PAL_Push(ctx->operators, entry);
-    if (status != ZR_OK)
-        zr::Free(entry);
+    uint32_t status = PAL_Push(ctx->operators, entry.get());
+    if (status == ZR_OK)
+        static_cast<void>(entry.release());
     return status;
-}
-
-uint32_t ZR_XPATH_PushExprTypeToStackByPriority(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
-                                                uint32_t operatorClass, uint32_t position)
-{
-    uint32_t status = ZR_XPATH_CalculateHighPriorityExpr(ctx, lex, operatorClass);
-    if (status != ZR_OK)
-        return status;
-    return ZR_XPATH_PushExprTypeToStack(ctx, operatorClass, position);
-}
-
-uint32_t ZR_XPATH_CalculateHighPriorityExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
-                                            uint32_t operatorClass)
-{
-    for (;;) {
-        const auto *top = static_cast<const ZrXpathOperatorEntry *>(PAL_Peep(ctx->operators));
-        if (top == nullptr || top->operatorClass == ZR_XPATH_MARKER_CLASS ||
-            top->operatorClass < operatorClass)
-            return ZR_OK;
-        zr::ScopedBlock<ZrXpathOperatorEntry> entry(PopOperator(ctx));
-        uint32_t status = ZR_XPATH_CalculateOneExpr(ctx, lex, entry.get());
-        if (status != ZR_OK)
-            return status;
-    }
-}
-
-uint32_t ZR_XPATH_CalculateRemainExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t mode)
-{
-    for (;;) {
-        zr::ScopedBlock<ZrXpathOperatorEntry> entry(PopOperator(ctx));
-        bool open = entry && entry.get()->operatorClass == ZR_XPATH_MARKER_CLASS;
-        if (!entry || open)
-            return open == (mode == ZR_XPATH_END_CLOSE) ? uint32_t{ZR_OK}
-                                                        : uint32_t{ZR_XPATH_ERR_PAREN};
-        uint32_t status = ZR_XPATH_CalculateOneExpr(ctx, lex, entry.get());
-        if (status != ZR_OK)
-            return status;
-    }
-}
-
-uint32_t ZR_XPATH_CalculateOneExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
-                                   const ZrXpathOperatorEntry *entry)
-{
-    if (PAL_GetSize(ctx->objects) < 2)
-        return ZR_ERR_INVALID;
-    zr::ScopedObject right(PopObject(ctx));
-    zr::ScopedObject left(PopObject(ctx));
-    zr::XpathOperatorFunc evaluate = zr::OperatorFunction(entry->operatorClass);
-    if (evaluate == nullptr)
-        return ZR_XPATH_ERR_UNSUPPORTED_OPERATOR;
-    uint32_t operation = ZR_XPATH_GetTokenOperationType(lex, entry->position);
-    if (operation == ZR_XPATH_OP_NONE)
-        return ZR_XPATH_ERR_BAD_OPERATION;
-    return evaluate(ctx, left.get(), right.get(), operation);
 }

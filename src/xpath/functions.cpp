@@ -1,38 +1,15 @@
-// The functions: not(), derived-from() and derived-from-or-self().
-#include "xpath/functions.h"
+// The functions of conditions. Adding one: its function, which may stand in the unnamed namespace,
+// and its row in the table.
+#include "xpath/evaluate.h"
 
 #include <cstring>
 
 #include "foundation/text.h"
-#include "model/members_by_name.h"
 #include "model/node_record.h"
+#include "model/scope.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "xpath/value_text.h"
-
-namespace zr {
-
-const XpathFunction *FindXpathFunction(const char *text, uint32_t length)
-{
-    // clang-format off
-    static constexpr XpathFunction kFunctions[] = {
-        { "not",                  ZR_XPATH_FuncNot },
-        { "derived-from",         ZR_XPATH_FuncDerivedFrom },
-        { "derived-from-or-self", ZR_XPATH_FuncDerivedFromOfSelf },
-    };
-    // clang-format on
-    char name[21]; // the longest name and its NUL; what does not fit is unknown
-    if (strncpy_s(name, sizeof(name), text, length) < 0)
-        return nullptr;
-    for (const XpathFunction &function : kFunctions) {
-        if (PAL_StrCmp(name, function.name) == 0)
-            return &function;
-    }
-    return nullptr;
-}
-
-} // namespace zr
 
 uint32_t ZR_XPATH_FuncNot(ZrXpathEvalCtx *ctx)
 {
@@ -62,7 +39,7 @@ bool IsSameIdentity(const IdentityName &a, const char *moduleName, const char *n
     return PAL_StrCmp(a.module, moduleName) == 0 && PAL_StrCmp(a.name, name) == 0;
 }
 
-// Kept: only the bases that the identity lists itself count, not the bases of those.
+// Only the bases that the identity lists itself: docs/oddities.md.
 bool HasBase(const ZrsIdentity *identity, const IdentityName &base)
 {
     for (uint32_t i = 0; i < identity->baseCount; ++i) {
@@ -83,9 +60,9 @@ uint32_t IsDerived(const xmlNode *node, const char *argument, bool orSelf, bool 
     if (!zr::IsIdentityrefAlone(schemaNode))
         return ZR_ERR_INVALID;
 
-    zr::ScopedBlock<char> text;
-    uint32_t status = zr::ReadValueText(node, text.slot());
-    if (status != ZR_OK || !text || *text.get() == '\0')
+    zr::Owned<char> text;
+    uint32_t status = zr::ReadValueText(node, zr::Out(text));
+    if (status != ZR_OK || !text || *text == '\0')
         return status; // no value is derived from nothing
     // What names no identity, as a notification's value may, has no module in its value text.
     if (std::strchr(text.get(), ':') == nullptr)
@@ -119,11 +96,11 @@ ZrXpathObject *PopObjectOfKind(ZrXpathEvalCtx *ctx, uint32_t kind)
 
 uint32_t DerivedFrom(ZrXpathEvalCtx *ctx, bool orSelf)
 {
-    zr::ScopedObject identity(PopObjectOfKind(ctx, ZR_XPATH_OBJ_STRING));
-    if (identity.get() == nullptr)
+    zr::OwnedObject identity(PopObjectOfKind(ctx, ZR_XPATH_OBJ_STRING));
+    if (!identity)
         return ZR_XPATH_ERR_BAD_ARGUMENT;
-    zr::ScopedObject node(PopObjectOfKind(ctx, ZR_XPATH_OBJ_NODE));
-    if (node.get() == nullptr || node->value.node == nullptr || *identity->value.string == '\0')
+    zr::OwnedObject node(PopObjectOfKind(ctx, ZR_XPATH_OBJ_NODE));
+    if (!node || node->value.node == nullptr || *identity->value.string == '\0')
         return ZR_XPATH_ERR_BAD_ARGUMENT;
     bool result;
     uint32_t status = IsDerived(node->value.node, identity->value.string, orSelf, &result);
@@ -140,4 +117,25 @@ uint32_t ZR_XPATH_FuncDerivedFrom(ZrXpathEvalCtx *ctx)
 uint32_t ZR_XPATH_FuncDerivedFromOfSelf(ZrXpathEvalCtx *ctx)
 {
     return DerivedFrom(ctx, true);
+}
+
+namespace {
+
+// clang-format off
+constexpr zr::XpathFunction kFunctions[] = {
+    {"not",                  ZR_XPATH_FuncNot},
+    {"derived-from",         ZR_XPATH_FuncDerivedFrom},
+    {"derived-from-or-self", ZR_XPATH_FuncDerivedFromOfSelf},
+};
+// clang-format on
+
+} // namespace
+
+const zr::XpathFunction *zr::FindXpathFunction(const char *text, uint32_t length)
+{
+    for (const XpathFunction &function : kFunctions) {
+        if (PAL_StrLen(function.name) == length && PAL_StrNCmp(function.name, text, length) == 0)
+            return &function;
+    }
+    return nullptr;
 }

@@ -1,10 +1,11 @@
 // The XPath tokenizer: one expression becomes a flat array of tokens.
 #pragma once
 
-#include <cstdint>
 #include <zrschema/types.h>
 
-// The numbers matter: operators stand together (13 to 20), and the rewriters compare them.
+#include <cstdint>
+
+// The order matters: the operators stand together, from the path operators to "or".
 enum ZrXpathTokenType : uint32_t {
     ZR_XPATH_TOKEN_LPAREN = 0,
     ZR_XPATH_TOKEN_RPAREN = 1,
@@ -71,7 +72,7 @@ ZR_API uint32_t ZR_XPATH_GetTokenNumber(const ZrXpathLex *lex);
 // the end, which leave the out-arguments alone. Both out-arguments may be null.
 ZR_API const char *ZR_XPATH_GetTokenExprByPos(const ZrXpathLex *lex, uint32_t position,
                                               uint32_t *typeOut, uint32_t *lengthOut);
-// 1 for the path operators, the union and the six classes of binary operators (13 to 20), else 0.
+// 1 for an operator, from ZR_XPATH_TOKEN_PATHOP to ZR_XPATH_TOKEN_OR, else 0.
 ZR_API uint32_t ZR_XPATH_IsCurTokenOperator(uint32_t type);
 // 1 when a "*" or a name after a token of that type is an operator (XPath 1.0, section 3.7).
 ZR_API uint32_t ZR_XPATH_IsNextTokenOperator(uint32_t previousType);
@@ -81,7 +82,49 @@ ZR_API uint32_t ZR_XPATH_GetTokenExprType(uint32_t type);
 
 namespace zr {
 
-// ZR_XPATH_ExprTokenize() with the reason of a failure: 12 without memory, else 22.
+// ZR_XPATH_ExprTokenize() with the reason of a failure: ZR_ERR_NO_MEMORY, else ZR_ERR_INVALID.
 uint32_t Tokenize(const char *expression, ZrXpathLex **lexOut);
 
 } // namespace zr
+
+// The tokenizer's scanners and the table of symbols.
+
+namespace zr {
+
+// One symbol and the token that it makes; the token's start is set when it is stored.
+struct XpathSymbol {
+    const char *text;
+    ZrXpathToken token;
+};
+
+constexpr uint32_t kXpathSymbolCount = 17;
+extern const XpathSymbol kXpathSymbols[kXpathSymbolCount];
+
+// The type of the last stored token, ZR_XPATH_TOKEN_NONE when there is none.
+uint32_t LastTokenType(const ZrXpathLex *lex);
+
+} // namespace zr
+
+extern "C" {
+// Scans the token at the cursor and appends it to the list: ZR_OK, ZR_ERR_NO_MEMORY when the list
+// cannot grow, or ZR_ERR_INVALID.
+ZR_API uint32_t ZR_XPATH_ParseCurTokenFromExpr(ZrXpathLex *lex, uint32_t cursor,
+                                               ZrXpathToken *token);
+
+// The scanners: each sets the type and the length of the token that begins at the cursor. ZR_OK, or
+// ZR_ERR_INVALID with the type ZR_XPATH_TOKEN_NONE.
+ZR_API uint32_t ZR_XPATH_GetTokenStartWithDigit(ZrXpathLex *lex, uint32_t cursor,
+                                                ZrXpathToken *token);
+ZR_API uint32_t ZR_XPATH_GetTokenStartWithNameStart(ZrXpathLex *lex, uint32_t cursor,
+                                                    ZrXpathToken *token);
+ZR_API uint32_t ZR_XPATH_GetTokenStartWithOtherCh(ZrXpathLex *lex, uint32_t cursor,
+                                                  ZrXpathToken *token);
+// "and", "or", "div" or "mod".
+ZR_API uint32_t ZR_XPATH_GetOperatorType(ZrXpathLex *lex, uint32_t cursor, ZrXpathToken *token);
+// What is not in the table of symbols: literals, "(", "*" and ".".
+ZR_API uint32_t ZR_XPATH_ParseSpecialSymbol(ZrXpathLex *lex, uint32_t cursor, ZrXpathToken *token);
+ZR_API uint32_t ZR_XPATH_ParseLiteralToken(ZrXpathLex *lex, uint32_t cursor, ZrXpathToken *token);
+
+// The first row of the table of symbols that stands at the cursor, or the number of rows.
+ZR_API uint32_t ZR_XPATH_GetTgtTokenFromSymbolTbl(const ZrXpathLex *lex, uint32_t cursor);
+}

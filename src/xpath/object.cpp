@@ -2,12 +2,12 @@
 #include "xpath/object.h"
 
 #include <cmath>
-#include <iterator>
 #include <limits>
 
+#include "foundation/array.h"
 #include "foundation/text.h"
 #include "platform/memory.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 #include "platform/xml.h"
 #include "xpath/value_text.h"
 
@@ -55,8 +55,8 @@ uint32_t Keep(ZrXpathObject *)
     return ZR_OK;
 }
 
-// Kept: only the kind changes. Nothing converts a number to a string, since a comparison with a
-// number compares numbers; the payload stays the number, so the object must not be freed as it is.
+// Only the kind changes: no comparison makes a string of a number. The payload stays the number, so
+// that the object must not be freed as it is.
 uint32_t RelabelNumberAsString(ZrXpathObject *object)
 {
     object->kind = ZR_XPATH_OBJ_STRING;
@@ -72,22 +72,23 @@ uint32_t ConvertNodeToBoolean(ZrXpathObject *object)
 using Conversion = uint32_t (*)(ZrXpathObject *object);
 
 struct Conversions {
+    ZrXpathObjectKind kind;
     Conversion toString;
     Conversion toNumber;
     Conversion toBoolean;
 };
 
 // clang-format off
-// By kind of the object.
-//    to string                          to number                          to boolean
+//   kind                  to string                         to number                        to boolean
 constexpr Conversions kConversions[] = {
-    { ZR_XPATH_ConvertBooleanToString,   ZR_XPATH_ConvertBooleanToNumber,   Keep },                            // boolean
-    { Keep,                              ZR_XPATH_ConvertStringToNumber,    ZR_XPATH_ConvertStringToBoolean }, // string
-    { ZR_XPATH_CopyElementNodeContent,   ZR_XPATH_ConvertNodeToNumber,      ConvertNodeToBoolean },            // node
-    { RelabelNumberAsString,             Keep,                              ZR_XPATH_ConvertNumberToBoolean }, // number
+    {ZR_XPATH_OBJ_BOOLEAN, ZR_XPATH_ConvertBooleanToString,  ZR_XPATH_ConvertBooleanToNumber, Keep},
+    {ZR_XPATH_OBJ_STRING,  Keep,                             ZR_XPATH_ConvertStringToNumber,  ZR_XPATH_ConvertStringToBoolean},
+    {ZR_XPATH_OBJ_NODE,    ZR_XPATH_CopyElementNodeContent,  ZR_XPATH_ConvertNodeToNumber,    ConvertNodeToBoolean},
+    {ZR_XPATH_OBJ_NUMBER,  RelabelNumberAsString,            Keep,                            ZR_XPATH_ConvertNumberToBoolean},
 };
 // clang-format on
-static_assert(std::size(kConversions) == ZR_XPATH_OBJ_KIND_COUNT);
+static_assert(zr::RowsInOrder(kConversions, &Conversions::kind, ZR_XPATH_OBJ_BOOLEAN,
+                              ZR_XPATH_OBJ_KIND_COUNT));
 
 uint32_t Convert(ZrXpathObject *object, Conversion Conversions::*target)
 {
@@ -126,12 +127,12 @@ uint32_t ZR_XPATH_ConvertBooleanToNumber(ZrXpathObject *object)
 
 uint32_t ZR_XPATH_ConvertStringToNumber(ZrXpathObject *object)
 {
-    zr::ScopedBlock<char> text(object->value.string);
+    zr::Owned<char> text(object->value.string);
     SetNumber(object, NumberFromText(text.get()));
     return ZR_OK;
 }
 
-// Kept: no node is 0 here, not NaN. Comparisons take a node to its text first, where it is NaN.
+// No node is zero here, not NaN. Comparisons take a node to its text first, where it is NaN.
 uint32_t ZR_XPATH_ConvertNodeToNumber(ZrXpathObject *object)
 {
     const xmlNode *node = object->value.node;
@@ -142,8 +143,8 @@ uint32_t ZR_XPATH_ConvertNodeToNumber(ZrXpathObject *object)
 
 uint32_t ZR_XPATH_ConvertStringToBoolean(ZrXpathObject *object)
 {
-    zr::ScopedBlock<char> text(object->value.string);
-    SetBoolean(object, text && *text.get() != '\0');
+    zr::Owned<char> text(object->value.string);
+    SetBoolean(object, text && *text != '\0');
     return ZR_OK;
 }
 

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <zrschema/types.h>
 
+#include "platform/memory.h"
+
 enum ZrXpathObjectKind : uint32_t {
     ZR_XPATH_OBJ_BOOLEAN = 0,
     ZR_XPATH_OBJ_STRING = 1,
@@ -31,8 +33,8 @@ extern "C" {
 // Frees an object with its string; null is accepted.
 ZR_API void ZR_XPATH_FreeObject(ZrXpathObject *object);
 
-// Conversions in place: to a string, a number and a boolean. 0, 12 (the object stays as it was), or
-// 22 for null or an unknown kind.
+// Conversions in place: to a string, a number and a boolean. ZR_OK, ZR_ERR_NO_MEMORY (the object
+// stays as it was), or ZR_ERR_INVALID for null or an unknown kind.
 ZR_API uint32_t ZR_XPATH_FuncStringInner(ZrXpathObject *object);
 ZR_API uint32_t ZR_XPATH_FuncNumberInner(ZrXpathObject *object);
 ZR_API uint32_t ZR_XPATH_FuncBooleanInner(ZrXpathObject *object);
@@ -53,18 +55,6 @@ namespace zr {
 // Numbers nearer than this are equal, and one nearer to 0 is false: 2 to the power of -52.
 constexpr double kXpathEpsilon = 0x1p-52;
 
-// Owns one object for the length of a scope.
-class ScopedObject {
-public:
-    explicit ScopedObject(ZrXpathObject *object) : object_(object) {}
-    ScopedObject(const ScopedObject &) = delete;
-    ScopedObject &operator=(const ScopedObject &) = delete;
-    ~ScopedObject() { ZR_XPATH_FreeObject(object_); }
-    ZrXpathObject *get() const { return object_; }
-    ZrXpathObject *operator->() const { return object_; }
-
-private:
-    ZrXpathObject *object_;
-};
+using OwnedObject = Owned<ZrXpathObject, ZR_XPATH_FreeObject>;
 
 } // namespace zr

@@ -1,32 +1,12 @@
-// The binary operators.
-#include "xpath/operators.h"
+// The binary operators: what they do, and when one that waits on the operator stack is applied.
+#include "xpath/evaluate.h"
 
 #include <cmath>
 #include <iterator>
 
-#include "platform/text.h"
-
-namespace zr {
-
-XpathOperatorFunc OperatorFunction(uint32_t operatorClass)
-{
-    // clang-format off
-    static constexpr XpathOperatorFunc kFunctions[] = {
-        ZR_XPATH_EvalOrExpr,         // 0 or
-        ZR_XPATH_EvalAndExpr,        // 1 and
-        ZR_XPATH_EvalEqualityExpr,   // 2 = !=
-        ZR_XPATH_EvalRelationalExpr, // 3 > < >= <=
-        nullptr,                     // 4 + -
-        nullptr,                     // 5 * div mod
-        nullptr,                     // 6 no operator has it
-        nullptr,                     // 7 |
-    };
-    // clang-format on
-    static_assert(std::size(kFunctions) == ZR_XPATH_CLASS_NONE);
-    return operatorClass < std::size(kFunctions) ? kFunctions[operatorClass] : nullptr;
-}
-
-} // namespace zr
+#include "foundation/array.h"
+#include "platform/memory.h"
+#include "platform/strings.h"
 
 uint32_t ZR_XPATH_GetTokenOperationType(const ZrXpathLex *lex, uint32_t position)
 {
@@ -167,4 +147,97 @@ uint32_t ZR_XPATH_EvalCompareExpr(ZrXpathEvalCtx *ctx, ZrXpathObject *left, ZrXp
     if (status != ZR_OK)
         return status;
     return ZR_XPATH_PushBooleanToObjStack(ctx, result ? 1 : 0);
+}
+
+// The operator stack. What waits there is applied when an operator comes that binds less tightly,
+// and at the end of the sub-expression.
+
+namespace {
+
+struct OperatorRow {
+    ZrXpathOperatorClass operatorClass;
+    zr::XpathOperatorFunc evaluate;
+};
+
+// clang-format off
+// The classes behind these, arithmetic and unions, are not evaluated.
+constexpr OperatorRow kOperators[] = {
+    {ZR_XPATH_CLASS_OR,         ZR_XPATH_EvalOrExpr},
+    {ZR_XPATH_CLASS_AND,        ZR_XPATH_EvalAndExpr},
+    {ZR_XPATH_CLASS_EQUALITY,   ZR_XPATH_EvalEqualityExpr},
+    {ZR_XPATH_CLASS_RELATIONAL, ZR_XPATH_EvalRelationalExpr},
+};
+// clang-format on
+static_assert(zr::RowsInOrder(kOperators, &OperatorRow::operatorClass, ZR_XPATH_CLASS_OR,
+                              ZR_XPATH_CLASS_ADDITIVE));
+
+ZrXpathOperatorEntry *PopOperator(ZrXpathEvalCtx *ctx)
+{
+    return static_cast<ZrXpathOperatorEntry *>(PAL_Pop(ctx->operators));
+}
+
+ZrXpathObject *PopObject(ZrXpathEvalCtx *ctx)
+{
+    return static_cast<ZrXpathObject *>(PAL_Pop(ctx->objects));
+}
+
+} // namespace
+
+zr::XpathOperatorFunc zr::OperatorFunction(uint32_t operatorClass)
+{
+    return operatorClass < std::size(kOperators) ? kOperators[operatorClass].evaluate : nullptr;
+}
+
+uint32_t ZR_XPATH_PushExprTypeToStackByPriority(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
+                                                uint32_t operatorClass, uint32_t position)
+{
+    uint32_t status = ZR_XPATH_CalculateHighPriorityExpr(ctx, lex, operatorClass);
+    if (status != ZR_OK)
+        return status;
+    return ZR_XPATH_PushExprTypeToStack(ctx, operatorClass, position);
+}
+
+uint32_t ZR_XPATH_CalculateHighPriorityExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
+                                            uint32_t operatorClass)
+{
+    for (;;) {
+        const auto *top = static_cast<const ZrXpathOperatorEntry *>(PAL_Peep(ctx->operators));
+        if (top == nullptr || top->operatorClass == ZR_XPATH_MARKER_CLASS ||
+            top->operatorClass < operatorClass)
+            return ZR_OK;
+        zr::Owned<ZrXpathOperatorEntry> entry(PopOperator(ctx));
+        uint32_t status = ZR_XPATH_CalculateOneExpr(ctx, lex, entry.get());
+        if (status != ZR_OK)
+            return status;
+    }
+}
+
+uint32_t ZR_XPATH_CalculateRemainExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t mode)
+{
+    for (;;) {
+        zr::Owned<ZrXpathOperatorEntry> entry(PopOperator(ctx));
+        bool open = entry && entry->operatorClass == ZR_XPATH_MARKER_CLASS;
+        if (!entry || open)
+            return open == (mode == ZR_XPATH_END_CLOSE) ? uint32_t{ZR_OK}
+                                                        : uint32_t{ZR_XPATH_ERR_PAREN};
+        uint32_t status = ZR_XPATH_CalculateOneExpr(ctx, lex, entry.get());
+        if (status != ZR_OK)
+            return status;
+    }
+}
+
+uint32_t ZR_XPATH_CalculateOneExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex,
+                                   const ZrXpathOperatorEntry *entry)
+{
+    if (PAL_GetSize(ctx->objects) < 2)
+        return ZR_ERR_INVALID;
+    zr::OwnedObject right(PopObject(ctx));
+    zr::OwnedObject left(PopObject(ctx));
+    zr::XpathOperatorFunc evaluate = zr::OperatorFunction(entry->operatorClass);
+    if (evaluate == nullptr)
+        return ZR_XPATH_ERR_UNSUPPORTED_OPERATOR;
+    uint32_t operation = ZR_XPATH_GetTokenOperationType(lex, entry->position);
+    if (operation == ZR_XPATH_OP_NONE)
+        return ZR_XPATH_ERR_BAD_OPERATION;
+    return evaluate(ctx, left.get(), right.get(), operation);
 }

@@ -1,11 +1,10 @@
 // Schema paths: the module-name form of a prefixed path, and the split of a target path.
 #include "xpath/path_forms.h"
 #include "foundation/text.h"
-#include "model/members_by_name.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
+#include "model/scope.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
-#include "platform/text.h"
+#include "platform/strings.h"
 
 namespace {
 
@@ -144,15 +143,15 @@ uint32_t ZR_XPATH_SplitTargetNodeXpath(const char *path, char *moduleName, uint3
     if (headOut == nullptr || tailOut == nullptr)
         return ZR_OK;
     *headOut = nullptr;
-    *tailOut = ZR_UTL_StrDup(tail);
-    if (*tailOut == nullptr)
-        return ZR_ERR_INVALID;
-    if (tail == path)
-        return ZR_OK;
-    *headOut = ZR_UTL_StrDupWithSpecifyLength(path, static_cast<uint32_t>(tail - path));
-    if (*headOut != nullptr)
-        return ZR_OK;
-    zr::Free(*tailOut);
     *tailOut = nullptr;
-    return ZR_ERR_INVALID;
+    zr::Owned<char> tailCopy(ZR_UTL_StrDup(tail));
+    if (!tailCopy)
+        return ZR_ERR_INVALID;
+    if (tail != path) {
+        *headOut = ZR_UTL_StrDupWithSpecifyLength(path, static_cast<uint32_t>(tail - path));
+        if (*headOut == nullptr)
+            return ZR_ERR_INVALID;
+    }
+    *tailOut = tailCopy.release();
+    return ZR_OK;
 }

@@ -15,8 +15,8 @@ ZR_API char *ZR_XPATH_GetJsonFormatXpath(const ZrMod *module, const char *path);
 // Splits a target path at its last step that names a module: "/m:a/b/n:c/d" gives the module name
 // "n", the head "/m:a/b" and the tail "/n:c/d". When the qualified step is the first one the head
 // is null. Both texts are new and freed with the free hook; with either out-argument null none is
-// made. 0, or 22 for a null path or buffer, a path without such a step, a module name that does
-// not fit, or no memory.
+// made. ZR_OK, or ZR_ERR_INVALID for a null path or buffer, a path without such a step, a module
+// name that does not fit, or no memory.
 ZR_API uint32_t ZR_XPATH_SplitTargetNodeXpath(const char *path, char *moduleName,
                                               uint32_t moduleNameSize, char **headOut,
                                               char **tailOut);

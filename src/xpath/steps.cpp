@@ -1,8 +1,8 @@
 // Location paths: from node to node, one step at a time.
-#include "xpath/steps.h"
+#include "xpath/evaluate.h"
 
 #include "foundation/text.h"
-#include "platform/secure.h"
+#include "platform/strings.h"
 #include "xpath/child_memory.h"
 
 namespace {
@@ -96,7 +96,7 @@ uint32_t Step(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
     }
 }
 
-// Kept: "//" goes on to the children only, like "/", and a "/" at the end is passed over.
+// "//" goes on like "/", and one at the end is passed over: docs/oddities.md.
 uint32_t RelativePath(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor,
                       const zr::XpathView &view)
 {

@@ -6,50 +6,36 @@
 #include <string_view>
 
 #include "foundation/text.h"
-#include "model/members_by_name.h"
 #include "model/navigation.h"
 #include "model/node_record.h"
+#include "model/scope.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
+#include "types/chains.h"
 #include "types/real_type.h"
 
 namespace {
 
-constexpr uint32_t kMaxTypedefs = 129;
-
-// The type that a typedef reference leads to; null when the typedef is not there.
-const ZrtRealType *Resolve(const ZrCtx *ctx, const ZrtRealType *type)
+// The type behind a type's typedefs, of which `*links` have been followed already; a typedef
+// reference where they do not come to an end, null where one is not loaded.
+const ZrtRealType *EndOfTypedefs(const ZrCtx *ctx, const ZrtRealType *type, uint32_t *links)
 {
-    const ZrtConsDerived *derived = ZRT_TYPE_GetTypeConsDataDerived(type);
-    if (derived == nullptr)
-        return nullptr;
-    if (derived->resolved != nullptr)
-        return derived->resolved;
-    const ZrsTypDef *def =
-        ZR_CTX_FindTdefObjByModAndTdefName(ctx, derived->moduleName, derived->typedefName);
-    return def != nullptr ? &def->realType : nullptr;
-}
-
-// The type at the end of a chain of typedefs, whose links are added to `*depth`; null when it does
-// not come to an end.
-const ZrtRealType *EndOfTypedefs(const ZrCtx *ctx, const ZrtRealType *type, uint32_t *depth)
-{
-    for (; type != nullptr && type->baseType == ZRT_TYPE_DERIVED; type = Resolve(ctx, type)) {
-        if (++*depth > kMaxTypedefs)
-            return nullptr;
+    zr::TypedefChain chain(ctx, type, zr::TypedefChain::kResolved, *links);
+    while (chain.Next()) {
     }
-    return type;
+    *links = chain.Links();
+    return chain.Type();
 }
 
-bool HoldsIdentityref(const ZrCtx *ctx, const ZrtRealType *type, uint32_t depth)
+bool HoldsIdentityref(const ZrCtx *ctx, const ZrtRealType *type, uint32_t links)
 {
-    type = EndOfTypedefs(ctx, type, &depth);
+    type = EndOfTypedefs(ctx, type, &links);
     if (type == nullptr || type->baseType != ZRT_TYPE_UNION)
         return ZRT_TYPE_IsTypeWithIdentref(type) != 0;
     auto *members =
         static_cast<ZrtConsUnion *>(ZRT_TYPE_GetTypeConsDataByConsType(type, ZRT_CONS_UNION));
     for (uint32_t i = 0; members != nullptr && i < members->count; ++i) {
-        if (HoldsIdentityref(ctx, &members->items[i], depth + 1))
+        if (HoldsIdentityref(ctx, &members->items[i], links + 1))
             return true;
     }
     return false;
@@ -70,7 +56,7 @@ const char *ModuleNameOfPrefix(const xmlNode *element, const ZrCtx *ctx, const c
 
 char *Join(std::string_view moduleName, std::string_view name)
 {
-    char *text = static_cast<char *>(zr::AllocZeroed(moduleName.size() + name.size() + 2));
+    char *text = zr::New<char>(moduleName.size() + name.size() + 2);
     if (text == nullptr)
         return nullptr;
     std::memcpy(text, moduleName.data(), moduleName.size());
@@ -150,8 +136,8 @@ bool IsIdentityrefAlone(const ZrNode *schemaNode)
     const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(schemaNode);
     if (type == nullptr || schemaNode->module == nullptr)
         return false;
-    uint32_t depth = 0;
-    return ZRT_TYPE_IsTypeWithIdentref(EndOfTypedefs(schemaNode->module->ctx, type, &depth)) != 0;
+    uint32_t links = 0;
+    return ZRT_TYPE_IsTypeWithIdentref(EndOfTypedefs(schemaNode->module->ctx, type, &links)) != 0;
 }
 
 uint32_t ReadValueText(const xmlNode *node, char **textOut)

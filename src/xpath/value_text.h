@@ -33,6 +33,6 @@ inline const ZrNode *SchemaNodeOf(const xmlNode *node)
 
 // Stores the value text of a node, a new text freed with zr::Free(), or null when it has none: a
 // node without a schema node, without content, or an identityref whose prefix means no loaded
-// module. 0, or 12 when memory runs out.
+// module. ZR_OK or ZR_ERR_NO_MEMORY.
 uint32_t ReadValueText(const xmlNode *node, char **textOut);
 } // namespace zr

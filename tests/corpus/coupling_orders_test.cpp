@@ -10,8 +10,8 @@
 
 #include <gtest/gtest.h>
 
-#include "model/module_record.h"
-#include "model/module_tree.h"
+#include "model/context.h"
+#include "model/module_records.h"
 #include "model/node_record.h"
 #include "support/context.h"
 #include "support/schema_dump.h"

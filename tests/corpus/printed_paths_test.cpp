@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "model/module_record.h"
-#include "model/module_tree.h"
+#include "model/context.h"
+#include "model/module_records.h"
 #include "platform/memory.h"
-#include "schema/lookup.h"
+#include "schema/nodes/node.h"
 #include "support/context.h"
 
 namespace {
@@ -40,7 +40,7 @@ uint32_t CheckNode(ZrNode *node, uint32_t arrival, void *userData)
         return 0;
     auto *checked = static_cast<Checked *>(userData);
     ++checked->count;
-    zr::ScopedBlock<char> path(ZRS_NODE_PrintPath(node));
+    zr::Owned<char> path(ZRS_NODE_PrintPath(node));
     if (!path)
         checked->wrong.emplace_back(std::string("no path: ") + ZR_NODE_GetNodeName(node));
     else if (ZR_CTX_GetTargetNode(checked->ctx, path.get(), nullptr) != node)

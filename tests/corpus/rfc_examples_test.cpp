@@ -21,8 +21,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "data/check_records.h"
-#include "data/check_run.h"
+#include "data/phases.h"
 #include "support/context.h"
 
 namespace {

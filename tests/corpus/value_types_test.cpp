@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "support/context.h"
 
 namespace {

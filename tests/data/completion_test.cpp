@@ -1,11 +1,9 @@
-#include "data/completion.h"
+#include "data/phases.h"
 
 #include <gtest/gtest.h>
 
-#include "data/data_tree.h"
-#include "data/default_list.h"
-#include "data/flush.h"
 #include "data/schema.h"
+#include "data/tree_changes.h"
 #include "model/node_record.h"
 #include "support/alloc.h"
 #include "support/run.h"

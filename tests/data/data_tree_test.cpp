@@ -1,10 +1,11 @@
-#include "data/data_tree.h"
+#include "data/element.h"
 
 #include <gtest/gtest.h>
 #include <zrschema/node.h>
 
-#include "data/flush.h"
+#include "data/phases.h"
 #include "data/schema.h"
+#include "data/tree_changes.h"
 #include "support/run.h"
 
 namespace {

@@ -1,8 +1,7 @@
-#include "data/default_list.h"
+#include "data/tree_changes.h"
 
 #include <gtest/gtest.h>
 
-#include "data/data_tree.h"
 #include "data/schema.h"
 #include "support/alloc.h"
 #include "support/run.h"

@@ -5,8 +5,8 @@
 
 #include <cstring>
 
-#include "data/check_run.h"
-#include "data/data_tree.h"
+#include "data/element.h"
+#include "data/phases.h"
 #include "data/schema.h"
 #include "support/alloc.h"
 #include "support/run.h"

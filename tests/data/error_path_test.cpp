@@ -1,8 +1,9 @@
-#include "data/error_path.h"
+#include "data/error_record.h"
 
 #include <gtest/gtest.h>
 
-#include "data/flush.h"
+#include "data/element.h"
+#include "data/phases.h"
 #include "data/schema.h"
 #include "platform/memory.h"
 #include "support/alloc.h"
@@ -26,7 +27,7 @@ protected:
         Document document(text);
         run_->root = document.top()->parent;
         EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, document.top()), ZR_OK);
-        zr::ScopedBlock<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find(name)));
+        zr::Owned<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find(name)));
         return path ? path.get() : "-";
     }
 
@@ -90,7 +91,7 @@ TEST_F(ErrorPathTest, OfAnUnknownElementHasNoModule)
 {
     Document document("<a xmlns=\"urn:none\"><b/></a>");
     run_->root = document.top()->parent;
-    zr::ScopedBlock<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find("b")));
+    zr::Owned<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find("b")));
     EXPECT_STREQ(path.get(), "/a/b");
 }
 
@@ -101,7 +102,7 @@ TEST_F(ErrorPathTest, StopsAtTheTopOfATreeWithoutADocument)
     xmlUnlinkNode(top);
     run_->root = nullptr;
     ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run_, top), ZR_OK);
-    zr::ScopedBlock<char> path(ZRD_ERR_GeneralErrorPath(run_, top->children));
+    zr::Owned<char> path(ZRD_ERR_GeneralErrorPath(run_, top->children));
     EXPECT_STREQ(path.get(), "/m:top/tag[.='x']");
     xmlFreeNode(top);
 }
@@ -153,7 +154,7 @@ TEST_F(ErrorPathTest, IsNullWhenMemoryRunsOut)
         EXPECT_EQ(guard.LiveBlocks(), 0);
     }
     guard.FailAt(1); // the value
-    zr::ScopedBlock<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find("tag")));
+    zr::Owned<char> path(ZRD_ERR_GeneralErrorPath(run_, document.Find("tag")));
     EXPECT_STREQ(path.get(), "/m:top/tag[.='']");
 }
 

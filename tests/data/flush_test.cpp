@@ -1,9 +1,9 @@
-#include "data/flush.h"
+#include "data/phases.h"
 
 #include <gtest/gtest.h>
 #include <zrschema/node.h>
 
-#include "data/data_tree.h"
+#include "data/element.h"
 #include "data/schema.h"
 #include "support/alloc.h"
 #include "support/run.h"

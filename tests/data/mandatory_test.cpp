@@ -1,8 +1,7 @@
-#include "data/mandatory.h"
+#include "data/phases.h"
 
 #include <gtest/gtest.h>
 
-#include "data/flush.h"
 #include "data/schema.h"
 #include "model/node_record.h"
 #include "support/run.h"

@@ -1,8 +1,9 @@
-#include "data/must.h"
+#include "data/phases.h"
 
 #include <gtest/gtest.h>
 
-#include "data/flush.h"
+#include "data/element.h"
+#include "data/element_conditions.h"
 #include "data/schema.h"
 #include "model/node_record.h"
 #include "support/run.h"

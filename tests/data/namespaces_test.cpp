@@ -1,9 +1,8 @@
 // The namespaces of added elements, in the tree and in its text.
-#include "data/namespaces.h"
+#include "data/tree_changes.h"
 
 #include <gtest/gtest.h>
 
-#include "data/data_tree.h"
 #include "data/schema.h"
 #include "support/run.h"
 

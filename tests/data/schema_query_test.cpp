@@ -1,4 +1,4 @@
-#include "data/schema_query.h"
+#include "data/element.h"
 #include "xpath/value_text.h"
 
 #include <gtest/gtest.h>

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "data/default_list.h"
 #include "data/schema.h"
+#include "data/tree_changes.h"
 #include "support/alloc.h"
 #include "support/run.h"
 

@@ -1,10 +1,8 @@
-#include "data/when.h"
+#include "data/phases.h"
 
 #include <gtest/gtest.h>
 
-#include "data/data_tree.h"
-#include "data/default_list.h"
-#include "data/flush.h"
+#include "data/element_conditions.h"
 #include "data/schema.h"
 #include "model/node_record.h"
 #include "support/run.h"

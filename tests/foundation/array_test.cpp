@@ -174,4 +174,26 @@ TEST_F(ExpandArray, Is12WhenTheCountWouldWrap)
     EXPECT_EQ(array_, before);
 }
 
+struct Row {
+    uint32_t number;
+};
+
+TEST(RowsInOrder, HoldsForOneRowOfEachNumber)
+{
+    constexpr Row kRows[] = {{3}, {4}, {5}};
+    EXPECT_TRUE(zr::RowsInOrder(kRows, &Row::number, 3, 6));
+}
+
+TEST(RowsInOrder, TellsRowsThatAreMissingOrOutOfOrder)
+{
+    constexpr Row kSwapped[] = {{0}, {2}, {1}};
+    EXPECT_FALSE(zr::RowsInOrder(kSwapped, &Row::number, 0, 3));
+    constexpr Row kGap[] = {{0}, {2}};
+    EXPECT_FALSE(zr::RowsInOrder(kGap, &Row::number, 0, 3));
+    constexpr Row kShort[] = {{0}, {1}};
+    EXPECT_FALSE(zr::RowsInOrder(kShort, &Row::number, 0, 3));
+    constexpr Row kLong[] = {{0}, {1}, {2}, {3}};
+    EXPECT_FALSE(zr::RowsInOrder(kLong, &Row::number, 0, 3));
+}
+
 } // namespace

@@ -1,4 +1,4 @@
-#include "foundation/record_arrays.h"
+#include "foundation/array.h"
 
 #include "schema/record_fixture.h"
 
@@ -96,6 +96,27 @@ TEST_F(RecordArrays, AreComparedInOrder)
     EXPECT_FALSE(zr::RecordsSame(a, 2, b, 2, same));
     EXPECT_FALSE(zr::RecordsSame(a, 2, a, 1, same));
     EXPECT_TRUE(zr::RecordsSame(a, 0, b, 0, same));
+}
+
+TEST_F(RecordArrays, TextsAreCopiedAndFreedTogether)
+{
+    const char *const texts[] = {ZR_DICT_Insert(dict_, "a"), ZR_DICT_Insert(dict_, "b")};
+    const char **copy = zr::CopyTexts(dict_, texts, 2);
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(copy[0], texts[0]);
+    EXPECT_EQ(copy[1], texts[1]);
+    ZR_DICT_Remove(dict_, texts[0]);
+    ZR_DICT_Remove(dict_, texts[1]);
+    EXPECT_STREQ(copy[1], "b"); // a reference of its own to each
+    zr::Release(dict_, copy[0]);
+    zr::FreeTexts(dict_, copy, 2); // a text that is gone already is passed over
+    EXPECT_EQ(zr::FindInterned(dict_, "b"), nullptr);
+}
+
+TEST_F(RecordArrays, AnEmptyArrayOfTextsIsNull)
+{
+    EXPECT_EQ(zr::CopyTexts(dict_, nullptr, 0), nullptr);
+    zr::FreeTexts(dict_, nullptr, 0);
 }
 
 TEST_F(RecordArrays, InternNullAsNull)

@@ -24,7 +24,7 @@ std::vector<std::string> Dirs(const ZrCtx *ctx)
 
 std::string Formatted(const char *path)
 {
-    zr::ScopedBlock<char> formatted(ZR_CTX_FormatInputPath(path));
+    zr::Owned<char> formatted(ZR_CTX_FormatInputPath(path));
     return formatted ? formatted.get() : "(null)";
 }
 

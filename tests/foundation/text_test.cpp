@@ -13,7 +13,7 @@ namespace {
 // Takes a new string, gives it back to the hook and returns its text; "(null)" for null.
 std::string Taken(char *str)
 {
-    zr::ScopedBlock<char> block(str);
+    zr::Owned<char> block(str);
     return str != nullptr ? str : "(null)";
 }
 

@@ -46,7 +46,7 @@ protected:
     {
         std::string pattern = (fs::temp_directory_path() / "zrschema-lint-XXXXXX").string();
         root_ = mkdtemp(pattern.data());
-        for (const char *tool : {"lint", "check_layers", "exported_names"}) {
+        for (const char *tool : {"lint", "check_layers", "check_docs", "exported_names"}) {
             fs::create_directories(root_ / "tools");
             fs::copy_file(fs::path(ZR_SOURCE_DIR "/tools") / tool, root_ / "tools" / tool);
         }
@@ -169,7 +169,8 @@ protected:
     {
         LintRun run = Run(checks);
         EXPECT_EQ(run.status, 1) << checks;
-        EXPECT_EQ(Count(run.text, "NOT CHECKED"), Count(checks, " ") + 1) << run.text;
+        EXPECT_EQ(Count(run.text, "NOT CHECKED"), Count(checks, " ") + 1 - Count(checks, "--"))
+            << run.text;
         for (const std::string &reason : why)
             EXPECT_THAT(run.text, HasSubstr(reason));
     }
@@ -194,7 +195,7 @@ const struct {
      {"clang-format", "clang-tidy", "cppcheck", "gcc", "nm"}},
     {"tidy headers", {"cmake"}},
     {"headers", {"g++"}},
-    {"format sizes headers tidy", {"git"}},
+    {"format sizes headers tidy docs", {"git"}},
 };
 
 TEST_F(Lint, PassesACleanTree)
@@ -269,6 +270,38 @@ TEST_F(Lint, RepeatsWhatTheToolsReport)
     ExpectFinds("cppcheck", "style: unused");
 }
 
+// A commit is what later changes are compared with.
+TEST_F(Lint, ReadsOnlyWhatChangedWhenAsked)
+{
+    Write("src/platform/old.cpp", "int old;\n");
+    Write("src/platform/user.cpp", "#include \"platform/text.h\"\n");
+    Shell("git add . && git -c user.name=a -c user.email=b commit -q -m c");
+    const std::string eachFile = "for f in \"$@\"; do echo \"$f:1:1: warning: seen\"; done";
+    Fake("clang-tidy", eachFile);
+    EXPECT_EQ(Run("--changed tidy format cppcheck").status, 0) << "nothing changed";
+
+    Write("src/platform/new.cpp", "int fresh;\n");
+    Write("src/platform/text.h", "#pragma once\nextern int more;\n");
+    LintRun run = Run("--changed tidy");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.text, HasSubstr("src/platform/new.cpp:1:1"));
+    EXPECT_THAT(run.text, HasSubstr("src/platform/user.cpp:1:1")) << "it includes a changed header";
+    EXPECT_THAT(run.text, Not(HasSubstr("src/platform/old.cpp")));
+    EXPECT_THAT(Run("tidy").text, HasSubstr("src/platform/old.cpp:1:1"));
+
+    Shell("git add . && git -c user.name=a -c user.email=b commit -q -m d");
+    EXPECT_EQ(Run("--changed tidy").status, 0);
+    EXPECT_EQ(Run("--changed=HEAD~1 tidy").status, 1);
+    ExpectNotChecked("--changed=nothing tidy", {"git"});
+}
+
+TEST_F(Lint, TellsWhatItIsDoing)
+{
+    LintRun run = Run("sizes tidy");
+    EXPECT_THAT(run.text, HasSubstr("file sizes ..."));
+    EXPECT_THAT(run.text, HasSubstr("clang-tidy: 2 of 2 files"));
+}
+
 TEST_F(Lint, FindsCodeThatIsNotFormatted)
 {
     if (Find("clang-format").empty())
@@ -316,6 +349,25 @@ TEST_F(Lint, FindsNamesThatAreDeclaredOrExportedOnly)
     ExpectNotChecked("exports", {"src/platform/three.h"});
 }
 
+TEST_F(Lint, FindsNamesInDocumentsThatLeadNowhere)
+{
+    Write("docs/guide.md", "`src/platform/text.h`, `text.cpp`, `src/platform/` and `ZR_One()`\n"
+                           "[here](../docs/guide.md) and `build/made.h`, [there](other.md)\n");
+    Write("docs/other.md", "```\n`no/such.h` in an example\n```\n");
+    EXPECT_EQ(Run("docs").status, 0) << Run("docs").text;
+    Write("docs/other.md",
+          "as\n`src/platform/no.h` says,\n`src/gone/`, `ZR_GetNothing()`\n[x](no.md)\n");
+    Write("src/platform/comment.cpp", "// See gone.h and text.h.\nint used;\n");
+    LintRun run = Run("docs");
+    EXPECT_EQ(run.status, 1);
+    for (const char *finding :
+         {"docs/other.md:2: src/platform/no.h is not there",
+          "docs/other.md:3: src/gone/ is not there", "docs/other.md:3: ZR_GetNothing is not there",
+          "docs/other.md:4: no.md is not there", "src/platform/comment.cpp:1: gone.h is not there"})
+        EXPECT_THAT(run.text, HasSubstr(finding));
+    EXPECT_EQ(Count(run.text, "is not there"), 5u) << run.text;
+}
+
 TEST_F(Lint, PassesTheLayersOfTheProject)
 {
     LintRun run = CheckLayers(ZR_SOURCE_DIR " " ZR_OBJECTS_DIR);
@@ -331,23 +383,23 @@ TEST_F(Lint, FindsUsesThatPointUpOrSideways)
         const char *include;
         const char *used;
     } rows[] = {
-        {"src/platform/files.cpp",  "\"foundation/text.h\"",       "foundation/text.h"},
-        {"src/foundation/dict.cpp", "\"model/node_record.h\"",     "model/node_record.h"},
-        {"src/model/context.cpp",   "\"types/real_type.h\"",       "types/real_type.h"},
-        {"src/types/leafref.cpp",   "\"schema/lookup.h\"",         "schema/lookup.h"},
-        {"src/schema/merge.cpp",    "\"loader/unload.h\"",         "loader/unload.h"},
-        {"src/schema/module.h",     "<data/entry.cpp>",            "data/entry.cpp"},
-        {"src/xpath/tokenizer.cpp", "\"schema/node.h\"",           "schema/node.h"},
-        {"src/xpath/path_forms.cpp", "\"schema/lookup.h\"",        "schema/lookup.h"},
-        {"src/xpath/steps.cpp",     "\"data/data_tree.h\"",        "data/data_tree.h"},
-        {"src/data/when.cpp",       "\"loader/engine.h\"",         "loader/engine.h"},
-        {"src/loader/engine.cpp",   "\"../print/printer.h\"",      "print/printer.h"},
-        {"src/loader/header.cpp",   "\"data/check_records.h\"",    "data/check_records.h"},
-        {"src/platform/new/room.h", "\"print/printer.h\"",         "print/printer.h"},
-        {"src/unknown/file.cpp",    "\"platform/text.h\"",         "no layer is known"},
-        {"src/print/line.cpp",      "\"platform/no_such_file.h\"", "leads to no file"},
-        {"src/print/line.cpp",      "NAME_OF_A_FILE",              "leads to no file"},
-        {"tools/zrschema/main.cpp", "\"schema/node.h\"",           "schema/node.h"},
+        {"src/platform/system.cpp",     "\"foundation/text.h\"",       "foundation/text.h"},
+        {"src/foundation/dict.cpp",     "\"model/node_record.h\"",     "model/node_record.h"},
+        {"src/model/context.cpp",       "\"types/real_type.h\"",       "types/real_type.h"},
+        {"src/types/real_type.cpp",     "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},
+        {"src/schema/merge/merge.cpp",  "\"loader/unload.h\"",         "loader/unload.h"},
+        {"src/schema/module/module.h",  "<data/entry.cpp>",            "data/entry.cpp"},
+        {"src/xpath/lex.cpp",           "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},
+        {"src/xpath/path_forms.cpp",    "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},
+        {"src/xpath/steps.cpp",         "\"data/element.h\"",        "data/element.h"},
+        {"src/data/when.cpp",           "\"loader/pipeline.h\"",       "loader/pipeline.h"},
+        {"src/loader/coupling.cpp",     "\"../print/printer.h\"",      "print/printer.h"},
+        {"src/loader/pending.cpp",      "\"data/phases.h\"",        "data/phases.h"},
+        {"src/platform/new/room.h",     "\"print/printer.h\"",         "print/printer.h"},
+        {"src/unknown/file.cpp",        "\"platform/strings.h\"",         "no layer is known"},
+        {"src/print/line.cpp",          "\"platform/no_such_file.h\"", "leads to no file"},
+        {"src/print/line.cpp",          "NAME_OF_A_FILE",              "leads to no file"},
+        {"tools/zrschema/main.cpp",     "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},
     };
     // clang-format on
     CopySources();
@@ -370,6 +422,33 @@ TEST_F(Lint, FindsCallsThatPointUp)
     Write("src/platform/text.cpp", "int Text();\nint Text() { return 1; }\n");
     CompileSources();
     EXPECT_EQ(Run("layers").status, 0);
+}
+
+TEST_F(Lint, FindsFilesThatCallInARing)
+{
+    Write("src/model/one.cpp", "int Two();\nint One();\nint One() { return Two(); }\n");
+    Write("src/model/two.cpp", "int Three();\nint Two();\nint Two() { return Three(); }\n");
+    Write("src/model/three.cpp", "int One();\nint Three();\nint Three() { return One(); }\n");
+    CompileSources();
+    ExpectFinds("layers", "a ring: model/one.cpp, model/three.cpp, model/two.cpp");
+    // A table of functions is how a lower file reaches a higher one.
+    Write("src/model/three.cpp", "int One();\nextern int (*const g_table[])();\n"
+                                 "int (*const g_table[])() = {One};\n");
+    Write("src/model/two.cpp", "extern int (*const g_table[])();\nint Two();\n"
+                               "int Two() { return g_table[0](); }\n");
+    CompileSources();
+    EXPECT_EQ(Run("layers").status, 0) << Run("layers").text;
+}
+
+TEST_F(Lint, FindsRoomsThatCallInARing)
+{
+    Write("src/model/a/one.cpp", "int Two();\nint One();\nint One() { return Two(); }\n");
+    Write("src/model/b/two.cpp", "int Two();\nint Two() { return 2; }\n");
+    CompileSources();
+    EXPECT_EQ(Run("layers").status, 0) << Run("layers").text;
+    Write("src/model/b/other.cpp", "int One();\nint Other();\nint Other() { return One(); }\n");
+    CompileSources();
+    ExpectFinds("layers", "a ring: model/a, model/b");
 }
 
 TEST_F(Lint, DoesNotCheckCallsOfCodeThatIsNotCompiled)

@@ -1,11 +1,11 @@
-#include "loader/assister.h"
+#include "loader/files/module_files.h"
 
 #include <gtest/gtest.h>
 
 #include "foundation/array.h"
 #include "platform/memory.h"
-#include "platform/secure.h"
-#include "schema/module.h"
+#include "platform/strings.h"
+#include "schema/module/module.h"
 #include "support/alloc.h"
 #include "support/context.h"
 
@@ -21,7 +21,7 @@ protected:
     // Collects made-up files with these suffixes ("" for a plain file).
     void Collect(const std::vector<const char *> &suffixes)
     {
-        collection = zr::AllocRecord<ZrsPathCollection>();
+        collection = zr::New<ZrsPathCollection>();
         collection->limit = 10;
         for (const char *suffix : suffixes) {
             ASSERT_EQ(zr::ExpandArray(&collection->objects, collection->count, 1), ZR_OK);

@@ -1,4 +1,4 @@
-#include "loader/conditions.h"
+#include "loader/statements/arguments.h"
 
 #include <string>
 
@@ -12,7 +12,7 @@ namespace {
 // The rewritten condition, or "(null)".
 std::string Rewrite(ModuleUnderTest &module, const std::string &condition)
 {
-    zr::ScopedBlock<char> text(ZRS_LOADER_TransPrefix2ModNameInLiteral(module, condition.c_str()));
+    zr::Owned<char> text(ZRS_LOADER_TransPrefix2ModNameInLiteral(module, condition.c_str()));
     return text ? text.get() : "(null)";
 }
 

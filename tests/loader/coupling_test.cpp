@@ -2,11 +2,12 @@
 
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"
+#include "foundation/statement_ids.h"
 #include "loader/module_sets.h"
 #include "loader/pipeline.h"
-#include "model/module_tree.h"
-#include "schema/augment.h"
+#include "model/context.h"
 #include "schema/coupling_fixture.h"
+#include "schema/module/module.h"
 
 using namespace zrtest;
 using testing::ElementsAre;

@@ -2,7 +2,7 @@
 
 #include "foundation/load_errors.h"
 #include "loader/loader_fixture.h"
-#include "schema/conditions.h"
+#include "schema/members/condition_records.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -1,4 +1,4 @@
-#include "loader/discovery.h"
+#include "loader/files/module_files.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -6,8 +6,8 @@
 #include <climits>
 #include <gtest/gtest.h>
 
-#include "platform/files.h"
 #include "platform/memory.h"
+#include "platform/system.h"
 #include "support/alloc.h"
 #include "support/context.h"
 

@@ -1,12 +1,12 @@
-#include "loader/engine.h"
+#include "loader/statements/engine.h"
 
 #include <algorithm>
 #include <iterator>
 
 #include "loader/loader_fixture.h"
 #include "platform/memory.h"
-#include "schema/conditions.h"
-#include "schema/ext_inst.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/ext_inst.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -3,7 +3,7 @@
 #include "foundation/context_record.h"
 #include "foundation/load_errors.h"
 #include "loader/loader_fixture.h"
-#include "schema/ext_inst.h"
+#include "schema/members/ext_inst.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

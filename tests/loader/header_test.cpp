@@ -1,10 +1,10 @@
-#include "loader/header.h"
+#include "loader/files/module_content.h"
 
 #include <string>
 
 #include "loader/loader_fixture.h"
-#include "model/module_record.h"
-#include "schema/ext_inst.h"
+#include "model/module_records.h"
+#include "schema/members/ext_inst.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "loader/statements.h"
+#include "loader/statements/statements.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <string>
 
-#include "loader/header.h"
+#include "loader/files/module_content.h"
 #include "loader/loader_fixture.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

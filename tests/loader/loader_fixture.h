@@ -8,12 +8,12 @@
 
 #include "foundation/array.h"
 #include "foundation/dict.h"
-#include "loader/engine.h"
-#include "loader/parsers.h"
-#include "platform/xml_parse.h"
-#include "schema/members.h"
-#include "schema/module.h"
-#include "schema/node.h"
+#include "loader/statements/engine.h"
+#include "loader/statements/statements.h"
+#include "platform/xml.h"
+#include "schema/members/members.h"
+#include "schema/module/module.h"
+#include "schema/nodes/node.h"
 #include "support/alloc.h"
 #include "support/context.h"
 

@@ -4,7 +4,7 @@
 #include "foundation/context_record.h"
 #include "foundation/load_errors.h"
 #include "loader/loader_fixture.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "model/node_record.h"
 
 using testing::ElementsAre;

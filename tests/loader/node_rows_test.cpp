@@ -1,11 +1,12 @@
-#include "loader/node_rows.h"
+#include "loader/nodes/node_rows.h"
+#include "loader/statements/statements.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "platform/memory.h"
-#include "schema/node.h"
+#include "schema/nodes/node.h"
 
 namespace {
 

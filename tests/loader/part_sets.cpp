@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "platform/xml_parse.h"
+#include "platform/xml.h"
 
 namespace zrtest {
 

@@ -6,7 +6,7 @@
 #include <set>
 
 #include "loader/unload_fixture.h"
-#include "schema/merge_original.h"
+#include "schema/merge/merge.h"
 
 using namespace zrtest;
 

@@ -5,7 +5,7 @@
 
 #include "foundation/context_record.h"
 #include "foundation/search_dirs.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "model/node_record.h"
 #include "support/alloc.h"
 #include "support/context.h"

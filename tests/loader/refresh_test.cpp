@@ -1,4 +1,4 @@
-#include "loader/refresh.h"
+#include "loader/statements/arguments.h"
 
 #include <string>
 

@@ -1,9 +1,6 @@
-#include "loader/statements.h"
+#include "loader/statements/statements.h"
 
 #include <gtest/gtest.h>
-
-#include "loader/parsers.h"
-#include "loader/type_statements.h"
 
 namespace {
 

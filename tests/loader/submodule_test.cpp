@@ -2,9 +2,9 @@
 
 #include "foundation/context_record.h"
 #include "foundation/search_dirs.h"
-#include "loader/header.h"
+#include "loader/files/module_content.h"
 #include "loader/loader_fixture.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "model/node_record.h"
 
 using testing::ElementsAre;

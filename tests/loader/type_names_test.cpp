@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "loader/type_statements.h"
+#include "loader/types/type_fill.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 
 #include <string>
 
-#include "loader/type_fill.h"
-#include "loader/type_statements.h"
-#include "schema/members.h"
-#include "schema/module.h"
+#include "loader/statements/statements.h"
+#include "loader/types/type_fill.h"
+#include "schema/members/members.h"
+#include "schema/module/module.h"
 #include "support/context.h"
 #include "types/real_type.h"
 

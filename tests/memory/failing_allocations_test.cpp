@@ -7,8 +7,8 @@
 
 #include "foundation/context_record.h"
 #include "memory/scenario.h"
-#include "model/module_record.h"
-#include "model/module_tree.h"
+#include "model/context.h"
+#include "model/module_records.h"
 #include "support/alloc.h"
 #include "support/schema_dump.h"
 

@@ -1,4 +1,4 @@
-#include "schema/lookup.h"
+#include "schema/lookup/lookup.h"
 
 #include "schema/record_fixture.h"
 

@@ -1,11 +1,11 @@
-#include "model/file_prefixes.h"
+#include "model/scope.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "schema/module.h"
+#include "schema/module/module.h"
 #include "support/alloc.h"
 #include "support/context.h"
 

@@ -1,4 +1,4 @@
-#include "model/module_tree.h"
+#include "model/context.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "foundation/bare_context.h"
-#include "model/module_record.h"
+#include "model/module_records.h"
 
 namespace {
 
@@ -89,6 +89,21 @@ TEST_F(ModuleTree, WalksModulesInTheOrderOfTheirNames)
     for (ZrMod &module : modules)
         ASSERT_EQ(ZR_CTX_AddModuleNode(ctx_, &module), ZR_OK);
     EXPECT_THAT(Names(), ElementsAre("a", "m", "z"));
+}
+
+TEST_F(ModuleTree, IsWalkedByARangeInTheSameOrder)
+{
+    ZrMod z = MakeModule("z", "urn:1");
+    ZrMod a = MakeModule("a", "urn:2");
+    std::vector<const ZrMod *> walked;
+    for (const ZrMod *module : zr::ModulesOf(ctx_))
+        walked.push_back(module);
+    EXPECT_TRUE(walked.empty());
+    ASSERT_EQ(ZR_CTX_AddModuleNode(ctx_, &z), ZR_OK);
+    ASSERT_EQ(ZR_CTX_AddModuleNode(ctx_, &a), ZR_OK);
+    for (const ZrMod *module : zr::ModulesOf(ctx_))
+        walked.push_back(module);
+    EXPECT_THAT(walked, ElementsAre(&a, &z));
 }
 
 TEST_F(ModuleTree, WalksOfNullAreEmpty)

@@ -1,4 +1,4 @@
-#include "platform/files.h"
+#include "platform/system.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

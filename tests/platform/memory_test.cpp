@@ -166,14 +166,14 @@ TEST(AllocZeroed, IsNullWhenMemoryRunsOut)
     guard.FailAt(0);
     EXPECT_EQ(zr::AllocZeroed(8), nullptr);
     guard.FailAt(0);
-    EXPECT_EQ(zr::AllocRecord<uint64_t>(), nullptr);
+    EXPECT_EQ(zr::New<uint64_t>(), nullptr);
 }
 
-TEST(ScopedBlock, ReleasesItsBlockAtTheEndOfTheScope)
+TEST(Owned, ReleasesItsBlockAtTheEndOfTheScope)
 {
     zrtest::AllocGuard guard;
     {
-        zr::ScopedBlock<int> block(zr::AllocRecord<int>());
+        zr::Owned<int> block(zr::New<int>());
         ASSERT_TRUE(block);
         EXPECT_EQ(*block.get(), 0);
         EXPECT_EQ(guard.LiveBlocks(), 1);
@@ -181,17 +181,118 @@ TEST(ScopedBlock, ReleasesItsBlockAtTheEndOfTheScope)
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
 
-TEST(ScopedBlock, GivesItsBlockAwayOnRelease)
+TEST(Owned, GivesItsBlockAwayOnRelease)
 {
     zrtest::AllocGuard guard;
     int *kept;
     {
-        zr::ScopedBlock<int> block(zr::AllocRecord<int>());
+        zr::Owned<int> block(zr::New<int>());
         kept = block.release();
         EXPECT_FALSE(block);
     }
     EXPECT_EQ(guard.LiveBlocks(), 1);
     zr::Free(kept);
+}
+
+struct Counted {
+    int *destroyed;
+};
+
+void DestroyCounted(Counted *counted)
+{
+    ++*counted->destroyed;
+}
+
+TEST(Owned, CallsTheFunctionThatItIsTold)
+{
+    int destroyed = 0;
+    Counted first = {&destroyed};
+    Counted second = {&destroyed};
+    {
+        zr::Owned<Counted, DestroyCounted> owner(&first);
+        owner.reset(&second);
+        EXPECT_EQ(destroyed, 1);
+    }
+    EXPECT_EQ(destroyed, 2);
+    {
+        zr::Owned<Counted, DestroyCounted> empty;
+    }
+    EXPECT_EQ(destroyed, 2);
+}
+
+TEST(Owned, ReleasesABlockThroughAPointerToConst)
+{
+    zrtest::AllocGuard guard;
+    {
+        zr::Owned<const int> block(zr::New<int>());
+    }
+    EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
+TEST(New, GivesZeroFilledItemsInOneBlock)
+{
+    zrtest::AllocGuard guard;
+    zr::Owned<uint32_t> items(zr::New<uint32_t>(3));
+    ASSERT_TRUE(items);
+    EXPECT_EQ(guard.LiveBlocks(), 1);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(items.get()[i], 0u);
+}
+
+TEST(New, IsNullForMoreThanTheAddressSpaceHolds)
+{
+    zrtest::AllocGuard guard;
+    EXPECT_EQ(zr::New<uint64_t>(SIZE_MAX / sizeof(uint64_t) + 1), nullptr);
+    EXPECT_EQ(guard.Count(), 0u);
+}
+
+TEST(NewWithTail, GivesAZeroFilledHeadAndBytesBehindIt)
+{
+    zrtest::AllocGuard guard;
+    zr::Owned<uint32_t> head(zr::NewWithTail<uint32_t>(5));
+    ASSERT_TRUE(head);
+    EXPECT_EQ(guard.LiveBlocks(), 1);
+    EXPECT_EQ(guard.LiveBytes(), 9);
+    EXPECT_EQ(*head, 0u);
+    EXPECT_EQ(zr::NewWithTail<uint32_t>(SIZE_MAX), nullptr);
+}
+
+uint32_t MakeInt(int value, int **out)
+{
+    *out = zr::New<int>();
+    if (*out != nullptr)
+        **out = value;
+    return *out != nullptr ? ZR_OK : ZR_ERR_NO_MEMORY;
+}
+
+TEST(Out, GivesTheOwnerWhatAFunctionStores)
+{
+    zrtest::AllocGuard guard;
+    {
+        zr::Owned<int> owner;
+        EXPECT_EQ(MakeInt(7, zr::Out(owner)), ZR_OK);
+        EXPECT_EQ(*owner.get(), 7);
+    }
+    EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
+TEST(Out, ReleasesWhatTheOwnerHadBefore)
+{
+    zrtest::AllocGuard guard;
+    zr::Owned<int> owner;
+    EXPECT_EQ(MakeInt(1, zr::Out(owner)), ZR_OK);
+    EXPECT_EQ(MakeInt(2, zr::Out(owner)), ZR_OK);
+    EXPECT_EQ(*owner.get(), 2);
+    EXPECT_EQ(guard.LiveBlocks(), 1);
+}
+
+TEST(Out, LeavesTheOwnerEmptyWhenNothingIsStored)
+{
+    zrtest::AllocGuard guard;
+    zr::Owned<int> owner;
+    guard.FailAt(0);
+    EXPECT_EQ(MakeInt(1, zr::Out(owner)), ZR_ERR_NO_MEMORY);
+    EXPECT_FALSE(owner);
 }
 
 } // namespace

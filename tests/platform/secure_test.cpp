@@ -1,4 +1,4 @@
-#include "platform/secure.h"
+#include "platform/strings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/xml_look.h"
+#include "platform/xml.h"
 
 #include <gtest/gtest.h>
 

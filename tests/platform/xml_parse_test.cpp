@@ -1,4 +1,4 @@
-#include "platform/xml_parse.h"
+#include "platform/xml.h"
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>

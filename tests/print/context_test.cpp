@@ -1,4 +1,5 @@
-#include "model/module_record.h"
+#include "model/module_records.h"
+#include "print/nodes.h"
 #include "print/print_support.h"
 #include "print/printer.h"
 
@@ -26,6 +27,20 @@ TEST(PrintContext, PassesToTheLevelBelowWithoutItsFlags)
     EXPECT_EQ(child.userData, &user);
     EXPECT_EQ(child.flags, 0u);
     EXPECT_EQ(child.callback, TakePiece);
+}
+
+TEST(PrintContext, OptionsOfThePrintingPassToEveryLevel)
+{
+    constexpr uint32_t kOption = 0x10000;
+    ZrsPrintCtx print = {};
+    print.level = 1;
+    print.flags = kOption;
+    zr::SetNodeFlags(&print, ZRS_PRINT_LINE_ONLY | ZRS_PRINT_LAST_SHOWN);
+    EXPECT_EQ(print.flags, kOption | ZRS_PRINT_LINE_ONLY | ZRS_PRINT_LAST_SHOWN);
+    ZrsPrintCtx below = zr::LevelBelow(&print);
+    EXPECT_EQ(below.level, 2u);
+    EXPECT_EQ(below.flags, kOption);
+    EXPECT_EQ(zr::LevelBelow(&below).flags, kOption);
 }
 
 TEST(PrintContext, HandsTheBufferOverFrom7168CharactersOn)

@@ -1,8 +1,8 @@
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "print/print_support.h"
 #include "print/printer.h"
-#include "schema/augment.h"
-#include "schema/node.h"
+#include "schema/augment/augment.h"
+#include "schema/nodes/node.h"
 #include "support/alloc.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "model/node_record.h"
 #include "print/print_support.h"
 #include "print/printer.h"

@@ -1,6 +1,6 @@
-#include "print/type_text.h"
+#include "print/nodes.h"
 
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "print/print_support.h"
 
 namespace {

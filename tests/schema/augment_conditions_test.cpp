@@ -9,7 +9,7 @@ namespace {
 
 std::string ParentCond(const char *condition)
 {
-    zr::ScopedBlock<char> text(ZRS_NODE_GetParentCond(condition));
+    zr::Owned<char> text(ZRS_NODE_GetParentCond(condition));
     return text ? text.get() : "(nothing)";
 }
 
@@ -99,7 +99,7 @@ TEST(GetParentCond, LeaksNothingWhenMemoryRunsOut)
 
 TEST(CombineTwoWhenCondition, JoinsBothInBrackets)
 {
-    zr::ScopedBlock<char> text(ZRS_NODE_CombineTwoWhenCondition("a = 1", "b"));
+    zr::Owned<char> text(ZRS_NODE_CombineTwoWhenCondition("a = 1", "b"));
     EXPECT_STREQ(text.get(), "(a = 1) and (b)");
 }
 

@@ -1,4 +1,4 @@
-#include "schema/augment_index.h"
+#include "schema/augment/augment_index.h"
 
 #include "schema/coupling_fixture.h"
 #include "support/alloc.h"

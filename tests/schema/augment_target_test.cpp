@@ -22,6 +22,14 @@ TEST(TargetPaths, TheLastNamedModuleOwnsTheTarget)
     EXPECT_FALSE(zr::LastNamedModule(("/" + std::string(65, 'm') + ":c").c_str(), name));
 }
 
+TEST(TargetPaths, LeadIntoTheModuleThatTheyNameLast)
+{
+    EXPECT_TRUE(zr::LeadsIntoModule("/m:c/x/a:p/q", "a"));
+    EXPECT_FALSE(zr::LeadsIntoModule("/m:c/x/a:p/q", "m"));
+    EXPECT_FALSE(zr::LeadsIntoModule("/c/x", "m"));
+    EXPECT_FALSE(zr::LeadsIntoModule(nullptr, "m"));
+}
+
 TEST(TargetPaths, OnePathIsBelowAnotherOnlyAtAStep)
 {
     EXPECT_TRUE(zr::IsPathAtOrBelow("/m:c", "/m:c"));

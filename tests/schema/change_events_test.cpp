@@ -1,4 +1,4 @@
-#include "schema/change_events.h"
+#include "schema/module/module.h"
 
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"

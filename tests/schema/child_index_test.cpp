@@ -1,9 +1,10 @@
-#include "schema/child_index.h"
+#include "schema/lookup/child_index.h"
 
 #include <random>
 
 #include "schema/coupling_fixture.h"
-#include "schema/lookup.h"
+#include "schema/lookup/lookup.h"
+#include "schema/nodes/node.h"
 #include "schema/record_fixture.h"
 #include "support/alloc.h"
 

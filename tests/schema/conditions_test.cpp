@@ -1,4 +1,4 @@
-#include "schema/conditions.h"
+#include "schema/members/condition_records.h"
 
 #include "schema/record_fixture.h"
 

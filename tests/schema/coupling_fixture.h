@@ -7,11 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "schema/augment.h"
-#include "schema/conditions.h"
-#include "schema/deviation.h"
-#include "schema/module.h"
-#include "schema/node.h"
+#include "schema/augment/augment.h"
+#include "schema/deviation/deviation.h"
+#include "schema/lookup/lookup.h"
+#include "schema/members/condition_records.h"
+#include "schema/module/module.h"
+#include "schema/nodes/node.h"
 #include "support/alloc.h"
 #include "support/context.h"
 #include "support/schema_dump.h"

@@ -1,6 +1,6 @@
 #include "schema/coupling_fixture.h"
 
-#include "schema/deviation_steps.h"
+#include "schema/deviation/deviation_steps.h"
 
 using namespace zrtest;
 using testing::ElementsAre;

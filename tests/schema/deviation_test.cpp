@@ -1,6 +1,7 @@
 #include "schema/coupling_fixture.h"
 
 #include "foundation/relations.h"
+#include "foundation/statement_ids.h"
 
 using namespace zrtest;
 using testing::ElementsAre;

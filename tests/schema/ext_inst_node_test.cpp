@@ -1,5 +1,5 @@
 // Extension instances of schema nodes.
-#include "schema/ext_inst.h"
+#include "schema/members/ext_inst.h"
 #include "schema/record_fixture.h"
 
 namespace {

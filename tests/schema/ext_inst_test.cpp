@@ -1,4 +1,4 @@
-#include "schema/ext_inst.h"
+#include "schema/members/ext_inst.h"
 
 #include "schema/record_fixture.h"
 

@@ -1,6 +1,6 @@
-#include "schema/lookup.h"
+#include "schema/lookup/lookup.h"
 
-#include "schema/augment.h"
+#include "schema/augment/augment.h"
 #include "schema/record_fixture.h"
 
 namespace {

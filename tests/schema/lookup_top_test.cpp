@@ -1,4 +1,4 @@
-#include "schema/lookup.h"
+#include "schema/nodes/node.h"
 
 #include "schema/record_fixture.h"
 

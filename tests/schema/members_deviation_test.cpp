@@ -1,7 +1,7 @@
-#include "foundation/record_arrays.h"
-#include "schema/conditions.h"
-#include "schema/ext_inst.h"
-#include "schema/members.h"
+#include "foundation/array.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/ext_inst.h"
+#include "schema/members/members.h"
 #include "schema/record_fixture.h"
 
 namespace {
@@ -23,7 +23,7 @@ protected:
             };
             ASSERT_EQ(zr::AppendOne(&source->defaults, &source->defaultCount, fill), ZR_OK);
         }
-        source->type = zr::AllocRecord<ZrtRealType>();
+        source->type = zr::New<ZrtRealType>();
         source->type->baseType = ZRT_TYPE_STRING;
         source->units = ZR_DICT_Insert(dict_, "seconds");
         ASSERT_EQ(ZRS_EXT_AppendOneExtInstToArray(dict_, &source->extInsts, &source->extInstCount,

@@ -1,5 +1,5 @@
-#include "schema/conditions.h"
-#include "schema/members.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/members.h"
 #include "schema/record_fixture.h"
 
 namespace {

@@ -1,6 +1,6 @@
-#include "foundation/record_arrays.h"
-#include "schema/conditions.h"
-#include "schema/members.h"
+#include "foundation/array.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/members.h"
 #include "schema/record_fixture.h"
 
 namespace {

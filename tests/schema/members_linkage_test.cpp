@@ -1,4 +1,4 @@
-#include "schema/members.h"
+#include "schema/members/members.h"
 #include "schema/record_fixture.h"
 
 namespace {

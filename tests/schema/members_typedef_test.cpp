@@ -1,4 +1,4 @@
-#include "schema/members.h"
+#include "schema/members/members.h"
 #include "schema/record_fixture.h"
 #include "types/real_type.h"
 
@@ -16,7 +16,7 @@ protected:
     const ZrtRealType *DerivedFrom(const char *name)
     {
         ZRT_TYPE_DestroyZrtRealTypeInner(ctx_, &derived_);
-        auto *body = zr::AllocRecord<ZrtConsDerived>();
+        auto *body = zr::New<ZrtConsDerived>();
         body->moduleName = ZR_DICT_Insert(dict_, "m");
         body->typedefName = ZR_DICT_Insert(dict_, name);
         EXPECT_EQ(ZRT_TYPE_ExpandConstraintArray(&derived_, 1), ZR_OK);

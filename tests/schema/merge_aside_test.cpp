@@ -1,4 +1,4 @@
-#include "schema/merge_aside.h"
+#include "schema/merge/merge.h"
 
 #include "schema/coupling_fixture.h"
 
@@ -58,7 +58,7 @@ TEST_F(AugmentsAside, OfInputsThatCouplingMadeInTheModuleAreUncoupledAndTheInput
     zr::AugmentsAside aside(ctx.Module("t"));
     ASSERT_EQ(aside.TakeOut(), ZR_OK);
     EXPECT_EQ(ctx.Node("/t:r/input"), nullptr);
-    EXPECT_EQ(ctx.Module("m")->augments->next->flags & zr::kFlagsOfCoupling, 0u);
+    EXPECT_EQ(ctx.Module("m")->augments->next->flags & ZRS_FLAGS_COUPLING, 0u);
     EXPECT_THAT(Of("/t:c"), ElementsAre("a"));
     aside.PutBack();
     EXPECT_THAT(Of("/t:c"), ElementsAre("a", "x1", "x2", "m1", "y1"));

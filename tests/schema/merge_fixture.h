@@ -6,8 +6,8 @@
 #include <initializer_list>
 
 #include "foundation/array.h"
-#include "schema/augment.h"
-#include "schema/members.h"
+#include "schema/augment/augment.h"
+#include "schema/members/members.h"
 #include "schema/record_fixture.h"
 #include "types/real_type.h"
 
@@ -29,7 +29,7 @@ protected:
             type.baseType = name == "string" ? ZRT_TYPE_STRING : ZRT_TYPE_INT8;
             return type;
         }
-        auto *body = zr::AllocRecord<ZrtConsDerived>();
+        auto *body = zr::New<ZrtConsDerived>();
         body->moduleName = ZR_DICT_Insert(dict_, module->name);
         body->typedefName = ZR_DICT_Insert(dict_, name.c_str());
         GiveSlot(&type, ZRT_CONS_DERIVED, body);
@@ -37,7 +37,7 @@ protected:
     }
     ZrtRealType UnionOf(const ZrMod *module, std::initializer_list<const char *> names)
     {
-        auto *body = zr::AllocRecord<ZrtConsUnion>();
+        auto *body = zr::New<ZrtConsUnion>();
         EXPECT_EQ(zr::NewArray(&body->items, static_cast<uint32_t>(names.size())), ZR_OK);
         for (const char *name : names)
             body->items[body->count++] = Type(module, name);

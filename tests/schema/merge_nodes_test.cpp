@@ -1,7 +1,6 @@
-#include "schema/merge_nodes.h"
+#include "schema/merge/merge.h"
 
-#include "schema/ext_inst.h"
-#include "schema/merge.h"
+#include "schema/members/ext_inst.h"
 #include "schema/merge_fixture.h"
 
 namespace {
@@ -294,10 +293,10 @@ TEST_F(MergeNodes, DifferInNothingWhenOneIsAnAugmentThatIsCoupled)
     Top(destination_, {"a"});
     Top(source_, {"a"});
     ZrNode *node = destination_->dataNodes;
-    node->flags |= zr::kFlagsOfCoupling;
+    node->flags |= ZRS_FLAGS_COUPLING;
     EXPECT_EQ(ZRS_NODE_CompareTwoTreeNodeSelfData(node, source_->dataNodes),
               uint32_t{ZRS_DIFF_NONE});
-    node->flags &= ~zr::kFlagsOfCoupling; // a coupled node would not be freed
+    node->flags &= ~ZRS_FLAGS_COUPLING; // a coupled node would not be freed
 }
 
 TEST_F(MergeNodes, RefuseAReasonThatIsNone)

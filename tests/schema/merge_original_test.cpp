@@ -1,9 +1,9 @@
-#include "schema/merge_original.h"
+#include "schema/merge/merge.h"
 
-#include "loader/pipeline.h"
-#include "platform/xml_parse.h"
-#include "schema/change_events.h"
+#include "loader/files/module_content.h"
+#include "platform/xml.h"
 #include "schema/coupling_fixture.h"
+#include "schema/module/module.h"
 
 using namespace zrtest;
 using testing::ElementsAre;

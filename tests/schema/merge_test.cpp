@@ -1,11 +1,11 @@
-#include "schema/merge.h"
+#include "schema/merge/merge.h"
 
+#include "foundation/array.h"
 #include "foundation/context_record.h"
 #include "foundation/load_errors.h"
-#include "foundation/record_arrays.h"
-#include "schema/conditions.h"
-#include "schema/ext_inst.h"
-#include "schema/members.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/ext_inst.h"
+#include "schema/members/members.h"
 #include "schema/merge_fixture.h"
 #include "types/real_type.h"
 

@@ -1,6 +1,5 @@
-#include "schema/merge_types.h"
+#include "schema/merge/merge.h"
 
-#include "schema/merge.h"
 #include "schema/merge_fixture.h"
 
 namespace {

@@ -1,9 +1,9 @@
+#include "foundation/array.h"
 #include "foundation/load_errors.h"
-#include "foundation/record_arrays.h"
-#include "schema/augment.h"
-#include "schema/conditions.h"
-#include "schema/ext_inst.h"
-#include "schema/members.h"
+#include "schema/augment/augment.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/ext_inst.h"
+#include "schema/members/members.h"
 #include "schema/record_fixture.h"
 
 namespace {

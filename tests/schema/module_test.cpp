@@ -1,6 +1,6 @@
-#include "schema/module.h"
+#include "schema/module/module.h"
 
-#include "schema/members.h"
+#include "schema/members/members.h"
 #include "schema/record_fixture.h"
 
 namespace {

@@ -1,6 +1,6 @@
-#include "schema/conditions.h"
-#include "schema/lookup.h"
-#include "schema/members.h"
+#include "schema/lookup/lookup.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/members.h"
 #include "schema/record_fixture.h"
 
 namespace {

@@ -1,6 +1,6 @@
-#include "loader/statements.h"
-#include "schema/conditions.h"
-#include "schema/ext_inst.h"
+#include "loader/statements/statements.h"
+#include "schema/members/condition_records.h"
+#include "schema/members/ext_inst.h"
 #include "schema/record_fixture.h"
 
 namespace {

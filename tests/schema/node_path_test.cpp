@@ -1,7 +1,7 @@
-#include "schema/lookup.h"
+#include "schema/nodes/node.h"
 
 #include "platform/memory.h"
-#include "schema/augment.h"
+#include "schema/augment/augment.h"
 #include "schema/record_fixture.h"
 
 namespace {
@@ -11,7 +11,7 @@ protected:
     NodePath() : module_(NewModule("m")), top_(AddData(module_, ZR_NODE_CONTAINER, "top")) {}
     static std::string Path(const ZrNode *node)
     {
-        zr::ScopedBlock<char> path(ZRS_NODE_PrintPath(node));
+        zr::Owned<char> path(ZRS_NODE_PrintPath(node));
         return path ? path.get() : "(none)";
     }
     // A chain of containers below `top_` whose path has exactly that many characters.

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "model/module_tree.h"
+#include "model/context.h"
 #include "platform/memory.h"
-#include "schema/module.h"
-#include "schema/node.h"
+#include "schema/module/module.h"
+#include "schema/nodes/node.h"
 #include "support/alloc.h"
 
 namespace zrtest {

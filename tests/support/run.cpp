@@ -6,8 +6,8 @@
 #include <cstring>
 #include <functional>
 
-#include "data/check_run.h"
-#include "data/default_list.h"
+#include "data/phases.h"
+#include "data/tree_changes.h"
 
 namespace zrtest {
 

@@ -4,11 +4,11 @@
 #include <cstdio>
 #include <vector>
 
-#include "model/module_record.h"
-#include "model/module_tree.h"
+#include "model/context.h"
+#include "model/module_records.h"
 #include "model/node_record.h"
-#include "schema/augment.h"
-#include "schema/deviation.h"
+#include "schema/augment/augment.h"
+#include "schema/deviation/deviation.h"
 
 namespace zrtest {
 

@@ -1,9 +1,8 @@
-#include "types/constraint_body.h"
+#include "types/constraints.h"
 
 #include <gtest/gtest.h>
 
 #include "support/alloc.h"
-#include "types/constraint_ops.h"
 
 namespace {
 

@@ -1,9 +1,8 @@
-#include "types/constraint_ops.h"
+#include "types/constraints.h"
 
 #include <gtest/gtest.h>
 
 #include "support/alloc.h"
-#include "types/constraints.h"
 #include "types/default_checks.h"
 #include "types/leaf.h"
 

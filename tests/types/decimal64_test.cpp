@@ -1,4 +1,4 @@
-#include "types/decimal64.h"
+#include "types/range.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include <cstring>
 #include <vector>
 
-#include "schema/members.h"
-#include "schema/module.h"
+#include "schema/members/members.h"
+#include "schema/module/module.h"
 #include "support/alloc.h"
 #include "types/constraints.h"
 #include "types/leaf.h"

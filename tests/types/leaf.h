@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "schema/node.h"
+#include "schema/nodes/node.h"
 #include "support/context.h"
 #include "types/real_type.h"
 

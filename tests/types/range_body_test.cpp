@@ -4,7 +4,7 @@
 
 #include "support/alloc.h"
 #include "types/constraints.h"
-#include "types/range_segments.h"
+#include "types/range.h"
 
 namespace {
 

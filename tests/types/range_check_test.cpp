@@ -1,9 +1,8 @@
-#include "types/range_check.h"
+#include "types/range.h"
 
 #include "types/constraints.h"
 #include "types/default_checks.h"
 #include "types/leaf.h"
-#include "types/range_segments.h"
 
 namespace {
 

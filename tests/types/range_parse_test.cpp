@@ -1,4 +1,4 @@
-#include "types/range_parse.h"
+#include "types/range.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "types/range_segments.h"
+#include "types/range.h"
 
 #include <gtest/gtest.h>
 

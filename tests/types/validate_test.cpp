@@ -2,7 +2,6 @@
 
 #include "types/constraints.h"
 #include "types/leaf.h"
-#include "types/nested.h"
 
 namespace {
 

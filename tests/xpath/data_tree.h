@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string>
 
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "model/node_record.h"
 #include "xpath/evaluate.h"
 

@@ -4,7 +4,7 @@
 
 #include "platform/memory.h"
 #include "support/alloc.h"
-#include "xpath/eval.h"
+#include "xpath/evaluate.h"
 #include "xpath/evaluation.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "xpath/data_tree.h"
-#include "xpath/eval.h"
+#include "xpath/evaluate.h"
 
 namespace zrtest {
 

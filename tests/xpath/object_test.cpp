@@ -66,7 +66,7 @@ TEST(Object, HoldsANumberInEightBytes)
 TEST(FreeObject, FreesTheStringToo)
 {
     zrtest::AllocGuard guard;
-    auto *object = zr::AllocRecord<ZrXpathObject>();
+    auto *object = zr::New<ZrXpathObject>();
     *object = String("text");
     EXPECT_EQ(guard.LiveBlocks(), 2);
     ZR_XPATH_FreeObject(object);

@@ -1,4 +1,4 @@
-#include "xpath/operators.h"
+#include "xpath/evaluate.h"
 
 #include <gtest/gtest.h>
 

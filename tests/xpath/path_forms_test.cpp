@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "model/module_record.h"
+#include "model/module_records.h"
 #include "platform/memory.h"
 #include "support/alloc.h"
 

@@ -5,7 +5,7 @@
 
 #include "foundation/array.h"
 #include "support/alloc.h"
-#include "xpath/lex_internal.h"
+#include "xpath/lex.h"
 
 namespace {
 

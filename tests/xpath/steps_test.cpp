@@ -1,4 +1,4 @@
-#include "xpath/steps.h"
+#include "xpath/evaluate.h"
 
 #include <gtest/gtest.h>
 

@@ -25,8 +25,7 @@ protected:
         Document document(
             "<top xmlns=\"urn:m\" xmlns:p=\"urn:longer\" xmlns:u=\"urn:unknown\"><id>" + content +
             "</id></top>");
-        zr::ScopedBlock<char> value(
-            ZRD_NODE_GetValueContent(document.Find("id"), schema_.Node(leaf)));
+        zr::Owned<char> value(ZRD_NODE_GetValueContent(document.Find("id"), schema_.Node(leaf)));
         return value ? value.get() : "-";
     }
 
@@ -68,8 +67,7 @@ TEST_F(ValueTextTest, TakesPrefixesOf127CharactersAndNamesOf64)
     for (size_t length : {127u, 128u}) {
         std::string prefix(length, 'q');
         Document document("<id xmlns:" + prefix + "=\"urn:m\">" + prefix + ":x</id>");
-        zr::ScopedBlock<char> value(
-            ZRD_NODE_GetValueContent(document.top(), schema_.Node("/m:top/id")));
+        zr::Owned<char> value(ZRD_NODE_GetValueContent(document.top(), schema_.Node("/m:top/id")));
         EXPECT_EQ(value.get(), length == 127 ? "m:x" : prefix + ":x");
     }
 }

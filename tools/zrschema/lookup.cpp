@@ -120,7 +120,8 @@ void CollectSteps(const std::vector<const ZrNode *> &nodes, const std::string &m
 {
     for (const ZrNode *node : nodes) {
         std::string own = ModuleNameOf(node), local = ZR_NODE_GetNodeName(node);
-        std::string step = before + (own == module ? local : own + ":" + local);
+        std::string step = before;
+        step.append(own == module ? "" : own).append(own == module ? "" : ":").append(local);
         if (before.empty() || local == name)
             steps.emplace_back(local, step);
         if (IsChoiceOrCase(node))

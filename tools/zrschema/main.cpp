@@ -154,8 +154,10 @@ int Execute(int argc, char **argv, const Words &words, Run &run)
 } // namespace tool
 
 int main(int argc, char **argv)
-{
+try {
     tool::Words words(argv + std::min(argc, 1), argv + argc);
     tool::Run run(tool::AsksForJson(words));
     return run.Finish(tool::Execute(argc, argv, words, run));
+} catch (...) {
+    return tool::kExitFailed; // not even the words or the end of the output found memory
 }

@@ -158,7 +158,7 @@ bool Session::EnableFeature(const std::string &feature)
     std::set<std::string> features = files_.FeaturesOf(module);
     std::vector<std::string> close = CloseNames(name, {features.begin(), features.end()});
     for (std::string &one : close)
-        one = module + ":" + one;
+        one.insert(0, ":").insert(0, module);
     run_.Complain("no such feature: " + feature +
                   (Module(module) == nullptr ? " (module " + module + " is not loaded)" : "") +
                   DidYouMean(close));

@@ -169,6 +169,7 @@ std::vector<Problem> FindPassedOver(const xmlNode *root, const std::string &file
             ++seen.try_emplace(why, Seen{xmlGetLineNo(node), 0}).first->second.count;
     }
     std::vector<Problem> problems;
+    problems.reserve(seen.size());
     for (const auto &[why, where] : seen)
         problems.push_back(
             {where.count > 1 ? why + " (" + std::to_string(where.count) + " of them)" : why, "",

@@ -1,6 +1,0 @@
-#include <zrschema/version.h>
-
-const char *ZR_GetVersion(void)
-{
-    return ZR_VERSION_STRING;
-}
