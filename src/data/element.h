@@ -6,6 +6,7 @@
 
 #include "data/check_records.h"
 #include "model/node_record.h"
+#include "xpath/value_text.h" // zr::SchemaOf()
 
 extern "C" {
 // The first child node of any node type, text and comments included (docs/oddities.md), with that
@@ -46,14 +47,6 @@ ZR_API ZrNode *ZRD_MDL_GetNextDataNodeInSameMod(const ZrNode *schemaNode, const 
 }
 
 namespace zr {
-
-// The schema node of a matched element; null for null and for other nodes, whose _private is the
-// caller's.
-inline ZrNode *SchemaOf(const xmlNode *node)
-{
-    return node != nullptr && node->type == XML_ELEMENT_NODE ? static_cast<ZrNode *>(node->_private)
-                                                             : nullptr;
-}
 
 // The local name of an element, as records show it; "" for null and for a nameless node.
 inline const char *NameOf(const xmlNode *node)

@@ -104,7 +104,7 @@ template <typename Item> class BackwardListRange {
     class Iterator {
     public:
         explicit Iterator(const ZrListLink *at) : at_(at) {}
-        const Item &operator*() const { return *ItemsOf<Item>(at_->prev).begin(); }
+        const Item &operator*() const { return *ItemOf<const Item>(at_); }
         Iterator &operator++()
         {
             at_ = at_->prev;

@@ -213,3 +213,13 @@ uint32_t ZR_CTX_CollectDepModNamesRecursive(ZrCtx *ctx, const char *moduleName, 
     }
     return status;
 }
+
+const ZrModRelTbl *zr::FirstRelationTable(const ZrCtx *ctx)
+{
+    return static_cast<const ZrModRelTbl *>(PAL_AVL3_First(&ctx->modRelations, &kByTarget));
+}
+
+const ZrModRelTbl *zr::NextRelationTable(const ZrCtx *ctx, const ZrModRelTbl *table)
+{
+    return static_cast<const ZrModRelTbl *>(PAL_AVL3_Next(&ctx->modRelations, table, &kByTarget));
+}

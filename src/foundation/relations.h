@@ -58,3 +58,10 @@ ZR_API uint32_t ZR_CTX_CollectDepModNamesRecursive(ZrCtx *ctx, const char *modul
                                                    uint32_t kind, const char ***namesOut,
                                                    uint32_t *countOut);
 }
+
+namespace zr {
+// The tables of all target modules in the order of their names: the first, and the one after a
+// table; null at the end.
+const ZrModRelTbl *FirstRelationTable(const ZrCtx *ctx);
+const ZrModRelTbl *NextRelationTable(const ZrCtx *ctx, const ZrModRelTbl *table);
+} // namespace zr

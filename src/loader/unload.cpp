@@ -1,7 +1,5 @@
 #include "loader/unload.h"
 
-#include <cstddef>
-
 #include <zrschema/module.h>
 
 #include "foundation/array.h"
@@ -11,27 +9,6 @@
 #include "schema/augment/augment.h"
 #include "schema/lookup/lookup.h"
 #include "schema/module/module.h"
-
-// The relations of all modules.
-
-namespace {
-
-constexpr PalAvlInfo kRelationTables = {ZR_CTX_CompareModRelationTbl,
-                                        offsetof(ZrModRelTbl, moduleName),
-                                        offsetof(ZrModRelTbl, treeNode)};
-
-const ZrModRelTbl *FirstTable(const ZrCtx *ctx)
-{
-    return static_cast<const ZrModRelTbl *>(PAL_AVL3_First(&ctx->modRelations, &kRelationTables));
-}
-
-const ZrModRelTbl *NextTable(const ZrCtx *ctx, const ZrModRelTbl *table)
-{
-    return static_cast<const ZrModRelTbl *>(
-        PAL_AVL3_Next(&ctx->modRelations, table, &kRelationTables));
-}
-
-} // namespace
 
 // What the removal of a module concerns: the modules to be destroyed with it, and what has to be
 // remembered of each for its return.
@@ -98,8 +75,8 @@ uint32_t ZRS_LOADER_IsAugAndRmvModShareSameDevaition(ZrCtx *ctx, const char *rem
     const ZrMod *deviating = ZR_CTX_GetModuleByModName(ctx, deviatingModuleName);
     if (deviating == nullptr || NamesNodeOf(deviating, removedModuleName))
         return 0;
-    for (const ZrModRelTbl *table = FirstTable(ctx); table != nullptr;
-         table = NextTable(ctx, table)) {
+    for (const ZrModRelTbl *table = zr::FirstRelationTable(ctx); table != nullptr;
+         table = zr::NextRelationTable(ctx, table)) {
         if (HasRelation(table, ZR_RELATION_AUGMENTED_BY, removedModuleName) &&
             HasRelation(table, ZR_RELATION_DEVIATED_BY, deviatingModuleName))
             return 1;
@@ -129,8 +106,8 @@ uint32_t ZRS_LOADER_UnloadModDeviation(ZrCtx *ctx, const char *moduleName, ZrsPe
     const ZrMod *module = ZR_CTX_GetModuleByModName(ctx, moduleName);
     if (module == nullptr || module->deviationCount == 0)
         return ZR_OK;
-    for (const ZrModRelTbl *relations = FirstTable(ctx); relations != nullptr;
-         relations = NextTable(ctx, relations)) {
+    for (const ZrModRelTbl *relations = zr::FirstRelationTable(ctx); relations != nullptr;
+         relations = zr::NextRelationTable(ctx, relations)) {
         if (!HasRelation(relations, ZR_RELATION_DEVIATED_BY, moduleName) ||
             !HasChanged(module, relations->moduleName))
             continue;
@@ -170,8 +147,9 @@ namespace {
 void DeleteRelationsOf(ZrCtx *ctx, const ZrMod *module)
 {
     const ZrModRelTbl *next = nullptr;
-    for (const ZrModRelTbl *table = FirstTable(ctx); table != nullptr; table = next) {
-        next = NextTable(ctx, table);
+    for (const ZrModRelTbl *table = zr::FirstRelationTable(ctx); table != nullptr;
+         table = next) {
+        next = zr::NextRelationTable(ctx, table);
         bool augments =
             ZR_CTX_FindModRelationItem(table, ZR_RELATION_AUGMENTED_BY, module->name) != nullptr;
         bool deviates =

@@ -54,7 +54,7 @@ bool HasBase(const ZrsIdentity *identity, const IdentityName &base)
 uint32_t IsDerived(const xmlNode *node, const char *argument, bool orSelf, bool *result)
 {
     *result = false;
-    const ZrNode *schemaNode = zr::SchemaNodeOf(node);
+    const ZrNode *schemaNode = zr::SchemaOf(node);
     if (schemaNode == nullptr)
         return ZR_XPATH_ERR_NO_SCHEMA;
     if (!zr::IsIdentityrefAlone(schemaNode))

@@ -143,7 +143,7 @@ bool IsIdentityrefAlone(const ZrNode *schemaNode)
 uint32_t ReadValueText(const xmlNode *node, char **textOut)
 {
     *textOut = nullptr;
-    const ZrNode *schemaNode = SchemaNodeOf(node);
+    const ZrNode *schemaNode = SchemaOf(node);
     if (schemaNode == nullptr)
         return ZR_OK;
     *textOut = ZRD_NODE_GetValueContent(node, schemaNode);

@@ -24,11 +24,12 @@ namespace zr {
 bool HasModuleForm(const xmlNode *element, const ZrNode *schemaNode, const char *value);
 // Whether the type is an identityref, also behind typedefs; not so a union that contains one.
 bool IsIdentityrefAlone(const ZrNode *schemaNode);
-// The schema node of an element, or null. Only elements have one: the private pointer of another
-// kind of node is the application's.
-inline const ZrNode *SchemaNodeOf(const xmlNode *node)
+// The schema node of a matched element. Null for null and for nodes of other kinds, whose private
+// pointer is the application's.
+inline ZrNode *SchemaOf(const xmlNode *node)
 {
-    return node->type == XML_ELEMENT_NODE ? static_cast<const ZrNode *>(node->_private) : nullptr;
+    return node != nullptr && node->type == XML_ELEMENT_NODE ? static_cast<ZrNode *>(node->_private)
+                                                             : nullptr;
 }
 
 // Stores the value text of a node, a new text freed with zr::Free(), or null when it has none: a

@@ -101,15 +101,7 @@ constexpr KindRow kKinds[] = {
 };
 // clang-format on
 
-constexpr bool EachRowStandsAtItsKind()
-{
-    for (uint32_t kind = 0; kind < std::size(kKinds); ++kind) {
-        if (kKinds[kind].kind != kind)
-            return false;
-    }
-    return std::size(kKinds) == ZR_NODE_AUGMENT + 1;
-}
-static_assert(EachRowStandsAtItsKind());
+static_assert(zr::RowsInOrder(kKinds, &KindRow::kind, ZR_NODE_UNKNOWN, ZR_NODE_AUGMENT + 1));
 
 constexpr bool IsKind(uint32_t kind)
 {

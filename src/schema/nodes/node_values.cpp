@@ -10,11 +10,6 @@
 
 namespace {
 
-const ZrCtx *ContextOf(const ZrNode *node)
-{
-    return node != nullptr && node->module != nullptr ? node->module->ctx : nullptr;
-}
-
 // The first text that `read` finds in the typedefs behind a type, as far as they are loaded.
 template <typename Read>
 const char *FirstInTypedefs(const ZrCtx *ctx, const ZrtRealType *type, Read read)
@@ -29,13 +24,13 @@ const char *FirstInTypedefs(const ZrCtx *ctx, const ZrtRealType *type, Read read
 
 const char *TypedefDefault(const ZrNode *node, const ZrtRealType *type)
 {
-    return FirstInTypedefs(ContextOf(node), type,
+    return FirstInTypedefs(zr::ContextOf(node), type,
                            [](const ZrsTypDef &definition) { return definition.defaultValue; });
 }
 
 const char *TypedefUnits(const ZrNode *node, const ZrtRealType *type)
 {
-    return FirstInTypedefs(ContextOf(node), type,
+    return FirstInTypedefs(zr::ContextOf(node), type,
                            [](const ZrsTypDef &definition) { return definition.units; });
 }
 
@@ -50,7 +45,7 @@ const char *OwnUnits(const ZrNode *node)
 uint32_t Validate(const ZrNode *node, uint32_t inputKind, const void *value,
                   const ZrtRealType **matchedOut)
 {
-    const ZrCtx *ctx = ContextOf(node);
+    const ZrCtx *ctx = zr::ContextOf(node);
     const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
     if (ctx == nullptr || type == nullptr)
         return ZR_ERR_INVALID;
@@ -104,7 +99,7 @@ const char *ZR_NODE_GetTypedefUnitsStr(const ZrNode *node)
 
 uint32_t ZR_NODE_ScanDerivedType(const ZrNode *node, ZrDerivedTypeScanFunc callback, void *userData)
 {
-    const ZrCtx *ctx = ContextOf(node);
+    const ZrCtx *ctx = zr::ContextOf(node);
     const ZrtRealType *type = ZRS_NODE_GetLeafSchemaRealType(node);
     if (ctx == nullptr || type == nullptr || callback == nullptr)
         return ZR_ERR_INVALID;
