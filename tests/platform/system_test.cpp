@@ -2,12 +2,13 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <zrschema/types.h>
 
 #include <cstdio>
+#include <ctime>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 #include "support/alloc.h"
@@ -258,6 +259,20 @@ TEST_F(Files, FindGivesEveryBlockBackAlsoWhenMemoryRunsOut)
     PAL_VFS_FindClose(PAL_VFS_FindFirst(Path("*").c_str(), path, sizeof(path)));
     EXPECT_EQ(PAL_VFS_FindFirst(Path("x").c_str(), path, sizeof(path)), nullptr);
     EXPECT_EQ(guard.LiveBlocks(), 0);
+}
+
+struct NumberRow {
+    const char *text;
+    double value;
+};
+
+TEST(SystimeGet, CountsSecondsSince1970)
+{
+    auto before = static_cast<uint32_t>(std::time(nullptr));
+    uint32_t now = PAL_SystimeGet();
+    auto after = static_cast<uint32_t>(std::time(nullptr));
+    EXPECT_GE(now, before);
+    EXPECT_LE(now, after);
 }
 
 } // namespace
