@@ -1,12 +1,14 @@
 #include "data/element.h"
-#include "xpath/value_text.h"
 
 #include <gtest/gtest.h>
 #include <zrschema/node.h>
 
+#include "data/data_tree.h"
+#include "data/phases.h"
 #include "data/schema.h"
 #include "model/node_record.h"
 #include "support/run.h"
+#include "xpath/value_text.h"
 
 namespace {
 
@@ -180,6 +182,91 @@ TEST_F(ChoiceTest, FindsTheDefaultBranchByItsName)
     EXPECT_EQ(ZRD_MDL_GetChoiceDefaultChildNode(Node("/m:top/way")), Node("/m:top/way/two"));
     EXPECT_EQ(ZRD_MDL_GetChoiceDefaultChildNode(Node("/m:top/way/one/inner")), nullptr);
     EXPECT_EQ(ZRD_MDL_GetChoiceDefaultChildNode(Node("/m:top")), nullptr);
+}
+
+class ElementTest : public DataTree {};
+
+TEST_F(ElementTest, FindsAChildOfAnyNodeTypeByName)
+{
+    Document document(Data("top", "text<!--c--><?target x?><a/><a id='2'/>"));
+    const xmlNode *top = document.top();
+    EXPECT_EQ(ZRD_PAS_FindChildDataNode(top, "text"), top->children);
+    EXPECT_EQ(ZRD_PAS_FindChildDataNode(top, "comment"), top->children->next);
+    EXPECT_EQ(ZRD_PAS_FindChildDataNode(top, "target"), top->children->next->next);
+    EXPECT_EQ(ZRD_PAS_FindChildDataNode(top, "a"), document.Find("a"));
+    EXPECT_EQ(ZRD_PAS_FindChildDataNode(top, "b"), nullptr);
+}
+
+TEST_F(ElementTest, FindsTheFirstChildOfASchemaNode)
+{
+    Document document(Data("top", "<l><k/></l><l><k/></l>"));
+    Match(document);
+    EXPECT_EQ(ZRD_NODE_GetChildNodeWithSpecifyMdl(document.top(), schema_.Node("/m:top/l")),
+              document.Find("l"));
+    EXPECT_EQ(ZRD_NODE_GetChildNodeWithSpecifyMdl(document.top(), schema_.Node("/m:top/a")),
+              nullptr);
+    EXPECT_EQ(ZRD_NODE_GetChildNodeWithSpecifyMdl(document.top(), nullptr), nullptr);
+}
+
+TEST_F(ElementTest, FindsTheCaseThatHoldsData)
+{
+    const ZrNode *way = schema_.Node("/m:top/way");
+    struct {
+        const char *content;
+        const char *branch;
+    } rows[] = {
+        {"<a/>", nullptr},
+        {"<t/>", "/m:top/way/two"},
+        {"<a/><deep/>", "/m:top/way/one"},
+        {"<in/>", "/m:top/way/one"}, // through the inner choice
+        {"<t/><deep/>", "/m:top/way/two"},
+    };
+    for (const auto &row : rows) {
+        Document document(Data("top", row.content));
+        Match(document);
+        const ZrNode *expected = row.branch != nullptr ? schema_.Node(row.branch) : nullptr;
+        EXPECT_EQ(ZRD_NODE_GetChoiceInstanceCaseBranch(document.top(), way), expected)
+            << row.content;
+    }
+}
+
+TEST(ShorthandCase, IsTheNodeItself)
+{
+    Schema schema(Container("top", "<choice name=\"way\">" + Leaf("a", "string") + "</choice>"));
+    Document document(Data("top", "<a/>"));
+    CheckRun run(schema, ZRD_MODE_RPC);
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), ZR_OK);
+    EXPECT_EQ(ZRD_NODE_GetChoiceInstanceCaseBranch(document.top(), schema.Node("/m:top/way")),
+              schema.Node("/m:top/way/a"));
+}
+
+TEST_F(ElementTest, TellsKeyLeaves)
+{
+    Document document(Data("top", "<a/><l><k/><v/></l>"));
+    Match(document);
+    EXPECT_EQ(ZRD_NODE_IsKeyLeafNode(document.Find("k")), 1u);
+    EXPECT_EQ(ZRD_NODE_IsKeyLeafNode(document.Find("v")), 0u);
+    EXPECT_EQ(ZRD_NODE_IsKeyLeafNode(document.Find("l")), 0u);
+    EXPECT_EQ(ZRD_NODE_IsKeyLeafNode(document.Find("a")), 0u);
+}
+
+TEST_F(ElementTest, WalksElementsInDocumentOrderWithinTheSubtree)
+{
+    Document document(Data("top", "<a/>text<box>x<x/><!--c--></box><l><k/></l>"));
+    std::string names;
+    for (xmlNode *node = document.top(); node != nullptr;
+         node = zr::NextElement(document.top(), node))
+        names += reinterpret_cast<const char *>(node->name) + std::string(" ");
+    EXPECT_EQ(names, "top a box x l k ");
+    const xmlNode *box = document.Find("box");
+    EXPECT_EQ(zr::NextElement(box, document.Find("x")), nullptr);
+}
+
+TEST(NextElement, DoesNotFollowEntityReferencesIntoTheDocumentType)
+{
+    Document document("<!DOCTYPE top [<!ENTITY e \"<inside/>\">]><top>&e;<a/></top>");
+    ASSERT_EQ(document.top()->children->type, XML_ENTITY_REF_NODE);
+    EXPECT_EQ(zr::NextElement(document.top(), document.top()), document.Find("a"));
 }
 
 } // namespace
