@@ -1,13 +1,10 @@
 #include "schema/coupling_fixture.h"
 
-#include "foundation/load_errors.h"
-#include "foundation/relations.h"
+namespace {
 
 using namespace zrtest;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-namespace {
 
 constexpr const char *kNotCoupled = "Failed to couple augment statements.";
 
@@ -36,8 +33,6 @@ void CountRelink(ZrCtx *ctx, ZrNode *node, ZrCtx *sameCtx)
     ++g_relinked;
     g_relinkedNode = node;
 }
-
-} // namespace
 
 TEST_F(CoupledPair, TheNodesStandAtTheEndOfTheTargetsChildren)
 {
@@ -206,15 +201,6 @@ TEST(CoupleAugment, WithoutATargetItStaysAsItWas)
     EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled));
 }
 
-TEST(CoupleAugment, IsTriedAgainWhenTheTargetsModuleLoads)
-{
-    TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Leaf("p"))), ZR_OK);
-    ASSERT_EQ(ctx.LoadBody("m", Container("c", Leaf("x"))), ZR_OK);
-    EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("x", "p"));
-    EXPECT_THAT(ctx.Messages(), IsEmpty()) << "the store tells of the schema as it is";
-}
-
 TEST(CoupleAugment, WithoutNodesItIsCoupledWithoutAChange)
 {
     TestContext ctx;
@@ -254,50 +240,6 @@ TEST(CoupleAugment, PassesConfigAndAccessControlDownToTheNodes)
     EXPECT_EQ(ZR_NODE_IsNacmDefaultDenyAll(leaf), 1u);
 }
 
-TEST(CoupleAugment, AnAugmentOfItsOwnModuleMayWaitForALaterOne)
-{
-    TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c") + Augment("/m:c/m:p/m:q", Leaf("r")) +
-                                    Augment("/m:c/m:p", Container("q")) +
-                                    Augment("/m:c", Container("p"))),
-              ZR_OK);
-    EXPECT_NE(ctx.Node("/m:c/p/q/r"), nullptr);
-    EXPECT_THAT(ctx.Messages(), IsEmpty());
-}
-
-TEST(CoupleAugment, OneFailureDoesNotStopTheOthers)
-{
-    TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:none", Leaf("n")) +
-                                    Augment("/m:c", Leaf("p")) + Augment("/m:c/m:no", Leaf("o")) +
-                                    Augment("/m:c", Leaf("q"))),
-              ZR_OK);
-    EXPECT_THAT(ChildNames(ctx.Node("/m:c")), ElementsAre("p", "q"));
-    EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled)) << "once, however many are left";
-}
-
-TEST(CoupleAugment, AManyStepChainInReverseOrderIsCoupledWithFewTries)
-{
-    constexpr int kDepth = 60;
-    std::string body = Container("c");
-    std::string augments;
-    std::string path = "/m:c";
-    for (int i = 0; i < kDepth; ++i) {
-        std::string name = "n" + std::to_string(i);
-        augments = Augment(path, Container(name)) + augments;
-        path += "/m:" + name;
-    }
-    TestContext ctx;
-    AllocGuard guard;
-    ASSERT_EQ(ctx.LoadBody("m", Container("c") + augments), ZR_OK);
-    uint64_t withChain = guard.Count();
-    EXPECT_THAT(ctx.Messages(), IsEmpty());
-    // Each lookup of a target costs a few allocations; trying all in every pass would need
-    // thousands of lookups.
-    EXPECT_LT(withChain, 60u * kDepth);
-}
-
 TEST(CoupleAugment, CasesCanBeAddedToAChoice)
 {
     TestContext ctx;
@@ -335,20 +277,6 @@ TEST(CoupleAugment, ATargetInAModuleOfMoreThan64CharactersLeavesItUncoupled)
               ZR_OK);
     EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled));
     EXPECT_THAT(ChildNames(ctx.Module("a")->augments), ElementsAre("p"));
-}
-
-TEST(CoupleAugment, TwoModulesMayAugmentEachOther)
-{
-    TestContext ctx;
-    ASSERT_EQ(ctx.LoadBody("a", Import("b") + Container("ca") + Augment("/b:cb", Container("pa")) +
-                                    Augment("/b:cb/a:pa/b:pb", Leaf("deep"))),
-              ZR_OK);
-    ASSERT_EQ(ctx.LoadBody("b", Import("a") + Container("cb") + Augment("/a:ca", Leaf("x")) +
-                                    Augment("/b:cb/a:pa", Container("pb"))),
-              ZR_OK);
-    EXPECT_NE(ctx.Node("/b:cb/a:pa/b:pb/a:deep"), nullptr);
-    EXPECT_NE(ctx.Node("/a:ca/b:x"), nullptr);
-    EXPECT_THAT(ctx.Messages(), IsEmpty());
 }
 
 TEST(CoupleAugment, NodesThatTakeNoAugmentAreLikeMissingTargetsInEveryOrder)
@@ -395,43 +323,153 @@ TEST(CoupleAugment, EveryNodeThatTakesAnAugmentGetsItsNodes)
     EXPECT_THAT(ChildNames(ctx.Node("/m:ch")), testing::Contains("p"));
 }
 
-TEST(CoupleAugment, NodesInAModuleThatThePathDoesNotNameAreRelatedToItToo)
+TEST(TargetPaths, TheLastNamedModuleOwnsTheTarget)
+{
+    zr::ModuleNameText name;
+    EXPECT_TRUE(zr::LastNamedModule("/m:c", name));
+    EXPECT_STREQ(name, "m");
+    EXPECT_TRUE(zr::LastNamedModule("/m:c/x/a:p/q", name));
+    EXPECT_STREQ(name, "a");
+    EXPECT_FALSE(zr::LastNamedModule("/c/x", name));
+    EXPECT_FALSE(zr::LastNamedModule(nullptr, name));
+    EXPECT_FALSE(zr::LastNamedModule(("/" + std::string(65, 'm') + ":c").c_str(), name));
+}
+
+TEST(TargetPaths, LeadIntoTheModuleThatTheyNameLast)
+{
+    EXPECT_TRUE(zr::LeadsIntoModule("/m:c/x/a:p/q", "a"));
+    EXPECT_FALSE(zr::LeadsIntoModule("/m:c/x/a:p/q", "m"));
+    EXPECT_FALSE(zr::LeadsIntoModule("/c/x", "m"));
+    EXPECT_FALSE(zr::LeadsIntoModule(nullptr, "m"));
+}
+
+TEST(TargetPaths, OnePathIsBelowAnotherOnlyAtAStep)
+{
+    EXPECT_TRUE(zr::IsPathAtOrBelow("/m:c", "/m:c"));
+    EXPECT_TRUE(zr::IsPathAtOrBelow("/m:c/x", "/m:c"));
+    EXPECT_FALSE(zr::IsPathAtOrBelow("/m:cx", "/m:c"));
+    EXPECT_FALSE(zr::IsPathAtOrBelow("/m:c-x/y", "/m:c"));
+    EXPECT_FALSE(zr::IsPathAtOrBelow("/m", "/m:c"));
+}
+
+TEST(MissingInput, IsMadeAsTheRpcsFirstChild)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r", Output(Leaf("o")))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), ZR_OK);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input", "output"));
+    const ZrNode *input = ctx.Node("/m:r/input");
+    EXPECT_EQ(input->kind, uint32_t{ZR_NODE_INPUT});
+    EXPECT_EQ(input->module, ctx.Module("m"));
+    EXPECT_THAT(ChildNames(input), ElementsAre("i"));
+}
+
+TEST(MissingInput, AMissingOutputIsMadeAsTheLastChild)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r", Input(Leaf("i")))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:output", Leaf("o"))), ZR_OK);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r")), ElementsAre("input", "output"));
+    EXPECT_EQ(ctx.Node("/m:r/output")->kind, uint32_t{ZR_NODE_OUTPUT});
+}
+
+TEST(MissingInput, IsMadeInAnActionToo)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Container("c", "<action name=\"act\"/>")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c/m:act/m:input", Leaf("i"))), ZR_OK);
+    EXPECT_NE(ctx.Node("/m:c/act/input/a:i"), nullptr);
+}
+
+TEST(MissingInput, IsSharedByLaterAugmentsAndStaysAfterUncoupling)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i")) +
+                                    Augment("/m:r/m:input", Leaf("j"))),
+              ZR_OK);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r/input")), ElementsAre("i", "j"));
+    for (ZrNode *augment = ctx.Module("a")->augments; augment != nullptr; augment = augment->next)
+        EXPECT_EQ(ZRS_NODE_UnCoupleAugmentNode(augment), ZR_OK);
+    ASSERT_NE(ctx.Node("/m:r/input"), nullptr);
+    EXPECT_THAT(ChildNames(ctx.Node("/m:r/input")), IsEmpty());
+}
+
+TEST(MissingInput, IsNotMadeForOtherStepsOrInOtherNodes)
+{
+    for (const char *target : {"/m:r/m:inputs", "/m:c/m:input", "/m:c/m:output", "/m:none/m:input",
+                               "/m:r/a:input", "/m:input"}) {
+        TestContext ctx;
+        ASSERT_EQ(ctx.LoadBody("m", Rpc("r") + Container("c")), ZR_OK);
+        ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment(target, Leaf("i"))), ZR_OK);
+        EXPECT_THAT(ctx.Messages("a"), ElementsAre(kNotCoupled)) << target;
+        EXPECT_THAT(ChildNames(ctx.Node("/m:r")), IsEmpty()) << target;
+        EXPECT_THAT(ChildNames(ctx.Node("/m:c")), IsEmpty()) << target;
+    }
+}
+
+TEST(MissingInput, GoesWithTheLastAugmentThatItWasMadeFor)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), ZR_OK);
+    zr::UncoupleModuleAugments(ctx.Module("a"));
+    ASSERT_NE(ctx.Node("/m:r/input"), nullptr) << "another augment uses it";
+    zr::UncoupleModuleAugments(ctx.Module("b"));
+    EXPECT_EQ(ctx.Node("/m:r/input"), nullptr);
+}
+
+TEST(MissingInput, StaysForAnAugmentThatReachesItByAnotherSpelling)
 {
     TestContext ctx;
     ASSERT_EQ(ctx.LoadBody("m", Container("c")), ZR_OK);
-    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", Container("p"))), ZR_OK);
-    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:c/m:p", Leaf("q"))), ZR_OK);
-    ASSERT_NE(ctx.Node("/m:c/a:p/q"), nullptr);
-    EXPECT_NE(ZR_CTX_FindModRelationItem(ZR_CTX_FindModRelationTbl(ctx, "a"),
-                                         ZR_RELATION_AUGMENTED_BY, ctx.Module("b")->name),
-              nullptr);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:c", "<action name=\"act\"/>")), ZR_OK);
+    ASSERT_EQ(
+        ctx.LoadBody("b", Import("m") + Import("a") + Augment("/m:c/a:act/a:input", Leaf("i"))),
+        ZR_OK);
+    // The step without a module name of its own matches the action that "a" added.
+    ASSERT_EQ(ctx.LoadBody("d", Import("m") + Augment("/m:c/m:act/m:input", Leaf("j"))), ZR_OK);
+    ASSERT_THAT(ChildNames(ctx.Node("/m:c/a:act/input")), ElementsAre("i", "j"));
+    zr::UncoupleModuleAugments(ctx.Module("b"));
+    EXPECT_THAT(ChildNames(ctx.Node("/m:c/a:act/input")), ElementsAre("j"));
 }
 
-TEST(CoupleAugment, WithoutMemoryForThatRelationTheNodesAreTakenBack)
+TEST(MissingInput, ADeclaredOneStaysWhenItsAugmentsGo)
 {
-    std::string m = ModuleText("m", Container("c"));
-    std::string a = ModuleText("a", Import("m") + Augment("/m:c", Container("p")));
-    std::string b = ModuleText("b", Import("m") + Augment("/m:c/m:p", Leaf("q")));
-    FailEachAllocation([&](FailPoint &memory) {
-        TestContext ctx;
-        ASSERT_EQ(ctx.Load(m), ZR_OK);
-        ASSERT_EQ(ctx.Load(a), ZR_OK);
-        memory.RunStatus([&] { return ctx.Load(b); });
-        EXPECT_EQ(ctx.Node("/m:c/a:p/q") != nullptr,
-                  ZR_CTX_FindModRelationTbl(ctx, "a") != nullptr);
-    });
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r", "<input/>")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", Leaf("i"))), ZR_OK);
+    zr::UncoupleModuleAugments(ctx.Module("a"));
+    EXPECT_NE(ctx.Node("/m:r/input"), nullptr);
 }
 
-TEST(CoupleAugment, EveryFailingAllocationLeavesAUsableContext)
+TEST(MissingInput, StaysForAnAugmentThatHasNoNodesLeft)
 {
-    std::string m = ModuleText("m", Container("c") + "<rpc name=\"r\"/>");
-    std::string a = ModuleText("a", Import("m") + Augment("/m:c", Leaf("p")) +
-                                        Augment("/m:r/m:input", Leaf("i")));
-    FailEachAllocation([&](FailPoint &memory) {
-        TestContext ctx;
-        ASSERT_EQ(ctx.Load(m), ZR_OK);
-        uint32_t status = memory.RunStatus([&] { return ctx.Load(a); });
-        if (status == ZR_OK && memory.Failed())
-            ZRS_NODE_CoupleAugmentNode(ctx.Module("a")->augments);
-    });
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("a", Import("m") + Augment("/m:r/m:input", "")), ZR_OK);
+    ASSERT_EQ(ctx.LoadBody("b", Import("m") + Augment("/m:r/m:input", Leaf("j"))), ZR_OK);
+    zr::UncoupleModuleAugments(ctx.Module("b"));
+    EXPECT_NE(ctx.Node("/m:r/input"), nullptr);
+    zr::UncoupleModuleAugments(ctx.Module("a"));
+    EXPECT_EQ(ctx.Node("/m:r/input"), nullptr);
 }
+
+TEST(MissingInput, TheStepsOfItsMakingRefuseWhatDoesNotFit)
+{
+    TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Rpc("r")), ZR_OK);
+    uint32_t kind = 0;
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:r", "inputs", &kind), nullptr);
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:none", "input", &kind), nullptr);
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, nullptr, "input", &kind), nullptr);
+    EXPECT_EQ(ZRS_NODE_GetAugRpcParentNodeAndChildType(ctx, "/m:r", "output", &kind),
+              ctx.Node("/m:r"));
+    EXPECT_EQ(kind, uint32_t{ZR_NODE_OUTPUT});
+    EXPECT_EQ(ZRS_NODE_UpdateTargetPathWithInputOutput(ctx, nullptr), nullptr);
+    EXPECT_EQ(ZRS_NODE_UpdateTargetPathWithInputOutput(ctx, "input"), nullptr);
+    EXPECT_EQ(ZRS_NODE_ConstructInputOutputNodeIfMatch(ctx, "/m:r", "x"), nullptr);
+}
+
+} // namespace
