@@ -1,15 +1,18 @@
 // What may stand as a name: identifiers, in every statement that gives one.
+#include "loader/statements/arguments.h"
+
 #include <string>
 
 #include "loader/loader_fixture.h"
+#include "schema/members/condition_records.h"
+
+namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 using zrtest::ModuleUnderTest;
 using zrtest::TempDir;
 using zrtest::TestContext;
-
-namespace {
 
 const char *const kNoIdentifiers[] = {
     "1a",   "-a",  ".a",         "a b",        " a",        "a:b",     "a/b",
@@ -134,31 +137,88 @@ TEST(Name, OfAnInstanceOrReferenceIsNotWhatThisIsAbout)
               ZR_OK);
 }
 
-TEST(LoadModuleByName, FindsNothingOutsideTheSearchDirectoriesOrByAPattern)
+const std::string kName64(64, 'n');
+const std::string kName65(65, 'n');
+
+struct Reference {
+    const char *keyword;
+    ZrsParseFunc parse;
+};
+
+const Reference kReferences[] = {{"if-feature", ZRS_LOADER_ParseIfFeature},
+                                 {"base", ZRS_LOADER_ParseIdentBase}};
+
+union ReferenceRecord {
+    ZrsIfFeature ifFeature;
+    ZrsIdentBase base;
+};
+
+std::string ReferenceXml(const Reference &row, const std::string &argument)
 {
-    TempDir dir;
-    TestContext ctx;
-    dir.Write("private/secret.yin", ModuleCalled("../private/secret"));
-    dir.Write("public/st1.yin", ModuleCalled("st*"));
-    ZR_CTX_SetSearchDir(ctx, (dir.path() + "/public").c_str());
-    for (const char *name : {"../private/secret", "st*", "st?", "st[1]"}) {
-        EXPECT_EQ(ZR_CTX_LoadModule(ctx, name), ZR_ERR_NOT_FOUND) << name;
-        EXPECT_THAT(ctx.Messages(name), ElementsAre("Module \"" + std::string(name) +
-                                                    "\" not found from search directories."));
+    return "<" + std::string(row.keyword) + " name='" + argument + "'/>";
+}
+
+TEST(Reference, ThatIsMalformedFails)
+{
+    for (const Reference &row : kReferences)
+        for (const std::string &text :
+             {std::string("a and b"), std::string("not a"), std::string(""), std::string(":a"),
+              std::string("x:"), std::string("x:a:b"), std::string(" a"), std::string("a "),
+              kName65, kName65 + ":a", "x:" + kName65}) {
+            ModuleUnderTest module;
+            ReferenceRecord record = {};
+            EXPECT_EQ(Parse(module, row.parse, ReferenceXml(row, text), &record), ZR_ERR_INVALID)
+                << text;
+            EXPECT_THAT(module.Messages(), ElementsAre("Failed to parse xpath \"" + text + "\"."));
+        }
+}
+
+TEST(Reference, TakesNamesOf64Characters)
+{
+    ModuleUnderTest module;
+    ZrsIdentBase base = {};
+    EXPECT_EQ(Parse(module, ZRS_LOADER_ParseIdentBase, "<base name='x:" + kName64 + "'/>", &base),
+              ZR_OK);
+    EXPECT_EQ(base.identityName, kName64);
+    ZRS_MDL_ClearIdentBase(module.dict(), &base);
+}
+
+TEST(Reference, WithAnUnknownPrefixFails)
+{
+    for (const Reference &row : kReferences) {
+        ModuleUnderTest module;
+        ReferenceRecord record = {};
+        EXPECT_EQ(Parse(module, row.parse, ReferenceXml(row, "q:a"), &record), ZR_ERR_INVALID);
+        EXPECT_THAT(module.Messages(), ElementsAre("Failed to find module by prefix \"q\"."));
     }
 }
 
-TEST(LoadModuleByName, FollowsNoImportOutOfTheSearchDirectories)
+TEST(Reference, WithoutAnArgumentFails)
 {
-    TempDir dir;
-    TestContext ctx(ZR_CTX_LOAD_IMPORTS);
-    dir.Write("private/secret.yin", ModuleCalled("../private/secret"));
-    dir.Write("public/m.yin", zrtest::ModuleText("m", "<import module='../private/secret'>"
-                                                      "<prefix value='s'/></import>"));
-    ZR_CTX_SetSearchDir(ctx, (dir.path() + "/public").c_str());
-    EXPECT_EQ(ZR_CTX_LoadModule(ctx, "m"), ZR_ERR_NOT_FOUND);
-    EXPECT_THAT(ctx.Messages("../private/secret"),
-                ElementsAre("Module \"../private/secret\" not found from search directories."));
+    for (const Reference &row : kReferences) {
+        ModuleUnderTest module;
+        ReferenceRecord record = {};
+        EXPECT_EQ(Parse(module, row.parse, "<" + std::string(row.keyword) + "/>", &record),
+                  ZR_ERR_INVALID);
+        EXPECT_THAT(module.Messages(), ElementsAre("Failed to get value of statement \"" +
+                                                   std::string(row.keyword) + "\"."));
+    }
+}
+
+TEST(Reference, FailsWith12WhenItsNamesCannotBeKept)
+{
+    for (const Reference &row : kReferences) {
+        ModuleUnderTest module;
+        zrtest::AllocGuard guard;
+        ReferenceRecord record = {};
+        guard.FailAt(0);
+        EXPECT_EQ(Parse(module, row.parse, ReferenceXml(row, "new-name"), &record),
+                  ZR_ERR_NO_MEMORY);
+        guard.Stop();
+        EXPECT_THAT(module.Messages(),
+                    ElementsAre("Failed to parse value \"new-name\" of statement \"" +
+                                std::string(row.keyword) + "\"."));
+    }
 }
 
 } // namespace
