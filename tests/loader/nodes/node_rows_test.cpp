@@ -1,148 +1,214 @@
-#include "loader/nodes/node_rows.h"
-#include "loader/statements/statements.h"
+// Which statements may stand in a schema node, and how often: the tables of sub-statements of
+// RFC 7950, sections 7.5 to 7.17, tried on modules that are loaded.
+#include <gmock/gmock.h>
 
-#include <gtest/gtest.h>
-
+#include <iterator>
+#include <map>
+#include <sstream>
 #include <string>
+#include <vector>
 
-#include "platform/memory.h"
-#include "schema/nodes/node.h"
+#include "support/context.h"
+#include "support/schema_dump.h"
 
 namespace {
 
-struct KindRows {
-    uint32_t kind;
-    // Keyword and kind of row: u at most once, a an array, r any number.
-    const char *rows;
-};
+using testing::Contains;
+using testing::IsEmpty;
+using zrtest::TestContext;
 
-const KindRows kRows[] = {
-    {ZR_NODE_UNKNOWN, ""},
-    {ZR_NODE_CONTAINER,
-     "when u, if-feature a, must a, presence u, config u, status u, description u, container r, "
-     "leaf r, leaf-list r, list r, choice r, anydata r, anyxml r, action r, notification r, "
-     "extension-instance a"},
-    {ZR_NODE_LEAF,
-     "when u, if-feature a, type u, must a, default u, config u, mandatory u, status u, "
-     "description u, extension-instance a, units u"},
-    {ZR_NODE_LEAF_LIST,
-     "when u, if-feature a, type u, must a, default a, config u, ordered-by u, status u, "
-     "description u, extension-instance a, units u"},
-    {ZR_NODE_LIST,
-     "when u, if-feature a, must a, key u, config u, ordered-by u, status u, description u, "
-     "container r, leaf r, leaf-list r, list r, choice r, anydata r, anyxml r, action r, "
-     "notification r, extension-instance a"},
-    {ZR_NODE_CHOICE,
-     "when u, if-feature a, default u, config u, mandatory u, status u, description u, choice r, "
-     "container r, leaf r, leaf-list r, list r, anydata r, anyxml r, case r, "
-     "extension-instance a"},
-    {ZR_NODE_CASE,
-     "when u, if-feature a, status u, description u, container r, leaf r, leaf-list r, list r, "
-     "choice r, anydata r, anyxml r, extension-instance a"},
-    {ZR_NODE_ANYDATA,
-     "when u, if-feature a, must a, config u, mandatory u, status u, description u, "
-     "extension-instance a"},
-    {ZR_NODE_ANYXML,
-     "when u, if-feature a, must a, config u, mandatory u, status u, description u, "
-     "extension-instance a"},
-    {ZR_NODE_ACTION,
-     "if-feature a, status u, description u, input u, output u, extension-instance a"},
-    {ZR_NODE_RPC, "if-feature a, status u, description u, input u, output u, extension-instance a"},
-    {ZR_NODE_NOTIFICATION,
-     "if-feature a, must a, status u, description u, container r, leaf r, leaf-list r, list r, "
-     "choice r, anydata r, anyxml r, extension-instance a"},
-    {ZR_NODE_INPUT,
-     "must a, container r, leaf r, leaf-list r, list r, choice r, anydata r, anyxml r, "
-     "extension-instance a"},
-    {ZR_NODE_OUTPUT,
-     "must a, container r, leaf r, leaf-list r, list r, choice r, anydata r, anyxml r, "
-     "extension-instance a"},
-    {ZR_NODE_AUGMENT,
-     "when u, if-feature a, status u, description u, container r, leaf r, leaf-list r, list r, "
-     "choice r, anydata r, anyxml r, case r, action r, notification r"},
-    {15, ""},
-    {UINT32_MAX, ""},
-};
-
-const char *Letter(const ZrsSubElem &row)
+std::vector<std::string> Words(const std::string &text)
 {
-    if ((row.flags & ZRS_ROW_ARRAY) != 0)
-        return " a";
-    return (row.flags & ZRS_ROW_UNIQUE) != 0 ? " u" : " r";
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
 }
 
-TEST(NodeRows, AreThoseOfEachKindInTheirOrder)
+// A node in its module, "%" stands for what is tried in it; the statements that its section lists
+// as 0..1, and as 0..n.
+struct Parent {
+    const char *keyword, *body, *once, *many;
+};
+
+const Parent kParents[] = {
+    {"container", "<container name='n'>%</container>", "config description presence status when",
+     "action anydata anyxml choice container if-feature leaf leaf-list list must notification"},
+    {"leaf", "<leaf name='n'><type name='string'/>%</leaf>",
+     "config default description mandatory status units when", "if-feature must"},
+    {"leaf-list", "<leaf-list name='n'><type name='string'/>%</leaf-list>",
+     "config description ordered-by status units when", "default if-feature must"},
+    {"list", "<list name='n'><leaf name='k'><type name='string'/></leaf>%</list>",
+     "config description key ordered-by status when",
+     "action anydata anyxml choice container if-feature leaf leaf-list list must notification"},
+    {"choice", "<choice name='n'>%</choice>", "config default description mandatory status when",
+     "anydata anyxml case choice container if-feature leaf leaf-list list"},
+    {"case", "<choice name='c'><case name='n'>%</case></choice>", "description status when",
+     "anydata anyxml choice container if-feature leaf leaf-list list"},
+    {"anydata", "<anydata name='n'>%</anydata>", "config description mandatory status when",
+     "if-feature must"},
+    {"anyxml", "<anyxml name='n'>%</anyxml>", "config description mandatory status when",
+     "if-feature must"},
+    {"rpc", "<rpc name='n'>%</rpc>", "description input output status", "if-feature"},
+    {"action", "<container name='c'><action name='n'>%</action></container>",
+     "description input output status", "if-feature"},
+    {"input", "<rpc name='n'><input>%</input></rpc>", "",
+     "anydata anyxml choice container leaf leaf-list list must"},
+    {"output", "<rpc name='n'><output>%</output></rpc>", "",
+     "anydata anyxml choice container leaf leaf-list list must"},
+    {"notification", "<notification name='n'>%</notification>", "description status",
+     "anydata anyxml choice container if-feature leaf leaf-list list must"},
+    {"augment", "<container name='t'/><augment target-node='/m:t'>%</augment>",
+     "description status when",
+     "action anydata anyxml case choice container if-feature leaf leaf-list list notification"},
+};
+
+// Each statement that stands in one of the tables; "#" tells the second from the first.
+const std::map<std::string, std::string> kStatements = {
+    {"action", "<action name='a#'/>"},
+    {"anydata", "<anydata name='a#'/>"},
+    {"anyxml", "<anyxml name='a#'/>"},
+    {"case", "<case name='a#'/>"},
+    {"choice", "<choice name='a#'/>"},
+    {"config", "<config value='false'/>"},
+    {"container", "<container name='a#'/>"},
+    {"default", "<default value='a#'/>"},
+    {"description", "<description><text>a#</text></description>"},
+    {"if-feature", "<if-feature name='f#'/>"},
+    {"input", "<input/>"},
+    {"key", "<key value='k'/>"},
+    {"leaf", "<leaf name='a#'><type name='string'/></leaf>"},
+    {"leaf-list", "<leaf-list name='a#'><type name='string'/></leaf-list>"},
+    {"list", "<list name='a#'/>"},
+    {"mandatory", "<mandatory value='true'/>"},
+    {"must", "<must condition='1 = #'/>"},
+    {"notification", "<notification name='a#'/>"},
+    {"ordered-by", "<ordered-by value='user'/>"},
+    {"output", "<output/>"},
+    {"presence", "<presence value='a#'/>"},
+    {"status", "<status value='deprecated'/>"},
+    {"units", "<units name='a#'/>"},
+    {"when", "<when condition='1 = #'/>"},
+};
+
+// Those of the tables that prepared YIN has expanded, and those of which a schema keeps nothing.
+const char *const kNotRead[] = {
+    "<grouping name='g'><leaf name='x'/></grouping>",
+    "<uses name='g'/>",
+    "<typedef name='t'><type name='string'/></typedef>",
+    "<reference><text>RFC 7950</text></reference>",
+    "<min-elements value='1'/>",
+    "<max-elements value='2'/>",
+    "<unique tag='k'/>",
+};
+
+std::string Statement(const std::string &keyword, const std::string &number)
 {
-    for (const KindRows &expected : kRows) {
-        ZrNode *node = ZRS_NODE_New(expected.kind <= ZR_NODE_AUGMENT ? expected.kind : 0);
-        zr::NodeWork work = {};
-        work.node = node;
-        std::string text;
-        for (const zr::NodeRow &row : zr::NodeRows(expected.kind)) {
-            ZrsSubElem made = row.make(row.statement, &work);
-            EXPECT_EQ(made.statement, row.statement);
-            text += text.empty() ? "" : ", ";
-            text += ZRS_LOADER_GetKeywordByStmt(row.statement) + std::string(Letter(made));
+    std::string text = kStatements.at(keyword);
+    if (size_t at = text.find('#'); at != std::string::npos)
+        text.replace(at, 1, number);
+    return text;
+}
+
+struct Loaded {
+    uint32_t status;
+    std::vector<std::string> messages;
+    std::string schema;
+};
+
+Loaded Load(const Parent &parent, const std::string &statements)
+{
+    std::string body = parent.body;
+    body.replace(body.find('%'), 1, statements);
+    TestContext ctx(ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS);
+    uint32_t status = ctx.LoadBody("m", "<feature name='f1'/><feature name='f2'/>" + body);
+    return {status, ctx.Messages(), zrtest::DumpContext(ctx)};
+}
+
+TEST(SchemaNode, KeepsTheStatementsThatMayStandInItAndPassesOverTheOthers)
+{
+    for (const Parent &parent : kParents) {
+        const std::string without = Load(parent, "").schema;
+        std::vector<std::string> taken = Words(parent.once + std::string(" ") + parent.many);
+        for (const auto &[keyword, text] : kStatements) {
+            SCOPED_TRACE(keyword + " in " + parent.keyword);
+            Loaded loaded = Load(parent, Statement(keyword, "1"));
+            EXPECT_EQ(loaded.status, ZR_OK);
+            EXPECT_THAT(loaded.messages, IsEmpty());
+            bool takes = testing::Value(taken, Contains(keyword));
+            EXPECT_EQ(loaded.schema != without, takes) << loaded.schema;
         }
-        EXPECT_EQ(text, expected.rows) << expected.kind;
-        zr::Free(node->info);
-        zr::Free(node);
     }
 }
 
-ZrsSubElem RowOf(zr::NodeWork *work, uint32_t statement)
+TEST(SchemaNode, RefusesASecondStatementWhereOneMayStand)
 {
-    for (const zr::NodeRow &row : zr::NodeRows(work->node->kind))
-        if (row.statement == statement)
-            return row.make(statement, work);
-    ADD_FAILURE() << statement;
-    return {};
+    for (const Parent &parent : kParents)
+        for (const std::string &keyword : Words(parent.once)) {
+            Loaded loaded = Load(parent, Statement(keyword, "1") + Statement(keyword, "2"));
+            EXPECT_EQ(loaded.status, ZR_ERR_FAILED);
+            EXPECT_THAT(loaded.messages,
+                        Contains("Statement \"" + keyword + "\" under statement \"" +
+                                 parent.keyword + "\" has repeated."));
+            EXPECT_EQ(loaded.schema, "");
+        }
 }
 
-TEST(NodeRows, PointIntoTheNode)
+TEST(SchemaNode, TakesOneTypeIfItIsALeafOrLeafList)
 {
-    ZrNode node = {};
-    node.kind = ZR_NODE_LIST;
-    zr::NodeWork work = {};
-    work.node = &node;
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_WHEN).destination, &node.when);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_DESCRIPTION).destination, &node.description);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_CONFIG).destination, &node.flags);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_ORDERED_BY).destination, &node.flags);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_KEY).destination, &work.keyText);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_LEAF).destination, &node);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_IF_FEATURE).destination, &node.ifFeatures);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_IF_FEATURE).arrayCount, &node.ifFeatureCount);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_IF_FEATURE).elementSize, sizeof(ZrsIfFeature));
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_MUST).destination, &node.musts);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_MUST).arrayCount, &node.mustCount);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_MUST).elementSize, sizeof(ZrsMust));
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_EXTENSION_INSTANCE).destination, &node);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_EXTENSION_INSTANCE).elementSize, sizeof(ZrsExtInst));
+    for (const std::string keyword : {"leaf", "leaf-list"}) {
+        const std::string body = "<" + keyword + " name='n'>%</" + keyword + ">";
+        const Parent parent = {keyword.c_str(), body.c_str(), "", ""};
+        const std::string type = "<type name='string'/>";
+        EXPECT_EQ(Load(parent, type).status, ZR_OK);
+        EXPECT_THAT(Load(parent, "").messages,
+                    Contains(keyword + " \"n\" must define with type statement."));
+        EXPECT_THAT(
+            Load(parent, type + type).messages,
+            Contains("Statement \"type\" under statement \"" + keyword + "\" has repeated."));
+    }
+    for (const Parent &parent : kParents)
+        if (!std::string(parent.keyword).starts_with("leaf")) {
+            EXPECT_EQ(Load(parent, "<type name='string'/>").schema, Load(parent, "").schema)
+                << parent.keyword;
+        }
 }
 
-TEST(NodeRows, PointIntoTheInformationOfTheKind)
+TEST(SchemaNode, KeepsEachStatementWhereManyMayStand)
 {
-    ZrsLeafInfo leafInfo = {};
-    ZrsLeafListInfo leafListInfo = {};
-    ZrsChoiceInfo choiceInfo = {};
-    ZrNode node = {};
-    zr::NodeWork work = {};
-    work.node = &node;
-    node.kind = ZR_NODE_LEAF;
-    node.info = &leafInfo;
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_TYPE).destination, &leafInfo.realType);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_DEFAULT).destination, &leafInfo.defaultValue);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_UNITS).destination, &leafInfo.units);
-    node.kind = ZR_NODE_LEAF_LIST;
-    node.info = &leafListInfo;
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_TYPE).destination, &leafListInfo.realType);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_DEFAULT).destination, &leafListInfo.defaults);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_DEFAULT).arrayCount, &leafListInfo.defaultCount);
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_UNITS).destination, &leafListInfo.units);
-    node.kind = ZR_NODE_CHOICE;
-    node.info = &choiceInfo;
-    EXPECT_EQ(RowOf(&work, ZRS_STMT_DEFAULT).destination, &choiceInfo.defaultCase);
+    for (const Parent &parent : kParents)
+        for (const std::string &keyword : Words(parent.many)) {
+            SCOPED_TRACE(keyword + " in " + parent.keyword);
+            std::string one = Load(parent, Statement(keyword, "1")).schema;
+            Loaded two = Load(parent, Statement(keyword, "1") + Statement(keyword, "2"));
+            EXPECT_EQ(two.status, ZR_OK);
+            EXPECT_THAT(two.messages, IsEmpty());
+            EXPECT_GT(two.schema.size(), one.size()) << two.schema;
+        }
+}
+
+TEST(SchemaNode, PassesOverWhatWasExpandedOrSaysNothingToASchema)
+{
+    for (const Parent &parent : kParents) {
+        const std::string without = Load(parent, "").schema;
+        for (const char *statement : kNotRead) {
+            SCOPED_TRACE(std::string(statement) + " in " + parent.keyword);
+            Loaded loaded = Load(parent, statement + std::string(statement));
+            EXPECT_EQ(loaded.status, ZR_OK);
+            EXPECT_THAT(loaded.messages, IsEmpty());
+            EXPECT_EQ(loaded.schema, without);
+        }
+    }
+}
+
+TEST(SchemaNode, KeepsInstancesOfExtensionsUnlessItIsAnAugment)
+{
+    const std::string instance = "<m:tag xmlns:m='urn:m'/>";
+    for (const Parent &parent : kParents) {
+        SCOPED_TRACE(parent.keyword);
+        std::string none = Load(parent, "").schema;
+        Loaded two = Load(parent, instance + instance);
+        EXPECT_EQ(two.status, ZR_OK);
+        EXPECT_EQ(two.schema == none, parent.keyword == std::string("augment")) << two.schema;
+    }
 }
 
 } // namespace
