@@ -3,8 +3,6 @@
 #include <libxml/parser.h>
 #include <sys/stat.h>
 
-#include <cstring>
-
 #include "data/element.h"
 #include "data/phases.h"
 #include "data/schema.h"
@@ -518,41 +516,6 @@ TEST_F(EntryTest, GivesStatusAndRecordForNull)
     EXPECT_EQ(ZR_CTX_ValidateNotifDataTreeWithError(schema_, Data("event").c_str(), nullptr,
                                                     nullptr, nullptr),
               ZR_OK);
-}
-
-// A run
-
-TEST_F(EntryTest, RunWantsATopElement)
-{
-    CheckRun run(schema_, ZRD_MODE_RPC);
-    EXPECT_EQ(ZRD_PAS_ValidateDataTree(run, nullptr), ZR_ERR_INVALID);
-}
-
-TEST_F(EntryTest, RunStartsEmpty)
-{
-    int userData = 0;
-    auto callback = [](void *, void *) {};
-    ZrdCheckAux check;
-    std::memset(static_cast<void *>(&check), 0xff, sizeof(check));
-    ZRD_PAS_InitCheckAux(&check, schema_, ZRD_MODE_NOTIF, callback, &userData);
-    EXPECT_EQ(check.ctx, schema_.get());
-    EXPECT_EQ(check.mode, ZRD_MODE_NOTIF);
-    EXPECT_EQ(check.root, nullptr);
-    EXPECT_EQ(check.actionElement, nullptr);
-    EXPECT_EQ(check.error, nullptr);
-    EXPECT_EQ(check.defaults.next, &check.defaults);
-    EXPECT_EQ(check.defaults.prev, &check.defaults);
-    EXPECT_NE(check.callback, nullptr);
-    EXPECT_EQ(check.userData, &userData);
-}
-
-TEST_F(EntryTest, RunTakesTheTopsParentForItsRoot)
-{
-    Document document(Data("op"));
-    CheckRun run(schema_, ZRD_MODE_RPC);
-    EXPECT_EQ(ZRD_PAS_ValidateDataTree(run, document.top()), ZR_OK);
-    EXPECT_EQ(run->root, reinterpret_cast<xmlNode *>(document.get()));
-    EXPECT_EQ(run->defaults.next->next, &run->defaults);
 }
 
 } // namespace

@@ -296,4 +296,279 @@ TEST(MountPoint, EndsTheRunOfActionDataWithSuccess)
                     "Invalid element order between a and mounted.", "a"));
 }
 
+const std::string kLeaves = Leaf("a", "string") + Leaf("b", "string") + Leaf("c", "string");
+const std::string kChoice = "<choice name=\"way\"><case name=\"one\">" + Leaf("one-a", "string") +
+                            List("one-list", "k", Leaf("k", "string")) + "</case>" +
+                            Leaf("two", "string") + "</choice>";
+const std::string kAll = kLeaves + List("l", "k", Leaf("k", "string") + kLeaves) +
+                         "<leaf-list name=\"ll\"><type name=\"string\"/></leaf-list>" +
+                         Container("box", kLeaves) + kChoice;
+const std::string kEverywhere = Rpc("op", Input(kAll)) + Notification("event", kAll) +
+                                Container("state", kAll + "<action name=\"act\"><input>" + kAll +
+                                                       "</input></action><action name=\"other\"/>");
+
+class StructureTest : public ::testing::Test {
+protected:
+    Record Rpc(const std::string &content) { return RpcRecord(schema_, Data("op", content)); }
+    Record State(const std::string &content) { return RpcRecord(schema_, Data("state", content)); }
+    uint32_t Event(const std::string &content)
+    {
+        return ValidateNotif(schema_, Data("event", content)).status;
+    }
+
+    Schema schema_{kEverywhere};
+};
+
+// Order
+
+TEST_F(StructureTest, TakesElementsInSchemaOrderWithGaps)
+{
+    EXPECT_EQ(Rpc("<a/><c/><l><k>1</k><b/></l><l><k>2</k></l><ll/><ll/><box/><one-a/>"), Valid());
+}
+
+TEST_F(StructureTest, RefusesAnotherOrderInAnRpcAndTakesItInANotification)
+{
+    EXPECT_EQ(Rpc("<b/><a/>"), Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/a",
+                                     "Invalid element order between a and b.", "a"));
+    EXPECT_EQ(Event("<b/><a/>"), ZR_OK);
+}
+
+TEST_F(StructureTest, ComparesWithThePrecedingSiblingAlone)
+{
+    EXPECT_EQ(Rpc("<l><k/></l><c/>"), Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/c",
+                                            "Invalid element order between c and l.", "c"));
+    EXPECT_EQ(Rpc("<l><k/></l><ll/><l><k/></l>"),
+              // Its keys are not matched yet, so the path does not show them.
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/l",
+                    "Invalid element order between l and ll.", "l"));
+}
+
+TEST_F(StructureTest, ChecksTheOrderBelowContainersAndListEntriesToo)
+{
+    EXPECT_EQ(Rpc("<box><c/><b/></box>"), Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/box/b",
+                                                "Invalid element order between b and c.", "b"));
+    EXPECT_EQ(Rpc("<l><a/><k>1</k></l>"),
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/l[k='1']/k",
+                    "Invalid element order between k and a.", "k"));
+}
+
+TEST_F(StructureTest, ChecksTheOrderThroughCases)
+{
+    EXPECT_EQ(Rpc("<one-a/><box/>"), Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/box",
+                                           "Invalid element order between box and one-a.", "box"));
+    EXPECT_EQ(Rpc("<one-list><k>1</k></one-list><one-a/>"),
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/one-a",
+                    "Invalid element order between one-a and one-list.", "one-a"));
+}
+
+TEST_F(StructureTest, IsNotMisledByBlanksAndCommentsBetweenElements)
+{
+    EXPECT_EQ(Rpc("\n  <b/>\n  <!-- c -->\n  <a/>\n"),
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/a",
+                    "Invalid element order between a and b.", "a"));
+}
+
+TEST_F(StructureTest, ChecksOrderAndCasesInsideTheActionOnly)
+{
+    EXPECT_EQ(State("<b/><a/><two/><one-a/><act/>"), Valid());
+    EXPECT_EQ(State("<act><b/><a/></act>"),
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:state/act/a",
+                    "Invalid element order between a and b.", "a"));
+    EXPECT_EQ(State("<act><one-a/><two/></act>"),
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:state/act/two",
+                    "Data for more than one case branch of a choice is present.", "two"));
+    // The action element is behind: what follows is data around it again.
+    EXPECT_EQ(State("<act/><box><b/><a/></box>"), Valid());
+}
+
+TEST_F(StructureTest, DoesNotCheckTheOrderOfDifferentModules)
+{
+    ASSERT_EQ(schema_.LoadBody("n", "<import module=\"m\"><prefix value=\"m\"/></import>"
+                                    "<augment target-node=\"/m:op/m:input\">" +
+                                        Leaf("x", "string") + "</augment>"),
+              ZR_OK);
+    EXPECT_EQ(Rpc("<x xmlns=\"urn:n\"/><a/>"), Valid());
+    // The element of the other module parts the two.
+    EXPECT_EQ(Rpc("<b/><x xmlns=\"urn:n\"/><a/>"), Valid());
+}
+
+TEST_F(StructureTest, PassesOverDisabledNodesInTheOrder)
+{
+    Schema schema("<feature name=\"f\"/>" +
+                  zrtest::Rpc("op", Input(Leaf("a", "string") +
+                                          Leaf("b", "string", "<if-feature name=\"f\"/>") +
+                                          Leaf("c", "string"))));
+    ASSERT_EQ(schema.status, ZR_OK);
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<b/><a/>")), Valid());
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<c/><a/>")),
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/a",
+                    "Invalid element order between a and c.", "a"));
+    ZR_MOD_EnableFeature(schema.Module("m"), "f");
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<b/><a/>")),
+              Fault(ZR_ERROR_TAG_MISSING_ELEMENT, "-", "/m:op/a",
+                    "Invalid element order between a and b.", "a"));
+}
+
+// Instances
+
+TEST_F(StructureTest, RefusesTheSecondInstanceOfASingleNode)
+{
+    EXPECT_EQ(Rpc("<a/><a/>"),
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/a", "Unexpected element: a.", "a"));
+    EXPECT_EQ(Rpc("<box/><box/>"), Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/box",
+                                         "Unexpected element: box.", "box"));
+    EXPECT_EQ(Rpc("<a/><b/><a/>"),
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/a", "Unexpected element: a.", "a"));
+    EXPECT_EQ(Rpc("<one-a/><one-a/>"), Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/one-a",
+                                             "Unexpected element: one-a.", "one-a"));
+    EXPECT_EQ(Event("<a/><a/>"), ZR_ERR_INVALID);
+}
+
+TEST_F(StructureTest, TakesManyEntriesOfListsAndLeafLists)
+{
+    EXPECT_EQ(Rpc("<l><k/></l><l><k/></l><ll/><ll/><one-list><k/></one-list>"
+                  "<one-list><k/></one-list>"),
+              Valid());
+}
+
+TEST_F(StructureTest, DoesNotCompareTopElements)
+{
+    Document document(Data("op"));
+    xmlNode *second = xmlCopyNode(document.top(), 1);
+    xmlAddSibling(document.top(), second);
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    run->root = document.top()->parent;
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), ZR_OK);
+    ASSERT_EQ(ZRD_PAS_FlushTreeWithSchema(run, second), ZR_OK);
+    EXPECT_EQ(ZRD_PAS_CheckMultipleInstanceNode(run, second), ZR_OK);
+}
+
+TEST_F(StructureTest, ComparesWithAllSiblingsWhenAskedAlone)
+{
+    Document document(Data("op", "<a/><b/><a/>"));
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    run->root = document.top()->parent;
+    ZrNode *a = schema_.Node("/m:op/input/a");
+    document.top()->children->_private = a;
+    document.top()->last->_private = a;
+    EXPECT_EQ(ZRD_PAS_CheckMultipleInstanceNode(run, document.top()->children), ZR_ERR_INVALID);
+    // No parent schema node, so that the path shows the module of each step's namespace.
+    EXPECT_EQ(run.record(),
+              Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:op/a", "Unexpected element: a.", "a"));
+}
+
+// Cases
+
+TEST_F(StructureTest, RefusesDataOfTwoCasesInAnRpcAndTakesItInANotification)
+{
+    EXPECT_EQ(Rpc("<one-a/><two/>"),
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/two",
+                    "Data for more than one case branch of a choice is present.", "two"));
+    EXPECT_EQ(Rpc("<one-list><k/></one-list><two/>"),
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/two",
+                    "Data for more than one case branch of a choice is present.", "two"));
+    EXPECT_EQ(Event("<one-a/><two/>"), ZR_OK);
+}
+
+TEST_F(StructureTest, TakesSeveralNodesOfOneCase)
+{
+    EXPECT_EQ(Rpc("<one-a/><one-list><k/></one-list>"), Valid());
+    EXPECT_EQ(Rpc("<two/>"), Valid());
+}
+
+TEST_F(StructureTest, ComparesCasesWithEverySiblingWhenAskedAlone)
+{
+    Document document(Data("op", "<two/><one-a/><one-list/>"));
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    run->root = document.top()->parent;
+    document.top()->_private = schema_.Node("/m:op");
+    document.Find("two")->_private = schema_.Node("/m:op/input/way/two");
+    document.Find("one-a")->_private = schema_.Node("/m:op/input/way/one/one-a");
+    document.Find("one-list")->_private = schema_.Node("/m:op/input/way/one/one-list");
+    EXPECT_EQ(ZRD_PAS_CheckMultiCases(run, document.Find("two")), ZR_OK);
+    EXPECT_EQ(ZRD_PAS_CheckMultiCases(run, document.Find("one-list")), ZR_ERR_INVALID);
+    EXPECT_EQ(run.record(),
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/one-list",
+                    "Data for more than one case branch of a choice is present.", "one-list"));
+}
+
+TEST_F(StructureTest, TellsTheChoicesOfOneLevelApart)
+{
+    Schema schema(zrtest::Rpc(
+        "op", Input("<choice name=\"x\"><case name=\"x1\">" + Leaf("x1a", "string") +
+                    "<choice name=\"y\"><case name=\"y1\">" + Leaf("y1a", "string") +
+                    "</case><case name=\"y2\">" + Leaf("y2a", "string") + "</case></choice>" +
+                    Leaf("x1b", "string") + "</case><case name=\"x2\">" + Leaf("x2a", "string") +
+                    "</case></choice>")));
+    ASSERT_EQ(schema.status, ZR_OK);
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<x1a/><y1a/><x1b/>")), Valid());
+    const char *kMessage = "Data for more than one case branch of a choice is present.";
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<y1a/><y2a/>")),
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/y2a", kMessage, "y2a"));
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<x1a/><y1a/><x2a/>")),
+              Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/x2a", kMessage, "x2a"));
+    // The innermost choice of each node counts.
+    EXPECT_EQ(RpcRecord(schema, Data("op", "<y1a/><x2a/>")), Valid());
+}
+
+// Actions
+
+TEST_F(StructureTest, TakesExactlyOneAction)
+{
+    EXPECT_EQ(State("<a/><act><a/></act>"), Valid());
+    EXPECT_EQ(State("<a/>"), Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/",
+                                   "Unexpected element: action.", "action"));
+    EXPECT_EQ(State("<act/><other/>"), Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/m:state/other",
+                                             "Unexpected element: other.", "other"));
+}
+
+TEST_F(StructureTest, RefusesAnActionOutsideOfActionDataWithoutARecord)
+{
+    Document document(Data("state", "<act/>"));
+    CheckRun run(schema_, ZRD_MODE_RPC);
+    document.Find("act")->_private = schema_.Node("/m:state/act");
+    EXPECT_EQ(ZRD_PAS_CheckActionNodeRepeat(run, document.Find("act")), ZR_ERR_INVALID);
+    EXPECT_EQ(run.record(), Record{});
+    run->mode |= ZRD_MODE_ACTION;
+    EXPECT_EQ(ZRD_PAS_CheckActionNodeExist(run), ZR_ERR_INVALID);
+    EXPECT_EQ(run.record(), Fault(ZR_ERROR_TAG_UNKNOWN_ELEMENT, "-", "/",
+                                  "Unexpected element: action.", "action"));
+    EXPECT_EQ(ZRD_PAS_CheckActionNodeRepeat(run, document.Find("act")), ZR_OK);
+    EXPECT_EQ(run->actionElement, document.Find("act"));
+    EXPECT_EQ(ZRD_PAS_CheckActionNodeExist(run), ZR_OK);
+}
+
+// Values
+
+TEST(InvalidValue, IsShownUpTo256CharactersAndCutBeyond)
+{
+    Schema schema(Rpc("op", Input("<leaf name=\"v\"><type name=\"string\"><length value=\"0..10\"/>"
+                                  "</type></leaf>")));
+    ASSERT_EQ(schema.status, ZR_OK);
+    for (size_t length : {11u, 256u, 257u, 300u}) {
+        std::string value(length, 'y');
+        std::string shown = length <= 256 ? value : std::string(253, 'y') + "...";
+        EXPECT_EQ(RpcRecord(schema, Data("op", "<v>" + value + "</v>")),
+                  Fault(ZR_ERROR_TAG_BAD_ELEMENT, "-", "/m:op/v",
+                        "v has invalid value " + shown + ".", "v"))
+            << length;
+    }
+}
+
+TEST(InvalidValue, IsTheStatusOfItsType)
+{
+    Schema schema(Rpc("op", Input(Leaf("n", "uint8") + Leaf("flag", "boolean"))));
+    struct {
+        const char *content;
+        uint32_t status;
+    } rows[] = {{"<n>256</n>", ZR_ERR_VALUE_RANGE},
+                {"<n/>", ZR_ERR_VALUE_RANGE},
+                {"<flag>yes</flag>", ZR_ERR_VALUE_BOOLEAN}};
+    for (const auto &row : rows) {
+        Document document(Data("op", row.content));
+        CheckRun run(schema, ZRD_MODE_RPC);
+        EXPECT_EQ(ZRD_PAS_FlushTreeWithSchema(run, document.top()), row.status) << row.content;
+    }
+}
+
 } // namespace

@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "data/element.h"
-#include "data/element_conditions.h"
 #include "data/schema.h"
-#include "model/node_record.h"
 #include "support/run.h"
 
 namespace {
@@ -137,37 +135,6 @@ TEST(Must, OfANotificationThatCannotBeEvaluatedFailsTheRun)
     Schema schema(Notification("event", Leaf("a", "string", Must("count(.)"))));
     ASSERT_EQ(schema.status, ZR_OK);
     EXPECT_EQ(ValidateNotif(schema, Data("event", "<a/>")).status, ZR_ERR_INVALID);
-}
-
-TEST(MustCond, GivesFalseOrTheEvaluatorsStatus)
-{
-    Schema schema(Rpc("op", Input(Leaf("a", "string"))));
-    Document document(Data("op", "<a>no</a>"));
-    document.Find("a")->_private = schema.Node("/m:op/input/a");
-    ZrsMust musts[2] = {{". = 'yes'", nullptr, nullptr}, {nullptr, nullptr, nullptr}};
-    ZrNode node = {};
-    for (uint32_t mode : {1u, 2u}) {
-        CheckRun run(nullptr, mode);
-        run->root = document.top()->parent;
-        EXPECT_EQ(ZRD_PAS_EvalDataNodeMustCond(run, document.top(), nullptr), ZR_OK);
-        node.musts = nullptr;
-        node.mustCount = 1;
-        EXPECT_EQ(ZRD_PAS_EvalDataNodeMustCond(run, document.top(), &node), ZR_OK);
-        node.musts = musts;
-        node.mustCount = 0;
-        EXPECT_EQ(ZRD_PAS_EvalDataNodeMustCond(run, document.top(), &node), ZR_OK);
-        node.mustCount = 2;
-        musts[0].condition = ". = 'yes'";
-        EXPECT_EQ(ZRD_PAS_EvalDataNodeMustCond(run, document.Find("a"), &node),
-                  uint32_t{ZR_XPATH_RESULT_FALSE});
-        EXPECT_EQ(run.record() == Record{},
-                  mode == ZRD_MODE_NOTIF); // a notification's leaves no record
-        musts[0].condition = ". = 'no'";   // the second has no condition
-        EXPECT_EQ(ZRD_PAS_EvalDataNodeMustCond(run, document.Find("a"), &node), ZR_ERR_INVALID);
-        musts[0].condition = "count(.)";
-        EXPECT_EQ(ZRD_PAS_EvalDataNodeMustCond(run, document.Find("a"), &node),
-                  uint32_t{ZR_XPATH_ERR_UNKNOWN_FUNCTION});
-    }
 }
 
 TEST(MustPass, WithoutAnInputEvaluatesNothing)

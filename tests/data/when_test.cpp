@@ -93,29 +93,6 @@ TEST(When, IsAFaultInARequestAndTakesTheElementOutOfANotification)
     }
 }
 
-TEST(When, OfInputAndOutputIsNeverAsked)
-{
-    Schema schema("<rpc name=\"op\"><input>" + Leaf("a", "string") + "</input></rpc>");
-    ASSERT_EQ(schema.status, ZR_OK);
-    // YANG has no "when" there; an augment's may be inherited.
-    CheckRun run(schema, ZRD_MODE_RPC);
-    Document document(Data("op"));
-    run->root = document.top()->parent;
-    for (uint32_t kind :
-         {ZR_NODE_ACTION, ZR_NODE_RPC, ZR_NODE_NOTIFICATION, ZR_NODE_INPUT, ZR_NODE_OUTPUT}) {
-        ZrNode node = {};
-        node.kind = kind;
-        node.when = "false"; // a child of that name, which is not there
-        document.top()->_private = &node;
-        uint32_t pass = 2;
-        EXPECT_EQ(ZRD_PAS_EvalDataNodeWhenCond(run, document.top(), &pass), ZR_OK);
-        EXPECT_EQ(pass, 1u) << kind;
-        node.kind = ZR_NODE_CONTAINER;
-        EXPECT_EQ(ZRD_PAS_EvalDataNodeWhenCond(run, document.top(), &pass), ZR_OK);
-        EXPECT_EQ(pass, 0u);
-    }
-}
-
 TEST(When, TakesBackADefaultWithTheContainersAddedForIt)
 {
     Schema schema(

@@ -23,6 +23,14 @@ std::vector<int> Numbers(const ZrListLink &head)
     return numbers;
 }
 
+std::vector<int> NumbersBackwards(const ZrListLink &head)
+{
+    std::vector<int> numbers;
+    for (const Item &item : zr::ItemsBackwards<Item>(&head))
+        numbers.push_back(item.number);
+    return numbers;
+}
+
 class List : public testing::Test {
 protected:
     List() { zr::InitList(&head_); }
@@ -96,6 +104,23 @@ TEST_F(List, IsTheSameReadBackwards)
     EXPECT_EQ(three_.link.prev, &two_.link);
     EXPECT_EQ(two_.link.prev, &one_.link);
     EXPECT_EQ(one_.link.prev, &head_);
+}
+
+TEST(ItemsBackwards, ComeFromTheLastToTheFirst)
+{
+    ZrListLink head;
+    zr::InitList(&head);
+    Item items[] = {{{}, 1}, {{}, 2}, {{}, 3}};
+    for (Item &item : items)
+        zr::PushBack(&head, &item.link);
+    EXPECT_THAT(NumbersBackwards(head), ElementsAre(3, 2, 1));
+}
+
+TEST(ItemsBackwards, AreNoneInAnEmptyList)
+{
+    ZrListLink head;
+    zr::InitList(&head);
+    EXPECT_THAT(NumbersBackwards(head), IsEmpty());
 }
 
 } // namespace

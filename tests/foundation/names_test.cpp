@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <zrschema/names.h>
+#include <zrschema/version.h>
 
 #include <set>
 #include <string>
@@ -108,6 +109,18 @@ TEST(Names, TheFieldsOfAnErrorRecordHaveTheNamesOfNetconf)
     EXPECT_STREQ(ZR_GetErrorTagName(ZR_ERROR_TAG_MALFORMED_MESSAGE), "malformed-message");
     EXPECT_STREQ(ZR_GetErrorTagName(0), "unknown");
     EXPECT_STREQ(ZR_GetErrorTagName(ZR_ERROR_TAG_MALFORMED_MESSAGE + 1), "unknown");
+}
+
+TEST(Version, OfTheHeadersIsWrittenOnceAsNumbersAndOnceAsText)
+{
+    EXPECT_EQ(std::string(ZR_VERSION_STRING), std::to_string(ZR_VERSION_MAJOR) + "." +
+                                                  std::to_string(ZR_VERSION_MINOR) + "." +
+                                                  std::to_string(ZR_VERSION_PATCH));
+}
+
+TEST(Version, OfTheLibraryIsThatOfTheHeadersItWasBuiltWith)
+{
+    EXPECT_STREQ(ZR_GetVersion(), ZR_VERSION_STRING);
 }
 
 } // namespace

@@ -3,20 +3,14 @@
 #include "foundation/load_errors.h"
 #include "foundation/relations.h"
 #include "foundation/statement_ids.h"
-#include "loader/module_sets.h"
 #include "loader/pipeline.h"
-#include "model/context.h"
 #include "schema/coupling_fixture.h"
-#include "schema/module/module.h"
+
+namespace {
 
 using namespace zrtest;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-namespace {
-
-constexpr uint32_t kSets = 600;
-constexpr uint32_t kFlags = ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS;
 
 bool HasRelation(TestContext &ctx, const char *target, uint32_t kind, const char *other)
 {
@@ -24,39 +18,11 @@ bool HasRelation(TestContext &ctx, const char *target, uint32_t kind, const char
                                       ctx.Module(other)->name) != nullptr;
 }
 
-std::string LoadInOrder(const ModuleSet &set, const std::vector<std::string> &order)
-{
-    TestContext ctx(kFlags);
-    for (const std::string &name : order)
-        EXPECT_EQ(ctx.Load(set.texts.at(name)), ZR_OK) << name;
-    return DumpContext(ctx);
-}
-
-std::vector<ZrNode *> AllAugments(const ZrCtx *ctx)
-{
-    std::vector<ZrNode *> augments;
-    for (const ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module)) {
-        for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
-            augments.push_back(augment);
-    }
-    return augments;
-}
-
-void CoupleAllModules(const ZrCtx *ctx)
-{
-    for (ZrMod *module = zr::FirstModule(ctx); module != nullptr;
-         module = zr::NextModule(ctx, module))
-        zr::CoupleModuleAugments(module);
-}
-
 const ZrtConsDerived *DerivedOf(const ZrNode *leaf)
 {
     const auto *info = static_cast<const ZrsLeafInfo *>(leaf->info);
     return static_cast<const ZrtConsDerived *>(info->realType.constraints[0].body);
 }
-
-} // namespace
 
 TEST(CouplingRelations, AreRecordedWhetherOrNotTheTargetIsThere)
 {
@@ -253,79 +219,4 @@ TEST(CoupleModPendTblAndCurMod, HappensAlsoWhenAnImportCannotBeLoaded)
     EXPECT_THAT(ctx.Messages("a"), IsEmpty());
 }
 
-TEST(ModuleSets, HoldWhatTheyAreMadeFor)
-{
-    ModuleSet sum;
-    for (uint32_t seed = 0; seed < kSets; ++seed) {
-        ModuleSet set = MakeModuleSet(seed);
-        sum.augmentsOnAugments += set.augmentsOnAugments;
-        sum.deviationsOnAugmented += set.deviationsOnAugmented;
-        sum.sharedNodes += set.sharedNodes;
-        sum.madeInputs += set.madeInputs;
-        sum.notSupported += set.notSupported;
-        sum.changedConfig += set.changedConfig;
-        sum.deniedByDeviation += set.deniedByDeviation;
-    }
-    EXPECT_GT(sum.augmentsOnAugments, 500);
-    EXPECT_GT(sum.deviationsOnAugmented, 500);
-    EXPECT_GT(sum.sharedNodes, 100);
-    EXPECT_GT(sum.madeInputs, 200);
-    EXPECT_GT(sum.notSupported, 200);
-    EXPECT_GT(sum.changedConfig, 500);
-    EXPECT_GT(sum.deniedByDeviation, 200);
-}
-
-TEST(LoadOrder, DoesNotChangeTheSchema)
-{
-    for (uint32_t seed = 0; seed < kSets; ++seed) {
-        ModuleSet set = MakeModuleSet(seed);
-        std::vector<std::string> order = set.names;
-        std::string first = LoadInOrder(set, order);
-        std::vector<std::string> reverse(order.rbegin(), order.rend());
-        ASSERT_EQ(LoadInOrder(set, reverse), first) << "seed " << seed;
-        Random random(seed);
-        for (int i = 0; i < 2; ++i) {
-            random.Shuffle(order);
-            ASSERT_EQ(LoadInOrder(set, order), first)
-                << "seed " << seed << ": " << testing::PrintToString(order);
-        }
-    }
-}
-
-TEST(LoadOrder, IsRestoredForTheNodesOfEveryAugmentThatIsUncoupledAndCoupledAgain)
-{
-    for (uint32_t seed = 0; seed < kSets; ++seed) {
-        ModuleSet set = MakeModuleSet(seed);
-        Random random(seed);
-        TestContext ctx(kFlags);
-        for (const std::string &name : set.names)
-            ASSERT_EQ(ctx.Load(set.texts.at(name)), ZR_OK);
-        std::vector<ZrNode *> augments = AllAugments(ctx);
-        std::map<ZrNode *, std::vector<std::string>> names;
-        std::vector<ZrNode *> coupled;
-        for (ZrNode *augment : augments) {
-            names[augment] = ChildNames(augment);
-            if ((augment->flags & ZRS_FLAG_COUPLED) != 0)
-                coupled.push_back(augment);
-        }
-        std::string before = DumpContext(ctx);
-        random.Shuffle(coupled);
-        for (ZrNode *augment : coupled) {
-            uint32_t status = ZRS_NODE_UnCoupleAugmentNode(augment);
-            // Without nodes, the target is looked for where it stood: it may be gone from there.
-            ASSERT_TRUE(status == ZR_OK || names[augment].empty()) << seed;
-            ASSERT_EQ(augment->flags & ZRS_FLAG_COUPLED, 0u) << seed;
-        }
-        for (ZrNode *augment : augments) {
-            ASSERT_EQ(ChildNames(augment), names[augment]) << seed;
-            for (const ZrNode *node = augment->firstChild; node != nullptr; node = node->next)
-                ASSERT_EQ(node->parent, augment) << seed;
-        }
-        // One module's augments may wait for those of another.
-        for (size_t i = 0; i < set.names.size(); ++i)
-            CoupleAllModules(ctx);
-        ASSERT_EQ(DumpContext(ctx), before) << seed;
-        for (ZrNode *augment : augments)
-            ASSERT_EQ(ChildNames(augment), names[augment]) << seed;
-    }
-}
+} // namespace

@@ -1,15 +1,15 @@
 #include "loader/unload_fixture.h"
 
-#include "foundation/relations.h"
-
 #include <cstdio>
 #include <filesystem>
+
+#include "foundation/relations.h"
+
+namespace {
 
 using namespace zrtest;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-namespace {
 
 std::vector<std::string> g_told;
 
@@ -23,8 +23,6 @@ bool HasRelation(TestContext &ctx, const char *target, uint32_t kind, const char
     return ZR_CTX_FindModRelationItem(ZR_CTX_FindModRelationTbl(ctx, target), kind,
                                       ctx.Module(other)->name) != nullptr;
 }
-
-} // namespace
 
 TEST(Unload, AModuleThatNothingDependsOnIsDestroyedOnly)
 {
@@ -194,8 +192,6 @@ TEST(Unload, EnabledFeaturesAreEnabledAgainAfterTheReload)
     EXPECT_EQ(ZR_CTX_IsModFeatureEnable(set.ctx, "a", "h"), 1u);
 }
 
-namespace {
-
 // Turns a feature of "b" off and another one on when "a" is about to go.
 void ChangeFeaturesOfLaterModule(ZrCtx *ctx, const char *moduleName)
 {
@@ -204,8 +200,6 @@ void ChangeFeaturesOfLaterModule(ZrCtx *ctx, const char *moduleName)
     EXPECT_EQ(ZR_CTX_DisableModFeature(ctx, "b", "f"), ZR_OK);
     EXPECT_EQ(ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(ctx, "b"), "g"), ZR_OK);
 }
-
-} // namespace
 
 TEST(Unload, FeaturesAreNotedWhenTheirModulesTurnComes)
 {
@@ -401,3 +395,38 @@ TEST(Unload, EveryFailingAllocationEitherChangesNothingOrIsAStatusOfTheReload)
     });
     EXPECT_GT(unchanged, 5u);
 }
+
+std::vector<std::string> Names(const ZrsPendTbl *table)
+{
+    std::vector<std::string> names;
+    for (const ZrListLink *link = table->nodes.next; link != &table->nodes; link = link->next)
+        names.emplace_back(reinterpret_cast<const ZrsPendNode *>(link)->moduleName);
+    return names;
+}
+
+TEST(UnloadCollecting, FollowsAugmentsAndDeviationsInBothDirections)
+{
+    Dir set;
+    set.Add("m", Container("c"));
+    set.Add("n", Container("c"));
+    set.Add("a", Import("m") + Augment("/m:c", Leaf("p")));
+    set.Add("d", Import("m") + Import("n") + Deviation("/m:c", "add", Must("x")) +
+                     Deviation("/n:c", "add", Must("x")));
+    set.Add("e", Import("n") + Augment("/n:c", Leaf("p")));
+    Table table("m");
+    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "m", table.get()), ZR_OK);
+    EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a"));
+    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "d", table.get()), ZR_OK);
+    EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a", "n"));
+    EXPECT_EQ(ZRS_LOADER_PropagateModuleRemove(set.ctx, "n", table.get()), ZR_OK);
+    EXPECT_THAT(Names(table.get()), ElementsAre("m", "d", "a", "n", "e"));
+    EXPECT_EQ(
+        ZRS_LOADER_CheckRelTblHaveDevByWithSameName(ZR_CTX_FindModRelationTbl(set.ctx, "n"), "d"),
+        1u);
+    EXPECT_EQ(
+        ZRS_LOADER_CheckRelTblHaveDevByWithSameName(ZR_CTX_FindModRelationTbl(set.ctx, "n"), "e"),
+        0u);
+    EXPECT_EQ(ZRS_LOADER_CheckRelTblHaveDevByWithSameName(nullptr, "d"), 0u);
+}
+
+} // namespace

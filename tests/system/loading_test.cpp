@@ -6,6 +6,13 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+// A submodule of "box".
+constexpr char kLid[] = R"(
+    <submodule name='box-lid' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>
+      <belongs-to module='box'><prefix value='b'/></belongs-to>
+      <container name='lid'/>
+    </submodule>)";
+
 class Loading : public Application {};
 
 TEST_F(Loading, ReadsAModuleByItsNameFromAFile)
@@ -72,11 +79,7 @@ TEST_F(Loading, MakesOneModuleOfAllFilesWithSuffixes)
 
 TEST_F(Loading, PutsTheSubmodulesThatAModuleIncludesIntoIt)
 {
-    WriteFile("box-lid.yin", R"(
-        <submodule name='box-lid' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>
-          <belongs-to module='box'><prefix value='b'/></belongs-to>
-          <container name='lid'/>
-        </submodule>)");
+    WriteFile("box-lid.yin", kLid);
     Write("box", "<include module='box-lid'/><container name='box'/>");
     Start();
     ASSERT_EQ(Load("box"), ZR_OK);
@@ -154,11 +157,7 @@ TEST_F(Loading, TriesTheImportsThatFailedAgainWhenTheModuleIsLoadedAgain)
 
 TEST_F(Loading, FindsTheSubmodulesOfATextFromMemoryInTheDirectories)
 {
-    WriteFile("box-lid.yin", R"(
-        <submodule name='box-lid' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>
-          <belongs-to module='box'><prefix value='b'/></belongs-to>
-          <container name='lid'/>
-        </submodule>)");
+    WriteFile("box-lid.yin", kLid);
     Start();
     ASSERT_EQ(
         ZR_CTX_LoadMemory(ctx_, zrtest::ModuleText("box", "<include module='box-lid'/>").c_str()),

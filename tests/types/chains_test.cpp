@@ -2,32 +2,19 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "types/leaf.h"
 
 namespace {
 
 using zr::TypedefChain;
 using zrtest::Leaf;
-
-// Typedefs t1 to t`count`, each of the next one; the last is a string.
-std::string Typedefs(uint32_t count)
-{
-    std::string yin;
-    for (uint32_t i = 1; i <= count; ++i) {
-        std::string type = i < count ? "t" + std::to_string(i + 1) : "string";
-        yin +=
-            "<typedef name=\"t" + std::to_string(i) + "\"><type name=\"" + type + "\"/></typedef>";
-    }
-    return yin;
-}
+using zrtest::Typedefs;
 
 const TypedefChain::How kBothWays[] = {TypedefChain::kByName, TypedefChain::kResolved};
 
 TEST(TypedefChain, EndsAtTheBuiltInType)
 {
-    Leaf leaf("<type name=\"t1\"/>", Typedefs(3));
+    Leaf leaf("<type name=\"t1\"/>", Typedefs(3, "string"));
     for (TypedefChain::How how : kBothWays) {
         TypedefChain chain(leaf.context(), leaf.type(), how);
         for (const char *name : {"t1", "t2", "t3"}) {
@@ -52,7 +39,7 @@ TEST(TypedefChain, HasNoLinkBehindABuiltInType)
 
 TEST(TypedefChain, FindsDefinitionsByNameAlone)
 {
-    Leaf leaf("<type name=\"t1\"/>", Typedefs(1));
+    Leaf leaf("<type name=\"t1\"/>", Typedefs(1, "string"));
     TypedefChain byName(leaf.context(), leaf.type(), TypedefChain::kByName);
     ASSERT_TRUE(byName.Next());
     ASSERT_NE(byName.Definition(), nullptr);
@@ -69,7 +56,7 @@ TEST(TypedefChain, FindsDefinitionsByNameAlone)
 
 TEST(TypedefChain, StopsAfterTheMostLinks)
 {
-    Leaf leaf("<type name=\"t1\"/>", Typedefs(zr::kMaxChainLinks + 1));
+    Leaf leaf("<type name=\"t1\"/>", Typedefs(zr::kMaxChainLinks + 1, "string"));
     for (TypedefChain::How how : kBothWays) {
         TypedefChain chain(leaf.context(), leaf.type(), how);
         while (chain.Next()) {
@@ -81,7 +68,7 @@ TEST(TypedefChain, StopsAfterTheMostLinks)
 
 TEST(TypedefChain, CountsTheLinksThatWereFollowedBefore)
 {
-    Leaf leaf("<type name=\"t1\"/>", Typedefs(3));
+    Leaf leaf("<type name=\"t1\"/>", Typedefs(3, "string"));
     TypedefChain chain(leaf.context(), leaf.type(), TypedefChain::kResolved,
                        zr::kMaxChainLinks - 1);
     EXPECT_TRUE(chain.Next());

@@ -1,4 +1,5 @@
-// A leaf of a given type in a module of its own, and its values through both kinds of input.
+// A leaf of a given type in a module of its own, its values through both kinds of input, and the
+// typedefs and unions of such types.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,6 +9,8 @@
 
 #include "schema/nodes/node.h"
 #include "support/context.h"
+#include "support/yin.h"
+#include "types/constraints.h"
 #include "types/real_type.h"
 
 namespace zrtest {
@@ -76,5 +79,24 @@ private:
     uint32_t status_ = 0;
     ZrNode *node_ = nullptr;
 };
+
+// Typedefs t1 to t`count`, each of the next one, the last of the built-in type.
+inline std::string Typedefs(uint32_t count, const std::string &builtIn)
+{
+    std::string text;
+    for (uint32_t i = 1; i <= count; ++i)
+        text += yin::TypeDef("t" + std::to_string(i),
+                             i < count ? "t" + std::to_string(i + 1) : builtIn);
+    return text;
+}
+
+// A member of a union, or null.
+inline const ZrtRealType *Member(const ZrtRealType *type, uint32_t index)
+{
+    uint16_t count = 0;
+    const ZrtRealType *members = ZRT_CONS_GetConsUnionSubTypeData(
+        ZRT_TYPE_GetTypeConsDataByConsType(type, ZRT_CONS_UNION), &count);
+    return index < count ? &members[index] : nullptr;
+}
 
 } // namespace zrtest

@@ -1,14 +1,22 @@
 #include "types/real_type.h"
 
+#include <cstring>
+
 #include "foundation/array.h"
 #include "platform/memory.h"
+#include "schema/members/members.h"
+#include "schema/module/module.h"
 #include "support/alloc.h"
 #include "types/constraints.h"
+#include "types/derived_body.h"
 #include "types/leaf.h"
 
 namespace {
 
+using zrtest::DerivedBody;
 using zrtest::Leaf;
+using zrtest::Member;
+using zrtest::Typedefs;
 
 // A type statement with a restriction of every kind.
 constexpr char kEverything[] = R"(
@@ -336,6 +344,94 @@ TEST(RecordLayout, IsTheSameInEveryBuild)
         EXPECT_EQ(sizeof(ZrtRealType), 12u);
         EXPECT_EQ(sizeof(ZrtConsSlot), 8u);
     }
+}
+
+TEST(DerivedUpdate, ResolvesATypedefOfTheModule)
+{
+    zrtest::TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Typedefs(1, "int8")), ZR_OK);
+    DerivedBody derived(ctx, "m", "t1");
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(derived.body, ctx.Module("m")), ZR_OK);
+    EXPECT_EQ(derived.body->resolved, ZR_MOD_GetRealTypeByTypDefName(ctx.Module("m"), "t1"));
+}
+
+TEST(DerivedUpdate, LeavesAReferenceIntoAnotherModuleAlone)
+{
+    zrtest::TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Typedefs(1, "int8")), ZR_OK);
+    DerivedBody derived(ctx, "other", "t1");
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(derived.body, ctx.Module("m")), ZR_OK);
+    EXPECT_EQ(derived.body->resolved, nullptr);
+}
+
+TEST(DerivedUpdate, Returns22ForATypedefThatTheModuleDoesNotHave)
+{
+    zrtest::TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Typedefs(1, "int8")), ZR_OK);
+    DerivedBody derived(ctx, "m", "unknown");
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(derived.body, ctx.Module("m")),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(derived.body->resolved, nullptr);
+}
+
+TEST(DerivedUpdate, FollowsATypedefThatMovedWhenTheModuleGotMore)
+{
+    zrtest::TestContext ctx;
+    ASSERT_EQ(ctx.LoadBody("m", Typedefs(1, "int8")), ZR_OK);
+    ZrMod *module = ctx.Module("m");
+    DerivedBody derived(ctx, "m", "t1");
+    ASSERT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(derived.body, module), ZR_OK);
+    ZrtRealType type = {};
+    type.baseType = ZRT_TYPE_STRING;
+    ASSERT_EQ(ZRS_MOD_AppendOneTypeDef(module, "more", &type, nullptr), ZR_OK);
+    ASSERT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(derived.body, module), ZR_OK);
+    EXPECT_EQ(derived.body->resolved, ZR_MOD_GetRealTypeByTypDefName(module, "t1"));
+}
+
+TEST(DerivedUpdate, Returns22WithoutABodyOrEitherName)
+{
+    Leaf leaf("<type name=\"int8\"/>");
+    const ZrMod *module = leaf.context().Module("m");
+    ZrtConsDerived noModule = {nullptr, "t1", nullptr};
+    ZrtConsDerived noName = {"m", nullptr, nullptr};
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(nullptr, module), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(&noModule, module), ZR_ERR_INVALID);
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithDerived(&noName, module), ZR_ERR_INVALID);
+}
+
+TEST(UnionUpdate, ResolvesEveryMember)
+{
+    Leaf leaf("<type name=\"union\"><type name=\"small\"/><type name=\"union\">"
+              "<type name=\"small\"/></type></type>",
+              "<typedef name=\"small\"><type name=\"int8\"/></typedef>");
+    ZrMod *module = leaf.context().Module("m");
+    auto *type = const_cast<ZrtRealType *>(leaf.type());
+    EXPECT_EQ(ZRT_TYPE_UpdateRealTypeDerivedFrom(type, module), ZR_OK);
+    const ZrtRealType *small = ZR_MOD_GetRealTypeByTypDefName(module, "small");
+    EXPECT_EQ(ZRT_TYPE_GetTypeConsDataDerived(Member(type, 0))->resolved, small);
+    EXPECT_EQ(ZRT_TYPE_GetTypeConsDataDerived(Member(Member(type, 1), 0))->resolved, small);
+}
+
+TEST(UnionUpdate, ReturnsTheFirstFailureOfAMember)
+{
+    Leaf leaf("<type name=\"union\"><type name=\"int8\"/><type name=\"unknown\"/></type>");
+    auto *type = const_cast<ZrtRealType *>(leaf.type());
+    ASSERT_NE(type, nullptr);
+    EXPECT_EQ(ZRT_TYPE_UpdateRealTypeDerivedFrom(type, leaf.context().Module("m")), ZR_ERR_INVALID);
+}
+
+TEST(UnionUpdate, OfNoBodyIs22)
+{
+    Leaf leaf("<type name=\"int8\"/>");
+    EXPECT_EQ(ZRT_CONS_UpdateConsDataDerFromWithUnion(nullptr, leaf.context().Module("m")),
+              ZR_ERR_INVALID);
+}
+
+TEST(UnionMembers, OfNoBodyAreNone)
+{
+    uint16_t count = 7;
+    EXPECT_EQ(ZRT_CONS_GetConsUnionSubTypeData(nullptr, &count), nullptr);
+    EXPECT_EQ(count, 0);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 namespace {
 
 using zrtest::Leaf;
+using zrtest::Typedefs;
 using Texts = std::vector<std::string>;
 
 // What a callback has seen; the n-th call returns n when that is `stopAt`.
@@ -241,6 +242,108 @@ TEST(EveryScan, PassesOverASlotWithoutABody)
         EXPECT_EQ(ZR_TYPE_ScanPatternInvertMatch(&type, SeePattern, &seen), ZR_OK);
         EXPECT_TRUE(seen.texts.empty());
     }
+}
+
+struct Walk {
+    std::vector<std::string> names;
+    const ZrtRealType *last = nullptr;
+    uint32_t result = 0;
+};
+
+uint32_t Remember(const char *moduleName, const char *typedefName, const ZrtRealType *type,
+                  void *userData)
+{
+    auto *walk = static_cast<Walk *>(userData);
+    walk->names.push_back(std::string(moduleName != nullptr ? moduleName : "-") + ":" +
+                          (typedefName != nullptr ? typedefName : "-"));
+    walk->last = type;
+    return walk->result;
+}
+
+TEST(DerivedChain, WalkReportsEveryLinkOf128)
+{
+    Leaf leaf("<type name=\"t1\"/>", Typedefs(128, "int8"));
+    Walk walk;
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), ZR_OK);
+    ASSERT_EQ(walk.names.size(), 128u);
+    EXPECT_EQ(walk.names.front(), "m:t1");
+    EXPECT_EQ(walk.names.back(), "m:t128");
+    EXPECT_EQ(ZR_TYPE_GetBuiltInBaseType(walk.last), ZRT_TYPE_INT8);
+}
+
+TEST(DerivedChain, WalkReturns22AtThe129thLinkEvenWhenThatIsBuiltIn)
+{
+    Leaf leaf("<type name=\"t1\"/>", Typedefs(129, "int8"));
+    Walk walk;
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(walk.names.size(), 129u);
+    EXPECT_EQ(ZR_TYPE_GetBuiltInBaseType(walk.last), ZRT_TYPE_INT8);
+}
+
+TEST(DerivedChain, WalkReportsAtMost129Links)
+{
+    Leaf leaf("<type name=\"t1\"/>", Typedefs(130, "int8"));
+    Walk walk;
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk),
+              ZR_ERR_INVALID);
+    ASSERT_EQ(walk.names.size(), 129u);
+    EXPECT_EQ(walk.names.back(), "m:t129");
+}
+
+TEST(DerivedChain, InACircleIsRefusedAndWalkedToTheBound)
+{
+    Leaf leaf("<type name=\"a\"/>", "<typedef name=\"a\"><type name=\"b\"/></typedef>"
+                                    "<typedef name=\"b\"><type name=\"a\"/></typedef>");
+    ASSERT_NE(leaf.node(), nullptr);
+    EXPECT_EQ(leaf.Check("x"), ZR_ERR_VALUE_DERIVED);
+    Walk walk;
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(walk.names.size(), 129u);
+}
+
+TEST(DerivedChain, WalkReportsABuiltInTypeOnceWithoutNames)
+{
+    Leaf leaf("<type name=\"int8\"/>");
+    Walk walk;
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), ZR_OK);
+    EXPECT_EQ(walk.names, std::vector<std::string>{"-:-"});
+    EXPECT_EQ(walk.last, leaf.type());
+    walk.result = 7;
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), 7u);
+}
+
+TEST(DerivedChain, WalkReportsATypedefThatIsNotLoadedWithANullTypeAndEnds)
+{
+    Leaf leaf("<type name=\"unknown\"/>");
+    Walk walk;
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), ZR_OK);
+    EXPECT_EQ(walk.names, std::vector<std::string>{"m:unknown"});
+    EXPECT_EQ(walk.last, nullptr);
+}
+
+TEST(DerivedChain, WalkStopsAtTheFirstNonZeroResult)
+{
+    Leaf leaf("<type name=\"t1\"/>", Typedefs(5, "int8"));
+    Walk walk;
+    walk.result = 9;
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), Remember, &walk), 9u);
+    EXPECT_EQ(walk.names.size(), 1u);
+}
+
+TEST(DerivedChain, WalkReturns22ForNullArgumentsAndForATypeWithoutReference)
+{
+    Leaf leaf("<type name=\"int8\"/>");
+    Walk walk;
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(nullptr, leaf.context(), Remember, &walk),
+              ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(leaf.type(), leaf.context(), nullptr, &walk),
+              ZR_ERR_INVALID);
+    ZrtRealType empty = {};
+    EXPECT_EQ(ZR_TYPE_IterRealTypeDerivedName(&empty, leaf.context(), Remember, &walk),
+              ZR_ERR_INVALID);
+    EXPECT_TRUE(walk.names.empty());
 }
 
 } // namespace
