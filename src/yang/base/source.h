@@ -1,0 +1,31 @@
+// A source: the text of one file and what is known of it before it means anything.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace zr::yang {
+
+struct Source {
+    std::string_view path; // as it was found; what reports call the file; NUL behind it
+    std::string_view name; // of the module or submodule, "" before it is known
+    std::string_view text;
+    uint32_t order = 0;   // in which sources were read
+    uint32_t errors = 0;  // also those that are not kept
+    uint32_t reports = 0; // that are kept
+};
+
+// A place in a source. Lines and columns count from 1; columns are characters.
+struct Place {
+    Source *source = nullptr;
+    uint32_t line = 0; // 0: the file as a whole
+    uint32_t column = 0;
+};
+
+// The place of a byte of the source's text.
+Place PlaceOf(Source &source, size_t offset);
+
+// The line of that number, without its end; "" when there is none.
+std::string_view LineOf(const Source &source, uint32_t line);
+
+} // namespace zr::yang
