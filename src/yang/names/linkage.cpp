@@ -133,7 +133,8 @@ void Linkage::ReadImports(Module &module, Unit &unit)
         if (child.keyword != Keyword::Import)
             continue;
         Import import = {&child, ArgumentOf(child, Keyword::Prefix), nullptr};
-        if (!unit.prefixes.try_emplace(import.prefix, nullptr).second)
+        bool isNew = unit.prefixes.try_emplace(import.prefix, nullptr).second;
+        if (!isNew && !import.prefix.empty())
             reports_.Error(child.place(), ZR_YANG_CODE_DUPLICATE,
                            {"prefix \"", import.prefix, "\" is in use"});
         std::string_view revision = ArgumentOf(child, Keyword::RevisionDate);

@@ -206,6 +206,8 @@ private:
             if (!child.IsExtension())
                 CheckChild(parent, child, rules[static_cast<size_t>(child.keyword)],
                            ++seen[static_cast<size_t>(child.keyword)]);
+        if (parent.isFaulty)
+            return;
         uint8_t needed = isNew_ ? kNeeded | kNeededNew : kNeeded;
         for (size_t i = 0; i < kKeywordCount; ++i)
             if ((rules[i] & needed) != 0 && seen[i] == 0)

@@ -48,12 +48,14 @@ Lexer::Lexer(Source &source, Reports &reports, Arena &arena)
       joined_(arena.resource()), doubtful_(arena.resource())
 {
     if (text_.starts_with(kByteOrderMark))
-        at_ = lineStart_ = kByteOrderMark.size();
+        at_ = lineStart_ = counted_ = kByteOrderMark.size();
 }
 
-Place Lexer::Here() const
+Place Lexer::Here()
 {
-    return {&source_, line_, CountCharacters(text_.substr(lineStart_, at_ - lineStart_)) + 1};
+    column_ += CountCharacters(text_.substr(counted_, at_ - counted_));
+    counted_ = at_;
+    return {&source_, line_, column_};
 }
 
 void Lexer::Doubt(const char *what)
@@ -206,7 +208,7 @@ bool Lexer::ReadString(std::string_view &plain)
 {
     Place start = Here();
     char quote = Peek();
-    uint32_t indentation = WidthOf(text_.substr(lineStart_, at_ - lineStart_)) + 1;
+    size_t quoteAt = at_, line = lineStart_;
     size_t contentStart = ++at_;
     size_t stop = FindStop(text_, at_, quote);
     if (stop < text_.size() && text_[stop] == quote) {
@@ -214,6 +216,7 @@ bool Lexer::ReadString(std::string_view &plain)
         at_ = stop + 1;
         return true;
     }
+    uint32_t indentation = WidthOf(text_.substr(line, quoteAt - line)) + 1;
     size_t joinedStart = joined_.size();
     while (!AtEnd() && Peek() != quote) {
         char c = Peek();

@@ -44,13 +44,14 @@ private:
     {
         return at_ + ahead < text_.size() ? text_[at_ + ahead] : '\0';
     }
-    Place Here() const;
+    Place Here();
     void SkipBlanks();
     void SkipComment();
     void NewLine()
     {
         ++line_;
-        lineStart_ = at_;
+        lineStart_ = counted_ = at_;
+        column_ = 1;
     }
     Token ReadStrings(Token token);
     // One string: its content goes to `joined_`, or is told as a part of the source when it can be
@@ -68,6 +69,8 @@ private:
     size_t at_ = 0;
     uint32_t line_ = 1;
     size_t lineStart_ = 0;
+    size_t counted_ = 0;  // a place in the line whose column is known:
+    uint32_t column_ = 1; // lines may be long, and are counted once
     std::pmr::string joined_;
     std::pmr::vector<Doubtful> doubtful_;
 };

@@ -103,12 +103,13 @@ Statement *Parser::ReadStatement()
         statement->hasArgument = true;
         token_ = lexer_.Next();
     }
+    Append(*statement);
     if (token_.kind != TokenKind::OpenBrace && token_.kind != TokenKind::Semicolon) {
         Error(token_.place, {"\";\" or \"{\" is expected behind \"", statement->word, "\""});
+        statement->isFaulty = true;
         SkipStatement();
         return nullptr;
     }
-    Append(*statement);
     CheckArgument(*statement, reports_);
     return statement;
 }

@@ -125,9 +125,9 @@ void XPathTokens::Advance()
     } else if (c == '*') {
         Take(IsOperatorExpected() ? K::Operator : K::Name, 1);
     } else if (c == '$' && IsIdentifierStart(Peek(1))) {
-        ++at_;
+        size_t start = at_++;
         TakeName();
-        token_.kind = K::Variable;
+        token_ = {K::Variable, start, text_.substr(start, at_ - start)};
     } else {
         for (const Symbol &symbol : kSymbols)
             if (text_.substr(at_).starts_with(symbol.text))
