@@ -43,7 +43,8 @@ std::vector<std::string> ModulesToCheck(Session &session, const CheckOptions &op
         session.run().Say(problem);
     std::vector<std::string> names = files.InOrder(files.Names());
     if (names.empty()) {
-        std::string message = "no module found: looked for module files NAME.yin, NAME@*.yin in";
+        std::string message =
+            "no module found: looked for module files NAME.yang, NAME.yin, NAME@*.yin in";
         for (const std::string &directory : session.directories())
             message += " " + directory;
         session.run().Complain(message);

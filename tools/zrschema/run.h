@@ -23,6 +23,9 @@ struct Problem {
     std::string file = "";   // "" when it belongs to none
     long line = 0;           // 0 when it belongs to none
     bool warning = false;
+    long column = 0;             // of a source, with its line
+    bool isSource = false;       // of YANG: told like a compiler tells it
+    std::string sourceLine = ""; // shown on a terminal
 };
 
 // "FILE", or "FILE:LINE" when the line is known; "" without a file.
