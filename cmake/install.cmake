@@ -1,8 +1,8 @@
 # Installation: library, headers, program, pkg-config file and CMake package.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS zrschema EXPORT zrschemaTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(DIRECTORY include/zrschema DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+install(TARGETS zrschema zryang EXPORT zrschemaTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY include/zrschema include/zryang DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 install(FILES ${PROJECT_BINARY_DIR}/include/zrschema/version.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zrschema)
 if(ZR_BUILD_TOOL)
     install(TARGETS zrschema_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
