@@ -182,7 +182,12 @@ Unit *Catalog::Find(std::string_view name, std::string_view revision, const Plac
         reports_.Error(chosen->unit->root->place(), ZR_YANG_CODE_FILE,
                        {"the file of revision ", revision, " holds revision ",
                         chosen->unit->revision.empty() ? "none" : chosen->unit->revision});
-    return chosen->unit->root != nullptr ? chosen->unit : nullptr;
+    if (chosen->unit->root != nullptr)
+        return chosen->unit;
+    if (where.source != nullptr) // who needs it has an error too
+        reports_.Error(where, ZR_YANG_CODE_LINKAGE,
+                       {"the source of \"", name, "\" cannot be read"});
+    return nullptr;
 }
 
 std::pmr::vector<std::string_view> Catalog::ModuleNames()

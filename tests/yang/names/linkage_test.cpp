@@ -100,6 +100,17 @@ TEST(Linkage, AnErrorInAnImportedModuleStopsThoseThatNeedIt)
                             "t.yang:2:1: error: unknown statement \"foo\""));
 }
 
+TEST(Linkage, AnImportThatCannotBeReadIsAnErrorWhereItIsNeeded)
+{
+    Preparation preparation;
+    preparation.AddModule("m", "\nimport t { prefix t; }");
+    preparation.Add("t.yang", "\xFF");
+    EXPECT_EQ(preparation.Prepare("m"), ZR_YANG_ERR_FAULTY);
+    EXPECT_THAT(preparation.reports(),
+                ElementsAre("m.yang:2:1: error: the source of \"t\" cannot be read",
+                            "t.yang:1:1: error: the file is not UTF-8"));
+}
+
 TEST(Linkage, ReportsPrefixesThatAreInUse)
 {
     Preparation preparation;
