@@ -145,6 +145,8 @@ ZR_YANG_API void ZR_YANG_Delete(ZrYang *yang);
  * were added before. It is listed once, now; its own directories are not entered.
  *
  * Where several files hold a module, the newest revision is taken, and of equal ones the first.
+ * `NAME.yin` and `NAME@REVISION.yin`, prepared modules, stand in for sources that are not there,
+ * where another module imports them.
  *
  * @param yang       the workspace
  * @param directory  a path
@@ -171,7 +173,7 @@ ZR_YANG_API uint32_t ZR_YANG_AddFile(ZrYang *yang, const char *path);
  *
  * @param yang    the workspace
  * @param name    what stands for the file in reports; the module's name, or NAME@REVISION, with or
- *                without ".yang"
+ *                without ".yang", or with ".yin" for a prepared module that others may import
  * @param text    the source; copied
  * @param length  its bytes
  * @retval ZR_YANG_OK             added
@@ -223,7 +225,7 @@ ZR_YANG_API uint32_t ZR_YANG_SetOption(ZrYang *yang, uint32_t option, uint64_t v
 
 /**
  * Tells the names of all modules in the directories, in alphabetical order; submodules, which are
- * prepared with their modules, are not among them. Files are read for that.
+ * prepared with their modules, are not among them, nor what has no source. Files are read for that.
  *
  * @param yang  the workspace
  * @param func  hears each name

@@ -31,6 +31,8 @@ void Reports::Add(const Place &given, uint32_t severity, uint32_t code,
     if (place.source == nullptr)
         place.source = &nowhere_;
     Source &source = *place.source;
+    if (source.isPrepared)
+        return;
     std::pmr::string message(arena_.resource());
     for (std::string_view piece : pieces)
         message += piece;

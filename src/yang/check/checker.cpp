@@ -10,29 +10,6 @@ using K = Keyword;
 
 } // namespace
 
-// A grouping that nothing uses has not been told yet what it will be part of; nor has the content
-// of an extension instance.
-NodeUse UseOf(const Node &node)
-{
-    for (const Node *at = &node; at != nullptr; at = at->parent) {
-        switch (at->keyword) {
-        case K::Rpc:
-        case K::Action:
-        case K::Notification:
-        case K::Grouping:
-        case K::Unknown:
-            return NodeUse::Message;
-        case K::Module:
-            return NodeUse::Config;
-        default:
-            break;
-        }
-        if (HasProperty(*at, K::Config, "false"))
-            return NodeUse::State;
-    }
-    return NodeUse::Config;
-}
-
 void Checker::CheckTree(const Node &root)
 {
     auto &first = const_cast<Node &>(root);
@@ -51,10 +28,11 @@ void Checker::Check(Module &module, Expander &expander,
          {&std::as_const(module.augments), &std::as_const(module.instances), &unusedGroupings})
         for (const Node *root : *roots)
             CheckTree(*root);
+    Changes changes(memory_);
     for (Unit *unit : module.units)
         for (const Statement &child : SubStatements(*unit->root))
             if (child.keyword == K::Deviation)
-                CheckDeviation(child, expander);
+                CheckDeviation(child, expander, changes);
 }
 
 } // namespace zr::yang

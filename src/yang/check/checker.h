@@ -11,7 +11,7 @@ class Checker {
 public:
     Checker(Scopes &scopes, Reports &reports, const NodeIndex &index,
             std::pmr::memory_resource *memory)
-        : scopes_(scopes), reports_(reports), index_(index), memory_(memory)
+        : scopes_(scopes), reports_(reports), index_(index), memory_(memory), ends_(memory)
     {
     }
 
@@ -21,12 +21,14 @@ public:
 private:
     // Statements (statements.cpp).
     void CheckStatements(Unit &unit);
-    void CheckCondition(const Statement &statement);
+    void CheckStatus(const Statement &statement, Status status);
+    bool CheckCondition(const Statement &statement);
     void CheckTypedefDefault(const Statement &statement);
     // Values (values.cpp). Reports a default that is no value of the type.
     void CheckValue(const Type &type, const Statement &value);
+    void CheckConditionalNames(const Type &type, const Statement &value);
     void CheckInheritedDefault(const Statement &statement, const Type &type);
-    // Nodes (nodes.cpp).
+    // Nodes, and the keys of lists (nodes.cpp).
     void CheckTree(const Node &root);
     void CheckNode(const Node &node);
     void CheckConfig(const Node &node);
@@ -34,17 +36,38 @@ private:
     void CheckElementCounts(const Node &node);
     void CheckChoice(const Node &node);
     void CheckPlace(const Node &node);
-    // Lists (lists.cpp).
     void CheckKey(const Node &list);
     void CheckKeyLeaf(const Node &list, const Node &leaf, const Statement &key);
     void CheckUnique(const Node &list, const Statement &unique);
     // Leafrefs (leafrefs.cpp).
+    struct PathEnd {
+        const Node *node;         // null when the path leads to nothing
+        std::string_view missing; // the step that is not there, "" when nobody can know
+    };
+    bool CheckPath(const Statement &path);
     void CheckLeafref(const Node &leaf, const Type &type);
+    const Type *EndOfLeafrefs(const Node &leaf, const Type &type);
+    void ReportLeafrefCircle(const std::pmr::vector<const Node *> &chain, const Node &start);
+    PathEnd FollowPath(const Node &leaf, const Statement &path);
     const Node *FindPathStep(const Node *at, const Node &leaf, std::string_view step,
                              const Statement &path);
     // Deviations (deviations.cpp).
-    void CheckDeviation(const Statement &deviation, Expander &expander);
-    void CheckDeviate(const Statement &deviate, const Node &target);
+    struct Change {
+        const Node *target;
+        Keyword property; // Deviate: the node as a whole
+        bool operator==(const Change &) const = default;
+    };
+    struct ChangeHash {
+        size_t operator()(const Change &change) const
+        {
+            return std::hash<const void *>()(change.target) * 31u +
+                   static_cast<size_t>(change.property);
+        }
+    };
+    // The last statement of a module that changes something.
+    using Changes = std::pmr::unordered_map<Change, const Statement *, ChangeHash>;
+    void CheckDeviation(const Statement &deviation, Expander &expander, Changes &changes);
+    void CheckDeviate(const Statement &deviate, const Node &target, Changes &changes);
 
     void Error(const Statement &where, uint32_t code,
                std::initializer_list<std::string_view> pieces)
@@ -56,10 +79,8 @@ private:
     Reports &reports_;
     const NodeIndex &index_;
     std::pmr::memory_resource *memory_;
+    // What the chain of leafrefs that begins at a leaf ends with; null when it does not end.
+    std::pmr::unordered_map<const Node *, const Type *> ends_;
 };
-
-// What a node is: configuration, state, or neither as the content of operations and notifications.
-enum class NodeUse : uint8_t { Config, State, Message };
-NodeUse UseOf(const Node &node);
 
 } // namespace zr::yang

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <unordered_set>
 
-#include "yang/base/utf8.h"
 #include "yang/check/checker.h"
 #include "yang/syntax/arguments.h"
 
@@ -160,6 +159,21 @@ void Checker::CheckValue(const Type &type, const Statement &value)
         Error(value, ZR_YANG_CODE_DEFAULT,
               {"default \"", value.argument, "\" is no value of type \"", type.statement->argument,
                "\""});
+}
+
+// A default is there with every set of features, and so are the names in it (RFC 7950, section
+// 7.6.4).
+void Checker::CheckConditionalNames(const Type &type, const Statement &value)
+{
+    if (type.names == nullptr)
+        return;
+    std::string_view rest = value.argument;
+    bool isEnum = type.base == B::Enumeration;
+    for (std::string_view name = isEnum ? rest : TakeWord(rest); !name.empty();
+         name = isEnum ? std::string_view() : TakeWord(rest))
+        for (const NamedValue &one : *type.names)
+            if (one.name == name && one.isConditional)
+                Error(value, ZR_YANG_CODE_DEFAULT, {"default \"", name, "\" depends on a feature"});
 }
 
 // A type that restricts its base may leave no room for the default that it would inherit.

@@ -1,6 +1,8 @@
 #include "yang/expand/expander.h"
 
-#include "yang/expand/lifting.h"
+#include <algorithm>
+#include <iterator>
+
 #include "yang/syntax/arguments.h"
 #include "yang/syntax/parser.h"
 
@@ -12,13 +14,25 @@ using K = Keyword;
 
 constexpr uint32_t kUsesLimit = 200; // of groupings in groupings
 
-bool HoldsNodes(const Statement &instance)
-{
-    for (const Statement &child : SubStatements(instance))
-        if (IsNodeKeyword(child.keyword) || child.keyword == K::Uses)
-            return true;
-    return false;
-}
+constexpr KeywordSet kLists = {K::List, K::LeafList};
+constexpr KeywordSet kAnything = {K::Anydata, K::Anyxml};
+constexpr KeywordSet kDataNodes = kLists | kAnything | KeywordSet{K::Container, K::Leaf};
+
+// What may be refined where (RFC 7950, section 7.13.2); a description everywhere.
+struct RefineRow {
+    Keyword property;
+    KeywordSet targets;
+};
+constexpr RefineRow kRefineRows[] = {
+    {K::Default, {K::Leaf, K::LeafList, K::Choice}},
+    {K::Config, kDataNodes | KeywordSet{K::Choice}},
+    {K::Mandatory, kAnything | KeywordSet{K::Leaf, K::Choice}},
+    {K::Presence, {K::Container}},
+    {K::Must, kDataNodes},
+    {K::MinElements, kLists},
+    {K::MaxElements, kLists},
+    {K::IfFeature, kDataNodes | KeywordSet{K::Choice, K::Case}},
+};
 
 } // namespace
 
@@ -205,6 +219,32 @@ Node *Expander::FindTarget(Node *from, std::string_view path, const Statement &w
     return at;
 }
 
+void Expander::CheckRefine(const Node &target, const Statement &property)
+{
+    const auto *row =
+        std::find_if(std::begin(kRefineRows), std::end(kRefineRows),
+                     [&](const RefineRow &r) { return r.property == property.keyword; });
+    bool isOld = UnitOf(property).version == Version::Yang1;
+    bool isAllowed = row == std::end(kRefineRows) || row->targets.Has(target.keyword);
+    if (isOld && property.keyword == K::Default && target.keyword == K::LeafList)
+        isAllowed = false;
+    if (!isAllowed)
+        reports_.Error(property.place(), ZR_YANG_CODE_REFINE,
+                       {"\"", property.word, "\" cannot be refined in ", NameOf(target.keyword),
+                        " \"", target.name(), "\""});
+}
+
+void Expander::Refine(Node &parent, const Statement &refine)
+{
+    Node *target = FindTarget(&parent, refine.argument, refine);
+    if (target == nullptr)
+        return;
+    for (const Statement &property : SubStatements(refine)) {
+        CheckRefine(*target, property);
+        AddTo(*target, property, false);
+    }
+}
+
 void Expander::AugmentUses(const Site &site, const Statement &augment)
 {
     Node *target = FindTarget(&site.parent, augment.argument, augment);
@@ -215,46 +255,6 @@ void Expander::AugmentUses(const Site &site, const Statement &augment)
     for (Node *node = before != nullptr ? before->next : target->first; node != nullptr;
          node = node->next)
         AddInherited(*node, augment);
-}
-
-// An extension instance may hold nodes of its own, as those of "yang-data" do (RFC 8040).
-void Expander::AddInstance(Module &module, const Statement &instance)
-{
-    auto *node = arena_.New<Node>();
-    node->statement = &instance;
-    node->module = &module;
-    module.instances.push_back(node);
-    AddBody({*node, *node, 0}, instance);
-}
-
-void Expander::Expand(Module &module, std::pmr::vector<Node *> &unusedGroupings)
-{
-    module_ = &module;
-    nodes_ = 0;
-    isStopped_ = false;
-    module.tree = arena_.New<Node>();
-    module.tree->statement = module.unit->root;
-    module.tree->module = &module;
-    module.tree->keyword = K::Module;
-    for (Unit *unit : module.units) {
-        AddBody({*module.tree, *module.tree, 0}, *unit->root);
-        for (const Statement &child : SubStatements(*unit->root))
-            if (child.IsExtension() && HoldsNodes(child))
-                AddInstance(module, child);
-    }
-    Couple(module);
-    LiftTypedefs(module, arena_);
-    for (Definition *definition : module.ordered) {
-        if (definition->kind != DefinitionKind::Grouping || definition->isUsed ||
-            definition->isInCircle)
-            continue;
-        auto *root = arena_.New<Node>();
-        root->statement = definition->statement;
-        root->module = &module;
-        root->keyword = K::Grouping;
-        unusedGroupings.push_back(root);
-        AddBody({*root, *root, 0}, *definition->statement);
-    }
 }
 
 } // namespace zr::yang

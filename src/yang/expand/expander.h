@@ -3,7 +3,7 @@
 // put in their places (section 7.17).
 #pragma once
 
-#include "yang/expand/index.h"
+#include "yang/expand/node.h"
 #include "yang/names/features.h"
 
 namespace zr::yang {

@@ -24,7 +24,8 @@ void Workspace::Work(Module &module)
     types_.Resolve(module);
     std::pmr::vector<Node *> unusedGroupings(&memory);
     expander_.Expand(module, unusedGroupings);
-    checker_.Check(module, expander_, unusedGroupings);
+    if (!module.unit->isPrepared)
+        checker_.Check(module, expander_, unusedGroupings);
 }
 
 uint32_t Workspace::StatusOf(Module &root, const std::pmr::vector<Module *> &order)
@@ -47,6 +48,11 @@ uint32_t Workspace::Read(std::string_view name, std::pmr::vector<Module *> &orde
     bool hasRevision = at != std::string_view::npos;
     Module *root = linkage_.Load(name.substr(0, at),
                                  hasRevision ? name.substr(at + 1) : std::string_view(), orderOut);
+    if (root != nullptr && root->unit->isPrepared) {
+        reports_.Error({}, ZR_YANG_CODE_FILE,
+                       {"\"", root->name, "\" is there as prepared YIN alone: there is no source"});
+        return ZR_YANG_ERR_NOT_FOUND;
+    }
     if (root == nullptr)
         return catalog.Has(name.substr(0, at)) ? ZR_YANG_ERR_FAULTY : ZR_YANG_ERR_NOT_FOUND;
     for (Module *module : orderOut)

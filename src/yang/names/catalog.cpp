@@ -8,12 +8,18 @@
 #include "yang/names/files.h"
 #include "yang/syntax/arguments.h"
 #include "yang/syntax/parser.h"
+#include "yang/syntax/yin_reader.h"
 
 namespace zr::yang {
 
 namespace {
 
-constexpr std::string_view kEnding = ".yang";
+constexpr std::string_view kSource = ".yang", kPrepared = ".yin";
+
+bool HasEnding(std::string_view file)
+{
+    return file.ends_with(kSource) || file.ends_with(kPrepared);
+}
 
 // "NAME@REVISION.yang" or "NAME.yang", in parts.
 struct FileName {
@@ -21,8 +27,8 @@ struct FileName {
 };
 FileName SplitFileName(std::string_view file)
 {
-    if (file.ends_with(kEnding))
-        file.remove_suffix(kEnding.size());
+    if (HasEnding(file))
+        file = file.substr(0, file.rfind('.'));
     size_t at = file.find('@');
     if (at == std::string_view::npos)
         return {file, {}};
@@ -56,6 +62,8 @@ Catalog::Candidate &Catalog::Add(std::string_view path, std::string_view fileNam
         found = files_.try_emplace(arena_.Copy(parts.name)).first;
     Candidate &candidate = found->second.emplace_back();
     candidate.path = copy;
+    candidate.isPrepared = fileName.ends_with(kPrepared);
+    candidate.isPart = parts.revision.starts_with('@');
     if (IsDate(parts.revision))
         candidate.revision = arena_.Copy(parts.revision);
     return candidate;
@@ -66,7 +74,7 @@ int Catalog::AddDirectory(std::string_view directory)
     std::pmr::string path(directory, memory_);
     std::pmr::vector<std::pmr::string> names(memory_);
     int error = ListDirectory(path.c_str(), [&](const char *entry) {
-        if (std::string_view(entry).ends_with(kEnding) && entry[0] != '.')
+        if (HasEnding(entry) && entry[0] != '.')
             names.emplace_back(entry);
     });
     if (error != 0)
@@ -86,7 +94,7 @@ int Catalog::AddDirectory(std::string_view directory)
 bool Catalog::AddFile(std::string_view path)
 {
     std::string_view name = path.substr(path.rfind('/') + 1);
-    if (!name.ends_with(kEnding))
+    if (!name.ends_with(kSource))
         return false;
     Add(path, name).isPreferred = true;
     return true;
@@ -131,7 +139,8 @@ void Catalog::Read(std::string_view name, Candidate &candidate)
                        {"cannot be read: ", WhyNotRead(error, why)});
         return;
     }
-    Statement *root = Parse(*unit, reports_, arena_);
+    Statement *root =
+        candidate.isPrepared ? ReadYin(*unit, reports_, arena_) : Parse(*unit, reports_, arena_);
     if (root == nullptr)
         return;
     if (root->keyword != Keyword::Module && root->keyword != Keyword::Submodule) {
@@ -140,16 +149,27 @@ void Catalog::Read(std::string_view name, Candidate &candidate)
     }
     unit->root = root;
     ReadHead(*unit, name);
+    unit->isPrepared = candidate.isPrepared;
     CheckGrammar(*root, reports_);
+}
+
+// Prepared modules stand in for sources that are not there.
+Catalog::Candidate *Catalog::Choose(std::string_view name, Candidates &candidates,
+                                    std::string_view revision)
+{
+    Candidate *source = ChooseOf(name, candidates, revision, false);
+    return source != nullptr ? source : ChooseOf(name, candidates, revision, true);
 }
 
 // A file that was added by itself comes first; then the newest; then the one that was found first.
 // A file that does not say its revision in its name is read for that where it matters.
-Catalog::Candidate *Catalog::Choose(std::string_view name, Candidates &candidates,
-                                    std::string_view revision)
+Catalog::Candidate *Catalog::ChooseOf(std::string_view name, Candidates &candidates,
+                                      std::string_view revision, bool isPrepared)
 {
     Candidate *best = nullptr;
     for (Candidate &candidate : candidates) {
+        if (candidate.isPrepared != isPrepared || candidate.isPart)
+            continue;
         bool isAlone = candidates.size() == 1 && revision.empty();
         if (candidate.revision.empty() && !candidate.isRead && !isAlone) {
             Read(name, candidate);
@@ -171,9 +191,10 @@ Unit *Catalog::Find(std::string_view name, std::string_view revision, const Plac
     auto found = files_.find(name);
     Candidate *chosen = found != files_.end() ? Choose(name, found->second, revision) : nullptr;
     if (chosen == nullptr) {
+        bool hasParts = found != files_.end() && found->second.front().isPart;
         reports_.Error(where, ZR_YANG_CODE_LINKAGE,
                        {"no source of \"", name, revision.empty() ? "" : "@", revision,
-                        "\" in the directories"});
+                        "\" in the directories", hasParts ? ", only parts of it in YIN" : ""});
         return nullptr;
     }
     if (!chosen->isRead)
@@ -194,7 +215,9 @@ std::pmr::vector<std::string_view> Catalog::ModuleNames()
 {
     std::pmr::vector<std::string_view> names(memory_);
     for (auto &[name, candidates] : files_) {
-        Candidate *chosen = Choose(name, candidates, {});
+        Candidate *chosen = ChooseOf(name, candidates, {}, false);
+        if (chosen == nullptr)
+            continue;
         if (!chosen->isRead)
             Read(name, *chosen);
         const Statement *root = chosen->unit->root;

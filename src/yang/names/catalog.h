@@ -22,7 +22,7 @@ public:
     // Whether there is any file of that name.
     bool Has(std::string_view name) const { return files_.contains(name); }
 
-    // The names of all modules, sorted.
+    // The names of all modules that have a source, sorted.
     std::pmr::vector<std::string_view> ModuleNames();
 
 private:
@@ -32,6 +32,8 @@ private:
         std::string_view text; // of one that is no file
         bool isText = false;
         bool isPreferred = false;
+        bool isPrepared = false; // YIN
+        bool isPart = false;     // NAME@@SUFFIX.yin, which is merged with others when it is loaded
         bool isRead = false;
         Unit *unit = nullptr; // once it is read
     };
@@ -41,6 +43,8 @@ private:
     void Read(std::string_view name, Candidate &candidate);
     void ReadHead(Unit &unit, std::string_view name);
     Candidate *Choose(std::string_view name, Candidates &candidates, std::string_view revision);
+    Candidate *ChooseOf(std::string_view name, Candidates &candidates, std::string_view revision,
+                        bool isPrepared);
 
     Arena &arena_;
     Reports &reports_;

@@ -2,8 +2,6 @@
 
 #include <string>
 
-#include "yang/names/builtin.h"
-
 namespace zr::yang {
 
 namespace {

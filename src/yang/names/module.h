@@ -20,6 +20,10 @@ enum class DefinitionKind : uint8_t { Typedef, Grouping, Feature, Identity, Exte
 
 struct Definition;
 
+// From the best to the worst (RFC 7950, section 7.21.2).
+enum class Status : uint8_t { Current, Deprecated, Obsolete };
+Status StatusOf(const Statement &statement);
+
 // That one definition needs another: a typedef its base, a grouping those that it uses.
 struct Need {
     Definition *definition;
@@ -31,12 +35,18 @@ struct Definition {
     Statement *statement = nullptr; // whose `meaning` is the definition
     Module *module = nullptr;
     DefinitionKind kind = DefinitionKind::Typedef;
+    Status status = Status::Current;
     bool isInCircle = false;      // it needs itself: reported, and not to be followed
     bool isUsed = false;          // a grouping that some tree was expanded from
     std::string_view writtenName; // of a typedef in its prepared module
     Need *needs = nullptr;
 
     std::string_view name() const { return statement->argument; }
+    // Whether it stands in another statement, and not at the top of a module.
+    bool IsInner() const
+    {
+        return statement->parent != nullptr && statement->parent->parent != nullptr;
+    }
 };
 
 struct Import {

@@ -1,9 +1,10 @@
 #include "yang/names/scopes.h"
 
 #include <algorithm>
+#include <charconv>
 #include <iterator>
-
-#include "yang/names/builtin.h"
+#include <string>
+#include <unordered_set>
 
 namespace zr::yang {
 
@@ -24,11 +25,47 @@ const KindRow &RowOf(DefinitionKind kind)
     return kKinds[static_cast<size_t>(kind)];
 }
 
+using Names = std::pmr::unordered_set<std::string_view>;
+
+// The name of a statement as a part of another name; the target of an augment is none.
+std::string_view NameIn(const Statement &scope)
+{
+    return IsIdentifier(scope.argument) ? scope.argument : scope.word;
+}
+
+std::string_view FindFreeName(const Definition &definition, const Names &taken, Arena &arena)
+{
+    std::pmr::string name(definition.name(), arena.resource());
+    for (const Statement *scope = definition.statement->parent; scope->parent != nullptr;
+         scope = scope->parent) {
+        name.insert(0, 1, '-').insert(0, NameIn(*scope));
+        if (!taken.contains(name))
+            return arena.Copy(name);
+    }
+    size_t length = name.size();
+    for (uint32_t number = 2;; ++number) {
+        char digits[16];
+        auto [end, error] = std::to_chars(digits, digits + sizeof(digits), number);
+        name.resize(length);
+        (name += '-').append(digits, end);
+        if (!taken.contains(name))
+            return arena.Copy(name);
+    }
+}
+
 } // namespace
 
 std::string_view NameOf(DefinitionKind kind)
 {
     return NameOf(RowOf(kind).keyword);
+}
+
+Status StatusOf(const Statement &statement)
+{
+    std::string_view word = ArgumentOf(statement, Keyword::Status);
+    return word == "obsolete"     ? Status::Obsolete
+           : word == "deprecated" ? Status::Deprecated
+                                  : Status::Current;
 }
 
 void Scopes::Enter(Module &module, Statement &statement, DefinitionKind kind)
@@ -39,6 +76,7 @@ void Scopes::Enter(Module &module, Statement &statement, DefinitionKind kind)
     definition->statement = &statement;
     definition->module = &module;
     definition->kind = kind;
+    definition->status = StatusOf(statement);
     definition->writtenName = statement.argument;
     statement.meaning = definition;
     module.ordered.push_back(definition);
@@ -146,6 +184,20 @@ Definition *Scopes::Find(DefinitionKind kind, std::string_view reference, const 
                        {NameOf(kind), " \"", reference, "\" stands in a submodule that \"",
                         UnitOf(where).name, "\" does not include"});
     return found;
+}
+
+void LiftTypedefs(Module &module, Arena &arena)
+{
+    Names taken(arena.resource());
+    for (const Definition *definition : module.ordered)
+        if (definition->kind == DefinitionKind::Typedef && !definition->IsInner())
+            taken.insert(definition->name());
+    for (Definition *definition : module.ordered) {
+        if (definition->kind != DefinitionKind::Typedef || !definition->IsInner())
+            continue;
+        definition->writtenName = FindFreeName(*definition, taken, arena);
+        taken.insert(definition->writtenName);
+    }
 }
 
 } // namespace zr::yang

@@ -37,4 +37,10 @@ private:
 // "typedef", "grouping", ...
 std::string_view NameOf(DefinitionKind kind);
 
+// Typedefs inside other statements move to the top of their prepared module.
+//
+// Gives each of them a name that is free there: its own behind that of the statement around it, and
+// of those around that as far as it takes; then a number.
+void LiftTypedefs(Module &module, Arena &arena);
+
 } // namespace zr::yang

@@ -113,6 +113,15 @@ bool IsIn(uint64_t set, Keyword keyword)
     return static_cast<size_t>(keyword) < 64 && (set & Bit(keyword)) != 0;
 }
 
+constexpr std::string_view kBuiltins[] = {
+    "binary",  "bits",        "boolean",     "decimal64",
+    "empty",   "enumeration", "identityref", "instance-identifier",
+    "int16",   "int32",       "int64",       "int8",
+    "leafref", "string",      "uint16",      "uint32",
+    "uint64",  "uint8",       "union",
+};
+static_assert(std::size(kBuiltins) == static_cast<size_t>(Builtin::None));
+
 } // namespace
 
 const KeywordInfo &InfoOf(Keyword keyword)
@@ -162,6 +171,20 @@ bool IsNodeKeyword(Keyword keyword)
 bool IsDataKeyword(Keyword keyword)
 {
     return IsIn(kDataKeywords, keyword);
+}
+
+Builtin FindBuiltin(std::string_view name)
+{
+    const auto *found = std::lower_bound(std::begin(kBuiltins), std::end(kBuiltins), name);
+    if (found == std::end(kBuiltins) || *found != name)
+        return Builtin::None;
+    return static_cast<Builtin>(found - kBuiltins);
+}
+
+std::string_view NameOf(Builtin type)
+{
+    return type == Builtin::None ? std::string_view("derived")
+                                 : kBuiltins[static_cast<size_t>(type)];
 }
 
 } // namespace zr::yang

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <string_view>
 
 namespace zr::yang {
@@ -141,5 +142,61 @@ QName SplitName(std::string_view text);
 bool IsNodeKeyword(Keyword keyword);
 // Whether it is a node of the data tree: container, leaf, leaf-list, list, anydata, anyxml.
 bool IsDataKeyword(Keyword keyword);
+
+class KeywordSet {
+public:
+    constexpr KeywordSet(std::initializer_list<Keyword> keywords)
+    {
+        for (Keyword keyword : keywords)
+            words_[WordOf(keyword)] |= BitOf(keyword);
+    }
+    constexpr bool Has(Keyword keyword) const
+    {
+        return (words_[WordOf(keyword)] & BitOf(keyword)) != 0;
+    }
+    constexpr KeywordSet operator|(const KeywordSet &other) const
+    {
+        KeywordSet both = *this;
+        for (size_t i = 0; i < kWords; ++i)
+            both.words_[i] |= other.words_[i];
+        return both;
+    }
+
+private:
+    static constexpr size_t kWords = kKeywordCount / 64 + 1;
+    static constexpr size_t WordOf(Keyword keyword) { return static_cast<size_t>(keyword) / 64; }
+    static constexpr uint64_t BitOf(Keyword keyword)
+    {
+        return uint64_t{1} << static_cast<size_t>(keyword) % 64;
+    }
+    uint64_t words_[kWords]{};
+};
+
+// The built-in types (RFC 7950, section 4.2.4), in alphabetical order, as their names.
+enum class Builtin : uint8_t {
+    Binary,
+    Bits,
+    Boolean,
+    Decimal64,
+    Empty,
+    Enumeration,
+    Identityref,
+    InstanceIdentifier,
+    Int16,
+    Int32,
+    Int64,
+    Int8,
+    Leafref,
+    String,
+    Uint16,
+    Uint32,
+    Uint64,
+    Uint8,
+    Union,
+    None // a derived type
+};
+
+Builtin FindBuiltin(std::string_view name);
+std::string_view NameOf(Builtin type);
 
 } // namespace zr::yang

@@ -1,7 +1,5 @@
 #include "yang/syntax/lexer.h"
 
-#include "yang/base/utf8.h"
-
 namespace zr::yang {
 
 namespace {

@@ -1,6 +1,5 @@
 #include "yang/syntax/parser.h"
 
-#include "yang/base/utf8.h"
 #include "yang/syntax/arguments.h"
 #include "yang/syntax/grammar.h"
 #include "yang/syntax/lexer.h"

@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "yang/syntax/arguments.h"
+#include "yang/types/patterns.h"
 
 namespace zr::yang {
 
@@ -189,11 +190,20 @@ bool TypeResolver::Restrict(Type &type, bool isBuiltin, uint32_t depth)
     for (Keyword keyword : {K::Enum, K::Bit})
         if (SubStatement(statement, keyword) != nullptr && !RestrictNames(type, keyword, isBuiltin))
             return false;
+    CheckPatterns(statement);
     if (const Statement *path = SubStatement(statement, K::Path))
         type.path = path;
     if (SubStatement(statement, K::Base) != nullptr && !ReadBases(type))
         return false;
     return SubStatement(statement, K::Type) == nullptr || ReadMembers(type, depth);
+}
+
+void TypeResolver::CheckPatterns(const Statement &statement)
+{
+    for (const Statement *pattern = SubStatement(statement, K::Pattern); pattern != nullptr;
+         pattern = NextSubStatement(*pattern, K::Pattern))
+        if (const char *fault = FindPatternFault(pattern->argument))
+            Error(*pattern, {"bad pattern \"", pattern->argument, "\": ", fault});
 }
 
 bool TypeResolver::RestrictIntervals(Type &type, const Statement &restriction)
@@ -257,7 +267,7 @@ bool TypeResolver::ReadNames(Type &type, Keyword keyword, std::pmr::vector<Named
             fail(*at,
                  {at->word, " \"", at->argument, "\" has the ", NameOf(row.number), " of another"});
         next = names.empty() ? value + 1 : std::max(next, value + 1);
-        names.push_back({at->argument, value});
+        names.push_back({at->argument, value, SubStatement(*at, K::IfFeature) != nullptr});
     }
     return isRight;
 }

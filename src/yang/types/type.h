@@ -1,7 +1,6 @@
 // Types as they come out when typedefs are followed (RFC 7950, section 9).
 #pragma once
 
-#include "yang/names/builtin.h"
 #include "yang/names/links.h"
 #include "yang/types/intervals.h"
 
@@ -10,7 +9,8 @@ namespace zr::yang {
 // An enum or a bit.
 struct NamedValue {
     std::string_view name;
-    int64_t value; // or position
+    int64_t value;      // or position
+    bool isConditional; // it is there with a feature alone
 };
 
 struct Type {
@@ -44,6 +44,7 @@ private:
     bool StartFromBase(Type &type, const TypeUse &use, uint32_t depth);
     bool CheckRestrictions(const Statement &statement, const Type &type, bool isBuiltin);
     bool Restrict(Type &type, bool isBuiltin, uint32_t depth);
+    void CheckPatterns(const Statement &statement);
     bool RestrictIntervals(Type &type, const Statement &restriction);
     bool RestrictNames(Type &type, Keyword keyword, bool isBuiltin);
     bool ReadNames(Type &type, Keyword keyword, std::pmr::vector<NamedValue> &names,

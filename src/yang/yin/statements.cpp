@@ -168,8 +168,13 @@ void YinWriter::WriteSubStatements(const Statement &statement)
 
 void YinWriter::WriteStatement(const Statement &statement)
 {
-    if (statement.IsExtension())
-        return WriteExtension(statement, nullptr);
+    if (statement.IsExtension()) {
+        if (OpenExtension(statement)) {
+            WriteSubStatements(statement);
+            CloseExtension(statement);
+        }
+        return;
+    }
     if (statement.keyword == K::IfFeature)
         return WriteFeatureConditions(statement);
     if (!IsLeftOut(statement))
@@ -188,31 +193,32 @@ void YinWriter::WriteElement(const Statement &statement)
     body_.Close(info.name);
 }
 
-// An instance is an element in the name space of its extension (RFC 7950, section 13.1).
-void YinWriter::WriteExtension(const Statement &statement, const Node *node)
+// An instance is an element in the name space of its extension (RFC 7950, section 13.1). False when
+// its extension is not known, and nothing was written.
+bool YinWriter::OpenExtension(const Statement &statement)
 {
     const auto *extension = static_cast<const Definition *>(statement.meaning);
     if (extension == nullptr)
-        return;
+        return false;
     prefixes_.SetUnit(UnitOf(statement));
     QName name = SplitName(statement.word);
     std::string_view prefix = prefixes_.Written(name.prefix);
     body_.Open(prefix, name.name);
     const Statement *argument = SubStatement(*extension->statement, K::Argument);
-    if (argument != nullptr) {
-        if (zr::yang::ArgumentOf(*argument, K::YinElement) == "true")
-            body_.TextElement(prefix, argument->argument, statement.argument);
-        else
-            body_.Attribute(argument->argument, statement.argument);
-    }
-    for (const Statement &child : SubStatements(statement)) {
-        bool isExpanded = node != nullptr && IsNodeKeyword(child.keyword);
-        if (!isExpanded)
-            WriteStatement(child);
-    }
-    if (node != nullptr)
-        WriteChildren(*node);
-    body_.Close(prefix, name.name);
+    if (argument == nullptr)
+        return true;
+    if (zr::yang::ArgumentOf(*argument, K::YinElement) == "true")
+        body_.TextElement(prefix, argument->argument, statement.argument);
+    else
+        body_.Attribute(argument->argument, statement.argument);
+    return true;
+}
+
+void YinWriter::CloseExtension(const Statement &statement)
+{
+    prefixes_.SetUnit(UnitOf(statement)); // what stands in it may be of another file
+    QName name = SplitName(statement.word);
+    body_.Close(prefixes_.Written(name.prefix), name.name);
 }
 
 } // namespace zr::yang

@@ -27,12 +27,14 @@ private:
     void WriteDefinitions(Keyword keyword);
     void WriteTypedefs();
     void WriteInstances();
+    void WriteInstance(const Statement &statement, const Node *node);
 
     // Statements (statements.cpp).
     void WriteStatement(const Statement &statement);
     void WriteElement(const Statement &statement);
     void WriteSubStatements(const Statement &statement);
-    void WriteExtension(const Statement &statement, const Node *node);
+    bool OpenExtension(const Statement &statement);
+    void CloseExtension(const Statement &statement);
     void WriteFeatureConditions(const Statement &statement);
     bool IsLeftOut(const Statement &statement) const;
     std::string_view ArgumentOf(const Statement &statement);
@@ -40,7 +42,7 @@ private:
     std::string_view WriteNodePath(const Statement &statement);
     std::string_view WriteDefault(const Statement &statement);
 
-    // Nodes (nodes.cpp).
+    // Nodes.
     void WriteNode(const Node &node);
     void WriteProperties(const Node &node);
     void WriteWhen(const Node &node);

@@ -73,3 +73,22 @@ TEST(Deviations, AreWrittenWithAPrefixOnEachStep)
   </deviation>
 )");
 }
+
+TEST(Deviations, AgreeWithEachOther)
+{
+    const auto twice = [](const std::string &first, const std::string &second) {
+        return OfDeviation("/t:c/t:a", first + " }\ndeviation /t:c/t:a { " + second);
+    };
+    EXPECT_THAT(twice("deviate replace { type int16; }", "deviate replace { default 7; }"),
+                IsEmpty());
+    EXPECT_THAT(twice("deviate delete { default 4; }", "deviate add { default 5; }"), IsEmpty());
+    EXPECT_THAT(twice("deviate add { must '1'; }", "deviate add { must '2'; }"), IsEmpty());
+    EXPECT_THAT(twice("deviate replace { default 5; }", "deviate replace { default 6; }"),
+                ElementsAre("m.yang:3:40: error: leaf \"a\" is deviated twice in its \"default\""));
+    EXPECT_THAT(
+        twice("deviate not-supported;", "deviate replace { default 6; }"),
+        ElementsAre("m.yang:3:22: error: leaf \"a\" is not supported, and is deviated besides"));
+    EXPECT_THAT(
+        twice("deviate add { units x; }", "deviate not-supported;"),
+        ElementsAre("m.yang:3:22: error: leaf \"a\" is not supported, and is deviated besides"));
+}

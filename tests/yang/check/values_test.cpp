@@ -16,8 +16,9 @@ struct Case {
 
 std::vector<std::string> OfDefault(const std::string &type, const std::string &value)
 {
-    return ReportsOf("identity i; identity j { base i; } identity k;\nleaf l { type " + type +
-                     " default '" + value + "'; }");
+    return ReportsOf("leaf five { type int8 { range 5; } } identity i; identity j { base i; } "
+                     "identity k;\nleaf l { type " +
+                     type + " default '" + value + "'; }");
 }
 
 } // namespace
@@ -39,8 +40,8 @@ TEST(Values, DefaultsAreOfTheirTypes)
         {"empty;", {}, {""}},
         {"identityref { base i; }", {"j", "m:j"}, {"i", "k", "x:j", "nothing"}},
         {"instance-identifier;", {"/m:l"}, {"l"}},
+        {"leafref { path '../m:five'; }", {"5"}, {}},
         {"union { type int8; type enumeration { enum x; } }", {"5", "x"}, {"y"}},
-        {"leafref { path '../m:l'; }", {"anything"}, {}},
     };
     for (const Case &one : cases) {
         for (const char *value : one.right)
@@ -71,4 +72,15 @@ TEST(Values, ARestrictionLeavesRoomForTheDefaultThatItInherits)
             "leaf b { type t { range '0..9'; } default 5; } leaf c { type t { range '0..60'; } }"),
         ElementsAre(
             "2:10: error: the default \"50\" of type \"t\" is no value of its restriction here"));
+}
+
+TEST(Values, ADefaultDoesNotDependOnAFeature)
+{
+    EXPECT_THAT(
+        ReportsOf(
+            "feature f;\ntypedef t { type enumeration { enum a { if-feature f; } enum b; } }\n"
+            "leaf l { type t; default a; } leaf m { type t; default b; }\n"
+            "leaf n { type bits { bit x; bit y { if-feature f; } } default 'x y'; }"),
+        ElementsAre("3:18: error: default \"a\" depends on a feature",
+                    "4:55: error: default \"y\" depends on a feature"));
 }

@@ -136,14 +136,14 @@ TEST(Linkage, SubmodulesBecomeAPartOfTheirModule)
     EXPECT_EQ(BodyOf(preparation), R"(  <typedef name="from-t">
     <type name="string"/>
   </typedef>
-  <leaf name="a">
-    <type name="from-t"/>
-  </leaf>
   <leaf name="b">
     <type name="from-t"/>
   </leaf>
   <leaf name="c">
     <type name="i:type"/>
+  </leaf>
+  <leaf name="a">
+    <type name="from-t"/>
   </leaf>
 )");
 }

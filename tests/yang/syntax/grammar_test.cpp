@@ -104,7 +104,7 @@ TEST(Grammar, AcceptsEveryStatementInItsPlace)
   identity i { if-feature f; base j; status current; description d; reference r; }
   identity j;
   typedef t { type int8 { range "1..4" { error-message m; error-app-tag a; description d;
-      reference r; } } units u; default 2; status deprecated; description d; reference r; }
+      reference r; } } units u; default 2; status current; description d; reference r; }
   typedef d { type decimal64 { fraction-digits 2; range "1.5..max"; } }
   typedef s { type string { length "1..8" { error-message m; error-app-tag a; }
       pattern a* { modifier invert-match; error-message m; error-app-tag a; description d;

@@ -1,4 +1,4 @@
-#include "yang/base/utf8.h"
+#include "yang/base/source.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Refine, and the augments of a module.
+// A whole module: its tree, extension instances with nodes in them, and its augments.
 #include <algorithm>
 #include <iterator>
 
@@ -11,43 +11,17 @@ namespace {
 
 using K = Keyword;
 
-constexpr uint64_t Bit(Keyword keyword)
-{
-    return uint64_t{1} << static_cast<unsigned>(keyword);
-}
-constexpr uint64_t kLists = Bit(K::List) | Bit(K::LeafList);
-constexpr uint64_t kAnything = Bit(K::Anydata) | Bit(K::Anyxml);
-constexpr uint64_t kDataNodes = kLists | kAnything | Bit(K::Container) | Bit(K::Leaf);
-constexpr uint64_t kBranches = kDataNodes | Bit(K::Choice) | Bit(K::Case);
-constexpr uint64_t kAll = ~uint64_t{0};
-
-// What may be refined where (RFC 7950, section 7.13.2).
-struct RefineRow {
-    Keyword property;
-    uint64_t targets;
-};
-constexpr RefineRow kRefineRows[] = {
-    {K::Default, Bit(K::Leaf) | Bit(K::LeafList) | Bit(K::Choice)},
-    {K::Description, kAll},
-    {K::Reference, kAll},
-    {K::Config, kBranches & ~Bit(K::Case)},
-    {K::Mandatory, kAnything | Bit(K::Leaf) | Bit(K::Choice)},
-    {K::Presence, Bit(K::Container)},
-    {K::Must, kDataNodes},
-    {K::MinElements, kLists},
-    {K::MaxElements, kLists},
-    {K::IfFeature, kBranches},
-};
-
 // What may be the target of an augment (RFC 7950, section 7.17), and what it may take there.
-constexpr uint64_t kAugmentTargets = Bit(K::Container) | Bit(K::List) | Bit(K::Choice) |
-                                     Bit(K::Case) | Bit(K::Input) | Bit(K::Output) |
-                                     Bit(K::Notification);
-constexpr uint64_t kHoldsActions = Bit(K::Container) | Bit(K::List);
+constexpr KeywordSet kAugmentTargets = {K::Container, K::List,   K::Choice,      K::Case,
+                                        K::Input,     K::Output, K::Notification};
+constexpr KeywordSet kHoldsActions = {K::Container, K::List};
 
-bool IsIn(uint64_t set, Keyword keyword)
+bool HoldsNodes(const Statement &instance)
 {
-    return static_cast<unsigned>(keyword) < 64 && (set & Bit(keyword)) != 0;
+    for (const Statement &child : SubStatements(instance))
+        if (IsNodeKeyword(child.keyword) || child.keyword == K::Uses)
+            return true;
+    return false;
 }
 
 size_t StepsOf(const Node &augment)
@@ -84,43 +58,17 @@ bool IsState(const Node &node)
 
 } // namespace
 
-void Expander::CheckRefine(const Node &target, const Statement &property)
-{
-    const auto *row =
-        std::find_if(std::begin(kRefineRows), std::end(kRefineRows),
-                     [&](const RefineRow &r) { return r.property == property.keyword; });
-    bool isOld = UnitOf(property).version == Version::Yang1;
-    bool isAllowed = row == std::end(kRefineRows) || IsIn(row->targets, target.keyword);
-    if (isOld && property.keyword == K::Default && target.keyword == K::LeafList)
-        isAllowed = false;
-    if (!isAllowed)
-        reports_.Error(property.place(), ZR_YANG_CODE_REFINE,
-                       {"\"", property.word, "\" cannot be refined in ", NameOf(target.keyword),
-                        " \"", target.name(), "\""});
-}
-
-void Expander::Refine(Node &parent, const Statement &refine)
-{
-    Node *target = FindTarget(&parent, refine.argument, refine);
-    if (target == nullptr)
-        return;
-    for (const Statement &property : SubStatements(refine)) {
-        CheckRefine(*target, property);
-        AddTo(*target, property, false);
-    }
-}
-
 void Expander::CheckAugment(const Module &module, const Node &augment, const Node &target)
 {
     const Statement &statement = *augment.statement;
-    if (!IsIn(kAugmentTargets, target.keyword))
+    if (!kAugmentTargets.Has(target.keyword))
         return reports_.Error(statement.place(), ZR_YANG_CODE_PATH,
                               {"\"", statement.argument, "\" is a ", NameOf(target.keyword),
                                ", which cannot be augmented"});
     for (const Node *node = augment.first; node != nullptr; node = node->next) {
         bool isOperation = node->keyword == K::Action || node->keyword == K::Notification;
         if ((node->keyword == K::Case && !node->isImplicit && target.keyword != K::Choice) ||
-            (isOperation && !IsIn(kHoldsActions, target.keyword)))
+            (isOperation && !kHoldsActions.Has(target.keyword)))
             reports_.Error(
                 node->statement->place(), ZR_YANG_CODE_PATH,
                 {"a ", NameOf(node->keyword), " cannot be added to a ", NameOf(target.keyword)});
@@ -174,6 +122,49 @@ void Expander::Couple(Module &module)
                      [](const Node *a, const Node *b) { return StepsOf(*a) < StepsOf(*b); });
     for (Node *augment : order)
         CoupleOne(module, *augment);
+}
+
+// An extension instance may hold nodes of its own, as those of "yang-data" do (RFC 8040).
+void Expander::AddInstance(Module &module, const Statement &instance)
+{
+    auto *node = arena_.New<Node>();
+    node->statement = &instance;
+    node->module = &module;
+    module.instances.push_back(node);
+    AddBody({*node, *node, 0}, instance);
+}
+
+void Expander::Expand(Module &module, std::pmr::vector<Node *> &unusedGroupings)
+{
+    module_ = &module;
+    nodes_ = 0;
+    isStopped_ = false;
+    module.tree = arena_.New<Node>();
+    module.tree->statement = module.unit->root;
+    module.tree->module = &module;
+    module.tree->keyword = K::Module;
+    // The module itself, which is the first unit, comes last: as when it is loaded with its
+    // submodules.
+    for (size_t i = 1; i <= module.units.size(); ++i) {
+        Unit *unit = module.units[i % module.units.size()];
+        AddBody({*module.tree, *module.tree, 0}, *unit->root);
+        for (const Statement &child : SubStatements(*unit->root))
+            if (child.IsExtension() && HoldsNodes(child))
+                AddInstance(module, child);
+    }
+    Couple(module);
+    LiftTypedefs(module, arena_);
+    for (Definition *definition : module.ordered) {
+        if (definition->kind != DefinitionKind::Grouping || definition->isUsed ||
+            definition->isInCircle)
+            continue;
+        auto *root = arena_.New<Node>();
+        root->statement = definition->statement;
+        root->module = &module;
+        root->keyword = K::Grouping;
+        unusedGroupings.push_back(root);
+        AddBody({*root, *root, 0}, *definition->statement);
+    }
 }
 
 } // namespace zr::yang
