@@ -107,6 +107,15 @@ TEST_F(Prepare, DecidesExpressionsByTheFeaturesGiven)
     EXPECT_THAT(Run("--stdout --features f: f").out, testing::Not(HasSubstr("leaf")));
 }
 
+TEST_F(Prepare, StopsAtALimitOfNodesThatCanBeSet)
+{
+    ToolRun run = Run("--node-limit 1 --stdout m");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("module \"m\" expands to more nodes than are allowed"));
+    EXPECT_EQ(Run("--node-limit 10 --stdout m").status, 0);
+    EXPECT_EQ(Run("--node-limit 0 --stdout m").status, 2);
+}
+
 TEST_F(Prepare, RefusesWhatItCannotDo)
 {
     EXPECT_EQ(RunTool("prepare -p /no/such/folder --stdout m").status, 1);

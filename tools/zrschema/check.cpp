@@ -93,9 +93,11 @@ std::vector<ModuleReport> Collect(Session &session, const std::vector<std::strin
     return reports;
 }
 
-Totals Count(const std::vector<ModuleReport> &reports)
+Totals Count(const Run &run, const std::vector<ModuleReport> &reports)
 {
     Totals totals;
+    totals.errors = run.CountOfSources(false);
+    totals.warnings = run.CountOfSources(true);
     for (const ModuleReport &report : reports) {
         ++(report.module != nullptr ? totals.loaded : totals.failed);
         for (const Problem &error : report.errors)
@@ -147,7 +149,7 @@ int RunCheck(Run &run, const CheckOptions &options)
     std::vector<std::string> names = ModulesToCheck(session, options);
     LoadAll(session, names);
     std::vector<ModuleReport> reports = Collect(session, names, options.all);
-    Totals totals = Count(reports);
+    Totals totals = Count(run, reports);
     for (const ModuleReport &report : reports)
         if (report.module == nullptr)
             session.ExplainNotLoaded(report.name);

@@ -245,8 +245,9 @@ bool ModuleFiles::Has(const std::string &name) const
 std::vector<std::string> ModuleFiles::CloseTo(const std::string &name) const
 {
     std::vector<std::string> names;
-    for (const auto &entry : files_)
-        names.push_back(entry.first);
+    for (const auto *files : {&files_, &sourceFiles_})
+        for (const auto &entry : *files)
+            names.push_back(entry.first);
     return CloseNames(name, names);
 }
 

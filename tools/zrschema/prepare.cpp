@@ -22,6 +22,7 @@ struct PrepareOptions {
     std::vector<std::string> features;
     std::string output;
     std::string dependencies;
+    uint64_t nodeLimit = 0; // 0: as the library has it
     bool all = false;
     bool toStandardOutput = false;
     bool strip = false;
@@ -140,6 +141,8 @@ int RunPrepare(Run &run, const PrepareOptions &options)
     for (const std::string &given : options.features)
         SetFeatures(sources.yang(), given);
     ZR_YANG_SetOption(sources.yang(), ZR_YANG_OPTION_STRIP, options.strip);
+    if (options.nodeLimit != 0)
+        ZR_YANG_SetOption(sources.yang(), ZR_YANG_OPTION_NODE_LIMIT, options.nodeLimit);
     std::vector<std::string> names = options.all ? sources.Names() : options.modules;
     if (names.empty())
         run.Complain("no module found: the directories hold no NAME.yang");
@@ -197,6 +200,11 @@ void AddPrepareCommand(CLI::App &app, Run &run, int &status)
                      "write the sources of each prepared file as a rule for make")
         ->type_name("FILE");
     command->add_flag("--strip", options->strip, "leave descriptions, references and contacts out");
+    command
+        ->add_option("--node-limit", options->nodeLimit,
+                     "the most nodes that a module may expand to; 1000000 when nothing is said")
+        ->type_name("COUNT")
+        ->check(CLI::PositiveNumber);
     command->add_flag("--all", options->all, "prepare every module of the directories");
     AddJsonOption(*command);
     command->add_option("modules", options->modules, "the modules to prepare")->type_name("MODULE");

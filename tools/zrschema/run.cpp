@@ -82,6 +82,14 @@ void Run::Say(Problem problem)
     problems_.push_back(std::move(problem));
 }
 
+size_t Run::CountOfSources(bool warnings) const
+{
+    return static_cast<size_t>(
+        std::count_if(problems_.begin(), problems_.end(), [&](const Problem &problem) {
+            return problem.isSource && problem.warning == warnings;
+        }));
+}
+
 void Run::Complain(const std::string &message)
 {
     Say({message});

@@ -47,6 +47,8 @@ public:
     // Says something on standard error, at once, and keeps it for the document.
     void Say(Problem problem);
     void Complain(const std::string &message);
+    // How many errors, or warnings, of sources were said.
+    size_t CountOfSources(bool warnings) const;
 
     void Print(const std::string &text);
     // Prints the run's document with `errors`, all that was said, in it; in each of its objects

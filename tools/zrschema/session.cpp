@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <new>
+#include <stdexcept>
 
 #include "close_names.h"
 #include "xml_text.h"
@@ -33,8 +34,10 @@ std::vector<std::string> AbsolutePaths(const std::vector<std::string> &directori
     for (const std::string &directory : directories) {
         std::error_code error;
         fs::path path = fs::canonical(directory, error);
-        if (error || !fs::is_directory(path, error))
-            throw UsageError{"not a directory: " + directory};
+        if (!error && !fs::is_directory(path, error))
+            error = std::make_error_code(std::errc::not_a_directory);
+        if (error)
+            throw std::runtime_error("cannot list " + directory + ": " + error.message());
         paths.push_back(path.string());
     }
     return paths;
