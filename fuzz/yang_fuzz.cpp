@@ -2,7 +2,7 @@
 //
 // Input: a byte for the allocation that fails, 0 for none, a byte of options, and then sources with
 // a line "%%" between them. The first is "m"; the others, which it may import or include, are "a",
-// "b" and so on.
+// "b" and so on; those that begin with "<" are prepared modules.
 #include "support.h"
 
 #include <zryang/zryang.h>
@@ -17,6 +17,7 @@ Goal g_prepared("a module is prepared");
 Goal g_faulty("a module has errors");
 Goal g_warned("a module has warnings alone");
 Goal g_imported("a prepared module imports another one");
+Goal g_usedPrepared("a prepared import is used");
 Goal g_noMemory("memory runs out");
 Goal g_limited("a limit is reached");
 
@@ -61,6 +62,8 @@ uint32_t AddAll(ZrYang *yang, std::string_view sources, size_t &countOut)
     std::string name = "m";
     for (countOut = 0; countOut < 8; ++countOut) {
         size_t end = std::min(sources.find(kSeparator), sources.size());
+        if (sources.starts_with('<'))
+            name += ".yin";
         uint32_t status = ZR_YANG_AddText(yang, name.c_str(), sources.data(), end);
         if (status != ZR_YANG_OK || end == sources.size())
             return status;
@@ -92,6 +95,8 @@ uint32_t Prepare(std::string_view sources, uint8_t options, Memory &memory, std:
     Check((text != nullptr) == (status == ZR_YANG_OK), "there is a text when all is well");
     if (text != nullptr)
         textOut.assign(text, length);
+    g_usedPrepared.MeetIf(status == ZR_YANG_OK && sources.find("\n%%\n<") != sources.npos &&
+                          textOut.find("type name=\"a:") != std::string::npos);
     g_imported.MeetIf(count > 0 && textOut.find("<import") != std::string::npos);
     ZR_YANG_FreeText(yang, text);
     ZR_YANG_Delete(yang);
