@@ -1,19 +1,25 @@
-# Installation: library, headers, program, pkg-config file and CMake package.
+# Installation: libraries, headers, program, and for each library a pkg-config file and a CMake
+# package.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS zrschema EXPORT zrschemaTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(DIRECTORY include/zrschema DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+# The prefix is known only when it comes to installing, so the pkg-config files tell it from their own
+# place.
+file(RELATIVE_PATH zr_prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+
+function(zr_install_library name description)
+    install(TARGETS ${name} EXPORT ${name}Targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    install(DIRECTORY include/${name} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+    configure_file(cmake/library.pc.in ${name}.pc @ONLY)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+    set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
+    write_basic_package_version_file(${name}ConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+    install(EXPORT ${name}Targets NAMESPACE ${name}:: FILE ${name}Config.cmake DESTINATION ${package_dir})
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}ConfigVersion.cmake DESTINATION ${package_dir})
+endfunction()
+
+zr_install_library(zrschema "A YANG schema engine")
+zr_install_library(zryang "Checks YANG sources and prepares them for libzrschema")
 install(FILES ${PROJECT_BINARY_DIR}/include/zrschema/version.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zrschema)
 if(ZR_BUILD_TOOL)
     install(TARGETS zrschema_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
-
-# The prefix is known only when it comes to installing, so the file tells it from its own place.
-file(RELATIVE_PATH zr_prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(cmake/zrschema.pc.in zrschema.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zrschema.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-
-set(zr_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zrschema)
-write_basic_package_version_file(zrschemaConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-install(EXPORT zrschemaTargets NAMESPACE zrschema:: FILE zrschemaConfig.cmake DESTINATION ${zr_package_dir})
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zrschemaConfigVersion.cmake DESTINATION ${zr_package_dir})

@@ -29,6 +29,8 @@ TEST(Exports, AreTheNamesThatTheHeadersDeclare)
     const std::string tool = ZR_PYTHON " '" ZR_SOURCE_DIR "/tools/exported_names'";
     EXPECT_GT(Lines(tool).size(), 800u);
     EXPECT_THAT(Lines(tool + " '" ZR_LIBRARY "' 2>&1 || echo they differ"), testing::IsEmpty());
+    EXPECT_THAT(Lines(tool + " '" ZR_YANG_LIBRARY "' ZR_YANG_API 2>&1 || echo they differ"),
+                testing::IsEmpty());
 }
 
 TEST(Exports, TheLibraryNeedsLibxml2AndTheCLibraryOnly)
@@ -46,6 +48,15 @@ TEST(Exports, TheLibraryNeedsLibxml2AndTheCLibraryOnly)
             needed.push_back(line);
     EXPECT_THAT(needed, testing::Contains(testing::HasSubstr("[libxml2.so")));
     EXPECT_THAT(needed, testing::Each(isNeeded));
+}
+
+TEST(Exports, TheTwoLibrariesDoWithoutEachOther)
+{
+    for (const char *library : {ZR_LIBRARY, ZR_YANG_LIBRARY})
+        for (const std::string &line : Lines(std::string("readelf -d '") + library + "'"))
+            if (line.find("(NEEDED)") != std::string::npos) {
+                EXPECT_THAT(line, testing::Not(testing::HasSubstr("libzr")));
+            }
 }
 
 TEST(Exports, TheLibraryDoesNotTouchTheCxxHeap)

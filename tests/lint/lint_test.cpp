@@ -60,6 +60,9 @@ protected:
         Write("include/zrschema/types.h",
               "#define ZR_API __attribute__((visibility(\"default\")))\n"
               "ZR_API int ZR_One(int number);\n");
+        Write("include/zryang/zryang.h",
+              "#define ZR_YANG_API __attribute__((visibility(\"default\")))\n"
+              "ZR_YANG_API int ZR_YANG_One(int number);\n");
         Shell("git init -q . && mkdir build");
     }
     ~Lint() override { fs::remove_all(root_); }
@@ -127,6 +130,12 @@ protected:
         Write("library.c", code);
         fs::create_directories(root_ / "build/release/lib");
         ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/libzrschema.so library.c"), 0);
+        BuildYangLibrary("int ZR_YANG_One(int n) { return n; }");
+    }
+    void BuildYangLibrary(const std::string &code) const
+    {
+        Write("library.c", code);
+        ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/libzryang.so library.c"), 0);
         fs::remove(root_ / "library.c");
     }
 
@@ -397,6 +406,10 @@ TEST_F(Lint, FindsUsesThatPointUpOrSideways)
         {"src/loader/pending.cpp",      "\"data/phases.h\"",        "data/phases.h"},
         {"src/platform/new/room.h",     "\"print/printer.h\"",         "print/printer.h"},
         {"src/unknown/file.cpp",        "\"platform/strings.h\"",         "no layer is known"},
+        {"src/yang/names/links.cpp",    "\"yang/xpath/tokens.h\"",    "yang/xpath/tokens.h"},
+        {"src/yang/check/nodes.cpp",    "\"yang/yin/writer.h\"",      "yang/yin/writer.h"},
+        {"src/yang/base/source.cpp",    "\"platform/strings.h\"",     "platform/strings.h"},
+        {"src/schema/new.cpp",          "\"yang/base/source.h\"",     "yang/base/source.h"},
         {"src/print/line.cpp",          "\"platform/no_such_file.h\"", "leads to no file"},
         {"src/print/line.cpp",          "NAME_OF_A_FILE",              "leads to no file"},
         {"tools/zrschema/main.cpp",     "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},

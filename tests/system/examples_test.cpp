@@ -25,7 +25,7 @@ protected:
     Examples()
         : ctx(ZR_CTX_Create(ZR_CTX_LOAD_IMPORTS | ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS))
     {
-        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLES_DIR "/modules"), ZR_OK);
+        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLE_MODULES), ZR_OK);
     }
     ~Examples() override { ZR_CTX_Delete(ctx); }
     ZrNode *Node(const char *path) { return ZR_CTX_GetTargetNode(ctx, path, nullptr); }

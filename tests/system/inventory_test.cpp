@@ -61,7 +61,7 @@ class Data : public testing::Test {
 protected:
     Data() : ctx(ZR_CTX_Create(ZR_CTX_LOAD_IMPORTS | ZR_CTX_KEEP_DESCRIPTIONS))
     {
-        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLES_DIR "/modules"), ZR_OK);
+        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLE_MODULES), ZR_OK);
         EXPECT_EQ(ZR_CTX_LoadModule(ctx, "example-routing"), ZR_OK);
     }
     ~Data() override { ZR_CTX_Delete(ctx); }
@@ -113,7 +113,6 @@ TEST_F(Data, OfAServerItsModulesCanBeListed)
     EXPECT_EQ(ZR_CTX_ScanAllModules(ctx, NoteModule, &inventory), ZR_OK);
     EXPECT_EQ(inventory.text.str(),
               R"(example-router@2026-11-01 1.1 A small router with its interfaces.
-  submodule example-router-statistics
   import example-types as ety 2026-11-01
   feature tunnels on
 example-routing@2026-11-01 1.1 Routes of the example router.

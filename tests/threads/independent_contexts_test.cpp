@@ -16,7 +16,7 @@ using namespace zrtest;
 std::string Live(uint32_t flags)
 {
     TestContext ctx(flags);
-    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLES_DIR "/modules"), ZR_OK);
+    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLE_MODULES), ZR_OK);
     for (const char *module : {"example-routing", "example-vendor", "example-services"})
         EXPECT_EQ(ZR_CTX_LoadModule(ctx, module), ZR_OK);
     ZR_MOD_EnableFeature(ctx.Module("example-router"), "*");

@@ -38,7 +38,7 @@ class SharedContext : public testing::Test {
 protected:
     SharedContext()
     {
-        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, ZR_EXAMPLES_DIR "/modules"), ZR_OK);
+        EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, ZR_EXAMPLE_MODULES), ZR_OK);
         for (const char *module : {"example-vendor", "example-routing", "example-services"})
             EXPECT_EQ(ZR_CTX_LoadModule(ctx_, module), ZR_OK) << module;
         EXPECT_EQ(ctx_.LoadBody("m", kTypes), ZR_OK);

@@ -71,8 +71,9 @@ TEST(Check, WithoutAnyModuleFailsAndSaysWhatItLookedFor)
 {
     Folder folder;
     folder.Add("README", "no module");
-    std::string message = "no module found: looked for module files NAME.yin, NAME@*.yin in " +
-                          std::filesystem::canonical(folder.path()).string();
+    std::string message =
+        "no module found: looked for module files NAME.yang, NAME.yin, NAME@*.yin in " +
+        std::filesystem::canonical(folder.path()).string();
     ToolRun run = RunTool("check --all -p " + folder.path());
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err, "zrschema: " + message + "\n");

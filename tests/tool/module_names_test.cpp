@@ -19,7 +19,7 @@ const std::string kLeafTwo = "<leaf name='two'><type name='string'/></leaf>";
 
 TEST(ModuleNames, AFileOfASearchDirectoryStandsForItsModule)
 {
-    for (const char *file : {"example-router.yin", ZR_EXAMPLES_DIR "/modules/example-router.yin"}) {
+    for (const char *file : {"example-router.yin", ZR_EXAMPLE_MODULES "/example-router.yin"}) {
         ToolRun run = RunTool("tree " + kExampleModules + " " + file);
         EXPECT_EQ(run.status, 0) << run.err;
         EXPECT_THAT(run.out, StartsWith("module: example-router\n"));
@@ -91,8 +91,9 @@ TEST(ModuleNames, WhatCannotBeLoadedIsExplained)
     Folder folder;
     std::string broken = folder.Add("broken.yin", "<module>\n</modul>");
     std::string other = folder.Add("other.yin", "<rpc/>");
+    std::string part = folder.Add("part.yin", "<submodule/>");
     const std::pair<std::string, std::string> words[] = {
-        {"example-router-statistics.yin", "the file holds a submodule"},
+        {part, "the file holds a submodule"},
         {other, "the file holds no module, but \"rpc\""},
         {broken, "line 2: Opening and ending tag mismatch"},
         {"/nonexistent/example-types.yin",
@@ -106,7 +107,7 @@ TEST(ModuleNames, WhatCannotBeLoadedIsExplained)
         EXPECT_THAT(run.err, HasSubstr("cannot load module " + word + ": ")) << word;
         EXPECT_THAT(run.err, HasSubstr(why)) << word;
     }
-    std::filesystem::copy_file(ZR_EXAMPLES_DIR "/modules/example-services@@dns.yin",
+    std::filesystem::copy_file(ZR_EXAMPLE_MODULES "/example-services@@dns.yin",
                                folder.path() + "/example-services@@dns.yin");
     ToolRun run =
         RunTool("tree " + kExampleModules + " " + folder.path() + "/example-services@@dns.yin");

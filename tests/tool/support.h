@@ -15,7 +15,7 @@ struct ToolRun {
 // input. A redirection of standard output in `arguments` holds.
 ToolRun RunTool(const std::string &arguments, const std::string &input = "");
 
-inline const std::string kExampleModules = "-p " ZR_EXAMPLES_DIR "/modules";
+inline const std::string kExampleModules = "-p " ZR_EXAMPLE_MODULES;
 
 // A directory of modules.
 class Folder : public zrtest::TempDir {

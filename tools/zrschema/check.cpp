@@ -43,7 +43,8 @@ std::vector<std::string> ModulesToCheck(Session &session, const CheckOptions &op
         session.run().Say(problem);
     std::vector<std::string> names = files.InOrder(files.Names());
     if (names.empty()) {
-        std::string message = "no module found: looked for module files NAME.yin, NAME@*.yin in";
+        std::string message =
+            "no module found: looked for module files NAME.yang, NAME.yin, NAME@*.yin in";
         for (const std::string &directory : session.directories())
             message += " " + directory;
         session.run().Complain(message);
@@ -92,9 +93,11 @@ std::vector<ModuleReport> Collect(Session &session, const std::vector<std::strin
     return reports;
 }
 
-Totals Count(const std::vector<ModuleReport> &reports)
+Totals Count(const Run &run, const std::vector<ModuleReport> &reports)
 {
     Totals totals;
+    totals.errors = run.CountOfSources(false);
+    totals.warnings = run.CountOfSources(true);
     for (const ModuleReport &report : reports) {
         ++(report.module != nullptr ? totals.loaded : totals.failed);
         for (const Problem &error : report.errors)
@@ -146,7 +149,7 @@ int RunCheck(Run &run, const CheckOptions &options)
     std::vector<std::string> names = ModulesToCheck(session, options);
     LoadAll(session, names);
     std::vector<ModuleReport> reports = Collect(session, names, options.all);
-    Totals totals = Count(reports);
+    Totals totals = Count(run, reports);
     for (const ModuleReport &report : reports)
         if (report.module == nullptr)
             session.ExplainNotLoaded(report.name);

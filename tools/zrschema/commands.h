@@ -10,6 +10,7 @@ namespace tool {
 // The exit status of the command that ran is left in `status`.
 void AddTreeCommand(CLI::App &app, Run &run, int &status);
 void AddCheckCommand(CLI::App &app, Run &run, int &status);
+void AddPrepareCommand(CLI::App &app, Run &run, int &status);
 void AddNodeCommand(CLI::App &app, Run &run, int &status);
 void AddValueCommand(CLI::App &app, Run &run, int &status);
 void AddValidateCommand(CLI::App &app, Run &run, int &status);
@@ -17,6 +18,7 @@ void AddValidateCommand(CLI::App &app, Run &run, int &status);
 // The documents of commands that fail before they have a result.
 Json EmptyTreeDocument();
 Json EmptyCheckDocument();
+Json EmptyPrepareDocument();
 Json EmptyNodeDocument();
 Json EmptyValueDocument();
 Json EmptyValidateDocument();

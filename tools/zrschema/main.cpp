@@ -1,4 +1,4 @@
-// zrschema: loads YIN modules and prints, checks and uses them.
+// zrschema: prepares and loads modules, and prints, checks and uses them.
 #include <algorithm>
 #include <new>
 #include <sstream>
@@ -10,7 +10,9 @@ namespace tool {
 
 void AddDirectoryOption(CLI::App &command, std::vector<std::string> &directories)
 {
-    command.add_option("-p,--path", directories, "a directory that is searched for YIN files")
+    command
+        .add_option("-p,--path", directories,
+                    "a directory that is searched for modules, YANG or YIN")
         ->required()
         ->type_name("DIR")
         ->allow_extra_args(false);
@@ -43,7 +45,7 @@ void AddJsonOption(CLI::App &command)
 
 void AddNotes(CLI::App &command, const std::string &notes)
 {
-    command.footer(notes + "\nMODULE is a module's name, NAME@REVISION, or a YIN file.");
+    command.footer(notes + "\nMODULE is a module's name, NAME@REVISION, or a file.");
     command.set_version_flag("--version", "zrschema " ZR_VERSION);
 }
 
@@ -65,6 +67,7 @@ struct Command {
 constexpr Command kCommands[] = {
     {"tree",     AddTreeCommand,     EmptyTreeDocument},
     {"check",    AddCheckCommand,    EmptyCheckDocument},
+    {"prepare",  AddPrepareCommand,  EmptyPrepareDocument},
     {"node",     AddNodeCommand,     EmptyNodeDocument},
     {"value",    AddValueCommand,    EmptyValueDocument},
     {"validate", AddValidateCommand, EmptyValidateDocument},
@@ -111,8 +114,9 @@ std::string Explain(const CLI::App &app, const Words &words, const CLI::ParseErr
 
 int Parse(int argc, char **argv, const Words &words, Run &run)
 {
-    CLI::App app("Loads YANG modules in their XML form (YIN) and prints, checks and uses them.",
-                 "zrschema");
+    CLI::App app(
+        "Loads YANG modules, as sources or in prepared YIN, and prints, checks and uses them.",
+        "zrschema");
     app.set_version_flag("--version", "zrschema " ZR_VERSION);
     app.footer(kNotes);
     app.require_subcommand(1);

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "close_names.h"
+#include "xml_text.h"
 
 namespace fs = std::filesystem;
 
@@ -27,10 +28,15 @@ bool IsPart(const std::string &path)
 
 } // namespace
 
-ModuleFiles::ModuleFiles(const std::vector<std::string> &directories) : directories_(directories)
+ModuleFiles::ModuleFiles(const std::vector<std::string> &directories, Sources &sources)
+    : directories_(directories), sources_(sources)
 {
-    for (const std::string &directory : directories)
+    for (const std::string &directory : directories) {
+        size_t before = leftOut_.size();
         Collect(directory);
+        if (leftOut_.size() == before || leftOut_.back().warning)
+            sources_.AddDirectory(directory);
+    }
 }
 
 void ModuleFiles::Collect(const std::string &directory)
@@ -39,11 +45,12 @@ void ModuleFiles::Collect(const std::string &directory)
     fs::directory_iterator entry(directory, error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         const fs::path &path = entry->path();
-        if (path.extension() != kExtension)
+        bool isSource = path.extension() == kSourceExtension;
+        if (path.extension() != kExtension && !isSource)
             continue;
         std::error_code unknown;
         if (entry->is_regular_file(unknown))
-            files_[ModuleNameOf(path)].push_back(path.string());
+            (isSource ? sourceFiles_ : files_)[ModuleNameOf(path)].push_back(path.string());
         else
             leftOut_.push_back({"not a regular file: passed over", "", path.string(), 0, true});
     }
@@ -60,12 +67,54 @@ const YinFile &ModuleFiles::Read(const std::string &path)
 
 ModuleChoice ModuleFiles::Choose(const std::string &given)
 {
+    if (fs::path(given).extension() == kSourceExtension) {
+        if (given.find('/') != std::string::npos)
+            sources_.AddFile(given);
+        std::string name = ModuleNameOf(given);
+        sourceFiles_[name].push_back(given);
+        size_t at = given.find('/') == std::string::npos ? given.find('@') : std::string::npos;
+        return ChooseSource(
+            name, at == std::string::npos ? "" : fs::path(given.substr(at + 1)).stem().string());
+    }
     if (given.find('/') != std::string::npos || fs::path(given).extension() == kExtension)
         return ChooseFile(given);
     size_t at = given.find('@');
+    std::string name = given.substr(0, at),
+                revision = at == std::string::npos ? "" : given.substr(at + 1);
+    if (sourceFiles_.count(name) != 0)
+        return ChooseSource(name, revision);
     if (at == std::string::npos)
         return {given, "", ""};
-    return ChooseRevision(given.substr(0, at), given.substr(at + 1));
+    return ChooseRevision(name, revision);
+}
+
+ModuleChoice ModuleFiles::ChooseSource(const std::string &name, const std::string &revision)
+{
+    Take(name, revision);
+    std::string path = ChosenPath(name);
+    return {name, path, path.empty() ? "its source has errors" : ""};
+}
+
+void ModuleFiles::Take(const std::string &name, const std::string &revision)
+{
+    if (sourceFiles_.count(name) == 0 || !taken_.insert(name).second)
+        return;
+    std::string text;
+    if (!sources_.Prepare(revision.empty() ? name : name + "@" + revision, text))
+        return;
+    std::string path = sourceFiles_[name].front();
+    read_[path] = ReadYinText(text, path);
+    prepared_[path] = std::move(text);
+    chosen_[name] = path;
+}
+
+std::string ModuleFiles::ReadText(const std::string &path, std::string &text) const
+{
+    auto found = prepared_.find(path);
+    if (found == prepared_.end())
+        return ReadRegularFile(path, text);
+    text = found->second;
+    return "";
 }
 
 ModuleChoice ModuleFiles::ChooseFile(const std::string &given)
@@ -179,21 +228,26 @@ std::vector<std::string> ModuleFiles::Names()
 {
     std::vector<std::string> names;
     for (const auto &[name, paths] : files_)
-        if (Read(paths.front()).root != "submodule")
+        if (Read(paths.front()).root != "submodule" && sourceFiles_.count(name) == 0)
             names.push_back(name);
+    if (!sourceFiles_.empty())
+        for (const std::string &name : sources_.Names())
+            names.push_back(name);
+    std::sort(names.begin(), names.end());
     return names;
 }
 
 bool ModuleFiles::Has(const std::string &name) const
 {
-    return files_.count(name) != 0 || chosen_.count(name) != 0;
+    return files_.count(name) != 0 || chosen_.count(name) != 0 || sourceFiles_.count(name) != 0;
 }
 
 std::vector<std::string> ModuleFiles::CloseTo(const std::string &name) const
 {
     std::vector<std::string> names;
-    for (const auto &entry : files_)
-        names.push_back(entry.first);
+    for (const auto *files : {&files_, &sourceFiles_})
+        for (const auto &entry : *files)
+            names.push_back(entry.first);
     return CloseNames(name, names);
 }
 
@@ -239,6 +293,7 @@ void ModuleFiles::Visit(const std::string &name, std::set<std::string> &seen,
 {
     if (!seen.insert(name).second)
         return;
+    Take(name);
     for (const std::string &import : ImportsOf(name))
         if (Has(import))
             Visit(import, seen, order);

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "sources.h"
 #include "yin_file.h"
 
 namespace tool {
@@ -20,13 +21,19 @@ struct ModuleChoice {
 
 class ModuleFiles {
 public:
-    explicit ModuleFiles(const std::vector<std::string> &directories);
+    ModuleFiles(const std::vector<std::string> &directories, Sources &sources);
 
     // Understands a module's name, NAME@REVISION, and the name or path of a file. From then on the
     // file that was chosen stands for the module.
     ModuleChoice Choose(const std::string &given);
     // The file that was chosen for a module, "" when none was.
     std::string ChosenPath(const std::string &name) const;
+
+    // Prepares a module that is there as a source, which is preferred to a YIN file of its name:
+    // from then on what was prepared stands for the module.
+    void Take(const std::string &name) { Take(name, ""); }
+    // The text of a file, or what was prepared of a source; "", or the reason why there is none.
+    std::string ReadText(const std::string &path, std::string &text) const;
 
     // Every module found, by name.
     std::vector<std::string> Names();
@@ -52,7 +59,9 @@ public:
 private:
     void Collect(const std::string &directory);
     const YinFile &Read(const std::string &path);
+    void Take(const std::string &name, const std::string &revision);
     ModuleChoice ChooseFile(const std::string &given);
+    ModuleChoice ChooseSource(const std::string &name, const std::string &revision);
     ModuleChoice ChooseRevision(const std::string &name, const std::string &revision);
     // The files that the library reads for a module.
     std::vector<std::string> LoadedFiles(const std::string &name) const;
@@ -66,6 +75,10 @@ private:
     std::map<std::string, std::vector<std::string>> files_; // by module or submodule name
     std::map<std::string, std::string> chosen_;             // path by name
     std::map<std::string, YinFile> read_;                   // by path
+    Sources &sources_;
+    std::map<std::string, std::vector<std::string>> sourceFiles_; // by module or submodule name
+    std::set<std::string> taken_;                                 // that were tried
+    std::map<std::string, std::string> prepared_;                 // texts by path
     std::vector<Problem> leftOut_;
 };
 

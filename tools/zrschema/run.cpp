@@ -1,5 +1,7 @@
 #include "run.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
@@ -16,6 +18,20 @@ std::string OneLine(std::string text)
     std::replace_if(
         text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, ' ');
     return text;
+}
+
+// "FILE:LINE:COLUMN: error: MESSAGE", and on a terminal the line with a mark under the place.
+void SayOfSource(const Problem &problem)
+{
+    std::string text = OneLine(PlaceOf(problem));
+    if (problem.column > 0)
+        text += ":" + std::to_string(problem.column);
+    text += (text.empty() ? "zrschema: " : ": ") + std::string(KindName(problem)) + ": " +
+            problem.message + "\n";
+    if (problem.column > 0 && isatty(STDERR_FILENO) == 1)
+        text += "  " + OneLine(problem.sourceLine) + "\n  " +
+                std::string(static_cast<size_t>(problem.column) - 1, ' ') + "^\n";
+    std::fputs(text.c_str(), stderr);
 }
 
 } // namespace
@@ -37,15 +53,23 @@ Json TextOrNull(const char *text)
 
 Json ToJson(const Problem &problem)
 {
-    return {{"file", problem.file.empty() ? Json(nullptr) : Json(problem.file)},
-            {"line", problem.line > 0 ? Json(problem.line) : Json(nullptr)},
-            {"kind", KindName(problem)},
-            {"message", problem.message}};
+    Json document = {{"file", problem.file.empty() ? Json(nullptr) : Json(problem.file)},
+                     {"line", problem.line > 0 ? Json(problem.line) : Json(nullptr)},
+                     {"kind", KindName(problem)},
+                     {"message", problem.message}};
+    if (problem.column > 0)
+        document["column"] = problem.column;
+    return document;
 }
 
 void Run::Say(Problem problem)
 {
     problem.message = OneLine(problem.message);
+    if (problem.isSource) {
+        SayOfSource(problem);
+        problems_.push_back(std::move(problem));
+        return;
+    }
     std::string place = OneLine(PlaceOf(problem));
     if (!problem.module.empty())
         place = place.empty() ? problem.module : problem.module + " (" + place + ")";
@@ -56,6 +80,14 @@ void Run::Say(Problem problem)
         line += std::string(KindName(problem)) + ": ";
     std::fputs((line + problem.message + "\n").c_str(), stderr);
     problems_.push_back(std::move(problem));
+}
+
+size_t Run::CountOfSources(bool warnings) const
+{
+    return static_cast<size_t>(
+        std::count_if(problems_.begin(), problems_.end(), [&](const Problem &problem) {
+            return problem.isSource && problem.warning == warnings;
+        }));
 }
 
 void Run::Complain(const std::string &message)

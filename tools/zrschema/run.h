@@ -23,6 +23,9 @@ struct Problem {
     std::string file = "";   // "" when it belongs to none
     long line = 0;           // 0 when it belongs to none
     bool warning = false;
+    long column = 0;             // of a source, with its line
+    bool isSource = false;       // of YANG: told like a compiler tells it
+    std::string sourceLine = ""; // shown on a terminal
 };
 
 // "FILE", or "FILE:LINE" when the line is known; "" without a file.
@@ -44,6 +47,8 @@ public:
     // Says something on standard error, at once, and keeps it for the document.
     void Say(Problem problem);
     void Complain(const std::string &message);
+    // How many errors, or warnings, of sources were said.
+    size_t CountOfSources(bool warnings) const;
 
     void Print(const std::string &text);
     // Prints the run's document with `errors`, all that was said, in it; in each of its objects

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <new>
+#include <stdexcept>
 
 #include "close_names.h"
 #include "xml_text.h"
@@ -33,8 +34,10 @@ std::vector<std::string> AbsolutePaths(const std::vector<std::string> &directori
     for (const std::string &directory : directories) {
         std::error_code error;
         fs::path path = fs::canonical(directory, error);
-        if (error || !fs::is_directory(path, error))
-            throw UsageError{"not a directory: " + directory};
+        if (!error && !fs::is_directory(path, error))
+            error = std::make_error_code(std::errc::not_a_directory);
+        if (error)
+            throw std::runtime_error("cannot list " + directory + ": " + error.message());
         paths.push_back(path.string());
     }
     return paths;
@@ -44,7 +47,7 @@ std::vector<std::string> AbsolutePaths(const std::vector<std::string> &directori
 
 Session::Session(Run &run, uint32_t flags, const std::vector<std::string> &directories)
     : run_(run), ctx_(nullptr), flags_(flags), directories_(AbsolutePaths(directories)),
-      files_(directories_)
+      sources_(run), files_(directories_, sources_)
 {
     ctx_ = ZR_CTX_Create(flags);
     if (ctx_ == nullptr)
@@ -87,11 +90,22 @@ void Session::Load(const std::string &name)
         ZR_CTX_LoadModule(ctx_, name.c_str());
         return;
     }
-    if (ReadRegularFile(path, text).empty())
+    if (files_.ReadText(path, text).empty())
         ZR_CTX_LoadMemory(ctx_, text.c_str());
     if ((flags_ & ZR_CTX_LOAD_IMPORTS) != 0) // which loading from memory leaves to its caller
         for (const std::string &import : files_.ImportsOf(name))
-            ZR_CTX_LoadModule(ctx_, import.c_str());
+            LoadImport(import);
+}
+
+void Session::LoadImport(const std::string &name)
+{
+    if (Module(name) != nullptr)
+        return;
+    files_.Take(name);
+    if (files_.ChosenPath(name).empty())
+        ZR_CTX_LoadModule(ctx_, name.c_str());
+    else
+        Load(name);
 }
 
 void Session::ExplainNotLoaded(const std::string &name)
@@ -167,6 +181,7 @@ bool Session::EnableFeature(const std::string &feature)
 
 bool Session::SetUp(const ModuleOptions &options, std::vector<std::string> &namesOut)
 {
+    sources_.DecideFeatures(options.features, options.allFeatures);
     namesOut = Choose(options.modules);
     std::vector<std::string> order = files_.WithImports(namesOut);
     for (const std::string &name : order)

@@ -9,6 +9,7 @@
 
 #include "module_files.h"
 #include "run.h"
+#include "sources.h"
 
 namespace tool {
 
@@ -37,6 +38,8 @@ public:
     // The names of the modules that were named on the command line in one way or another.
     std::vector<std::string> Choose(const std::vector<std::string> &given);
     void Load(const std::string &name);
+    // The same for a module that another one imports.
+    void LoadImport(const std::string &name);
     // Says that a module is not loaded, and why.
     void ExplainNotLoaded(const std::string &name);
     // The recorded load errors and warnings.
@@ -55,6 +58,7 @@ private:
     ZrCtx *ctx_;
     uint32_t flags_;
     std::vector<std::string> directories_;
+    Sources sources_;
     ModuleFiles files_;
     std::map<std::string, std::string> refused_; // why, by the name that was given
 };

@@ -183,13 +183,19 @@ std::vector<Problem> FindPassedOver(const xmlNode *root, const std::string &file
 
 YinFile ReadYinFile(const std::string &path)
 {
+    std::string text, reason = ReadRegularFile(path, text);
+    if (reason.empty())
+        return ReadYinText(text, path);
     YinFile file;
-    std::string text;
+    file.faults.push_back({reason, "", FileName(path), 0});
+    return file;
+}
+
+YinFile ReadYinText(const std::string &text, const std::string &path)
+{
+    YinFile file;
     XmlFault fault;
-    fault.reason = ReadRegularFile(path, text);
-    Document document(nullptr, xmlFreeDoc);
-    if (fault.reason.empty())
-        document = ParseXml(text, fault);
+    Document document = ParseXml(text, fault);
     if (document == nullptr) {
         file.faults.push_back({fault.reason, "", FileName(path), fault.line});
         return file;

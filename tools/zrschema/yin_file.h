@@ -21,5 +21,7 @@ struct YinFile {
 };
 
 YinFile ReadYinFile(const std::string &path);
+// The same of a text; `path` is what problems name.
+YinFile ReadYinText(const std::string &text, const std::string &path);
 
 } // namespace tool

@@ -57,7 +57,7 @@ int main()
         "<ping xmlns=\"urn:example:router\"><destination>192.0.2.1</destination></ping>";
     uint32_t printed = 0;
     ZrCtx *ctx = ZR_CTX_Create(ZR_CTX_LOAD_IMPORTS | ZR_CTX_KEEP_DESCRIPTIONS);
-    if (ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLES_DIR "/modules") != ZR_OK)
+    if (ZR_CTX_SetSearchDir(ctx, ZR_EXAMPLE_MODULES) != ZR_OK)
         return Fail("search directory");
     for (const char *name : {"example-routing", "example-vendor", "example-services"})
         if (ZR_CTX_LoadModule(ctx, name) != ZR_OK)

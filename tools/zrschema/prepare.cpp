@@ -1,0 +1,214 @@
+// zrschema prepare: writes prepared YIN of YANG sources.
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+
+#include "commands.h"
+#include "sources.h"
+
+namespace tool {
+
+namespace {
+
+constexpr std::chrono::seconds kPatience(1); // after which a terminal shows the progress
+
+struct PrepareOptions {
+    std::vector<std::string> directories;
+    std::vector<std::string> modules;
+    std::vector<std::string> features;
+    std::string output;
+    std::string dependencies;
+    uint64_t nodeLimit = 0; // 0: as the library has it
+    bool all = false;
+    bool toStandardOutput = false;
+    bool strip = false;
+};
+
+struct Prepared {
+    std::string module;
+    std::string file; // "" when it was not written
+};
+
+class Progress {
+public:
+    explicit Progress(size_t total) : total_(total), isShown_(isatty(STDERR_FILENO) == 1) {}
+    ~Progress() { Clear(); }
+    void Show(size_t done, const std::string &name)
+    {
+        if (!isShown_ || std::chrono::steady_clock::now() - start_ < kPatience)
+            return;
+        std::fprintf(stderr, "\r\033[Kpreparing %zu/%zu %s", done + 1, total_, name.c_str());
+        isOnLine_ = true;
+    }
+    void Clear()
+    {
+        if (isOnLine_)
+            std::fputs("\r\033[K", stderr);
+        isOnLine_ = false;
+    }
+
+private:
+    size_t total_;
+    bool isShown_, isOnLine_ = false;
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+// "MODULE:NAME,NAME": these are on and the module's others off; "MODULE:" turns all off, "MODULE:*"
+// all on.
+void SetFeatures(ZrYang *yang, const std::string &given)
+{
+    size_t colon = given.find(':');
+    if (colon == std::string::npos || colon == 0)
+        throw UsageError{"--features takes MODULE:NAME,NAME..., not " + given};
+    std::string module = given.substr(0, colon), rest = given.substr(colon + 1);
+    ZR_YANG_SetFeature(yang, module.c_str(), "*", 0);
+    while (!rest.empty()) {
+        size_t comma = std::min(rest.find(','), rest.size());
+        ZR_YANG_SetFeature(yang, module.c_str(), rest.substr(0, comma).c_str(), 1);
+        rest.erase(0, comma + 1);
+    }
+}
+
+int AppendDependency(const char *path, void *user)
+{
+    *static_cast<std::string *>(user) += std::string(" \\\n  ") + path;
+    return 0;
+}
+
+// A rule for make: the prepared file and all the sources that it is made from.
+bool WriteDependencies(Run &run, Sources &sources, const std::string &path,
+                       const std::vector<Prepared> &modules)
+{
+    std::string rules;
+    for (const Prepared &one : modules) {
+        if (one.file.empty())
+            continue;
+        rules += one.file + ":";
+        ZR_YANG_ScanDependencies(sources.yang(), one.module.c_str(), AppendDependency, &rules);
+        rules += "\n";
+    }
+    std::ofstream file(path, std::ios::binary);
+    file << rules << std::flush;
+    if (!file)
+        run.Complain("cannot write " + path + ": " + std::strerror(errno));
+    return static_cast<bool>(file);
+}
+
+bool PrepareOne(Run &run, Sources &sources, const PrepareOptions &options, Prepared &one)
+{
+    if (options.toStandardOutput) {
+        std::string text;
+        bool isDone = sources.Prepare(one.module, text);
+        if (isDone)
+            run.Print(text);
+        return isDone;
+    }
+    uint32_t status =
+        ZR_YANG_PrepareToFile(sources.yang(), one.module.c_str(), options.output.c_str());
+    if (status == ZR_YANG_ERR_NO_MEMORY)
+        throw std::bad_alloc();
+    std::string path = options.output + "/" + one.module.substr(0, one.module.find('@')) + ".yin";
+    if (status == ZR_YANG_ERR_IO)
+        run.Complain("cannot write " + path + ": " + std::strerror(errno));
+    if (status == ZR_YANG_OK)
+        one.file = path;
+    return status == ZR_YANG_OK;
+}
+
+void CheckUsage(const Run &run, const PrepareOptions &options)
+{
+    if (options.all == !options.modules.empty())
+        throw UsageError{"prepare takes either modules or --all"};
+    if (options.toStandardOutput == !options.output.empty())
+        throw UsageError{"prepare takes either -o or --stdout"};
+    if (options.toStandardOutput && (options.all || options.modules.size() != 1 || run.json()))
+        throw UsageError{"--stdout takes one module, and no --json"};
+    if (options.toStandardOutput && !options.dependencies.empty())
+        throw UsageError{"--dependencies needs -o"};
+}
+
+int RunPrepare(Run &run, const PrepareOptions &options)
+{
+    CheckUsage(run, options);
+    Sources sources(run);
+    for (const std::string &directory : options.directories)
+        if (!sources.AddDirectory(directory))
+            return kExitFailed;
+    for (const std::string &given : options.features)
+        SetFeatures(sources.yang(), given);
+    ZR_YANG_SetOption(sources.yang(), ZR_YANG_OPTION_STRIP, options.strip);
+    if (options.nodeLimit != 0)
+        ZR_YANG_SetOption(sources.yang(), ZR_YANG_OPTION_NODE_LIMIT, options.nodeLimit);
+    std::vector<std::string> names = options.all ? sources.Names() : options.modules;
+    if (names.empty())
+        run.Complain("no module found: the directories hold no NAME.yang");
+    std::vector<Prepared> modules;
+    bool good = !names.empty();
+    Progress progress(names.size());
+    for (const std::string &name : names) {
+        progress.Show(modules.size(), name);
+        good = PrepareOne(run, sources, options, modules.emplace_back(Prepared{name, ""})) && good;
+    }
+    progress.Clear();
+    if (!options.dependencies.empty())
+        good = WriteDependencies(run, sources, options.dependencies, modules) && good;
+    Json list = Json::array();
+    for (const Prepared &one : modules)
+        list.push_back(
+            {{"module", one.module}, {"file", one.file.empty() ? Json(nullptr) : Json(one.file)}});
+    if (run.json())
+        run.PrintDocument({{"modules", list}});
+    return good ? kExitOk : kExitFailed;
+}
+
+} // namespace
+
+Json EmptyPrepareDocument()
+{
+    return {{"modules", Json::array()}};
+}
+
+void AddPrepareCommand(CLI::App &app, Run &run, int &status)
+{
+    auto options = std::make_shared<PrepareOptions>();
+    CLI::App *command =
+        app.add_subcommand("prepare", "check YANG sources and write them as prepared YIN");
+    command->footer("Nothing is written for a module with an error; warnings are none. What is "
+                    "wrong is said as\n"
+                    "FILE:LINE:COLUMN: error: MESSAGE.\n"
+                    "MODULE is a module's name, whose newest revision is taken, or NAME@REVISION.");
+    command->set_version_flag("--version", "zrschema " ZR_VERSION);
+    command->add_option("-p,--path", options->directories, "a directory with YANG sources")
+        ->required()
+        ->type_name("DIR")
+        ->allow_extra_args(false);
+    command->add_option("-o,--output", options->output, "the directory for NAME.yin of each module")
+        ->type_name("OUTDIR");
+    command->add_flag("--stdout", options->toStandardOutput, "print one module instead");
+    command
+        ->add_option("--features", options->features,
+                     "the features of a module that are on, for expressions that prepared YIN "
+                     "cannot hold; * is all")
+        ->type_name("MODULE:NAME,NAME...")
+        ->allow_extra_args(false);
+    command
+        ->add_option("--dependencies", options->dependencies,
+                     "write the sources of each prepared file as a rule for make")
+        ->type_name("FILE");
+    command->add_flag("--strip", options->strip, "leave descriptions, references and contacts out");
+    command
+        ->add_option("--node-limit", options->nodeLimit,
+                     "the most nodes that a module may expand to; 1000000 when nothing is said")
+        ->type_name("COUNT")
+        ->check(CLI::PositiveNumber);
+    command->add_flag("--all", options->all, "prepare every module of the directories");
+    AddJsonOption(*command);
+    command->add_option("modules", options->modules, "the modules to prepare")->type_name("MODULE");
+    command->callback([options, &run, &status] { status = RunPrepare(run, *options); });
+}
+
+} // namespace tool
