@@ -73,9 +73,23 @@ void SetFeatures(ZrYang *yang, const std::string &given)
     }
 }
 
+// A path as make reads it.
+std::string ForMake(const std::string &path)
+{
+    std::string text;
+    for (char c : path) {
+        if (c == ' ' || c == '#')
+            text += '\\';
+        if (c == '$')
+            text += '$';
+        text += c;
+    }
+    return text;
+}
+
 int AppendDependency(const char *path, void *user)
 {
-    *static_cast<std::string *>(user) += std::string(" \\\n  ") + path;
+    *static_cast<std::string *>(user) += " \\\n  " + ForMake(path);
     return 0;
 }
 
@@ -87,7 +101,7 @@ bool WriteDependencies(Run &run, Sources &sources, const std::string &path,
     for (const Prepared &one : modules) {
         if (one.file.empty())
             continue;
-        rules += one.file + ":";
+        rules += ForMake(one.file) + ":";
         ZR_YANG_ScanDependencies(sources.yang(), one.module.c_str(), AppendDependency, &rules);
         rules += "\n";
     }

@@ -33,7 +33,7 @@ void Reports::Add(const Place &given, uint32_t severity, uint32_t code,
     Source &source = *place.source;
     if (source.isPrepared)
         return;
-    std::pmr::string message(arena_.resource());
+    std::pmr::string message(pending_.get_allocator()); // of which the arena keeps what is told
     for (std::string_view piece : pieces)
         message += piece;
     size_t hash = std::hash<std::string_view>()(message);
@@ -57,7 +57,7 @@ void Reports::Deliver(ZrYangReportFunc func, void *user)
     };
     std::stable_sort(pending_.begin(), pending_.end(),
                      [&](const Report &a, const Report &b) { return key(a) < key(b); });
-    std::pmr::string name(arena_.resource()), message(arena_.resource());
+    std::pmr::string name(pending_.get_allocator()), message(pending_.get_allocator());
     for (const Report &report : pending_) {
         if (func == nullptr)
             break;

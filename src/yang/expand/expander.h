@@ -65,12 +65,10 @@ private:
 // be written in a prepared module.
 template <typename Func> void ForEachConjunct(const FeatureExpression &expression, Func func)
 {
-    // A chain leans to the left.
-    const FeatureExpression *at = &expression;
-    if (at->kind != FeatureExpression::Kind::And)
-        return func(*at);
-    ForEachConjunct(*at->left, func);
-    ForEachConjunct(*at->right, func);
+    if (expression.kind != FeatureExpression::Kind::And)
+        return func(expression);
+    ForEachConjunct(*expression.left, func);
+    ForEachConjunct(*expression.right, func);
 }
 
 } // namespace zr::yang

@@ -9,6 +9,7 @@ namespace {
 using Kind = FeatureExpression::Kind;
 
 constexpr uint32_t kDepthLimit = 100; // of parentheses and "not"
+constexpr uint32_t kNameLimit = 1000; // who goes down a chain may call himself for each
 constexpr std::string_view kBlanks = " \t\r\n";
 
 class Reader {
@@ -27,7 +28,10 @@ public:
         FeatureExpression *expression = isNew ? ReadChain(Kind::Or, 0) : ReadName();
         if (expression != nullptr && !word_.empty())
             expression = nullptr;
-        if (expression == nullptr)
+        if (names_ > kNameLimit)
+            reports_.Error(statement_.place(), ZR_YANG_CODE_LIMIT,
+                           {"an expression of more than 1,000 features"});
+        else if (expression == nullptr)
             reports_.Error(statement_.place(), ZR_YANG_CODE_ARGUMENT,
                            {"\"", statement_.argument, "\" is no expression of features"});
         return expression;
@@ -85,7 +89,8 @@ private:
 
     FeatureExpression *ReadName()
     {
-        if (!IsReference(word_) || word_ == "and" || word_ == "or" || word_ == "not")
+        if (!IsReference(word_) || word_ == "and" || word_ == "or" || word_ == "not" ||
+            ++names_ > kNameLimit)
             return nullptr;
         FeatureExpression *expression = Make(Kind::Feature, nullptr, nullptr);
         expression->name = word_;
@@ -99,6 +104,7 @@ private:
     Reports &reports_;
     Arena &arena_;
     std::string_view rest_, word_;
+    uint32_t names_ = 0;
 };
 
 Truth Negate(Truth truth)

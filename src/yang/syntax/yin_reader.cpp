@@ -1,8 +1,8 @@
 #include "yang/syntax/yin_reader.h"
 
-#include <charconv>
-#include <string>
-#include <vector>
+#include <libxml/parser.h>
+
+#include <memory>
 
 #include "yang/syntax/parser.h"
 
@@ -11,334 +11,159 @@ namespace zr::yang {
 namespace {
 
 constexpr std::string_view kYinNamespace = "urn:ietf:params:xml:ns:yang:yin:1";
-constexpr size_t kPrefixLimit = 1000;
-constexpr std::string_view kBlanks = " \t\r\n";
 
-struct Entity {
-    std::string_view name, text;
-};
-constexpr Entity kEntities[] = {
-    {"lt", "<"}, {"gt", ">"}, {"amp", "&"}, {"quot", "\""}, {"apos", "'"},
-};
+// Nothing beyond the text itself is read.
+constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_COMPACT;
 
-// What is passed over as a whole.
-struct Passed {
-    std::string_view start, end;
-};
-constexpr Passed kPassed[] = {{"<!--", "-->"}, {"<?", "?>"}};
-constexpr Passed kCdata = {"<![CDATA[", "]]>"};
+using Context = std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)>;
+using Document = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
 
-void AppendUtf8(std::pmr::string &out, uint32_t code)
+std::string_view View(const xmlChar *text)
 {
-    auto add = [&](uint32_t byte) { out += static_cast<char>(byte); };
-    if (code < 0x80)
-        return add(code);
-    if (code < 0x800) {
-        add(0xC0 | code >> 6);
-    } else if (code < 0x10000) {
-        add(0xE0 | code >> 12);
-        add(0x80 | (code >> 6 & 0x3F));
-    } else {
-        add(0xF0 | code >> 18);
-        add(0x80 | (code >> 12 & 0x3F));
-        add(0x80 | (code >> 6 & 0x3F));
-    }
-    add(0x80 | (code & 0x3F));
+    return text != nullptr ? reinterpret_cast<const char *>(text) : std::string_view();
 }
 
-// The part of XML 1.0 that has no document type: elements, attributes, name spaces, characters.
+bool IsYin(const xmlNode &element)
+{
+    return element.ns != nullptr && View(element.ns->href) == kYinNamespace;
+}
+
+// The first fault of a document, where the parser tells it.
+struct Fault {
+    uint32_t line = 0, column = 0;
+    std::pmr::string message;
+};
+
+void KeepFirst(void *user, const xmlError *error)
+{
+    auto &fault = *static_cast<Fault *>(static_cast<xmlParserCtxt *>(user)->_private);
+    if (fault.line != 0 || error->message == nullptr || error->level == XML_ERR_WARNING)
+        return;
+    fault.line = error->line > 0 ? static_cast<uint32_t>(error->line) : 1;
+    fault.column = error->int2 > 0 ? static_cast<uint32_t>(error->int2) : 1;
+    fault.message = error->message;
+    fault.message.resize(fault.message.find_last_not_of('\n') + 1);
+}
+
 class Reader {
 public:
     Reader(Source &source, Reports &reports, Arena &arena)
-        : source_(source), reports_(reports), arena_(arena), open_(arena.resource()),
-          prefixes_(arena.resource()), attributes_(arena.resource()), text_(arena.resource())
+        : source_(source), reports_(reports), arena_(arena)
     {
     }
 
     Statement *Run()
     {
-        if (source_.text.starts_with("\xEF\xBB\xBF"))
-            at_ = 3;
-        while (!isFailed_ && at_ < source_.text.size())
-            ReadPiece();
-        if (!isFailed_ && (root_ == nullptr || !open_.empty()))
-            Fail("an unexpected end");
-        return isFailed_ ? nullptr : root_;
+        Document document = Parse();
+        if (document == nullptr)
+            return nullptr;
+        if (document->intSubset != nullptr)
+            return Fail({&source_, 1, 1}, "a document type");
+        return Make(*xmlDocGetRootElement(document.get()), nullptr, 0);
     }
 
 private:
-    struct Open {
-        std::string_view tag;
-        Statement *statement, *last; // null for the argument of the statement around
-        size_t prefixes;             // how many were known before
-    };
-    struct Attribute {
-        std::string_view name, value;
-    };
-
-    std::string_view Rest() const { return source_.text.substr(at_); }
-
-    void Fail(std::string_view what)
+    Statement *Fail(const Place &place, std::string_view what)
     {
-        if (!isFailed_)
-            reports_.Error(PlaceOf(source_, std::min(at_, source_.text.size())),
-                           ZR_YANG_CODE_SYNTAX, {"bad XML: ", what});
-        isFailed_ = true;
+        reports_.Error(place, ZR_YANG_CODE_SYNTAX, {"bad XML: ", what});
+        return nullptr;
     }
 
-    // The text up to `end`, behind which the reading goes on.
-    std::string_view TakeUntil(std::string_view end)
+    Document Parse()
     {
-        size_t length = Rest().find(end);
-        if (length == std::string_view::npos) {
-            Fail("an unexpected end");
-            return {};
-        }
-        std::string_view taken = Rest().substr(0, length);
-        at_ += length + end.size();
-        return taken;
+        Fault fault{0, 0, std::pmr::string(arena_.resource())};
+        Context context(xmlNewParserCtxt(), xmlFreeParserCtxt);
+        if (context == nullptr)
+            throw std::bad_alloc();
+        context->_private = &fault;
+        context->sax->serror = [](void *user, auto *error) { KeepFirst(user, error); };
+        Document document(xmlCtxtReadMemory(context.get(), source_.text.data(),
+                                            static_cast<int>(source_.text.size()), nullptr, "UTF-8",
+                                            kOptions),
+                          xmlFreeDoc);
+        if (document == nullptr)
+            Fail({&source_, fault.line, fault.column}, fault.message);
+        return document;
     }
 
-    std::string_view TakeName()
+    static Place PlaceOf(Source &source, const xmlNode &element)
     {
-        std::string_view name = Rest().substr(0, Rest().find_first_of(" \t\r\n/=<>\"'"));
-        if (name.empty())
-            Fail("a name is expected");
-        at_ += name.size();
-        return name;
+        return {&source, static_cast<uint32_t>(xmlGetLineNo(&element)), 1};
     }
 
-    bool TakeIf(std::string_view text)
+    // The statement of an element with all that stands in it.
+    Statement *Make(const xmlNode &element, Statement *parent, uint32_t depth)
     {
-        bool isNext = Rest().starts_with(text);
-        at_ += isNext ? text.size() : 0;
-        return isNext;
-    }
-
-    void SkipBlanks()
-    {
-        at_ = std::min(source_.text.find_first_not_of(kBlanks, at_), source_.text.size());
-    }
-
-    void ReadPiece()
-    {
-        for (const Passed &passed : kPassed)
-            if (TakeIf(passed.start)) {
-                TakeUntil(passed.end);
-                return;
-            }
-        if (TakeIf(kCdata.start))
-            return AddText(TakeUntil(kCdata.end));
-        if (TakeIf("</"))
-            return ReadEndTag();
-        if (Rest().starts_with("<!"))
-            return Fail("a document type");
-        if (Rest().starts_with('<'))
-            return ReadStartTag();
-        std::string_view text = Rest().substr(0, Rest().find('<'));
-        AddText(Decoded(text, false));
-        at_ += text.size();
-    }
-
-    void AddText(std::string_view text)
-    {
-        if (!open_.empty() && open_.back().statement == nullptr)
-            text_ += text;
-        else if (text.find_first_not_of(kBlanks) != std::string_view::npos)
-            Fail("a text between elements");
-    }
-
-    // With the characters that references stand for; in an attribute, a line break is a blank.
-    std::string_view Decoded(std::string_view text, bool isAttribute)
-    {
-        if (text.find_first_of(isAttribute ? "&\t\r\n" : "&") == std::string_view::npos)
-            return text;
-        std::pmr::string decoded(arena_.resource());
-        for (size_t i = 0; i < text.size(); ++i) {
-            if (text[i] == '&') {
-                size_t end = text.find(';', i);
-                if (end == std::string_view::npos ||
-                    !AppendReference(text.substr(i + 1, end - i - 1), decoded))
-                    Fail("an unknown reference");
-                i = std::min(end, text.size() - 1);
-            } else {
-                bool isBlank = isAttribute && kBlanks.find(text[i]) != std::string_view::npos;
-                decoded += isBlank ? ' ' : text[i];
-            }
-        }
-        return arena_.Copy(decoded);
-    }
-
-    static bool AppendReference(std::string_view name, std::pmr::string &out)
-    {
-        for (const Entity &entity : kEntities)
-            if (entity.name == name) {
-                out += entity.text;
-                return true;
-            }
-        if (!name.starts_with('#'))
-            return false;
-        bool isHex = name.starts_with("#x");
-        name.remove_prefix(isHex ? 2 : 1);
-        uint32_t code = 0;
-        auto [end, error] =
-            std::from_chars(name.data(), name.data() + name.size(), code, isHex ? 16 : 10);
-        bool isCharacter = error == std::errc() && end == name.data() + name.size() && code != 0 &&
-                           code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
-        if (isCharacter)
-            AppendUtf8(out, code);
-        return isCharacter;
-    }
-
-    void ReadAttributes()
-    {
-        attributes_.clear();
-        for (SkipBlanks(); !isFailed_ && !Rest().starts_with('>') && !Rest().starts_with("/>");
-             SkipBlanks()) {
-            std::string_view name = TakeName();
-            SkipBlanks();
-            if (!TakeIf("="))
-                return Fail("an attribute without a value");
-            SkipBlanks();
-            bool isSingle = Rest().starts_with('\'');
-            if (!TakeIf(isSingle ? "'" : "\""))
-                return Fail("an attribute without quotes");
-            std::string_view value = Decoded(TakeUntil(isSingle ? "'" : "\""), true);
-            if (name == "xmlns" || name.starts_with("xmlns:"))
-                prefixes_.push_back(
-                    {SplitName(name).prefix.empty() ? "" : SplitName(name).name, value});
-            else
-                attributes_.push_back({name, value});
-        }
-    }
-
-    bool IsYin(std::string_view tag) const
-    {
-        std::string_view prefix = SplitName(tag).prefix;
-        for (size_t i = prefixes_.size(); i > 0; --i)
-            if (prefixes_[i - 1].name == prefix)
-                return prefixes_[i - 1].value == kYinNamespace;
-        return false;
-    }
-
-    void ReadStartTag()
-    {
-        size_t start = at_++;
-        std::string_view tag = TakeName();
-        size_t prefixes = prefixes_.size();
-        ReadAttributes();
-        if (isFailed_)
-            return;
-        if (open_.empty() ? root_ != nullptr : open_.back().statement == nullptr) {
-            at_ = start;
-            return Fail("an unexpected element");
-        }
-        bool isEmpty = TakeIf("/");
-        if (!TakeIf(">"))
-            return Fail("\">\" is expected");
-        if (prefixes_.size() > kPrefixLimit)
-            return Fail("more than 1,000 name spaces");
-        if (open_.size() > kDepthLimit)
-            return Fail("elements stand more than 200 deep in each other");
-        open_.push_back({tag, nullptr, nullptr, prefixes});
-        if (!IsArgument(tag))
-            open_.back().statement = MakeStatement(tag, start);
-        if (isEmpty)
-            CloseElement();
-    }
-
-    // Whether an element is the argument of the statement in which it stands.
-    bool IsArgument(std::string_view tag) const
-    {
-        if (open_.size() < 2 || !IsYin(tag))
-            return false;
-        const Statement &around = *open_[open_.size() - 2].statement;
-        if (around.hasArgument || around.IsExtension())
-            return false;
-        const KeywordInfo &info = InfoOf(around.keyword);
-        return info.isElement && info.yinArgument == SplitName(tag).name;
-    }
-
-    Statement *MakeStatement(std::string_view tag, size_t start)
-    {
+        Place place = PlaceOf(source_, element);
+        if (depth > kDepthLimit)
+            return Fail(place, "elements stand more than 200 deep in each other");
         auto *statement = arena_.New<Statement>();
-        Place place = NextPlace(start);
+        statement->parent = parent;
         statement->source = &source_;
         statement->line = place.line;
         statement->column = place.column;
-        statement->word = IsYin(tag) ? SplitName(tag).name : tag;
-        statement->keyword = IsYin(tag) ? FindKeyword(statement->word) : Keyword::Unknown;
-        statement->isFaulty = statement->IsExtension() && SplitName(statement->word).prefix.empty();
-        std::string_view wanted =
-            statement->IsExtension() ? std::string_view() : InfoOf(statement->keyword).yinArgument;
-        for (const Attribute &attribute : attributes_)
-            if (statement->IsExtension() ? SplitName(attribute.name).prefix.empty()
-                                         : attribute.name == wanted) {
-                statement->argument = attribute.value;
-                statement->hasArgument = true;
-            }
-        Append(*statement);
+        ReadName(*statement, element);
+        ReadAttribute(*statement, element);
+        Statement *last = nullptr;
+        for (const xmlNode *child = element.children; child != nullptr; child = child->next) {
+            if (child->type != XML_ELEMENT_NODE || TakeArgument(*statement, *child))
+                continue;
+            Statement *inner = Make(*child, statement, depth + 1);
+            if (inner == nullptr)
+                return nullptr;
+            (last != nullptr ? last->next : statement->first) = inner;
+            last = inner;
+        }
         return statement;
     }
 
-    // Elements come in the order of their places, so that no character is counted twice.
-    Place NextPlace(size_t offset)
+    void ReadName(Statement &statement, const xmlNode &element)
     {
-        for (; counted_ < offset; ++counted_) {
-            bool isEnd = source_.text[counted_] == '\n';
-            line_ += isEnd;
-            column_ = isEnd ? 1 : column_ + CountCharacters(source_.text.substr(counted_, 1));
-        }
-        return {&source_, line_, column_};
+        std::pmr::string word(arena_.resource());
+        if (!IsYin(element) && element.ns != nullptr && element.ns->prefix != nullptr)
+            (word = View(element.ns->prefix)) += ':';
+        statement.word = arena_.Copy(word += View(element.name));
+        statement.keyword = IsYin(element) ? FindKeyword(statement.word) : Keyword::Unknown;
+        statement.isFaulty =
+            statement.IsExtension() && statement.word.find(':') == std::string_view::npos;
+        if (statement.parent != nullptr &&
+            (statement.keyword == Keyword::Typedef || statement.keyword == Keyword::Grouping))
+            statement.parent->hasDefinitions = true;
     }
 
-    void Append(Statement &statement)
+    // An extension instance has its argument in the only attribute that is its own.
+    void ReadAttribute(Statement &statement, const xmlNode &element)
     {
-        if (open_.size() < 2) {
-            root_ = &statement;
-            return;
-        }
-        Open &around = open_[open_.size() - 2];
-        statement.parent = around.statement;
-        (around.last != nullptr ? around.last->next : around.statement->first) = &statement;
-        around.last = &statement;
-        if (statement.keyword == Keyword::Typedef || statement.keyword == Keyword::Grouping)
-            around.statement->hasDefinitions = true;
+        std::string_view wanted = InfoOf(statement.keyword).yinArgument;
+        for (const xmlAttr *at = element.properties; at != nullptr; at = at->next)
+            if (at->ns == nullptr && (statement.IsExtension() || View(at->name) == wanted))
+                SetArgument(statement, at->children);
     }
 
-    void ReadEndTag()
+    // Whether an element is the argument of the statement in which it stands.
+    bool TakeArgument(Statement &statement, const xmlNode &element)
     {
-        std::string_view tag = TakeName();
-        SkipBlanks();
-        if (open_.empty() || open_.back().tag != tag || !TakeIf(">"))
-            return Fail("an end tag that ends nothing");
-        CloseElement();
+        const KeywordInfo &info = InfoOf(statement.keyword);
+        bool isArgument = info.isElement && !statement.hasArgument && IsYin(element) &&
+                          View(element.name) == info.yinArgument;
+        if (isArgument)
+            SetArgument(statement, element.children);
+        return isArgument;
     }
 
-    void CloseElement()
+    void SetArgument(Statement &statement, const xmlNode *pieces)
     {
-        if (open_.back().statement == nullptr) {
-            Statement &around = *open_[open_.size() - 2].statement;
-            around.argument = arena_.Copy(text_);
-            around.hasArgument = true;
-            text_.clear();
-        }
-        prefixes_.resize(open_.back().prefixes);
-        open_.pop_back();
+        std::pmr::string text(arena_.resource());
+        for (; pieces != nullptr; pieces = pieces->next)
+            if (pieces->type == XML_TEXT_NODE)
+                text += View(pieces->content);
+        statement.argument = arena_.Copy(text);
+        statement.hasArgument = true;
     }
 
     Source &source_;
     Reports &reports_;
     Arena &arena_;
-    size_t at_ = 0;
-    bool isFailed_ = false;
-    Statement *root_ = nullptr;
-    std::pmr::vector<Open> open_;
-    std::pmr::vector<Attribute> prefixes_; // of name spaces, "" for the default one
-    std::pmr::vector<Attribute> attributes_;
-    std::pmr::string text_; // of the argument that is open
-    size_t counted_ = 0;    // bytes before the last place
-    uint32_t line_ = 1, column_ = 1;
 };
 
 } // namespace

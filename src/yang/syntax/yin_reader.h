@@ -1,5 +1,5 @@
 // From prepared YIN to a tree of statements: a source may import a module of which there is no
-// other file.
+// other file. The XML is libxml2's to read.
 #pragma once
 
 #include "yang/base/reports.h"

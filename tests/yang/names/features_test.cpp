@@ -39,6 +39,17 @@ TEST(Features, SingleOnesAndConjunctionsAreWrittenWhateverIsOn)
         EXPECT_THAT(both, HasSubstr(std::string("<if-feature name=\"") + name + "\"/>"));
 }
 
+TEST(Features, OfAnExpressionAreAThousandAtMost)
+{
+    std::string chain = "a";
+    for (int i = 1; i < 1000; ++i)
+        chain += i % 2 == 0 ? " or a" : " and a";
+    EXPECT_THAT(LeafWith(chain), HasSubstr("<leaf"));
+    EXPECT_THAT(ReportsOf(std::string(kFeatures) + "leaf l { if-feature \"" + chain +
+                          " or a\"; type string; }"),
+                ElementsAre(HasSubstr("an expression of more than 1,000 features")));
+}
+
 TEST(Features, OtherExpressionsAreDecided)
 {
     for (const char *on :
