@@ -8,7 +8,7 @@ Workspace::Workspace(const ZrYangMemory &hooks)
     : memory(hooks), arena_(&memory), reports_(arena_, &memory), catalog(arena_, reports_, &memory),
       features(arena_, &memory), index_(&memory), scopes_(reports_, arena_),
       linkage_(catalog, reports_, arena_, &memory), links_(scopes_, reports_, arena_, &memory),
-      types_(scopes_, reports_, arena_), expander_(scopes_, reports_, arena_, features, index_),
+      types_(reports_, arena_), expander_(scopes_, reports_, arena_, features, index_),
       checker_(scopes_, reports_, index_, &memory)
 {
 }

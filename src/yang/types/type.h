@@ -28,10 +28,7 @@ struct Type {
 
 class TypeResolver {
 public:
-    TypeResolver(Scopes &scopes, Reports &reports, Arena &arena)
-        : scopes_(scopes), reports_(reports), arena_(arena)
-    {
-    }
+    TypeResolver(Reports &reports, Arena &arena) : reports_(reports), arena_(arena) {}
 
     // Works out every type of a module whose links are made.
     void Resolve(Module &module);
@@ -56,7 +53,6 @@ private:
         reports_.Error(where.place(), ZR_YANG_CODE_TYPE, pieces);
     }
 
-    Scopes &scopes_;
     Reports &reports_;
     Arena &arena_;
 };
