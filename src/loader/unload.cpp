@@ -147,8 +147,7 @@ namespace {
 void DeleteRelationsOf(ZrCtx *ctx, const ZrMod *module)
 {
     const ZrModRelTbl *next = nullptr;
-    for (const ZrModRelTbl *table = zr::FirstRelationTable(ctx); table != nullptr;
-         table = next) {
+    for (const ZrModRelTbl *table = zr::FirstRelationTable(ctx); table != nullptr; table = next) {
         next = zr::NextRelationTable(ctx, table);
         bool augments =
             ZR_CTX_FindModRelationItem(table, ZR_RELATION_AUGMENTED_BY, module->name) != nullptr;

@@ -8,7 +8,7 @@ namespace zr::yang {
 
 namespace {
 
-// XML Schema Part 2, appendix F.
+// The regular expressions of XML Schema (its second volume, Datatypes, appendix F).
 constexpr std::string_view kSingleEscapes = "nrt\\|.?*+(){}-[]^";
 constexpr std::string_view kClassEscapes = "sSiIcCdDwW";
 constexpr std::string_view kCategories[] = {
