@@ -107,8 +107,9 @@ typedef int (*ZrYangNameFunc)(const char *name, void *user);
 typedef int (*ZrYangProgressFunc)(size_t done, size_t total, const char *name, void *user);
 
 /**
- * Where a workspace has its memory from. What libxml2 needs while an import that is there as
- * prepared YIN alone is read comes from libxml2's own allocator, and is given back at once.
+ * Where a workspace has its memory from. What libxml2 needs to read an import that is there as
+ * prepared YIN alone, or to match a default with a pattern, comes from libxml2's own allocator and
+ * is given back at once.
  */
 typedef struct ZrYangMemory {
     /** Returns a block of `size` bytes that is aligned for any type, or null. */

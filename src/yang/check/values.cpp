@@ -4,6 +4,7 @@
 
 #include "yang/check/checker.h"
 #include "yang/syntax/arguments.h"
+#include "yang/types/patterns.h"
 
 namespace zr::yang {
 
@@ -33,9 +34,29 @@ bool IsDecimal(const Type &type, std::string_view text, const Judge &)
     return ReadNumber(text, type.form, ordinal) && Contains(*type.intervals, ordinal);
 }
 
-bool IsString(const Type &type, std::string_view text, const Judge &)
+bool HasModifier(const Statement &pattern)
 {
-    return Contains(*type.intervals, CountCharacters(text));
+    return SubStatement(pattern, K::Modifier) != nullptr;
+}
+
+// The patterns of all the typedefs that a type stands on hold together.
+bool MatchesPatterns(const Type &type, std::string_view text, std::pmr::memory_resource *memory)
+{
+    for (const Type *at = &type; at != nullptr; at = at->derivedFrom)
+        for (const Statement *pattern = SubStatement(*at->statement, K::Pattern);
+             pattern != nullptr; pattern = NextSubStatement(*pattern, K::Pattern)) {
+            Match wrong = HasModifier(*pattern) ? Match::Yes : Match::No;
+            if (FindPatternFault(pattern->argument) == nullptr &&
+                MatchPattern(pattern->argument, text, memory) == wrong)
+                return false;
+        }
+    return true;
+}
+
+bool IsString(const Type &type, std::string_view text, const Judge &judge)
+{
+    return Contains(*type.intervals, CountCharacters(text)) &&
+           MatchesPatterns(type, text, judge.memory);
 }
 
 bool IsBoolean(const Type &, std::string_view text, const Judge &)

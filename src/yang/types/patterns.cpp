@@ -1,8 +1,12 @@
 #include "yang/types/patterns.h"
 
+#include <libxml/xmlerror.h>
+#include <libxml/xmlregexp.h>
+
 #include <algorithm>
-#include <cstdint>
 #include <iterator>
+#include <memory>
+#include <string>
 
 namespace zr::yang {
 
@@ -234,6 +238,50 @@ private:
 const char *FindPatternFault(std::string_view pattern)
 {
     return Reader(pattern).Run();
+}
+
+namespace {
+
+// libxml2 calls itself for each class in a class, and its matcher tries more the longer a text is.
+constexpr size_t kMostClasses = 64;
+constexpr size_t kLongest = 10000;
+
+// While one lives, libxml2 tells this thread's errors to nobody.
+class Silence {
+public:
+    Silence() : func_(xmlStructuredError), context_(xmlStructuredErrorContext)
+    {
+        xmlSetStructuredErrorFunc(nullptr, [](void *, auto *) {});
+    }
+    ~Silence() { xmlSetStructuredErrorFunc(context_, func_); }
+    Silence(const Silence &) = delete;
+    Silence &operator=(const Silence &) = delete;
+
+private:
+    xmlStructuredErrorFunc func_;
+    void *context_;
+};
+
+const xmlChar *AsXml(const std::pmr::string &text)
+{
+    return reinterpret_cast<const xmlChar *>(text.c_str());
+}
+
+} // namespace
+
+Match MatchPattern(std::string_view pattern, std::string_view text,
+                   std::pmr::memory_resource *memory)
+{
+    auto classes = static_cast<size_t>(std::count(pattern.begin(), pattern.end(), '['));
+    if (classes > kMostClasses || pattern.size() > kLongest || text.size() > kLongest)
+        return Match::Open;
+    Silence silence;
+    std::unique_ptr<xmlRegexp, decltype(&xmlRegFreeRegexp)> compiled(
+        xmlRegexpCompile(AsXml(std::pmr::string(pattern, memory))), xmlRegFreeRegexp);
+    if (compiled == nullptr)
+        return Match::Open;
+    int result = xmlRegexpExec(compiled.get(), AsXml(std::pmr::string(text, memory)));
+    return result < 0 ? Match::Open : result == 0 ? Match::No : Match::Yes;
 }
 
 } // namespace zr::yang

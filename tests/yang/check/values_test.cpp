@@ -16,9 +16,10 @@ struct Case {
 
 std::vector<std::string> OfDefault(const std::string &type, const std::string &value)
 {
-    return ReportsOf("leaf five { type int8 { range 5; } } identity i; identity j { base i; } "
-                     "identity k;\nleaf l { type " +
-                     type + " default '" + value + "'; }");
+    return ReportsOf(
+        "leaf five { type int8 { range 5; } } identity i; identity j { base i; } "
+        "identity k; typedef lower { type string { pattern '[a-z]*'; } }\nleaf l { type " +
+        type + " default '" + value + "'; }");
 }
 
 } // namespace
@@ -34,6 +35,9 @@ TEST(Values, DefaultsAreOfTheirTypes)
          {"2.51", "1.234", "-1"}},
         {"boolean;", {"true", "false"}, {"1", "TRUE", ""}},
         {"string { length '2..3'; }", {"ab", "abc", "\xC3\xA9\xC3\xA9"}, {"a", "abcd"}},
+        {"string { pattern '[a-z]+'; pattern '.*b.*'; }", {"abc", "b"}, {"", "ac", "aB"}},
+        {"string { pattern '[a-z]+' { modifier invert-match; } }", {"", "A", "a1"}, {"ab"}},
+        {"lower { pattern 'a.*'; }", {"ab"}, {"ba", "aB"}},
         {"enumeration { enum 'a b'; enum c; }", {"a b", "c"}, {"a", ""}},
         {"bits { bit a; bit b; }", {"", "a", "b a"}, {"c", "a a"}},
         {"binary { length 3; }", {"YWJj"}, {"YWI=", "YWJ", "Y!Jj"}},

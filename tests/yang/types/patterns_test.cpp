@@ -9,6 +9,7 @@ using testing::ElementsAre;
 using testing::StrEq;
 using yangtest::ReportsOf;
 using zr::yang::FindPatternFault;
+using zr::yang::Match;
 
 TEST(Patterns, OfXmlSchemaAreRight)
 {
@@ -71,6 +72,31 @@ TEST(Patterns, ThatAreNoneAreFound)
     };
     for (const auto &[pattern, fault] : cases)
         EXPECT_THAT(FindPatternFault(pattern), StrEq(fault)) << pattern;
+}
+
+TEST(Patterns, AreMatchedWithTheWholeOfAText)
+{
+    auto match = [](std::string_view pattern, std::string_view text) {
+        return zr::yang::MatchPattern(pattern, text, std::pmr::new_delete_resource());
+    };
+    EXPECT_EQ(match("[a-z]{2}", "ab"), Match::Yes);
+    EXPECT_EQ(match("[a-z]{2}", "abc"), Match::No);
+    EXPECT_EQ(match("\\p{Lu}.", "\xC3\x89\xC3\xA9"), Match::Yes);
+    EXPECT_EQ(match("[a-z-[aeiou]]*", "xyz"), Match::Yes);
+}
+
+TEST(Patterns, ThatWouldTakeTooLongAreLeftOpen)
+{
+    auto match = [](const std::string &pattern, const std::string &text) {
+        return zr::yang::MatchPattern(pattern, text, std::pmr::new_delete_resource());
+    };
+    EXPECT_EQ(match(std::string(20000, 'a'), "a"), Match::Open);
+    EXPECT_EQ(match("a*", std::string(20000, 'a')), Match::Open);
+    std::string classes;
+    for (int i = 0; i < 1000; ++i)
+        classes += "[a-z-";
+    EXPECT_EQ(match(classes + "b" + std::string(1000, ']'), "a"), Match::Open);
+    EXPECT_NE(match("((a*)*)*b", std::string(200, 'a')), Match::Yes);
 }
 
 TEST(Patterns, AreReportedAtTheirPlace)
