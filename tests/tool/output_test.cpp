@@ -1,4 +1,4 @@
-// Output that cannot be written.
+// Output on a terminal, and such as cannot be written.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -51,4 +51,30 @@ TEST(Output, ThatFailsHalfwayIsAFailure)
         body += "<leaf name='leaf-" + std::to_string(i) + "'><type name='string'/></leaf>\n";
     folder.AddModule("m.yin", "m", body);
     ExpectOneLine("tree m -p " + folder.path() + " >/dev/full", "No space left on device");
+}
+
+TEST(Terminal, ShowsTheLineOfAFaultWithAMarkUnderThePlace)
+{
+    Folder folder;
+    folder.Add("m.yang", "module m {\n namespace 'urn:m'; prefix m; leaf a { type none; }\n}\n");
+    ToolRun run = RunToolOnTerminal({"prepare", "-p", folder.path(), "-o", folder.path(), "m"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, folder.path() + "/m.yang:2:42: error: unknown typedef \"none\"\r\n"
+                                       "   namespace 'urn:m'; prefix m; leaf a { type none; }\r\n"
+                                       "                                           ^\r\n");
+}
+
+TEST(Terminal, ShowsNothingOfTheProgressInTheEnd)
+{
+    ToolRun plain = RunTool("check " + kExampleModules + " --all");
+    ToolRun run = RunToolOnTerminal({"check", "-p", ZR_EXAMPLE_MODULES, "--all"});
+    EXPECT_EQ(run.status, 0);
+    // What a line shows when it is erased to be written anew is gone.
+    size_t start = 0, erased;
+    while ((erased = run.out.find("\r\033[K", start)) != std::string::npos) {
+        start = run.out.rfind('\n', erased) + 1;
+        run.out.erase(start, erased + 4 - start);
+    }
+    std::erase(run.out, '\r');
+    EXPECT_EQ(run.out, plain.out);
 }

@@ -1,6 +1,8 @@
 #include "support.h"
 
+#include <pty.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -39,4 +41,27 @@ ToolRun RunTool(const std::string &arguments, const std::string &input)
     std::string command = "<" + in + " >" + out + " 2>" + err + " " ZR_TOOL " " + arguments;
     int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(out), ReadFile(err)};
+}
+
+ToolRun RunToolOnTerminal(const std::vector<std::string> &arguments)
+{
+    int terminal = -1;
+    pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+        std::vector<char *> words = {const_cast<char *>(ZR_TOOL)};
+        for (const std::string &argument : arguments)
+            words.push_back(const_cast<char *>(argument.c_str()));
+        words.push_back(nullptr);
+        execv(ZR_TOOL, words.data());
+        _exit(127);
+    }
+    std::string text;
+    char buffer[4096];
+    // The reading end of a terminal that is closed gives an error, not an end.
+    for (ssize_t length; (length = read(terminal, buffer, sizeof(buffer))) > 0;)
+        text.append(buffer, static_cast<size_t>(length));
+    int status = 0;
+    waitpid(child, &status, 0);
+    close(terminal);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text, text};
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "support/temp_dir.h"
 
@@ -14,6 +15,9 @@ struct ToolRun {
 // `arguments` is the rest of a shell command line, `input` what the program reads on standard
 // input. A redirection of standard output in `arguments` holds.
 ToolRun RunTool(const std::string &arguments, const std::string &input = "");
+
+// The same with a terminal for standard output and standard error, whose text is both of theirs.
+ToolRun RunToolOnTerminal(const std::vector<std::string> &arguments);
 
 inline const std::string kExampleModules = "-p " ZR_EXAMPLE_MODULES;
 

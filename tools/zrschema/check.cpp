@@ -1,7 +1,5 @@
 // zrschema check: loads modules and reports what went wrong.
-#include <unistd.h>
-
-#include <cstdio>
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -10,8 +8,6 @@
 namespace tool {
 
 namespace {
-
-constexpr size_t kManyModules = 10; // from here on a terminal shows the progress
 
 struct CheckOptions {
     std::vector<std::string> directories;
@@ -52,21 +48,16 @@ std::vector<std::string> ModulesToCheck(Session &session, const CheckOptions &op
     return names;
 }
 
-void LoadAll(Session &session, const std::vector<std::string> &names)
+void LoadAll(Session &session, std::vector<std::string> names)
 {
-    bool progress = names.size() >= kManyModules && isatty(STDERR_FILENO) == 1;
     // What was chosen by its file comes before an import of the same name can.
-    for (const std::string &name : names)
-        if (!session.files().ChosenPath(name).empty())
-            session.Load(name);
+    std::stable_partition(names.begin(), names.end(), [&](const std::string &name) {
+        return !session.files().ChosenPath(name).empty();
+    });
     for (size_t i = 0; i < names.size(); ++i) {
-        if (progress)
-            std::fprintf(stderr, "\r\033[Kloading %zu/%zu %s", i + 1, names.size(),
-                         names[i].c_str());
+        session.run().ShowProgress("loading", i + 1, names.size(), names[i]);
         session.Load(names[i]);
     }
-    if (progress)
-        std::fputs("\r\033[K", stderr);
 }
 
 // The named modules in their order, then those that were only imported and have something to tell.

@@ -28,8 +28,8 @@ bool IsPart(const std::string &path)
 
 } // namespace
 
-ModuleFiles::ModuleFiles(const std::vector<std::string> &directories, Sources &sources)
-    : directories_(directories), sources_(sources)
+ModuleFiles::ModuleFiles(Run &run, const std::vector<std::string> &directories, Sources &sources)
+    : run_(run), directories_(directories), sources_(sources)
 {
     for (const std::string &directory : directories) {
         size_t before = leftOut_.size();
@@ -304,17 +304,18 @@ std::vector<std::string> ModuleFiles::WithImports(const std::vector<std::string>
 {
     std::set<std::string> seen;
     std::vector<std::string> order;
-    for (const std::string &name : names)
-        Visit(name, seen, order);
+    for (size_t i = 0; i < names.size(); ++i) {
+        run_.ShowProgress("reading", i + 1, names.size(), names[i]);
+        Visit(names[i], seen, order);
+    }
     return order;
 }
 
 std::vector<std::string> ModuleFiles::InOrder(const std::vector<std::string> &names)
 {
     std::vector<std::string> order = WithImports(names);
-    auto unnamed = [&](const std::string &name) {
-        return std::find(names.begin(), names.end(), name) == names.end();
-    };
+    std::set<std::string> named(names.begin(), names.end());
+    auto unnamed = [&](const std::string &name) { return named.count(name) == 0; };
     order.erase(std::remove_if(order.begin(), order.end(), unnamed), order.end());
     return order;
 }

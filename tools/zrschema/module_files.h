@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "run.h"
 #include "sources.h"
 #include "yin_file.h"
 
@@ -21,7 +22,7 @@ struct ModuleChoice {
 
 class ModuleFiles {
 public:
-    ModuleFiles(const std::vector<std::string> &directories, Sources &sources);
+    ModuleFiles(Run &run, const std::vector<std::string> &directories, Sources &sources);
 
     // Understands a module's name, NAME@REVISION, and the name or path of a file. From then on the
     // file that was chosen stands for the module.
@@ -71,6 +72,7 @@ private:
     void Visit(const std::string &name, std::set<std::string> &seen,
                std::vector<std::string> &order);
 
+    Run &run_;
     std::vector<std::string> directories_;
     std::map<std::string, std::vector<std::string>> files_; // by module or submodule name
     std::map<std::string, std::string> chosen_;             // path by name

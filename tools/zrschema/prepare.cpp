@@ -1,9 +1,5 @@
 // zrschema prepare: writes prepared YIN of YANG sources.
-#include <unistd.h>
-
 #include <cerrno>
-#include <chrono>
-#include <cstdio>
 #include <cstring>
 #include <fstream>
 
@@ -13,8 +9,6 @@
 namespace tool {
 
 namespace {
-
-constexpr std::chrono::seconds kPatience(1); // after which a terminal shows the progress
 
 struct PrepareOptions {
     std::vector<std::string> directories;
@@ -31,30 +25,6 @@ struct PrepareOptions {
 struct Prepared {
     std::string module;
     std::string file; // "" when it was not written
-};
-
-class Progress {
-public:
-    explicit Progress(size_t total) : total_(total), isShown_(isatty(STDERR_FILENO) == 1) {}
-    ~Progress() { Clear(); }
-    void Show(size_t done, const std::string &name)
-    {
-        if (!isShown_ || std::chrono::steady_clock::now() - start_ < kPatience)
-            return;
-        std::fprintf(stderr, "\r\033[Kpreparing %zu/%zu %s", done + 1, total_, name.c_str());
-        isOnLine_ = true;
-    }
-    void Clear()
-    {
-        if (isOnLine_)
-            std::fputs("\r\033[K", stderr);
-        isOnLine_ = false;
-    }
-
-private:
-    size_t total_;
-    bool isShown_, isOnLine_ = false;
-    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
 // "MODULE:NAME,NAME": these are on and the module's others off; "MODULE:" turns all off, "MODULE:*"
@@ -162,12 +132,10 @@ int RunPrepare(Run &run, const PrepareOptions &options)
         run.Complain("no module found: the directories hold no NAME.yang");
     std::vector<Prepared> modules;
     bool good = !names.empty();
-    Progress progress(names.size());
     for (const std::string &name : names) {
-        progress.Show(modules.size(), name);
+        run.ShowProgress("preparing", modules.size() + 1, names.size(), name);
         good = PrepareOne(run, sources, options, modules.emplace_back(Prepared{name, ""})) && good;
     }
-    progress.Clear();
     if (!options.dependencies.empty())
         good = WriteDependencies(run, sources, options.dependencies, modules) && good;
     Json list = Json::array();

@@ -62,8 +62,26 @@ Json ToJson(const Problem &problem)
     return document;
 }
 
+void Run::ShowProgress(const char *what, size_t done, size_t total, const std::string &name)
+{
+    constexpr std::chrono::seconds kPatience(1);
+    static const bool isTerminal = isatty(STDERR_FILENO) == 1;
+    if (!isTerminal || std::chrono::steady_clock::now() - start_ < kPatience)
+        return;
+    std::fprintf(stderr, "\r\033[K%s %zu/%zu %s", what, done, total, OneLine(name).c_str());
+    showsProgress_ = true;
+}
+
+void Run::ClearProgress()
+{
+    if (showsProgress_)
+        std::fputs("\r\033[K", stderr);
+    showsProgress_ = false;
+}
+
 void Run::Say(Problem problem)
 {
+    ClearProgress();
     problem.message = OneLine(problem.message);
     if (problem.isSource) {
         SayOfSource(problem);
@@ -97,6 +115,7 @@ void Run::Complain(const std::string &message)
 
 void Run::Print(const std::string &text)
 {
+    ClearProgress();
     answered_ = true;
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() && writeError_ == 0)
         writeError_ = errno;

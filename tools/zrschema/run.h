@@ -1,6 +1,7 @@
 // What one run of the program says: its result on standard output, and beside it what went wrong.
 #pragma once
 
+#include <chrono>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -39,6 +40,9 @@ class Run {
 public:
     // `json`: the result is one JSON document.
     explicit Run(bool json) : json_(json) {}
+    ~Run() { ClearProgress(); }
+    Run(const Run &) = delete;
+    Run &operator=(const Run &) = delete;
 
     bool json() const { return json_; }
     // The document of a run that fails before it has a result of its own.
@@ -49,6 +53,11 @@ public:
     void Complain(const std::string &message);
     // How many errors, or warnings, of sources were said.
     size_t CountOfSources(bool warnings) const;
+
+    // Tells on a terminal how far the run is, once it takes more than a second. Whatever is said or
+    // printed next takes the place of it, and so does the end of the run.
+    void ShowProgress(const char *what, size_t done, size_t total, const std::string &name);
+    void ClearProgress();
 
     void Print(const std::string &text);
     // Prints the run's document with `errors`, all that was said, in it; in each of its objects
@@ -62,6 +71,8 @@ public:
 private:
     bool json_;
     bool answered_ = false;
+    bool showsProgress_ = false; // there is a line of it
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
     int writeError_ = 0; // errno of the first failure
     Json empty_ = Json::object();
     std::vector<Problem> problems_;

@@ -47,7 +47,7 @@ std::vector<std::string> AbsolutePaths(const std::vector<std::string> &directori
 
 Session::Session(Run &run, uint32_t flags, const std::vector<std::string> &directories)
     : run_(run), ctx_(nullptr), flags_(flags), directories_(AbsolutePaths(directories)),
-      sources_(run), files_(directories_, sources_)
+      sources_(run), files_(run_, directories_, sources_)
 {
     ctx_ = ZR_CTX_Create(flags);
     if (ctx_ == nullptr)
@@ -184,8 +184,10 @@ bool Session::SetUp(const ModuleOptions &options, std::vector<std::string> &name
     sources_.DecideFeatures(options.features, options.allFeatures);
     namesOut = Choose(options.modules);
     std::vector<std::string> order = files_.WithImports(namesOut);
-    for (const std::string &name : order)
-        Load(name);
+    for (size_t i = 0; i < order.size(); ++i) {
+        run_.ShowProgress("loading", i + 1, order.size(), order[i]);
+        Load(order[i]);
+    }
     bool clean = ReportFailures(order);
     ReportMissingImports(order);
     if (options.allFeatures)
