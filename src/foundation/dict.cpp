@@ -3,12 +3,17 @@
 #include <cstring>
 
 #include "foundation/array.h"
+#include "foundation/dict_index.h"
 #include "platform/memory.h"
 #include "platform/strings.h"
 
 namespace {
 
 constexpr uint32_t kBucketCount = 1024;
+// How many texts there are for each bucket when an index is made, and when it is given up again.
+constexpr uint32_t kTextsForIndex = 4;
+constexpr uint32_t kTextsWithoutIndex = 1;
+constexpr uint32_t kLongChain = 8; // a power of two; no dictionary of so many texts has none
 static_assert((kBucketCount & (kBucketCount - 1)) == 0, "the bucket index is a mask");
 static_assert(sizeof(ZrDictBucket) == sizeof(void *) + (sizeof(void *) == 4 ? 4 : 8),
               "a bucket is a count and a pointer, 8 bytes with 32-bit pointers");
@@ -35,18 +40,72 @@ Hashed HashText(const char *text)
     return {h, static_cast<size_t>(p - text)};
 }
 
-ZrDictBucket *BucketOf(const ZrDict *dict, uint32_t hash)
+uint32_t BucketNumber(const ZrDict *dict, uint32_t hash)
 {
-    return &dict->buckets[hash & (dict->bucketCount - 1)];
+    return hash & (dict->bucketCount - 1);
 }
 
-// The link that points to the entry of that text, or else to the end of the bucket's chain.
-ZrDictEntry **FindLink(ZrDictBucket *bucket, const char *text)
+// Where a text stands in its chain, or would stand.
+struct Place {
+    uint32_t hash;
+    uint32_t bucket;
+    ZrDictEntry **link;      // to its entry, or else to the end of the chain
+    ZrDictIndex::Slot *slot; // of it in the index, null without one
+};
+
+ZrDictEntry **LinkBehind(const ZrDict *dict, uint32_t bucket, ZrDictEntry *previous)
 {
-    ZrDictEntry **link = &bucket->head;
+    return previous != nullptr ? &previous->next : &dict->buckets[bucket].head;
+}
+
+Place FindPlace(const ZrDict *dict, const char *text, uint32_t hash)
+{
+    uint32_t bucket = BucketNumber(dict, hash);
+    if (dict->index != nullptr) {
+        ZrDictIndex::Slot *slot = zr::FindSlot(dict->index, text, hash);
+        ZrDictEntry *previous =
+            slot->entry != nullptr ? slot->previous : dict->index->tails[bucket];
+        return {hash, bucket, LinkBehind(dict, bucket, previous), slot};
+    }
+    ZrDictEntry **link = &dict->buckets[bucket].head;
     while (*link != nullptr && std::strcmp((*link)->text, text) != 0)
         link = &(*link)->next;
-    return link;
+    return {hash, bucket, link, nullptr};
+}
+
+void DropIndex(ZrDict *dict)
+{
+    zr::FreeIndex(dict->index);
+    dict->index = nullptr;
+}
+
+bool IsFull(const ZrDict *dict)
+{
+    uint32_t entries = 0;
+    for (uint32_t i = 0; i < dict->bucketCount; ++i)
+        entries += dict->buckets[i].entryCount;
+    return entries / kTextsForIndex >= dict->bucketCount;
+}
+
+// Keeps the index up to date with an entry at the end of its chain, or makes one when that chain
+// has become long. Where memory is short there is none: it is tried again when a chain has doubled.
+void Index(ZrDict *dict, ZrDictEntry *entry, const Place &place)
+{
+    uint32_t length = dict->buckets[place.bucket].entryCount;
+    bool isTimeToAsk = length >= kLongChain && (length & (length - 1)) == 0;
+    if (dict->index == nullptr)
+        dict->index = isTimeToAsk && IsFull(dict) ? zr::MakeIndex(dict) : nullptr;
+    else if (!zr::IndexEntry(dict->index, entry, place.hash, place.bucket))
+        DropIndex(dict);
+}
+
+void Unindex(ZrDict *dict, const Place &place)
+{
+    if (dict->index == nullptr)
+        return;
+    zr::UnindexEntry(dict->index, place.slot, place.bucket);
+    if (dict->index->entryCount / kTextsWithoutIndex < dict->bucketCount)
+        DropIndex(dict);
 }
 
 ZrDictEntry *NewEntry(const char *text, size_t length)
@@ -91,21 +150,22 @@ const char *ZR_DICT_Insert(ZrDict *dict, const char *text)
     if (!IsLive(dict) || text == nullptr)
         return nullptr;
     Hashed hashed = HashText(text);
-    ZrDictBucket *bucket = BucketOf(dict, hashed.hash);
-    ZrDictEntry **link = FindLink(bucket, text);
-    if (*link != nullptr) {
-        ++(*link)->refCount;
-        return (*link)->text;
+    Place place = FindPlace(dict, text, hashed.hash);
+    if (*place.link != nullptr) {
+        ++(*place.link)->refCount;
+        return (*place.link)->text;
     }
     // Counted before the allocations, also when they fail: the count only says how long the chain
     // wanted to be.
+    ZrDictBucket *bucket = &dict->buckets[place.bucket];
     ++bucket->entryCount;
     ZrDictEntry *entry = NewEntry(text, hashed.length);
     if (entry == nullptr)
         return nullptr;
-    if (link == &bucket->head)
+    if (place.link == &bucket->head)
         ++dict->headCount;
-    *link = entry;
+    *place.link = entry;
+    Index(dict, entry, place);
     return entry->text;
 }
 
@@ -113,7 +173,7 @@ const char *zr::FindInterned(const ZrDict *dict, const char *text)
 {
     if (!IsLive(dict) || text == nullptr)
         return nullptr;
-    const ZrDictEntry *entry = *FindLink(BucketOf(dict, HashText(text).hash), text);
+    const ZrDictEntry *entry = *FindPlace(dict, text, HashText(text).hash).link;
     return entry != nullptr ? entry->text : nullptr;
 }
 
@@ -121,14 +181,15 @@ void ZR_DICT_Remove(ZrDict *dict, const char *text)
 {
     if (!IsLive(dict) || text == nullptr)
         return;
-    ZrDictBucket *bucket = BucketOf(dict, HashText(text).hash);
-    ZrDictEntry **link = FindLink(bucket, text);
-    ZrDictEntry *entry = *link;
+    Place place = FindPlace(dict, text, HashText(text).hash);
+    ZrDictEntry *entry = *place.link;
     if (entry == nullptr || --entry->refCount != 0)
         return;
-    if (link == &bucket->head)
+    Unindex(dict, place);
+    ZrDictBucket *bucket = &dict->buckets[place.bucket];
+    if (place.link == &bucket->head)
         --dict->headCount;
-    *link = entry->next;
+    *place.link = entry->next;
     --bucket->entryCount;
     zr::Free(entry->text);
     zr::Free(entry);
@@ -138,6 +199,7 @@ void ZR_DICT_Destroy(ZrDict *dict)
 {
     if (!IsLive(dict))
         return;
+    DropIndex(dict);
     for (uint32_t i = 0; i < dict->bucketCount; ++i) {
         while (ZrDictEntry *entry = dict->buckets[i].head) {
             dict->buckets[i].head = entry->next;

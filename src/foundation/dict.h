@@ -19,6 +19,7 @@ struct ZrDict {
     uint32_t bucketCount; // a power of two
     uint32_t headCount;   // buckets that were given a head; for information
     ZrDictBucket *buckets;
+    struct ZrDictIndex *index; // once a chain is long and there is memory for it, else null
 };
 
 extern "C" {
