@@ -3,7 +3,7 @@
 #pragma once
 
 #include "data/check_records.h"
-#include "xpath/child_memory.h"
+#include "xpath/run_memory.h"
 
 extern "C" {
 // The "when" conditions that apply to one element: its own and those of the choices and cases
@@ -26,28 +26,28 @@ namespace zr {
 // bit, gives the same answers. The first condition is evaluated after the last default was added:
 // what changes the tree from then on tells the memory.
 struct ValidationRun : ZrdCheckAux {
-    ChildMemory children;
+    RunMemory memory;
 };
 
 // The run's memory; null for one without.
-inline ChildMemory *MemoryOf(ZrdCheckAux *check)
+inline RunMemory *MemoryOf(ZrdCheckAux *check)
 {
-    return (check->mode & ZRD_MODE_REMEMBERS) != 0 ? &static_cast<ValidationRun *>(check)->children
+    return (check->mode & ZRD_MODE_REMEMBERS) != 0 ? &static_cast<ValidationRun *>(check)->memory
                                                    : nullptr;
 }
 
 // Tells the memory of an element that has become the last child of its parent.
 inline void NoteAdded(ZrdCheckAux *check, xmlNode *element)
 {
-    if (ChildMemory *memory = MemoryOf(check))
-        memory->NoteAdded(element);
+    if (RunMemory *memory = MemoryOf(check))
+        memory->children.NoteAdded(element);
 }
 
 // Tells it of an element that is about to leave the tree with all that stands below it.
 inline void NoteRemoval(ZrdCheckAux *check, xmlNode *element)
 {
-    if (ChildMemory *memory = MemoryOf(check))
-        memory->NoteRemoval(element);
+    if (RunMemory *memory = MemoryOf(check))
+        memory->children.NoteRemoval(element);
 }
 
 } // namespace zr

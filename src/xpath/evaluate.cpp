@@ -6,6 +6,7 @@
 #include "foundation/text.h"
 #include "platform/memory.h"
 #include "platform/strings.h"
+#include "xpath/run_memory.h"
 
 namespace {
 
@@ -177,36 +178,44 @@ private:
     zr::Owned<PalStack, PAL_DeleteStack> open_; // made with the first "("
 };
 
-uint32_t EvalCondition(xmlNode *root, xmlNode *contextNode, const char *expression,
-                       const zr::XpathView &view)
+uint32_t Decide(xmlNode *root, xmlNode *contextNode, const ZrXpathLex *lex,
+                const zr::XpathView &view)
 {
-    if (root == nullptr || contextNode == nullptr || expression == nullptr)
-        return ZR_ERR_INVALID;
-    zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex> lex(ZR_XPATH_ExprTokenize(expression));
-    if (!lex)
+    if (lex == nullptr)
         return ZR_XPATH_ERR_TOKENIZE;
     ZrXpathEvalCtx ctx;
-    uint32_t status =
-        ZR_XPATH_InitEvalCtx(&ctx, root, contextNode, ZR_XPATH_GetTokenNumber(lex.get()));
+    uint32_t status = ZR_XPATH_InitEvalCtx(&ctx, root, contextNode, ZR_XPATH_GetTokenNumber(lex));
     if (status != ZR_OK)
         return status;
     zr::Owned<ZrXpathEvalCtx, ZR_XPATH_DestroyEvalCtx> stacks(&ctx);
     uint32_t cursor = 0;
-    status = Evaluation(&ctx, lex.get(), &cursor, view).Expression();
+    status = Evaluation(&ctx, lex, &cursor, view).Expression();
     return status != ZR_OK ? status : ZR_XPATH_GetEvalResult(&ctx);
+}
+
+uint32_t DecideOnce(xmlNode *root, xmlNode *contextNode, const char *expression,
+                    const zr::XpathView &view)
+{
+    if (root == nullptr || contextNode == nullptr || expression == nullptr)
+        return ZR_ERR_INVALID;
+    zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex> lex(ZR_XPATH_ExprTokenize(expression));
+    return Decide(root, contextNode, lex.get(), view);
 }
 
 } // namespace
 
 uint32_t ZR_XPATH_EvalCondition(xmlNode *root, xmlNode *contextNode, const char *expression)
 {
-    return EvalCondition(root, contextNode, expression, zr::kWholeTree);
+    return DecideOnce(root, contextNode, expression, zr::kWholeTree);
 }
 
 uint32_t zr::EvalConditionInRun(xmlNode *root, xmlNode *contextNode, const char *expression,
-                                ChildMemory *memory)
+                                RunMemory *memory)
 {
-    return EvalCondition(root, contextNode, expression, {true, memory});
+    if (memory == nullptr || root == nullptr || contextNode == nullptr || expression == nullptr)
+        return DecideOnce(root, contextNode, expression, {true, nullptr});
+    return Decide(root, contextNode, memory->expressions.Tokenize(expression),
+                  {true, &memory->children});
 }
 
 uint32_t ZR_XPATH_EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)

@@ -27,12 +27,12 @@ ZR_API uint32_t ZR_XPATH_EvalCondition(xmlNode *root, xmlNode *contextNode, cons
 }
 
 namespace zr {
-class ChildMemory;
+struct RunMemory;
 // The same for a condition of a validation run: it sees one operation alone, the child of `root` in
 // which `contextNode` stands. `root` itself and what is beside the operation are not read. `memory`
 // is the run's, or null.
 uint32_t EvalConditionInRun(xmlNode *root, xmlNode *contextNode, const char *expression,
-                            ChildMemory *memory);
+                            RunMemory *memory);
 } // namespace zr
 
 // One evaluation: its context and its two stacks.
