@@ -14,7 +14,7 @@ namespace {
 using Modules = std::vector<bench::GeneratedModule>;
 
 constexpr uint32_t kFew = 100, kMany = 2000;
-constexpr uint32_t kCounts[] = {kFew, 500, kMany};
+constexpr uint32_t kCounts[] = {kFew, 200, 500, 1000, kMany};
 
 const Modules &ModulesOf(int64_t count)
 {
