@@ -18,28 +18,6 @@ static_assert((kBucketCount & (kBucketCount - 1)) == 0, "the bucket index is a m
 static_assert(sizeof(ZrDictBucket) == sizeof(void *) + (sizeof(void *) == 4 ? 4 : 8),
               "a bucket is a count and a pointer, 8 bytes with 32-bit pointers");
 
-struct Hashed {
-    uint32_t hash;
-    size_t length;
-};
-
-// Jenkins's one-at-a-time hash. The bytes count as signed on every target: which bucket a text
-// falls into does not depend on the sign of char.
-Hashed HashText(const char *text)
-{
-    uint32_t h = 0;
-    const char *p = text;
-    for (; *p != '\0'; ++p) {
-        h += static_cast<uint32_t>(static_cast<signed char>(*p));
-        h += h << 10;
-        h ^= h >> 6;
-    }
-    h += h << 3;
-    h ^= h >> 11;
-    h += h << 15;
-    return {h, static_cast<size_t>(p - text)};
-}
-
 uint32_t BucketNumber(const ZrDict *dict, uint32_t hash)
 {
     return hash & (dict->bucketCount - 1);
@@ -142,14 +120,14 @@ uint32_t ZR_DICT_Init(ZrDict *dict)
 
 uint32_t ZR_DICT_HashVal(const char *text, uint32_t)
 {
-    return text != nullptr ? HashText(text).hash : 0;
+    return text != nullptr ? zr::HashText(text).hash : 0;
 }
 
 const char *ZR_DICT_Insert(ZrDict *dict, const char *text)
 {
     if (!IsLive(dict) || text == nullptr)
         return nullptr;
-    Hashed hashed = HashText(text);
+    zr::HashedText hashed = zr::HashText(text);
     Place place = FindPlace(dict, text, hashed.hash);
     if (*place.link != nullptr) {
         ++(*place.link)->refCount;
@@ -173,7 +151,7 @@ const char *zr::FindInterned(const ZrDict *dict, const char *text)
 {
     if (!IsLive(dict) || text == nullptr)
         return nullptr;
-    const ZrDictEntry *entry = *FindPlace(dict, text, HashText(text).hash).link;
+    const ZrDictEntry *entry = *FindPlace(dict, text, zr::HashText(text).hash).link;
     return entry != nullptr ? entry->text : nullptr;
 }
 
@@ -181,7 +159,7 @@ void ZR_DICT_Remove(ZrDict *dict, const char *text)
 {
     if (!IsLive(dict) || text == nullptr)
         return;
-    Place place = FindPlace(dict, text, HashText(text).hash);
+    Place place = FindPlace(dict, text, zr::HashText(text).hash);
     ZrDictEntry *entry = *place.link;
     if (entry == nullptr || --entry->refCount != 0)
         return;

@@ -63,6 +63,23 @@ void FreeSlot(ZrDictIndex *index, uint32_t hole)
 
 } // namespace
 
+// Jenkins's one-at-a-time hash. The bytes count as signed on every target: which bucket a text
+// falls into does not depend on the sign of char.
+zr::HashedText zr::HashText(const char *text)
+{
+    uint32_t h = 0;
+    const char *p = text;
+    for (; *p != '\0'; ++p) {
+        h += static_cast<uint32_t>(static_cast<signed char>(*p));
+        h += h << 10;
+        h ^= h >> 6;
+    }
+    h += h << 3;
+    h ^= h >> 11;
+    h += h << 15;
+    return {h, static_cast<size_t>(p - text)};
+}
+
 ZrDictIndex *zr::MakeIndex(const ZrDict *dict)
 {
     Owned<ZrDictIndex, FreeIndex> index(New<ZrDictIndex>());
@@ -73,7 +90,7 @@ ZrDictIndex *zr::MakeIndex(const ZrDict *dict)
         return nullptr;
     for (uint32_t bucket = 0; bucket < dict->bucketCount; ++bucket) {
         for (ZrDictEntry *entry = dict->buckets[bucket].head; entry != nullptr; entry = entry->next)
-            if (!IndexEntry(index.get(), entry, ZR_DICT_HashVal(entry->text, 0), bucket))
+            if (!IndexEntry(index.get(), entry, HashText(entry->text).hash, bucket))
                 return nullptr;
     }
     return index.release();
@@ -113,7 +130,7 @@ bool zr::IndexEntry(ZrDictIndex *index, ZrDictEntry *entry, uint32_t hash, uint3
 void zr::UnindexEntry(ZrDictIndex *index, const Slot *slot, uint32_t bucket)
 {
     if (const ZrDictEntry *next = slot->entry->next)
-        FindSlot(index, next->text, ZR_DICT_HashVal(next->text, 0))->previous = slot->previous;
+        FindSlot(index, next->text, HashText(next->text).hash)->previous = slot->previous;
     else
         index->tails[bucket] = slot->previous;
     FreeSlot(index, static_cast<uint32_t>(slot - index->slots));

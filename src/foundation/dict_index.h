@@ -2,6 +2,8 @@
 // index finds an entry, the one before it and the end of a chain without a walk.
 #pragma once
 
+#include <cstddef>
+
 #include "foundation/dict.h"
 
 struct ZrDictIndex {
@@ -18,6 +20,13 @@ struct ZrDictIndex {
 };
 
 namespace zr {
+
+struct HashedText {
+    uint32_t hash;
+    size_t length;
+};
+// What a text's place in a dictionary follows from: ZR_DICT_HashVal() of it, and its length.
+HashedText HashText(const char *text);
 
 // An index of all that the dictionary holds; null without memory, and when it holds too much.
 ZrDictIndex *MakeIndex(const ZrDict *dict);

@@ -59,9 +59,9 @@ TEST(Terminal, ShowsTheLineOfAFaultWithAMarkUnderThePlace)
     folder.Add("m.yang", "module m {\n namespace 'urn:m'; prefix m; leaf a { type none; }\n}\n");
     ToolRun run = RunToolOnTerminal({"prepare", "-p", folder.path(), "-o", folder.path(), "m"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.out, folder.path() + "/m.yang:2:42: error: unknown typedef \"none\"\r\n"
+    EXPECT_EQ(run.out, folder.path() + "/m.yang:2:40: error: unknown typedef \"none\"\r\n"
                                        "   namespace 'urn:m'; prefix m; leaf a { type none; }\r\n"
-                                       "                                           ^\r\n");
+                                       "                                         ^\r\n");
 }
 
 TEST(Terminal, ShowsNothingOfTheProgressInTheEnd)
