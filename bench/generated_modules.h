@@ -11,7 +11,7 @@ namespace bench {
 
 struct GeneratedModule {
     std::string name;
-    std::string text;              // YIN
+    std::string text;               // YIN
     std::vector<std::string> paths; // of some of its nodes, as ZR_CTX_GetTargetNode() takes them
 };
 
