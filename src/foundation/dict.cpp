@@ -10,9 +10,8 @@
 namespace {
 
 constexpr uint32_t kBucketCount = 1024;
-// How many texts there are for each bucket when an index is made, and when it is given up again.
+// How many texts there are for each bucket when an index is made; it is given up again below one.
 constexpr uint32_t kTextsForIndex = 4;
-constexpr uint32_t kTextsWithoutIndex = 1;
 constexpr uint32_t kLongChain = 8; // a power of two; no dictionary of so many texts has none
 static_assert((kBucketCount & (kBucketCount - 1)) == 0, "the bucket index is a mask");
 static_assert(sizeof(ZrDictBucket) == sizeof(void *) + (sizeof(void *) == 4 ? 4 : 8),
@@ -82,7 +81,7 @@ void Unindex(ZrDict *dict, const Place &place)
     if (dict->index == nullptr)
         return;
     zr::UnindexEntry(dict->index, place.slot, place.bucket);
-    if (dict->index->entryCount / kTextsWithoutIndex < dict->bucketCount)
+    if (dict->index->entryCount < dict->bucketCount)
         DropIndex(dict);
 }
 

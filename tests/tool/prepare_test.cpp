@@ -96,6 +96,15 @@ TEST_F(Prepare, WritesWhatItReadForMake)
                                                   "/m.yang \\\n  " + folder.path() + "/t.yang\n");
 }
 
+TEST_F(Prepare, QuotesForMakeWhatMakeWouldTakeApart)
+{
+    std::string place = out.path() + "/two words#$";
+    std::filesystem::create_directory(place);
+    Run("-o '" + place + "' --dependencies " + out.path() + "/rules t");
+    EXPECT_EQ(ReadAll(out.path() + "/rules"),
+              out.path() + "/two\\ words\\#$$/t.yin: \\\n  " + folder.path() + "/t.yang\n");
+}
+
 TEST_F(Prepare, DecidesExpressionsByTheFeaturesGiven)
 {
     folder.Add(
