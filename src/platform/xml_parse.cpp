@@ -4,6 +4,8 @@
 #include <libxml/xmlstring.h>
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 #include "platform/memory.h"
 #include "platform/strings.h"
@@ -103,13 +105,37 @@ bool IsXmlCharacter(uint32_t character)
            (character > 0xFFFF && character < 0x110000);
 }
 
+// How many bytes at `at` are line feeds or characters of ASCII that are none of control, by whole
+// words: the most of every text, and the same characters in every encoding that is read.
+size_t PlainLength(std::string_view text, size_t at)
+{
+    using Word = uint64_t;
+    constexpr Word kOnes = ~Word{0} / 0xFF; // 0x01 in each byte
+    constexpr Word kHighBits = kOnes * 0x80, kRest = kOnes * 0x7F;
+    size_t end = at;
+    for (Word word; text.size() - end >= sizeof(word); end += sizeof(word)) {
+        std::memcpy(&word, text.data() + end, sizeof(word));
+        // Sums that no byte carries into the next one: a high bit that stays clear tells a byte
+        // below 0x20, and a line feed.
+        Word notControl = (word & kRest) + kOnes * (0x80 - 0x20);
+        Word notLineFeed = ((word ^ kOnes * '\n') & kRest) + kRest;
+        if (((word | (~notControl & notLineFeed)) & kHighBits) != 0)
+            break;
+    }
+    return end - at;
+}
+
 bool HasOnlyCharacters(std::string_view text, bool isUtf8)
 {
     for (size_t at = 0; at < text.size();) {
-        uint32_t character =
-            isUtf8 ? TakeCharacter(text, &at) : static_cast<unsigned char>(text[at++]);
-        if (!IsXmlCharacter(character))
-            return false;
+        at += PlainLength(text, at);
+        // What stopped it, and the rest of its word.
+        for (size_t end = std::min(at + sizeof(uint64_t), text.size()); at < end;) {
+            uint32_t character =
+                isUtf8 ? TakeCharacter(text, &at) : static_cast<unsigned char>(text[at++]);
+            if (!IsXmlCharacter(character))
+                return false;
+        }
     }
     return true;
 }
@@ -158,6 +184,22 @@ template <size_t size> bool ChooseEncoding(std::string_view declared, char (&enc
         return false;
     *std::ranges::copy(declared, encoding).out = '\0';
     return true;
+}
+
+// What a start tag is cut at.
+constexpr auto kTagMarks = [] {
+    std::array<bool, 256> marks = {};
+    for (unsigned char mark : {'<', '>', '"', '\''})
+        marks[mark] = true;
+    return marks;
+}();
+
+// Where the next one stands, or the text's size.
+size_t NextMark(std::string_view text, size_t at)
+{
+    while (at < text.size() && !kTagMarks[static_cast<unsigned char>(text[at])])
+        ++at;
+    return at;
 }
 
 // The walk over the markup. The functions are given a text that begins with "<", and give the
@@ -222,21 +264,17 @@ private:
     size_t StartTagLength(std::string_view text)
     {
         uint32_t attributes = 0;
-        char quote = '\0'; // the one that ends the value
-        for (size_t i = 1; i < text.size(); ++i) {
+        for (size_t i = NextMark(text, 1); i < text.size(); i = NextMark(text, i + 1)) {
             char ch = text[i];
-            if (ch == '<')
-                return kRefused; // not even in a value
-            if (quote != '\0') {
-                if (ch == quote)
-                    quote = '\0';
-            } else if (ch == '>') {
+            if (ch == '>')
                 return text[i - 1] == '/' || Open(attributes) ? i + 1 : kRefused;
-            } else if (ch == '"' || ch == '\'') {
-                quote = ch;
-                if (++attributes > zr::kMaxAttributes)
+            if (ch == '<' || ++attributes > zr::kMaxAttributes)
+                return kRefused;
+            do { // the value, in which the other quote and ">" may stand
+                i = NextMark(text, i + 1);
+                if (i == text.size() || text[i] == '<')
                     return kRefused;
-            }
+            } while (text[i] != ch);
         }
         return kRefused;
     }
