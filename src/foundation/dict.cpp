@@ -104,6 +104,11 @@ bool IsLive(const ZrDict *dict)
     return dict != nullptr && dict->buckets != nullptr;
 }
 
+bool IsClosing(const ZrDict *dict)
+{
+    return dict->index != nullptr && dict->index->isClosing;
+}
+
 } // namespace
 
 uint32_t ZR_DICT_Init(ZrDict *dict)
@@ -124,7 +129,7 @@ uint32_t ZR_DICT_HashVal(const char *text, uint32_t)
 
 const char *ZR_DICT_Insert(ZrDict *dict, const char *text)
 {
-    if (!IsLive(dict) || text == nullptr)
+    if (!IsLive(dict) || text == nullptr || IsClosing(dict))
         return nullptr;
     zr::HashedText hashed = zr::HashText(text);
     Place place = FindPlace(dict, text, hashed.hash);
@@ -154,9 +159,15 @@ const char *zr::FindInterned(const ZrDict *dict, const char *text)
     return entry != nullptr ? entry->text : nullptr;
 }
 
+void zr::CloseDict(ZrDict *dict)
+{
+    if (dict->index != nullptr)
+        dict->index->isClosing = true;
+}
+
 void ZR_DICT_Remove(ZrDict *dict, const char *text)
 {
-    if (!IsLive(dict) || text == nullptr)
+    if (!IsLive(dict) || text == nullptr || IsClosing(dict))
         return;
     Place place = FindPlace(dict, text, zr::HashText(text).hash);
     ZrDictEntry *entry = *place.link;
@@ -176,10 +187,13 @@ void ZR_DICT_Destroy(ZrDict *dict)
 {
     if (!IsLive(dict))
         return;
+    bool isClosing = IsClosing(dict);
     DropIndex(dict);
     for (uint32_t i = 0; i < dict->bucketCount; ++i) {
         while (ZrDictEntry *entry = dict->buckets[i].head) {
             dict->buckets[i].head = entry->next;
+            if (isClosing)
+                zr::Free(entry->text);
             zr::Free(entry);
         }
     }

@@ -17,6 +17,7 @@ struct ZrDictIndex {
     ZrDictEntry **tails; // the last entry of each bucket's chain
     uint32_t slotCount;  // a power of two
     uint32_t entryCount;
+    bool isClosing; // the texts go with the dictionary, none before
 };
 
 namespace zr {

@@ -134,6 +134,28 @@ TEST_F(LargeDictionary, CountsReferencesOfTextsInTheIndex)
     CompareChains();
 }
 
+TEST_F(LargeDictionary, ReleasesItsTextsAtOnceWhenItIsClosedFirst)
+{
+    InsertUpTo(kMany);
+    zr::CloseDict(&dict_);
+    ZR_DICT_Remove(&dict_, TextOf(17).c_str());
+    EXPECT_EQ(zr::FindInterned(&dict_, TextOf(17).c_str()), TextOf(17));
+    EXPECT_EQ(ZR_DICT_Insert(&dict_, TextOf(kMany).c_str()), nullptr);
+    ZR_DICT_Destroy(&dict_);
+    EXPECT_EQ(guard_.LiveBlocks(), 0);
+    chains_.clear(); // nothing to give back
+    chains_.resize(1024);
+}
+
+TEST_F(LargeDictionary, GivesTextsBackSinglyWhenItIsClosedWithoutAnIndex)
+{
+    InsertUpTo(100);
+    zr::CloseDict(&dict_);
+    Remove(17);
+    EXPECT_EQ(zr::FindInterned(&dict_, TextOf(17).c_str()), nullptr);
+    CompareChains();
+}
+
 // Runs every insertion with the index's own allocations failing, which are those of large blocks.
 TEST_F(LargeDictionary, GoesOnWithoutAnIndexForWhichThereIsNoMemory)
 {

@@ -20,10 +20,18 @@ void FreeTopNodes(ZrNode *&head)
     head = nullptr;
 }
 
-void UncoupleAugments(const ZrMod *module)
+// Before any module goes, so that none does while another one's nodes still hang in it.
+void UncoupleAllAugments(ZrCtx *ctx)
 {
-    for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
-        ZRS_NODE_UnCoupleAugmentNode(augment);
+    for (const ZrMod *module : zr::ModulesOf(ctx))
+        for (ZrNode *augment = module->augments; augment != nullptr; augment = augment->next)
+            ZRS_NODE_UnCoupleAugmentNode(augment);
+}
+
+void DestroyAllModules(ZrCtx *ctx)
+{
+    while (ZrMod *module = zr::FirstModule(ctx))
+        ZR_CTX_DestroyModuleNode(ctx, module);
 }
 
 // Frees an array and leaves the owner without it.
@@ -93,11 +101,8 @@ void ZR_CTX_DeInitModuleTree(ZrCtx *ctx)
 {
     if (ctx == nullptr)
         return;
-    // All augments first, so that no module goes while another one's nodes still hang in it.
-    for (ZrMod *module : zr::ModulesOf(ctx))
-        UncoupleAugments(module);
-    while (ZrMod *module = zr::FirstModule(ctx))
-        ZR_CTX_DestroyModuleNode(ctx, module);
+    UncoupleAllAugments(ctx);
+    DestroyAllModules(ctx);
 }
 
 void ZR_CTX_Delete(ZrCtx *ctx)
@@ -106,6 +111,8 @@ void ZR_CTX_Delete(ZrCtx *ctx)
         return;
     ZR_CTX_DestroyErrMng(ctx->errMng);
     ctx->errMng = nullptr; // recording and deleting do nothing from here on
-    ZR_CTX_DeInitModuleTree(ctx);
+    UncoupleAllAugments(ctx);
+    zr::CloseDict(&ctx->dict);
+    DestroyAllModules(ctx);
     zr::DestroyContextParts(ctx);
 }
