@@ -184,6 +184,62 @@ TEST(Check, WarnsOfStatementsThatAreOnlyInUnpreparedYin)
               "1 modules: 1 loaded, 0 failed, 0 errors, 5 warnings\n");
 }
 
+TEST(Check, WarnsOfEachKindOfThemByItself)
+{
+    const char *const bodies[] = {
+        "<grouping name='g'/>",
+        "<rpc name='r'><input><uses name='g'/></input></rpc>",
+        "<container name='c'><typedef name='t'><type name='int8'/></typedef></container>",
+        "<leaff name='x'/>",
+        "<container name='c' presence='> a sign in a value'><leaff name='x'/></container>",
+        "<!-- <c> --><![CDATA[<c>]]><?c <c>?><leaff name='x'/>",
+        "<container xmlns='' name='c'/>",
+        "<y:grouping xmlns:y='urn:ietf:params:xml:ns:yang:yin:1' name='g'/>",
+        "<p:own><leaf name='x'/></p:own><leaff name='x'/>",
+    };
+    for (const char *body : bodies) {
+        Folder folder;
+        folder.AddModule("raw.yin", "raw", body);
+        EXPECT_THAT(RunTool("check raw -p " + folder.path()).out,
+                    HasSubstr("1 loaded, 0 failed, 0 errors, 1 warnings"))
+            << body;
+    }
+}
+
+TEST(Check, WarnsOfNothingThatOnlyLooksLikeThem)
+{
+    Folder folder;
+    folder.AddModule("plain.yin", "plain",
+                     "<typedef name='t'><type name='int8'/></typedef>\n"
+                     "<container name='c'><!-- <leaff name='x'/> --><description>"
+                     "<text><![CDATA[<uses name='g'/>]]> &lt;grouping/></text></description>"
+                     "<must condition=\"'a' &lt; 'b>'\"/></container>\n"
+                     "<p:own><p:leaff/></p:own>");
+    EXPECT_EQ(RunTool("check plain -p " + folder.path()).out,
+              "plain: loaded\n1 modules: 1 loaded, 0 failed, 0 errors, 0 warnings\n");
+}
+
+TEST(Check, NamesTheFaultOfATextWhoseHeaderIsWhole)
+{
+    for (const char *body : {"<leaf name='l'><type name='int8'></leaf>", "<leaf name='l'>",
+                             "<leaf name='l' name='l'/>", "</module><module>", "&x;"}) {
+        Folder folder;
+        folder.AddModule("broken.yin", "broken", body);
+        ToolRun run = RunTool("check broken -p " + folder.path());
+        EXPECT_EQ(run.status, 1);
+        EXPECT_THAT(run.out, HasSubstr("\n  broken.yin:")) << body;
+    }
+}
+
+TEST(Check, FindsAnImportBehindOtherStatements)
+{
+    Folder folder;
+    folder.AddModule("late.yin", "late",
+                     "<container name='c'/><import module='gone'><prefix value='g'/></import>");
+    EXPECT_THAT(RunTool("tree late -p " + folder.path()).err,
+                HasSubstr("imports gone, which the search directories do not have"));
+}
+
 TEST(Check, ShowsCloseNamesOfAModuleThatIsNotThere)
 {
     ToolRun run = RunTool("check " + kExampleModules + " example-routre");

@@ -1,5 +1,6 @@
 // zrschema check: loads modules and reports what went wrong.
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <set>
 
@@ -75,11 +76,15 @@ std::vector<ModuleReport> Collect(Session &session, const std::vector<std::strin
     for (const auto &[name, entries] : errors)
         if (reported.insert(name).second)
             reports.push_back({name, session.Module(name), entries});
+    ModuleFiles &files = session.files();
     for (ModuleReport &report : reports) {
-        for (const Problem &fault : session.files().FaultsOf(report.name, everyFile))
-            report.errors.push_back(fault);
-        for (const Problem &warning : session.files().PassedOverIn(report.name))
-            report.errors.push_back(warning);
+        auto add = [&report](std::vector<Problem> problems) {
+            std::ranges::move(problems, std::back_inserter(report.errors));
+        };
+        add(files.FaultsOf(report.name, report.module != nullptr));
+        if (everyFile)
+            add(files.FaultsBeside(report.name));
+        add(files.PassedOverIn(report.name));
     }
     return reports;
 }

@@ -58,11 +58,16 @@ void ModuleFiles::Collect(const std::string &directory)
         leftOut_.push_back({"cannot be listed: " + error.message(), "", directory, 0, false});
 }
 
-const YinFile &ModuleFiles::Read(const std::string &path)
+const YinFile &ModuleFiles::Read(const std::string &path, Extent extent)
 {
-    auto found = read_.find(path);
-    return found != read_.end() ? found->second
-                                : read_.emplace(path, ReadYinFile(path)).first->second;
+    auto [found, isNew] = read_.try_emplace(path);
+    YinFile &file = found->second;
+    if (!isNew && (file.isWhole || extent == Extent::Header))
+        return file;
+    auto prepared = prepared_.find(path);
+    file = prepared == prepared_.end() ? ReadYinFile(path, extent)
+                                       : ReadYinText(prepared->second, path, extent);
+    return file;
 }
 
 ModuleChoice ModuleFiles::Choose(const std::string &given)
@@ -103,7 +108,6 @@ void ModuleFiles::Take(const std::string &name, const std::string &revision)
     if (!sources_.Prepare(revision.empty() ? name : name + "@" + revision, text))
         return;
     std::string path = sourceFiles_[name].front();
-    read_[path] = ReadYinText(text, path);
     prepared_[path] = std::move(text);
     chosen_[name] = path;
 }
@@ -124,7 +128,7 @@ ModuleChoice ModuleFiles::ChooseFile(const std::string &given)
         for (const std::string &file : paths)
             if (fs::path(file).filename() == given && path == given)
                 path = file;
-    const YinFile &file = Read(path);
+    const YinFile &file = Read(path, Extent::Whole);
     if (!file.faults.empty()) {
         const Problem &fault = file.faults.front();
         std::string line = fault.line > 0 ? "line " + std::to_string(fault.line) + ": " : "";
@@ -263,21 +267,37 @@ std::set<std::string> ModuleFiles::FeaturesOf(const std::string &name)
 {
     std::set<std::string> features;
     for (const std::string &path : LoadedParts(name))
-        features.insert(Read(path).features.begin(), Read(path).features.end());
+        features.merge(std::set(Read(path, Extent::Whole).features));
     return features;
 }
 
-std::vector<Problem> ModuleFiles::FaultsOf(const std::string &name, bool everyFile)
+std::vector<Problem> ModuleFiles::FaultsIn(const std::vector<std::string> &paths)
 {
-    std::vector<std::string> paths = LoadedParts(name);
-    if (everyFile && files_.count(name) != 0)
-        for (const std::string &path : files_[name])
-            if (std::find(paths.begin(), paths.end(), path) == paths.end())
-                paths.push_back(path);
     std::vector<Problem> faults;
-    for (const std::string &path : paths)
-        faults.insert(faults.end(), Read(path).faults.begin(), Read(path).faults.end());
+    for (const std::string &path : paths) {
+        const std::vector<Problem> &found = Read(path, Extent::Whole).faults;
+        faults.insert(faults.end(), found.begin(), found.end());
+    }
     return faults;
+}
+
+std::vector<Problem> ModuleFiles::FaultsOf(const std::string &name, bool isLoaded)
+{
+    std::vector<std::string> parts = LoadedParts(name);
+    // A module that is there has been read, but parts of it may not have been.
+    return isLoaded && parts.size() <= 1 ? std::vector<Problem>() : FaultsIn(parts);
+}
+
+std::vector<Problem> ModuleFiles::FaultsBeside(const std::string &name)
+{
+    auto files = files_.find(name);
+    if (files == files_.end())
+        return {};
+    std::vector<std::string> loaded = LoadedParts(name), beside;
+    std::ranges::copy_if(files->second, std::back_inserter(beside), [&](const std::string &path) {
+        return std::ranges::find(loaded, path) == loaded.end();
+    });
+    return FaultsIn(beside);
 }
 
 std::vector<Problem> ModuleFiles::PassedOverIn(const std::string &name)

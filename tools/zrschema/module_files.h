@@ -48,9 +48,11 @@ public:
     // What a module with its submodules imports, and the features that it has.
     std::set<std::string> ImportsOf(const std::string &name);
     std::set<std::string> FeaturesOf(const std::string &name);
-    // Why files of a module and of its submodules are no XML; of every file of its name, or only of
-    // those that are loaded.
-    std::vector<Problem> FaultsOf(const std::string &name, bool everyFile);
+    // Why files of a module and of its submodules are no XML, of those that are loaded for it,
+    // whether or not it could be.
+    std::vector<Problem> FaultsOf(const std::string &name, bool isLoaded);
+    // The same of the other files of its name.
+    std::vector<Problem> FaultsBeside(const std::string &name);
     // What the library passes over in the files of a module and of its submodules.
     std::vector<Problem> PassedOverIn(const std::string &name);
 
@@ -59,7 +61,8 @@ public:
 
 private:
     void Collect(const std::string &directory);
-    const YinFile &Read(const std::string &path);
+    const YinFile &Read(const std::string &path, Extent extent = Extent::Header);
+    std::vector<Problem> FaultsIn(const std::vector<std::string> &paths);
     void Take(const std::string &name, const std::string &revision);
     ModuleChoice ChooseFile(const std::string &given);
     ModuleChoice ChooseSource(const std::string &name, const std::string &revision);

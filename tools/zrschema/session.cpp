@@ -134,11 +134,12 @@ bool Session::ReportFailures(const std::vector<std::string> &modules)
     bool clean = true;
     std::vector<Problem> problems;
     for (const std::string &name : modules) {
-        if (Module(name) == nullptr) {
+        bool isLoaded = Module(name) != nullptr;
+        if (!isLoaded) {
             ExplainNotLoaded(name);
             clean = false;
         }
-        for (Problem &fault : files_.FaultsOf(name, false)) {
+        for (Problem &fault : files_.FaultsOf(name, isLoaded)) {
             fault.module = name;
             problems.push_back(fault);
         }

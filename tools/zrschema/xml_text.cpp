@@ -151,6 +151,7 @@ std::string ReadRegularFile(const std::string &path, std::string &text)
         return "not a regular file";
     if (static_cast<uintmax_t>(info.st_size) > kMostBytes)
         return kTooLarge;
+    text.reserve(static_cast<size_t>(info.st_size));
     return ReadAll(file.number(), text);
 }
 

@@ -1,89 +1,15 @@
 #include "yin_file.h"
 
 #include <algorithm>
-#include <iterator>
 #include <map>
 #include <string_view>
 
 #include "xml_text.h"
+#include "yin_look.h"
 
 namespace tool {
 
 namespace {
-
-constexpr const char *kYinNamespace = "urn:ietf:params:xml:ns:yang:yin:1";
-
-// The statements of RFC 7950, section 7, and the elements "text" and "value" that hold an argument
-// (section 13.1).
-constexpr std::string_view kKeywords[] = {"action",
-                                          "anydata",
-                                          "anyxml",
-                                          "argument",
-                                          "augment",
-                                          "base",
-                                          "belongs-to",
-                                          "bit",
-                                          "case",
-                                          "choice",
-                                          "config",
-                                          "contact",
-                                          "container",
-                                          "default",
-                                          "description",
-                                          "deviate",
-                                          "deviation",
-                                          "enum",
-                                          "error-app-tag",
-                                          "error-message",
-                                          "extension",
-                                          "feature",
-                                          "fraction-digits",
-                                          "grouping",
-                                          "identity",
-                                          "if-feature",
-                                          "import",
-                                          "include",
-                                          "input",
-                                          "key",
-                                          "leaf",
-                                          "leaf-list",
-                                          "length",
-                                          "list",
-                                          "mandatory",
-                                          "max-elements",
-                                          "min-elements",
-                                          "modifier",
-                                          "module",
-                                          "must",
-                                          "namespace",
-                                          "notification",
-                                          "ordered-by",
-                                          "organization",
-                                          "output",
-                                          "path",
-                                          "pattern",
-                                          "position",
-                                          "prefix",
-                                          "presence",
-                                          "range",
-                                          "reference",
-                                          "refine",
-                                          "require-instance",
-                                          "revision",
-                                          "revision-date",
-                                          "rpc",
-                                          "status",
-                                          "submodule",
-                                          "text",
-                                          "type",
-                                          "typedef",
-                                          "unique",
-                                          "units",
-                                          "uses",
-                                          "value",
-                                          "when",
-                                          "yang-version",
-                                          "yin-element"};
 
 struct Seen {
     long line; // of the first one
@@ -106,11 +32,6 @@ std::string FileName(const std::string &path)
 bool IsYin(const xmlNode *element)
 {
     return element->ns != nullptr && Text(element->ns->href) == kYinNamespace;
-}
-
-bool IsKeyword(std::string_view name)
-{
-    return std::find(std::begin(kKeywords), std::end(kKeywords), name) != std::end(kKeywords);
 }
 
 void ReadHeader(const xmlNode *root, YinFile &file)
@@ -181,28 +102,36 @@ std::vector<Problem> FindPassedOver(const xmlNode *root, const std::string &file
 
 } // namespace
 
-YinFile ReadYinFile(const std::string &path)
+YinFile ReadYinFile(const std::string &path, Extent extent)
 {
     std::string text, reason = ReadRegularFile(path, text);
     if (reason.empty())
-        return ReadYinText(text, path);
+        return ReadYinText(text, path, extent);
     YinFile file;
     file.faults.push_back({reason, "", FileName(path), 0});
+    file.isWhole = true;
     return file;
 }
 
-YinFile ReadYinText(const std::string &text, const std::string &path)
+YinFile ReadYinText(const std::string &text, const std::string &path, Extent extent)
 {
     YinFile file;
+    YinLook look = extent == Extent::Header ? LookAtYin(text) : YinLook();
     XmlFault fault;
-    Document document = ParseXml(text, fault);
+    Document document(nullptr, xmlFreeDoc);
+    if (look.isPlain)
+        document =
+            ParseXml(text.substr(0, look.headerEnd) + "</" + std::string(look.root) + ">", fault);
+    file.isWhole = document == nullptr;
+    if (file.isWhole)
+        document = ParseXml(text, fault);
     if (document == nullptr) {
         file.faults.push_back({fault.reason, "", FileName(path), fault.line});
         return file;
     }
     const xmlNode *root = xmlDocGetRootElement(document.get());
     ReadHeader(root, file);
-    if (file.root == "module" || file.root == "submodule")
+    if (file.isWhole && (file.root == "module" || file.root == "submodule"))
         file.passedOver = FindPassedOver(root, FileName(path));
     return file;
 }

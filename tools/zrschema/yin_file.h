@@ -15,13 +15,17 @@ struct YinFile {
     std::string revision; // the first one, "" when there is none
     std::set<std::string> imports;
     std::set<std::string> includes;
-    std::set<std::string> features;
-    std::vector<Problem> faults;     // why it cannot be read as XML: none or one
     std::vector<Problem> passedOver; // warnings of statements that have no effect
+    bool isWhole = false;            // else what follows is not known
+    std::set<std::string> features;
+    std::vector<Problem> faults; // why it cannot be read as XML: none or one
 };
 
-YinFile ReadYinFile(const std::string &path);
+// How much is to be read. Of a header alone is told what stands above `isWhole`.
+enum class Extent { Header, Whole };
+
+YinFile ReadYinFile(const std::string &path, Extent extent);
 // The same of a text; `path` is what problems name.
-YinFile ReadYinText(const std::string &text, const std::string &path);
+YinFile ReadYinText(const std::string &text, const std::string &path, Extent extent);
 
 } // namespace tool
