@@ -325,14 +325,14 @@ uint32_t ZRD_PAS_FlushAllElementChildNodeWithSchema(ZrdCheckAux *check, xmlNode 
                                                     ZrNode *schemaNode)
 {
     uint32_t kind = ZR_NODE_GetNodeType(schemaNode);
+    if (kind == ZR_NODE_LEAF || kind == ZR_NODE_LEAF_LIST)
+        return HoldsTextAlone(element) ? uint32_t{ZR_OK} : RecordUnexpected(check, element);
     if (ZRD_MDL_IsSchemaNodeDefineWithMountPoint(schemaNode)) {
         check->mode |= ZRD_MODE_MOUNT_POINT;
         return ZR_OK;
     }
     if (kind == ZR_NODE_ANYDATA || kind == ZR_NODE_ANYXML)
         return ZR_OK;
-    if (kind == ZR_NODE_LEAF || kind == ZR_NODE_LEAF_LIST)
-        return HoldsTextAlone(element) ? uint32_t{ZR_OK} : RecordUnexpected(check, element);
     if (kind == ZR_NODE_ACTION)
         check->mode |= ZRD_MODE_IN_ACTION;
     uint32_t status = FlushChildren(check, element, schemaNode);

@@ -37,20 +37,21 @@ uint32_t ZR_XPATH_InitEvalCtx(ZrXpathEvalCtx *ctx, xmlNode *rootNode, xmlNode *c
     return ZR_ERR_NO_MEMORY;
 }
 
+void zr::EmptyStacks(ZrXpathEvalCtx *ctx)
+{
+    while (void *entry = PAL_Pop(ctx->operators))
+        zr::Free(entry);
+    while (void *object = PAL_Pop(ctx->objects))
+        ZR_XPATH_FreeObject(static_cast<ZrXpathObject *>(object));
+}
+
 void ZR_XPATH_DestroyEvalCtx(ZrXpathEvalCtx *ctx)
 {
-    if (ctx->operators != nullptr) {
-        while (void *entry = PAL_Pop(ctx->operators))
-            zr::Free(entry);
-        PAL_DeleteStack(ctx->operators);
-        ctx->operators = nullptr;
-    }
-    if (ctx->objects != nullptr) {
-        while (void *object = PAL_Pop(ctx->objects))
-            ZR_XPATH_FreeObject(static_cast<ZrXpathObject *>(object));
-        PAL_DeleteStack(ctx->objects);
-        ctx->objects = nullptr;
-    }
+    zr::EmptyStacks(ctx);
+    PAL_DeleteStack(ctx->operators);
+    PAL_DeleteStack(ctx->objects);
+    ctx->operators = nullptr;
+    ctx->objects = nullptr;
 }
 
 uint32_t ZR_XPATH_GetEvalResult(ZrXpathEvalCtx *ctx)

@@ -178,19 +178,11 @@ private:
     zr::Owned<PalStack, PAL_DeleteStack> open_; // made with the first "("
 };
 
-uint32_t Decide(xmlNode *root, xmlNode *contextNode, const ZrXpathLex *lex,
-                const zr::XpathView &view)
+uint32_t Decide(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, const zr::XpathView &view)
 {
-    if (lex == nullptr)
-        return ZR_XPATH_ERR_TOKENIZE;
-    ZrXpathEvalCtx ctx;
-    uint32_t status = ZR_XPATH_InitEvalCtx(&ctx, root, contextNode, ZR_XPATH_GetTokenNumber(lex));
-    if (status != ZR_OK)
-        return status;
-    zr::Owned<ZrXpathEvalCtx, ZR_XPATH_DestroyEvalCtx> stacks(&ctx);
     uint32_t cursor = 0;
-    status = Evaluation(&ctx, lex, &cursor, view).Expression();
-    return status != ZR_OK ? status : ZR_XPATH_GetEvalResult(&ctx);
+    uint32_t status = Evaluation(ctx, lex, &cursor, view).Expression();
+    return status != ZR_OK ? status : ZR_XPATH_GetEvalResult(ctx);
 }
 
 uint32_t DecideOnce(xmlNode *root, xmlNode *contextNode, const char *expression,
@@ -199,7 +191,32 @@ uint32_t DecideOnce(xmlNode *root, xmlNode *contextNode, const char *expression,
     if (root == nullptr || contextNode == nullptr || expression == nullptr)
         return ZR_ERR_INVALID;
     zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex> lex(ZR_XPATH_ExprTokenize(expression));
-    return Decide(root, contextNode, lex.get(), view);
+    if (!lex)
+        return ZR_XPATH_ERR_TOKENIZE;
+    ZrXpathEvalCtx ctx;
+    uint32_t status =
+        ZR_XPATH_InitEvalCtx(&ctx, root, contextNode, ZR_XPATH_GetTokenNumber(lex.get()));
+    if (status != ZR_OK)
+        return status;
+    zr::Owned<ZrXpathEvalCtx, ZR_XPATH_DestroyEvalCtx> stacks(&ctx);
+    return Decide(&ctx, lex.get(), view);
+}
+
+uint32_t DecideKept(zr::KeptExpression *kept, xmlNode *root, xmlNode *contextNode,
+                    const zr::XpathView &view)
+{
+    if (kept->lex == nullptr)
+        return ZR_XPATH_ERR_TOKENIZE;
+    ZrXpathEvalCtx *ctx = &kept->stacks;
+    uint32_t status = ZR_OK;
+    if (ctx->operators == nullptr)
+        status = ZR_XPATH_InitEvalCtx(ctx, root, contextNode, ZR_XPATH_GetTokenNumber(kept->lex));
+    if (status != ZR_OK)
+        return status;
+    ctx->rootNode = root;
+    ctx->contextNode = contextNode;
+    zr::Owned<ZrXpathEvalCtx, zr::EmptyStacks> entries(ctx);
+    return Decide(ctx, kept->lex, view);
 }
 
 } // namespace
@@ -214,8 +231,8 @@ uint32_t zr::EvalConditionInRun(xmlNode *root, xmlNode *contextNode, const char 
 {
     if (memory == nullptr || root == nullptr || contextNode == nullptr || expression == nullptr)
         return DecideOnce(root, contextNode, expression, {true, nullptr});
-    return Decide(root, contextNode, memory->expressions.Tokenize(expression),
-                  {true, &memory->children});
+    return DecideKept(memory->expressions.Find(expression), root, contextNode,
+                      {true, &memory->children});
 }
 
 uint32_t ZR_XPATH_EvalExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex *lex, uint32_t *cursor)

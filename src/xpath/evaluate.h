@@ -102,6 +102,9 @@ ZR_API uint32_t ZR_XPATH_CalculateOneExpr(ZrXpathEvalCtx *ctx, const ZrXpathLex 
 }
 
 namespace zr {
+// Frees what is left on the stacks, which stay.
+void EmptyStacks(ZrXpathEvalCtx *ctx);
+
 // The type of a token, ZR_XPATH_TOKEN_NONE past the end.
 inline uint32_t TokenTypeAt(const ZrXpathLex *lex, uint32_t position)
 {

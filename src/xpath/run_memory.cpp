@@ -1,23 +1,34 @@
 #include "xpath/run_memory.h"
 
-namespace zr {
+namespace {
 
-TokenMemory::~TokenMemory()
+void Clear(zr::KeptExpression &kept)
 {
-    for (ZrXpathLex *lex : kept_)
-        ZR_XPATH_FreeXpathLex(lex);
+    ZR_XPATH_FreeXpathLex(kept.lex);
+    ZR_XPATH_DestroyEvalCtx(&kept.stacks);
+    kept = {};
 }
 
-const ZrXpathLex *TokenMemory::Tokenize(const char *expression)
+} // namespace
+
+namespace zr {
+
+ExpressionMemory::~ExpressionMemory()
+{
+    for (KeptExpression &kept : kept_)
+        Clear(kept);
+}
+
+KeptExpression *ExpressionMemory::Find(const char *expression)
 {
     // Blocks begin at multiples of 16: their lowest bits say nothing.
     auto address = reinterpret_cast<uintptr_t>(expression);
-    ZrXpathLex *&kept = kept_[((address >> 4) ^ (address >> 12)) % kPlaces];
-    if (kept != nullptr && kept->expression == expression)
-        return kept;
-    ZR_XPATH_FreeXpathLex(kept);
-    kept = ZR_XPATH_ExprTokenize(expression);
-    return kept;
+    KeptExpression &kept = kept_[((address >> 4) ^ (address >> 12)) % kPlaces];
+    if (kept.lex == nullptr || kept.lex->expression != expression) {
+        Clear(kept);
+        kept.lex = ZR_XPATH_ExprTokenize(expression);
+    }
+    return &kept;
 }
 
 } // namespace zr

@@ -1,35 +1,41 @@
-// What the conditions of one run share: the tokens of each expression, and what was found among the
-// many children of an element.
+// What the conditions of one run share: each expression, ready to be evaluated, and what was found
+// among the many children of an element.
 //
 // A condition on a list stands once in the schema and is evaluated for every entry.
 #pragma once
 
 #include "xpath/child_memory.h"
+#include "xpath/evaluate.h"
 #include "xpath/lex.h"
 
 namespace zr {
 
-// The token lists of expressions that live longer than this: an expression is known by its address.
-// One that has no place, because another has it, or that does not last, is tokenized again.
-class TokenMemory {
-public:
-    TokenMemory() = default;
-    ~TokenMemory();
-    TokenMemory(const TokenMemory &) = delete;
-    TokenMemory &operator=(const TokenMemory &) = delete;
+struct KeptExpression {
+    ZrXpathLex *lex;       // null: the text is no expression, or memory ran out
+    ZrXpathEvalCtx stacks; // empty; null before the first evaluation
+};
 
-    // As ZR_XPATH_ExprTokenize(); the list stays this memory's, until the next call.
-    const ZrXpathLex *Tokenize(const char *expression);
+// Expressions that live longer than this: one is known by its address. One that has no place,
+// because another has it, or that is no expression, is tokenized again.
+class ExpressionMemory {
+public:
+    ExpressionMemory() = default;
+    ~ExpressionMemory();
+    ExpressionMemory(const ExpressionMemory &) = delete;
+    ExpressionMemory &operator=(const ExpressionMemory &) = delete;
+
+    // Stays this memory's, until the next call.
+    KeptExpression *Find(const char *expression);
 
 private:
     static constexpr uint32_t kPlaces = 64; // conditions of one operation
 
-    ZrXpathLex *kept_[kPlaces] = {};
+    KeptExpression kept_[kPlaces] = {};
 };
 
 struct RunMemory {
     ChildMemory children;
-    TokenMemory expressions;
+    ExpressionMemory expressions;
 };
 
 } // namespace zr

@@ -10,7 +10,8 @@
 
 namespace {
 
-using zr::TokenMemory;
+using zr::ExpressionMemory;
+using zr::KeptExpression;
 
 constexpr size_t kMany = 500; // more than have a place
 
@@ -22,31 +23,31 @@ std::vector<std::string> ManyExpressions()
     return expressions;
 }
 
-TEST(TokenMemory, TokenizesAnExpressionOnce)
+TEST(ExpressionMemory, TokenizesAnExpressionOnce)
 {
     zrtest::AllocGuard guard;
     {
-        TokenMemory memory;
+        ExpressionMemory memory;
         const char *expression = "../a = 'b'";
-        const ZrXpathLex *first = memory.Tokenize(expression);
+        const ZrXpathLex *first = memory.Find(expression)->lex;
         ASSERT_NE(first, nullptr);
         EXPECT_EQ(ZR_XPATH_GetTokenNumber(first), 5u);
         uint64_t allocations = guard.Count();
-        EXPECT_EQ(memory.Tokenize(expression), first);
+        EXPECT_EQ(memory.Find(expression)->lex, first);
         EXPECT_EQ(guard.Count(), allocations);
     }
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
 
-TEST(TokenMemory, GivesEachOfManyExpressionsItsOwnTokens)
+TEST(ExpressionMemory, GivesEachOfManyExpressionsItsOwnTokens)
 {
     zrtest::AllocGuard guard;
     {
-        TokenMemory memory;
+        ExpressionMemory memory;
         std::vector<std::string> expressions = ManyExpressions();
         for (int round = 0; round < 2; ++round)
             for (const std::string &expression : expressions) {
-                const ZrXpathLex *lex = memory.Tokenize(expression.c_str());
+                const ZrXpathLex *lex = memory.Find(expression.c_str())->lex;
                 ASSERT_NE(lex, nullptr);
                 EXPECT_EQ(lex->expression, expression.c_str());
                 EXPECT_EQ(ZR_XPATH_GetTokenNumber(lex), 5u);
@@ -55,22 +56,22 @@ TEST(TokenMemory, GivesEachOfManyExpressionsItsOwnTokens)
     EXPECT_EQ(guard.LiveBlocks(), 0);
 }
 
-TEST(TokenMemory, GivesNothingForWhatIsNoExpressionHoweverOftenItIsAsked)
+TEST(ExpressionMemory, GivesNothingForWhatIsNoExpressionHoweverOftenItIsAsked)
 {
-    TokenMemory memory;
+    ExpressionMemory memory;
     const char *expression = "../a = 'b";
-    EXPECT_EQ(memory.Tokenize(expression), nullptr);
-    EXPECT_EQ(memory.Tokenize(expression), nullptr);
+    EXPECT_EQ(memory.Find(expression)->lex, nullptr);
+    EXPECT_EQ(memory.Find(expression)->lex, nullptr);
 }
 
-TEST(TokenMemory, TriesAgainAfterMemoryWasShort)
+TEST(ExpressionMemory, TriesAgainAfterMemoryWasShort)
 {
     const char *expression = "../a = 'b'";
     uint64_t failures = zrtest::FailEachAllocation([&](zrtest::FailPoint &point) {
-        TokenMemory memory;
-        const ZrXpathLex *lex = point.Run([&] { return memory.Tokenize(expression); });
+        ExpressionMemory memory;
+        const ZrXpathLex *lex = point.Run([&] { return memory.Find(expression)->lex; });
         EXPECT_EQ(lex == nullptr, point.Failed());
-        EXPECT_NE(memory.Tokenize(expression), nullptr);
+        EXPECT_NE(memory.Find(expression)->lex, nullptr);
     });
     EXPECT_GE(failures, 2u);
 }
