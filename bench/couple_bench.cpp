@@ -3,16 +3,12 @@
 #include <benchmark/benchmark.h>
 #include <zrschema/zrschema.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "module_folder.h"
 #include "ratios.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -127,19 +123,16 @@ class Dependents {
 public:
     explicit Dependents(int64_t count)
     {
-        std::string pattern = (fs::temp_directory_path() / "zrschema-bench-XXXXXX").string();
-        directory = mkdtemp(pattern.data());
         Write("t", "<container name='top'/>");
         for (int64_t i = 0; i < count; ++i) {
             names.push_back("m" + std::to_string(i));
             Write(names.back(), kImportTarget + Augment("/t:top", "a" + std::to_string(i)));
         }
     }
-    ~Dependents() { fs::remove_all(directory); }
     ZrCtx *NewContext() const
     {
         ZrCtx *ctx = ZR_CTX_Create(0);
-        ZR_CTX_SetSearchDir(ctx, directory.c_str());
+        ZR_CTX_SetSearchDir(ctx, folder_.path().c_str());
         return ctx;
     }
     void LoadAll(ZrCtx *ctx) const
@@ -153,9 +146,9 @@ public:
 private:
     void Write(const std::string &name, const std::string &body)
     {
-        std::ofstream(directory + "/" + name + ".yin") << ModuleText(name, body);
+        folder_.Add(name, ModuleText(name, body));
     }
-    std::string directory;
+    bench::ModuleFolder folder_;
 };
 
 const Dependents &DependentsOf(int64_t count)

@@ -273,6 +273,22 @@ std::vector<bench::GeneratedModule> bench::GenerateModules(uint32_t count)
     return Generator().Run(count);
 }
 
+std::string bench::GenerateAugments(const std::vector<GeneratedModule> &modules)
+{
+    std::string imports, augments;
+    for (size_t i = 0; i < modules.size(); ++i) {
+        std::string prefix = "p" + std::to_string(i);
+        imports += "<import module=\"" + modules[i].name + "\"><prefix value=\"" + prefix +
+                   "\"/></import>\n";
+        augments += "<augment target-node=\"/" + prefix + ":" +
+                    modules[i].paths.front().substr(modules[i].name.size() + 2) +
+                    "\"><leaf name=\"added\"><type name=\"string\"/></leaf></augment>\n";
+    }
+    return "<module name=\"augments\" xmlns=\"urn:ietf:params:xml:ns:yang:yin:1\">\n"
+           "<namespace uri=\"urn:example:yang:augments\"/><prefix value=\"a\"/>\n" +
+           imports + augments + "</module>\n";
+}
+
 bench::GeneratedModule bench::GenerateLargeModule(uint32_t leafs)
 {
     return Generator().RunLarge(leafs);

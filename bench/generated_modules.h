@@ -19,6 +19,9 @@ struct GeneratedModule {
 // it, augments one of them, and derives identities from theirs.
 std::vector<GeneratedModule> GenerateModules(uint32_t count);
 
+// A module that augments one node of each of them.
+std::string GenerateAugments(const std::vector<GeneratedModule> &modules);
+
 // One module of so many leafs.
 GeneratedModule GenerateLargeModule(uint32_t leafs);
 

@@ -5,13 +5,14 @@
 #include <zrschema/zrschema.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <regex>
 #include <sstream>
 
+#include "bytes_held.h"
+#include "module_folder.h"
 #include "ratios.h"
 
 namespace fs = std::filesystem;
@@ -59,24 +60,21 @@ File Renamed(const File &file, int copy)
     return {file.name + suffix, text};
 }
 
-// The corpus `copies` times, each copy under names of its own, as files in a directory.
+// The corpus `copies` times, each copy under names of its own, as files of a folder.
 class FileSet {
 public:
     explicit FileSet(int copies)
     {
-        std::string pattern = (fs::temp_directory_path() / "zrschema-bench-XXXXXX").string();
-        directory = mkdtemp(pattern.data());
         static const std::vector<File> corpus = ReadCorpus();
         for (int copy = 0; copy < copies; ++copy)
             for (const File &file : corpus)
                 files.push_back(copies == 1 ? file : Renamed(file, copy));
         for (const File &file : files) {
-            std::ofstream(directory + "/" + file.name + ".yin", std::ios::binary) << file.text;
+            folder.Add(file.name, file.text);
             bytes += file.text.size();
         }
     }
-    ~FileSet() { fs::remove_all(directory); }
-    std::string directory;
+    bench::ModuleFolder folder;
     std::vector<File> files;
     size_t bytes = 0;
 };
@@ -87,46 +85,12 @@ const FileSet &Files(int copies)
     return sets.try_emplace(copies, copies).first->second;
 }
 
-// Bytes asked for and not yet given back, counted in front of each block.
-size_t g_bytesHeld = 0;
-constexpr size_t kHeader = 16;
-
-void *CountingMalloc(size_t size)
-{
-    auto *block = static_cast<char *>(std::malloc(size + kHeader));
-    if (block == nullptr)
-        return nullptr;
-    *reinterpret_cast<size_t *>(block) = size;
-    g_bytesHeld += size;
-    return block + kHeader;
-}
-
-void CountingFree(void *block)
-{
-    if (block == nullptr)
-        return;
-    char *start = static_cast<char *>(block) - kHeader;
-    g_bytesHeld -= *reinterpret_cast<size_t *>(start);
-    std::free(start);
-}
-
-void *CountingRealloc(void *block, size_t size)
-{
-    if (block == nullptr)
-        return CountingMalloc(size);
-    char *start = static_cast<char *>(block) - kHeader;
-    g_bytesHeld += size - *reinterpret_cast<size_t *>(start);
-    start = static_cast<char *>(std::realloc(start, size + kHeader));
-    *reinterpret_cast<size_t *>(start) = size;
-    return start + kHeader;
-}
-
 std::map<std::pair<int, uint32_t>, double> g_heldPerByte;
 
 ZrCtx *LoadAll(const FileSet &set, uint32_t flags)
 {
     ZrCtx *ctx = ZR_CTX_Create(flags);
-    ZR_CTX_SetSearchDir(ctx, set.directory.c_str());
+    ZR_CTX_SetSearchDir(ctx, set.folder.path().c_str());
     for (const File &file : set.files)
         ZR_CTX_LoadModule(ctx, file.name.c_str());
     return ctx;
@@ -151,10 +115,10 @@ void Load(benchmark::State &state)
     if (set.files.empty())
         state.SkipWithError("the folder of real modules is absent: skipped");
     for (auto _ : state) {
-        size_t before = g_bytesHeld;
+        size_t before = bench::BytesHeld();
         ZrCtx *ctx = LoadAll(set, flags);
         g_heldPerByte[{static_cast<int>(state.range(0)), flags}] =
-            static_cast<double>(g_bytesHeld - before) / static_cast<double>(set.bytes);
+            static_cast<double>(bench::BytesHeld() - before) / static_cast<double>(set.bytes);
         state.PauseTiming(); // deleting is not loading
         ZR_CTX_Delete(ctx);
         state.ResumeTiming();
@@ -185,7 +149,6 @@ std::optional<double> CostPerModule(int copies)
 }
 
 const bool g_registered = [] {
-    ZR_MemRegisterCallBack(CountingMalloc, CountingRealloc, CountingFree);
     for (int copies : {1, 4, 16}) {
         benchmark::RegisterBenchmark("ParseAlone", ParseAlone)
             ->Arg(copies)

@@ -6,6 +6,7 @@
 
 #include <map>
 
+#include "bytes_held.h"
 #include "generated_modules.h"
 #include "ratios.h"
 
@@ -48,12 +49,16 @@ void Parse(benchmark::State &state, Source source)
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bench::BytesOf(modules)));
 }
 
+std::map<size_t, double> g_held; // bytes by the number of modules
+
 ZrCtx *LoadAll(benchmark::State &state, const Modules &modules)
 {
+    size_t before = bench::BytesHeld();
     ZrCtx *ctx = ZR_CTX_Create(0);
     for (const bench::GeneratedModule &module : modules)
         if (ZR_CTX_LoadMemory(ctx, module.text.c_str()) != ZR_OK)
             state.SkipWithError("a generated module does not load");
+    g_held[modules.size()] = static_cast<double>(bench::BytesHeld() - before);
     return ctx;
 }
 
@@ -67,6 +72,22 @@ void Load(benchmark::State &state, Source source)
         state.ResumeTiming();
     }
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bench::BytesOf(modules)));
+}
+
+// One module more, which augments each of them.
+void Couple(benchmark::State &state, Source source)
+{
+    const Modules &modules = source(state.range(0));
+    std::string augments = bench::GenerateAugments(modules);
+    ZrCtx *ctx = LoadAll(state, modules);
+    for (auto _ : state) {
+        if (ZR_CTX_LoadMemory(ctx, augments.c_str()) != ZR_OK)
+            state.SkipWithError("the augments do not load");
+        state.PauseTiming();
+        ZR_CTX_UnloadModule(ctx, "augments");
+        state.ResumeTiming();
+    }
+    ZR_CTX_Delete(ctx);
 }
 
 void Delete(benchmark::State &state, Source source)
@@ -114,8 +135,8 @@ struct Work {
     double growth; // the aim for one module among many over one among few
 };
 constexpr Work kWorks[] = {
-    {"Parse", Parse, 0},           {"Load", Load, 1.2},   {"Delete", Delete, 1.2},
-    {"FindPaths", FindPaths, 1.2}, {"Print", Print, 1.2},
+    {"Parse", Parse, 0},     {"Load", Load, 1.2},           {"Couple", Couple, 1.2},
+    {"Delete", Delete, 1.2}, {"FindPaths", FindPaths, 1.2}, {"Print", Print, 1.2},
 };
 
 std::string Name(const char *work, uint32_t size)
@@ -131,6 +152,13 @@ std::optional<double> GrowthOf(const char *work)
     return *many / kMany / (*few / kFew);
 }
 
+std::optional<double> GrowthOfBytesHeld()
+{
+    if (g_held.count(kMany) == 0 || g_held.count(kFew) == 0)
+        return std::nullopt;
+    return g_held[kMany] / kMany / (g_held[kFew] / kFew);
+}
+
 const bool g_registered = [] {
     for (const Work &work : kWorks) {
         for (uint32_t count : kCounts)
@@ -143,6 +171,9 @@ const bool g_registered = [] {
                                 " modules / one of " + std::to_string(kFew),
                             work.growth, [&work] { return GrowthOf(work.name); });
     }
+    bench::AddRatio("bytes held: one of " + std::to_string(kMany) + " modules / one of " +
+                        std::to_string(kFew),
+                    1.2, GrowthOfBytesHeld);
     for (uint32_t count : kCounts)
         bench::AddTimeRatio("load / parse, " + std::to_string(count) +
                                 " modules of different names",
