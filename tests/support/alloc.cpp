@@ -115,19 +115,31 @@ XmlAllocGuard::~XmlAllocGuard()
     g_xmlGuard = nullptr;
 }
 
+XmlAllocGuard::Pause::Pause()
+{
+    if (g_xmlGuard != nullptr)
+        ++g_xmlGuard->pauses_;
+}
+
+XmlAllocGuard::Pause::~Pause()
+{
+    if (g_xmlGuard != nullptr)
+        --g_xmlGuard->pauses_;
+}
+
 void *XmlAllocGuard::Malloc(size_t size)
 {
-    return Refuses() ? nullptr : std::malloc(size);
+    return Fails() ? nullptr : std::malloc(size);
 }
 
 void *XmlAllocGuard::Realloc(void *block, size_t size)
 {
-    return Refuses() ? nullptr : std::realloc(block, size);
+    return Fails() ? nullptr : std::realloc(block, size);
 }
 
 char *XmlAllocGuard::Strdup(const char *text)
 {
-    return Refuses() ? nullptr : strdup(text);
+    return Fails() ? nullptr : strdup(text);
 }
 
 } // namespace zrtest

@@ -65,6 +65,15 @@ public:
     XmlAllocGuard(const XmlAllocGuard &) = delete;
     XmlAllocGuard &operator=(const XmlAllocGuard &) = delete;
 
+    // While one of these lives, nothing fails: for what libxml2 does not survive.
+    class Pause {
+    public:
+        Pause();
+        ~Pause();
+        Pause(const Pause &) = delete;
+        Pause &operator=(const Pause &) = delete;
+    };
+
     // Messages that libxml2 wanted to print since the guard was made.
     uint64_t Messages() const { return messages_; }
 
@@ -75,7 +84,10 @@ public:
     void CountMessage() { ++messages_; }
 
 private:
+    bool Fails() { return pauses_ == 0 && Refuses(); }
+
     uint64_t messages_ = 0;
+    uint32_t pauses_ = 0;
 };
 
 // One run of a scenario under FailEachAllocation().

@@ -1,0 +1,31 @@
+// Where libxml2 2.9.14 itself crashes when it is short of memory: these functions, in the place of
+// its own, let no allocation of theirs fail.
+//
+// xmlRegexpCompile() goes on with a state that it had no memory for. With its second allocation
+// failing, this program crashes in it:
+//
+//     #include <libxml/xmlmemory.h>
+//     #include <libxml/xmlregexp.h>
+//     #include <stdlib.h>
+//     #include <string.h>
+//
+//     static int left = 1;
+//     static void *Malloc(size_t size) { return left-- > 0 ? malloc(size) : NULL; }
+//
+//     int main(void)
+//     {
+//         xmlMemSetup(free, Malloc, realloc, strdup);
+//         xmlRegFreeRegexp(xmlRegexpCompile((const xmlChar *)"a"));
+//     }
+#include <dlfcn.h>
+#include <libxml/xmlregexp.h>
+
+#include "support/alloc.h"
+
+extern "C" xmlRegexp *xmlRegexpCompile(const xmlChar *regexp)
+{
+    static const auto compile =
+        reinterpret_cast<xmlRegexp *(*)(const xmlChar *)>(dlsym(RTLD_NEXT, "xmlRegexpCompile"));
+    zrtest::XmlAllocGuard::Pause pause;
+    return compile(regexp);
+}
