@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <string>
 
+#include "shared/xpath_tokens.h"
 #include "yang/check/checker.h"
 #include "yang/syntax/arguments.h"
-#include "yang/xpath/tokens.h"
 
 namespace zr::yang {
 

@@ -1,7 +1,6 @@
 // The public functions. Nothing that is thrown goes beyond them: memory that runs out becomes a
 // status.
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <string>
@@ -18,17 +17,7 @@ struct ZrYang {
 
 namespace {
 
-void *AllocateWithMalloc(size_t size, void *)
-{
-    return std::malloc(size);
-}
-
-void ReleaseWithFree(void *block, void *)
-{
-    std::free(block);
-}
-
-constexpr ZrYangMemory kMalloc = {AllocateWithMalloc, ReleaseWithFree, nullptr};
+constexpr ZrYangMemory kMalloc = zr::MallocHooks<ZrYangMemory>();
 
 // Runs a piece of work and turns memory that runs out into a status.
 template <typename Work> uint32_t Guard(Work work) noexcept

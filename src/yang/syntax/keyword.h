@@ -5,6 +5,8 @@
 #include <initializer_list>
 #include <string_view>
 
+#include "shared/names.h"
+
 namespace zr::yang {
 
 // In alphabetical order, as their table.
@@ -126,16 +128,6 @@ inline std::string_view NameOf(Keyword keyword)
 
 // Keyword::Unknown for a word that is none.
 Keyword FindKeyword(std::string_view word);
-
-// Names of YANG (RFC 7950, section 6.2).
-bool IsIdentifierStart(char c);
-bool IsIdentifierChar(char c);
-bool IsIdentifier(std::string_view text);
-// "prefix:name" in two; the prefix is empty where there is none.
-struct QName {
-    std::string_view prefix, name;
-};
-QName SplitName(std::string_view text);
 
 // Whether a statement defines a schema node: container, leaf, leaf-list, list, choice, case,
 // anydata, anyxml, rpc, action, notification, input, output.

@@ -2,7 +2,7 @@
 // through one wants to hear of (XPath 1.0; RFC 7950, sections 6.4 and 10).
 #pragma once
 
-#include "yang/xpath/tokens.h"
+#include "shared/xpath_tokens.h"
 
 namespace zr::yang {
 

@@ -1,11 +1,11 @@
-#include "yang/xpath/tokens.h"
+#include "shared/xpath_tokens.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "yang/syntax/keyword.h"
+#include "shared/names.h"
 
-namespace zr::yang {
+namespace zr {
 
 namespace {
 
@@ -136,4 +136,4 @@ void XPathTokens::Advance()
     }
 }
 
-} // namespace zr::yang
+} // namespace zr

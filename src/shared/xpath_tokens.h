@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace zr::yang {
+namespace zr {
 
 enum class XPathKind : uint8_t {
     End,
@@ -57,4 +57,4 @@ private:
     bool isFirst_ = true;
 };
 
-} // namespace zr::yang
+} // namespace zr
