@@ -48,6 +48,15 @@ ZR_API uint32_t ZR_TYPE_GetDecimal64Fraction(const ZrtRealType *type);
 ZR_API const char *ZR_TYPE_GetTypeConsDataLeafrefPath(const ZrtRealType *type);
 
 /**
+ * Tells whether the target of a leafref must be there (RFC 7950, section 9.9.3).
+ *
+ * @param type  a type; null is allowed
+ * @return 1 when it must, by "require-instance" "true" or because nothing is said; 0 for "false",
+ *         for null and for a type statement without "path"
+ */
+ZR_API uint32_t ZR_TYPE_GetLeafrefRequireInstance(const ZrtRealType *type);
+
+/**
  * Walks the chain of typedefs behind a type, from the typedef that it names to the one that is
  * built on a built-in type (RFC 7950, section 7.3).
  *

@@ -88,6 +88,13 @@ const char *ZR_TYPE_GetTypeConsDataLeafrefPath(const ZrtRealType *type)
     return ZRT_CONS_GetConsDataLeafrefPath(ZRT_TYPE_GetTypeConsDataByConsType(type, ZRT_CONS_PATH));
 }
 
+uint32_t ZR_TYPE_GetLeafrefRequireInstance(const ZrtRealType *type)
+{
+    const auto *path =
+        static_cast<const ZrtConsPath *>(ZRT_TYPE_GetTypeConsDataByConsType(type, ZRT_CONS_PATH));
+    return path != nullptr ? path->requireInstance : 0;
+}
+
 uint32_t ZR_TYPE_IterRealTypeDerivedName(const ZrtRealType *type, const ZrCtx *ctx,
                                          ZrDerivedTypeScanFunc callback, void *userData)
 {

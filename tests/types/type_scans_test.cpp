@@ -94,6 +94,18 @@ TEST(LeafrefPath, IsInModuleNameForm)
     EXPECT_EQ(ZR_TYPE_GetTypeConsDataLeafrefPath(other.type()), nullptr);
 }
 
+TEST(LeafrefRequireInstance, IsTrueUnlessTheTypeSaysOtherwise)
+{
+    Leaf silent("<type name=\"leafref\"><path value=\"../a\"/></type>");
+    EXPECT_EQ(ZR_TYPE_GetLeafrefRequireInstance(silent.type()), 1u);
+    Leaf loose(
+        "<type name=\"leafref\"><path value=\"../a\"/><require-instance value=\"false\"/></type>");
+    EXPECT_EQ(ZR_TYPE_GetLeafrefRequireInstance(loose.type()), 0u);
+    Leaf other("<type name=\"int8\"/>");
+    EXPECT_EQ(ZR_TYPE_GetLeafrefRequireInstance(other.type()), 0u);
+    EXPECT_EQ(ZR_TYPE_GetLeafrefRequireInstance(nullptr), 0u);
+}
+
 TEST(NameValueScan, ListsEnumsWithSignedValues)
 {
     Leaf leaf("<type name=\"enumeration\"><enum name=\"a\"><value value=\"-5\"/></enum>"
