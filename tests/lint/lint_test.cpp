@@ -63,6 +63,9 @@ protected:
         Write("include/zryang/zryang.h",
               "#define ZR_YANG_API __attribute__((visibility(\"default\")))\n"
               "ZR_YANG_API int ZR_YANG_One(int number);\n");
+        Write("include/zrdata/zrdata.h",
+              "#define ZR_DATA_API __attribute__((visibility(\"default\")))\n"
+              "ZR_DATA_API int ZR_DATA_One(int number);\n");
         Shell("git init -q . && mkdir build");
     }
     ~Lint() override { fs::remove_all(root_); }
@@ -130,12 +133,13 @@ protected:
         Write("library.c", code);
         fs::create_directories(root_ / "build/release/lib");
         ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/libzrschema.so library.c"), 0);
-        BuildYangLibrary("int ZR_YANG_One(int n) { return n; }");
+        BuildBeside("zryang", "int ZR_YANG_One(int n) { return n; }");
+        BuildBeside("zrdata", "int ZR_DATA_One(int n) { return n; }");
     }
-    void BuildYangLibrary(const std::string &code) const
+    void BuildBeside(const std::string &name, const std::string &code) const
     {
         Write("library.c", code);
-        ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/libzryang.so library.c"), 0);
+        ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/lib" + name + ".so library.c"), 0);
         fs::remove(root_ / "library.c");
     }
 

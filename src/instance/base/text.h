@@ -1,0 +1,42 @@
+// Texts: libxml2's and the library's own, whole names, and characters.
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <cstdint>
+#include <memory_resource>
+#include <string>
+#include <string_view>
+
+namespace zr::data {
+
+inline std::string_view View(const xmlChar *text)
+{
+    return text == nullptr ? std::string_view() : reinterpret_cast<const char *>(text);
+}
+inline std::string_view View(const char *text)
+{
+    return text == nullptr ? std::string_view() : text;
+}
+inline const xmlChar *XmlText(const char *text)
+{
+    return reinterpret_cast<const xmlChar *>(text);
+}
+
+inline bool IsBlank(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+bool IsBlank(std::string_view text);
+
+// The characters of a text that is UTF-8.
+uint64_t CountCharacters(std::string_view text);
+
+// Takes the next word off the front of a text; "" when there is none.
+std::string_view TakeWord(std::string_view &text);
+
+// Appends a literal of XPath that stands for the text: quotes that it does not hold, or a call of
+// concat() where it holds both.
+void AppendLiteral(std::pmr::string &out, std::string_view text);
+
+} // namespace zr::data

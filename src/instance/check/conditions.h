@@ -1,0 +1,22 @@
+// Conditions and what stands in choices, as several phases ask for them.
+#pragma once
+
+#include "instance/check/run.h"
+
+namespace zr::data {
+
+// Evaluates a condition. What cannot be told is a fault, and given as true so that nothing else is
+// said of it. `fault` is that fault but for tag and message.
+bool Holds(Run &run, const Expression &expression, Element &context, Fault fault);
+
+// Whether a node that is not in the data could be, by its own "when" (RFC 7950, section 7.21.5): it
+// is put into the data for as long as the condition is evaluated.
+bool IsAllowed(Run &run, Element &parent, const PlanNode &absent);
+
+// Whether anything of a node, choice or case is there.
+bool IsPresent(const Run &run, const Element &parent, const PlanNode &node);
+
+// The first case of a choice that something is there of; null when there is none.
+const PlanNode *FindCase(const Run &run, const Element &parent, const PlanNode &choice);
+
+} // namespace zr::data

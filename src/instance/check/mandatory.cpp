@@ -1,0 +1,95 @@
+// What must be there (RFC 7950, sections 7.6.5, 7.7.5 and 7.9.4), and the cases of a choice, of
+// which one may be there (section 7.9).
+#include "instance/check/conditions.h"
+
+namespace zr::data {
+
+namespace {
+
+class Asker {
+public:
+    explicit Asker(Run &run) : run_(run) {}
+
+    void Ask(Element &parent, const PlanNode &schemaNode)
+    {
+        for (const PlanNode *child : schemaNode.children)
+            AskOne(parent, *child);
+    }
+
+private:
+    void AskOne(Element &parent, const PlanNode &node)
+    {
+        if (!run_.Holds(node))
+            return;
+        if (node.kind == ZR_NODE_CHOICE)
+            AskChoice(parent, node);
+        else if (node.minElements != 0)
+            AskEntries(parent, node);
+        else if (node.Is(PlanNode::kMandatory) && run_.tree.First(parent, node) == nullptr &&
+                 IsAllowed(run_, parent, node))
+            run_.faults.Add(FaultBelow(parent, node, ZR_ERROR_TAG_MISSING_ELEMENT),
+                            {"\"", node.name, "\" is missing"});
+    }
+    void AskEntries(Element &parent, const PlanNode &list)
+    {
+        uint32_t count = 0;
+        for (const Element *at = run_.tree.First(parent, list);
+             at != nullptr && count < list.minElements; at = at->nextSame)
+            ++count;
+        if (count == list.minElements || (count == 0 && !IsAllowed(run_, parent, list)))
+            return;
+        Fault fault = FaultBelow(parent, list, ZR_ERROR_TAG_OPERATION_FAILED);
+        fault.appTag = "too-few-elements";
+        run_.faults.Add(fault, {"\"", list.name, "\" has too few entries"});
+    }
+    void AskChoice(Element &parent, const PlanNode &choice)
+    {
+        const PlanNode *chosen = FindCase(run_, parent, choice);
+        if (chosen == nullptr) {
+            if (choice.Is(PlanNode::kMandatory) && IsAllowed(run_, parent, choice))
+                MissChoice(parent, choice);
+            return;
+        }
+        for (const PlanNode *other : choice.children)
+            if (other != chosen && IsPresent(run_, parent, *other))
+                run_.faults.Add(FaultAt(*FirstOf(parent, *other), ZR_ERROR_TAG_BAD_ELEMENT),
+                                {"\"", other->name, "\" and \"", chosen->name, "\" of choice \"",
+                                 choice.name, "\" exclude each other"});
+        if (chosen->kind == ZR_NODE_CASE)
+            Ask(parent, *chosen);
+        else
+            AskOne(parent, *chosen);
+    }
+    // The path leads to the node that lacks it (RFC 7950, section 15.6).
+    void MissChoice(Element &parent, const PlanNode &choice)
+    {
+        Fault fault = FaultBelow(parent, choice, ZR_ERROR_TAG_DATA_MISSING);
+        fault.child = {};
+        fault.appTag = "missing-choice";
+        run_.faults.Add(fault, {"nothing of choice \"", choice.name, "\" is there"});
+    }
+    const Element *FirstOf(const Element &parent, const PlanNode &node)
+    {
+        if (!node.IsChoiceOrCase())
+            return run_.tree.First(parent, node);
+        for (const PlanNode *child : node.children)
+            if (const Element *found = FirstOf(parent, *child))
+                return found;
+        return nullptr;
+    }
+
+    Run &run_;
+};
+
+} // namespace
+
+void CheckMandatory(Run &run)
+{
+    Asker asker(run);
+    asker.Ask(run.tree.root, run.plan.root);
+    for (size_t i = 0; i < run.tree.elements.size(); ++i) // placeholders come and go
+        if (run.tree.elements[i]->plan->Is(PlanNode::kAsks))
+            asker.Ask(*run.tree.elements[i], *run.tree.elements[i]->plan);
+}
+
+} // namespace zr::data

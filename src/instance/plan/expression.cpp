@@ -1,0 +1,76 @@
+#include "instance/plan/expression.h"
+
+#include "shared/names.h"
+#include "shared/xpath_tokens.h"
+
+namespace zr::data {
+
+namespace {
+
+// Brackets and parentheses in each other; libxml2 calls itself for each.
+constexpr uint32_t kMaxDepth = 100;
+
+// A name after "@" or "attribute::" is an attribute's: data has none that is in the schema.
+bool IsAttributeAxis(const XPathToken &token)
+{
+    return token.kind == XPathKind::At ||
+           (token.kind == XPathKind::Axis && token.text == "attribute");
+}
+
+const char *AppendName(const Plan &plan, const PlanModule &module, std::string_view name,
+                       std::pmr::string &out)
+{
+    QName parts = SplitName(name);
+    if (name == "*" || !parts.prefix.empty()) {
+        if (!parts.prefix.empty() && plan.FindModule(parts.prefix) == nullptr)
+            return "it names a module that is not loaded";
+        out += name;
+        return nullptr;
+    }
+    ((out += module.name) += ':') += name;
+    return nullptr;
+}
+
+} // namespace
+
+const char *RewriteExpression(const Plan &plan, const PlanModule &module, std::string_view source,
+                              std::pmr::string &out)
+{
+    size_t copied = 0;
+    uint32_t depth = 0;
+    bool isAttribute = false;
+    for (XPathTokens tokens(source); tokens.at().kind != XPathKind::End; tokens.Advance()) {
+        const XPathToken &token = tokens.at();
+        switch (token.kind) {
+        case XPathKind::Bad:
+            return "it is no XPath 1.0 expression";
+        case XPathKind::Variable:
+            return "it has a variable, and there are none";
+        case XPathKind::Open:
+        case XPathKind::OpenBracket:
+            if (++depth > kMaxDepth)
+                return "brackets stand too deep in it";
+            break;
+        case XPathKind::Close:
+        case XPathKind::CloseBracket:
+            depth -= depth != 0;
+            break;
+        case XPathKind::Name:
+            out += source.substr(copied, token.offset - copied);
+            copied = token.offset + token.text.size();
+            if (isAttribute)
+                out += token.text;
+            else if (const char *fault = AppendName(plan, module, token.text, out))
+                return fault;
+            break;
+        default:
+            break;
+        }
+        if (token.kind != XPathKind::Axes)
+            isAttribute = IsAttributeAxis(token);
+    }
+    out += source.substr(copied);
+    return nullptr;
+}
+
+} // namespace zr::data

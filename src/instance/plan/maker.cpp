@@ -1,0 +1,343 @@
+#include "instance/plan/maker.h"
+
+#include <libxml/xpath.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "instance/base/text.h"
+#include "instance/plan/expression.h"
+#include "instance/plan/scan.h"
+#include "instance/plan/type_maker.h"
+#include "shared/names.h"
+
+namespace zr::data {
+
+namespace {
+
+using XPathContext = std::unique_ptr<xmlXPathContext, decltype(&xmlXPathFreeContext)>;
+
+// What stands in data under its own name.
+bool IsData(uint32_t kind)
+{
+    return kind >= ZR_NODE_CONTAINER && kind <= ZR_NODE_LIST;
+}
+
+bool IsWanted(uint32_t kind)
+{
+    return IsData(kind) || kind == ZR_NODE_CHOICE || kind == ZR_NODE_CASE ||
+           kind == ZR_NODE_ANYDATA || kind == ZR_NODE_ANYXML;
+}
+
+class Maker {
+public:
+    Maker(Plan &plan, ReadConstraintsFunc readConstraints)
+        : plan_(plan), memory_(&plan.memory), readConstraints_(readConstraints), types_(plan),
+          expressions_(&plan.memory), checker_(xmlXPathNewContext(nullptr), xmlXPathFreeContext)
+    {
+        if (!checker_)
+            throw std::bad_alloc();
+        checker_->error = [](void *, xmlErrorPtr) {};
+    }
+
+    void Run()
+    {
+        Scan(ZR_CTX_ScanAllModules, plan_.ctx, [&](ZrMod *module) { AddModule(module); });
+        for (PlanModule *module : plan_.modules)
+            AddIdentities(*module);
+        for (auto &[name, identity] : plan_.identities)
+            CloseIdentity(*identity);
+        AddChildren(plan_.root, [&](auto add) {
+            for (PlanModule *module : plan_.modules)
+                Scan(ZR_MOD_IterScanTopmostNode, module->source, add);
+        });
+        NumberData(plan_.root, plan_.root);
+        Finish(plan_.root);
+    }
+
+private:
+    void AddModule(ZrMod *source);
+    void AddIdentities(PlanModule &module);
+    void CloseIdentity(Identity &identity);
+    template <typename ScanChildren> void AddChildren(PlanNode &parent, ScanChildren scan);
+    PlanNode *AddNode(ZrNode *source, PlanNode &schemaParent);
+    void NumberData(PlanNode &dataParent, PlanNode &schemaParent);
+    void CollectData(PlanNode &schemaParent, std::pmr::vector<PlanNode *> &out);
+    void Finish(PlanNode &node);
+    void FinishOne(PlanNode &node);
+    void ReadConditions(PlanNode &node);
+    void ReadDefaults(PlanNode &node);
+    void ReadList(PlanNode &node);
+    void AddUnique(PlanNode &list, std::string_view argument,
+                   std::pmr::vector<std::span<UniquePath>> &uniques);
+    const Expression *ExpressionOf(const PlanNode &node, const char *source);
+
+    Plan &plan_;
+    std::pmr::memory_resource *memory_;
+    ReadConstraintsFunc readConstraints_;
+    TypeMaker types_;
+    struct Key {
+        const PlanModule *module;
+        std::string_view text;
+        bool operator==(const Key &) const = default;
+    };
+    struct KeyHash {
+        size_t operator()(const Key &key) const
+        {
+            return std::hash<std::string_view>()(key.text) ^ std::hash<const void *>()(key.module);
+        }
+    };
+    std::pmr::unordered_map<Key, const Expression *, KeyHash> expressions_;
+    XPathContext checker_;
+};
+
+void Maker::AddModule(ZrMod *source)
+{
+    auto *module = plan_.arena.New<PlanModule>();
+    module->name = View(plan_.arena.CopyText(View(ZR_MOD_GetModuleName(source))));
+    module->source = source;
+    module->xml.type = XML_NAMESPACE_DECL;
+    module->xml.href = XmlText(plan_.arena.CopyText(View(ZR_MOD_GetModuleNs(source))));
+    module->xml.prefix = XmlText(module->name.data());
+    plan_.modules.push_back(module);
+    plan_.modulesByName.emplace(module->name, module);
+    plan_.modulesByNamespace.emplace(View(module->xml.href), module);
+}
+
+void Maker::AddIdentities(PlanModule &module)
+{
+    Scan(ZR_MOD_ScanAllIdentity, module.source, [&](const ZrsIdentity *source) {
+        std::pmr::string qualified(module.name, memory_);
+        (qualified += ':') += View(ZR_MOD_GetIdentityName(source));
+        auto *identity = plan_.arena.New<Identity>();
+        identity->module = &module;
+        identity->source = source;
+        identity->qualified = {plan_.arena.CopyText(qualified), qualified.size()};
+        identity->name = identity->qualified.substr(module.name.size() + 1);
+        plan_.identities.emplace(identity->qualified, identity);
+    });
+}
+
+// The bases of an identity, and theirs: each is looked at once.
+void Maker::CloseIdentity(Identity &identity)
+{
+    std::pmr::vector<const Identity *> ancestors(memory_);
+    auto addBase = [&](const char *module, const char *name) {
+        std::pmr::string qualified(module, memory_);
+        const Identity *base = plan_.FindIdentity((qualified += ':') += name);
+        if (base != nullptr &&
+            std::find(ancestors.begin(), ancestors.end(), base) == ancestors.end())
+            ancestors.push_back(base);
+    };
+    Scan(ZR_MOD_ScanIdentityBase, identity.source, addBase);
+    for (size_t next = 0; next < ancestors.size(); ++next)
+        Scan(ZR_MOD_ScanIdentityBase, ancestors[next]->source, addBase);
+    identity.ancestors = Keep(plan_.arena, ancestors);
+}
+
+template <typename ScanChildren> void Maker::AddChildren(PlanNode &parent, ScanChildren scan)
+{
+    std::pmr::vector<PlanNode *> children(memory_);
+    scan([&](ZrNode *source, uint32_t) {
+        if (PlanNode *child = AddNode(source, parent))
+            children.push_back(child);
+    });
+    parent.children = Keep(plan_.arena, children);
+}
+
+PlanNode *Maker::AddNode(ZrNode *source, PlanNode &schemaParent)
+{
+    uint32_t kind = ZR_NODE_GetNodeType(source);
+    if (!IsWanted(kind) || ZR_NODE_IsEnabled(source) == 0)
+        return nullptr;
+    auto *node = plan_.arena.New<PlanNode>();
+    node->source = source;
+    node->module = plan_.FindModule(View(ZR_MOD_GetModuleName(ZR_NODE_GetModule(source))));
+    if (node->module == nullptr)
+        return nullptr;
+    node->name = plan_.arena.CopyText(View(ZR_NODE_GetNodeName(source)));
+    node->kind = kind;
+    auto flag = [&](uint32_t is, PlanNode::Flag bit) {
+        if (is != 0)
+            node->flags |= bit;
+    };
+    flag(ZR_NODE_IsRwConfig(source), PlanNode::kConfig);
+    flag(ZR_NODE_IsMandatory(source), PlanNode::kMandatory);
+    flag(ZR_NODE_IsPresenceContainer(source), PlanNode::kPresence);
+    flag(ZR_NODE_IsKey(source), PlanNode::kKey);
+    node->schemaParent = &schemaParent;
+    node->parent = schemaParent.IsChoiceOrCase() ? schemaParent.parent : &schemaParent;
+    AddChildren(*node, [&](auto add) { Scan(ZR_NODE_IterScanChildrenNode, source, add); });
+    return node;
+}
+
+void Maker::CollectData(PlanNode &schemaParent, std::pmr::vector<PlanNode *> &out)
+{
+    for (PlanNode *child : schemaParent.children) {
+        if (child->IsChoiceOrCase())
+            CollectData(*child, out);
+        else
+            out.push_back(child);
+    }
+}
+
+void Maker::NumberData(PlanNode &dataParent, PlanNode &schemaParent)
+{
+    if (&dataParent == &schemaParent) {
+        std::pmr::vector<PlanNode *> data(memory_);
+        CollectData(dataParent, data);
+        dataParent.dataChildren = Keep(plan_.arena, data);
+        for (uint32_t slot = 0; slot < data.size(); ++slot) {
+            data[slot]->slot = slot;
+            plan_.childrenByName.emplace(
+                ChildKey{&dataParent, data[slot]->module, data[slot]->name}, data[slot]);
+        }
+    }
+    for (PlanNode *child : schemaParent.children)
+        NumberData(child->IsChoiceOrCase() ? dataParent : *child, *child);
+}
+
+const Expression *Maker::ExpressionOf(const PlanNode &node, const char *source)
+{
+    auto [place, isNew] = expressions_.try_emplace(Key{node.module, source}, nullptr);
+    if (isNew) {
+        auto *expression = plan_.arena.New<Expression>();
+        place->second = expression;
+        *expression = {nullptr, source, nullptr, node.module,
+                       static_cast<uint32_t>(plan_.expressions.size())};
+        plan_.expressions.push_back(expression);
+        std::pmr::string text(memory_);
+        expression->fault = RewriteExpression(plan_, *node.module, source, text);
+        if (expression->fault == nullptr) {
+            expression->text = plan_.arena.CopyText(text);
+            xmlXPathCompExpr *compiled =
+                xmlXPathCtxtCompile(checker_.get(), XmlText(expression->text));
+            if (compiled == nullptr) {
+                expression->text = nullptr;
+                expression->fault = "it is no XPath 1.0 expression";
+            }
+            xmlXPathFreeCompExpr(compiled);
+        }
+    }
+    const Expression *expression = place->second;
+    if (expression->fault != nullptr)
+        plan_.AddProblem(node, expression->source, expression->fault);
+    return expression;
+}
+
+void Maker::ReadConditions(PlanNode &node)
+{
+    if (const char *when = ZR_NODE_GetWhenCond(node.source))
+        node.when = ExpressionOf(node, when);
+    std::pmr::vector<Condition> musts(memory_);
+    Scan(ZR_NODE_ScanAllMusts, node.source,
+         [&](const char *condition, const char *message, const char *appTag) {
+             musts.push_back({ExpressionOf(node, condition), message, appTag});
+         });
+    node.musts = Keep(plan_.arena, musts);
+}
+
+// A typedef's default is in force where the node says none, is not mandatory and asks for no
+// entries (RFC 7950, sections 7.6.1 and 7.7.2).
+void Maker::ReadDefaults(PlanNode &node)
+{
+    std::pmr::vector<std::string_view> defaults(memory_);
+    Scan(ZR_NODE_ScanAllDefaults, node.source, [&](const char *text) { defaults.push_back(text); });
+    if (node.kind == ZR_NODE_CHOICE) {
+        for (PlanNode *child : node.children)
+            if (!defaults.empty() && SplitName(defaults[0]).name == child->name)
+                node.defaultCase = child;
+        return;
+    }
+    const char *ofType = ZR_NODE_GetTypedefDefaultStr(node.source);
+    if (defaults.empty() && ofType != nullptr && !node.Is(PlanNode::kMandatory) &&
+        node.minElements == 0 && !node.Is(PlanNode::kKey))
+        defaults.push_back(ofType);
+    node.defaults = Keep(plan_.arena, defaults);
+}
+
+void Maker::AddUnique(PlanNode &list, std::string_view argument,
+                      std::pmr::vector<std::span<UniquePath>> &uniques)
+{
+    std::pmr::vector<UniquePath> paths(memory_);
+    for (std::string_view path = TakeWord(argument); !path.empty(); path = TakeWord(argument)) {
+        std::pmr::vector<const PlanNode *> steps(memory_);
+        const PlanNode *at = &list;
+        while (at != nullptr && !path.empty()) {
+            size_t length = std::min(path.find('/'), path.size());
+            QName step = SplitName(path.substr(0, length));
+            path.remove_prefix(std::min(length + 1, path.size()));
+            const PlanModule *module =
+                step.prefix.empty() ? list.module : plan_.FindModule(step.prefix);
+            at = plan_.FindChild(*at, module, step.name);
+            steps.push_back(at);
+        }
+        if (at == nullptr) // a disabled leaf: the constraint is as if it did not name it
+            continue;
+        paths.push_back(Keep(plan_.arena, steps));
+    }
+    if (!paths.empty())
+        uniques.push_back(Keep(plan_.arena, paths));
+}
+
+void Maker::ReadList(PlanNode &node)
+{
+    ListConstraints constraints(memory_);
+    readConstraints_(node.source, constraints);
+    node.minElements = constraints.minElements;
+    node.maxElements = constraints.maxElements;
+    if (constraints.isUserOrdered)
+        node.flags |= PlanNode::kUserOrdered;
+    std::pmr::vector<std::span<UniquePath>> uniques(memory_);
+    for (const std::pmr::string &argument : constraints.uniques)
+        AddUnique(node, argument, uniques);
+    node.uniques = Keep(plan_.arena, uniques);
+    std::pmr::vector<const PlanNode *> keys(memory_);
+    for (const PlanNode *child : node.dataChildren)
+        if (child->Is(PlanNode::kKey))
+            keys.push_back(child);
+    node.keys = Keep(plan_.arena, keys);
+}
+
+void Maker::FinishOne(PlanNode &node)
+{
+    if (node.IsRepeated())
+        ReadList(node);
+    if (node.IsLeaf()) {
+        const ZrtRealType *type = ZR_NODE_GetRealType(node.source);
+        node.type = type != nullptr ? types_.Make(node, type) : plan_.arena.New<Type>();
+    }
+    ReadConditions(node);
+    ReadDefaults(node);
+}
+
+void Maker::Finish(PlanNode &node)
+{
+    if (node.source != nullptr)
+        FinishOne(node);
+    for (PlanNode *child : node.children) {
+        Finish(*child);
+        bool asks = child->Is(PlanNode::kMandatory) || child->minElements != 0;
+        bool fills = !child->defaults.empty() ||
+                     (child->kind == ZR_NODE_CONTAINER && !child->Is(PlanNode::kPresence));
+        if (child->IsChoiceOrCase()) {
+            // Cases exclude each other, which is looked at with what is asked for.
+            asks = true;
+            fills = child->Is(PlanNode::kFills);
+        }
+        node.flags |= asks ? PlanNode::kAsks : 0;
+        node.flags |= fills ? PlanNode::kFills : 0;
+    }
+}
+
+} // namespace
+
+void MakePlan(Plan &plan, const ZrCtx *ctx, ReadConstraintsFunc readConstraints)
+{
+    plan.ctx = ctx;
+    plan.stamp = StampOf(ctx);
+    plan.root.flags = PlanNode::kConfig;
+    Maker(plan, readConstraints).Run();
+}
+
+} // namespace zr::data

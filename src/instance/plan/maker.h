@@ -1,0 +1,12 @@
+// Making a plan from what a context has loaded.
+#pragma once
+
+#include "instance/plan/plan.h"
+#include "instance/plan/standard.h"
+
+namespace zr::data {
+
+// Fills an empty plan. Throws std::bad_alloc.
+void MakePlan(Plan &plan, const ZrCtx *ctx, ReadConstraintsFunc readConstraints = ReadConstraints);
+
+} // namespace zr::data

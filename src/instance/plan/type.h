@@ -1,0 +1,70 @@
+// Types as data needs them: what a type's whole chain of typedefs asks of a value, compiled from
+// the public queries (RFC 7950, section 9).
+#pragma once
+
+#include <libxml/xmlregexp.h>
+#include <zrschema/zrschema.h>
+
+#include <atomic>
+#include <memory_resource>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace zr::data {
+
+struct PlanModule;
+struct PlanNode;
+
+// One segment of a range or length: signed numbers where the base type is signed or decimal64.
+struct Interval {
+    uint64_t start, end;
+};
+
+// A pattern is compiled when the first value meets it; who is second throws its own away.
+struct Pattern {
+    std::string_view text; // NUL-terminated
+    mutable std::atomic<xmlRegexp *> compiled{nullptr};
+};
+
+struct PatternUse {
+    const Pattern *pattern;
+    bool inverted;
+};
+
+// An enum with its value, or a bit with its position.
+struct NamedValue {
+    std::string_view name;
+    int64_t value;
+};
+
+struct Identity {
+    const ZrsIdentity *source;
+    const PlanModule *module;
+    std::string_view name;
+    std::string_view qualified;            // MODULE:NAME
+    std::span<const Identity *> ancestors; // what it is derived from, over any number of steps
+};
+
+struct Type {
+    const ZrtRealType *source = nullptr; // as it stands at the node or in the union
+    uint32_t base = ZRT_TYPE_NONE;       // a ZrtBuiltInType at the end of the chain
+    uint32_t fractionDigits = 0;
+    // A list for each link of the chain that restricts: the value must be in one of each list.
+    std::span<std::span<Interval>> restrictions;
+    // A bound of zero in a typedef's restriction may be "min" or "max", which read as zero: the
+    // engine, which knows, is asked too.
+    bool isBoundOpen = false;
+    std::span<PatternUse> patterns;
+    std::span<NamedValue> names;
+    std::span<const Identity *> identityBases;
+    std::span<const Type *> members;
+    // Of a leafref: what it points to, null when nothing is there; how many levels its path goes up
+    // before it goes down, or kFromRoot.
+    static constexpr uint32_t kFromRoot = ~0u;
+    const PlanNode *target = nullptr;
+    uint32_t upward = 0;
+    bool requiresInstance = false;
+};
+
+} // namespace zr::data

@@ -1,0 +1,191 @@
+#include "instance/plan/type_maker.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "instance/plan/scan.h"
+#include "shared/names.h"
+
+namespace zr::data {
+
+namespace {
+
+bool IsSigned(uint32_t base)
+{
+    return base == ZRT_TYPE_DECIMAL64 || (base >= ZRT_TYPE_INT8 && base <= ZRT_TYPE_INT64);
+}
+
+constexpr uint64_t kLeastSigned = uint64_t{1} << 63;
+constexpr uint64_t kGreatestSigned = kLeastSigned - 1;
+
+// In a restriction of a typedef, "min" and "max" read as zero. A segment that would be empty tells
+// which it is; of the others nothing is known, and they are read as wide as they may be meant.
+// Returns whether that was so.
+bool WidenBounds(std::span<Interval> segments, bool isSigned)
+{
+    if (segments.empty())
+        return false;
+    Interval &first = segments.front(), &last = segments.back();
+    bool isOpen = false;
+    if (isSigned && first.start == 0) {
+        isOpen = static_cast<int64_t>(first.end) >= 0;
+        first.start = kLeastSigned;
+    }
+    if (last.end == 0) {
+        bool isEmpty = isSigned ? static_cast<int64_t>(last.start) > 0 : last.start > 0;
+        isOpen |= !isEmpty;
+        last.end = isSigned ? kGreatestSigned : std::numeric_limits<uint64_t>::max();
+    }
+    return isOpen;
+}
+
+} // namespace
+
+const Pattern *TypeMaker::PatternOf(std::string_view text)
+{
+    auto found = plan_.patterns.find(text);
+    if (found != plan_.patterns.end())
+        return found->second;
+    auto *pattern = plan_.arena.New<Pattern>();
+    pattern->text = {plan_.arena.CopyText(text), text.size()};
+    plan_.patterns.emplace(pattern->text, pattern);
+    return pattern;
+}
+
+void TypeMaker::ReadLink(const ZrtRealType *source, Link &link)
+{
+    std::pmr::memory_resource *memory = &plan_.memory;
+    std::pmr::vector<Interval> intervals(memory);
+    Scan(ZR_TYPE_ScanStartEndPair, source, [&](uint64_t start, uint64_t end) {
+        intervals.push_back({start, end});
+    });
+    link.intervals = Keep(plan_.arena, intervals);
+
+    std::pmr::vector<NamedValue> names(memory);
+    Scan(ZR_TYPE_ScanNameValuePair, source, [&](const char *name, const char *, int64_t value) {
+        names.push_back({name, value});
+    });
+    link.names = Keep(plan_.arena, names);
+
+    std::pmr::vector<PatternUse> patterns(memory);
+    Scan(ZR_TYPE_ScanPatternInvertMatch, source, [&](const char *text, uint32_t inverted) {
+        patterns.push_back({PatternOf(text), inverted != 0});
+    });
+    link.patterns = Keep(plan_.arena, patterns);
+
+    std::pmr::vector<const Identity *> bases(memory);
+    Scan(ZR_TYPE_ScanIdentRefBase, source, [&](const char *module, const char *name) {
+        std::pmr::string qualified(module, memory);
+        bases.push_back(plan_.FindIdentity((qualified += ':') += name));
+    });
+    link.bases = Keep(plan_.arena, bases);
+}
+
+const TypeMaker::Link &TypeMaker::LinkOf(const ZrtRealType *source)
+{
+    auto [place, isNew] = links_.try_emplace(source);
+    if (isNew)
+        ReadLink(source, place->second);
+    return place->second;
+}
+
+void TypeMaker::Restrict(Type &type, const ZrtRealType *link, bool isTypedefUse,
+                         std::pmr::vector<std::span<Interval>> &restrictions)
+{
+    const Link &own = LinkOf(link);
+    if (!own.intervals.empty()) {
+        std::span<Interval> segments = own.intervals;
+        if (isTypedefUse) { // the copy is this type's: the same link may restrict another base
+            std::pmr::vector<Interval> copy(segments.begin(), segments.end(), &plan_.memory);
+            type.isBoundOpen |= WidenBounds(copy, IsSigned(type.base));
+            segments = Keep(plan_.arena, copy);
+        }
+        restrictions.push_back(segments);
+    }
+    if (type.names.empty()) // the outermost list is the narrowest
+        type.names = own.names;
+    if (type.identityBases.empty())
+        type.identityBases = own.bases;
+}
+
+const Type *TypeMaker::Make(const PlanNode &leaf, const ZrtRealType *source)
+{
+    std::pmr::memory_resource *memory = &plan_.memory;
+    std::pmr::vector<const ZrtRealType *> chain({source}, memory);
+    auto addLink = [&](const char *, const char *, const ZrtRealType *link) {
+        if (link != nullptr && link != source)
+            chain.push_back(link);
+    };
+    Caught<decltype(addLink)> caught(addLink);
+    ZR_TYPE_IterRealTypeDerivedName(
+        source, plan_.ctx,
+        CallBack<decltype(addLink), const char *, const char *, const ZrtRealType *, void *>,
+        &caught);
+    caught.Rethrow();
+
+    const ZrtRealType *innermost = chain.back();
+    Type *type = plan_.arena.New<Type>();
+    type->source = source;
+    type->base = ZR_TYPE_GetBuiltInBaseType(innermost);
+    type->fractionDigits = ZR_TYPE_GetDecimal64Fraction(innermost);
+    std::pmr::vector<std::span<Interval>> restrictions(memory);
+    std::pmr::vector<PatternUse> patterns(memory);
+    for (const ZrtRealType *link : chain) {
+        Restrict(*type, link, link != innermost, restrictions);
+        std::span<PatternUse> own = LinkOf(link).patterns;
+        patterns.insert(patterns.end(), own.begin(), own.end());
+    }
+    type->restrictions = Keep(plan_.arena, restrictions);
+    type->patterns = Keep(plan_.arena, patterns);
+
+    std::pmr::vector<const Type *> members(memory);
+    Scan(ZR_TYPE_ScanUnionSubType, innermost,
+         [&](const char *, const char *, const ZrtRealType *member) {
+             members.push_back(Make(leaf, member));
+         });
+    type->members = Keep(plan_.arena, members);
+    if (const char *path = ZR_TYPE_GetTypeConsDataLeafrefPath(innermost))
+        FindTarget(leaf, path, *type);
+    type->requiresInstance = ZR_TYPE_GetLeafrefRequireInstance(innermost) != 0;
+    return type;
+}
+
+// The path comes without its predicates, each step as MODULE:NAME or NAME (RFC 7950,
+// section 9.9.2).
+void TypeMaker::FindTarget(const PlanNode &leaf, const char *path, Type &type)
+{
+    std::string_view rest = path;
+    const PlanNode *at = &leaf;
+    if (rest.starts_with('/')) {
+        at = &plan_.root;
+        type.upward = Type::kFromRoot;
+    }
+    const PlanModule *module = leaf.module;
+    while (at != nullptr && !rest.empty()) {
+        size_t length = std::min(rest.find('/'), rest.size());
+        std::string_view step = rest.substr(0, length);
+        rest.remove_prefix(std::min(length + 1, rest.size()));
+        while (!step.empty() && step.front() == ' ')
+            step.remove_prefix(1);
+        while (!step.empty() && step.back() == ' ')
+            step.remove_suffix(1);
+        if (step.empty() || step == ".")
+            continue;
+        if (step == "..") {
+            ++type.upward;
+            at = at->parent;
+            continue;
+        }
+        QName name = SplitName(step);
+        if (!name.prefix.empty())
+            module = plan_.FindModule(name.prefix);
+        const PlanNode *child = plan_.FindChild(*at, module, name.name);
+        at = child != nullptr ? child : plan_.FindChild(*at, leaf.module, name.name);
+    }
+    if (at != nullptr && at->IsLeaf())
+        type.target = at;
+    else
+        plan_.AddProblem(leaf, path, "the path leads to no leaf");
+}
+
+} // namespace zr::data

@@ -1,0 +1,47 @@
+// Compiling types (RFC 7950, section 9) from the public queries.
+#pragma once
+
+#include <memory_resource>
+#include <unordered_map>
+#include <vector>
+
+#include "instance/plan/plan.h"
+
+namespace zr::data {
+
+class TypeMaker {
+public:
+    explicit TypeMaker(Plan &plan) : plan_(plan), links_(&plan.memory) {}
+
+    // The type of a leaf or leaf-list; every node of the plan must be there, because leafrefs are
+    // followed.
+    const Type *Make(const PlanNode &leaf, const ZrtRealType *source);
+
+private:
+    // What one link of a chain of typedefs says itself; shared by all types that go through it.
+    struct Link {
+        std::span<Interval> intervals;
+        std::span<PatternUse> patterns;
+        std::span<NamedValue> names;
+        std::span<const Identity *> bases;
+    };
+    const Link &LinkOf(const ZrtRealType *source);
+    void ReadLink(const ZrtRealType *source, Link &link);
+    const Pattern *PatternOf(std::string_view text);
+    void Restrict(Type &type, const ZrtRealType *link, bool isTypedefUse,
+                  std::pmr::vector<std::span<Interval>> &restrictions);
+    void FindTarget(const PlanNode &leaf, const char *path, Type &type);
+
+    Plan &plan_;
+    std::pmr::unordered_map<const ZrtRealType *, Link> links_;
+};
+
+// A copy of the items that lives as long as the plan.
+template <typename T> std::span<T> Keep(Arena &arena, const std::pmr::vector<T> &items)
+{
+    T *kept = arena.NewArray<T>(items.size());
+    std::copy(items.begin(), items.end(), kept);
+    return {kept, items.size()};
+}
+
+} // namespace zr::data

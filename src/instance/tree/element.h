@@ -1,0 +1,61 @@
+// The instance tree: the data as the checks and libxml2's XPath see it. Its nodes are libxml2's by
+// shape alone: they stand in an arena, are never given to a function of libxml2 that changes or
+// frees them, and hold canonical values.
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <memory_resource>
+#include <string_view>
+#include <vector>
+
+#include "instance/base/memory.h"
+#include "instance/plan/plan.h"
+
+namespace zr::data {
+
+struct Element {
+    xmlNode node; // the first member: an xmlNode of an instance tree is the beginning of an Element
+    const PlanNode *plan;
+    const xmlNode *source;  // in the caller's tree; null for a default
+    Element *parent;        // the tree's root for a top-level node; null for the root
+    Element *nextSame;      // the next instance of the same schema node in the same parent
+    Element *lastSame;      // of the first such instance: the last one
+    Element **firsts;       // the first instance of each of the plan's dataChildren
+    std::string_view value; // of a leaf: canonical; NUL-terminated
+    const Type *type;       // of a leaf: the member of a union that took the value, or the leaf's
+    uint32_t order; // among the elements of the data; what defaults stand in has it, for them
+    bool isDefault;
+    bool
+        isFaulty; // its value is none of its type, or a key is missing: not to be looked into again
+};
+
+inline Element *ElementOf(xmlNode *node)
+{
+    return reinterpret_cast<Element *>(node);
+}
+
+class Tree {
+public:
+    Tree(Arena &arena, const Plan &plan, std::pmr::memory_resource *memory);
+
+    // Appends a child. Leafs have their value set by SetValue().
+    Element *Add(Element &parent, const PlanNode &plan, const xmlNode *source, uint32_t order);
+    void SetValue(Element &leaf, std::string_view value, const Type *type);
+    // Takes out the child that was added last.
+    void RemoveLast(Element &child);
+    // Gives the nodes their places in document order, which makes libxml2 fast at sorting them.
+    void Number();
+
+    Element *First(const Element &parent, const PlanNode &child) const
+    {
+        return parent.firsts == nullptr ? nullptr : parent.firsts[child.slot];
+    }
+
+    Arena &arena;
+    xmlDoc doc = {};
+    Element root = {};
+    std::pmr::vector<Element *> elements; // in document order, defaults behind their time of adding
+};
+
+} // namespace zr::data

@@ -1,0 +1,53 @@
+#include "instance/tree/parse.h"
+
+#include <libxml/parser.h>
+
+#include <new>
+
+#include "instance/base/text.h"
+
+namespace zr::data {
+
+namespace {
+
+// Without a declaration there are no entities but XML's own, so that nothing is fetched and nothing
+// grows; a text of any depth and size may be read then.
+constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
+                         XML_PARSE_HUGE | XML_PARSE_BIG_LINES;
+
+void RefuseDeclaration(void *user, const xmlChar *, const xmlChar *, const xmlChar *)
+{
+    auto *parser = static_cast<xmlParserCtxt *>(user);
+    *static_cast<bool *>(parser->_private) = true;
+    xmlStopParser(parser);
+}
+
+} // namespace
+
+XmlDoc ParseXml(const char *text, size_t length, ParseFault &fault)
+{
+    std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(),
+                                                                        xmlFreeParserCtxt);
+    if (!parser)
+        throw std::bad_alloc();
+    bool hasDeclaration = false;
+    parser->_private = &hasDeclaration;
+    parser->sax->internalSubset = RefuseDeclaration;
+    XmlDoc doc(
+        xmlCtxtReadMemory(parser.get(), text, static_cast<int>(length), nullptr, nullptr, kOptions),
+        xmlFreeDoc);
+    if (parser->lastError.code == XML_ERR_NO_MEMORY)
+        throw std::bad_alloc();
+    if (hasDeclaration) {
+        fault.message = "a document type declaration is not taken";
+        doc.reset();
+    } else if (!doc) {
+        fault.message = "the text is not well-formed XML: ";
+        std::string_view reason = View(parser->lastError.message);
+        fault.message += reason.substr(0, reason.find('\n'));
+        fault.line = static_cast<uint32_t>(parser->lastError.line);
+    }
+    return doc;
+}
+
+} // namespace zr::data

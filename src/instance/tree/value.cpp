@@ -1,0 +1,454 @@
+#include "instance/tree/value.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "instance/base/text.h"
+#include "shared/names.h"
+#include "shared/xpath_tokens.h"
+
+namespace zr::data {
+
+namespace {
+
+// A leafref may point to a leafref; who points at himself is stopped here.
+constexpr uint32_t kMostLeafrefs = 64;
+
+using Canonical = std::pmr::string;
+using ReadFunc = const char *(*)(const ValueScope &, const Type &, std::string_view, Canonical &);
+
+// ---- numbers
+
+// The bits of a number: of a signed one as two's complement.
+bool IsBelow(uint64_t a, uint64_t b, bool isSigned)
+{
+    return isSigned ? static_cast<int64_t>(a) < static_cast<int64_t>(b) : a < b;
+}
+
+bool IsWithin(const Type &type, uint64_t number, bool isSigned)
+{
+    return std::all_of(type.restrictions.begin(), type.restrictions.end(), [&](auto segments) {
+        return std::any_of(segments.begin(), segments.end(), [&](const Interval &segment) {
+            return !IsBelow(number, segment.start, isSigned) &&
+                   !IsBelow(segment.end, number, isSigned);
+        });
+    });
+}
+
+// What a restriction leaves open is the engine's to say (see WidenBounds()).
+bool EngineTakes(const ValueScope &scope, const Type &type, const Canonical &canonical)
+{
+    return !type.isBoundOpen || ZR_NODE_FindRealTypeMatchedValue(scope.leaf.source, ZR_VALUE_STRING,
+                                                                 canonical.c_str()) != nullptr;
+}
+
+struct Digits {
+    bool isNegative = false;
+    std::string_view text; // without the sign
+};
+
+Digits SplitSign(std::string_view text)
+{
+    bool hasSign = text.starts_with('-') || text.starts_with('+');
+    return {text.starts_with('-'), text.substr(hasSign)};
+}
+
+// The digits of a base in a text that holds nothing else.
+bool ReadDigits(std::string_view text, int base, uint64_t &out)
+{
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), out, base);
+    return error == std::errc() && end == text.data() + text.size() && !text.empty();
+}
+
+int BaseOf(std::string_view &digits, bool isDefault)
+{
+    if (!isDefault || digits.size() < 2 || digits[0] != '0')
+        return 10;
+    bool isHex = digits[1] == 'x' || digits[1] == 'X';
+    digits.remove_prefix(isHex ? 2 : 1);
+    return isHex ? 16 : 8;
+}
+
+struct Width {
+    uint32_t type;
+    int bits;
+    bool isSigned;
+};
+constexpr Width kWidths[] = {
+    {ZRT_TYPE_INT8, 8, true},     {ZRT_TYPE_INT16, 16, true},   {ZRT_TYPE_INT32, 32, true},
+    {ZRT_TYPE_INT64, 64, true},   {ZRT_TYPE_UINT8, 8, false},   {ZRT_TYPE_UINT16, 16, false},
+    {ZRT_TYPE_UINT32, 32, false}, {ZRT_TYPE_UINT64, 64, false},
+};
+
+void AppendNumber(Canonical &out, uint64_t magnitude, bool isNegative)
+{
+    std::array<char, 24> buffer;
+    auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), magnitude).ptr;
+    if (isNegative)
+        out += '-';
+    out.append(buffer.data(), end);
+}
+
+const char *ReadInteger(const ValueScope &scope, const Type &type, std::string_view text,
+                        Canonical &out)
+{
+    const Width &width = *std::find_if(std::begin(kWidths), std::end(kWidths),
+                                       [&](const Width &row) { return row.type == type.base; });
+    Digits digits = SplitSign(text);
+    int base = BaseOf(digits.text, scope.element == nullptr);
+    uint64_t magnitude = 0;
+    if (digits.text.empty() ||
+        digits.text.find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos)
+        return "it is no integer";
+    bool isRead = ReadDigits(digits.text, base, magnitude);
+    if (!isRead && base == 10 &&
+        digits.text.find_first_not_of("0123456789") != std::string_view::npos)
+        return "it is no integer";
+    bool isNegative = digits.isNegative && magnitude != 0;
+    uint64_t limit =
+        width.isSigned ? uint64_t{1} << (width.bits - 1) : ~uint64_t{0} >> (64 - width.bits);
+    if (width.isSigned && !isNegative)
+        --limit;
+    if (!isRead || magnitude > limit || (isNegative && !width.isSigned))
+        return "it is out of range";
+    AppendNumber(out, magnitude, isNegative);
+    uint64_t number = isNegative ? ~magnitude + 1 : magnitude;
+    if (!IsWithin(type, number, width.isSigned) || !EngineTakes(scope, type, out))
+        return "it is out of range";
+    return nullptr;
+}
+
+const char *ReadDecimal(const ValueScope &scope, const Type &type, std::string_view text,
+                        Canonical &out)
+{
+    Digits digits = SplitSign(text);
+    size_t point = std::min(digits.text.find('.'), digits.text.size());
+    std::string_view whole = digits.text.substr(0, point);
+    std::string_view fraction = digits.text.substr(std::min(point + 1, digits.text.size()));
+    auto isNumber = [](std::string_view part) {
+        return !part.empty() && part.find_first_not_of("0123456789") == std::string_view::npos;
+    };
+    if (!isNumber(whole) || (point != digits.text.size() && !isNumber(fraction)))
+        return "it is no decimal number";
+    while (!fraction.empty() && fraction.back() == '0')
+        fraction.remove_suffix(1);
+    if (fraction.size() > type.fractionDigits)
+        return "it has too many fraction digits";
+    whole.remove_prefix(std::min(whole.find_first_not_of('0'), whole.size() - 1));
+
+    out += whole;
+    out += fraction;
+    out.append(type.fractionDigits - fraction.size(), '0');
+    uint64_t magnitude = 0;
+    uint64_t limit = (uint64_t{1} << 63) - !digits.isNegative;
+    if (!ReadDigits(out, 10, magnitude) || magnitude > limit)
+        return "it is out of range";
+    bool isNegative = digits.isNegative && magnitude != 0;
+    out.clear();
+    if (isNegative)
+        out += '-';
+    ((out += whole) += '.') += fraction.empty() ? std::string_view("0") : fraction;
+    if (!IsWithin(type, isNegative ? ~magnitude + 1 : magnitude, true) ||
+        !EngineTakes(scope, type, out))
+        return "it is out of range";
+    return nullptr;
+}
+
+// ---- texts
+
+const char *ReadString(const ValueScope &scope, const Type &type, std::string_view text,
+                       Canonical &out)
+{
+    out += text;
+    if (!type.restrictions.empty() &&
+        (!IsWithin(type, CountCharacters(text), false) || !EngineTakes(scope, type, out)))
+        return "its length is out of range";
+    for (const PatternUse &use : type.patterns)
+        if (Matches(*use.pattern, out.c_str()) == use.inverted)
+            return "a pattern refuses it";
+    return nullptr;
+}
+
+// Base64 (RFC 4648, section 4); lines may be broken.
+const char *ReadBinary(const ValueScope &scope, const Type &type, std::string_view text,
+                       Canonical &out)
+{
+    constexpr std::string_view kAlphabet =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::copy_if(text.begin(), text.end(), std::back_inserter(out),
+                 [](char c) { return !IsBlank(c); });
+    size_t digits = out.size();
+    while (digits != 0 && out[digits - 1] == '=' && out.size() - digits < 2)
+        --digits;
+    if (out.size() % 4 != 0 || std::string_view(out).substr(0, digits).find_first_not_of(
+                                   kAlphabet) != std::string_view::npos)
+        return "it is not base64";
+    uint64_t octets = digits / 4 * 3 + (digits % 4 == 0 ? 0 : digits % 4 - 1);
+    if (!IsWithin(type, octets, false) || !EngineTakes(scope, type, out))
+        return "its length is out of range";
+    return nullptr;
+}
+
+const char *ReadBoolean(const ValueScope &, const Type &, std::string_view text, Canonical &out)
+{
+    out = text;
+    return text == "true" || text == "false" ? nullptr : "it is neither true nor false";
+}
+
+const char *ReadEmpty(const ValueScope &, const Type &, std::string_view text, Canonical &)
+{
+    return text.empty() ? nullptr : "the type empty takes no text";
+}
+
+// ---- names
+
+const NamedValue *FindName(const Type &type, std::string_view name)
+{
+    auto found = std::find_if(type.names.begin(), type.names.end(),
+                              [&](const NamedValue &row) { return row.name == name; });
+    return found == type.names.end() ? nullptr : &*found;
+}
+
+const char *ReadEnumeration(const ValueScope &, const Type &type, std::string_view text,
+                            Canonical &out)
+{
+    out = text;
+    return FindName(type, text) != nullptr ? nullptr : "it is none of the enums";
+}
+
+// The canonical order is that of the positions (RFC 7950, section 9.7.2).
+const char *ReadBits(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
+{
+    std::pmr::vector<const NamedValue *> bits(out.get_allocator().resource());
+    for (std::string_view word = TakeWord(text); !word.empty(); word = TakeWord(text)) {
+        const NamedValue *bit = FindName(type, word);
+        if (bit == nullptr)
+            return "it names a bit that is not there";
+        bits.push_back(bit);
+    }
+    std::sort(bits.begin(), bits.end(),
+              [](const NamedValue *a, const NamedValue *b) { return a->value < b->value; });
+    if (std::adjacent_find(bits.begin(), bits.end()) != bits.end())
+        return "it names a bit twice";
+    for (const NamedValue *bit : bits)
+        (out += out.empty() ? "" : " ") += bit->name;
+    return nullptr;
+}
+
+// The module that a prefix means; null when there is none.
+const PlanModule *FindPrefix(const ValueScope &scope, std::string_view prefix)
+{
+    const Plan &plan = scope.plan;
+    if (scope.element == nullptr) {
+        const PlanModule *own = scope.leaf.module;
+        if (prefix.empty() || prefix == View(ZR_MOD_GetModulePrefix(own->source)))
+            return own;
+        return plan.FindModule(prefix);
+    }
+    // Only read: the declaration of "xml" alone would be added to the tree.
+    if (prefix == "xml")
+        return nullptr;
+    std::pmr::string name(prefix, &plan.memory);
+    auto *element = const_cast<xmlNode *>(scope.element);
+    const xmlNs *ns =
+        xmlSearchNs(element->doc, element, prefix.empty() ? nullptr : XmlText(name.c_str()));
+    return ns == nullptr ? nullptr : plan.FindNamespace(View(ns->href));
+}
+
+const char *ReadIdentity(const ValueScope &scope, const Type &type, std::string_view text,
+                         Canonical &out)
+{
+    const Identity *identity = FindIdentity(scope, text);
+    if (identity == nullptr)
+        return "there is no such identity";
+    out = identity->qualified;
+    bool isDerived = std::all_of(
+        type.identityBases.begin(), type.identityBases.end(),
+        [&](const Identity *base) { return base != nullptr && IsDerived(*identity, *base); });
+    return isDerived ? nullptr : "the identity is not derived from the base";
+}
+
+// ---- instance-identifiers
+
+// Reads "/p:a/p:b[p:key='x'][p:other='y']/p:c[.='z']/p:d[3]" (RFC 7950, section 9.13) into a path
+// with names of modules, spaces left out.
+class PathReader {
+public:
+    PathReader(const ValueScope &scope, std::string_view text, Canonical &out)
+        : scope_(scope), tokens_(text), out_(out)
+    {
+    }
+
+    const char *Read()
+    {
+        const PlanNode *at = &scope_.plan.root;
+        do {
+            if (!Take(XPathKind::Slash, "/"))
+                return kMalformed;
+            at = TakeName(*at);
+            if (at == nullptr)
+                return fault_;
+            while (tokens_.at().kind == XPathKind::OpenBracket)
+                if (!TakePredicate(*at))
+                    return fault_;
+        } while (tokens_.at().kind != XPathKind::End);
+        return nullptr;
+    }
+
+private:
+    static constexpr const char *kMalformed = "it is no instance-identifier";
+
+    bool Take(XPathKind kind, std::string_view text = {})
+    {
+        const XPathToken &token = tokens_.at();
+        if (token.kind != kind || (!text.empty() && token.text != text))
+            return false;
+        out_ += token.text;
+        tokens_.Advance();
+        return true;
+    }
+    // Every name has a prefix in XML; in a default it may be left out.
+    const PlanNode *TakeName(const PlanNode &parent)
+    {
+        fault_ = kMalformed;
+        XPathToken token = tokens_.at();
+        if (token.kind != XPathKind::Name)
+            return nullptr;
+        QName name = SplitName(token.text);
+        if (name.prefix.empty() && scope_.element != nullptr)
+            return nullptr;
+        fault_ = "it leads to no node of the schema";
+        const PlanModule *module = FindPrefix(scope_, name.prefix);
+        if (module == nullptr)
+            return nullptr;
+        ((out_ += module->name) += ':') += name.name;
+        tokens_.Advance();
+        return scope_.plan.FindChild(parent, module, name.name);
+    }
+    bool TakePredicate(const PlanNode &node)
+    {
+        Take(XPathKind::OpenBracket);
+        fault_ = kMalformed;
+        if (!Take(XPathKind::Number)) {
+            if (!Take(XPathKind::Dot) && TakeName(node) == nullptr)
+                return false;
+            fault_ = kMalformed;
+            if (!Take(XPathKind::Operator, "=") || !Take(XPathKind::Literal))
+                return false;
+        }
+        return Take(XPathKind::CloseBracket);
+    }
+
+    const ValueScope &scope_;
+    XPathTokens tokens_;
+    Canonical &out_;
+    const char *fault_ = kMalformed;
+};
+
+const char *ReadPath(const ValueScope &scope, const Type &, std::string_view text, Canonical &out)
+{
+    return PathReader(scope, text, out).Read();
+}
+
+// By ZrtBuiltInType; null where ReadValue() itself knows.
+constexpr ReadFunc kReaders[] = {
+    nullptr,         // derived
+    ReadBinary,      // binary
+    ReadBits,        // bits
+    ReadBoolean,     // boolean
+    ReadDecimal,     // decimal64
+    ReadEmpty,       // empty
+    ReadEnumeration, // enumeration
+    ReadIdentity,    // identityref
+    ReadPath,        // instance-identifier
+    ReadInteger,     // int8
+    ReadInteger,     // int16
+    ReadInteger,     // int32
+    ReadInteger,     // int64
+    nullptr,         // leafref
+    ReadString,      // string
+    ReadInteger,     // uint8
+    ReadInteger,     // uint16
+    ReadInteger,     // uint32
+    ReadInteger,     // uint64
+    nullptr,         // union
+    nullptr,         // none
+};
+static_assert(std::size(kReaders) == ZRT_TYPE_NONE + 1);
+
+} // namespace
+
+bool Matches(const Pattern &pattern, const char *text)
+{
+    xmlRegexp *compiled = pattern.compiled.load(std::memory_order_acquire);
+    if (compiled == nullptr) {
+        xmlRegexp *made = xmlRegexpCompile(XmlText(pattern.text.data()));
+        if (made == nullptr) // the loader of sources refuses those that are no patterns
+            return false;
+        if (pattern.compiled.compare_exchange_strong(compiled, made))
+            compiled = made;
+        else
+            xmlRegFreeRegexp(made);
+    }
+    return xmlRegexpExec(compiled, XmlText(text)) == 1;
+}
+
+PatternCache::~PatternCache()
+{
+    for (auto &[text, pattern] : patterns_)
+        xmlRegFreeRegexp(pattern->compiled.load());
+}
+
+const Pattern &PatternCache::Get(std::string_view text)
+{
+    auto found = patterns_.find(text);
+    if (found != patterns_.end())
+        return *found->second;
+    auto *pattern = arena_.New<Pattern>();
+    pattern->text = {arena_.CopyText(text), text.size()};
+    patterns_.emplace(pattern->text, pattern);
+    return *pattern;
+}
+
+const Identity *FindIdentity(const ValueScope &scope, std::string_view text)
+{
+    QName name = SplitName(text);
+    const PlanModule *module = FindPrefix(scope, name.prefix);
+    if (module == nullptr)
+        return nullptr;
+    std::pmr::string qualified(module->name, &scope.plan.memory);
+    return scope.plan.FindIdentity((qualified += ':') += name.name);
+}
+
+ValueResult ReadValue(const ValueScope &scope, const Type &given, std::string_view text,
+                      std::pmr::string &canonical)
+{
+    const Type *type = &given;
+    const PlanNode *leaf = &scope.leaf;
+    for (uint32_t steps = 0; type->base == ZRT_TYPE_LEAFREF; ++steps) {
+        canonical = text;
+        if (type->target == nullptr || steps == kMostLeafrefs)
+            return {nullptr, type};
+        leaf = type->target;
+        type = leaf->type;
+    }
+    canonical.clear();
+    // Prefixes of a default are those of the node that has it.
+    ValueScope inner{scope.plan, scope.element == nullptr ? scope.leaf : *leaf, scope.element};
+    if (type->base == ZRT_TYPE_UNION) {
+        for (const Type *member : type->members) {
+            ValueResult result = ReadValue(inner, *member, text, canonical);
+            if (result.fault == nullptr)
+                return result;
+        }
+        return {"no member of the union takes it", type};
+    }
+    ReadFunc read = kReaders[type->base];
+    if (read != nullptr)
+        return {read(inner, *type, text, canonical), type};
+    canonical = text;
+    return {nullptr, type};
+}
+
+} // namespace zr::data

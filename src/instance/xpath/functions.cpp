@@ -1,0 +1,212 @@
+#include "instance/xpath/functions.h"
+
+#include <libxml/xpathInternals.h>
+
+#include <algorithm>
+#include <new>
+
+#include "instance/base/text.h"
+#include "instance/tree/value.h"
+#include "instance/xpath/evaluator.h"
+
+namespace zr::data {
+
+namespace {
+
+// The arguments of one call and its result, on libxml2's stack.
+class Call {
+public:
+    explicit Call(xmlXPathParserContext *parser)
+        : parser_(parser), evaluator_(*static_cast<Evaluator *>(parser->context->extra))
+    {
+    }
+
+    Evaluator &evaluator() const { return evaluator_; }
+
+    // Arguments are popped from the last to the first.
+    bool PopString(std::pmr::string &out)
+    {
+        xmlChar *text = xmlXPathPopString(parser_);
+        out = View(text);
+        xmlFree(text);
+        return parser_->error == XPATH_EXPRESSION_OK;
+    }
+    // The nodes, in document order, that are elements of the tree.
+    bool PopElements(std::pmr::vector<Element *> &out)
+    {
+        if (parser_->value == nullptr || parser_->value->type != XPATH_NODESET) {
+            xmlXPathErr(parser_, XPATH_INVALID_TYPE);
+            return false;
+        }
+        xmlNodeSet *nodes = xmlXPathPopNodeSet(parser_);
+        if (nodes != nullptr) {
+            xmlXPathNodeSetSort(nodes);
+            for (int i = 0; i < nodes->nodeNr; ++i)
+                if (nodes->nodeTab[i]->type == XML_ELEMENT_NODE)
+                    out.push_back(ElementOf(nodes->nodeTab[i]));
+        }
+        xmlXPathFreeNodeSet(nodes);
+        return true;
+    }
+    void Push(xmlXPathObject *result)
+    {
+        if (result == nullptr)
+            throw std::bad_alloc();
+        valuePush(parser_, result);
+    }
+
+private:
+    xmlXPathParserContext *parser_;
+    Evaluator &evaluator_;
+};
+
+using Elements = std::pmr::vector<Element *>;
+
+// current(): the node that the whole expression is evaluated for.
+void Current(Call &call)
+{
+    call.Push(xmlXPathNewNodeSet(call.evaluator().current));
+}
+
+// re-match(string subject, string pattern)
+void ReMatch(Call &call)
+{
+    std::pmr::string subject(call.evaluator().memory()), pattern(call.evaluator().memory());
+    if (call.PopString(pattern) && call.PopString(subject))
+        call.Push(
+            xmlXPathNewBoolean(Matches(call.evaluator().patterns.Get(pattern), subject.c_str())));
+}
+
+// deref(node-set nodes): what the first node refers to.
+void Deref(Call &call)
+{
+    Evaluator &evaluator = call.evaluator();
+    Elements nodes(evaluator.memory());
+    if (!call.PopElements(nodes))
+        return;
+    xmlXPathObject *result = xmlXPathNewNodeSet(nullptr);
+    call.Push(result);
+    if (nodes.empty() || nodes[0]->plan->type == nullptr)
+        return;
+    Element &leaf = *nodes[0];
+    const Type &type = *leaf.plan->type;
+    auto add = [&](Element &target) {
+        if (xmlXPathNodeSetAddUnique(result->nodesetval, &target.node) != 0)
+            throw std::bad_alloc();
+    };
+    if (type.base == ZRT_TYPE_LEAFREF && type.target != nullptr) {
+        for (const References::Hit *hit = evaluator.references.Find(leaf, type); hit != nullptr;
+             hit = hit->next)
+            add(*hit->leaf);
+    } else if (leaf.type != nullptr && leaf.type->base == ZRT_TYPE_INSTANCE_IDENTIFIER) {
+        if (Element *target = evaluator.references.FindPath(leaf.value))
+            add(*target);
+    }
+}
+
+// Whether any node is an identityref whose value is derived from an identity, or is that one.
+void IsDerivedFrom(Call &call, bool orSelf)
+{
+    Evaluator &evaluator = call.evaluator();
+    std::pmr::string name(evaluator.memory());
+    Elements nodes(evaluator.memory());
+    if (!call.PopString(name) || !call.PopElements(nodes))
+        return;
+    if (name.find(':') == std::string::npos) {
+        std::pmr::string own(evaluator.expression->module->name, evaluator.memory());
+        name = (own += ':') += name;
+    }
+    const Identity *base = evaluator.plan.FindIdentity(name);
+    bool isDerived = base != nullptr && std::any_of(nodes.begin(), nodes.end(), [&](Element *at) {
+                         const Identity *identity =
+                             at->type != nullptr && at->type->base == ZRT_TYPE_IDENTITYREF
+                                 ? evaluator.plan.FindIdentity(at->value)
+                                 : nullptr;
+                         return identity != nullptr &&
+                                (IsDerived(*identity, *base) || (orSelf && identity == base));
+                     });
+    call.Push(xmlXPathNewBoolean(isDerived));
+}
+
+void DerivedFrom(Call &call)
+{
+    IsDerivedFrom(call, false);
+}
+
+void DerivedFromOrSelf(Call &call)
+{
+    IsDerivedFrom(call, true);
+}
+
+// enum-value(node-set nodes): the integer of the first node's enum, or NaN.
+void EnumValue(Call &call)
+{
+    Elements nodes(call.evaluator().memory());
+    if (!call.PopElements(nodes))
+        return;
+    double number = xmlXPathNAN;
+    if (!nodes.empty() && nodes[0]->type != nullptr && nodes[0]->type->base == ZRT_TYPE_ENUMERATION)
+        for (const NamedValue &row : nodes[0]->type->names)
+            if (row.name == nodes[0]->value)
+                number = static_cast<double>(row.value);
+    call.Push(xmlXPathNewFloat(number));
+}
+
+// bit-is-set(node-set nodes, string bit-name): of the first node.
+void BitIsSet(Call &call)
+{
+    Evaluator &evaluator = call.evaluator();
+    std::pmr::string name(evaluator.memory());
+    Elements nodes(evaluator.memory());
+    if (!call.PopString(name) || !call.PopElements(nodes))
+        return;
+    bool isSet = false;
+    if (!nodes.empty() && nodes[0]->type != nullptr && nodes[0]->type->base == ZRT_TYPE_BITS) {
+        std::string_view bits = nodes[0]->value;
+        for (std::string_view bit = TakeWord(bits); !bit.empty(); bit = TakeWord(bits))
+            isSet |= bit == name;
+    }
+    call.Push(xmlXPathNewBoolean(isSet));
+}
+
+// What a function throws must not pass through libxml2.
+template <void (*kFunction)(Call &), int kArguments>
+void Invoke(xmlXPathParserContext *parser, int arguments)
+{
+    if (arguments != kArguments) {
+        xmlXPathErr(parser, XPATH_INVALID_ARITY);
+        return;
+    }
+    try {
+        Call call(parser);
+        kFunction(call);
+    } catch (const std::bad_alloc &) {
+        static_cast<Evaluator *>(parser->context->extra)->isOutOfMemory = true;
+        xmlXPathErr(parser, XPATH_MEMORY_ERROR);
+    }
+}
+
+struct Function {
+    const char *name;
+    xmlXPathFunction function;
+};
+constexpr Function kFunctions[] = {
+    {"current", Invoke<Current, 0>},
+    {"re-match", Invoke<ReMatch, 2>},
+    {"deref", Invoke<Deref, 1>},
+    {"derived-from", Invoke<DerivedFrom, 2>},
+    {"derived-from-or-self", Invoke<DerivedFromOrSelf, 2>},
+    {"enum-value", Invoke<EnumValue, 1>},
+    {"bit-is-set", Invoke<BitIsSet, 2>},
+};
+
+} // namespace
+
+bool RegisterFunctions(xmlXPathContext &context)
+{
+    return std::all_of(std::begin(kFunctions), std::end(kFunctions), [&](const Function &row) {
+        return xmlXPathRegisterFunc(&context, XmlText(row.name), row.function) == 0;
+    });
+}
+
+} // namespace zr::data

@@ -1,0 +1,142 @@
+#include "instance/xpath/references.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "shared/names.h"
+#include "shared/xpath_tokens.h"
+
+namespace zr::data {
+
+namespace {
+
+using Predicate = References::Predicate;
+
+// Canonical instance-identifiers are well-formed; what else comes gives an empty predicate.
+Predicate TakePredicate(XPathTokens &tokens)
+{
+    Predicate predicate;
+    for (tokens.Advance(); tokens.at().kind != XPathKind::CloseBracket; tokens.Advance()) {
+        const XPathToken &token = tokens.at();
+        if (token.kind == XPathKind::End)
+            return predicate;
+        if (token.kind == XPathKind::Literal)
+            predicate.value = token.text.substr(1, token.text.size() - 2);
+        else if (token.kind == XPathKind::Number)
+            predicate.value = token.text;
+        else if (token.kind != XPathKind::Operator)
+            predicate.name = token.text;
+    }
+    tokens.Advance();
+    return predicate;
+}
+
+} // namespace
+
+const References::Hit *References::Find(Element &leaf, const Type &leafref)
+{
+    Element *anchor = &tree_.root;
+    if (leafref.upward != Type::kFromRoot) {
+        anchor = &leaf;
+        for (uint32_t i = 0; i < leafref.upward && anchor != nullptr; ++i)
+            anchor = anchor->parent;
+    }
+    if (anchor == nullptr)
+        return nullptr;
+    const Index &index = IndexOf(*anchor, *leafref.target);
+    auto found = index.find(leaf.value);
+    return found == index.end() ? nullptr : found->second;
+}
+
+const References::Index &References::IndexOf(Element &anchor, const PlanNode &target)
+{
+    auto found = indexes_.find(Key{&anchor, &target});
+    if (found == indexes_.end()) {
+        Index index(memory_);
+        Collect(anchor, target, index);
+        found = indexes_.emplace(Key{&anchor, &target}, std::move(index)).first;
+    }
+    return found->second;
+}
+
+// Follows the schema from the anchor down to the target: the elements on the way are kept on a
+// stack that is as deep as the schema.
+void References::Collect(Element &anchor, const PlanNode &target, Index &index)
+{
+    std::pmr::vector<const PlanNode *> way(memory_); // the target first
+    for (const PlanNode *at = &target; at != anchor.plan; at = at->parent)
+        way.push_back(at);
+    if (way.empty()) // a path that leads nowhere else
+        return;
+    std::pmr::vector<Element *> stack(memory_);
+    std::pmr::unordered_map<std::string_view, Hit *> last(memory_);
+    auto push = [&](Element &parent) {
+        stack.push_back(tree_.First(parent, *way[way.size() - 1 - stack.size()]));
+    };
+    push(anchor);
+    while (!stack.empty()) {
+        Element *at = stack.back();
+        if (at == nullptr) {
+            stack.pop_back();
+            continue;
+        }
+        stack.back() = at->nextSame;
+        if (stack.size() != way.size()) {
+            push(*at);
+            continue;
+        }
+        Hit *hit = tree_.arena.New<Hit>(at, nullptr);
+        Hit *&end = last[at->value];
+        if (end == nullptr)
+            index.emplace(at->value, hit);
+        else
+            end->next = hit;
+        end = hit;
+    }
+}
+
+Element *References::FindPath(std::string_view path)
+{
+    XPathTokens tokens(path);
+    Element *at = &tree_.root;
+    while (at != nullptr && tokens.at().kind == XPathKind::Slash) {
+        tokens.Advance();
+        QName name = SplitName(tokens.at().text);
+        const PlanNode *plan = plan_.FindChild(*at->plan, plan_.FindModule(name.prefix), name.name);
+        tokens.Advance();
+        if (plan == nullptr)
+            return nullptr;
+        at = tree_.First(*at, *plan);
+        std::pmr::vector<Predicate> predicates(memory_);
+        while (tokens.at().kind == XPathKind::OpenBracket)
+            predicates.push_back(TakePredicate(tokens));
+        uint32_t position = 1;
+        while (at != nullptr && !Fits(*at, predicates, position)) {
+            at = at->nextSame;
+            ++position;
+        }
+    }
+    return at;
+}
+
+bool References::Fits(const Element &element, std::span<const Predicate> predicates,
+                      uint32_t position) const
+{
+    return std::all_of(predicates.begin(), predicates.end(), [&](const Predicate &predicate) {
+        if (predicate.name.empty()) {
+            uint32_t wanted = 0;
+            std::from_chars(predicate.value.data(), predicate.value.data() + predicate.value.size(),
+                            wanted);
+            return wanted == position;
+        }
+        if (predicate.name == ".")
+            return element.value == predicate.value;
+        QName name = SplitName(predicate.name);
+        const PlanNode *plan =
+            plan_.FindChild(*element.plan, plan_.FindModule(name.prefix), name.name);
+        const Element *leaf = plan == nullptr ? nullptr : tree_.First(element, *plan);
+        return leaf != nullptr && leaf->value == predicate.value;
+    });
+}
+
+} // namespace zr::data
