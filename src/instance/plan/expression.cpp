@@ -1,5 +1,8 @@
 #include "instance/plan/expression.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "shared/names.h"
 #include "shared/xpath_tokens.h"
 
@@ -9,6 +12,45 @@ namespace {
 
 // Brackets and parentheses in each other; libxml2 calls itself for each.
 constexpr uint32_t kMaxDepth = 100;
+
+// The functions of XPath 1.0 (section 4) and of YANG (RFC 7950, section 10). What else is called is
+// told here, because libxml2 would write of it to the standard error.
+constexpr std::string_view kFunctions[] = {
+    "last",
+    "position",
+    "count",
+    "id",
+    "local-name",
+    "namespace-uri",
+    "name",
+    "string",
+    "concat",
+    "starts-with",
+    "contains",
+    "substring-before",
+    "substring",
+    "string-length",
+    "substring-after",
+    "normalize-space",
+    "translate",
+    "boolean",
+    "not",
+    "true",
+    "false",
+    "lang",
+    "number",
+    "sum",
+    "floor",
+    "ceiling",
+    "round",
+    "current",
+    "re-match",
+    "deref",
+    "derived-from",
+    "derived-from-or-self",
+    "enum-value",
+    "bit-is-set",
+};
 
 // A name after "@" or "attribute::" is an attribute's: data has none that is in the schema.
 bool IsAttributeAxis(const XPathToken &token)
@@ -46,6 +88,11 @@ const char *RewriteExpression(const Plan &plan, const PlanModule &module, std::s
             return "it is no XPath 1.0 expression";
         case XPathKind::Variable:
             return "it has a variable, and there are none";
+        case XPathKind::Function:
+            if (std::find(std::begin(kFunctions), std::end(kFunctions), token.text) ==
+                std::end(kFunctions))
+                return "it calls a function that is not known";
+            break;
         case XPathKind::Open:
         case XPathKind::OpenBracket:
             if (++depth > kMaxDepth)

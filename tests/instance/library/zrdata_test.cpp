@@ -1,0 +1,172 @@
+// The public functions: statuses, results, memory.
+#include <libxml/parser.h>
+
+#include <cstdlib>
+
+#include "support/schema.h"
+
+namespace datatest {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+TEST(Plan, OfNothingIsRefused)
+{
+    ZrDataPlan *plan = nullptr;
+    EXPECT_EQ(ZR_DATA_CreatePlan(nullptr, nullptr, &plan), ZR_DATA_ERR_INVALID);
+    EXPECT_EQ(plan, nullptr);
+    EXPECT_EQ(ZR_DATA_IsPlanCurrent(nullptr), 0u);
+    ZR_DATA_DeletePlan(nullptr);
+    ZR_DATA_DeleteResult(nullptr);
+}
+
+TEST(Plan, IsStaleWhenModulesHaveChanged)
+{
+    Schema schema("leaf a { type string; }");
+    ZrDataPlan *plan = nullptr;
+    ASSERT_EQ(ZR_DATA_CreatePlan(schema.ctx(), nullptr, &plan), ZR_DATA_OK);
+    EXPECT_EQ(ZR_DATA_IsPlanCurrent(plan), 1u);
+    schema.Add("n", "leaf b { type string; }");
+    EXPECT_EQ(ZR_DATA_IsPlanCurrent(plan), 0u);
+    ZrDataOptions options = {ZR_DATA_CONFIG, 0, 0};
+    ZrDataResult *result = nullptr;
+    EXPECT_EQ(ZR_DATA_CheckText(plan, &options, "<c/>", 4, &result), ZR_DATA_ERR_STALE);
+    EXPECT_EQ(result, nullptr);
+    ZR_DATA_DeletePlan(plan);
+}
+
+TEST(Check, TellsAllFaultsInDocumentOrder)
+{
+    Schema schema("container c { leaf a { type int8; must \". > 5\"; } leaf b { type int8; }"
+                  "  leaf d { type string; mandatory true; } }");
+    EXPECT_THAT(schema.Check("<c><a>1</a><x/><b>y</b></c>"),
+                ElementsAre(StartsWith("missing-element /c/d"),
+                            StartsWith("operation-failed[must-"),
+                            StartsWith("unknown-element /c/x"), StartsWith("invalid-value /c/b")));
+}
+
+TEST(Check, KeepsTheFirstFaultsUpToTheLimitAndCountsAll)
+{
+    Schema schema("leaf-list a { type int8; }");
+    std::string text = Wrap("<a>x</a><a>1</a><a>y</a><a>z</a>");
+    ZrDataOptions options = {ZR_DATA_CONFIG, 2, 0};
+    ZrDataResult *result = nullptr;
+    EXPECT_EQ(ZR_DATA_CheckText(schema.plan(), &options, text.data(), text.size(), &result),
+              ZR_DATA_ERR_FAULTY);
+    size_t found = 0;
+    EXPECT_EQ(ZR_DATA_GetErrorCount(result, &found), 2u);
+    EXPECT_EQ(found, 3u);
+    EXPECT_THAT(Describe(*ZR_DATA_GetError(result, 1)), HasSubstr("\"y\" is no value"));
+    EXPECT_EQ(ZR_DATA_GetError(result, 2), nullptr);
+    ZR_DATA_DeleteResult(result);
+}
+
+TEST(Check, RefusesTextThatIsNoXml)
+{
+    Schema schema("leaf a { type string; }");
+    EXPECT_THAT(schema.CheckDocument("<a>\n<b></a>"),
+                ElementsAre(StartsWith("malformed-message /: the text is not well-formed XML: ")));
+    EXPECT_THAT(schema.lines(), ElementsAre(2));
+    EXPECT_THAT(schema.CheckDocument("<!DOCTYPE a [<!ENTITY e 'x'>]><a>&e;</a>"),
+                ElementsAre("malformed-message /: a document type declaration is not taken"));
+}
+
+TEST(Check, LeavesTheCallersTreeAsItIs)
+{
+    Schema schema("container c { leaf a { type int8; } leaf b { type int8; default 1; } }");
+    std::string text = Wrap("<c><a>+1</a></c>");
+    xmlDoc *doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, 0);
+    ZrDataOptions options = {ZR_DATA_CONFIG, 0, 0};
+    ZrDataResult *result = nullptr;
+    EXPECT_EQ(ZR_DATA_CheckTree(schema.plan(), &options, xmlDocGetRootElement(doc), &result),
+              ZR_DATA_OK);
+    ZR_DATA_DeleteResult(result);
+    xmlChar *after = nullptr;
+    xmlDocDumpMemory(doc, &after, nullptr);
+    EXPECT_THAT(reinterpret_cast<char *>(after), HasSubstr(text));
+    xmlFree(after);
+    xmlFreeDoc(doc);
+}
+
+TEST(Check, TellsOfElementsThatNoModuleHas)
+{
+    Schema schema("container c { leaf a { type string; } }");
+    EXPECT_THAT(schema.Check("<c><a xmlns=\"urn:x\"/><a xmlns=\"\"/></c>"),
+                ElementsAre("unknown-namespace /c/a: no module has the namespace \"urn:x\"",
+                            "unknown-namespace /c/a: element \"a\" has no namespace"));
+    EXPECT_THAT(schema.Check("<c x=\"1\"/>"),
+                ElementsAre("unknown-attribute /c: attribute \"x\" is not known"));
+}
+
+TEST(Check, FollowsDataOfAnyDepth)
+{
+    Schema schema("container c { anydata d; }");
+    std::string deep;
+    for (int i = 0; i < 100000; ++i)
+        deep += "<x>";
+    for (int i = 0; i < 100000; ++i)
+        deep += "</x>";
+    EXPECT_THAT(schema.Check("<c><d>" + deep + "</d></c>"), IsEmpty());
+}
+
+TEST(ErrorXml, IsAnRpcErrorThatDeclaresTheNamespacesOfItsPath)
+{
+    Schema schema("container c { leaf a { type string; mandatory true; } }");
+    ZrDataOptions options = {ZR_DATA_CONFIG, 0, 0};
+    ZrDataResult *result = nullptr;
+    ZR_DATA_CheckText(schema.plan(), &options, "<config/>", 9, &result);
+    EXPECT_STREQ(ZR_DATA_GetErrorXml(result, 0),
+                 "<rpc-error xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\">"
+                 "<error-type>application</error-type><error-tag>missing-element</error-tag>"
+                 "<error-severity>error</error-severity>"
+                 "<error-path xmlns:m=\"urn:m\">/m:c/m:a</error-path>"
+                 "<error-message xml:lang=\"en\">&quot;a&quot; is missing</error-message>"
+                 "<error-info><bad-element>a</bad-element></error-info></rpc-error>");
+    EXPECT_EQ(ZR_DATA_GetErrorXml(result, 1), nullptr);
+    ZR_DATA_DeleteResult(result);
+}
+
+// The blocks that are held, and the allocation that fails.
+struct Counter {
+    size_t held = 0, made = 0, failing = 0;
+};
+
+TEST(Memory, ThatRunsOutAnywhereLeavesNothingBehind)
+{
+    Schema schema(
+        "list l { key k; leaf k { type string; } leaf a { type int8; must \"../k\"; default 1; }"
+        "  leaf r { type leafref { path \"../../l/k\"; } } }");
+    Counter counter;
+    ZrDataMemory memory = {[](size_t size, void *user) -> void * {
+                               auto *count = static_cast<Counter *>(user);
+                               if (++count->made == count->failing)
+                                   return nullptr;
+                               ++count->held;
+                               return std::malloc(size);
+                           },
+                           [](void *block, void *user) {
+                               --static_cast<Counter *>(user)->held;
+                               std::free(block);
+                           },
+                           &counter};
+    std::string text = Wrap("<l><k>1</k><r>2</r></l><l><k>1</k></l><l/>");
+    ZrDataOptions options = {ZR_DATA_CONFIG, 0, 0};
+    uint32_t status = ZR_DATA_ERR_NO_MEMORY;
+    for (counter.failing = 1; status == ZR_DATA_ERR_NO_MEMORY; ++counter.failing) {
+        counter.made = 0;
+        ZrDataPlan *plan = nullptr;
+        ZrDataResult *result = nullptr;
+        status = ZR_DATA_CreatePlan(schema.ctx(), &memory, &plan);
+        if (status == ZR_DATA_OK)
+            status = ZR_DATA_CheckText(plan, &options, text.data(), text.size(), &result);
+        ZR_DATA_DeleteResult(result);
+        ZR_DATA_DeletePlan(plan);
+        ASSERT_EQ(counter.held, 0u) << "allocation " << counter.failing;
+    }
+    EXPECT_EQ(status, ZR_DATA_ERR_FAULTY);
+    EXPECT_GT(counter.failing, 10u);
+}
+
+} // namespace datatest

@@ -1,0 +1,105 @@
+#include "support/schema.h"
+
+#include <zryang/zryang.h>
+
+namespace datatest {
+
+namespace {
+
+std::string ModuleText(const std::string &name, const std::string &body)
+{
+    return "module " + name + " { yang-version 1.1; namespace urn:" + name + "; prefix " + name +
+           "; " + body + " }";
+}
+
+void FailWith(const ZrYangReport *report, void *)
+{
+    if (report->severity == ZR_YANG_ERROR)
+        ADD_FAILURE() << report->module << ":" << report->line << ": " << report->message;
+}
+
+} // namespace
+
+Schema::Schema(const std::string &body) : ctx_(ZR_CTX_Create(0))
+{
+    if (!body.empty())
+        Add("m", body);
+}
+
+Schema::~Schema()
+{
+    ZR_DATA_DeletePlan(plan_);
+    ZR_CTX_Delete(ctx_);
+}
+
+void Schema::Add(const std::string &name, const std::string &body)
+{
+    sources_.emplace_back(name, ModuleText(name, body));
+    ZrYang *yang = ZR_YANG_Create(nullptr);
+    ZR_YANG_SetReportFunc(yang, FailWith, nullptr);
+    for (const auto &[known, text] : sources_)
+        ZR_YANG_AddText(yang, known.c_str(), text.data(), text.size());
+    char *prepared = nullptr;
+    EXPECT_EQ(ZR_YANG_PrepareToText(yang, name.c_str(), &prepared, nullptr), ZR_YANG_OK);
+    EXPECT_EQ(ZR_CTX_LoadMemory(ctx_, prepared), ZR_OK);
+    ZR_YANG_FreeText(yang, prepared);
+    ZR_YANG_Delete(yang);
+}
+
+const ZrDataPlan *Schema::plan()
+{
+    if (ZR_DATA_IsPlanCurrent(plan_) == 0) {
+        ZR_DATA_DeletePlan(plan_);
+        EXPECT_EQ(ZR_DATA_CreatePlan(ctx_, nullptr, &plan_), ZR_DATA_OK);
+    }
+    return plan_;
+}
+
+Texts Schema::CheckDocument(const std::string &document, uint32_t kind)
+{
+    ZrDataOptions options = {kind, 0, 0};
+    ZrDataResult *result = nullptr;
+    uint32_t status =
+        ZR_DATA_CheckText(plan(), &options, document.data(), document.size(), &result);
+    Texts errors;
+    lines_.clear();
+    warnings_.clear();
+    for (size_t i = 0; i < ZR_DATA_GetErrorCount(result, nullptr); ++i) {
+        errors.push_back(Describe(*ZR_DATA_GetError(result, i)));
+        lines_.push_back(ZR_DATA_GetError(result, i)->line);
+    }
+    for (size_t i = 0; i < ZR_DATA_GetWarningCount(result, nullptr); ++i)
+        warnings_.push_back(Describe(*ZR_DATA_GetWarning(result, i)));
+    EXPECT_EQ(status, errors.empty() ? ZR_DATA_OK : ZR_DATA_ERR_FAULTY);
+    ZR_DATA_DeleteResult(result);
+    return errors;
+}
+
+Texts Schema::Check(const std::string &data, uint32_t kind)
+{
+    return CheckDocument(Wrap(data), kind);
+}
+
+std::string Wrap(const std::string &data)
+{
+    return "<config xmlns=\"urn:m\">" + data + "</config>";
+}
+
+std::string Describe(const ZrDataError &error)
+{
+    std::string text = ZR_DATA_GetTagName(error.tag);
+    if (error.appTag != nullptr)
+        text += std::string("[") + error.appTag + "]";
+    text += " ";
+    for (const char *at = error.path; *at != '\0'; ++at) {
+        bool isOwnPrefix =
+            at[0] == 'm' && at[1] == ':' && (at == error.path || at[-1] == '/' || at[-1] == '[');
+        if (isOwnPrefix)
+            ++at;
+        else
+            text += *at;
+    }
+    return text + ": " + error.message;
+}
+
+} // namespace datatest

@@ -1,0 +1,54 @@
+// A schema from YANG sources, data that is checked against it, and what is found.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <zrdata/zrdata.h>
+#include <zrschema/zrschema.h>
+
+#include <string>
+#include <vector>
+
+namespace datatest {
+
+using Texts = std::vector<std::string>;
+
+class Schema {
+public:
+    // A YANG 1.1 module "m" with that body: namespace urn:m, prefix m.
+    explicit Schema(const std::string &body = "");
+    ~Schema();
+    Schema(const Schema &) = delete;
+    Schema &operator=(const Schema &) = delete;
+
+    // A further module, with the namespace urn:NAME and the prefix NAME.
+    void Add(const std::string &name, const std::string &body);
+    ZrCtx *ctx() const { return ctx_; }
+
+    // Plans are made when data is first checked, and again when the context has changed.
+    const ZrDataPlan *plan();
+
+    // What is wrong with the data, as "TAG[APP-TAG] PATH: MESSAGE", paths with "m:" left out. The
+    // text is what stands in a wrapper whose default namespace is urn:m.
+    Texts Check(const std::string &data, uint32_t kind = ZR_DATA_CONFIG);
+    // The same of a whole document.
+    Texts CheckDocument(const std::string &document, uint32_t kind = ZR_DATA_CONFIG);
+    // The lines and warnings of the last check.
+    const std::vector<uint32_t> &lines() const { return lines_; }
+    const Texts &warnings() const { return warnings_; }
+
+private:
+    ZrCtx *ctx_;
+    ZrDataPlan *plan_ = nullptr;
+    std::vector<std::pair<std::string, std::string>> sources_;
+    std::vector<uint32_t> lines_;
+    Texts warnings_;
+};
+
+// "TAG[APP-TAG] PATH: MESSAGE", paths with "m:" left out.
+std::string Describe(const ZrDataError &error);
+
+// The wrapper of Check() around a text.
+std::string Wrap(const std::string &data);
+
+} // namespace datatest
