@@ -14,7 +14,7 @@
  * pattern holds grows with the values that it meets, up to 8 MiB for a pattern that gives them many
  * states; some tens of KiB are usual. No exception leaves the library. It starts no threads and has
  * no state outside its compiled patterns. It prints nothing, but where memory runs out RE2 may
- * write a line to standard error.
+ * write a line to standard error, and lose what it had for the pattern at hand.
  *
  * A thread that compiles patterns needs 256 KiB of stack.
  */
