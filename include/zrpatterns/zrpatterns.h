@@ -3,8 +3,8 @@
  * Patterns in linear time: a matcher for ZR_CTX_SetPatternMatcher(), and its functions by
  * themselves.
  *
- * A pattern (RFC 7950, section 9.4.5) is a regular expression of XML Schema (XML Schema Part 2:
- * Datatypes, second edition, appendix F). The library turns it into one of RE2, which matches a
+ * A pattern (RFC 7950, section 9.4.5) is a regular expression of XML Schema (its volume of
+ * datatypes, second edition, appendix F). The library turns it into one of RE2, which matches a
  * value in a time that grows with the value's length alone, whatever the value is.
  *
  *     const ZrPatternMatcher *matcher = ZR_PATTERNS_GetMatcher();
