@@ -1,5 +1,5 @@
-# 32-bit programs on a 64-bit Debian: the compiler is g++ with -m32 (g++-multilib); libxml2 and what
-# it depends on are unpacked, not installed, into build/i386-sysroot, and the programs find them
+# 32-bit programs on a 64-bit Debian: the compiler is g++ with -m32 (g++-multilib); libxml2, RE2 and what
+# they depend on are unpacked, not installed, into build/i386-sysroot, and the programs find them
 # there at run time.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR i686)
@@ -23,3 +23,5 @@ set(CMAKE_SHARED_LINKER_FLAGS_INIT "${zr_link_flags}")
 set(LIBXML2_INCLUDE_DIR ${zr_sysroot}/usr/include/libxml2)
 set(LIBXML2_LIBRARY ${zr_sysroot_lib}/libxml2.so)
 set(LIBXML2_LIBRARIES ${LIBXML2_LIBRARY})
+set(RE2_INCLUDE_DIR ${zr_sysroot}/usr/include)
+set(RE2_LIBRARY ${zr_sysroot_lib}/libre2.so)

@@ -31,6 +31,8 @@ TEST(Exports, AreTheNamesThatTheHeadersDeclare)
     EXPECT_THAT(Lines(tool + " '" ZR_LIBRARY "' 2>&1 || echo they differ"), testing::IsEmpty());
     EXPECT_THAT(Lines(tool + " '" ZR_YANG_LIBRARY "' ZR_YANG_API 2>&1 || echo they differ"),
                 testing::IsEmpty());
+    EXPECT_THAT(Lines(tool + " '" ZR_PATTERNS_LIBRARY "' ZR_PATTERNS_API 2>&1 || echo they differ"),
+                testing::IsEmpty());
 }
 
 TEST(Exports, TheLibraryNeedsLibxml2AndTheCLibraryOnly)
@@ -50,9 +52,9 @@ TEST(Exports, TheLibraryNeedsLibxml2AndTheCLibraryOnly)
     EXPECT_THAT(needed, testing::Each(isNeeded));
 }
 
-TEST(Exports, TheTwoLibrariesDoWithoutEachOther)
+TEST(Exports, TheLibrariesDoWithoutEachOther)
 {
-    for (const char *library : {ZR_LIBRARY, ZR_YANG_LIBRARY})
+    for (const char *library : {ZR_LIBRARY, ZR_YANG_LIBRARY, ZR_PATTERNS_LIBRARY})
         for (const std::string &line : Lines(std::string("readelf -d '") + library + "'"))
             if (line.find("(NEEDED)") != std::string::npos) {
                 EXPECT_THAT(line, testing::Not(testing::HasSubstr("libzr")));
