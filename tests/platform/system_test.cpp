@@ -273,9 +273,9 @@ TEST_F(Files, FindIsNullWithoutAMatchADirectoryOrArguments)
 TEST_F(Files, FindWorksInTheRootDirectory)
 {
     char path[256];
-    PalFind *find = PAL_VFS_FindFirst("/tm?", path, sizeof(path));
+    PalFind *find = PAL_VFS_FindFirst("/bi?", path, sizeof(path));
     ASSERT_NE(find, nullptr);
-    EXPECT_STREQ(path, "/tmp");
+    EXPECT_STREQ(path, "/bin");
     PAL_VFS_FindClose(find);
 }
 
