@@ -4,6 +4,7 @@
 #include <libxml/xmlstring.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/memory.h"
 #include "platform/strings.h"
@@ -154,9 +155,10 @@ template <size_t size> bool ChooseEncoding(std::string_view declared, char (&enc
     auto begins = [declared](std::string_view start) {
         return StartsWithIgnoringCase(declared, start);
     };
-    if (declared.size() >= size || !std::ranges::any_of(kByteEncodings, begins))
+    if (declared.size() >= size ||
+        std::none_of(std::begin(kByteEncodings), std::end(kByteEncodings), begins))
         return false;
-    *std::ranges::copy(declared, encoding).out = '\0';
+    *std::copy(declared.begin(), declared.end(), encoding) = '\0';
     return true;
 }
 

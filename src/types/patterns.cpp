@@ -6,19 +6,24 @@
 // its work and the other throws it away. What cannot be kept, because memory runs out or the
 // pattern does not compile, is compiled for the value at hand, so that every value gets the same
 // answer with and without the option.
-#include <atomic>
-
 #include "foundation/array.h"
 #include "foundation/pattern.h"
 #include "types/constraints.h"
 
 namespace {
 
+// The compiler's own atomic operations: libc++ 14 has no std::atomic_ref.
+template <typename T> T *Read(T *const &slot)
+{
+    return __atomic_load_n(&slot, __ATOMIC_SEQ_CST);
+}
+
 // Puts `made` into an empty `slot`; otherwise `discard(made)`. Returns what the slot then holds.
 template <typename T, typename Discard> T *Publish(T *&slot, T *made, Discard discard)
 {
     T *present = nullptr;
-    if (std::atomic_ref(slot).compare_exchange_strong(present, made))
+    if (__atomic_compare_exchange_n(&slot, &present, made, false, __ATOMIC_SEQ_CST,
+                                    __ATOMIC_SEQ_CST))
         return made;
     discard(made);
     return present;
@@ -27,7 +32,7 @@ template <typename T, typename Discard> T *Publish(T *&slot, T *made, Discard di
 // The kept forms of a type's patterns, each null until it is there; null without memory for them.
 xmlRegexp **KeptForms(const ZrtConsPattern *patterns)
 {
-    xmlRegexp **forms = std::atomic_ref(patterns->compiled).load();
+    xmlRegexp **forms = Read(patterns->compiled);
     if (forms != nullptr)
         return forms;
     auto *made = zr::New<xmlRegexp *>(patterns->count);
@@ -42,7 +47,7 @@ zr::Match MatchKept(const ZrtConsPattern *patterns, uint32_t index, const char *
     xmlRegexp **forms = KeptForms(patterns);
     if (forms == nullptr)
         return zr::MatchPattern(text, pattern);
-    xmlRegexp *compiled = std::atomic_ref(forms[index]).load();
+    xmlRegexp *compiled = Read(forms[index]);
     if (compiled == nullptr) {
         bool outOfMemory = false;
         compiled = zr::CompilePattern(pattern, &outOfMemory);
