@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 
 #include "platform/memory.h"
 #include "platform/strings.h"
@@ -180,9 +181,10 @@ template <size_t size> bool ChooseEncoding(std::string_view declared, char (&enc
     auto begins = [declared](std::string_view start) {
         return StartsWithIgnoringCase(declared, start);
     };
-    if (declared.size() >= size || !std::ranges::any_of(kByteEncodings, begins))
+    if (declared.size() >= size ||
+        std::none_of(std::begin(kByteEncodings), std::end(kByteEncodings), begins))
         return false;
-    *std::ranges::copy(declared, encoding).out = '\0';
+    *std::copy(declared.begin(), declared.end(), encoding) = '\0';
     return true;
 }
 

@@ -10,19 +10,24 @@
 // A matcher from outside compiles each pattern once. It may see patterns with other eyes than the
 // built-in one, so the two never stand in for each other: where memory runs out, the value is not
 // decided. Only a pattern that the matcher refuses goes to the built-in one, for good.
-#include <atomic>
-
 #include "foundation/array.h"
 #include "foundation/pattern.h"
 #include "types/constraints.h"
 
 namespace {
 
+// The compiler's own atomic operations: libc++ 14 has no std::atomic_ref.
+template <typename T> T *Read(T *const &slot)
+{
+    return __atomic_load_n(&slot, __ATOMIC_SEQ_CST);
+}
+
 // Puts `made` into an empty `slot`; otherwise `discard(made)`. Returns what the slot then holds.
 template <typename T, typename Discard> T *Publish(T *&slot, T *made, Discard discard)
 {
     T *present = nullptr;
-    if (std::atomic_ref(slot).compare_exchange_strong(present, made))
+    if (__atomic_compare_exchange_n(&slot, &present, made, false, __ATOMIC_SEQ_CST,
+                                    __ATOMIC_SEQ_CST))
         return made;
     discard(made);
     return present;
@@ -44,7 +49,7 @@ uint32_t FormCount(const ZrtConsPattern *patterns, const ZrPatternMatcher *match
 // The kept forms of a type's patterns, each null until it is there; null without memory for them.
 void **KeptForms(const Check &check)
 {
-    void **forms = std::atomic_ref(check.patterns->compiled).load();
+    void **forms = Read(check.patterns->compiled);
     if (forms != nullptr)
         return forms;
     auto *made = zr::New<void *>(FormCount(check.patterns, check.matcher));
@@ -64,7 +69,7 @@ zr::Match MatchKept(const Check &check, uint32_t index)
     void **forms = KeptForms(check);
     if (forms == nullptr)
         return zr::MatchPattern(check.text, pattern);
-    void *compiled = std::atomic_ref(forms[index]).load();
+    void *compiled = Read(forms[index]);
     if (compiled == nullptr) {
         bool outOfMemory = false;
         compiled = zr::CompilePattern(pattern, &outOfMemory);
@@ -88,7 +93,7 @@ void *FormOfMatcher(const Check &check, uint32_t index)
     if (forms == nullptr)
         return nullptr;
     void *&slot = forms[check.patterns->count + index];
-    if (void *kept = std::atomic_ref(slot).load(); kept != nullptr)
+    if (void *kept = Read(slot); kept != nullptr)
         return kept;
     ZrPatternMatcher *matcher = check.matcher;
     void *made = nullptr;
