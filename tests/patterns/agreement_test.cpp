@@ -9,6 +9,7 @@
 #include <libxml/xmlregexp.h>
 #include <zrpatterns/zrpatterns.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -182,6 +183,38 @@ std::u32string MakeValue(const Reference &reference, size_t most, Random &random
     return value;
 }
 
+bool CanBeEmpty(const Node &node)
+{
+    const auto &parts = node.children;
+    switch (node.kind) {
+    case Node::Kind::Class:
+        return false;
+    case Node::Kind::Sequence:
+        return std::all_of(parts.begin(), parts.end(), CanBeEmpty);
+    case Node::Kind::Choice:
+        return std::any_of(parts.begin(), parts.end(), CanBeEmpty);
+    default:
+        return node.least == 0 || CanBeEmpty(parts.front());
+    }
+}
+
+// Repetitions in repetitions, and of what may be empty, make libxml2 try for hours or for ever,
+// also with a value of 14 characters; a counted group does so even where it is counted once.
+bool TakesLibxml2TooLong(const Node &node, bool isRepeated = false)
+{
+    bool repeats = node.kind == Node::Kind::Repeat && node.most > 1;
+    if (repeats && (isRepeated || CanBeEmpty(node.children.front())))
+        return true;
+    return std::any_of(node.children.begin(), node.children.end(), [&](const Node &child) {
+        return TakesLibxml2TooLong(child, isRepeated || repeats);
+    });
+}
+
+bool IsFitForLibxml2(const std::string &pattern, const Node &tree)
+{
+    return pattern.find("){") == std::string::npos && !TakesLibxml2TooLong(tree);
+}
+
 // The known classes of differences, as they are looked for.
 enum class Difference { GivesUp, Characters, Counting, Branching };
 
@@ -223,9 +256,9 @@ Difference Classify(const Pattern &pattern, const std::u32string &value, int bui
 // What came of many pairs.
 class Tally {
 public:
-    // Asks all three; `pattern` says how the built-in matcher's difference is explained.
+    // Asks all three, or without a built-in matcher two.
     void Ask(const Pattern &pattern, const Reference &reference, const ZrPattern *compiled,
-             const BuiltIn &builtIn, const std::u32string &value)
+             const BuiltIn *builtIn, const std::u32string &value)
     {
         std::string bytes = ToUtf8(value);
         bool expected = reference.Matches(value);
@@ -233,7 +266,8 @@ public:
         matches_ += expected;
         EXPECT_EQ(ZR_PATTERNS_Match(compiled, bytes.c_str()), expected ? 1u : 0u)
             << pattern.text << " on " << bytes;
-        int answer = builtIn.Ask(bytes);
+        int answer = builtIn != nullptr ? builtIn->Ask(bytes) : expected;
+        notAsked_ += builtIn == nullptr;
         if (answer == expected)
             return;
         auto &[count, example] = differences_[Classify(pattern, value, answer, expected)];
@@ -245,7 +279,8 @@ public:
     }
     void Print() const
     {
-        std::printf("%ld pairs, of which %ld match\n", pairs_, matches_);
+        std::printf("%ld pairs, of which %ld match; libxml2 was not asked about %ld\n", pairs_,
+                    matches_, notAsked_);
         for (const auto &[difference, found] : differences_)
             std::printf("  %8ld %-28s %s\n", found.first, kNames[static_cast<size_t>(difference)],
                         found.second.c_str());
@@ -258,7 +293,7 @@ public:
     }
 
 private:
-    long pairs_ = 0, matches_ = 0;
+    long pairs_ = 0, matches_ = 0, notAsked_ = 0;
     std::map<Difference, std::pair<long, std::string>> differences_;
 };
 
@@ -271,7 +306,7 @@ protected:
     }
     ~Agreement() override { xmlSetStructuredErrorFunc(nullptr, nullptr); }
 
-    void AskAll(const Pattern &pattern, int values, size_t most)
+    void AskAll(const Pattern &pattern, int values, size_t most, bool isPublished)
     {
         Node tree;
         ASSERT_EQ(Parse(pattern.text, tree), Verdict::Sound) << pattern.text;
@@ -280,8 +315,10 @@ protected:
         std::unique_ptr<ZrPattern, decltype(&ZR_PATTERNS_Free)> owner(compiled, ZR_PATTERNS_Free);
         Reference reference(tree);
         BuiltIn builtIn(pattern.text);
+        const BuiltIn *asked =
+            isPublished || IsFitForLibxml2(pattern.text, tree) ? &builtIn : nullptr;
         for (int i = 0; i < values; ++i)
-            tally_.Ask(pattern, reference, compiled, builtIn, MakeValue(reference, most, random_));
+            tally_.Ask(pattern, reference, compiled, asked, MakeValue(reference, most, random_));
     }
 
     Random random_{20261122};
@@ -296,7 +333,7 @@ TEST_F(Agreement, OfGeneratedPatternsIsWithXmlSchema)
     constexpr size_t kMostCharacters = 14; // more would take libxml2 too long
     Generator generator(random_);
     while (tally_.pairs() < pairs && !HasFailure())
-        AskAll(generator.Make(), kValues, kMostCharacters);
+        AskAll(generator.Make(), kValues, kMostCharacters, false);
     tally_.Print();
 }
 
@@ -361,7 +398,7 @@ TEST_F(Agreement, OfPublishedPatternsIsWithXmlSchemaAndTheBuiltInMatcher)
     std::set<std::string> patterns = PublishedPatterns(ZR_CORPUS_DIR);
     EXPECT_GT(patterns.size(), 50u);
     for (const std::string &pattern : patterns)
-        AskAll({pattern, pattern, {"\\d"}}, 200, Reference::kMostCharacters - 1);
+        AskAll({pattern, pattern, {"\\d"}}, 200, Reference::kMostCharacters - 1, true);
     tally_.Print();
     EXPECT_EQ(tally_.CountOf(Difference::GivesUp), 0);
     EXPECT_EQ(tally_.CountOf(Difference::Counting), 0);
