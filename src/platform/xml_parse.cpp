@@ -191,8 +191,8 @@ template <size_t size> bool ChooseEncoding(std::string_view declared, char (&enc
 // What a start tag is cut at.
 constexpr auto kTagMarks = [] {
     std::array<bool, 256> marks = {};
-    for (unsigned char mark : {'<', '>', '"', '\''})
-        marks[mark] = true;
+    for (char mark : {'<', '>', '"', '\''})
+        marks[static_cast<unsigned char>(mark)] = true;
     return marks;
 }();
 

@@ -107,8 +107,8 @@ constexpr auto kFirstOfLetter = [] {
 // What a tag is cut at.
 constexpr auto kTagMarks = [] {
     std::array<bool, 256> marks = {};
-    for (unsigned char mark : {' ', '\t', '\r', '\n', '/', '>', '"', '\''})
-        marks[mark] = true;
+    for (char mark : {' ', '\t', '\r', '\n', '/', '>', '"', '\''})
+        marks[static_cast<unsigned char>(mark)] = true;
     return marks;
 }();
 
