@@ -27,4 +27,5 @@ struct ZrCtx {
     PalAvlTree modRelations;
     uint32_t flags; // ZrCtxFlag bits
     uint32_t loadStage;
+    ZrPatternMatcher *patternMatcher; // owned; null for the built-in one
 };

@@ -66,6 +66,9 @@ protected:
         Write("include/zrdata/zrdata.h",
               "#define ZR_DATA_API __attribute__((visibility(\"default\")))\n"
               "ZR_DATA_API int ZR_DATA_One(int number);\n");
+        Write("include/zrpatterns/zrpatterns.h",
+              "#define ZR_PATTERNS_API __attribute__((visibility(\"default\")))\n"
+              "ZR_PATTERNS_API int ZR_PATTERNS_One(int number);\n");
         Shell("git init -q . && mkdir build");
     }
     ~Lint() override { fs::remove_all(root_); }
@@ -130,13 +133,14 @@ protected:
 
     void BuildLibrary(const std::string &code = "int ZR_One(int n) { return n; }") const
     {
-        Write("library.c", code);
         fs::create_directories(root_ / "build/release/lib");
-        ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/libzrschema.so library.c"), 0);
-        BuildBeside("zryang", "int ZR_YANG_One(int n) { return n; }");
-        BuildBeside("zrdata", "int ZR_DATA_One(int n) { return n; }");
+        BuildLibraryNamed("zrschema", code);
+        BuildYangLibrary("int ZR_YANG_One(int n) { return n; }");
+        BuildLibraryNamed("zrpatterns", "int ZR_PATTERNS_One(int n) { return n; }");
+        BuildLibraryNamed("zrdata", "int ZR_DATA_One(int n) { return n; }");
     }
-    void BuildBeside(const std::string &name, const std::string &code) const
+    void BuildYangLibrary(const std::string &code) const { BuildLibraryNamed("zryang", code); }
+    void BuildLibraryNamed(const std::string &name, const std::string &code) const
     {
         Write("library.c", code);
         ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/lib" + name + ".so library.c"), 0);
@@ -414,6 +418,8 @@ TEST_F(Lint, FindsUsesThatPointUpOrSideways)
         {"src/yang/check/nodes.cpp",    "\"yang/yin/writer.h\"",      "yang/yin/writer.h"},
         {"src/yang/base/source.cpp",    "\"platform/strings.h\"",     "platform/strings.h"},
         {"src/schema/new.cpp",          "\"yang/base/source.h\"",     "yang/base/source.h"},
+        {"src/patterns/utf8.cpp",       "\"platform/strings.h\"",     "platform/strings.h"},
+        {"src/types/patterns.cpp",      "\"patterns/utf8.h\"",        "patterns/utf8.h"},
         {"src/print/line.cpp",          "\"platform/no_such_file.h\"", "leads to no file"},
         {"src/print/line.cpp",          "NAME_OF_A_FILE",              "leads to no file"},
         {"tools/zrschema/main.cpp",     "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},

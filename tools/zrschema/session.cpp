@@ -1,5 +1,7 @@
 #include "session.h"
 
+#include <zrpatterns/zrpatterns.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <new>
@@ -52,11 +54,13 @@ Session::Session(Run &run, uint32_t flags, const std::vector<std::string> &direc
     ctx_ = ZR_CTX_Create(flags);
     if (ctx_ == nullptr)
         throw std::bad_alloc();
-    for (const std::string &path : directories_)
-        if (ZR_CTX_SetSearchDir(ctx_, path.c_str()) != ZR_OK) {
-            ZR_CTX_Delete(ctx_);
-            throw std::bad_alloc();
-        }
+    uint32_t status = ZR_CTX_SetPatternMatcher(ctx_, ZR_PATTERNS_GetMatcher());
+    for (size_t i = 0; i < directories_.size() && status == ZR_OK; ++i)
+        status = ZR_CTX_SetSearchDir(ctx_, directories_[i].c_str());
+    if (status != ZR_OK) {
+        ZR_CTX_Delete(ctx_);
+        throw std::bad_alloc();
+    }
 }
 
 Session::~Session()
