@@ -28,3 +28,18 @@ struct ZrCtx {
     uint32_t flags; // ZrCtxFlag bits
     uint32_t loadStage;
 };
+
+// The record of a context with ZR_CTX_STANDARD: what such a context keeps beside the records that
+// all contexts have, so that it costs the others nothing.
+struct ZrStandardCtx : ZrCtx {
+    PalAvlTree entryRules; // ZrsEntryRules, by their owners
+};
+
+namespace zr {
+
+inline bool IsStandard(const ZrCtx *ctx)
+{
+    return ctx != nullptr && (ctx->flags & ZR_CTX_STANDARD) != 0;
+}
+
+} // namespace zr
