@@ -122,7 +122,7 @@ enum ZrCtxFlag {
      * that is below it, the two side by side (RFC 8341, section 3.2.2).
      *
      * It costs one block for each list and leaf-list that says something of its entries, on a
-     * 64-bit machine 80 bytes, and the texts. What a validation checks stays the same.
+     * 64-bit machine 72 bytes, and the texts. What a validation checks stays the same.
      */
     ZR_CTX_STANDARD = 0x40
 };
