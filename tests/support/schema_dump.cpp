@@ -182,17 +182,6 @@ std::string DumpChain(const char *title, const ZrNode *head)
     return text;
 }
 
-} // namespace
-
-std::string DumpType(const ZrtRealType *type)
-{
-    std::string text =
-        "[" + std::to_string(type->baseType) + "/" + std::to_string(type->boundsFlags);
-    for (int i = 0; i < type->consCount; ++i)
-        text += DumpSlot(type->constraints[i]);
-    return text + "]";
-}
-
 // Nothing in a context that keeps nothing of it.
 std::string DumpEntryRules(const ZrNode *node)
 {
@@ -205,6 +194,17 @@ std::string DumpEntryRules(const ZrNode *node)
     for (int i = 0; i < rules->uniqueCount; ++i)
         text += " unique " + Text(rules->uniques[i]);
     return text;
+}
+
+} // namespace
+
+std::string DumpType(const ZrtRealType *type)
+{
+    std::string text =
+        "[" + std::to_string(type->baseType) + "/" + std::to_string(type->boundsFlags);
+    for (int i = 0; i < type->consCount; ++i)
+        text += DumpSlot(type->constraints[i]);
+    return text + "]";
 }
 
 std::string DumpNode(const ZrNode *node, int indent)
