@@ -529,7 +529,8 @@ ZR_API uint32_t ZR_NODE_ReplaceDstExtInst(ZrNode *destination, const ZrNode *sou
 /**
  * Removes all extension instances from a node.
  *
- * Access control defaults that an instance has set stay set.
+ * Access control defaults that an instance has set stay set; with #ZR_CTX_STANDARD until the node
+ * takes over its parent's the next time.
  *
  * @param node  a schema node; null does nothing
  * @note Changes the node.

@@ -295,7 +295,8 @@ typedef uint32_t (*ZrNameValueScanFunc)(const char *name, const char *descriptio
                                         void *userData);
 /**
  * Receives one segment of a range or length as 64-bit patterns: signed for signed types and
- * decimal64 (scaled by ten to the power of its fraction digits), else unsigned.
+ * decimal64 (scaled by ten to the power of its fraction digits), else unsigned. Decimals in the
+ * range of a derived type, with #ZR_CTX_STANDARD, come as their digits without the point.
  */
 typedef uint32_t (*ZrStartEndScanFunc)(uint64_t start, uint64_t end, void *userData);
 /** Receives a member type of a union; both names are null. */

@@ -151,16 +151,16 @@ TEST_F(LaterPartsByTheStandard, MeetTheRulesOnEntriesAsTheyWereBeforeDeviations)
     const std::string list =
         List("l", "b a", "<min-elements value=\"1\"/><unique tag=\"a\"/>" + Leaf("a") + Leaf("b"));
     const std::string plain = LeafList("p");
-    Part(list + plain);
-    Other("d", Import("m") + Deviation("/m:l", "replace", "<min-elements value=\"2\"/>") +
-                   Deviation("/m:l", "delete", "<unique tag=\"m:a\"/>") +
-                   Deviation("/m:p", "add", "<max-elements value=\"3\"/>") +
-                   Deviation("/m:late", "add", "<max-elements value=\"4\"/>"));
-    Part(list + plain + LeafList("late"));
+    Part(Container("c", list + plain));
+    Other("d", Import("m") + Deviation("/m:c/m:l", "replace", "<min-elements value=\"2\"/>") +
+                   Deviation("/m:c/m:l", "delete", "<unique tag=\"m:a\"/>") +
+                   Deviation("/m:c/m:p", "add", "<max-elements value=\"3\"/>") +
+                   Deviation("/m:c/m:late", "add", "<max-elements value=\"4\"/>"));
+    Part(Container("c", list + plain + LeafList("late")));
     EXPECT_THAT(ctx.Messages(), IsEmpty());
-    EXPECT_EQ(ZR_NODE_GetMinElements(ctx.Node("/m:l")), 2u);
-    EXPECT_EQ(ZR_NODE_GetMaxElements(ctx.Node("/m:p")), 3u);
-    EXPECT_EQ(ZR_NODE_GetMaxElements(ctx.Node("/m:late")), 4u);
+    EXPECT_EQ(ZR_NODE_GetMinElements(ctx.Node("/m:c/l")), 2u);
+    EXPECT_EQ(ZR_NODE_GetMaxElements(ctx.Node("/m:c/p")), 3u);
+    EXPECT_EQ(ZR_NODE_GetMaxElements(ctx.Node("/m:c/late")), 4u);
     EXPECT_EQ(DumpContext(ctx), AtOnce());
 }
 
