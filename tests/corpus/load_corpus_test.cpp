@@ -102,6 +102,8 @@ TEST_F(Corpus, AllModulesLoadTogether)
                             "Failed to parse value \"union\" of statement \"type\"."));
 }
 
+namespace {
+
 // Finds what the paths of a "unique" lead to, from the list down.
 uint32_t ExpectLeafs(const char *argument, void *list)
 {
@@ -143,6 +145,8 @@ uint32_t CountEntryRules(ZrNode *node, uint32_t arrival, void *userData)
     counts->keys += keys;
     return 0;
 }
+
+} // namespace
 
 TEST_F(Corpus, EveryModuleLoadsByTheStandard)
 {
