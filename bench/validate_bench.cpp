@@ -3,6 +3,7 @@
 #include <libxml/parser.h>
 #include <libxml/relaxng.h>
 #include <libxml/tree.h>
+#include <zrpatterns/zrpatterns.h>
 #include <zrschema/zrschema.h>
 
 #include <filesystem>
@@ -181,10 +182,12 @@ void ParseHosts(benchmark::State &state)
         xmlFreeDoc(Parse(text));
 }
 
-// Names and addresses, each matched against the patterns of its type.
+// Names and addresses, each matched against the patterns of its type. The second argument is the
+// context's options, the third 1 for the matcher of libzrpatterns.
 void ValidateHosts(benchmark::State &state)
 {
     ZrCtx *ctx = ZR_CTX_Create(static_cast<uint32_t>(state.range(1)));
+    ZR_CTX_SetPatternMatcher(ctx, state.range(2) != 0 ? ZR_PATTERNS_GetMatcher() : nullptr);
     ZR_CTX_SetSearchDir(ctx, ZR_CORPUS_DIR);
     ZR_CTX_LoadModule(ctx, "ietf-inet-types");
     ZR_CTX_LoadMemory(ctx, kHosts);
@@ -290,12 +293,14 @@ void RegisterHosts(int64_t entries)
         ->Arg(entries)
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("ValidateHosts", ValidateHosts)
-        ->Args({entries, 0})
-        ->Args({entries, kKeep})
+        ->Args({entries, 0, 0})
+        ->Args({entries, kKeep, 0})
+        ->Args({entries, 0, 1})
         ->Unit(benchmark::kMillisecond);
     std::string parse = Name("ParseHosts", entries);
-    std::string compiled = Name("ValidateHosts", entries) + "/0";
-    std::string kept = Name("ValidateHosts", entries) + "/" + std::to_string(kKeep);
+    std::string compiled = Name("ValidateHosts", entries) + "/0/0";
+    std::string kept = Name("ValidateHosts", entries) + "/" + std::to_string(kKeep) + "/0";
+    std::string linear = Name("ValidateHosts", entries) + "/0/1";
     std::string size = " (" + std::to_string(entries) + " entries)";
     bench::AddTimeRatio("addresses and names, a pattern compiled for each value / parse" + size, 0,
                         compiled, parse);
@@ -303,6 +308,8 @@ void RegisterHosts(int64_t entries)
                         parse);
     bench::AddTimeRatio("addresses and names, patterns kept / compiled for each value" + size, 1.0,
                         kept, compiled);
+    bench::AddTimeRatio("addresses and names, the matcher of libzrpatterns / parse" + size, 1.5,
+                        linear, parse);
 }
 
 void RegisterShapes(int64_t entries)

@@ -19,6 +19,7 @@ endfunction()
 
 zr_install_library(zrschema "A YANG schema engine")
 zr_install_library(zryang "Checks YANG sources and prepares them for libzrschema")
+zr_install_library(zrpatterns "Matches patterns in linear time for libzrschema")
 install(FILES ${PROJECT_BINARY_DIR}/include/zrschema/version.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zrschema)
 if(ZR_BUILD_TOOL)
     install(TARGETS zrschema_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})

@@ -14,8 +14,8 @@
  *
  * A thread needs 1 MiB of stack for whatever a module file may hold: see the guide.
  *
- * In the order of use: create, set callbacks, add search directories, load modules, query and
- * validate, unload, delete.
+ * In the order of use: create, set callbacks and a matcher, add search directories, load modules,
+ * query and validate, unload, delete.
  */
 #ifndef ZRSCHEMA_CONTEXT_H
 #define ZRSCHEMA_CONTEXT_H
@@ -156,6 +156,43 @@ ZR_API void ZR_CTX_SetReloadModuleCbFunc(ZrCtx *ctx, ZrReloadModuleFunc func);
  * @param func  the function, or null
  */
 ZR_API void ZR_CTX_SetExtInstFilterCbFunc(ZrCtx *ctx, ZrExtInstFilterFunc func);
+
+/** @} */
+
+/**
+ * @name Patterns
+ * @{
+ */
+
+/**
+ * Has values matched against patterns (RFC 7950, section 9.4.5) by a matcher from outside, such as
+ * the one of libzrpatterns, instead of the built-in one, which is libxml2's.
+ *
+ * The matcher compiles each pattern of a type once, when the first value meets it, and the form is
+ * kept until the type goes: when its module is unloaded or loaded again, when a deviation or a
+ * merge replaces it, and when the context is deleted. A copy of a type, as a deviation or a merge
+ * makes it, compiles for itself. Two threads may compile the same pattern at the same time; one of
+ * the forms is then released at once. A pattern that the matcher refuses is left to the built-in
+ * matcher, which compiles it for each value, or once with #ZR_CTX_KEEP_PATTERNS.
+ *
+ * A value is refused with #ZR_ERR_VALUE_PATTERN, inverted or not, where the matcher answers
+ * #ZR_PATTERN_UNDECIDED, or where memory runs out before it is asked.
+ *
+ * A context with a matcher holds two more pointers for each pattern that a value has met. The
+ * functions must not call back into the context, and must not throw or jump out.
+ *
+ * @param ctx      the context, without a module: compiled forms stay with the matcher that made
+ * them
+ * @param matcher  copied, in place of the one that was set before; null for the built-in matcher.
+ * Its user data has to stay until the context is deleted
+ * @retval ZR_OK             the matcher is set
+ * @retval ZR_ERR_NO_MEMORY  memory ran out; the matcher is the one from before
+ * @retval ZR_ERR_INVALID    a null context, one that has a module, or a matcher with a null
+ * function; the matcher is the one from before
+ * @note Not to be called while another thread uses the same context. The matcher's functions run on
+ *       the threads that check values, several at once.
+ */
+ZR_API uint32_t ZR_CTX_SetPatternMatcher(ZrCtx *ctx, const ZrPatternMatcher *matcher);
 
 /** @} */
 

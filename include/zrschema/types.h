@@ -127,6 +127,13 @@ enum ZrCtxFlag {
     ZR_CTX_STANDARD = 0x40
 };
 
+/** What a ZrPatternMatchFunc answers. */
+enum ZrPatternMatch {
+    ZR_PATTERN_NO_MATCH = 0, /**< the value does not match */
+    ZR_PATTERN_MATCH = 1,    /**< the whole value matches */
+    ZR_PATTERN_UNDECIDED = 2 /**< not known, for want of memory or time: the value is refused */
+};
+
 /** Kinds of schema node, as ZR_NODE_GetNodeType() returns them. */
 enum ZrNodeKind {
     ZR_NODE_UNKNOWN = 0, /**< no node, or none of the kinds below */
@@ -305,6 +312,30 @@ typedef uint32_t (*ZrUnionScanFunc)(const char *moduleName, const char *typedefN
 /** Receives a pattern, 1 for invert-match or else 0, and the array that holds it. */
 typedef uint32_t (*ZrPatternScanFunc)(const char *pattern, uint32_t invertMatch, void *userData,
                                       const ZrtPatternItem *patterns);
+/**
+ * Compiles a pattern, NUL-terminated UTF-8 (RFC 7950, section 9.4.5), for
+ * ZR_CTX_SetPatternMatcher(). With #ZR_OK `*formOut` is the compiled form, which is not null and
+ * stays until a ZrPatternFreeFunc gets it. With #ZR_ERR_NO_MEMORY the pattern is compiled again for
+ * the next value; with any other status it is refused for good, and the built-in matcher is asked
+ * instead.
+ */
+typedef uint32_t (*ZrPatternCompileFunc)(const char *pattern, void *userData, void **formOut);
+/**
+ * Tells, as a ZrPatternMatch, whether a compiled form matches the whole of a value, which is
+ * NUL-terminated. Several threads may ask at the same time, also about the same form.
+ */
+typedef uint32_t (*ZrPatternMatchFunc)(const void *form, const char *value, void *userData);
+/** Releases a compiled form. */
+typedef void (*ZrPatternFreeFunc)(void *form, void *userData);
+
+/** A matcher of patterns from outside the library: see ZR_CTX_SetPatternMatcher(). */
+typedef struct ZrPatternMatcher {
+    ZrPatternCompileFunc compile; /**< not null */
+    ZrPatternMatchFunc match;     /**< not null */
+    ZrPatternFreeFunc release;    /**< not null */
+    void *userData;               /**< handed to all three */
+} ZrPatternMatcher;
+
 /** Receives a piece of printed text, `length` bytes and a NUL; non-zero stops the printing. */
 typedef uint32_t (*ZrPrintFunc)(const char *text, uint32_t length, void *userData);
 /** Receives an element (xmlNode *) that default completion added and that stays. */

@@ -68,7 +68,8 @@ TreeGuard::TreeGuard(xmlNode *top) : top_(top)
 {
     size_t marked = 0;
     for (xmlNode *node = top; node != nullptr; node = NextElement(top, node)) {
-        node->_private = nullptr;
+        if (node->_private != nullptr) // most trees have none: they are only read here
+            node->_private = nullptr;
         marked += ZRD_PAS_IsDefaultAddNode(node);
         if (IsText(node->children) && IsText(node->children->next))
             JoinTexts(node);

@@ -27,6 +27,7 @@ struct ZrCtx {
     PalAvlTree modRelations;
     uint32_t flags; // ZrCtxFlag bits
     uint32_t loadStage;
+    ZrPatternMatcher *patternMatcher; // owned; null for the built-in one
 };
 
 // The record of a context with ZR_CTX_STANDARD: what such a context keeps beside the records that

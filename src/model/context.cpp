@@ -92,12 +92,31 @@ void ZR_CTX_SetExtInstFilterCbFunc(ZrCtx *ctx, ZrExtInstFilterFunc func)
     SetCallback(ctx, &ZrCtx::extInstFilterFunc, func);
 }
 
+uint32_t ZR_CTX_SetPatternMatcher(ZrCtx *ctx, const ZrPatternMatcher *matcher)
+{
+    if (ctx == nullptr || zr::FirstModule(ctx) != nullptr)
+        return ZR_ERR_INVALID;
+    ZrPatternMatcher *copy = nullptr;
+    if (matcher != nullptr) {
+        if (matcher->compile == nullptr || matcher->match == nullptr || matcher->release == nullptr)
+            return ZR_ERR_INVALID;
+        copy = zr::New<ZrPatternMatcher>();
+        if (copy == nullptr)
+            return ZR_ERR_NO_MEMORY;
+        *copy = *matcher;
+    }
+    zr::Free(ctx->patternMatcher);
+    ctx->patternMatcher = copy;
+    return ZR_OK;
+}
+
 namespace zr {
 
 void DestroyContextParts(ZrCtx *ctx)
 {
     if (ctx == nullptr)
         return;
+    zr::Free(ctx->patternMatcher);
     ZR_CTX_DeInitModRelationTree(ctx);
     ZR_CTX_UnSetSearchDir(ctx, nullptr);
     zr::Free(ctx->searchDirs);

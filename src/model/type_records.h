@@ -4,10 +4,6 @@
 #include <cstdint>
 #include <zrschema/types.h>
 
-// libxml2's compiled regular expression.
-struct _xmlRegexp;
-typedef struct _xmlRegexp xmlRegexp;
-
 enum ZrtConsKind : uint32_t {
     ZRT_CONS_DERIVED = 0,
     ZRT_CONS_BASE = 1,
@@ -127,9 +123,10 @@ struct ZrtPatternItem {
 struct ZrtConsPattern {
     uint16_t count;
     ZrtPatternItem *items;
-    // Parallel to items, with ZR_CTX_KEEP_PATTERNS: what values made compile, else null. Checks of
-    // values write here, from several threads.
-    mutable xmlRegexp **compiled;
+    // What values made compile, for a context that keeps it, else null: parallel to items libxml2's
+    // forms, and behind them, in a context with a matcher, the matcher's. Checks of values write
+    // here, from several threads.
+    mutable void **compiled;
 };
 
 struct ZrtConsUnion {

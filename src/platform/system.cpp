@@ -1,12 +1,3 @@
-// Large files, 64-bit inode numbers, which directories on today's file systems hold, and seconds
-// that do not run out in 2038, also where a long has 32 bits.
-#ifndef _FILE_OFFSET_BITS
-#define _FILE_OFFSET_BITS 64
-#endif
-#ifndef _TIME_BITS
-#define _TIME_BITS 64
-#endif
-
 #include "platform/system.h"
 
 #include <zrschema/types.h>
@@ -198,7 +189,9 @@ uint32_t PAL_VFS_IsDirExist(const char *path)
     return IsOfType(path, S_IFDIR) ? 1 : 0;
 }
 
+// Held in 32 bits without a sign, they last until 2106.
 uint32_t PAL_SystimeGet(void)
 {
+    static_assert(sizeof(std::time_t) == 8, "the clock must not end in 2038");
     return static_cast<uint32_t>(std::time(nullptr));
 }

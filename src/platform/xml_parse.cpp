@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 
 #include "platform/memory.h"
 #include "platform/strings.h"
@@ -180,17 +181,18 @@ template <size_t size> bool ChooseEncoding(std::string_view declared, char (&enc
     auto begins = [declared](std::string_view start) {
         return StartsWithIgnoringCase(declared, start);
     };
-    if (declared.size() >= size || !std::ranges::any_of(kByteEncodings, begins))
+    if (declared.size() >= size ||
+        std::none_of(std::begin(kByteEncodings), std::end(kByteEncodings), begins))
         return false;
-    *std::ranges::copy(declared, encoding).out = '\0';
+    *std::copy(declared.begin(), declared.end(), encoding) = '\0';
     return true;
 }
 
 // What a start tag is cut at.
 constexpr auto kTagMarks = [] {
     std::array<bool, 256> marks = {};
-    for (unsigned char mark : {'<', '>', '"', '\''})
-        marks[mark] = true;
+    for (char mark : {'<', '>', '"', '\''})
+        marks[static_cast<unsigned char>(mark)] = true;
     return marks;
 }();
 

@@ -63,6 +63,9 @@ protected:
         Write("include/zryang/zryang.h",
               "#define ZR_YANG_API __attribute__((visibility(\"default\")))\n"
               "ZR_YANG_API int ZR_YANG_One(int number);\n");
+        Write("include/zrpatterns/zrpatterns.h",
+              "#define ZR_PATTERNS_API __attribute__((visibility(\"default\")))\n"
+              "ZR_PATTERNS_API int ZR_PATTERNS_One(int number);\n");
         Shell("git init -q . && mkdir build");
     }
     ~Lint() override { fs::remove_all(root_); }
@@ -127,15 +130,16 @@ protected:
 
     void BuildLibrary(const std::string &code = "int ZR_One(int n) { return n; }") const
     {
-        Write("library.c", code);
         fs::create_directories(root_ / "build/release/lib");
-        ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/libzrschema.so library.c"), 0);
+        BuildLibraryNamed("zrschema", code);
         BuildYangLibrary("int ZR_YANG_One(int n) { return n; }");
+        BuildLibraryNamed("zrpatterns", "int ZR_PATTERNS_One(int n) { return n; }");
     }
-    void BuildYangLibrary(const std::string &code) const
+    void BuildYangLibrary(const std::string &code) const { BuildLibraryNamed("zryang", code); }
+    void BuildLibraryNamed(const std::string &name, const std::string &code) const
     {
         Write("library.c", code);
-        ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/libzryang.so library.c"), 0);
+        ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/lib" + name + ".so library.c"), 0);
         fs::remove(root_ / "library.c");
     }
 
@@ -410,6 +414,8 @@ TEST_F(Lint, FindsUsesThatPointUpOrSideways)
         {"src/yang/check/nodes.cpp",    "\"yang/yin/writer.h\"",      "yang/yin/writer.h"},
         {"src/yang/base/source.cpp",    "\"platform/strings.h\"",     "platform/strings.h"},
         {"src/schema/new.cpp",          "\"yang/base/source.h\"",     "yang/base/source.h"},
+        {"src/patterns/utf8.cpp",       "\"platform/strings.h\"",     "platform/strings.h"},
+        {"src/types/patterns.cpp",      "\"patterns/utf8.h\"",        "patterns/utf8.h"},
         {"src/print/line.cpp",          "\"platform/no_such_file.h\"", "leads to no file"},
         {"src/print/line.cpp",          "NAME_OF_A_FILE",              "leads to no file"},
         {"tools/zrschema/main.cpp",     "\"schema/nodes/node.h\"",     "schema/nodes/node.h"},

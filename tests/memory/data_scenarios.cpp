@@ -1,5 +1,6 @@
 // Scenarios of value checks, validation, completion, conditions, error records and printing.
 #include "memory/scenario.h"
+#include "support/matcher.h"
 
 namespace zrtest {
 
@@ -41,15 +42,17 @@ void Values(World &world)
         world.Value(row[0], row[1]);
 }
 
-void KeptPatterns(World &world)
-{
-    world.LoadBody("m", R"yin(
+const char *const kPatternLeaves = R"yin(
 <typedef name="t"><type name="string"><pattern value="[a-z]*"/><pattern value=".{2,4}"/></type>
 </typedef>
 <leaf name="union"><type name="union"><type name="t"><pattern value="b.*"><modifier
   value="invert-match"/></pattern></type><type name="string"><pattern value="[0-9]+"/></type>
   </type></leaf>
-<leaf name="broken"><type name="string"><pattern value="[0-"/></type></leaf>)yin");
+<leaf name="broken"><type name="string"><pattern value="[0-"/></type></leaf>)yin";
+
+void KeptPatterns(World &world)
+{
+    world.LoadBody("m", kPatternLeaves);
     for (const char *value : {"abc", "bcd", "7", "abc", "abcde"})
         world.Value("/m:union", value);
     world.Value("/m:broken", "0");
@@ -60,6 +63,30 @@ void KeptPatterns(World &world)
         world.Value("/m:union", value);
     world.Unload("d");
     world.Value("/m:union", "7");
+}
+
+// A pattern that the matcher refuses among those that it takes.
+void OutsideMatcher(World &world)
+{
+    static EqualityMatcher matcher;
+    const ZrPatternMatcher record = matcher;
+    world.Status("matcher", ZR_CTX_SetPatternMatcher(world.ctx(), &record),
+                 {ZR_OK, ZR_ERR_NO_MEMORY});
+    world.LoadBody("m", "<typedef name='t'><type name='string'><pattern value='refuse.*'/></type>"
+                        "</typedef><leaf name='v'><type name='t'><pattern value='refuse1'/>"
+                        "<pattern value='b'><modifier value='invert-match'/></pattern></type>"
+                        "</leaf><leaf name='w'><type name='string'><pattern value='a'/></type>"
+                        "</leaf>");
+    for (const char *value : {"a", "refuse1", "refuse2"}) {
+        world.Value("/m:v", value);
+        world.Value("/m:w", value);
+    }
+    world.LoadBody("d", R"yin(<import module="m"><prefix value="m"/></import>
+<deviation target-node="/m:w"><deviate value="replace"><type name="m:t"/></deviate>
+</deviation>)yin");
+    world.Value("/m:w", "refuse2");
+    world.Unload("d");
+    world.Value("/m:w", "a");
 }
 
 const char *const kData = R"yin(
@@ -162,6 +189,8 @@ const std::vector<Scenario> &DataScenarios()
     static const std::vector<Scenario> scenarios = {
         {"Values", 0, nullptr, Values},
         {"KeptPatterns", ZR_CTX_KEEP_PATTERNS, nullptr, KeptPatterns},
+        {"OutsideMatcher", 0, nullptr, OutsideMatcher},
+        {"OutsideMatcherAndKeptPatterns", ZR_CTX_KEEP_PATTERNS, nullptr, OutsideMatcher},
         {"Completion", 0, nullptr, Completion},
         {"Conditions", 0, nullptr, Conditions},
         {"ManyEntries", 0, nullptr, ManyEntries},

@@ -11,6 +11,8 @@
 #include "foundation/search_dirs.h"
 #include "model/module_records.h"
 #include "support/alloc.h"
+#include "support/context.h"
+#include "support/matcher.h"
 
 namespace {
 
@@ -117,6 +119,63 @@ TEST(ContextCallbacks, SettersIgnoreANullContext)
     ZR_CTX_SetBeforeDeviateExtInstFunc(nullptr, OnDeviateExtInst);
     ZR_CTX_SetReloadModuleCbFunc(nullptr, OnReload);
     ZR_CTX_SetExtInstFilterCbFunc(nullptr, OnFilter);
+}
+
+TEST_F(Context, HasNoMatcherOfPatternsUntilOneIsSet)
+{
+    EXPECT_EQ(ctx_->patternMatcher, nullptr);
+    zrtest::EqualityMatcher first, second;
+    for (zrtest::EqualityMatcher *matcher : {&first, &second}) {
+        ZrPatternMatcher record = *matcher;
+        EXPECT_EQ(ZR_CTX_SetPatternMatcher(ctx_, &record), ZR_OK);
+        EXPECT_NE(ctx_->patternMatcher, &record) << "it is copied";
+        EXPECT_EQ(ctx_->patternMatcher->userData, matcher);
+    }
+    EXPECT_EQ(ZR_CTX_SetPatternMatcher(ctx_, nullptr), ZR_OK);
+    EXPECT_EQ(ctx_->patternMatcher, nullptr);
+}
+
+TEST_F(Context, RefusesAMatcherThatLacksAFunction)
+{
+    zrtest::EqualityMatcher matcher;
+    for (int lacking = 0; lacking < 3; ++lacking) {
+        ZrPatternMatcher record = matcher;
+        if (lacking == 0)
+            record.compile = nullptr;
+        else if (lacking == 1)
+            record.match = nullptr;
+        else
+            record.release = nullptr;
+        EXPECT_EQ(ZR_CTX_SetPatternMatcher(ctx_, &record), ZR_ERR_INVALID) << lacking;
+        EXPECT_EQ(ctx_->patternMatcher, nullptr);
+    }
+    ZrPatternMatcher record = matcher;
+    EXPECT_EQ(ZR_CTX_SetPatternMatcher(nullptr, &record), ZR_ERR_INVALID);
+}
+
+TEST(ContextMatcher, IsSetBeforeTheFirstModuleOrNotAtAll)
+{
+    zrtest::TestContext ctx;
+    zrtest::EqualityMatcher matcher;
+    ZrPatternMatcher record = matcher;
+    ASSERT_EQ(ctx.LoadBody("m", ""), ZR_OK);
+    EXPECT_EQ(ZR_CTX_SetPatternMatcher(ctx, &record), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_CTX_SetPatternMatcher(ctx, nullptr), ZR_ERR_INVALID);
+    ASSERT_EQ(ZR_CTX_UnloadModule(ctx, "m"), ZR_OK);
+    EXPECT_EQ(ZR_CTX_SetPatternMatcher(ctx, &record), ZR_OK);
+}
+
+TEST(ContextMatcher, StaysAsItWasWhenMemoryRunsOut)
+{
+    zrtest::AllocGuard guard;
+    zrtest::EqualityMatcher first, second;
+    ZrPatternMatcher record = first, other = second;
+    zrtest::TestContext ctx;
+    ASSERT_EQ(ZR_CTX_SetPatternMatcher(ctx, &record), ZR_OK);
+    guard.FailAt(0);
+    EXPECT_EQ(ZR_CTX_SetPatternMatcher(ctx, &other), ZR_ERR_NO_MEMORY);
+    guard.Stop();
+    EXPECT_EQ(ctx.get()->patternMatcher->userData, &first);
 }
 
 TEST(ContextMemory, TakingApartGivesEveryBlockBack)

@@ -369,6 +369,30 @@ TEST(LookAtXml, AcceptsTheCharactersOfXmlAndNoOthers)
     EXPECT_FALSE(Accepts(" \n"));
 }
 
+TEST(LookAtXml, LooksAtEachCharacterWhereverItStands)
+{
+    const char *const good[] = {"\t", "\n", "\r", " ", "~", "\x7F", "\xC3\xA9", "\xF0\x9F\x98\x80"};
+    const char *const bad[] = {"\x01", "\x09\x0B", "\n\x1F", "\x80", "\xC3", "\xED\xA0\x80"};
+    for (size_t before = 0; before < 20; ++before) {
+        auto text = [before](const char *piece) {
+            return "<r>" + std::string(before, 'x') + piece + std::string(20 - before, 'x') +
+                   "</r>";
+        };
+        for (const char *piece : good)
+            EXPECT_TRUE(Accepts(text(piece))) << piece << " behind " << before;
+        for (const char *piece : bad)
+            EXPECT_FALSE(Accepts(text(piece))) << piece << " behind " << before;
+    }
+}
+
+TEST(LookAtXml, FindsTheEndOfAValueByItsOwnQuote)
+{
+    EXPECT_TRUE(Accepts("<r a='\"' b=\"'>'/>\" c=''><s d=\"/\"/></r>"));
+    EXPECT_FALSE(Accepts("<r a='\"/>"));
+    EXPECT_FALSE(Accepts("<r a=\"<\"/>"));
+    EXPECT_FALSE(Accepts("<r a='x"));
+}
+
 TEST(LookAtXml, TellsTheEncodingOfTheText)
 {
     auto encoding = [](const std::string &declaration) {

@@ -1,6 +1,8 @@
 // Values: what a leaf takes, which rule refuses the rest, and which type it was that took a value.
 #include <libxml/parser.h>
 
+#include <cstring>
+
 #include "application.h"
 
 namespace {
@@ -109,6 +111,43 @@ TEST_F(Values, AreTakenAndRefusedAlikeWherePatternsAreKept)
         EXPECT_EQ(Check("/box:label", "abc"), ZR_OK);
         EXPECT_EQ(Check("/box:label", "ABC"), ZR_ERR_VALUE_PATTERN);
     }
+}
+
+// A matcher for which a pattern is the first letters of a value; it compiles nothing but "abc".
+uint32_t TakeAbc(const char *pattern, void *, void **formOut)
+{
+    if (std::strcmp(pattern, "abc") != 0)
+        return ZR_ERR_INVALID;
+    *formOut = const_cast<char *>(pattern);
+    return ZR_OK;
+}
+
+uint32_t StartsWith(const void *form, const char *value, void *)
+{
+    const char *start = static_cast<const char *>(form);
+    return std::strncmp(value, start, std::strlen(start)) == 0 ? ZR_PATTERN_MATCH
+                                                               : ZR_PATTERN_NO_MATCH;
+}
+
+void CountRelease(void *, void *userData)
+{
+    ++*static_cast<int *>(userData);
+}
+
+TEST_F(Values, AreMatchedByTheApplicationsMatcherWhereItTakesThePattern)
+{
+    int released = 0;
+    const ZrPatternMatcher matcher = {TakeAbc, StartsWith, CountRelease, &released};
+    ASSERT_EQ(ZR_CTX_SetPatternMatcher(ctx_, &matcher), ZR_OK);
+    Have("box", "<leaf name='label'><type name='string'><pattern value='abc'/></type></leaf>"
+                "<leaf name='size'><type name='string'><pattern value='[0-9]+'/></type></leaf>");
+    EXPECT_EQ(Check("/box:label", "abcdef"), ZR_OK);
+    EXPECT_EQ(Check("/box:label", "ab"), ZR_ERR_VALUE_PATTERN);
+    EXPECT_EQ(Check("/box:size", "42"), ZR_OK);
+    EXPECT_EQ(Check("/box:size", "large"), ZR_ERR_VALUE_PATTERN);
+    EXPECT_EQ(ZR_CTX_SetPatternMatcher(ctx_, nullptr), ZR_ERR_INVALID) << "a module is loaded";
+    ASSERT_EQ(Unload("box"), ZR_OK);
+    EXPECT_EQ(released, 1);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "support/context.h"
+#include "support/matcher.h"
 #include "threads/parallel.h"
 
 namespace {
@@ -39,6 +40,28 @@ TEST(KeptPatterns, GiveEightThreadsWhatPatternsCompiledForEachValueGive)
         auto results = CollectInParallel<std::string>([&](int) { return CheckAll(ctx); });
         for (const std::string &result : results)
             EXPECT_EQ(result, expected);
+    }
+}
+
+TEST(KeptPatterns, OfAMatcherFromOutsideAreMadeOncePerPatternThatIsHeld)
+{
+    std::string expected;
+    for (int round = 0; round < 50; ++round) {
+        EqualityMatcher matcher;
+        const ZrPatternMatcher record = matcher;
+        {
+            TestContext ctx(round % 2 == 0 ? 0 : uint32_t{ZR_CTX_KEEP_PATTERNS});
+            ASSERT_EQ(ZR_CTX_SetPatternMatcher(ctx, &record), ZR_OK);
+            ASSERT_EQ(ctx.LoadBody("m", kBody), ZR_OK);
+            auto results = CollectInParallel<std::string>([&](int) { return CheckAll(ctx); });
+            if (expected.empty())
+                expected = results[0];
+            for (const std::string &result : results)
+                EXPECT_EQ(result, expected);
+            // What lost the race to be kept was released at once.
+            EXPECT_LE(matcher.live(), 6);
+        }
+        EXPECT_EQ(matcher.live(), 0);
     }
 }
 

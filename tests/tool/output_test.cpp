@@ -57,7 +57,7 @@ TEST(Terminal, ShowsTheLineOfAFaultWithAMarkUnderThePlace)
 {
     Folder folder;
     folder.Add("m.yang", "module m {\n namespace 'urn:m'; prefix m; leaf a { type none; }\n}\n");
-    ToolRun run = RunToolOnTerminal({"prepare", "-p", folder.path(), "-o", folder.path(), "m"});
+    ToolRun run = RunToolOnTerminal("prepare m -p " + folder.path() + " -o " + folder.path());
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, folder.path() + "/m.yang:2:40: error: unknown typedef \"none\"\r\n"
                                        "   namespace 'urn:m'; prefix m; leaf a { type none; }\r\n"
@@ -67,7 +67,7 @@ TEST(Terminal, ShowsTheLineOfAFaultWithAMarkUnderThePlace)
 TEST(Terminal, ShowsNothingOfTheProgressInTheEnd)
 {
     ToolRun plain = RunTool("check " + kExampleModules + " --all");
-    ToolRun run = RunToolOnTerminal({"check", "-p", ZR_EXAMPLE_MODULES, "--all"});
+    ToolRun run = RunToolOnTerminal("check --all " + kExampleModules);
     EXPECT_EQ(run.status, 0);
     // What a line shows when it is erased to be written anew is gone.
     size_t start = 0, erased;

@@ -43,16 +43,13 @@ ToolRun RunTool(const std::string &arguments, const std::string &input)
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(out), ReadFile(err)};
 }
 
-ToolRun RunToolOnTerminal(const std::vector<std::string> &arguments)
+ToolRun RunToolOnTerminal(const std::string &arguments)
 {
+    std::string command = "exec " ZR_TOOL " " + arguments;
     int terminal = -1;
     pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0) {
-        std::vector<char *> words = {const_cast<char *>(ZR_TOOL)};
-        for (const std::string &argument : arguments)
-            words.push_back(const_cast<char *>(argument.c_str()));
-        words.push_back(nullptr);
-        execv(ZR_TOOL, words.data());
+        execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char *>(nullptr));
         _exit(127);
     }
     std::string text;

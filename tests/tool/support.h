@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "support/temp_dir.h"
 
@@ -17,7 +16,7 @@ struct ToolRun {
 ToolRun RunTool(const std::string &arguments, const std::string &input = "");
 
 // The same with a terminal for standard output and standard error, whose text is both of theirs.
-ToolRun RunToolOnTerminal(const std::vector<std::string> &arguments);
+ToolRun RunToolOnTerminal(const std::string &arguments);
 
 inline const std::string kExampleModules = "-p " ZR_EXAMPLE_MODULES;
 

@@ -1,4 +1,5 @@
 #include "support/alloc.h"
+#include "support/matcher.h"
 #include "types/constraints.h"
 #include "types/leaf.h"
 
@@ -261,6 +262,138 @@ TEST(KeptPattern, AcceptsNothingWhenMatchingRunsOutOfMemory)
         },
         true);
     EXPECT_GT(points, 0u);
+}
+
+// A leaf of patterns in a context with a matcher from outside, with and without the option.
+class OutsideMatcher : public testing::TestWithParam<uint32_t> {
+protected:
+    OutsideMatcher() : ctx_(GetParam())
+    {
+        ZrPatternMatcher record = matcher_;
+        EXPECT_EQ(ZR_CTX_SetPatternMatcher(ctx_, &record), ZR_OK);
+        record = {}; // it was copied
+    }
+    void Load(const std::string &patterns)
+    {
+        ASSERT_EQ(ctx_.LoadBody("m", "<leaf name=\"v\">" + String(patterns) + "</leaf>"), ZR_OK);
+    }
+    uint32_t Check(const char *value)
+    {
+        return ZR_NODE_ValidateValue(ctx_.Node("/m:v"), ZR_VALUE_STRING, value);
+    }
+
+    EqualityMatcher matcher_;
+    TestContext ctx_;
+};
+INSTANTIATE_TEST_SUITE_P(Options, OutsideMatcher,
+                         testing::Values(0u, uint32_t{ZR_CTX_KEEP_PATTERNS}),
+                         [](const auto &flags) {
+                             return flags.param == 0 ? "Default" : "KeepPatterns";
+                         });
+
+TEST_P(OutsideMatcher, DecidesInPlaceOfTheBuiltInOne)
+{
+    Load("<pattern value=\"[a-z]+\"/>");
+    EXPECT_EQ(Check("[a-z]+"), ZR_OK);
+    EXPECT_EQ(Check("abc"), ZR_ERR_VALUE_PATTERN);
+}
+
+TEST_P(OutsideMatcher, CompilesAPatternOnceForAllValues)
+{
+    Load("<pattern value=\"a\"/><pattern value=\"a\"/>");
+    EXPECT_EQ(matcher_.asked(), 0) << "loading compiles nothing";
+    for (int time = 0; time < 3; ++time)
+        EXPECT_EQ(Check("a"), ZR_OK);
+    EXPECT_EQ(matcher_.compiled(), 2);
+    EXPECT_EQ(matcher_.matched(), 6);
+}
+
+TEST_P(OutsideMatcher, LeavesInversionToTheType)
+{
+    Load("<pattern value=\"a\"><modifier value=\"invert-match\"/></pattern>");
+    EXPECT_EQ(Check("a"), ZR_ERR_VALUE_PATTERN);
+    EXPECT_EQ(Check("b"), ZR_OK);
+}
+
+TEST_P(OutsideMatcher, LeavesWhatItRefusesToTheBuiltInOne)
+{
+    Load("<pattern value=\"refuse[0-9]\"/><pattern value=\"refuse7\"/>");
+    for (int time = 0; time < 3; ++time) {
+        EXPECT_EQ(Check("refuse7"), ZR_OK);
+        EXPECT_EQ(Check("refuse8"), ZR_ERR_VALUE_PATTERN);
+    }
+    EXPECT_EQ(matcher_.asked(), 2) << "it is not asked again";
+    EXPECT_EQ(matcher_.matched(), 0);
+}
+
+TEST_P(OutsideMatcher, RefusesWhatIsNotDecidedInvertedOrNot)
+{
+    for (const char *modifier : {"", "<modifier value=\"invert-match\"/>"}) {
+        for (const char *pattern : {"open", "short"}) {
+            SCOPED_TRACE(std::string(pattern) + modifier);
+            Load("<pattern value=\"" + std::string(pattern) + "\">" + modifier + "</pattern>");
+            EXPECT_EQ(Check(pattern), ZR_ERR_VALUE_PATTERN);
+            EXPECT_EQ(Check("x"), ZR_ERR_VALUE_PATTERN);
+            ASSERT_EQ(ZR_CTX_UnloadModule(ctx_, "m"), ZR_OK);
+        }
+    }
+}
+
+TEST_P(OutsideMatcher, IsAskedAgainAfterMemoryRanOut)
+{
+    Load("<pattern value=\"short\"/>");
+    for (int time = 1; time <= 3; ++time) {
+        Check("short");
+        EXPECT_EQ(matcher_.asked(), time);
+    }
+}
+
+TEST_P(OutsideMatcher, RefusesAValueWhenThereIsNoMemoryForItsForms)
+{
+    AllocGuard alloc;
+    Load("<pattern value=\"a\"/>");
+    alloc.FailAt(0, true);
+    EXPECT_EQ(Check("a"), ZR_ERR_VALUE_PATTERN);
+    alloc.Stop();
+    EXPECT_EQ(Check("a"), ZR_OK);
+}
+
+TEST_P(OutsideMatcher, GetsItsFormsBackWithTheirType)
+{
+    Load("<pattern value=\"a\"/><pattern value=\"refuse\"/>");
+    Check("a");
+    EXPECT_EQ(matcher_.live(), 1);
+    ASSERT_EQ(ZR_CTX_UnloadModule(ctx_, "m"), ZR_OK);
+    EXPECT_EQ(matcher_.live(), 0);
+}
+
+TEST_P(OutsideMatcher, CompilesForACopyAnew)
+{
+    Load("<pattern value=\"a\"/>");
+    EXPECT_EQ(Check("a"), ZR_OK);
+    ZrNode *leaf = ctx_.Node("/m:v");
+    ZrtRealType *copy = ZRT_TYPE_CopyZrtRealType(ctx_, ZR_NODE_GetRealType(leaf));
+    ASSERT_NE(copy, nullptr);
+    ZrtValidateCtx validation = {};
+    validation.ctx = ctx_;
+    EXPECT_EQ(ZRT_TYPE_ValidateValueNodeAgainstRealType(copy, ZR_VALUE_STRING, "a", &validation),
+              ZR_OK);
+    EXPECT_EQ(matcher_.live(), 2);
+    ZRT_TYPE_DestroyZrtRealType(ctx_, copy);
+    EXPECT_EQ(matcher_.live(), 1);
+}
+
+TEST(ContextWithoutMatcher, HoldsNothingForOne)
+{
+    AllocGuard alloc;
+    TestContext ctx;
+    int64_t blocks = alloc.LiveBlocks();
+    EqualityMatcher matcher;
+    ZrPatternMatcher record = matcher;
+    ASSERT_EQ(ZR_CTX_SetPatternMatcher(ctx, &record), ZR_OK);
+    EXPECT_EQ(alloc.LiveBlocks(), blocks + 1);
+    ASSERT_EQ(ZR_CTX_SetPatternMatcher(ctx, nullptr), ZR_OK);
+    EXPECT_EQ(alloc.LiveBlocks(), blocks);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "xpath/run_memory.h"
 
 #include <gtest/gtest.h>
+#include <libxml/parser.h>
 
 #include <memory>
 #include <string>
@@ -11,7 +12,6 @@
 namespace {
 
 using zr::ExpressionMemory;
-using zr::KeptExpression;
 
 constexpr size_t kMany = 500; // more than have a place
 
@@ -74,6 +74,60 @@ TEST(ExpressionMemory, TriesAgainAfterMemoryWasShort)
         EXPECT_NE(memory.Find(expression)->lex, nullptr);
     });
     EXPECT_GE(failures, 2u);
+}
+
+class ConditionsOfARun : public testing::Test {
+protected:
+    uint32_t Once(const char *expression)
+    {
+        return ZR_XPATH_EvalCondition(document(), xmlDocGetRootElement(document_.get()),
+                                      expression);
+    }
+    uint32_t InRun(const char *expression)
+    {
+        return zr::EvalConditionInRun(document(), xmlDocGetRootElement(document_.get()), expression,
+                                      &memory_);
+    }
+
+private:
+    xmlNode *document() { return reinterpret_cast<xmlNode *>(document_.get()); }
+
+    std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document_{
+        xmlReadMemory("<r/>", 4, nullptr, nullptr, 0), xmlFreeDoc};
+    zr::RunMemory memory_;
+};
+
+TEST_F(ConditionsOfARun, AreAnsweredAlikeEachTimeAlsoThoseThatBreakOff)
+{
+    for (const char *expression : {"1 = 1", "'a' = 'b'", "not('a' = 'b') and 2 > 1", "1 = (2 = 3",
+                                   "'a' = 'a')", "nothing(1)", "1 +"})
+        for (int time = 0; time < 3; ++time)
+            EXPECT_EQ(InRun(expression), Once(expression)) << expression;
+}
+
+TEST_F(ConditionsOfARun, CostLessMemoryTheSecondTime)
+{
+    zrtest::AllocGuard guard;
+    EXPECT_EQ(InRun("1 = 1"), ZR_OK);
+    uint64_t first = guard.Count();
+    EXPECT_EQ(InRun("1 = 1"), ZR_OK);
+    EXPECT_LT(guard.Count() - first, first);
+}
+
+TEST_F(ConditionsOfARun, CanBeAskedAgainAfterMemoryWasShort)
+{
+    zrtest::FailEachAllocation([](zrtest::FailPoint &point) {
+        xmlDoc *document = xmlReadMemory("<r/>", 4, nullptr, nullptr, 0);
+        auto *root = reinterpret_cast<xmlNode *>(document);
+        zr::RunMemory memory;
+        auto ask = [&] {
+            return zr::EvalConditionInRun(root, document->children, "'a' = 'a'", &memory);
+        };
+        uint32_t status = point.Run(ask);
+        EXPECT_EQ(status != ZR_OK, point.Failed());
+        EXPECT_EQ(ask(), ZR_OK);
+        xmlFreeDoc(document);
+    });
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "session.h"
 
+#include <zrpatterns/zrpatterns.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <memory>
@@ -49,7 +51,7 @@ using Context = std::unique_ptr<ZrCtx, decltype(&ZR_CTX_Delete)>;
 Context MakeContext(uint32_t flags, const std::vector<std::string> &directories)
 {
     Context ctx(ZR_CTX_Create(flags), ZR_CTX_Delete);
-    if (!ctx)
+    if (!ctx || ZR_CTX_SetPatternMatcher(ctx.get(), ZR_PATTERNS_GetMatcher()) != ZR_OK)
         throw std::bad_alloc();
     for (const std::string &path : directories)
         if (ZR_CTX_SetSearchDir(ctx.get(), path.c_str()) != ZR_OK)

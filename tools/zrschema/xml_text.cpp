@@ -1,8 +1,3 @@
-// Large files also where a long has 32 bits.
-#ifndef _FILE_OFFSET_BITS
-#define _FILE_OFFSET_BITS 64
-#endif
-
 #include "xml_text.h"
 
 #include <fcntl.h>

@@ -1,6 +1,8 @@
 #include "yin_look.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <iterator>
 
 namespace tool {
@@ -91,6 +93,25 @@ constexpr bool IsOneOf(const std::string_view (&words)[count], std::string_view 
     return std::ranges::find(words, word) != std::end(words);
 }
 
+// Where the keywords of each letter begin, and the end behind those of the last one.
+constexpr auto kFirstOfLetter = [] {
+    std::array<uint8_t, 27> firsts = {};
+    for (size_t i = 0; i < firsts.size(); ++i)
+        firsts[i] =
+            static_cast<uint8_t>(std::ranges::count_if(kKeywords, [i](std::string_view keyword) {
+                return static_cast<size_t>(keyword[0] - 'a') < i;
+            }));
+    return firsts;
+}();
+
+// What a tag is cut at.
+constexpr auto kTagMarks = [] {
+    std::array<bool, 256> marks = {};
+    for (char mark : {' ', '\t', '\r', '\n', '/', '>', '"', '\''})
+        marks[static_cast<unsigned char>(mark)] = true;
+    return marks;
+}();
+
 constexpr size_t kNowhere = std::string_view::npos;
 
 // Goes from tag to tag. What it does not know its way in ends the walk.
@@ -139,10 +160,9 @@ private:
         if (!tag.opens)
             ++at_;
         size_t name = at_;
-        while (at_ < text_.size() && std::string_view(" \t\r\n/>").find(text_[at_]) == kNowhere)
-            ++at_;
+        GoToMark();
         tag.name = text_.substr(name, at_ - name);
-        for (; at_ < text_.size() && text_[at_] != '>'; ++at_)
+        for (; at_ < text_.size() && text_[at_] != '>'; ++at_, GoToMark())
             if (text_[at_] == '"' || text_[at_] == '\'')
                 at_ = std::min(text_.find(text_[at_], at_ + 1), text_.size() - 1);
         if (at_ == text_.size())
@@ -150,6 +170,12 @@ private:
         tag.isWhole = tag.opens && text_[at_ - 1] == '/';
         ++at_;
         return true;
+    }
+
+    void GoToMark()
+    {
+        while (at_ < text_.size() && !kTagMarks[static_cast<unsigned char>(text_[at_])])
+            ++at_;
     }
 
     std::string_view text_;
@@ -182,7 +208,11 @@ bool MayBePassedOver(std::string_view keyword, size_t depth)
 
 bool IsKeyword(std::string_view word)
 {
-    return std::ranges::binary_search(kKeywords, word);
+    if (word.empty() || word[0] < 'a' || word[0] > 'z')
+        return false;
+    auto letter = static_cast<size_t>(word[0] - 'a');
+    return std::find(kKeywords + kFirstOfLetter[letter], kKeywords + kFirstOfLetter[letter + 1],
+                     word) != kKeywords + kFirstOfLetter[letter + 1];
 }
 
 YinLook LookAtYin(std::string_view text)

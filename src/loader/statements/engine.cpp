@@ -102,7 +102,8 @@ uint32_t ParseChild(ZrMod *module, xmlNode *child, uint32_t parentStatement, Zrs
 
 bool zr::IsSchemaNodeStatement(uint32_t statement)
 {
-    return std::ranges::find(kSchemaNodeStatements, statement) != std::end(kSchemaNodeStatements);
+    return std::find(std::begin(kSchemaNodeStatements), std::end(kSchemaNodeStatements),
+                     statement) != std::end(kSchemaNodeStatements);
 }
 
 void zr::RecordRepeated(ZrMod *module, uint32_t statement, uint32_t parentStatement)

@@ -217,6 +217,18 @@ TEST(Library, ReportsFilesThatAreNoTexts)
                             folder.path() + "/d.yang: error: cannot be read: not a regular file"));
 }
 
+TEST(Library, ReportsAFileThatIsLargerThanASourceMayBe)
+{
+    Folder folder;
+    folder.Add("m.yang", ModuleText("m", ""));
+    std::filesystem::resize_file(folder.path() + "/m.yang", uintmax_t{5} << 30);
+    Preparation one;
+    ZR_YANG_AddDirectory(one.get(), folder.path().c_str());
+    EXPECT_EQ(one.Prepare("m"), ZR_YANG_ERR_FAULTY);
+    EXPECT_THAT(one.reports(),
+                ElementsAre(folder.path() + "/m.yang: error: cannot be read: File too large"));
+}
+
 TEST(Library, AReportShowsItsLine)
 {
     Preparation one;
