@@ -77,6 +77,62 @@ ZR_API uint32_t ZR_NODE_GetNodeType(const ZrNode *node);
 ZR_API uint32_t ZR_NODE_GetNodeKeyNum(const ZrNode *node);
 
 /**
+ * Calls back for each key leaf of a list, in the order of its "key" statement (RFC 7950, section
+ * 7.8.2), with #ZR_ARRIVAL_CHILD. A key that a deviation has taken away is left out.
+ *
+ * Without #ZR_CTX_STANDARD the order is not kept, and the keys come as their leafs stand in the
+ * schema.
+ *
+ * @param list      a schema node; null gives #ZR_ERR_INVALID; one that is no list has no keys
+ * @param callback  0 goes on, any other value stops the scan; null gives #ZR_ERR_INVALID
+ * @param userData  handed to the callback; null is allowed
+ * @retval ZR_OK           every key was visited, or there is none
+ * @retval ZR_ERR_INVALID  a null argument
+ * @return else the callback's result
+ * @note May run at the same time as other queries on the context.
+ */
+ZR_API uint32_t ZR_NODE_ScanAllKeysInOrder(const ZrNode *list, ZrNodeScanFunc callback,
+                                           void *userData);
+
+/**
+ * Returns how many entries a list or leaf-list must have (RFC 7950, section 7.7.5).
+ *
+ * @param node  a schema node; null gives 0
+ * @return the number of its "min-elements", deviations included; 0 when it has none, for any other
+ *         kind, and in a context without #ZR_CTX_STANDARD
+ */
+ZR_API uint32_t ZR_NODE_GetMinElements(const ZrNode *node);
+
+/**
+ * Returns how many entries a list or leaf-list may have (RFC 7950, section 7.7.6).
+ *
+ * @param node  a schema node; null gives 0
+ * @return the number of its "max-elements", deviations included; 0 for any number of entries: for
+ *         "unbounded", when it has none, for any other kind, and in a context without
+ *         #ZR_CTX_STANDARD
+ */
+ZR_API uint32_t ZR_NODE_GetMaxElements(const ZrNode *node);
+
+/**
+ * Calls back for each "unique" of a list (RFC 7950, section 7.8.3), in order, those that deviations
+ * have added last.
+ *
+ * Whether the leafs that it names are there is not checked while loading: augments and deviations
+ * may still bring and take them.
+ *
+ * @param list      a schema node; null gives #ZR_ERR_INVALID; one that is no list has none, and
+ *                  neither has any in a context without #ZR_CTX_STANDARD
+ * @param callback  0 goes on, any other value stops the scan; null gives #ZR_ERR_INVALID
+ * @param userData  handed to the callback; null is allowed
+ * @retval ZR_OK           every one was visited, or there is none
+ * @retval ZR_ERR_INVALID  a null argument
+ * @return else the callback's result
+ * @note May run at the same time as other queries on the context.
+ */
+ZR_API uint32_t ZR_NODE_ScanAllUniques(const ZrNode *list, ZrUniqueScanFunc callback,
+                                       void *userData);
+
+/**
  * Returns the application's pointer on a node.
  *
  * @param node  a schema node; null gives null
@@ -224,21 +280,24 @@ ZR_API uint32_t ZR_NODE_IsObsoleteNode(const ZrNode *node);
  * "default-deny-all" below "default-deny-write" reads as write alone, here and further down. What a
  * node says itself is found with ZR_NODE_ScanAllExtInsts().
  *
+ * With #ZR_CTX_STANDARD each of the two holds for the node that says it and for everything below,
+ * whatever else is said above or there.
+ *
  * @param node  a schema node; null gives 0
  * @return 1 when the topmost node that says either says so, be it an ancestor or the node itself;
- *         else 0
+ *         with #ZR_CTX_STANDARD when the node or any ancestor says so; else 0
  */
 ZR_API uint32_t ZR_NODE_IsNacmDefaultDenyAll(const ZrNode *node);
 
 /**
  * Tells whether writing a node is denied by default (RFC 8341, "default-deny-write").
  *
- * It follows the parent's like ZR_NODE_IsNacmDefaultDenyAll(). Where that one is 1, this one is 0
- * unless a node says both.
+ * It follows the parent's like ZR_NODE_IsNacmDefaultDenyAll(). Without #ZR_CTX_STANDARD, where that
+ * one is 1, this one is 0 unless a node says both.
  *
  * @param node  a schema node; null gives 0
  * @return 1 when the topmost node that says either says so, be it an ancestor or the node itself;
- *         else 0
+ *         with #ZR_CTX_STANDARD when the node or any ancestor says so; else 0
  */
 ZR_API uint32_t ZR_NODE_IsNacmDefaultDenyWrite(const ZrNode *node);
 
@@ -470,7 +529,8 @@ ZR_API uint32_t ZR_NODE_ReplaceDstExtInst(ZrNode *destination, const ZrNode *sou
 /**
  * Removes all extension instances from a node.
  *
- * Access control defaults that an instance has set stay set.
+ * Access control defaults that an instance has set stay set; with #ZR_CTX_STANDARD until the node
+ * takes over its parent's the next time.
  *
  * @param node  a schema node; null does nothing
  * @note Changes the node.

@@ -103,7 +103,28 @@ enum ZrCtxFlag {
      * 300 bytes for "[a-z]+", 7 KiB for a domain name's, 20 KiB for an IPv6 address's. A copy of
      * a type, as a deviation or a merge makes it, compiles for itself.
      */
-    ZR_CTX_KEEP_PATTERNS = 0x20
+    ZR_CTX_KEEP_PATTERNS = 0x20,
+
+    /**
+     * Keep and take what RFC 7950 has beyond what the library needs for its own checks.
+     *
+     * Kept, for ZR_NODE_GetMinElements(), ZR_NODE_GetMaxElements(), ZR_NODE_ScanAllUniques() and
+     * ZR_NODE_ScanAllKeysInOrder(): "min-elements", "max-elements" and "unique", with what
+     * deviations make of them, and the order of a list's keys. Without this bit these statements
+     * are passed over.
+     *
+     * Taken: the enum values -2147483648 and 2147483647, the bit position 4294967295 (sections
+     * 9.6.4.2 and 9.7.4.2), decimal numbers in the range of a type that is derived from a decimal64
+     * (section 9.3), and axes in "when" and "must" (section 6.4), whose prefixes are then replaced
+     * like all others.
+     *
+     * Followed: every "default-deny-all" and "default-deny-write" holds for its node and for all
+     * that is below it, the two side by side (RFC 8341, section 3.2.2).
+     *
+     * It costs one block for each list and leaf-list that says something of its entries, on a
+     * 64-bit machine 72 bytes, and the texts. What a validation checks stays the same.
+     */
+    ZR_CTX_STANDARD = 0x40
 };
 
 /** What a ZrPatternMatchFunc answers. */
@@ -247,6 +268,11 @@ typedef uint32_t (*ZrIfFeatureScanFunc)(const char *moduleName, const char *feat
                                         void *userData);
 /** Receives one text of a list of texts. */
 typedef uint32_t (*ZrTextScanFunc)(const char *text, void *userData);
+/**
+ * Receives the argument of a "unique": paths from the list down, with a blank between them, each
+ * step with the name of its module ("m:address/m:ip m:port").
+ */
+typedef uint32_t (*ZrUniqueScanFunc)(const char *argument, void *userData);
 /** Receives a loaded module. */
 typedef uint32_t (*ZrModuleScanFunc)(ZrMod *module, void *userData);
 /** Receives a feature of a module: its name, and 1 when it is on or else 0. */
@@ -276,7 +302,8 @@ typedef uint32_t (*ZrNameValueScanFunc)(const char *name, const char *descriptio
                                         void *userData);
 /**
  * Receives one segment of a range or length as 64-bit patterns: signed for signed types and
- * decimal64 (scaled by ten to the power of its fraction digits), else unsigned.
+ * decimal64 (scaled by ten to the power of its fraction digits), else unsigned. Decimals in the
+ * range of a derived type, with #ZR_CTX_STANDARD, come as their digits without the point.
  */
 typedef uint32_t (*ZrStartEndScanFunc)(uint64_t start, uint64_t end, void *userData);
 /** Receives a member type of a union; both names are null. */

@@ -29,3 +29,18 @@ struct ZrCtx {
     uint32_t loadStage;
     ZrPatternMatcher *patternMatcher; // owned; null for the built-in one
 };
+
+// The record of a context with ZR_CTX_STANDARD: what such a context keeps beside the records that
+// all contexts have, so that it costs the others nothing.
+struct ZrStandardCtx : ZrCtx {
+    PalAvlTree entryRules; // ZrsEntryRules, by their owners
+};
+
+namespace zr {
+
+inline bool IsStandard(const ZrCtx *ctx)
+{
+    return ctx != nullptr && (ctx->flags & ZR_CTX_STANDARD) != 0;
+}
+
+} // namespace zr

@@ -19,11 +19,21 @@ template <typename Func> void SetCallback(ZrCtx *ctx, Func ZrCtx::*field, Func f
         ctx->*field = func;
 }
 
+ZrCtx *NewRecord(uint32_t flags)
+{
+    if ((flags & ZR_CTX_STANDARD) == 0)
+        return zr::New<ZrCtx>();
+    auto *ctx = zr::New<ZrStandardCtx>();
+    if (ctx != nullptr)
+        PAL_AVL3_Init(&ctx->entryRules);
+    return ctx;
+}
+
 } // namespace
 
 ZrCtx *ZR_CTX_Create(uint32_t flags)
 {
-    zr::Owned<ZrCtx, zr::DestroyContextParts> ctx(zr::New<ZrCtx>());
+    zr::Owned<ZrCtx, zr::DestroyContextParts> ctx(NewRecord(flags));
     if (!ctx)
         return nullptr;
     ctx->flags = flags;

@@ -90,12 +90,15 @@ enum ZrsDeviateKind : uint32_t {
 };
 
 // Bits of ZrsDeviate::flags beside the config and mandatory bits of ZrNode::flags.
-enum : uint16_t { ZRS_DEVIATE_DEFAULTS_QUALIFIED = 0x8000 }; // identity defaults name their modules
+enum : uint16_t {
+    ZRS_DEVIATE_ENTRY_RULES = 0x4000,       // it has a ZrsEntryRules
+    ZRS_DEVIATE_DEFAULTS_QUALIFIED = 0x8000 // identity defaults name their modules
+};
 
 // One "deviate" of a deviation (section 7.20.3.2).
 struct ZrsDeviate {
     uint32_t kind;  // ZrsDeviateKind
-    uint16_t flags; // ZRS_FLAG_... of config and mandatory, ZRS_DEVIATE_DEFAULTS_QUALIFIED
+    uint16_t flags; // ZRS_FLAG_... of config and mandatory, ZRS_DEVIATE_...
     uint16_t mustCount;
     uint16_t defaultCount;
     uint16_t extInstCount;

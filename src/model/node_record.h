@@ -40,6 +40,23 @@ enum ZrsNodeMark : uint8_t {
     ZRS_MARK_ALL_DEVIATED = 0x8     // a deviation added default-deny-all
 };
 
+// Bits of ZrsEntryRules::given.
+enum : uint16_t { ZRS_ENTRY_MIN = 0x1, ZRS_ENTRY_MAX = 0x2 };
+
+// What a list or leaf-list says of its entries (RFC 7950, sections 7.7.5, 7.7.6, 7.8.2 and 7.8.3),
+// or a "deviate" of those of its target. Only contexts with ZR_CTX_STANDARD have such records, in a
+// tree of their own, and only for who says something.
+struct ZrsEntryRules {
+    const void *owner; // ZrNode or ZrsDeviate: the key
+    PalAvlNode link;
+    uint32_t minElements;
+    uint32_t maxElements; // 0: unbounded
+    uint16_t given;       // ZRS_ENTRY_...: the statements that are there
+    uint16_t uniqueCount;
+    const char **uniques; // interned, with module names
+    const char *key;      // interned, the argument of "key"; null for other nodes and for deviates
+};
+
 // The per-kind information, born and freed with its node. All strings are interned.
 struct ZrsLeafInfo {
     ZrtRealType realType;

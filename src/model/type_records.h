@@ -85,7 +85,14 @@ enum : uint32_t {
     ZRT_SEG_START_MIN = 0x04,
     ZRT_SEG_START_MAX = 0x08,
     ZRT_SEG_END_MIN = 0x10,
-    ZRT_SEG_END_MAX = 0x20
+    ZRT_SEG_END_MAX = 0x20,
+
+    // Of a derived type, in contexts with ZR_CTX_STANDARD: how the numbers are scaled stands in the
+    // flags too, as the count of the fraction digits with which each was written.
+    ZRT_SEG_DECIMAL = 0x40,
+    ZRT_SEG_START_DIGITS_SHIFT = 8,
+    ZRT_SEG_END_DIGITS_SHIFT = 16,
+    ZRT_SEG_DIGITS_MASK = 0xff
 };
 
 // The widest segment: 20 bytes in every build.

@@ -23,6 +23,8 @@ struct ZrtRangePush {
     uint32_t baseType;       // numbers of a decimal64 are read with its fraction digits
     uint32_t fractionDigits; // of a decimal64
     uint32_t usesMinMax;     // set to 1 by "min" or "max"
+    // 1: what a typedef's bounds are is not known yet, so they may have decimals (ZRT_SEG_DECIMAL).
+    uint32_t takesDecimals = 0;
 };
 
 // Stores a parsed part as the next segment: ZR_OK, ZR_ERR_INVALID when it does not fit the body,
@@ -100,8 +102,10 @@ ZR_API uint32_t ZRT_LOADER_ScanParseRangeExprWithCb(const char *expression,
 namespace zr {
 
 // Parse the argument of a "range" or "length" into the body of `type`'s slot and set the type's
-// bounds flags: ZR_OK, ZR_ERR_NO_MEMORY, else as above.
-uint32_t ParseRangeInto(ZrtRealType *type, ZrtConsRange *body, const char *expression);
+// bounds flags: ZR_OK, ZR_ERR_NO_MEMORY, else as above. Decimals in the range of a derived type are
+// taken when asked for; those of a decimal64 are in any case.
+uint32_t ParseRangeInto(ZrtRealType *type, ZrtConsRange *body, const char *expression,
+                        bool derivedTakesDecimals = false);
 uint32_t ParseLengthInto(ZrtRealType *type, ZrtConsRange *body, const char *expression);
 
 } // namespace zr

@@ -46,6 +46,50 @@ bool ReadNumber(uint32_t baseType, const char *text, ZrtValidateCtx *validation)
     return true;
 }
 
+// A bound that was written with so many fraction digits, scaled like a value that has `wanted`. One
+// that is out of reach then is the last that can be reached. False when it has too many digits.
+bool Rescale(uint64_t &bound, bool isSigned, uint32_t digits, uint32_t wanted)
+{
+    if (digits > wanted)
+        return false;
+    if (!isSigned && bound > uint64_t{INT64_MAX})
+        bound = uint64_t{INT64_MAX};
+    auto number = static_cast<int64_t>(bound);
+    for (; digits < wanted; ++digits) {
+        if (__builtin_mul_overflow(number, int64_t{10}, &number)) {
+            number = number < 0 ? INT64_MIN : INT64_MAX;
+            break;
+        }
+    }
+    bound = static_cast<uint64_t>(number);
+    return true;
+}
+
+// A segment of a derived type whose numbers may have decimals, as the base type has it: scaled for
+// a decimal64, else as it is. It has no sign, and takes no value, when the base type has no such
+// numbers.
+ZrtGenericSeg FitToBase(ZrtGenericSeg segment, const ZrtValidateCtx *validation)
+{
+    if ((segment.flags & ZRT_SEG_DECIMAL) == 0)
+        return segment;
+    bool isDecimal = validation->baseType == ZRT_TYPE_DECIMAL64;
+    uint32_t wanted = isDecimal ? validation->fractionDigits : 0;
+    bool isSigned = (segment.flags & ZRT_SEG_SIGNED) != 0;
+    uint32_t startDigits = segment.flags >> ZRT_SEG_START_DIGITS_SHIFT & ZRT_SEG_DIGITS_MASK;
+    uint32_t endDigits = segment.flags >> ZRT_SEG_END_DIGITS_SHIFT & ZRT_SEG_DIGITS_MASK;
+    uint64_t start = segment.start;
+    uint64_t end = segment.end;
+    if (!Rescale(start, isSigned, startDigits, wanted) ||
+        !Rescale(end, isSigned, endDigits, wanted)) {
+        segment.flags = 0;
+    } else if (isDecimal) {
+        segment.start = start;
+        segment.end = end;
+        segment.flags = (segment.flags & ~kSignFlags) | ZRT_SEG_SIGNED;
+    }
+    return segment;
+}
+
 // The segment with "min" and "max" replaced by the parent's bounds. It is then signed when it or,
 // if it took a bound over, the parent is.
 ZrtGenericSeg ResolveSegment(ZrtGenericSeg segment, const ZrtGenericSeg &parent)
@@ -63,6 +107,14 @@ ZrtGenericSeg ResolveSegment(ZrtGenericSeg segment, const ZrtGenericSeg &parent)
         flags |= parent.flags & kSignFlags;
     segment.flags = (flags & ZRT_SEG_SIGNED) != 0 ? uint32_t{ZRT_SEG_SIGNED} : flags & kSignFlags;
     return segment;
+}
+
+// One segment, ready to be compared with the value.
+ZrtGenericSeg Segment(const ZrtConsRange *range, uint32_t index, uint32_t baseType,
+                      const ZrtValidateCtx *validation)
+{
+    return ResolveSegment(FitToBase(zr::ReadSegment(range, index, baseType), validation),
+                          validation->bounds);
 }
 
 uint32_t CheckResolved(const ZrtGenericSeg &segment, uint64_t value)
@@ -85,8 +137,7 @@ uint32_t CheckSegment(const ZrtConsRange *range, uint32_t index, ZrtSegCheckFunc
         const auto *bytes = static_cast<const unsigned char *>(range->segments);
         return narrow(bytes + size_t{index} * range->segSize, value);
     }
-    ZrtGenericSeg segment = zr::ReadSegment(range, index, ZRT_TYPE_DERIVED);
-    return CheckResolved(ResolveSegment(segment, validation->bounds), value);
+    return CheckResolved(Segment(range, index, ZRT_TYPE_DERIVED, validation), value);
 }
 
 // The start of the first segment and the end of the last.
@@ -94,9 +145,8 @@ void RecordSegments(const ZrtConsRange *range, uint32_t baseType, ZrtValidateCtx
 {
     if (validation->parentBounds == 0)
         return;
-    ZrtGenericSeg first = ResolveSegment(zr::ReadSegment(range, 0, baseType), validation->bounds);
-    ZrtGenericSeg last =
-        ResolveSegment(zr::ReadSegment(range, range->segCount - 1u, baseType), validation->bounds);
+    ZrtGenericSeg first = Segment(range, 0, baseType, validation);
+    ZrtGenericSeg last = Segment(range, range->segCount - 1u, baseType, validation);
     uint32_t flags = first.flags | last.flags;
     zr::RecordBounds(validation, {first.start, last.end, flags});
 }

@@ -12,6 +12,7 @@ namespace {
 
 constexpr uint32_t kMaxTokens = 255;
 constexpr size_t kMaxDecimalLength = 31;
+constexpr uint32_t kMaxFractionDigits = 18;
 
 // One run over an expression: a number, "min", "max", ".." and "|" are a token each.
 class ExpressionReader {
@@ -58,8 +59,35 @@ private:
             ++text_;
             return ClosePart();
         default:
-            return push_->baseType == ZRT_TYPE_DECIMAL64 ? ReadDecimal() : ReadInteger();
+            return ReadNumber();
         }
+    }
+
+    uint32_t ReadNumber()
+    {
+        if (push_->baseType == ZRT_TYPE_DECIMAL64)
+            return ReadDecimal(push_->fractionDigits);
+        if (push_->takesDecimals == 0)
+            return ReadInteger();
+        uint32_t digits = CountFractionDigits();
+        uint32_t status = digits != 0 ? ReadDecimal(digits) : ReadInteger();
+        part_.flags |= ZRT_SEG_DECIMAL | digits << (afterDots_ ? ZRT_SEG_END_DIGITS_SHIFT
+                                                               : ZRT_SEG_START_DIGITS_SHIFT);
+        return status;
+    }
+
+    // Those of the number at the cursor, up to one more than there may be.
+    uint32_t CountFractionDigits() const
+    {
+        const char *next = *text_ == '+' || *text_ == '-' ? text_ + 1 : text_;
+        while (zr::IsDigit(*next))
+            ++next;
+        if (*next != '.' || next[1] == '.')
+            return 0;
+        uint32_t count = 0;
+        while (count <= kMaxFractionDigits && zr::IsDigit(next[1 + count]))
+            ++count;
+        return count;
     }
 
     // Only the three letters count: what follows them is the next token.
@@ -97,7 +125,7 @@ private:
         return ZR_OK;
     }
 
-    uint32_t ReadDecimal()
+    uint32_t ReadDecimal(uint32_t fractionDigits)
     {
         char buffer[kMaxDecimalLength + 1];
         size_t length = 0;
@@ -112,8 +140,7 @@ private:
         }
         buffer[length] = '\0';
         int64_t value = 0;
-        if (ZRT_CONS_ConvertValStrToDecimal64PowerInteger(buffer, push_->fractionDigits, &value) !=
-            ZR_OK)
+        if (ZRT_CONS_ConvertValStrToDecimal64PowerInteger(buffer, fractionDigits, &value) != ZR_OK)
             return ZR_ERR_INVALID;
         text_ = next;
         StoreNumber(static_cast<uint64_t>(value), true);
@@ -197,9 +224,11 @@ uint32_t ZRT_LOADER_ScanParseRangeExprWithCb(const char *expression, ZrtRangePus
 
 namespace zr {
 
-uint32_t ParseRangeInto(ZrtRealType *type, ZrtConsRange *body, const char *expression)
+uint32_t ParseRangeInto(ZrtRealType *type, ZrtConsRange *body, const char *expression,
+                        bool derivedTakesDecimals)
 {
     ZrtRangePush push = {body, 0, type->baseType, ZRT_TYPE_GetTypeConsDataFractionVal(type), 0};
+    push.takesDecimals = type->baseType == ZRT_TYPE_DERIVED && derivedTakesDecimals ? 1 : 0;
     uint32_t status = ParseInto(&push, ZRT_CONS_GetZrtSegIntegerSize(type->baseType),
                                 ZRT_LOADER_GetRangeSplitFillFunc(type->baseType), expression);
     if (status == ZR_OK)

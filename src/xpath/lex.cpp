@@ -24,9 +24,52 @@ OwnedLex NewLex(const char *expression)
     return lex;
 }
 
+uint32_t Store(ZrXpathLex *lex, const ZrXpathToken &token)
+{
+    if (lex->count == lex->capacity) {
+        // Arrays are grown by 16-bit counts: a list that has outgrown them is full.
+        if (lex->count > UINT16_MAX)
+            return ZR_ERR_INVALID;
+        uint32_t status = zr::ExpandArray(&lex->tokens, lex->count, kTokenGrowth);
+        if (status != ZR_OK)
+            return status;
+        lex->capacity += kTokenGrowth;
+    }
+    lex->tokens[lex->count++] = token;
+    return ZR_OK;
+}
+
+bool IsAxisSeparator(const char *text)
+{
+    return text[0] == ':' && text[1] == ':';
+}
+
+// The token of an axis at the cursor, its name or the "::" behind it; of length 0 when there stands
+// something else. A name that is followed by white space is a token like any other.
+ZrXpathToken AxisTokenAt(const ZrXpathLex *lex, uint32_t cursor)
+{
+    const char *text = lex->expression + cursor;
+    if (IsAxisSeparator(text))
+        return {ZR_XPATH_TOKEN_AT, 2, cursor};
+    uint32_t length = zr::IsLetter(*text) ? ZR_UTL_ConsumeIdentNameBestEffort(text) : 0;
+    bool isAxis = length != 0 && IsAxisSeparator(text + length) &&
+                  ZR_XPATH_IsNextTokenOperator(zr::LastTokenType(lex)) == 0;
+    return {ZR_XPATH_TOKEN_NAME, isAxis ? length : 0, cursor};
+}
+
+uint32_t ReadToken(ZrXpathLex *lex, uint32_t cursor, zr::XpathAxes axes, ZrXpathToken *token)
+{
+    if (axes == zr::XpathAxes::kTaken) {
+        *token = AxisTokenAt(lex, cursor);
+        if (token->length != 0)
+            return Store(lex, *token);
+    }
+    return ZR_XPATH_ParseCurTokenFromExpr(lex, cursor, token);
+}
+
 } // namespace
 
-uint32_t zr::Tokenize(const char *expression, ZrXpathLex **lexOut)
+uint32_t zr::Tokenize(const char *expression, ZrXpathLex **lexOut, XpathAxes axes)
 {
     *lexOut = nullptr;
     if (expression == nullptr)
@@ -43,7 +86,7 @@ uint32_t zr::Tokenize(const char *expression, ZrXpathLex **lexOut)
             continue;
         }
         ZrXpathToken token;
-        uint32_t status = ZR_XPATH_ParseCurTokenFromExpr(lex.get(), cursor, &token);
+        uint32_t status = ReadToken(lex.get(), cursor, axes, &token);
         if (status != ZR_OK)
             return status;
         cursor += token.length;
@@ -135,25 +178,6 @@ uint32_t LastTokenType(const ZrXpathLex *lex)
 }
 
 } // namespace zr
-
-namespace {
-
-uint32_t Store(ZrXpathLex *lex, const ZrXpathToken &token)
-{
-    if (lex->count == lex->capacity) {
-        // Arrays are grown by 16-bit counts: a list that has outgrown them is full.
-        if (lex->count > UINT16_MAX)
-            return ZR_ERR_INVALID;
-        uint32_t status = zr::ExpandArray(&lex->tokens, lex->count, kTokenGrowth);
-        if (status != ZR_OK)
-            return status;
-        lex->capacity += kTokenGrowth;
-    }
-    lex->tokens[lex->count++] = token;
-    return ZR_OK;
-}
-
-} // namespace
 
 uint32_t ZR_XPATH_ParseCurTokenFromExpr(ZrXpathLex *lex, uint32_t cursor, ZrXpathToken *token)
 {

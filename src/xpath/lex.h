@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "foundation/context_record.h"
+
 // The order matters: the operators stand together, from the path operators to "or".
 enum ZrXpathTokenType : uint32_t {
     ZR_XPATH_TOKEN_LPAREN = 0,
@@ -82,8 +84,19 @@ ZR_API uint32_t ZR_XPATH_GetTokenExprType(uint32_t type);
 
 namespace zr {
 
+// Whether axes ("ancestor::x") are part of what is tokenized. An axis is then two tokens: its name,
+// a ZR_XPATH_TOKEN_NAME, and "::", of the type of the axis that "@" abbreviates.
+enum class XpathAxes { kRefused, kTaken };
+
+// What a context takes in the conditions that it keeps.
+inline XpathAxes AxesOf(const ZrCtx *ctx)
+{
+    return IsStandard(ctx) ? XpathAxes::kTaken : XpathAxes::kRefused;
+}
+
 // ZR_XPATH_ExprTokenize() with the reason of a failure: ZR_ERR_NO_MEMORY, else ZR_ERR_INVALID.
-uint32_t Tokenize(const char *expression, ZrXpathLex **lexOut);
+uint32_t Tokenize(const char *expression, ZrXpathLex **lexOut,
+                  XpathAxes axes = XpathAxes::kRefused);
 
 } // namespace zr
 

@@ -102,6 +102,69 @@ TEST_F(Corpus, AllModulesLoadTogether)
                             "Failed to parse value \"union\" of statement \"type\"."));
 }
 
+namespace {
+
+// Finds what the paths of a "unique" lead to, from the list down.
+uint32_t ExpectLeafs(const char *argument, void *list)
+{
+    std::istringstream paths(argument);
+    for (std::string path; paths >> path;) {
+        const auto *node = static_cast<const ZrNode *>(list);
+        std::istringstream steps(path);
+        for (std::string step; node != nullptr && std::getline(steps, step, '/');) {
+            size_t colon = step.find(':');
+            node = ZR_NODE_FindDataChild(node, step.substr(0, colon).c_str(),
+                                         step.substr(colon + 1).c_str());
+        }
+        EXPECT_EQ(ZR_NODE_GetNodeType(node), uint32_t{ZR_NODE_LEAF}) << argument;
+    }
+    return 0;
+}
+
+struct EntryCounts {
+    uint32_t limits = 0;
+    uint32_t keys = 0;
+};
+
+uint32_t CountKey(ZrNode *, uint32_t, void *count)
+{
+    ++*static_cast<uint32_t *>(count);
+    return 0;
+}
+
+uint32_t CountEntryRules(ZrNode *node, uint32_t arrival, void *userData)
+{
+    if (arrival == ZR_ARRIVAL_PARENT)
+        return 0;
+    auto *counts = static_cast<EntryCounts *>(userData);
+    counts->limits += ZR_NODE_GetMinElements(node) != 0 || ZR_NODE_GetMaxElements(node) != 0;
+    ZR_NODE_ScanAllUniques(node, ExpectLeafs, node);
+    uint32_t keys = 0;
+    ZR_NODE_ScanAllKeysInOrder(node, CountKey, &keys);
+    EXPECT_EQ(keys, ZR_NODE_GetNodeKeyNum(node));
+    counts->keys += keys;
+    return 0;
+}
+
+} // namespace
+
+TEST_F(Corpus, EveryModuleLoadsByTheStandard)
+{
+    TestContext ctx(ZR_CTX_STANDARD);
+    ZR_CTX_SetSearchDir(ctx, dir.c_str());
+    for (const std::string &name : names)
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx, name.c_str()), ZR_OK) << name;
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+    EntryCounts counts;
+    auto scan = [](ZrNode *top, uint32_t, void *out) {
+        return ZR_NODE_TreeScanAllNode(top, CountEntryRules, out);
+    };
+    for (const std::string &name : names)
+        ZR_MOD_IterScanTopmostNode(ctx.Module(name.c_str()), scan, &counts);
+    EXPECT_GT(counts.limits, 10);
+    EXPECT_GT(counts.keys, 400);
+}
+
 TEST_F(Corpus, TreesAreAsTheModulesSay)
 {
     std::vector<std::string> compared;

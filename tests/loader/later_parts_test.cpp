@@ -15,7 +15,7 @@ constexpr const char *kConfigFalse = "<config value=\"false\"/>";
 // The module "m" in parts, one directory a part, and other modules, in the first directory.
 class LaterParts : public testing::Test {
 protected:
-    LaterParts()
+    explicit LaterParts(uint32_t flags = kKeepAll) : ctx(flags)
     {
         for (const TempDir &dir : dirs_)
             EXPECT_EQ(ZR_CTX_SetSearchDir(ctx, dir.path().c_str()), ZR_OK);
@@ -35,7 +35,7 @@ protected:
     // The schema that all parts give when "m" is loaded before the others.
     std::string AtOnce()
     {
-        TestContext fresh(kKeepAll);
+        TestContext fresh(ctx.get()->flags);
         for (const TempDir &dir : dirs_)
             EXPECT_EQ(ZR_CTX_SetSearchDir(fresh, dir.path().c_str()), ZR_OK);
         EXPECT_EQ(ZR_CTX_LoadModule(fresh, "m"), ZR_OK);
@@ -49,7 +49,7 @@ protected:
     }
     std::string FirstFile() const { return dirs_[0].path() + "/m@@0.yin"; }
 
-    TestContext ctx{kKeepAll};
+    TestContext ctx;
 
 private:
     TempDir dirs_[3];
@@ -138,6 +138,29 @@ TEST_F(LaterParts, MeetTheNodesAsTheyWereBeforeDeviations)
     EXPECT_EQ(ctx.Node("/m:c/a")->mustCount, 1);
     EXPECT_EQ(ZR_NODE_IsRwConfig(ctx.Node("/m:c/late")), 0u) << "as the deviation says";
     EXPECT_STREQ(ZR_NODE_GetDefaultValueStr(ctx.Node("/m:c/late")), "2");
+    EXPECT_EQ(DumpContext(ctx), AtOnce());
+}
+
+class LaterPartsByTheStandard : public LaterParts {
+protected:
+    LaterPartsByTheStandard() : LaterParts(kKeepAll | ZR_CTX_STANDARD) {}
+};
+
+TEST_F(LaterPartsByTheStandard, MeetTheRulesOnEntriesAsTheyWereBeforeDeviations)
+{
+    const std::string list =
+        List("l", "b a", "<min-elements value=\"1\"/><unique tag=\"a\"/>" + Leaf("a") + Leaf("b"));
+    const std::string plain = LeafList("p");
+    Part(Container("c", list + plain));
+    Other("d", Import("m") + Deviation("/m:c/m:l", "replace", "<min-elements value=\"2\"/>") +
+                   Deviation("/m:c/m:l", "delete", "<unique tag=\"m:a\"/>") +
+                   Deviation("/m:c/m:p", "add", "<max-elements value=\"3\"/>") +
+                   Deviation("/m:c/m:late", "add", "<max-elements value=\"4\"/>"));
+    Part(Container("c", list + plain + LeafList("late")));
+    EXPECT_THAT(ctx.Messages(), IsEmpty());
+    EXPECT_EQ(ZR_NODE_GetMinElements(ctx.Node("/m:c/l")), 2u);
+    EXPECT_EQ(ZR_NODE_GetMaxElements(ctx.Node("/m:c/p")), 3u);
+    EXPECT_EQ(ZR_NODE_GetMaxElements(ctx.Node("/m:c/late")), 4u);
     EXPECT_EQ(DumpContext(ctx), AtOnce());
 }
 

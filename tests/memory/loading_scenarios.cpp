@@ -67,6 +67,59 @@ void EveryStatement(World &world)
     world.Node("/m:c/h/one/o");
 }
 
+const char *const kEntries = R"yin(
+<list name="l"><key value="b a"/><min-elements value="1"/><max-elements value="9"/>
+  <unique tag="c"/><unique tag="a c"/><leaf name="a"><type name="string"/></leaf>
+  <leaf name="b"><type name="string"/></leaf><leaf name="c"><type name="string"/></leaf></list>
+<leaf-list name="ll"><type name="string"/><max-elements value="3"/></leaf-list>)yin";
+
+const char *const kEntryDeviations = R"yin(
+<import module="m"><prefix value="m"/></import>
+<deviation target-node="/m:l"><deviate value="add"><unique tag="m:b m:c"/></deviate>
+  <deviate value="delete"><unique tag="m:c"/></deviate>
+  <deviate value="replace"><max-elements value="4"/></deviate></deviation>
+<deviation target-node="/m:ll"><deviate value="add"><min-elements value="2"/></deviate>
+</deviation>)yin";
+
+void NoteEntries(World &world, const char *path)
+{
+    const ZrNode *node = world.Node(path);
+    if (node == nullptr)
+        return;
+    world.Note(std::to_string(ZR_NODE_GetMinElements(node)) + ".." +
+               std::to_string(ZR_NODE_GetMaxElements(node)));
+    auto note = [](const char *text, void *to) -> uint32_t {
+        static_cast<World *>(to)->Note(text);
+        return 0;
+    };
+    world.Status("uniques", ZR_NODE_ScanAllUniques(node, note, &world), {ZR_OK});
+}
+
+void WriteEntries(const TempDir &folder)
+{
+    folder.Write("m@@1.yin", ModuleText("m", kEntries));
+    folder.Write("m@@2.yin", ModuleText("m", std::string(kEntries) + "<container name='c'/>"));
+    folder.Write("d@@1.yin", ModuleText("d", kEntryDeviations));
+    folder.Write("d@@2.yin", ModuleText("d", kEntryDeviations));
+}
+
+// Modules in parts, so that deviates are copied; the second part's deviations meet changed targets.
+void Entries(World &world)
+{
+    world.SetDir();
+    world.Load("m");
+    world.Load("d");
+    NoteEntries(world, "/m:l");
+    NoteEntries(world, "/m:ll");
+    world.Unload("d");
+    NoteEntries(world, "/m:l");
+    world.LoadBody("s",
+                   "<container name='c'><must condition='ancestor::s:c = child::*'/></container>"
+                   "<typedef name='t'><type name='decimal64'><fraction-digits value='2'/></type>"
+                   "</typedef><leaf name='v'><type name='t'><range value='1.5..2'/></type></leaf>");
+    world.Value("/s:v", "1.75");
+}
+
 void WriteImports(const TempDir &folder)
 {
     folder.Write("a.yin", ModuleText("a", "<import module='b'><prefix value='b'/></import>"
@@ -196,6 +249,9 @@ const std::vector<Scenario> &LoadingScenarios()
     static const std::vector<Scenario> scenarios = {
         {"Directories", 0, WriteDirectories, Directories},
         {"EveryStatement", ZR_CTX_KEEP_DESCRIPTIONS | ZR_CTX_KEEP_UNITS, nullptr, EveryStatement},
+        {"Entries", ZR_CTX_STANDARD, WriteEntries, Entries},
+        {"EveryStatementByTheStandard", ZR_CTX_STANDARD | ZR_CTX_KEEP_DESCRIPTIONS, nullptr,
+         EveryStatement},
         {"Imports", ZR_CTX_LOAD_IMPORTS | ZR_CTX_IGNORE_IMPORT_ERRORS, WriteImports, Imports},
         {"ImportsThatFail", ZR_CTX_LOAD_IMPORTS, WriteImports, Imports},
         {"Submodules", 0, WriteSubmodules, Submodules},

@@ -9,6 +9,8 @@
 #include "model/node_record.h"
 #include "schema/augment/augment.h"
 #include "schema/deviation/deviation.h"
+#include "schema/members/entry_rules.h"
+#include "schema/nodes/node.h"
 
 namespace zrtest {
 
@@ -180,6 +182,20 @@ std::string DumpChain(const char *title, const ZrNode *head)
     return text;
 }
 
+// Nothing in a context that keeps nothing of it.
+std::string DumpEntryRules(const ZrNode *node)
+{
+    const ZrsEntryRules *rules = zr::EntryRulesOf(zr::ContextOf(node), node);
+    if (rules == nullptr)
+        return "";
+    std::string text = " entries " + std::to_string(rules->given) + " " +
+                       std::to_string(rules->minElements) + ".." +
+                       std::to_string(rules->maxElements) + " key " + Text(rules->key);
+    for (int i = 0; i < rules->uniqueCount; ++i)
+        text += " unique " + Text(rules->uniques[i]);
+    return text;
+}
+
 } // namespace
 
 std::string DumpType(const ZrtRealType *type)
@@ -204,7 +220,7 @@ std::string DumpNode(const ZrNode *node, int indent)
             std::to_string(node->keyCount) + " when " + Text(node->when) + " description " +
             Text(node->description) + DumpIfFeatures(node->ifFeatures, node->ifFeatureCount) +
             DumpMusts(node) + DumpExtInsts(node->extInsts, node->extInstCount) + DumpInfo(node) +
-            "\n";
+            DumpEntryRules(node) + "\n";
     // The nodes of a coupled augment are shown where they stand.
     if ((node->flags & ZRS_FLAG_COUPLED) == 0)
         text += DumpChildren(node, indent + 2);

@@ -249,3 +249,34 @@ TEST(Check, ShowsCloseNamesOfAModuleThatIsNotThere)
     run = RunTool("check " + kExampleModules + " vendor");
     EXPECT_EQ(run.err, "zrschema: cannot load module vendor; did you mean example-vendor?\n");
 }
+
+namespace {
+
+const char *const kWideEnum = "<leaf name='e'><type name='enumeration'><enum name='a'>"
+                              "<value value='2147483647'/></enum></type></leaf>";
+
+} // namespace
+
+TEST(Check, NamesTheOptionThatAModuleWouldLoadWith)
+{
+    Folder folder;
+    folder.AddModule("wide.yin", "wide", kWideEnum);
+    folder.AddModule("bad.yin", "bad", "<leaf name='l'/>");
+    ToolRun run = RunTool("check -p " + folder.path() + " wide bad");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "zrschema: cannot load module wide; it loads with --standard\n"
+                       "zrschema: cannot load module bad\n");
+}
+
+TEST(Check, LoadsByTheStandardOnRequest)
+{
+    Folder folder;
+    folder.AddModule("wide.yin", "wide", kWideEnum);
+    folder.AddModule("bad.yin", "bad", "<leaf name='l'/>");
+    ToolRun run = RunTool("check --standard -p " + folder.path() + " wide");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.out, "wide: loaded\n1 modules: 1 loaded, 0 failed, 0 errors, 0 warnings\n");
+    run = RunTool("check --standard -p " + folder.path() + " bad");
+    EXPECT_EQ(run.err, "zrschema: cannot load module bad\n");
+}

@@ -85,3 +85,16 @@ TEST(Tree, WarnsOfAnImportThatIsNotThere)
     EXPECT_EQ(run.err, "zrschema: m: warning: imports gone, which the search directories do not "
                        "have\n");
 }
+
+TEST(Tree, LoadsByTheStandardOnRequest)
+{
+    Folder folder;
+    folder.AddModule("wide.yin", "wide",
+                     "<leaf name='f'><type name='bits'><bit name='a'>"
+                     "<position value='4294967295'/></bit></type></leaf>");
+    EXPECT_EQ(RunTool("tree -p " + folder.path() + " wide").status, 1);
+    ToolRun run = RunTool("tree --standard -p " + folder.path() + " wide");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.out, "module: wide\n+--rw f?   bits\n");
+}

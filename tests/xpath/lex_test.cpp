@@ -39,6 +39,45 @@ bool IsRefused(const std::string &expression)
     return lex == nullptr;
 }
 
+// The tokens of an expression that may have axes; one of type 99 when it is refused.
+Tokens TokensWithAxes(const std::string &expression)
+{
+    ZrXpathLex *lex = nullptr;
+    if (zr::Tokenize(expression.c_str(), &lex, zr::XpathAxes::kTaken) != ZR_OK)
+        return {{99, ""}};
+    Tokens tokens;
+    for (uint32_t i = 0; i < lex->count; ++i)
+        tokens.emplace_back(lex->tokens[i].type,
+                            expression.substr(lex->tokens[i].start, lex->tokens[i].length));
+    ZR_XPATH_FreeXpathLex(lex);
+    return tokens;
+}
+
+TEST(TokenizeWithAxes, MakesTwoTokensOfAnAxis)
+{
+    const Tokens axis = {{ZR_XPATH_TOKEN_NAME, "ancestor"}, {ZR_XPATH_TOKEN_AT, "::"}};
+    auto with = [axis](Tokens rest) {
+        rest.insert(rest.begin(), axis.begin(), axis.end());
+        return rest;
+    };
+    EXPECT_EQ(TokensWithAxes("ancestor::p:x"), with({{ZR_XPATH_TOKEN_NAME, "p:x"}}));
+    EXPECT_EQ(TokensWithAxes("ancestor :: x"), with({{ZR_XPATH_TOKEN_NAME, "x"}}));
+    EXPECT_EQ(TokensWithAxes("ancestor::*"), with({{ZR_XPATH_TOKEN_NAME, "*"}}));
+    EXPECT_EQ(TokensWithAxes("ancestor::node()"), with({{ZR_XPATH_TOKEN_FUNCNAME, "node"},
+                                                        {ZR_XPATH_TOKEN_LPAREN, "("},
+                                                        {ZR_XPATH_TOKEN_RPAREN, ")"}}));
+}
+
+TEST(TokenizeWithAxes, LeavesEverythingElseAsItIs)
+{
+    for (const char *expression :
+         {"p:a/../b[c = 'x::y']", "a and b", "a * 2 div 3", "p:*", "@a", "not(a) or .", "", " "})
+        EXPECT_EQ(TokensWithAxes(expression), TokensOf(expression)) << expression;
+    for (const char *expression : {"a b::c", "a:::b", "'x", "a #"})
+        EXPECT_EQ(TokensWithAxes(expression), (Tokens{{99, ""}})) << expression;
+    EXPECT_TRUE(IsRefused("ancestor::x")) << "without axes";
+}
+
 TEST(ExprTokenize, RefusesNull)
 {
     EXPECT_EQ(ZR_XPATH_ExprTokenize(nullptr), nullptr);

@@ -15,6 +15,7 @@ struct CheckOptions {
     std::vector<std::string> modules;
     bool all = false;
     bool imports = false;
+    bool standard = false;
 };
 
 struct ModuleReport {
@@ -141,6 +142,8 @@ int RunCheck(Run &run, const CheckOptions &options)
     if (options.all != options.modules.empty())
         throw UsageError{"check takes either MODULE... or --all"};
     uint32_t flags = options.imports ? ZR_CTX_LOAD_IMPORTS | ZR_CTX_IGNORE_IMPORT_ERRORS : 0;
+    if (options.standard)
+        flags |= ZR_CTX_STANDARD;
     Session session(run, flags, options.directories);
     std::vector<std::string> names = ModulesToCheck(session, options);
     LoadAll(session, names);
@@ -148,7 +151,9 @@ int RunCheck(Run &run, const CheckOptions &options)
     Totals totals = Count(run, reports);
     for (const ModuleReport &report : reports)
         if (report.module == nullptr)
-            session.ExplainNotLoaded(report.name);
+            session.ExplainNotLoaded(report.name, session.LoadsWithStandard(report.name)
+                                                      ? "; it loads with --standard"
+                                                      : "");
     (run.json() ? PrintJson : PrintText)(run, reports, totals);
     return !names.empty() && totals.failed == 0 && totals.errors == 0 ? kExitOk : kExitFailed;
 }
@@ -168,6 +173,7 @@ void AddCheckCommand(CLI::App &app, Run &run, int &status)
                        "YIN is to be\nprepared (see docs/yin.md). They are no failure.");
     AddDirectoryOption(*command, options->directories);
     command->add_flag("--imports", options->imports, "also load what the modules import");
+    AddStandardOption(*command, options->standard);
     AddJsonOption(*command);
     command->add_flag("--all", options->all,
                       "check every module of the directories, imported modules first");

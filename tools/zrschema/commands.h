@@ -23,11 +23,12 @@ Json EmptyNodeDocument();
 Json EmptyValueDocument();
 Json EmptyValidateDocument();
 
-// Adds -p; the options for features; -m; --json; what --help says at its end.
+// Adds -p; the options for features; -m; --json; --standard; what --help says at its end.
 void AddDirectoryOption(CLI::App &command, std::vector<std::string> &directories);
 void AddFeatureOptions(CLI::App &command, ModuleOptions &options);
 void AddModuleOption(CLI::App &command, ModuleOptions &options);
 void AddJsonOption(CLI::App &command);
+void AddStandardOption(CLI::App &command, bool &standard);
 void AddNotes(CLI::App &command, const std::string &notes);
 
 } // namespace tool

@@ -43,6 +43,12 @@ void AddJsonOption(CLI::App &command)
     command.add_flag("--json")->description("print one JSON document, also when something fails");
 }
 
+void AddStandardOption(CLI::App &command, bool &standard)
+{
+    command.add_flag("--standard", standard,
+                     "take what RFC 7950 allows where the library's own limits are narrower");
+}
+
 void AddNotes(CLI::App &command, const std::string &notes)
 {
     command.footer(notes + "\nMODULE is a module's name, NAME@REVISION, or a file.");

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <new>
 #include <stdexcept>
 
@@ -45,22 +46,26 @@ std::vector<std::string> AbsolutePaths(const std::vector<std::string> &directori
     return paths;
 }
 
+using Context = std::unique_ptr<ZrCtx, decltype(&ZR_CTX_Delete)>;
+
+Context MakeContext(uint32_t flags, const std::vector<std::string> &directories)
+{
+    Context ctx(ZR_CTX_Create(flags), ZR_CTX_Delete);
+    if (!ctx || ZR_CTX_SetPatternMatcher(ctx.get(), ZR_PATTERNS_GetMatcher()) != ZR_OK)
+        throw std::bad_alloc();
+    for (const std::string &path : directories)
+        if (ZR_CTX_SetSearchDir(ctx.get(), path.c_str()) != ZR_OK)
+            throw std::bad_alloc();
+    return ctx;
+}
+
 } // namespace
 
 Session::Session(Run &run, uint32_t flags, const std::vector<std::string> &directories)
     : run_(run), ctx_(nullptr), flags_(flags), directories_(AbsolutePaths(directories)),
       sources_(run), files_(run_, directories_, sources_)
 {
-    ctx_ = ZR_CTX_Create(flags);
-    if (ctx_ == nullptr)
-        throw std::bad_alloc();
-    uint32_t status = ZR_CTX_SetPatternMatcher(ctx_, ZR_PATTERNS_GetMatcher());
-    for (size_t i = 0; i < directories_.size() && status == ZR_OK; ++i)
-        status = ZR_CTX_SetSearchDir(ctx_, directories_[i].c_str());
-    if (status != ZR_OK) {
-        ZR_CTX_Delete(ctx_);
-        throw std::bad_alloc();
-    }
+    ctx_ = MakeContext(flags, directories_).release();
 }
 
 Session::~Session()
@@ -85,18 +90,22 @@ std::vector<std::string> Session::Choose(const std::vector<std::string> &given)
     return names;
 }
 
+void Session::LoadInto(ZrCtx *ctx, const std::string &name)
+{
+    std::string path = files_.ChosenPath(name), text;
+    if (path.empty())
+        ZR_CTX_LoadModule(ctx, name.c_str());
+    else if (files_.ReadText(path, text).empty())
+        ZR_CTX_LoadMemory(ctx, text.c_str());
+}
+
 void Session::Load(const std::string &name)
 {
     if (refused_.count(name) != 0)
         return;
-    std::string path = files_.ChosenPath(name), text;
-    if (path.empty()) {
-        ZR_CTX_LoadModule(ctx_, name.c_str());
-        return;
-    }
-    if (files_.ReadText(path, text).empty())
-        ZR_CTX_LoadMemory(ctx_, text.c_str());
-    if ((flags_ & ZR_CTX_LOAD_IMPORTS) != 0) // which loading from memory leaves to its caller
+    LoadInto(ctx_, name);
+    // Loading from memory leaves imports to its caller.
+    if ((flags_ & ZR_CTX_LOAD_IMPORTS) != 0 && !files_.ChosenPath(name).empty())
         for (const std::string &import : files_.ImportsOf(name))
             LoadImport(import);
 }
@@ -112,7 +121,16 @@ void Session::LoadImport(const std::string &name)
         Load(name);
 }
 
-void Session::ExplainNotLoaded(const std::string &name)
+bool Session::LoadsWithStandard(const std::string &name)
+{
+    if ((flags_ & ZR_CTX_STANDARD) != 0 || refused_.count(name) != 0 || !files_.Has(name))
+        return false;
+    Context ctx = MakeContext(ZR_CTX_STANDARD, directories_);
+    LoadInto(ctx.get(), name);
+    return ZR_CTX_GetModuleByModName(ctx.get(), name.c_str()) != nullptr;
+}
+
+void Session::ExplainNotLoaded(const std::string &name, const std::string &advice)
 {
     std::string message = "cannot load module " + name;
     auto refused = refused_.find(name);
@@ -123,7 +141,7 @@ void Session::ExplainNotLoaded(const std::string &name)
     for (const Problem &problem : files_.leftOut())
         if (fs::path(problem.file).stem() == name)
             message += ": " + problem.file + " is " + problem.message;
-    run_.Complain(message);
+    run_.Complain(message + advice);
 }
 
 std::vector<Problem> Session::Errors() const

@@ -40,8 +40,10 @@ public:
     void Load(const std::string &name);
     // The same for a module that another one imports.
     void LoadImport(const std::string &name);
-    // Says that a module is not loaded, and why.
-    void ExplainNotLoaded(const std::string &name);
+    // Whether a module that this context does not take is taken by one with ZR_CTX_STANDARD.
+    bool LoadsWithStandard(const std::string &name);
+    // Says that a module is not loaded, and why; `advice` stands at the end.
+    void ExplainNotLoaded(const std::string &name, const std::string &advice = "");
     // The recorded load errors and warnings.
     std::vector<Problem> Errors() const;
 
@@ -50,6 +52,7 @@ public:
     bool SetUp(const ModuleOptions &options, std::vector<std::string> &namesOut);
 
 private:
+    void LoadInto(ZrCtx *ctx, const std::string &name);
     bool ReportFailures(const std::vector<std::string> &modules);
     void ReportMissingImports(const std::vector<std::string> &modules);
     bool EnableFeature(const std::string &feature);

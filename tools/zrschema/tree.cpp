@@ -11,6 +11,10 @@ uint32_t Append(const char *text, uint32_t length, void *out)
     return 0;
 }
 
+struct TreeOptions : ModuleOptions {
+    bool standard = false;
+};
+
 void PrintText(Run &run, const Json &trees)
 {
     bool first = true;
@@ -22,9 +26,9 @@ void PrintText(Run &run, const Json &trees)
     }
 }
 
-int RunTree(Run &run, const ModuleOptions &options)
+int RunTree(Run &run, const TreeOptions &options)
 {
-    Session session(run, 0, options.directories);
+    Session session(run, options.standard ? ZR_CTX_STANDARD : 0, options.directories);
     std::vector<std::string> names;
     bool good = session.SetUp(options, names);
     Json trees = Json::array();
@@ -53,11 +57,12 @@ Json EmptyTreeDocument()
 
 void AddTreeCommand(CLI::App &app, Run &run, int &status)
 {
-    auto options = std::make_shared<ModuleOptions>();
+    auto options = std::make_shared<TreeOptions>();
     CLI::App *command = app.add_subcommand("tree", "print modules as text trees (RFC 8340)");
     AddNotes(*command, "Features start off; nodes that depend on one that is off are not printed.");
     AddDirectoryOption(*command, options->directories);
     AddFeatureOptions(*command, *options);
+    AddStandardOption(*command, options->standard);
     AddJsonOption(*command);
     command->add_option("modules", options->modules, "the modules to print")
         ->required()

@@ -4,11 +4,13 @@
 #include "loader/nodes/node_rows.h"
 #include "loader/statements/arguments.h"
 #include "loader/statements/engine.h"
+#include "loader/statements/entry_statements.h"
 #include "loader/statements/statements.h"
 #include "model/node_record.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
 #include "schema/augment/augment.h"
+#include "schema/members/entry_rules.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
 #include "xpath/path_forms.h"
@@ -55,6 +57,16 @@ uint32_t MarkKeys(ZrMod *module, ZrNode *list, const char *keyText)
     return status;
 }
 
+// What other contexts do not keep of a list's keys is their order.
+uint32_t KeepKeyOrder(ZrMod *module, const ZrNode *list, const char *keyText)
+{
+    if (!zr::IsStandard(module->ctx))
+        return ZR_OK;
+    ZrsEntryRules *rules = zr::NeedEntryRules(module->ctx, list);
+    return rules != nullptr ? zr::KeepText(module, keyText, &rules->key)
+                            : uint32_t{ZR_ERR_NO_MEMORY};
+}
+
 uint32_t ParseChildren(ZrMod *module, xmlNode *element, ZrNode *node)
 {
     zr::NodeWork work = {};
@@ -67,6 +79,10 @@ uint32_t ParseChildren(ZrMod *module, xmlNode *element, ZrNode *node)
         ZRS_LOADER_ParseSubStatements(module, element, StatementOf(node), rows, rowCount);
     if (status == ZR_OK && work.keyText != nullptr)
         status = MarkKeys(module, node, work.keyText);
+    if (status == ZR_OK && work.keyText != nullptr)
+        status = KeepKeyOrder(module, node, work.keyText);
+    if (status == ZR_OK && zr::HasEntries(node->kind))
+        status = zr::ReadEntryStatements(module, element, StatementOf(node), node);
     if (status != ZR_OK)
         zr::RecordBadDefinition(module, StatementOf(node), node->name);
     return status;

@@ -5,10 +5,12 @@
 #include "foundation/context_record.h"
 #include "loader/statements/arguments.h"
 #include "loader/statements/engine.h"
+#include "loader/statements/entry_statements.h"
 #include "loader/statements/statements.h"
 #include "model/node_record.h"
 #include "platform/memory.h"
 #include "platform/xml.h"
+#include "schema/members/entry_rules.h"
 #include "schema/members/members.h"
 #include "types/real_type.h"
 #include "xpath/path_forms.h"
@@ -103,6 +105,10 @@ uint32_t ZRS_LOADER_ParseDeviate(ZrMod *module, xmlNode *element, uint32_t /*par
     if (row->parse == nullptr)
         return ZR_OK;
     uint32_t status = row->parse(module, element, ZRS_STMT_DEVIATE, deviate);
+    if (status == ZR_OK)
+        status = zr::ReadEntryStatements(module, element, ZRS_STMT_DEVIATE, deviate, deviate->kind);
+    if (zr::EntryRulesOf(module->ctx, deviate) != nullptr)
+        deviate->flags |= ZRS_DEVIATE_ENTRY_RULES;
     if (status != ZR_OK) {
         ZRS_MOD_ClearDeviate(module->ctx, deviate);
         zr::RecordBadValue(module, argument, ZRS_STMT_DEVIATE);

@@ -126,8 +126,8 @@ char *ZRS_LOADER_TransPrefix2ModNameInLiteral(const ZrMod *module, const char *c
     zr::Owned<char> text(zr::New<char>(zr::kMaxConditionLength + 1));
     if (!text)
         return nullptr;
-    zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex> lex(ZR_XPATH_ExprTokenize(condition));
-    if (!lex)
+    zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex> lex;
+    if (zr::Tokenize(condition, zr::Out(lex), zr::AxesOf(module->ctx)) != ZR_OK)
         return nullptr;
     zr::ConditionText out = {text.get(), 0};
     uint32_t status = AppendTokens(module, &out, lex.get(), condition);

@@ -91,13 +91,14 @@ uint32_t ZRT_LOADER_FillConsDataAndAllLengthSeg(ZrMod * /*module*/, ZrtRealType 
     return zr::ParseLengthInto(type, static_cast<ZrtConsRange *>(body), expression);
 }
 
-uint32_t ZRT_LOADER_FillConsDataAndAllRangeSeg(ZrMod * /*module*/, ZrtRealType *type, void *body,
+uint32_t ZRT_LOADER_FillConsDataAndAllRangeSeg(ZrMod *module, ZrtRealType *type, void *body,
                                                xmlNode *element, uint32_t /*count*/)
 {
     const char *expression = zr::MarkedChildArgument(element, ZRT_CONS_RANGE);
     if (expression == nullptr)
         return ZR_ERR_INVALID;
-    return zr::ParseRangeInto(type, static_cast<ZrtConsRange *>(body), expression);
+    return zr::ParseRangeInto(type, static_cast<ZrtConsRange *>(body), expression,
+                              zr::IsStandard(module->ctx));
 }
 
 uint32_t ZRT_LOADER_FillOneConsSegPattern(ZrMod *module, xmlNode *element, void *item,
@@ -197,10 +198,17 @@ uint32_t ZRT_LOADER_FillConsDataAndAllUnionSeg(ZrMod *module, ZrtRealType * /*ty
 namespace {
 
 // Neither end of the 32-bit range of an enum and not the last position of a bit can be given
-// (docs/oddities.md).
-constexpr int64_t kMinEnumValue = int64_t{INT32_MIN} + 1;
-constexpr int64_t kMaxEnumValue = int64_t{INT32_MAX} - 1;
-constexpr uint64_t kMaxBitPosition = uint64_t{UINT32_MAX} - 1;
+// (docs/oddities.md), but in a context with ZR_CTX_STANDARD.
+bool TakesEnumValue(const ZrMod *module, int64_t value)
+{
+    bool isEnd = value == INT32_MIN || value == INT32_MAX;
+    return value >= INT32_MIN && value <= INT32_MAX && (!isEnd || zr::IsStandard(module->ctx));
+}
+
+bool TakesBitPosition(const ZrMod *module, uint64_t position)
+{
+    return position < UINT32_MAX || (position == UINT32_MAX && zr::IsStandard(module->ctx));
+}
 
 bool EndsAfterBlanks(const char *text)
 {
@@ -242,7 +250,7 @@ uint32_t ZRT_LOADER_FillOneConsSegEnum(ZrMod *module, xmlNode *element, void *it
         int64_t value = 0;
         const char *end = nullptr;
         if (ZR_UTL_ReadInputStrAsSignedInteger(text, &end, 0, &value) != ZR_OK ||
-            !EndsAfterBlanks(end) || value < kMinEnumValue || value > kMaxEnumValue)
+            !EndsAfterBlanks(end) || !TakesEnumValue(module, value))
             return ZR_ERR_INVALID;
         entry->value = static_cast<int32_t>(value);
         *isExplicit = 1;
@@ -259,7 +267,7 @@ uint32_t ZRT_LOADER_FillOneConsSegBit(ZrMod *module, xmlNode *element, void *ite
         uint64_t position = 0;
         const char *end = nullptr;
         if (ZR_UTL_ReadInputStrAsUnsignedInteger(text, &end, 0, &position) != ZR_OK ||
-            !EndsAfterBlanks(end) || position > kMaxBitPosition)
+            !EndsAfterBlanks(end) || !TakesBitPosition(module, position))
             return ZR_ERR_INVALID;
         entry->position = static_cast<uint32_t>(position);
         *isExplicit = 1;

@@ -6,6 +6,7 @@
 #include "platform/strings.h"
 #include "schema/augment/augment.h"
 #include "schema/members/condition_records.h"
+#include "schema/nodes/node.h"
 #include "xpath/lex.h"
 
 namespace {
@@ -100,10 +101,10 @@ uint32_t ReplaceWhen(ZrDict *dict, ZrNode *child, const char *condition)
 
 // The condition one level further down, as a new text: ZR_OK, ZR_ERR_INVALID when it cannot be
 // read, or ZR_ERR_NO_MEMORY.
-uint32_t RewriteForChild(const char *condition, char **textOut)
+uint32_t RewriteForChild(const char *condition, zr::XpathAxes axes, char **textOut)
 {
     zr::Owned<ZrXpathLex, ZR_XPATH_FreeXpathLex> lex;
-    uint32_t status = zr::Tokenize(condition, zr::Out(lex));
+    uint32_t status = zr::Tokenize(condition, zr::Out(lex), axes);
     if (status != ZR_OK)
         return status;
     // A token of one character gets at most three more, so that the result always fits.
@@ -127,7 +128,7 @@ bool Inherits(const ZrNode *child)
 char *ZRS_NODE_GetParentCond(const char *condition)
 {
     char *text = nullptr;
-    RewriteForChild(condition, &text);
+    RewriteForChild(condition, zr::XpathAxes::kRefused, &text);
     return text;
 }
 
@@ -190,8 +191,10 @@ uint32_t ZRS_NODE_InheritAugNodeEvalToAllChildNode(ZrDict *dict, ZrNode *augment
     // A condition that cannot be rewritten is not passed down (docs/oddities.md). One that only
     // found no memory must not get lost: nodes would be there that should not.
     zr::Owned<char> condition;
-    uint32_t status = augment->when != nullptr ? RewriteForChild(augment->when, zr::Out(condition))
-                                               : uint32_t{ZR_OK};
+    uint32_t status = ZR_OK;
+    if (augment->when != nullptr)
+        status =
+            RewriteForChild(augment->when, zr::AxesOf(zr::ContextOf(augment)), zr::Out(condition));
     if (status == ZR_ERR_NO_MEMORY)
         return status;
     status = ZR_OK;

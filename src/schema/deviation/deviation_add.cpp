@@ -2,19 +2,47 @@
 #include "foundation/array.h"
 #include "schema/deviation/deviation_steps.h"
 #include "schema/members/condition_records.h"
+#include "schema/members/entry_rules.h"
 #include "schema/members/ext_inst.h"
 #include "schema/nodes/node.h"
 
 namespace {
 
+// Nothing that the target has already is added: either all is new, or nothing changes.
+uint32_t AddToEntryRules(ZrMod *module, const ZrNode *target, const zr::EntryRulesChange &change)
+{
+    const ZrsEntryRules *wanted = change.wanted;
+    if ((wanted->given & change.rules->given) != 0)
+        return zr::RefuseDeviate(
+            module, target,
+            "Failed to add min-elements or max-elements to node \"%s\", because "
+            "it already has that statement.");
+    for (uint32_t i = 0; i < wanted->uniqueCount; ++i) {
+        if (zr::FindUnique(change.rules, wanted->uniques[i]) != change.rules->uniqueCount)
+            return zr::RefuseDeviate(
+                module, target, "Failed to add unique to node \"%s\", because it already exists.");
+    }
+    uint32_t status =
+        zr::AppendUniques(change.dict, change.rules, wanted->uniques, wanted->uniqueCount);
+    if (status == ZR_OK)
+        zr::TakeElementNumbers(wanted, change.rules);
+    return status;
+}
+
+uint32_t AddEntryRules(ZrMod *module, ZrsDeviate *deviate, ZrNode *target)
+{
+    return zr::ChangeEntryRules(module, deviate, target, AddToEntryRules);
+}
+
 // clang-format off
 constexpr zr::DeviateStep kAddSteps[] = {
-    // property            step                          summary of a failure
-    {zr::CarriesFlags,     ZRS_MOD_CoupleDevAddFlag,     "Failed to add config or mandatory to node \"%s\"."},
-    {zr::CarriesDefaults,  ZRS_MOD_CoupleDevAddDefaults, "Failed to add default statements to node \"%s\"."},
-    {zr::CarriesMusts,     ZRS_MOD_CoupleDevAddMusts,    "Failed to add must statements to node \"%s\"."},
-    {zr::CarriesUnits,     ZRS_MOD_CoupleDevAddUnits,    "Failed to add units statement to node \"%s\"."},
-    {zr::CarriesExtInsts,  ZRS_MOD_CoupleDevAddExtInsts, "Failed to deviate-add extension-instance to node \"%s\"."},
+    // property             step                          summary of a failure
+    {zr::CarriesFlags,      ZRS_MOD_CoupleDevAddFlag,     "Failed to add config or mandatory to node \"%s\"."},
+    {zr::CarriesDefaults,   ZRS_MOD_CoupleDevAddDefaults, "Failed to add default statements to node \"%s\"."},
+    {zr::CarriesMusts,      ZRS_MOD_CoupleDevAddMusts,    "Failed to add must statements to node \"%s\"."},
+    {zr::CarriesUnits,      ZRS_MOD_CoupleDevAddUnits,    "Failed to add units statement to node \"%s\"."},
+    {zr::CarriesExtInsts,   ZRS_MOD_CoupleDevAddExtInsts, "Failed to deviate-add extension-instance to node \"%s\"."},
+    {zr::CarriesEntryRules, AddEntryRules,                "Failed to add min-elements, max-elements or unique to node \"%s\"."},
 };
 // clang-format on
 

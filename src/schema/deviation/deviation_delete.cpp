@@ -6,18 +6,41 @@
 #include "foundation/load_errors.h"
 #include "schema/deviation/deviation_steps.h"
 #include "schema/members/condition_records.h"
+#include "schema/members/entry_rules.h"
 #include "schema/members/ext_inst.h"
 #include "schema/nodes/node.h"
 
 namespace {
 
+uint32_t DeleteUniques(ZrMod *module, const ZrNode *target, const zr::EntryRulesChange &change)
+{
+    const ZrsEntryRules *wanted = change.wanted;
+    for (uint32_t i = 0; i < wanted->uniqueCount; ++i) {
+        if (zr::FindUnique(change.rules, wanted->uniques[i]) == change.rules->uniqueCount)
+            return zr::RefuseDeviate(module, target,
+                                     "Failed to find unique to be deleted in node \"%s\".");
+    }
+    for (uint32_t i = 0; i < wanted->uniqueCount; ++i) {
+        uint32_t index = zr::FindUnique(change.rules, wanted->uniques[i]);
+        if (index != change.rules->uniqueCount) // one that is listed twice has gone already
+            zr::RemoveUnique(change.dict, change.rules, index);
+    }
+    return ZR_OK;
+}
+
+uint32_t DeleteEntryRules(ZrMod *module, ZrsDeviate *deviate, ZrNode *target)
+{
+    return zr::ChangeEntryRules(module, deviate, target, DeleteUniques);
+}
+
 // clang-format off
 constexpr zr::DeviateStep kDeleteSteps[] = {
-    // property            step                          summary of a failure
-    {zr::CarriesDefaults,  ZRS_MOD_CoupleDevDelDefaults, "Failed to delete default from node \"%s\"."},
-    {zr::CarriesMusts,     ZRS_MOD_CoupleDevDelMusts,    "Failed to delete must from node \"%s\"."},
-    {zr::CarriesUnits,     ZRS_MOD_CoupleDevDelUnits,    "Failed to delete units from node \"%s\"."},
-    {zr::CarriesExtInsts,  ZRS_MOD_CoupleDevDelExtInsts, "Failed to delete extension-instance to node \"%s\"."},
+    // property             step                          summary of a failure
+    {zr::CarriesDefaults,   ZRS_MOD_CoupleDevDelDefaults, "Failed to delete default from node \"%s\"."},
+    {zr::CarriesMusts,      ZRS_MOD_CoupleDevDelMusts,    "Failed to delete must from node \"%s\"."},
+    {zr::CarriesUnits,      ZRS_MOD_CoupleDevDelUnits,    "Failed to delete units from node \"%s\"."},
+    {zr::CarriesExtInsts,   ZRS_MOD_CoupleDevDelExtInsts, "Failed to delete extension-instance to node \"%s\"."},
+    {zr::CarriesEntryRules, DeleteEntryRules,             "Failed to delete unique from node \"%s\"."},
 };
 // clang-format on
 

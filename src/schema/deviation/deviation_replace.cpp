@@ -1,17 +1,31 @@
 // "deviate replace": other values for properties that the target has.
 #include "foundation/array.h"
 #include "schema/deviation/deviation_steps.h"
+#include "schema/members/entry_rules.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
 
 namespace {
 
+// The numbers, whether the target has them or not: each has a value without a statement too.
+uint32_t ReplaceNumbers(ZrMod *, const ZrNode *, const zr::EntryRulesChange &change)
+{
+    zr::TakeElementNumbers(change.wanted, change.rules);
+    return ZR_OK;
+}
+
+uint32_t ReplaceEntryRules(ZrMod *module, ZrsDeviate *deviate, ZrNode *target)
+{
+    return zr::ChangeEntryRules(module, deviate, target, ReplaceNumbers);
+}
+
 // clang-format off
 constexpr zr::DeviateStep kReplaceSteps[] = {
-    // property            step                          summary of a failure
-    {zr::CarriesDefaults,  ZRS_MOD_CoupleDevReplDefault, "Failed to replace default of node \"%s\"."},
-    {zr::CarriesType,      ZRS_MOD_CoupleDevReplType,    "Failed to replace type of node \"%s\"."},
-    {zr::CarriesUnits,     ZRS_MOD_CoupleDevReplUnits,   "Failed to replace units of node \"%s\"."},
+    // property             step                          summary of a failure
+    {zr::CarriesDefaults,   ZRS_MOD_CoupleDevReplDefault, "Failed to replace default of node \"%s\"."},
+    {zr::CarriesType,       ZRS_MOD_CoupleDevReplType,    "Failed to replace type of node \"%s\"."},
+    {zr::CarriesUnits,      ZRS_MOD_CoupleDevReplUnits,   "Failed to replace units of node \"%s\"."},
+    {zr::CarriesEntryRules, ReplaceEntryRules,            "Failed to replace min-elements or max-elements of node \"%s\"."},
 };
 // clang-format on
 

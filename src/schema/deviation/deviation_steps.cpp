@@ -2,6 +2,7 @@
 
 #include "foundation/array.h"
 #include "foundation/load_errors.h"
+#include "schema/members/entry_rules.h"
 #include "schema/nodes/node.h"
 
 uint32_t zr::RunDeviateSteps(std::span<const DeviateStep> steps, ZrMod *module, ZrsDeviate *deviate,
@@ -80,6 +81,22 @@ ZrtRealType *zr::RealTypeSlot(ZrNode *target)
     default:
         return nullptr;
     }
+}
+
+uint32_t zr::ChangeEntryRules(ZrMod *module, const ZrsDeviate *deviate, ZrNode *target,
+                              uint32_t (*change)(ZrMod *module, const ZrNode *target,
+                                                 const EntryRulesChange &rules))
+{
+    ZrCtx *ctx = module->ctx;
+    const ZrsEntryRules *wanted = EntryRulesOf(ctx, deviate);
+    if (wanted == nullptr)
+        return ZR_OK;
+    if (target->kind != ZR_NODE_LIST &&
+        (target->kind != ZR_NODE_LEAF_LIST || wanted->uniqueCount != 0))
+        return ZR_ERR_FAILED;
+    ZrsEntryRules *rules = NeedEntryRules(ctx, target);
+    return rules != nullptr ? change(module, target, {&ctx->dict, wanted, rules})
+                            : uint32_t{ZR_ERR_NO_MEMORY};
 }
 
 uint32_t zr::ReplaceText(ZrMod *module, const char *&slot, const char *text)

@@ -39,6 +39,10 @@ inline bool CarriesExtInsts(const ZrsDeviate &deviate)
 {
     return deviate.extInstCount != 0;
 }
+inline bool CarriesEntryRules(const ZrsDeviate &deviate)
+{
+    return (deviate.flags & ZRS_DEVIATE_ENTRY_RULES) != 0;
+}
 inline bool CarriesType(const ZrsDeviate &deviate)
 {
     return deviate.type != nullptr;
@@ -95,6 +99,19 @@ const char **UnitsSlot(ZrNode *target);
 ZrsLeafListInfo *LeafListOf(ZrNode *target);
 // The real type of a leaf or leaf-list; null for another kind.
 ZrtRealType *RealTypeSlot(ZrNode *target);
+
+// What the deviate says of the entries of its target, whose rules these are.
+struct EntryRulesChange {
+    ZrDict *dict;
+    const ZrsEntryRules *wanted;
+    ZrsEntryRules *rules;
+};
+
+// Finds both and hands them to `change`, when the target is of a kind that has them: a list, or a
+// leaf-list when there is no "unique". Else ZR_ERR_FAILED; ZR_ERR_NO_MEMORY.
+uint32_t ChangeEntryRules(ZrMod *module, const ZrsDeviate *deviate, ZrNode *target,
+                          uint32_t (*change)(ZrMod *module, const ZrNode *target,
+                                             const EntryRulesChange &rules));
 
 // Puts an interned copy of the text in place of the slot's; ZR_OK, or ZR_ERR_NO_MEMORY with nothing
 // changed.

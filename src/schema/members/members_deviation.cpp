@@ -1,6 +1,7 @@
 // The deviations of a module and their deviates (RFC 7950, section 7.20.3).
 #include "foundation/array.h"
 #include "schema/members/condition_records.h"
+#include "schema/members/entry_rules.h"
 #include "schema/members/ext_inst.h"
 #include "schema/members/members.h"
 #include "types/real_type.h"
@@ -91,7 +92,8 @@ uint32_t ZRS_MOD_FillDeviate(ZrCtx *ctx, ZrsDeviate *record, const ZrsDeviate *s
         record->type = ZRT_TYPE_CopyZrtRealType(ctx, source->type);
         done = record->type != nullptr;
     }
-    if (done && zr::Intern(dict, record->units, source->units))
+    if (done && zr::Intern(dict, record->units, source->units) &&
+        zr::CopyEntryRules(ctx, record, zr::EntryRulesOf(ctx, source)) == ZR_OK)
         return ZR_OK;
     ZRS_MOD_ClearDeviate(ctx, record);
     return ZR_ERR_NO_MEMORY;
@@ -117,6 +119,7 @@ void ZRS_MOD_ClearDeviate(ZrCtx *ctx, ZrsDeviate *record)
     ZRT_TYPE_DestroyZrtRealType(ctx, record->type);
     zr::Release(dict, record->units);
     ZRS_EXT_FreeExtInsts(dict, record->extInsts, record->extInstCount);
+    zr::DropEntryRules(ctx, record);
     *record = ZrsDeviate();
 }
 

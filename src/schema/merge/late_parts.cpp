@@ -13,6 +13,7 @@
 #include "schema/deviation/deviation.h"
 #include "schema/lookup/child_index.h"
 #include "schema/lookup/lookup.h"
+#include "schema/members/entry_rules.h"
 #include "schema/merge/merge.h"
 #include "schema/module/module.h"
 #include "schema/nodes/node.h"
@@ -193,6 +194,8 @@ void SwapProperties(ZrNode *node, ZrNode *original)
     std::swap(node->mustCount, original->mustCount);
     std::swap(node->extInsts, original->extInsts);
     std::swap(node->extInstCount, original->extInstCount);
+    if (zr::HasEntries(node->kind))
+        zr::SwapEntryRules(zr::ContextOf(node), node, original);
     SwapInfo(node, original);
 }
 

@@ -5,6 +5,7 @@
 #include <zrschema/node.h>
 
 #include "foundation/dict.h"
+#include "foundation/text.h"
 #include "model/navigation.h"
 #include "model/node_record.h"
 
@@ -121,6 +122,12 @@ inline ZrCtx *ContextOf(const ZrNode *node)
     return node != nullptr && node->module != nullptr ? node->module->ctx : nullptr;
 }
 
+// Whether nodes of the kind stand for any number of entries.
+inline bool HasEntries(uint32_t kind)
+{
+    return kind == ZR_NODE_LIST || kind == ZR_NODE_LEAF_LIST;
+}
+
 // Calls `visit`(child) for every child in order. A coupled augment's children go on into those of
 // its target, so the last child ends the walk.
 template <typename Visit> void ForEachChild(const ZrNode *parent, Visit visit)
@@ -131,6 +138,30 @@ template <typename Visit> void ForEachChild(const ZrNode *parent, Visit visit)
             break;
     }
 }
+
+// The names in the argument of a "key", one after another. At something that is no name, the
+// length is 0 and Next() stays there.
+class KeyNames {
+public:
+    explicit KeyNames(const char *argument) { StartAt(argument); }
+    bool AtEnd() const { return *name_ == '\0'; }
+    const char *Name() const { return name_; } // not terminated
+    uint32_t Length() const { return length_; }
+    void Next() { StartAt(name_ + length_); }
+
+private:
+    void StartAt(const char *text)
+    {
+        name_ = ZR_UTL_ConsumeAllSpaceChar(text);
+        length_ = ZR_UTL_ConsumeIdentNameBestEffort(name_);
+    }
+
+    const char *name_;
+    uint32_t length_;
+};
+
+// The leaf among the list's children that has the name; null when there is none.
+ZrNode *KeyLeaf(const ZrNode *list, const char *text, uint32_t length);
 
 // The "config" of a deviation; it holds whatever is inherited, before or after, and passes on to
 // the nodes below.

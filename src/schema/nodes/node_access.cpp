@@ -7,6 +7,7 @@
 #include "model/node_record.h"
 #include "platform/memory.h"
 #include "platform/strings.h"
+#include "schema/members/entry_rules.h"
 #include "schema/nodes/node.h"
 
 namespace {
@@ -199,6 +200,67 @@ uint32_t ZR_NODE_ScanAllDefaults(const ZrNode *node, ZrTextScanFunc callback, vo
         return ZR_OK;
     const auto *info = static_cast<const ZrsLeafListInfo *>(node->info);
     return ScanTexts(info->defaults, info->defaultCount, callback, userData);
+}
+
+// What a list or leaf-list says of its entries.
+
+namespace {
+
+const ZrsEntryRules *RulesOf(const ZrNode *node)
+{
+    return node != nullptr && zr::HasEntries(node->kind)
+               ? zr::EntryRulesOf(zr::ContextOf(node), node)
+               : nullptr;
+}
+
+uint32_t ScanKeysInSchemaOrder(const ZrNode *list, ZrNodeScanFunc callback, void *userData)
+{
+    uint32_t result = ZR_OK;
+    for (ZrNode *child = list->firstChild; child != nullptr && result == ZR_OK; child = child->next)
+        if (ZR_NODE_IsKey(child) != 0)
+            result = callback(child, ZR_ARRIVAL_CHILD, userData);
+    return result;
+}
+
+} // namespace
+
+uint32_t ZR_NODE_GetMinElements(const ZrNode *node)
+{
+    const ZrsEntryRules *rules = RulesOf(node);
+    return rules != nullptr ? rules->minElements : 0;
+}
+
+uint32_t ZR_NODE_GetMaxElements(const ZrNode *node)
+{
+    const ZrsEntryRules *rules = RulesOf(node);
+    return rules != nullptr ? rules->maxElements : 0;
+}
+
+uint32_t ZR_NODE_ScanAllUniques(const ZrNode *list, ZrUniqueScanFunc callback, void *userData)
+{
+    if (list == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    const ZrsEntryRules *rules = RulesOf(list);
+    return rules != nullptr ? ScanTexts(rules->uniques, rules->uniqueCount, callback, userData)
+                            : uint32_t{ZR_OK};
+}
+
+uint32_t ZR_NODE_ScanAllKeysInOrder(const ZrNode *list, ZrNodeScanFunc callback, void *userData)
+{
+    if (list == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    if (list->kind != ZR_NODE_LIST)
+        return ZR_OK;
+    const ZrsEntryRules *rules = RulesOf(list);
+    if (rules == nullptr || rules->key == nullptr)
+        return ScanKeysInSchemaOrder(list, callback, userData);
+    uint32_t result = ZR_OK;
+    for (zr::KeyNames keys(rules->key); !keys.AtEnd() && result == ZR_OK; keys.Next()) {
+        ZrNode *key = zr::KeyLeaf(list, keys.Name(), keys.Length());
+        if (key != nullptr)
+            result = callback(key, ZR_ARRIVAL_CHILD, userData);
+    }
+    return result;
 }
 
 // The path of a node, in the form in which target paths are looked up.

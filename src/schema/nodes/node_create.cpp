@@ -7,6 +7,7 @@
 #include "model/module_records.h"
 #include "platform/memory.h"
 #include "schema/members/condition_records.h"
+#include "schema/members/entry_rules.h"
 #include "schema/members/ext_inst.h"
 #include "schema/nodes/node.h"
 #include "types/real_type.h"
@@ -174,6 +175,8 @@ void ZRS_NODE_Free(ZrNode *node)
     node->extInstCount = 0;
     node->extInsts = nullptr;
     ZRS_NODE_DestroySchemaInfo(node);
+    if (zr::HasEntries(node->kind))
+        zr::DropEntryRules(ctx, node);
     for (ZrNode *child = node->firstChild; child != nullptr;) {
         ZrNode *next = child->next;
         ZRS_NODE_Free(child);
@@ -200,7 +203,9 @@ bool CopyMembers(ZrNode *node, const ZrNode *source)
     }
     if (source->kind == ZR_NODE_LIST)
         node->keyCount = source->keyCount;
-    return ZRS_NODE_CopySchemaByType(node, source) == ZR_OK;
+    const ZrsEntryRules *rules = zr::EntryRulesOf(zr::ContextOf(source), source);
+    return zr::CopyEntryRules(node->module->ctx, node, rules) == ZR_OK &&
+           ZRS_NODE_CopySchemaByType(node, source) == ZR_OK;
 }
 
 struct TreeCopy {

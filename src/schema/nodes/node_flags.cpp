@@ -54,6 +54,16 @@ uint32_t NacmFlagOf(const char *moduleName, const char *extensionName)
     return extension == "default-deny-write" ? uint32_t{ZRS_FLAG_DENY_WRITE} : 0;
 }
 
+// The flags of the node's own extension instances. What came from a former parent is not among
+// them, so that nodes of an augment lose it when they come to another one.
+uint32_t OwnNacm(const ZrNode *node)
+{
+    uint32_t flags = 0;
+    for (uint32_t i = 0; i < node->extInstCount; ++i)
+        flags |= NacmFlagOf(node->extInsts[i].moduleName, node->extInsts[i].extensionName);
+    return flags;
+}
+
 uint32_t UpdateConfigOfChild(ZrNode *child, uint32_t, void *)
 {
     ZRS_NODE_UpdateConfigFlag(child);
@@ -96,9 +106,10 @@ void ZRS_NODE_UpdateNacmFlag(ZrNode *node)
 {
     if (node == nullptr || node->parent == nullptr)
         return;
+    bool isStandard = zr::IsStandard(zr::ContextOf(node));
     uint32_t inherited = node->parent->flags & ZRS_FLAGS_NACM;
-    uint32_t wanted = inherited | DeviatedNacm(node);
-    if (inherited == 0 || wanted == (node->flags & ZRS_FLAGS_NACM))
+    uint32_t wanted = inherited | (isStandard ? OwnNacm(node) : DeviatedNacm(node));
+    if ((inherited == 0 && !isStandard) || wanted == (node->flags & ZRS_FLAGS_NACM))
         return;
     node->flags = (node->flags & ~ZRS_FLAGS_NACM) | wanted;
     ZR_NODE_IterScanChildrenNode(node, UpdateNacmOfChild, nullptr);
@@ -144,22 +155,15 @@ void ZRS_NODE_SetNacmFlag(ZrNode *node, const char *moduleName, const char *exte
 
 // The key leafs of a list (RFC 7950, section 7.8.2).
 
-namespace {
-
-bool MarkKeyLeaf(ZrNode *list, const char *text, uint32_t length)
+ZrNode *zr::KeyLeaf(const ZrNode *list, const char *text, uint32_t length)
 {
     char name[zr::kNameSize] = {};
     if (length == 0 || length >= sizeof(name))
-        return false;
+        return nullptr;
     std::memcpy(name, text, length);
     ZrNode *leaf = ZRS_NODE_FindChildNodeByName(list, nullptr, name);
-    if (leaf == nullptr || leaf->kind != ZR_NODE_LEAF)
-        return false;
-    leaf->flags |= ZRS_FLAG_KEY;
-    return true;
+    return leaf != nullptr && leaf->kind == ZR_NODE_LEAF ? leaf : nullptr;
 }
-
-} // namespace
 
 uint32_t ZRS_NODE_MarkKeyAttrToListLeafs(ZrNode *list, const char *keyText, uint8_t *keyCount)
 {
@@ -167,13 +171,14 @@ uint32_t ZRS_NODE_MarkKeyAttrToListLeafs(ZrNode *list, const char *keyText, uint
         return ZR_OK;
     if (list == nullptr || list->firstChild == nullptr || keyCount == nullptr)
         return ZR_ERR_INVALID;
-    const char *text = ZR_UTL_ConsumeAllSpaceChar(keyText);
+    zr::KeyNames keys(keyText);
     do {
-        uint32_t length = ZR_UTL_ConsumeIdentNameBestEffort(text);
-        if (*keyCount == UINT8_MAX || !MarkKeyLeaf(list, text, length))
+        ZrNode *leaf = zr::KeyLeaf(list, keys.Name(), keys.Length());
+        if (*keyCount == UINT8_MAX || leaf == nullptr)
             return ZRS_BAD_KEY;
+        leaf->flags |= ZRS_FLAG_KEY;
         ++*keyCount;
-        text = ZR_UTL_ConsumeAllSpaceChar(text + length);
-    } while (*text != '\0');
+        keys.Next();
+    } while (!keys.AtEnd());
     return ZR_OK;
 }

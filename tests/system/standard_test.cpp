@@ -1,0 +1,334 @@
+// ZR_CTX_STANDARD: what such a context keeps and takes beyond the others.
+#include "application.h"
+
+namespace {
+
+using namespace zrtest::yin;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::string Min(const std::string &number)
+{
+    return Statement("min-elements", "value", number);
+}
+std::string Max(const std::string &number)
+{
+    return Statement("max-elements", "value", number);
+}
+std::string Unique(const std::string &paths)
+{
+    return Statement("unique", "tag", paths);
+}
+
+Texts UniquesOf(const ZrNode *node)
+{
+    Texts texts;
+    auto append = [](const char *text, void *out) {
+        static_cast<Texts *>(out)->emplace_back(text);
+        return 0u;
+    };
+    EXPECT_EQ(ZR_NODE_ScanAllUniques(node, append, &texts), ZR_OK);
+    return texts;
+}
+
+Texts KeysOf(const ZrNode *node)
+{
+    Texts names;
+    auto append = [](ZrNode *key, uint32_t arrival, void *out) {
+        EXPECT_EQ(arrival, uint32_t{ZR_ARRIVAL_CHILD});
+        static_cast<Texts *>(out)->emplace_back(ZR_NODE_GetNodeName(key));
+        return 0u;
+    };
+    EXPECT_EQ(ZR_NODE_ScanAllKeysInOrder(node, append, &names), ZR_OK);
+    return names;
+}
+
+// The numbers of a list or leaf-list, as "MIN..MAX".
+std::string Numbers(const ZrNode *node)
+{
+    return std::to_string(ZR_NODE_GetMinElements(node)) + ".." +
+           std::to_string(ZR_NODE_GetMaxElements(node));
+}
+
+const std::string kServers =
+    List("server", "port name",
+         Min("2") + Max("8") + Unique("address") + Unique(" address/ip\n b:address/b:mask ") +
+             Leaf("name") + Leaf("port") + Container("address", Leaf("ip") + Leaf("mask")));
+const std::string kNames = LeafList("alias", "string", Min("1") + Max("unbounded"));
+
+class Standard : public Application {
+protected:
+    void SetUp() override { Start(ZR_CTX_STANDARD); }
+
+    // Two bits of access: "a" for deny-all, "w" for deny-write.
+    std::string Access(const std::string &path)
+    {
+        const ZrNode *node = Node(path);
+        return std::string(ZR_NODE_IsNacmDefaultDenyAll(node) != 0 ? "a" : "") +
+               (ZR_NODE_IsNacmDefaultDenyWrite(node) != 0 ? "w" : "");
+    }
+};
+
+std::string Deny(const std::string &what)
+{
+    return "<n:default-deny-" + what + " xmlns:n='urn:ietf-netconf-acm'/>";
+}
+const std::string kAcm = Import("ietf-netconf-acm", "n");
+
+TEST_F(Standard, KeepsTheNumbersOfEntries)
+{
+    Have("b", kServers + kNames + List("any", "k", Leaf("k")));
+    EXPECT_EQ(Numbers(Node("/b:server")), "2..8");
+    EXPECT_EQ(Numbers(Node("/b:alias")), "1..0");
+    EXPECT_EQ(Numbers(Node("/b:any")), "0..0");
+    EXPECT_EQ(Numbers(Node("/b:any/k")), "0..0") << "of a leaf";
+    EXPECT_EQ(Numbers(nullptr), "0..0");
+}
+
+TEST_F(Standard, KeepsUniquesWithTheModuleOfEachStep)
+{
+    Have("b", kServers + kNames);
+    EXPECT_THAT(UniquesOf(Node("/b:server")),
+                ElementsAre("b:address", "b:address/b:ip b:address/b:mask"));
+    EXPECT_THAT(UniquesOf(Node("/b:alias")), IsEmpty());
+    auto count = [](const char *, void *calls) { return ++*static_cast<uint32_t *>(calls); };
+    uint32_t calls = 0;
+    EXPECT_EQ(ZR_NODE_ScanAllUniques(Node("/b:server"), count, &calls), 1u) << "ends the scan";
+    EXPECT_EQ(calls, 1u);
+    EXPECT_EQ(ZR_NODE_ScanAllUniques(nullptr, count, &calls), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ScanAllUniques(Node("/b:server"), nullptr, nullptr), ZR_ERR_INVALID);
+}
+
+TEST_F(Standard, KeepsTheOrderOfKeys)
+{
+    Have("b", kServers);
+    EXPECT_THAT(KeysOf(Node("/b:server")), ElementsAre("port", "name"));
+    EXPECT_THAT(KeysOf(Node("/b:server/name")), IsEmpty()) << "no list";
+    auto stop = [](ZrNode *, uint32_t, void *) { return 7u; };
+    EXPECT_EQ(ZR_NODE_ScanAllKeysInOrder(Node("/b:server"), stop, nullptr), 7u);
+    EXPECT_EQ(ZR_NODE_ScanAllKeysInOrder(nullptr, stop, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_NODE_ScanAllKeysInOrder(Node("/b:server"), nullptr, nullptr), ZR_ERR_INVALID);
+}
+
+TEST_F(Standard, AppliesDeviationsOfTheseAndTakesThemBack)
+{
+    Have("b", kServers + kNames);
+    Have("d", Import("b") + Deviation("/b:server", "replace", Min("0") + Max("3")) +
+                  Deviation("/b:server", "delete", Unique("b:address")) +
+                  Deviation("/b:server", "add", Unique("b:name b:port")) +
+                  Deviation("/b:alias", "replace", Max("9")));
+    EXPECT_EQ(Numbers(Node("/b:server")), "0..3");
+    EXPECT_EQ(Numbers(Node("/b:alias")), "1..9");
+    EXPECT_THAT(UniquesOf(Node("/b:server")),
+                ElementsAre("b:address/b:ip b:address/b:mask", "b:name b:port"));
+    EXPECT_EQ(Unload("d"), ZR_OK);
+    EXPECT_EQ(Numbers(Node("/b:server")), "2..8");
+    EXPECT_EQ(Numbers(Node("/b:alias")), "1..0");
+    EXPECT_THAT(UniquesOf(Node("/b:server")),
+                ElementsAre("b:address", "b:address/b:ip b:address/b:mask"));
+    EXPECT_THAT(Errors(), IsEmpty());
+}
+
+TEST_F(Standard, LeavesOutAKeyThatADeviationTakesAway)
+{
+    Have("b", kServers);
+    Have("d", Import("b") + Deviation("/b:server/b:port", "not-supported"));
+    EXPECT_THAT(KeysOf(Node("/b:server")), ElementsAre("name"));
+}
+
+TEST_F(Standard, KeepsTheRulesOfNodesThatAnAugmentAdds)
+{
+    Have("a",
+         Import("b") +
+             Augment("/b:c", List("l", "k", Max("4") + Unique("v b:x") + Leaf("k") + Leaf("v"))));
+    Have("b", Container("c"));
+    EXPECT_EQ(Numbers(Node("/b:c/a:l")), "0..4");
+    EXPECT_THAT(UniquesOf(Node("/b:c/a:l")), ElementsAre("a:v b:x"));
+    EXPECT_EQ(Unload("b"), ZR_OK);
+    Have("b", Container("c"));
+    EXPECT_EQ(Numbers(Node("/b:c/a:l")), "0..4");
+}
+
+TEST_F(Standard, KeepsTheRulesOfNodesThatAFurtherPartOfAModuleBrings)
+{
+    WriteFile("b@@1.yin", zrtest::ModuleText("b", kServers));
+    WriteFile("b@@2.yin", zrtest::ModuleText("b", kNames));
+    ASSERT_EQ(Load("b"), ZR_OK);
+    EXPECT_EQ(Numbers(Node("/b:server")), "2..8");
+    EXPECT_EQ(Numbers(Node("/b:alias")), "1..0");
+    EXPECT_THAT(KeysOf(Node("/b:server")), ElementsAre("port", "name"));
+}
+
+TEST_F(Standard, TakesEnumValuesAndBitPositionsAtTheEndsOfTheirRange)
+{
+    Have("b",
+         Leaf("e", Type("enumeration", "<enum name='low'><value value='-2147483648'/></enum>"
+                                       "<enum name='high'><value value='2147483647'/></enum>")) +
+             Leaf("f", Type("bits", "<bit name='last'><position value='4294967295'/></bit>")));
+    EXPECT_EQ(Check("/b:e", "low"), ZR_OK);
+    std::vector<int64_t> values;
+    auto append = [](const char *, const char *, int64_t value, void *out) {
+        static_cast<std::vector<int64_t> *>(out)->push_back(value);
+        return 0u;
+    };
+    ZR_TYPE_ScanNameValuePair(ZR_NODE_GetRealType(Node("/b:e")), append, &values);
+    ZR_TYPE_ScanNameValuePair(ZR_NODE_GetRealType(Node("/b:f")), append, &values);
+    EXPECT_THAT(values, ElementsAre(INT64_C(-2147483648), 2147483647, 4294967295));
+}
+
+TEST_F(Standard, RefusesEnumValuesAndBitPositionsBeyondTheirRange)
+{
+    for (const char *value : {"-2147483649", "2147483648"}) {
+        Write("b",
+              Leaf("e", Type("enumeration",
+                             "<enum name='a'>" + Statement("value", "value", value) + "</enum>")));
+        EXPECT_EQ(Load("b"), ZR_ERR_INVALID) << value;
+    }
+    Write("b", Leaf("f", Type("bits", "<bit name='a'><position value='4294967296'/></bit>")));
+    EXPECT_EQ(Load("b"), ZR_ERR_INVALID);
+}
+
+TEST_F(Standard, NarrowsADerivedDecimal64)
+{
+    Have("b", TypeDef("price", Type("decimal64", "<fraction-digits value='2'/>" + Range("0..10"))) +
+                  Leaf("v", Type("price", Range("1.5..2 | 3 | 4.25..max"))));
+    for (const char *value : {"1.5", "2", "1.99", "3", "3.00", "4.25", "10"})
+        EXPECT_EQ(Check("/b:v", value), ZR_OK) << value;
+    for (const char *value : {"1.49", "2.01", "3.01", "4.24", "10.01", "0"})
+        EXPECT_EQ(Check("/b:v", value), ZR_ERR_VALUE_RANGE) << value;
+}
+
+TEST_F(Standard, TakesAxesInConditionsAndNamesTheirModules)
+{
+    Have("b", Container("c", Must("ancestor::b:x = child::*") +
+                                 When("count(preceding-sibling :: b:y) > 1 or self::node()")));
+    std::string must;
+    auto keep = [](const char *condition, const char *, const char *, void *out) {
+        *static_cast<std::string *>(out) = condition;
+        return 0u;
+    };
+    Have("a", Import("b", "p") + Augment("/p:c", Leaf("l", "string", Must("../descendant::p:x")) +
+                                                     When("child::p:z = 'p:id'")));
+    ZR_NODE_ScanAllMusts(Node("/b:c"), keep, &must);
+    EXPECT_EQ(must, "ancestor::b:x = child::*");
+    EXPECT_STREQ(ZR_NODE_GetWhenCond(Node("/b:c")),
+                 "count(preceding-sibling :: b:y) > 1 or self::node()");
+    ZR_NODE_ScanAllMusts(Node("/b:c/a:l"), keep, &must);
+    EXPECT_EQ(must, "../descendant::b:x");
+    EXPECT_STREQ(ZR_NODE_GetWhenCond(Node("/b:c/a:l")), "../child::b:z = 'b:id'");
+    EXPECT_THAT(Errors(), IsEmpty());
+}
+
+TEST_F(Standard, InheritsBothDefaultsOfAccessSideBySide)
+{
+    Have("b", kAcm +
+                  Container("w", Deny("write") + Container("a", Deny("all") + Leaf("x")) +
+                                     Container("n", Leaf("x"))) +
+                  Container("a", Deny("all") + Leaf("w", "string", Deny("write"))));
+    EXPECT_EQ(Access("/b:w"), "w");
+    EXPECT_EQ(Access("/b:w/a"), "aw");
+    EXPECT_EQ(Access("/b:w/a/x"), "aw");
+    EXPECT_EQ(Access("/b:w/n/x"), "w");
+    EXPECT_EQ(Access("/b:a/w"), "aw");
+}
+
+TEST_F(Standard, GivesAugmentedNodesTheAccessOfTheTargetThatTheyHave)
+{
+    Have("b", kAcm + Container("c", Deny("write")));
+    Have("a", kAcm + Import("b") + Augment("/b:c", Container("k", Deny("all") + Leaf("x"))));
+    EXPECT_EQ(Access("/b:c/a:k/x"), "aw");
+    EXPECT_EQ(Unload("b"), ZR_OK);
+    Have("b", Container("c"));
+    EXPECT_EQ(Access("/b:c/a:k"), "a") << "the target denies nothing any more";
+    EXPECT_EQ(Access("/b:c/a:k/x"), "a");
+}
+
+struct Wrong {
+    const char *where;
+    std::string body;
+    const char *message;
+};
+
+TEST_F(Standard, RefusesWhatIsWrongInTheseStatements)
+{
+    auto list = [](const std::string &inside) { return List("l", "k", inside + Leaf("k")); };
+    const Wrong rows[] = {
+        {"no number", list(Min("two")),
+         "Failed to parse value \"two\" of statement \"min-elements\"."},
+        {"too many", list(Min("4294967296")),
+         "Failed to parse value \"4294967296\" of statement \"min-elements\"."},
+        {"no room", list(Max("0")), "Failed to parse value \"0\" of statement \"max-elements\"."},
+        {"below zero", list(Max("-1")),
+         "Failed to parse value \"-1\" of statement \"max-elements\"."},
+        {"no path", list(Unique(" ")), "Failed to parse value \" \" of statement \"unique\"."},
+        {"half a path", list(Unique("a/")),
+         "Failed to parse value \"a/\" of statement \"unique\"."},
+        {"absolute", list(Unique("/a")), "Failed to parse value \"/a\" of statement \"unique\"."},
+        {"unknown prefix", list(Unique("q:a")),
+         "Failed to parse value \"q:a\" of statement \"unique\"."},
+        {"twice", list(Min("1") + Min("1")),
+         "Statement \"min-elements\" under statement \"list\" has repeated."},
+        {"twice", LeafList("l", "string", Max("1") + Max("2")),
+         "Statement \"max-elements\" under statement \"leaf-list\" has repeated."},
+        {"no argument", list("<unique/>"), "Failed to get value of statement \"unique\"."},
+    };
+    for (const Wrong &row : rows) {
+        Write("b", row.body);
+        EXPECT_NE(Load("b"), ZR_OK) << row.where;
+        EXPECT_THAT(Errors(), testing::Contains("b: " + std::string(row.message))) << row.where;
+        EXPECT_EQ(Module("b"), nullptr) << row.where;
+    }
+}
+
+TEST_F(Standard, TellsWhyADeviationOfTheseCannotBeApplied)
+{
+    const Wrong rows[] = {
+        {"a number is there", Deviation("/b:server", "add", Min("1")),
+         "d: Failed to add min-elements or max-elements to node \"server\", because it already has "
+         "that statement."},
+        {"a unique is there", Deviation("/b:server", "add", Unique("b:address")),
+         "d: Failed to add unique to node \"server\", because it already exists."},
+        {"no such unique", Deviation("/b:server", "delete", Unique("b:name")),
+         "d: Failed to find unique to be deleted in node \"server\"."},
+        {"a summary follows", Deviation("/b:server", "delete", Unique("b:name")),
+         "d: Failed to delete unique from node \"server\"."},
+        {"no list", Deviation("/b:server/b:name", "add", Max("1")),
+         "d: Failed to add min-elements, max-elements or unique to node \"name\"."},
+        {"a leaf-list", Deviation("/b:alias", "add", Unique("b:x")),
+         "d: Failed to add min-elements, max-elements or unique to node \"alias\"."},
+        {"no list", Deviation("/b:server/b:name", "replace", Max("1")),
+         "d: Failed to replace min-elements or max-elements of node \"name\"."},
+    };
+    Have("b", kServers + kNames);
+    for (const Wrong &row : rows) {
+        Write("d", Import("b") + row.body);
+        Load("d");
+        EXPECT_THAT(Errors(), testing::Contains(row.message)) << row.where;
+        EXPECT_EQ(Numbers(Node("/b:server")), "2..8") << row.where;
+        EXPECT_EQ(UniquesOf(Node("/b:server")).size(), 2u) << row.where;
+        EXPECT_EQ(Unload("d"), ZR_OK);
+    }
+}
+
+class WithoutStandard : public Application {
+protected:
+    void SetUp() override { Start(); }
+};
+
+TEST_F(WithoutStandard, NothingOfItIsKeptOrTaken)
+{
+    Have("b", kServers + kNames + List("odd", "k", Min("two") + Unique("/") + Leaf("k")));
+    EXPECT_EQ(Numbers(Node("/b:server")), "0..0");
+    EXPECT_THAT(UniquesOf(Node("/b:server")), IsEmpty());
+    EXPECT_THAT(KeysOf(Node("/b:server")), ElementsAre("name", "port")) << "as the leafs stand";
+    Have("d", Import("b") + Deviation("/b:server/b:name", "add", Max("1")));
+    EXPECT_THAT(Errors(), IsEmpty());
+    Have("x", Container("c", Must("ancestor::x:c")));
+    EXPECT_THAT(Errors(), ElementsAre("x: Failed to transfer prefix to module name in statement "
+                                      "\"must\"."));
+    Write("y", TypeDef("p", Type("decimal64", "<fraction-digits value='2'/>")) +
+                   Leaf("v", Type("p", Range("1.5..2"))));
+    EXPECT_EQ(Load("y"), ZR_ERR_INVALID);
+}
+
+} // namespace
