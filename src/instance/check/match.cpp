@@ -1,4 +1,6 @@
 // The first phase: every element gets its schema node and is read into the instance tree.
+#include <algorithm>
+
 #include "instance/base/text.h"
 #include "instance/check/run.h"
 #include "instance/tree/value.h"
@@ -40,6 +42,7 @@ private:
     void CheckText(const Element &parent, const xmlNode &source);
     void CheckAttributes(const Element &element);
     void ReadLeaf(Element &leaf);
+    void CheckKeyPlace(const Element &key);
     Fault At(const Element &parent, const xmlNode &source, uint32_t tag) const;
 
     Run &run_;
@@ -145,6 +148,22 @@ void Matcher::ReadLeaf(Element &leaf)
             {"\"", text_, "\" is no value of \"", leaf.plan->name, "\": ", result.fault});
 }
 
+// RFC 7950, section 7.8.5: keys come first, in the order in which the list names them.
+void Matcher::CheckKeyPlace(const Element &key)
+{
+    auto *before = reinterpret_cast<const Element *>(key.node.prev);
+    if (before == nullptr)
+        return;
+    std::span<const PlanNode *> keys = key.parent->plan->keys;
+    Fault fault = FaultAt(key, ZR_ERROR_TAG_BAD_ELEMENT);
+    auto place = std::find(keys.begin(), keys.end(), before->plan);
+    if (place == keys.end())
+        run_.warnings.Add(fault, {"key \"", key.plan->name, "\" stands behind what is no key"});
+    else if (std::find(place, keys.end(), key.plan) == keys.end())
+        run_.warnings.Add(
+            fault, {"key \"", key.plan->name, "\" stands behind key \"", before->plan->name, "\""});
+}
+
 Element *Matcher::Visit(Element &parent, const xmlNode &source)
 {
     if (source.type != XML_ELEMENT_NODE) {
@@ -160,11 +179,8 @@ Element *Matcher::Visit(Element &parent, const xmlNode &source)
         CheckAttributes(*element);
     if (plan->IsLeaf())
         ReadLeaf(*element);
-    // RFC 7950, section 7.8.5: keys come first.
-    auto *before = reinterpret_cast<Element *>(element->node.prev);
-    if (plan->Is(PlanNode::kKey) && before != nullptr && !before->plan->Is(PlanNode::kKey))
-        run_.warnings.Add(FaultAt(*element, ZR_ERROR_TAG_BAD_ELEMENT),
-                          {"key \"", plan->name, "\" stands behind what is no key"});
+    if (plan->Is(PlanNode::kKey))
+        CheckKeyPlace(*element);
     return plan->IsLeaf() || plan->IsAny() ? nullptr : element;
 }
 

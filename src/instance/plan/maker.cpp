@@ -31,9 +31,9 @@ bool IsWanted(uint32_t kind)
 
 class Maker {
 public:
-    Maker(Plan &plan, ReadConstraintsFunc readConstraints)
-        : plan_(plan), memory_(&plan.memory), readConstraints_(readConstraints), types_(plan),
-          expressions_(&plan.memory), checker_(xmlXPathNewContext(nullptr), xmlXPathFreeContext)
+    explicit Maker(Plan &plan)
+        : plan_(plan), memory_(&plan.memory), types_(plan), expressions_(&plan.memory),
+          checker_(xmlXPathNewContext(nullptr), xmlXPathFreeContext)
     {
         if (!checker_)
             throw std::bad_alloc();
@@ -74,7 +74,6 @@ private:
 
     Plan &plan_;
     std::pmr::memory_resource *memory_;
-    ReadConstraintsFunc readConstraints_;
     TypeMaker types_;
     struct Key {
         const PlanModule *module;
@@ -282,20 +281,21 @@ void Maker::AddUnique(PlanNode &list, std::string_view argument,
 
 void Maker::ReadList(PlanNode &node)
 {
-    ListConstraints constraints(memory_);
-    readConstraints_(node.source, constraints);
-    node.minElements = constraints.minElements;
-    node.maxElements = constraints.maxElements;
-    if (constraints.isUserOrdered)
+    node.minElements = ZR_NODE_GetMinElements(node.source);
+    node.maxElements = ZR_NODE_GetMaxElements(node.source);
+    if (ZR_NODE_IsOrderedByNode(node.source) != 0)
         node.flags |= PlanNode::kUserOrdered;
     std::pmr::vector<std::span<UniquePath>> uniques(memory_);
-    for (const std::pmr::string &argument : constraints.uniques)
-        AddUnique(node, argument, uniques);
+    Scan(ZR_NODE_ScanAllUniques, node.source,
+         [&](const char *argument) { AddUnique(node, argument, uniques); });
     node.uniques = Keep(plan_.arena, uniques);
     std::pmr::vector<const PlanNode *> keys(memory_);
-    for (const PlanNode *child : node.dataChildren)
-        if (child->Is(PlanNode::kKey))
-            keys.push_back(child);
+    Scan(ZR_NODE_ScanAllKeysInOrder, node.source, [&](ZrNode *key, uint32_t) {
+        auto isKey = [&](const PlanNode *child) { return child->source == key; };
+        auto found = std::find_if(node.dataChildren.begin(), node.dataChildren.end(), isKey);
+        if (found != node.dataChildren.end()) // else a disabled leaf
+            keys.push_back(*found);
+    });
     node.keys = Keep(plan_.arena, keys);
 }
 
@@ -332,12 +332,12 @@ void Maker::Finish(PlanNode &node)
 
 } // namespace
 
-void MakePlan(Plan &plan, const ZrCtx *ctx, ReadConstraintsFunc readConstraints)
+void MakePlan(Plan &plan, const ZrCtx *ctx)
 {
     plan.ctx = ctx;
     plan.stamp = StampOf(ctx);
     plan.root.flags = PlanNode::kConfig;
-    Maker(plan, readConstraints).Run();
+    Maker(plan).Run();
 }
 
 } // namespace zr::data

@@ -2,11 +2,10 @@
 #pragma once
 
 #include "instance/plan/plan.h"
-#include "instance/plan/standard.h"
 
 namespace zr::data {
 
 // Fills an empty plan. Throws std::bad_alloc.
-void MakePlan(Plan &plan, const ZrCtx *ctx, ReadConstraintsFunc readConstraints = ReadConstraints);
+void MakePlan(Plan &plan, const ZrCtx *ctx);
 
 } // namespace zr::data

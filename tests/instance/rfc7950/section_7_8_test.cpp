@@ -10,6 +10,15 @@ constexpr const char *kUsers =
     "list user { key \"name type\"; leaf name { type string; } leaf type { type string; }"
     " leaf uid { type uint16; } }";
 
+constexpr const char *kServers =
+    "list server { key name; unique \"at/ip at/port\"; leaf name { type string; }"
+    "  container at { leaf ip { type string; } leaf port { type uint16; default 80; } } }";
+
+static std::string Server(const std::string &name, const std::string &at)
+{
+    return "<server><name>" + name + "</name><at>" + at + "</at></server>";
+}
+
 TEST(List, HasAllItsKeysInEachEntry)
 {
     Schema schema(kUsers);
@@ -36,6 +45,45 @@ TEST(List, IsWarnedOfKeysBehindOtherNodes)
     EXPECT_THAT(schema.Check("<user><name>a</name><uid>1</uid><type>b</type></user>"), IsEmpty());
     EXPECT_THAT(schema.warnings(), ElementsAre("bad-element /user[name='a'][type='b']/type: "
                                                "key \"type\" stands behind what is no key"));
+}
+
+TEST(List, IsWarnedOfKeysInAnotherOrderThanTheListNamesThem)
+{
+    Schema schema("list user { key \"type name\"; leaf name { type string; }"
+                  " leaf type { type string; } }");
+    EXPECT_THAT(schema.Check("<user><type>b</type><name>a</name></user>"), IsEmpty());
+    EXPECT_THAT(schema.warnings(), IsEmpty());
+    EXPECT_THAT(schema.Check("<user><name>a</name><type>b</type></user>"), IsEmpty());
+    EXPECT_THAT(schema.warnings(), ElementsAre("bad-element /user[type='b'][name='a']/type: "
+                                               "key \"type\" stands behind key \"name\""));
+}
+
+TEST(List, HasEntriesWithDifferentUniqueLeafs)
+{
+    Schema schema(kServers);
+    EXPECT_THAT(schema.Check(Server("a", "<ip>1</ip>") + Server("b", "<ip>1</ip><port>81</port>")),
+                IsEmpty());
+    EXPECT_THAT(schema.Check(Server("a", "<ip>1</ip>") + Server("b", "<ip>1</ip><port>80</port>")),
+                ElementsAre("operation-failed[data-not-unique] /server[name='b']: "
+                            "another entry has the same \"ip\", \"port\""))
+        << "a default in use counts";
+}
+
+TEST(List, LeavesEntriesOutOfUniqueThatLackALeaf)
+{
+    Schema schema(kServers);
+    EXPECT_THAT(schema.Check(Server("a", "<port>80</port>") + Server("b", "<port>80</port>")),
+                IsEmpty());
+}
+
+TEST(List, HasTheUniquesThatDeviationsAdd)
+{
+    Schema schema("list l { key k; leaf k { type string; } leaf b { type string; } }");
+    schema.Add("d", "import m { prefix m; } deviation /m:l { deviate add { unique m:b; } }");
+    EXPECT_THAT(schema.Check("<l><k>1</k><b>x</b></l><l><k>2</k><b>y</b></l>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<l><k>1</k><b>x</b></l><l><k>2</k><b>x</b></l>"),
+                ElementsAre("operation-failed[data-not-unique] /l[k='2']: "
+                            "another entry has the same \"b\""));
 }
 
 TEST(List, TellsTheLineOfEachFault)

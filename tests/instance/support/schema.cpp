@@ -20,7 +20,7 @@ void FailWith(const ZrYangReport *report, void *)
 
 } // namespace
 
-Schema::Schema(const std::string &body) : ctx_(ZR_CTX_Create(0))
+Schema::Schema(const std::string &body, uint32_t flags) : ctx_(ZR_CTX_Create(flags))
 {
     if (!body.empty())
         Add("m", body);
@@ -57,7 +57,8 @@ const ZrDataPlan *Schema::plan()
 
 Texts Schema::CheckDocument(const std::string &document, uint32_t kind)
 {
-    ZrDataOptions options = {kind, 0, 0};
+    ZrDataOptions options = {};
+    options.kind = kind;
     ZrDataResult *result = nullptr;
     uint32_t status =
         ZR_DATA_CheckText(plan(), &options, document.data(), document.size(), &result);

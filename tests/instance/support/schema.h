@@ -16,7 +16,7 @@ using Texts = std::vector<std::string>;
 class Schema {
 public:
     // A YANG 1.1 module "m" with that body: namespace urn:m, prefix m.
-    explicit Schema(const std::string &body = "");
+    explicit Schema(const std::string &body = "", uint32_t flags = ZR_CTX_STANDARD);
     ~Schema();
     Schema(const Schema &) = delete;
     Schema &operator=(const Schema &) = delete;
