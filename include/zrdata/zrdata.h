@@ -1,8 +1,8 @@
 /**
  * @file zrdata.h
- * Checking whole data by RFC 7950: configuration, and configuration with state, held against every
- * constraint of the modules that a context of libzrschema has loaded. All faults are collected, in
- * document order, each with what an rpc-error (RFC 6241, section 4.3) says of it.
+ * Checking whole data by RFC 7950: configuration, configuration with state, edits, and messages,
+ * held against every constraint of the modules that a context of libzrschema has loaded. All faults
+ * are collected, in document order, each with what an rpc-error (RFC 6241, section 4.3) says of it.
  *
  * A *plan* is what a context's modules mean for data: children by name, constraints, compiled
  * types, rewritten conditions. It is made once and never changes; any number of threads check data
@@ -54,7 +54,18 @@ enum ZrDataKind {
     ZR_DATA_CONFIG = 1,
     /** Configuration with state data: `config false` nodes may stand in it and their constraints
         hold too. */
-    ZR_DATA_CONFIG_AND_STATE = 2
+    ZR_DATA_CONFIG_AND_STATE = 2,
+    /** Configuration that is to be merged into another (RFC 6241, section 7.2; RFC 7950, sections
+        7.7.9 and 7.8.6): a part with the attributes `operation`, `insert`, `key` and `value`. Held
+        against what can be known of it alone (RFC 7950, section 8.3.1): names, values, attributes,
+        keys, equal entries, and cases of one choice. */
+    ZR_DATA_EDIT = 3,
+    /** The request of an rpc or action, with its input (RFC 7950, sections 7.14.4 and 7.15.2). */
+    ZR_DATA_REQUEST = 4,
+    /** The output that an rpc or action gives (RFC 7950, sections 7.14.4 and 7.15.2). */
+    ZR_DATA_REPLY = 5,
+    /** A notification, at the top of a module or inside data (RFC 7950, section 7.16.2). */
+    ZR_DATA_NOTIFICATION = 6
 };
 
 /**
@@ -79,6 +90,15 @@ typedef struct ZrDataOptions {
                               same number of warnings is kept. */
     uint64_t stepLimit;  /**< the steps that one evaluation of a condition may take, a measure of
                               libxml2; 0 for 10,000,000. More is a fault of the data. */
+    /** Of a reply: the rpc or action that gives it, "MODULE:RPC" or "/MODULE:NODE/.../ACTION" with
+        names of modules where they change. Else it is not looked at. */
+    const char *operation;
+    /** Of a message: the wrapper element (xmlNode *) of the data that it is sent to or comes from,
+        state and configuration. Its conditions and leafrefs look into that data (RFC 7950, section
+        6.4.1), with the defaults in use there. It is only read, and not judged: where it has
+        faults there is a warning. Null for none: conditions see the defaults alone, and leafrefs
+        that lead out of the message are not followed. Of data and edits it is not looked at. */
+    const void *datastore;
 } ZrDataOptions;
 
 /** A prefix of an error's path. */
@@ -102,8 +122,9 @@ typedef struct ZrDataError {
     size_t prefixCount;           /**< their number */
     const char *message;          /**< one line; the schema's own error-message where it has one */
     const char *badElement;       /**< the name of the element at fault, or null */
-    uint32_t line; /**< of the element in the text that was parsed, from 1; 0 when it is
-                        not known */
+    uint32_t line;            /**< of the element in the text that was parsed, from 1; 0 when it is
+                                   not known */
+    const char *badAttribute; /**< the name of the attribute at fault, or null */
 } ZrDataError;
 
 /**
@@ -120,6 +141,9 @@ typedef int (*ZrDataProblemFunc)(const char *nodePath, const char *expression, c
 
 /**
  * Makes the plan of what a context has loaded.
+ *
+ * The context is best made with #ZR_CTX_STANDARD: without it numbers of entries and "unique" are
+ * not known and not checked, and keys count in the order of their leafs.
  *
  * Features count as they are now: a node whose features are off, and what stands below it, is
  * unknown to the plan (RFC 7950, section 5.6.2).
@@ -172,11 +196,21 @@ ZR_DATA_API uint32_t ZR_DATA_ScanPlanProblems(const ZrDataPlan *plan, ZrDataProb
                                               void *user);
 
 /**
- * Checks data that is XML text.
+ * Checks a document that is XML text.
  *
- * The root is any element whose children are top-level data nodes: `<config>`, `<data>`, or any
- * other wrapper. Text that is not well-formed, or has a document type declaration, is one fault
- * with the tag malformed-message.
+ * The root depends on the kind:
+ *
+ * - data: any element whose children are top-level data nodes, `<config>`, `<data>` or another one;
+ * - an edit: such an element, or `<edit-config>` (RFC 6241) or `<edit-data>` (RFC 8526) with its
+ *   `<config>`, also inside its `<rpc>`;
+ * - a request: the element of an rpc, or `<action>` (RFC 7950, section 7.15.2), also inside its
+ *   `<rpc>`;
+ * - a reply: `<rpc-reply>`, or any other element whose children are output parameters;
+ * - a notification: its element, or the data node at the top that leads to it, also inside
+ *   `<notification>` (RFC 5277).
+ *
+ * Text that is not well-formed, or has a document type declaration, is one fault with the tag
+ * malformed-message.
  *
  * @param plan       the plan
  * @param options    how to check; only read
@@ -188,19 +222,20 @@ ZR_DATA_API uint32_t ZR_DATA_ScanPlanProblems(const ZrDataPlan *plan, ZrDataProb
  * @retval ZR_DATA_ERR_FAULTY     the data has faults
  * @retval ZR_DATA_ERR_STALE      the context has changed: a new plan is due
  * @retval ZR_DATA_ERR_NO_MEMORY  memory ran out; nothing is known of the data
- * @retval ZR_DATA_ERR_INVALID    a null argument, an unknown kind, or a text that is too long
+ * @retval ZR_DATA_ERR_INVALID    a null argument, an unknown kind, a reply's operation that is not
+ *                                there, a datastore that is no element, or a text that is too long
  * @note Any number of checks may run at the same time with one plan.
  */
 ZR_DATA_API uint32_t ZR_DATA_CheckText(const ZrDataPlan *plan, const ZrDataOptions *options,
                                        const char *text, size_t length, ZrDataResult **resultOut);
 
 /**
- * Checks data that is a tree of libxml2's. The tree is only read, and not needed any more when the
- * function returns.
+ * Checks a document that is a tree of libxml2's. The tree is only read, and not needed any more
+ * when the function returns.
  *
  * @param plan       the plan
  * @param options    how to check; only read
- * @param root       the wrapper element (xmlNode *), as the root of ZR_DATA_CheckText()
+ * @param root       the element (xmlNode *) that is the root for ZR_DATA_CheckText()
  * @param resultOut  as for ZR_DATA_CheckText()
  * @return as ZR_DATA_CheckText(); a node that is no element is #ZR_DATA_ERR_INVALID
  * @note As ZR_DATA_CheckText(). Several checks may read one tree, as long as nothing changes it.

@@ -4,6 +4,13 @@
 
 namespace zr::data {
 
+void AppendText(std::pmr::string &out, const xmlNode &element)
+{
+    for (const xmlNode *at = element.children; at != nullptr; at = at->next)
+        if (IsText(*at))
+            out += View(at->content);
+}
+
 bool IsBlank(std::string_view text)
 {
     return std::all_of(text.begin(), text.end(), [](char c) { return IsBlank(c); });

@@ -23,6 +23,13 @@ inline const xmlChar *XmlText(const char *text)
     return reinterpret_cast<const xmlChar *>(text);
 }
 
+inline bool IsText(const xmlNode &node)
+{
+    return node.type == XML_TEXT_NODE || node.type == XML_CDATA_SECTION_NODE;
+}
+// The text that stands directly in an element.
+void AppendText(std::pmr::string &out, const xmlNode &element);
+
 inline bool IsBlank(char c)
 {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';

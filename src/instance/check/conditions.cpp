@@ -32,12 +32,23 @@ bool IsAllowed(Run &run, Element &parent, const PlanNode &absent)
     return holds;
 }
 
+const Element *FirstOf(const Run &run, const Element &parent, const PlanNode &node)
+{
+    if (!node.IsChoiceOrCase()) {
+        const Element *at = run.tree.First(parent, node);
+        while (at != nullptr && at->IsDeleted())
+            at = at->nextSame;
+        return at;
+    }
+    for (const PlanNode *child : node.children)
+        if (const Element *found = FirstOf(run, parent, *child))
+            return found;
+    return nullptr;
+}
+
 bool IsPresent(const Run &run, const Element &parent, const PlanNode &node)
 {
-    if (!node.IsChoiceOrCase())
-        return run.tree.First(parent, node) != nullptr;
-    return std::any_of(node.children.begin(), node.children.end(),
-                       [&](const PlanNode *child) { return IsPresent(run, parent, *child); });
+    return FirstOf(run, parent, node) != nullptr;
 }
 
 const PlanNode *FindCase(const Run &run, const Element &parent, const PlanNode &choice)
@@ -65,7 +76,7 @@ void CheckWhen(Run &run, const Expression &when, Element &context, Element &elem
 void CheckWhens(Run &run)
 {
     for (Element *element : run.tree.elements) {
-        if (element->isDefault) // looked at before it was added
+        if (element->isContext || element->isDefault) // looked at before it was added
             continue;
         if (element->plan->when != nullptr)
             CheckWhen(run, *element->plan->when, *element, *element);
@@ -79,7 +90,7 @@ void CheckWhens(Run &run)
 void CheckMusts(Run &run)
 {
     for (Element *element : run.tree.elements) {
-        if (element->isFaulty)
+        if (element->isContext || element->isFaulty)
             continue;
         for (const Condition &must : element->plan->musts) {
             Fault fault = FaultAt(*element, ZR_ERROR_TAG_OPERATION_FAILED);

@@ -13,7 +13,8 @@ bool Holds(Run &run, const Expression &expression, Element &context, Fault fault
 // is put into the data for as long as the condition is evaluated.
 bool IsAllowed(Run &run, Element &parent, const PlanNode &absent);
 
-// Whether anything of a node, choice or case is there.
+// The first element of a node, choice or case that is there and is not to be deleted.
+const Element *FirstOf(const Run &run, const Element &parent, const PlanNode &node);
 bool IsPresent(const Run &run, const Element &parent, const PlanNode &node);
 
 // The first case of a choice that something is there of; null when there is none.

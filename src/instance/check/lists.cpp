@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "instance/check/run.h"
 
@@ -25,6 +25,8 @@ public:
         } else if (!plan.keys.empty()) {
             CheckKeys(first);
         }
+        if (run_.IsEdit()) // what it does not say is not known
+            return;
         for (std::span<UniquePath> unique : plan.uniques)
             CheckUnique(first, unique);
         if (plan.maxElements != 0)
@@ -42,7 +44,7 @@ private:
     {
         Start(first);
         for (const Element *at = &first; at != nullptr; at = at->nextSame)
-            if (!known_.insert(at->value).second)
+            if (!known_.try_emplace(at->value, at).second)
                 run_.faults.Add(FaultAt(*at, ZR_ERROR_TAG_BAD_ELEMENT),
                                 {"the value \"", at->value, "\" stands here a second time"});
     }
@@ -50,7 +52,7 @@ private:
     {
         Start(first);
         for (const Element *at = &first; at != nullptr; at = at->nextSame) {
-            if (HasKeys(*at) && !known_.insert(Join(*at)).second)
+            if (HasKeys(*at) && !known_.try_emplace(Join(*at), at).second)
                 run_.faults.Add(FaultAt(*at, ZR_ERROR_TAG_BAD_ELEMENT),
                                 {"an entry with these keys stands here before"});
         }
@@ -93,19 +95,38 @@ private:
         for (const Element *entry = &first; entry != nullptr; entry = entry->nextSame) {
             joined_.clear();
             bool isWhole = std::all_of(unique.begin(), unique.end(), [&](const UniquePath &path) {
-                const Element *at = entry;
-                for (const PlanNode *step : path)
-                    at = at == nullptr ? nullptr : run_.tree.First(*at, *step);
-                if (at != nullptr)
-                    AppendPart(at->value);
-                return at != nullptr;
+                const Element *leaf = Follow(*entry, path);
+                if (leaf != nullptr)
+                    AppendPart(leaf->value);
+                return leaf != nullptr;
             });
-            if (!isWhole || known_.insert(run_.arena.Copy(joined_)).second)
+            if (!isWhole)
+                continue;
+            auto [known, isNew] = known_.try_emplace(run_.arena.Copy(joined_), entry);
+            if (isNew)
                 continue;
             Fault fault = FaultAt(*entry, ZR_ERROR_TAG_OPERATION_FAILED);
             fault.appTag = "data-not-unique";
+            fault.notUnique = LeafsOf(*known->second, *entry, unique);
             run_.faults.Add(fault, {"another entry has the same ", Names(unique)});
         }
+    }
+    const Element *Follow(const Element &entry, const UniquePath &path) const
+    {
+        const Element *at = &entry;
+        for (const PlanNode *step : path)
+            at = at == nullptr ? nullptr : run_.tree.First(*at, *step);
+        return at;
+    }
+    std::span<const Element *> LeafsOf(const Element &one, const Element &other,
+                                       std::span<UniquePath> unique)
+    {
+        auto *leafs = run_.arena.NewArray<const Element *>(2 * unique.size());
+        for (size_t i = 0; i < unique.size(); ++i) {
+            leafs[i] = Follow(one, unique[i]);
+            leafs[unique.size() + i] = Follow(other, unique[i]);
+        }
+        return {leafs, 2 * unique.size()};
     }
     std::string_view Names(std::span<UniquePath> unique)
     {
@@ -129,7 +150,7 @@ private:
 
     Run &run_;
     std::pmr::string joined_;
-    std::pmr::unordered_set<std::string_view> known_;
+    std::pmr::unordered_map<std::string_view, const Element *> known_;
 };
 
 } // namespace
@@ -138,16 +159,32 @@ void CheckLists(Run &run)
 {
     ListChecker checker(run);
     for (const Element *element : run.tree.elements)
-        if (element->plan->IsRepeated() && element->lastSame != nullptr)
+        if (element->plan->IsRepeated() && element->lastSame != nullptr && !element->isContext)
             checker.Check(*element);
 }
+
+namespace {
+
+// Whether a leaf is in data that the check was not given: outside a message without a datastore.
+bool IsElsewhere(const Run &run, const PlanNode &target)
+{
+    if (!run.tree.root.isContext || run.options.datastore != nullptr)
+        return false;
+    const PlanNode *at = &target;
+    while (at != nullptr && !at->IsMessage())
+        at = at->parent;
+    return at == nullptr;
+}
+
+} // namespace
 
 void CheckReferences(Run &run)
 {
     for (Element *element : run.tree.elements) {
         const Type *type = element->plan->type;
-        if (type == nullptr || !type->requiresInstance || type->target == nullptr ||
-            element->isFaulty || run.references.Find(*element, *type) != nullptr)
+        if (element->isContext || type == nullptr || !type->requiresInstance ||
+            type->target == nullptr || element->isFaulty || IsElsewhere(run, *type->target) ||
+            run.references.Find(*element, *type) != nullptr)
             continue;
         Fault fault = FaultAt(*element, ZR_ERROR_TAG_DATA_MISSING);
         fault.appTag = "instance-required";

@@ -23,6 +23,8 @@ private:
             return;
         if (node.kind == ZR_NODE_CHOICE)
             AskChoice(parent, node);
+        else if (run_.IsEdit()) // the rest may be in the datastore already
+            return;
         else if (node.minElements != 0)
             AskEntries(parent, node);
         else if (node.Is(PlanNode::kMandatory) && run_.tree.First(parent, node) == nullptr &&
@@ -46,13 +48,14 @@ private:
     {
         const PlanNode *chosen = FindCase(run_, parent, choice);
         if (chosen == nullptr) {
-            if (choice.Is(PlanNode::kMandatory) && IsAllowed(run_, parent, choice))
+            if (choice.Is(PlanNode::kMandatory) && !run_.IsEdit() &&
+                IsAllowed(run_, parent, choice))
                 MissChoice(parent, choice);
             return;
         }
         for (const PlanNode *other : choice.children)
             if (other != chosen && IsPresent(run_, parent, *other))
-                run_.faults.Add(FaultAt(*FirstOf(parent, *other), ZR_ERROR_TAG_BAD_ELEMENT),
+                run_.faults.Add(FaultAt(*FirstOf(run_, parent, *other), ZR_ERROR_TAG_BAD_ELEMENT),
                                 {"\"", other->name, "\" and \"", chosen->name, "\" of choice \"",
                                  choice.name, "\" exclude each other"});
         if (chosen->kind == ZR_NODE_CASE)
@@ -66,16 +69,8 @@ private:
         Fault fault = FaultBelow(parent, choice, ZR_ERROR_TAG_DATA_MISSING);
         fault.child = {};
         fault.appTag = "missing-choice";
+        fault.missingChoice = choice.name;
         run_.faults.Add(fault, {"nothing of choice \"", choice.name, "\" is there"});
-    }
-    const Element *FirstOf(const Element &parent, const PlanNode &node)
-    {
-        if (!node.IsChoiceOrCase())
-            return run_.tree.First(parent, node);
-        for (const PlanNode *child : node.children)
-            if (const Element *found = FirstOf(parent, *child))
-                return found;
-        return nullptr;
     }
 
     Run &run_;
@@ -86,10 +81,13 @@ private:
 void CheckMandatory(Run &run)
 {
     Asker asker(run);
-    asker.Ask(run.tree.root, run.plan.root);
-    for (size_t i = 0; i < run.tree.elements.size(); ++i) // placeholders come and go
-        if (run.tree.elements[i]->plan->Is(PlanNode::kAsks))
-            asker.Ask(*run.tree.elements[i], *run.tree.elements[i]->plan);
+    if (!run.tree.root.isContext)
+        asker.Ask(run.tree.root, run.plan.root);
+    for (size_t i = 0; i < run.tree.elements.size(); ++i) { // placeholders come and go
+        Element &element = *run.tree.elements[i];
+        if (element.plan->Is(PlanNode::kAsks) && !element.isContext)
+            asker.Ask(element, *element.plan);
+    }
 }
 
 } // namespace zr::data

@@ -1,56 +1,39 @@
-// The first phase: every element gets its schema node and is read into the instance tree.
+#include "instance/check/match.h"
+
 #include <algorithm>
 
 #include "instance/base/text.h"
-#include "instance/check/run.h"
+#include "instance/check/edit.h"
 #include "instance/tree/value.h"
 
 namespace zr::data {
 
-namespace {
+void Matcher::WalkChildren(Element &parent, const xmlNode &source)
+{
+    for (const xmlNode *at = source.children; at != nullptr; at = at->next)
+        Walk(parent, *at);
+}
 
-class Matcher {
-public:
-    explicit Matcher(Run &run) : run_(run), text_(run.memory), value_(run.memory) {}
-
-    // A walk over the caller's tree, which may be of any depth.
-    void Walk(const xmlNode &wrapper)
-    {
-        Element *parent = &run_.tree.root;
-        const xmlNode *at = wrapper.children;
-        while (at != nullptr || parent != &run_.tree.root) {
-            if (at == nullptr) {
-                at = parent->source->next;
-                parent = parent->parent;
-                continue;
-            }
-            Element *inner = Visit(*parent, *at);
-            if (inner != nullptr && at->children != nullptr) {
-                parent = inner;
-                at = at->children;
-            } else {
-                at = at->next;
-            }
+void Matcher::Walk(Element &top, const xmlNode &source)
+{
+    Element *parent = &top;
+    const xmlNode *at = &source;
+    while (true) {
+        Element *inner = Visit(*parent, *at);
+        if (inner != nullptr && at->children != nullptr) {
+            parent = inner;
+            at = at->children;
+            continue;
         }
+        while (at != &source && at->next == nullptr) {
+            at = at->parent;
+            parent = parent->parent;
+        }
+        if (at == &source)
+            return;
+        at = at->next;
     }
-
-private:
-    // Returns an element that is to be entered, or null.
-    Element *Visit(Element &parent, const xmlNode &source);
-    const PlanNode *Match(const Element &parent, const xmlNode &source);
-    bool IsTaken(Element &parent, const PlanNode &plan, const xmlNode &source);
-    void CheckText(const Element &parent, const xmlNode &source);
-    void CheckAttributes(const Element &element);
-    void ReadLeaf(Element &leaf);
-    void CheckKeyPlace(const Element &key);
-    Fault At(const Element &parent, const xmlNode &source, uint32_t tag) const;
-
-    Run &run_;
-    std::pmr::string text_, value_;
-    uint32_t order_ = 0;
-    const xmlNs *lastNs_ = nullptr; // namespaces repeat: libxml2 shares their records
-    const PlanModule *lastModule_ = nullptr;
-};
+}
 
 Fault Matcher::At(const Element &parent, const xmlNode &source, uint32_t tag) const
 {
@@ -69,8 +52,7 @@ Fault Matcher::At(const Element &parent, const xmlNode &source, uint32_t tag) co
 // Text between elements.
 void Matcher::CheckText(const Element &parent, const xmlNode &source)
 {
-    bool isText = source.type == XML_TEXT_NODE || source.type == XML_CDATA_SECTION_NODE;
-    if (!isText || IsBlank(View(source.content)))
+    if (!IsText(source) || IsBlank(View(source.content)))
         return;
     Fault fault;
     fault.at = &parent;
@@ -78,10 +60,10 @@ void Matcher::CheckText(const Element &parent, const xmlNode &source)
     fault.order = order_;
     fault.tag = ZR_ERROR_TAG_BAD_ELEMENT;
     fault.badElement = parent.plan->name;
-    run_.faults.Add(fault, {"text stands among elements"});
+    faults_.Add(fault, {"text stands among elements"});
 }
 
-const PlanNode *Matcher::Match(const Element &parent, const xmlNode &source)
+const PlanModule *Matcher::ModuleOf(const Element &parent, const xmlNode &source)
 {
     if (source.ns == nullptr || source.ns != lastNs_) {
         lastNs_ = source.ns;
@@ -90,78 +72,120 @@ const PlanNode *Matcher::Match(const Element &parent, const xmlNode &source)
     if (lastModule_ == nullptr) {
         Fault fault = At(parent, source, ZR_ERROR_TAG_UNKNOWN_NAMESPACE);
         if (source.ns == nullptr)
-            run_.faults.Add(fault, {"element \"", View(source.name), "\" has no namespace"});
+            faults_.Add(fault, {"element \"", View(source.name), "\" has no namespace"});
         else
-            run_.faults.Add(fault, {"no module has the namespace \"", View(source.ns->href), "\""});
-        return nullptr;
+            faults_.Add(fault, {"no module has the namespace \"", View(source.ns->href), "\""});
     }
-    const PlanNode *plan = run_.plan.FindChild(*parent.plan, lastModule_, View(source.name));
+    return lastModule_;
+}
+
+void Matcher::AddUnknown(const Element &parent, const xmlNode &source)
+{
+    faults_.Add(At(parent, source, ZR_ERROR_TAG_UNKNOWN_ELEMENT),
+                {"element \"", View(source.name), "\" is not in the schema here"});
+}
+
+const PlanNode *Matcher::Match(const Element &parent, const xmlNode &source)
+{
+    const PlanModule *module = ModuleOf(parent, source);
+    if (module == nullptr)
+        return nullptr;
+    const PlanNode *plan = run_.plan.FindChild(*parent.plan, module, View(source.name));
     if (plan == nullptr)
-        run_.faults.Add(At(parent, source, ZR_ERROR_TAG_UNKNOWN_ELEMENT),
-                        {"element \"", View(source.name), "\" is not in the schema here"});
+        AddUnknown(parent, source);
     return plan;
 }
 
 bool Matcher::IsTaken(Element &parent, const PlanNode &plan, const xmlNode &source)
 {
     if (!run_.Holds(plan)) {
-        run_.faults.Add(At(parent, source, ZR_ERROR_TAG_UNKNOWN_ELEMENT),
-                        {"\"", plan.name, "\" is state data, which a configuration does not hold"});
+        faults_.Add(At(parent, source, ZR_ERROR_TAG_UNKNOWN_ELEMENT),
+                    {"\"", plan.name, "\" is state data, which a configuration does not hold"});
         return false;
     }
     if (!plan.IsRepeated() && run_.tree.First(parent, plan) != nullptr) {
-        run_.faults.Add(At(parent, source, ZR_ERROR_TAG_BAD_ELEMENT),
-                        {"\"", plan.name, "\" stands here a second time"});
+        faults_.Add(At(parent, source, ZR_ERROR_TAG_BAD_ELEMENT),
+                    {"\"", plan.name, "\" stands here a second time"});
         return false;
     }
     return true;
 }
 
-void Matcher::CheckAttributes(const Element &element)
+void Matcher::CheckAttributes(Element &element)
 {
     for (const xmlAttr *attribute = element.source->properties; attribute != nullptr;
-         attribute = attribute->next)
-        run_.faults.Add(FaultAt(element, ZR_ERROR_TAG_UNKNOWN_ATTRIBUTE),
-                        {"attribute \"", View(attribute->name), "\" is not known"});
+         attribute = attribute->next) {
+        if (run_.IsEdit() && IsEditAttribute(*attribute))
+            continue;
+        Fault fault = FaultAt(element, ZR_ERROR_TAG_UNKNOWN_ATTRIBUTE);
+        fault.badAttribute = reinterpret_cast<const char *>(attribute->name);
+        faults_.Add(fault, {"attribute \"", View(attribute->name), "\" is not known"});
+    }
+    if (run_.IsEdit())
+        ReadEditAttributes(run_, element);
 }
 
 void Matcher::ReadLeaf(Element &leaf)
 {
     text_.clear();
     for (const xmlNode *at = leaf.source->children; at != nullptr; at = at->next) {
-        if (at->type == XML_TEXT_NODE || at->type == XML_CDATA_SECTION_NODE) {
+        if (IsText(*at)) {
             text_ += View(at->content);
         } else if (at->type == XML_ELEMENT_NODE) {
             leaf.isFaulty = true;
-            run_.faults.Add(At(leaf, *at, ZR_ERROR_TAG_BAD_ELEMENT),
-                            {"an element stands in leaf \"", leaf.plan->name, "\""});
+            faults_.Add(At(leaf, *at, ZR_ERROR_TAG_BAD_ELEMENT),
+                        {"an element stands in leaf \"", leaf.plan->name, "\""});
             return;
         }
     }
+    // Whoever deletes a leaf need not know its value.
+    if (leaf.IsDeleted() && text_.empty() && leaf.plan->kind == ZR_NODE_LEAF &&
+        !leaf.plan->Is(PlanNode::kKey))
+        return;
     ValueResult result =
         ReadValue({run_.plan, *leaf.plan, leaf.source}, *leaf.plan->type, text_, value_);
     leaf.isFaulty = result.fault != nullptr;
     run_.tree.SetValue(leaf, leaf.isFaulty ? text_ : value_, result.type);
     if (leaf.isFaulty)
-        run_.faults.Add(
-            FaultAt(leaf, ZR_ERROR_TAG_INVALID_VALUE),
-            {"\"", text_, "\" is no value of \"", leaf.plan->name, "\": ", result.fault});
+        faults_.Add(FaultAt(leaf, ZR_ERROR_TAG_INVALID_VALUE),
+                    {"\"", text_, "\" is no value of \"", leaf.plan->name, "\": ", result.fault});
 }
 
 // RFC 7950, section 7.8.5: keys come first, in the order in which the list names them.
-void Matcher::CheckKeyPlace(const Element &key)
+void Matcher::CheckKeyPlace(const Element &key, const PlanNode &before)
 {
-    auto *before = reinterpret_cast<const Element *>(key.node.prev);
-    if (before == nullptr)
-        return;
     std::span<const PlanNode *> keys = key.parent->plan->keys;
     Fault fault = FaultAt(key, ZR_ERROR_TAG_BAD_ELEMENT);
-    auto place = std::find(keys.begin(), keys.end(), before->plan);
+    auto place = std::find(keys.begin(), keys.end(), &before);
     if (place == keys.end())
-        run_.warnings.Add(fault, {"key \"", key.plan->name, "\" stands behind what is no key"});
+        warnings_.Add(fault, {"key \"", key.plan->name, "\" stands behind what is no key"});
     else if (std::find(place, keys.end(), key.plan) == keys.end())
-        run_.warnings.Add(
-            fault, {"key \"", key.plan->name, "\" stands behind key \"", before->plan->name, "\""});
+        warnings_.Add(fault,
+                      {"key \"", key.plan->name, "\" stands behind key \"", before.name, "\""});
+}
+
+// The parameters of an operation come in the order of the schema, and so does what is in them
+// (RFC 7950, sections 7.5.7, 7.8.5 and 7.14.4).
+void Matcher::CheckPlace(const Element &element)
+{
+    const PlanNode &plan = *element.plan;
+    if (element.node.prev == nullptr || !(isOrdered_ || plan.Is(PlanNode::kKey)))
+        return;
+    const PlanNode &before = *reinterpret_cast<const Element *>(element.node.prev)->plan;
+    if (plan.Is(PlanNode::kKey))
+        CheckKeyPlace(element, before);
+    else if (!before.Is(PlanNode::kKey) && before.slot > plan.slot)
+        warnings_.Add(FaultAt(element, ZR_ERROR_TAG_BAD_ELEMENT),
+                      {"\"", plan.name, "\" stands behind \"", before.name,
+                       "\", which the schema has behind it"});
+}
+
+Element &Matcher::Add(Element &parent, const PlanNode &plan, const xmlNode &source)
+{
+    Element *element = run_.tree.Add(parent, plan, &source, order_);
+    if (source.properties != nullptr)
+        CheckAttributes(*element);
+    return *element;
 }
 
 Element *Matcher::Visit(Element &parent, const xmlNode &source)
@@ -170,25 +194,15 @@ Element *Matcher::Visit(Element &parent, const xmlNode &source)
         CheckText(parent, source);
         return nullptr;
     }
-    ++order_;
+    CountElement();
     const PlanNode *plan = Match(parent, source);
     if (plan == nullptr || !IsTaken(parent, *plan, source))
         return nullptr;
-    Element *element = run_.tree.Add(parent, *plan, &source, order_);
-    if (source.properties != nullptr)
-        CheckAttributes(*element);
+    Element &element = Add(parent, *plan, source);
     if (plan->IsLeaf())
-        ReadLeaf(*element);
-    if (plan->Is(PlanNode::kKey))
-        CheckKeyPlace(*element);
-    return plan->IsLeaf() || plan->IsAny() ? nullptr : element;
-}
-
-} // namespace
-
-void MatchElements(Run &run, const xmlNode &wrapper)
-{
-    Matcher(run).Walk(wrapper);
+        ReadLeaf(element);
+    CheckPlace(element);
+    return plan->IsLeaf() || plan->IsAny() ? nullptr : &element;
 }
 
 } // namespace zr::data

@@ -20,10 +20,11 @@ struct Run {
     {
     }
 
+    bool IsEdit() const { return options.kind == ZR_DATA_EDIT; }
     // Whether data of this kind holds instances of a node.
     bool Holds(const PlanNode &node) const
     {
-        return options.kind != ZR_DATA_CONFIG || node.Is(PlanNode::kConfig);
+        return (options.kind != ZR_DATA_CONFIG && !IsEdit()) || node.Is(PlanNode::kConfig);
     }
 
     const Plan &plan;
@@ -39,8 +40,14 @@ private:
     uint32_t Limit() const { return options.errorLimit != 0 ? options.errorLimit : kErrorLimit; }
 };
 
-// The phases.
-void MatchElements(Run &run, const xmlNode &wrapper);
+// Readers of the document, one a kind: they make the instance tree.
+void ReadData(Run &run, const xmlNode &root);
+void ReadEdit(Run &run, const xmlNode &root);
+void ReadRequest(Run &run, const xmlNode &root);
+void ReadReply(Run &run, const xmlNode &root);
+void ReadNotification(Run &run, const xmlNode &root);
+
+// What follows, on all elements.
 void AddDefaults(Run &run);
 void CheckWhens(Run &run);
 void CheckLists(Run &run);
@@ -48,7 +55,9 @@ void CheckMandatory(Run &run);
 void CheckReferences(Run &run);
 void CheckMusts(Run &run);
 
-// Runs all of them.
-void CheckData(Run &run, const xmlNode &wrapper);
+// Reads the document and runs the phases that its kind has.
+void CheckDocument(Run &run, const xmlNode &root);
+
+bool IsKnownKind(uint32_t kind);
 
 } // namespace zr::data

@@ -17,7 +17,7 @@ bool IsBefore(const Fault &a, const Fault &b)
 void Faults::Add(Fault fault, std::initializer_list<std::string_view> pieces)
 {
     fault.number = found_++;
-    if (kept_.size() == limit_ && !IsBefore(fault, kept_.front()))
+    if (limit_ == 0 || (kept_.size() == limit_ && !IsBefore(fault, kept_.front())))
         return;
     std::pmr::string message(kept_.get_allocator());
     for (std::string_view piece : pieces)
@@ -25,6 +25,8 @@ void Faults::Add(Fault fault, std::initializer_list<std::string_view> pieces)
     fault.message = arena_.CopyText(message);
     if (fault.badElement != nullptr)
         fault.badElement = arena_.CopyText(fault.badElement);
+    if (fault.badAttribute != nullptr)
+        fault.badAttribute = arena_.CopyText(fault.badAttribute);
     fault.child = arena_.Copy(fault.child);
     kept_.push_back(fault);
     std::push_heap(kept_.begin(), kept_.end(), IsBefore);

@@ -25,6 +25,10 @@ struct Fault {
     uint32_t tag = 0;                // a ZrErrorTag
     const char *appTag = nullptr;
     const char *badElement = nullptr;
+    const char *badAttribute = nullptr;
+    bool isOfEnvelope = false;            // of what carries the data: its error-type is "rpc"
+    std::span<const Element *> notUnique; // what a "unique" does not take
+    const char *missingChoice = nullptr;  // the name of the choice
     const char *message = nullptr;
     uint32_t line = 0; // when it has no element
 };

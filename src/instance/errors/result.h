@@ -28,7 +28,4 @@ private:
     ZrDataError Record(const Fault &fault);
 };
 
-// The text of an error tag (RFC 6241, appendix A); null for a number that is none.
-const char *NameOfTag(uint32_t tag);
-
 } // namespace zr::data

@@ -8,6 +8,7 @@
 
 #include "instance/check/run.h"
 #include "instance/errors/result.h"
+#include "instance/errors/rpc_error.h"
 #include "instance/plan/maker.h"
 #include "instance/tree/parse.h"
 
@@ -61,9 +62,14 @@ template <typename Object> Object *Construct(const ZrDataMemory &hooks)
     }
 }
 
-bool IsKnown(uint32_t kind)
+bool IsUsable(const Plan &plan, const ZrDataOptions &options)
 {
-    return kind == ZR_DATA_CONFIG || kind == ZR_DATA_CONFIG_AND_STATE;
+    auto *datastore = static_cast<const xmlNode *>(options.datastore);
+    if (datastore != nullptr && datastore->type != XML_ELEMENT_NODE)
+        return false;
+    if (options.kind == ZR_DATA_REPLY)
+        return options.operation != nullptr && plan.FindOperation(options.operation) != nullptr;
+    return IsKnownKind(options.kind);
 }
 
 // Makes a result of what `work` finds.
@@ -74,10 +80,12 @@ uint32_t Check(const ZrDataPlan *plan, const ZrDataOptions *options, ZrDataResul
     if (resultOut == nullptr)
         return ZR_DATA_ERR_INVALID;
     *resultOut = nullptr;
-    if (plan == nullptr || options == nullptr || !IsKnown(options->kind))
+    if (plan == nullptr || options == nullptr)
         return ZR_DATA_ERR_INVALID;
     if (StampOf(plan->plan.ctx) != plan->plan.stamp)
         return ZR_DATA_ERR_STALE;
+    if (!IsUsable(plan->plan, *options))
+        return ZR_DATA_ERR_INVALID;
     const ZrDataMemory &hooks = plan->plan.memory.hooks();
     ZrDataResult *result = Construct<ZrDataResult>(hooks);
     if (result == nullptr)
@@ -154,7 +162,7 @@ uint32_t ZR_DATA_CheckText(const ZrDataPlan *plan, const ZrDataOptions *options,
         ParseFault parseFault(run.memory);
         doc = ParseXml(text, length, parseFault);
         if (doc) {
-            CheckData(run, *xmlDocGetRootElement(doc.get()));
+            CheckDocument(run, *xmlDocGetRootElement(doc.get()));
         } else {
             Fault fault;
             fault.tag = ZR_ERROR_TAG_MALFORMED_MESSAGE;
@@ -172,7 +180,7 @@ uint32_t ZR_DATA_CheckTree(const ZrDataPlan *plan, const ZrDataOptions *options,
     auto *wrapper = static_cast<const xmlNode *>(root);
     if (wrapper == nullptr || wrapper->type != XML_ELEMENT_NODE)
         return ZR_DATA_ERR_INVALID;
-    return Check(plan, options, resultOut, [&](Run &run) { CheckData(run, *wrapper); });
+    return Check(plan, options, resultOut, [&](Run &run) { CheckDocument(run, *wrapper); });
 }
 
 void ZR_DATA_DeleteResult(ZrDataResult *result)

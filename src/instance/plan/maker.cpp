@@ -33,7 +33,7 @@ class Maker {
 public:
     explicit Maker(Plan &plan)
         : plan_(plan), memory_(&plan.memory), types_(plan), expressions_(&plan.memory),
-          checker_(xmlXPathNewContext(nullptr), xmlXPathFreeContext)
+          sides_(&plan.memory), checker_(xmlXPathNewContext(nullptr), xmlXPathFreeContext)
     {
         if (!checker_)
             throw std::bad_alloc();
@@ -52,7 +52,13 @@ public:
                 Scan(ZR_MOD_IterScanTopmostNode, module->source, add);
         });
         NumberData(plan_.root, plan_.root);
+        for (PlanNode *side : sides_) {
+            NumberData(*side, *side);
+            side->slot = static_cast<uint32_t>(side->parent->dataChildren.size());
+        }
         Finish(plan_.root);
+        for (PlanNode *side : sides_)
+            Finish(*side);
     }
 
 private:
@@ -61,6 +67,9 @@ private:
     void CloseIdentity(Identity &identity);
     template <typename ScanChildren> void AddChildren(PlanNode &parent, ScanChildren scan);
     PlanNode *AddNode(ZrNode *source, PlanNode &schemaParent);
+    PlanNode *NewNode(ZrNode *source, PlanNode &schemaParent);
+    void AddMessage(ZrNode *source, PlanNode &schemaParent);
+    PlanNode *AddSide(ZrNode *source, ZrNode *content, PlanNode &parent);
     void NumberData(PlanNode &dataParent, PlanNode &schemaParent);
     void CollectData(PlanNode &schemaParent, std::pmr::vector<PlanNode *> &out);
     void Finish(PlanNode &node);
@@ -87,6 +96,7 @@ private:
         }
     };
     std::pmr::unordered_map<Key, const Expression *, KeyHash> expressions_;
+    std::pmr::vector<PlanNode *> sides_; // of all messages
     XPathContext checker_;
 };
 
@@ -144,30 +154,77 @@ template <typename ScanChildren> void Maker::AddChildren(PlanNode &parent, ScanC
     parent.children = Keep(plan_.arena, children);
 }
 
-PlanNode *Maker::AddNode(ZrNode *source, PlanNode &schemaParent)
+// The node itself, without children and flags; null when its module is not there.
+PlanNode *Maker::NewNode(ZrNode *source, PlanNode &schemaParent)
 {
-    uint32_t kind = ZR_NODE_GetNodeType(source);
-    if (!IsWanted(kind) || ZR_NODE_IsEnabled(source) == 0)
+    const PlanModule *module =
+        plan_.FindModule(View(ZR_MOD_GetModuleName(ZR_NODE_GetModule(source))));
+    if (module == nullptr)
         return nullptr;
     auto *node = plan_.arena.New<PlanNode>();
     node->source = source;
-    node->module = plan_.FindModule(View(ZR_MOD_GetModuleName(ZR_NODE_GetModule(source))));
-    if (node->module == nullptr)
-        return nullptr;
+    node->module = module;
     node->name = plan_.arena.CopyText(View(ZR_NODE_GetNodeName(source)));
-    node->kind = kind;
-    auto flag = [&](uint32_t is, PlanNode::Flag bit) {
-        if (is != 0)
-            node->flags |= bit;
-    };
-    flag(ZR_NODE_IsRwConfig(source), PlanNode::kConfig);
-    flag(ZR_NODE_IsMandatory(source), PlanNode::kMandatory);
-    flag(ZR_NODE_IsPresenceContainer(source), PlanNode::kPresence);
-    flag(ZR_NODE_IsKey(source), PlanNode::kKey);
+    node->kind = ZR_NODE_GetNodeType(source);
     node->schemaParent = &schemaParent;
     node->parent = schemaParent.IsChoiceOrCase() ? schemaParent.parent : &schemaParent;
+    return node;
+}
+
+PlanNode *Maker::AddNode(ZrNode *source, PlanNode &schemaParent)
+{
+    uint32_t kind = ZR_NODE_GetNodeType(source);
+    if (ZR_NODE_IsEnabled(source) == 0)
+        return nullptr;
+    if (kind == ZR_NODE_RPC || kind == ZR_NODE_ACTION || kind == ZR_NODE_NOTIFICATION) {
+        AddMessage(source, schemaParent);
+        return nullptr;
+    }
+    PlanNode *node = IsWanted(kind) ? NewNode(source, schemaParent) : nullptr;
+    if (node == nullptr)
+        return nullptr;
+    auto flag = [&](bool is, PlanNode::Flag bit) {
+        if (is)
+            node->flags |= bit;
+    };
+    flag(ZR_NODE_IsRwConfig(source) != 0 && schemaParent.Is(PlanNode::kConfig), PlanNode::kConfig);
+    flag(ZR_NODE_IsMandatory(source) != 0, PlanNode::kMandatory);
+    flag(ZR_NODE_IsPresenceContainer(source) != 0, PlanNode::kPresence);
+    flag(ZR_NODE_IsKey(source) != 0, PlanNode::kKey);
     AddChildren(*node, [&](auto add) { Scan(ZR_NODE_IterScanChildrenNode, source, add); });
     return node;
+}
+
+void Maker::AddMessage(ZrNode *source, PlanNode &schemaParent)
+{
+    PlanNode &parent = schemaParent.IsChoiceOrCase() ? *schemaParent.parent : schemaParent;
+    bool isNotification = ZR_NODE_GetNodeType(source) == ZR_NODE_NOTIFICATION;
+    PlanNode *request =
+        AddSide(source, isNotification ? source : ZR_NODE_GetInputNode(source), parent);
+    if (request == nullptr)
+        return;
+    auto *message = plan_.arena.New<Message>();
+    message->kind = request->kind;
+    message->request = request;
+    if (!isNotification)
+        message->reply = AddSide(source, ZR_NODE_GetOutputNode(source), parent);
+    plan_.messagesByName.emplace(ChildKey{&parent, request->module, request->name}, message);
+    parent.flags |= PlanNode::kSpeaks;
+}
+
+// One direction of a message. `content` has the parameters and their conditions; an operation
+// without any has none.
+PlanNode *Maker::AddSide(ZrNode *source, ZrNode *content, PlanNode &parent)
+{
+    PlanNode *side = NewNode(source, parent);
+    if (side == nullptr)
+        return nullptr;
+    sides_.push_back(side);
+    if (content == nullptr)
+        return side;
+    side->source = content;
+    AddChildren(*side, [&](auto add) { Scan(ZR_NODE_IterScanChildrenNode, content, add); });
+    return side;
 }
 
 void Maker::CollectData(PlanNode &schemaParent, std::pmr::vector<PlanNode *> &out)
@@ -191,6 +248,8 @@ void Maker::NumberData(PlanNode &dataParent, PlanNode &schemaParent)
             plan_.childrenByName.emplace(
                 ChildKey{&dataParent, data[slot]->module, data[slot]->name}, data[slot]);
         }
+        dataParent.slotCount =
+            static_cast<uint32_t>(data.size()) + dataParent.Is(PlanNode::kSpeaks);
     }
     for (PlanNode *child : schemaParent.children)
         NumberData(child->IsChoiceOrCase() ? dataParent : *child, *child);

@@ -4,6 +4,8 @@
 #include <functional>
 #include <string>
 
+#include "shared/names.h"
+
 namespace zr::data {
 
 namespace {
@@ -67,8 +69,8 @@ size_t ChildKeyHash::operator()(const ChildKey &key) const
 
 Plan::Plan(const ZrDataMemory &hooks)
     : memory(hooks), arena(&memory), modules(&memory), modulesByName(&memory),
-      modulesByNamespace(&memory), childrenByName(&memory), identities(&memory), patterns(&memory),
-      expressions(&memory), problems(&memory)
+      modulesByNamespace(&memory), childrenByName(&memory), messagesByName(&memory),
+      identities(&memory), patterns(&memory), expressions(&memory), problems(&memory)
 {
 }
 
@@ -92,6 +94,33 @@ const PlanNode *Plan::FindChild(const PlanNode &parent, const PlanModule *module
                                 std::string_view name) const
 {
     return Find(childrenByName, ChildKey{&parent, module, name});
+}
+
+const Message *Plan::FindMessage(const PlanNode &parent, const PlanModule *module,
+                                 std::string_view name) const
+{
+    return parent.Is(PlanNode::kSpeaks) ? Find(messagesByName, ChildKey{&parent, module, name})
+                                        : nullptr;
+}
+
+const Message *Plan::FindOperation(std::string_view path) const
+{
+    const PlanNode *at = &root;
+    const PlanModule *module = nullptr;
+    path.remove_prefix(path.starts_with('/'));
+    while (at != nullptr) {
+        size_t length = std::min(path.find('/'), path.size());
+        QName step = SplitName(path.substr(0, length));
+        if (!step.prefix.empty())
+            module = FindModule(step.prefix);
+        if (length == path.size()) {
+            const Message *message = FindMessage(*at, module, step.name);
+            return message != nullptr && message->reply != nullptr ? message : nullptr;
+        }
+        at = FindChild(*at, module, step.name);
+        path.remove_prefix(length + 1);
+    }
+    return nullptr;
 }
 
 const Identity *Plan::FindIdentity(std::string_view qualified) const

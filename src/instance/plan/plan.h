@@ -52,7 +52,9 @@ struct PlanNode {
         // Something directly in it, or in its choices and cases, must be there.
         kAsks = 32,
         // The same may come into use by default, or is a non-presence container.
-        kFills = 64
+        kFills = 64,
+        // Operations or notifications are defined in it.
+        kSpeaks = 128
     };
 
     const ZrNode *source; // null for the root
@@ -64,7 +66,8 @@ struct PlanNode {
     PlanNode *schemaParent;             // choices and cases included
     std::span<PlanNode *> children;     // choices included, in schema order
     std::span<PlanNode *> dataChildren; // through choices and cases, in schema order
-    uint32_t slot;                      // its place among the parent's dataChildren
+    uint32_t slot;                      // its place among the parent's slots
+    uint32_t slotCount;                 // dataChildren, and one for a message if it kSpeaks
     uint32_t minElements, maxElements;  // 0: no maximum
     std::span<const PlanNode *> keys;
     std::span<std::span<UniquePath>> uniques;
@@ -79,6 +82,19 @@ struct PlanNode {
     bool IsAny() const { return kind == ZR_NODE_ANYDATA || kind == ZR_NODE_ANYXML; }
     bool IsChoiceOrCase() const { return kind == ZR_NODE_CHOICE || kind == ZR_NODE_CASE; }
     bool IsRepeated() const { return kind == ZR_NODE_LIST || kind == ZR_NODE_LEAF_LIST; }
+    bool IsMessage() const
+    {
+        return kind == ZR_NODE_RPC || kind == ZR_NODE_ACTION || kind == ZR_NODE_NOTIFICATION;
+    }
+};
+
+// An operation or a notification. Each direction is a node of the data in which it is defined, with
+// the name of the operation and, as its children, the parameters (RFC 7950, section 6.4.1). None of
+// these nodes is configuration.
+struct Message {
+    uint32_t kind;     // ZR_NODE_RPC, ZR_NODE_ACTION or ZR_NODE_NOTIFICATION
+    PlanNode *request; // the input, or what a notification holds
+    PlanNode *reply;   // the output; null for a notification
 };
 
 // A child by its name: the names of the schema are compared as texts.
@@ -111,6 +127,12 @@ public:
     // A data child, also one inside choices and cases; null when there is none.
     const PlanNode *FindChild(const PlanNode &parent, const PlanModule *module,
                               std::string_view name) const;
+    // An operation or notification that is defined in a data node or at the top.
+    const Message *FindMessage(const PlanNode &parent, const PlanModule *module,
+                               std::string_view name) const;
+    // An operation by a path of names, "MODULE:RPC" or "/MODULE:NODE/.../ACTION"; null when there
+    // is none.
+    const Message *FindOperation(std::string_view path) const;
     const Identity *FindIdentity(std::string_view qualified) const;
     void AddProblem(const PlanNode &node, const char *expression, const char *message);
 
@@ -122,6 +144,7 @@ public:
     std::pmr::vector<PlanModule *> modules;
     std::pmr::unordered_map<std::string_view, PlanModule *> modulesByName, modulesByNamespace;
     std::pmr::unordered_map<ChildKey, PlanNode *, ChildKeyHash> childrenByName;
+    std::pmr::unordered_map<ChildKey, Message *, ChildKeyHash> messagesByName;
     std::pmr::unordered_map<std::string_view, Identity *> identities;
     std::pmr::unordered_map<std::string_view, Pattern *> patterns;
     std::pmr::vector<const Expression *> expressions;

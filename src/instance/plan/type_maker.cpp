@@ -150,6 +150,23 @@ const Type *TypeMaker::Make(const PlanNode &leaf, const ZrtRealType *source)
     return type;
 }
 
+namespace {
+
+// The message that a leaf stands in, as a child of the data in which the message is defined; null
+// when another child is asked for.
+const PlanNode *FindOwnMessage(const PlanNode &leaf, const PlanNode &parent,
+                               const PlanModule *module, std::string_view name)
+{
+    const PlanNode *at = &leaf;
+    while (at != nullptr && !at->IsMessage())
+        at = at->parent;
+    bool isMeant =
+        at != nullptr && at->parent == &parent && at->module == module && name == at->name;
+    return isMeant ? at : nullptr;
+}
+
+} // namespace
+
 // The path comes without its predicates, each step as MODULE:NAME or NAME (RFC 7950,
 // section 9.9.2).
 void TypeMaker::FindTarget(const PlanNode &leaf, const char *path, Type &type)
@@ -180,7 +197,9 @@ void TypeMaker::FindTarget(const PlanNode &leaf, const char *path, Type &type)
         if (!name.prefix.empty())
             module = plan_.FindModule(name.prefix);
         const PlanNode *child = plan_.FindChild(*at, module, name.name);
-        at = child != nullptr ? child : plan_.FindChild(*at, leaf.module, name.name);
+        if (child == nullptr)
+            child = plan_.FindChild(*at, leaf.module, name.name);
+        at = child != nullptr ? child : FindOwnMessage(leaf, *at, module, name.name);
     }
     if (at != nullptr && at->IsLeaf())
         type.target = at;

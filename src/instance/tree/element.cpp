@@ -14,7 +14,7 @@ Tree::Tree(Arena &anArena, const Plan &plan, std::pmr::memory_resource *memory)
     doc.type = XML_DOCUMENT_NODE;
     doc.doc = &doc;
     root.plan = &plan.root;
-    root.firsts = arena.NewArray<Element *>(plan.root.dataChildren.size());
+    root.firsts = arena.NewArray<Element *>(plan.root.slotCount);
 }
 
 Element *Tree::Add(Element &parent, const PlanNode &plan, const xmlNode *source, uint32_t order)
@@ -25,8 +25,10 @@ Element *Tree::Add(Element &parent, const PlanNode &plan, const xmlNode *source,
     element->source = source;
     element->order = order;
     element->parent = &parent;
-    if (!plan.dataChildren.empty())
-        element->firsts = arena.NewArray<Element *>(plan.dataChildren.size());
+    element->operation = parent.operation;
+    element->isContext = parent.isContext;
+    if (plan.slotCount != 0)
+        element->firsts = arena.NewArray<Element *>(plan.slotCount);
 
     xmlNode &node = element->node;
     node.type = XML_ELEMENT_NODE;

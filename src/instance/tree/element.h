@@ -14,6 +14,16 @@
 
 namespace zr::data {
 
+// What an edit wants of a node (RFC 6241, section 7.2).
+enum class Operation : uint8_t {
+    None, // it is none of an edit, or as the edit's default says
+    Merge,
+    Replace,
+    Create,
+    Delete,
+    Remove
+};
+
 struct Element {
     xmlNode node; // the first member: an xmlNode of an instance tree is the beginning of an Element
     const PlanNode *plan;
@@ -24,10 +34,19 @@ struct Element {
     Element **firsts;       // the first instance of each of the plan's dataChildren
     std::string_view value; // of a leaf: canonical; NUL-terminated
     const Type *type;       // of a leaf: the member of a union that took the value, or the leaf's
-    uint32_t order; // among the elements of the data; what defaults stand in has it, for them
+    uint32_t order;      // among the elements of the data; what defaults stand in has it, for them
+    Operation operation; // its own, or that of the element it stands in
     bool isDefault;
-    bool
-        isFaulty; // its value is none of its type, or a key is missing: not to be looked into again
+    // Its value is none of its type, or a key is missing: not to be looked into again.
+    bool isFaulty;
+    // Conditions see it, but it is not judged: it is of the datastore that a message is held
+    // against, or leads to the message.
+    bool isContext;
+
+    bool IsDeleted() const
+    {
+        return operation == Operation::Delete || operation == Operation::Remove;
+    }
 };
 
 inline Element *ElementOf(xmlNode *node)

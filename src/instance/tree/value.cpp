@@ -236,7 +236,8 @@ const char *ReadBits(const ValueScope &, const Type &type, std::string_view text
     return nullptr;
 }
 
-// The module that a prefix means; null when there is none.
+} // namespace
+
 const PlanModule *FindPrefix(const ValueScope &scope, std::string_view prefix)
 {
     const Plan &plan = scope.plan;
@@ -255,6 +256,8 @@ const PlanModule *FindPrefix(const ValueScope &scope, std::string_view prefix)
         xmlSearchNs(element->doc, element, prefix.empty() ? nullptr : XmlText(name.c_str()));
     return ns == nullptr ? nullptr : plan.FindNamespace(View(ns->href));
 }
+
+namespace {
 
 const char *ReadIdentity(const ValueScope &scope, const Type &type, std::string_view text,
                          Canonical &out)

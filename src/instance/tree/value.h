@@ -31,6 +31,9 @@ struct ValueResult {
 ValueResult ReadValue(const ValueScope &scope, const Type &type, std::string_view text,
                       std::pmr::string &canonical);
 
+// The module that a prefix means; null when there is none.
+const PlanModule *FindPrefix(const ValueScope &scope, std::string_view prefix);
+
 // The identity that a text means; null when there is none.
 const Identity *FindIdentity(const ValueScope &scope, std::string_view text);
 

@@ -30,7 +30,7 @@ TEST(Plan, IsStaleWhenModulesHaveChanged)
     EXPECT_EQ(ZR_DATA_IsPlanCurrent(plan), 1u);
     schema.Add("n", "leaf b { type string; }");
     EXPECT_EQ(ZR_DATA_IsPlanCurrent(plan), 0u);
-    ZrDataOptions options = {ZR_DATA_CONFIG, 0, 0};
+    ZrDataOptions options = Options(ZR_DATA_CONFIG);
     ZrDataResult *result = nullptr;
     EXPECT_EQ(ZR_DATA_CheckText(plan, &options, "<c/>", 4, &result), ZR_DATA_ERR_STALE);
     EXPECT_EQ(result, nullptr);
@@ -51,7 +51,8 @@ TEST(Check, KeepsTheFirstFaultsUpToTheLimitAndCountsAll)
 {
     Schema schema("leaf-list a { type int8; }");
     std::string text = Wrap("<a>x</a><a>1</a><a>y</a><a>z</a>");
-    ZrDataOptions options = {ZR_DATA_CONFIG, 2, 0};
+    ZrDataOptions options = Options(ZR_DATA_CONFIG);
+    options.errorLimit = 2;
     ZrDataResult *result = nullptr;
     EXPECT_EQ(ZR_DATA_CheckText(schema.plan(), &options, text.data(), text.size(), &result),
               ZR_DATA_ERR_FAULTY);
@@ -78,7 +79,7 @@ TEST(Check, LeavesTheCallersTreeAsItIs)
     Schema schema("container c { leaf a { type int8; } leaf b { type int8; default 1; } }");
     std::string text = Wrap("<c><a>+1</a></c>");
     xmlDoc *doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, 0);
-    ZrDataOptions options = {ZR_DATA_CONFIG, 0, 0};
+    ZrDataOptions options = Options(ZR_DATA_CONFIG);
     ZrDataResult *result = nullptr;
     EXPECT_EQ(ZR_DATA_CheckTree(schema.plan(), &options, xmlDocGetRootElement(doc), &result),
               ZR_DATA_OK);
@@ -114,7 +115,7 @@ TEST(Check, FollowsDataOfAnyDepth)
 TEST(ErrorXml, IsAnRpcErrorThatDeclaresTheNamespacesOfItsPath)
 {
     Schema schema("container c { leaf a { type string; mandatory true; } }");
-    ZrDataOptions options = {ZR_DATA_CONFIG, 0, 0};
+    ZrDataOptions options = Options(ZR_DATA_CONFIG);
     ZrDataResult *result = nullptr;
     ZR_DATA_CheckText(schema.plan(), &options, "<config/>", 9, &result);
     EXPECT_STREQ(ZR_DATA_GetErrorXml(result, 0),
@@ -152,7 +153,7 @@ TEST(Memory, ThatRunsOutAnywhereLeavesNothingBehind)
                            },
                            &counter};
     std::string text = Wrap("<l><k>1</k><r>2</r></l><l><k>1</k></l><l/>");
-    ZrDataOptions options = {ZR_DATA_CONFIG, 0, 0};
+    ZrDataOptions options = Options(ZR_DATA_CONFIG);
     uint32_t status = ZR_DATA_ERR_NO_MEMORY;
     for (counter.failing = 1; status == ZR_DATA_ERR_NO_MEMORY; ++counter.failing) {
         counter.made = 0;

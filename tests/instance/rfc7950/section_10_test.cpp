@@ -69,7 +69,9 @@ TEST(Expression, ThatTakesTooManyStepsIsAFaultOfItsOwn)
     for (int i = 0; i < 100; ++i)
         data += "<a>" + std::to_string(i) + "</a>";
     std::string text = Wrap(data);
-    ZrDataOptions options = {ZR_DATA_CONFIG, 1, 1000};
+    ZrDataOptions options = Options(ZR_DATA_CONFIG);
+    options.errorLimit = 1;
+    options.stepLimit = 1000;
     ZrDataResult *result = nullptr;
     ZR_DATA_CheckText(schema.plan(), &options, text.data(), text.size(), &result);
     EXPECT_THAT(Describe(*ZR_DATA_GetError(result, 0)), StartsWith("resource-denied /a[.='0']"));

@@ -1,6 +1,9 @@
 #include "support/schema.h"
 
+#include <libxml/parser.h>
 #include <zryang/zryang.h>
+
+#include <memory>
 
 namespace datatest {
 
@@ -55,25 +58,51 @@ const ZrDataPlan *Schema::plan()
     return plan_;
 }
 
-Texts Schema::CheckDocument(const std::string &document, uint32_t kind)
+ZrDataOptions Options(uint32_t kind)
 {
     ZrDataOptions options = {};
     options.kind = kind;
+    return options;
+}
+
+Texts Schema::Run(const ZrDataOptions &options, const std::string &document)
+{
     ZrDataResult *result = nullptr;
     uint32_t status =
         ZR_DATA_CheckText(plan(), &options, document.data(), document.size(), &result);
     Texts errors;
     lines_.clear();
     warnings_.clear();
+    xml_.clear();
     for (size_t i = 0; i < ZR_DATA_GetErrorCount(result, nullptr); ++i) {
         errors.push_back(Describe(*ZR_DATA_GetError(result, i)));
         lines_.push_back(ZR_DATA_GetError(result, i)->line);
+        xml_.emplace_back(ZR_DATA_GetErrorXml(result, i));
     }
     for (size_t i = 0; i < ZR_DATA_GetWarningCount(result, nullptr); ++i)
         warnings_.push_back(Describe(*ZR_DATA_GetWarning(result, i)));
     EXPECT_EQ(status, errors.empty() ? ZR_DATA_OK : ZR_DATA_ERR_FAULTY);
     ZR_DATA_DeleteResult(result);
     return errors;
+}
+
+Texts Schema::CheckDocument(const std::string &document, uint32_t kind)
+{
+    return Run(Options(kind), document);
+}
+
+Texts Schema::CheckMessage(const std::string &document, uint32_t kind, const std::string &datastore,
+                           const char *operation)
+{
+    std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> store(nullptr, xmlFreeDoc);
+    ZrDataOptions options = Options(kind);
+    options.operation = operation;
+    if (!datastore.empty()) {
+        store.reset(xmlReadMemory(datastore.data(), static_cast<int>(datastore.size()), nullptr,
+                                  nullptr, 0));
+        options.datastore = xmlDocGetRootElement(store.get());
+    }
+    return Run(options, document);
 }
 
 Texts Schema::Check(const std::string &data, uint32_t kind)

@@ -13,6 +13,9 @@ namespace datatest {
 
 using Texts = std::vector<std::string>;
 
+// The defaults for a kind.
+ZrDataOptions Options(uint32_t kind);
+
 class Schema {
 public:
     // A YANG 1.1 module "m" with that body: namespace urn:m, prefix m.
@@ -33,6 +36,12 @@ public:
     Texts Check(const std::string &data, uint32_t kind = ZR_DATA_CONFIG);
     // The same of a whole document.
     Texts CheckDocument(const std::string &document, uint32_t kind = ZR_DATA_CONFIG);
+    // The same of a message that is held against a datastore, "" for none; `operation` is that of a
+    // reply. Both texts are whole documents.
+    Texts CheckMessage(const std::string &document, uint32_t kind,
+                       const std::string &datastore = "", const char *operation = nullptr);
+    // The faults of the last check as XML.
+    const Texts &xml() const { return xml_; }
     // The lines and warnings of the last check.
     const std::vector<uint32_t> &lines() const { return lines_; }
     const Texts &warnings() const { return warnings_; }
@@ -42,7 +51,9 @@ private:
     ZrDataPlan *plan_ = nullptr;
     std::vector<std::pair<std::string, std::string>> sources_;
     std::vector<uint32_t> lines_;
-    Texts warnings_;
+    Texts warnings_, xml_;
+
+    Texts Run(const ZrDataOptions &options, const std::string &document);
 };
 
 // "TAG[APP-TAG] PATH: MESSAGE", paths with "m:" left out.

@@ -1,0 +1,121 @@
+// RFC 7950, section 8: constraints; what an edit is held against when it is read (section 8.3.1).
+#include "support/schema.h"
+
+namespace datatest {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+const std::string kBody =
+    "feature f; identity food; identity fruit { base food; }"
+    " container c { leaf a { type int8 { range 1..9; } } leaf off { if-feature f; type string; }"
+    "  choice how { leaf x { type empty; } case two { leaf y { type empty; }"
+    "   leaf z { type empty; } } } }"
+    " list entry { key \"kind name\"; ordered-by user; leaf kind { type identityref { base food; } "
+    "}"
+    "  leaf name { type int8; } leaf-list v { type int8; ordered-by user; }"
+    "  leaf-list s { type int8; } }"
+    " list sorted { key name; leaf name { type string; } }";
+
+Texts Edit(const std::string &data)
+{
+    Schema schema(kBody);
+    return schema.CheckMessage(
+        "<config xmlns=\"urn:m\" xmlns:m=\"urn:m\" xmlns:yang=\"urn:ietf:params:xml:ns:yang:1\" "
+        "xmlns:nc=\"urn:ietf:params:xml:ns:netconf:base:1.0\">" +
+            data + "</config>",
+        ZR_DATA_EDIT);
+}
+
+Texts Entry(const std::string &attributes, const std::string &inner = "")
+{
+    return Edit("<entry " + attributes + "><kind>fruit</kind><name>1</name>" + inner + "</entry>");
+}
+
+// What is wrong with a value of a leaf-list that the user orders.
+Texts Value(const std::string &attributes)
+{
+    return Entry("", "<v " + attributes + ">1</v>");
+}
+
+} // namespace
+
+TEST(Payload, HasValuesOfItsTypesAndKnownNames)
+{
+    EXPECT_THAT(Edit("<c><a>10</a></c>"), ElementsAre(StartsWith("invalid-value /c/a: ")));
+    EXPECT_THAT(Edit("<c><off>x</off></c>"), ElementsAre(StartsWith("unknown-element /c/off: ")));
+}
+
+TEST(Payload, HasAllKeysOfEachEntry)
+{
+    EXPECT_THAT(Edit("<entry><name>1</name></entry>"),
+                ElementsAre("missing-element /entry[1]/kind: key \"kind\" is missing"));
+}
+
+TEST(Payload, HasOneCaseOfAChoice)
+{
+    EXPECT_THAT(Edit("<c><y/><z/></c>"), IsEmpty());
+    EXPECT_THAT(Edit("<c><x/><y/></c>"), ElementsAre(StartsWith("bad-element /c/y: ")));
+    EXPECT_THAT(Edit("<c><x nc:operation=\"delete\"/><y/></c>"), IsEmpty())
+        << "one takes the other's place";
+}
+
+TEST(Payload, InsertsWhereTheUserOrdersAlone)
+{
+    EXPECT_THAT(Entry("yang:insert=\"first\""), IsEmpty());
+    EXPECT_THAT(Value("yang:insert=\"last\""), IsEmpty());
+    EXPECT_THAT(Entry("yang:insert=\"middle\""), ElementsAre(StartsWith("bad-attribute /entry[")));
+    EXPECT_THAT(Edit("<sorted yang:insert=\"first\"><name>a</name></sorted>"),
+                ElementsAre(StartsWith("unknown-attribute /sorted[name='a']: ")));
+    EXPECT_THAT(Entry("", "<s yang:insert=\"first\">1</s>"),
+                ElementsAre(StartsWith("unknown-attribute /entry[")));
+    EXPECT_THAT(Edit("<c yang:insert=\"first\"/>"),
+                ElementsAre(StartsWith("unknown-attribute /c: ")));
+}
+
+TEST(Payload, NamesTheEntryBesideWhichItInserts)
+{
+    EXPECT_THAT(Entry("yang:insert=\"before\" yang:key=\"[m:kind='m:fruit'][m:name='7']\""),
+                IsEmpty());
+    EXPECT_THAT(
+        Entry("yang:insert=\"after\" yang:key=\"[m:name = '7'] [m:kind = &quot;fruit&quot;]\""),
+        IsEmpty());
+    EXPECT_THAT(Entry("yang:insert=\"after\""),
+                ElementsAre(StartsWith("missing-attribute /entry[")));
+    for (const char *bad :
+         {"", "7", "[m:name='7']", "[m:name='7'][m:name='7']", "[m:kind='m:fruit'][m:name='x']",
+          "[m:kind='food'][name='7']", "[m:kind='m:fruit'][m:name='7'][m:v='1']",
+          "[m:kind='m:fruit'][m:name='7'", "[m:kind='none'][m:name='7']"})
+        EXPECT_THAT(Entry(std::string("yang:insert=\"after\" yang:key=\"") + bad + "\""),
+                    ElementsAre(StartsWith("bad-attribute /entry[")))
+            << bad;
+    EXPECT_THAT(Entry("yang:insert=\"first\" yang:key=\"[m:kind='m:fruit'][m:name='7']\""),
+                ElementsAre(StartsWith("unknown-attribute /entry[")))
+        << "the first stands beside none";
+    EXPECT_THAT(Entry("yang:insert=\"after\" yang:value=\"1\""),
+                ElementsAre(StartsWith("unknown-attribute /entry["),
+                            StartsWith("missing-attribute /entry[")));
+}
+
+TEST(Payload, NamesTheValueBesideWhichItInserts)
+{
+    EXPECT_THAT(Value("yang:insert=\"before\" yang:value=\"+7\""), IsEmpty());
+    EXPECT_THAT(Value("yang:insert=\"before\" yang:value=\"x\""),
+                ElementsAre(StartsWith("bad-attribute /entry[")));
+    EXPECT_THAT(Value("yang:insert=\"before\""),
+                ElementsAre(StartsWith("missing-attribute /entry[")));
+    EXPECT_THAT(Value("yang:insert=\"before\" yang:key=\"[.='1']\""),
+                ElementsAre(StartsWith("unknown-attribute /entry["),
+                            StartsWith("missing-attribute /entry[")));
+}
+
+TEST(Payload, InsertsNothingThatItDeletes)
+{
+    EXPECT_THAT(Entry("yang:insert=\"first\" nc:operation=\"delete\""),
+                ElementsAre(StartsWith("bad-attribute /entry[")));
+}
+
+} // namespace datatest
