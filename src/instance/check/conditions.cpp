@@ -5,8 +5,10 @@
 
 namespace zr::data {
 
-bool Holds(Run &run, const Expression &expression, Element &context, Fault fault)
+bool Holds(Run &run, const PlanNode &owner, const Expression &expression, Element &context,
+           Fault fault)
 {
+    run.tree.ShowState(!owner.Is(PlanNode::kConfig));
     Truth truth = run.evaluator.Evaluate(expression, context);
     if (truth == Truth::Exceeded) {
         fault.tag = ZR_ERROR_TAG_RESOURCE_DENIED;
@@ -25,9 +27,9 @@ bool IsAllowed(Run &run, Element &parent, const PlanNode &absent)
         return true;
     Fault fault = FaultBelow(parent, absent, 0);
     if (absent.IsChoiceOrCase())
-        return Holds(run, *absent.when, parent, fault);
+        return Holds(run, absent, *absent.when, parent, fault);
     Element *placeholder = run.tree.Add(parent, absent, nullptr, parent.order);
-    bool holds = Holds(run, *absent.when, *placeholder, fault);
+    bool holds = Holds(run, absent, *absent.when, *placeholder, fault);
     run.tree.RemoveLast(*placeholder);
     return holds;
 }
@@ -61,49 +63,62 @@ const PlanNode *FindCase(const Run &run, const Element &parent, const PlanNode &
 
 namespace {
 
-void CheckWhen(Run &run, const Expression &when, Element &context, Element &element)
+void CheckWhen(Run &run, const PlanNode &owner, Element &context, Element &element)
 {
-    if (Holds(run, when, context, FaultAt(element, 0)))
+    if (Holds(run, owner, *owner.when, context, FaultAt(element, 0)))
         return;
     element.isFaulty = true;
     run.faults.Add(FaultAt(element, ZR_ERROR_TAG_UNKNOWN_ELEMENT),
-                   {"\"", element.plan->name, "\" has no place here: its condition \"", when.source,
-                    "\" is false"});
+                   {"\"", element.plan->name, "\" has no place here: its condition \"",
+                    owner.when->source, "\" is false"});
+}
+
+void CheckWhensOf(Run &run, Element &element)
+{
+    if (element.plan->when != nullptr)
+        CheckWhen(run, *element.plan, element, element);
+    for (const PlanNode *at = element.plan->schemaParent; at->IsChoiceOrCase() && !element.isFaulty;
+         at = at->schemaParent)
+        if (at->when != nullptr)
+            CheckWhen(run, *at, *element.parent, element);
+}
+
+void CheckMustsOf(Run &run, Element &element)
+{
+    for (const Condition &must : element.plan->musts) {
+        Fault fault = FaultAt(element, ZR_ERROR_TAG_OPERATION_FAILED);
+        fault.badElement = nullptr;
+        if (Holds(run, *element.plan, *must.expression, element, fault))
+            continue;
+        fault.appTag = must.appTag != nullptr ? must.appTag : "must-violation";
+        if (must.message != nullptr)
+            run.faults.Add(fault, {must.message});
+        else
+            run.faults.Add(fault, {"the condition \"", must.expression->source, "\" is false"});
+    }
 }
 
 } // namespace
 
 void CheckWhens(Run &run)
 {
-    for (Element *element : run.tree.elements) {
-        if (element->isContext || element->isDefault) // looked at before it was added
-            continue;
-        if (element->plan->when != nullptr)
-            CheckWhen(run, *element->plan->when, *element, *element);
-        for (const PlanNode *at = element->plan->schemaParent;
-             at->IsChoiceOrCase() && !element->isFaulty; at = at->schemaParent)
-            if (at->when != nullptr)
-                CheckWhen(run, *at->when, *element->parent, *element);
-    }
+    ForEachView(run, [&](bool isConfig) {
+        for (Element *element : run.tree.elements)
+            // Those of defaults were looked at before they were added.
+            if (!element->isContext && !element->isDefault &&
+                element->plan->Is(PlanNode::kConfig) == isConfig)
+                CheckWhensOf(run, *element);
+    });
 }
 
 void CheckMusts(Run &run)
 {
-    for (Element *element : run.tree.elements) {
-        if (element->isContext || element->isFaulty)
-            continue;
-        for (const Condition &must : element->plan->musts) {
-            Fault fault = FaultAt(*element, ZR_ERROR_TAG_OPERATION_FAILED);
-            fault.badElement = nullptr;
-            if (Holds(run, *must.expression, *element, fault))
-                continue;
-            fault.appTag = must.appTag != nullptr ? must.appTag : "must-violation";
-            if (must.message != nullptr)
-                run.faults.Add(fault, {must.message});
-            else
-                run.faults.Add(fault, {"the condition \"", must.expression->source, "\" is false"});
-        }
-    }
+    ForEachView(run, [&](bool isConfig) {
+        for (Element *element : run.tree.elements)
+            if (!element->isContext && !element->isFaulty &&
+                element->plan->Is(PlanNode::kConfig) == isConfig)
+                CheckMustsOf(run, *element);
+    });
 }
 
 } // namespace zr::data

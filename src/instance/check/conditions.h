@@ -6,8 +6,23 @@
 namespace zr::data {
 
 // Evaluates a condition. What cannot be told is a fault, and given as true so that nothing else is
-// said of it. `fault` is that fault but for tag and message.
-bool Holds(Run &run, const Expression &expression, Element &context, Fault fault);
+// said of it. `owner` is the node whose condition it is, `fault` that fault but for tag and
+// message.
+bool Holds(Run &run, const PlanNode &owner, const Expression &expression, Element &context,
+           Fault fault);
+
+// Calls `work` for each element: first for configuration, which does not see what is none, then for
+// the rest, so that the view changes once. `work` may add elements.
+template <typename Work> void ForEachView(Run &run, Work work)
+{
+    for (bool isConfig : {true, false}) {
+        if (!isConfig && !run.tree.HasState() && run.options.kind == ZR_DATA_CONFIG)
+            break;
+        run.tree.ShowState(!isConfig);
+        work(isConfig);
+    }
+    run.tree.ShowState(true);
+}
 
 // Whether a node that is not in the data could be, by its own "when" (RFC 7950, section 7.21.5): it
 // is put into the data for as long as the condition is evaluated.

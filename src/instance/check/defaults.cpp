@@ -9,7 +9,8 @@ namespace {
 
 class Filler {
 public:
-    explicit Filler(Run &run) : run_(run), value_(run.memory) {}
+    // Adds configuration, or the rest.
+    Filler(Run &run, bool isConfig) : run_(run), isConfig_(isConfig), value_(run.memory) {}
 
     void Fill(Element &parent, const PlanNode &schemaNode)
     {
@@ -24,7 +25,8 @@ private:
             return;
         if (node.kind == ZR_NODE_CHOICE)
             FillChoice(parent, node);
-        else if (run_.tree.First(parent, node) != nullptr)
+        else if (node.Is(PlanNode::kConfig) != isConfig_ ||
+                 run_.tree.First(parent, node) != nullptr)
             return;
         else if (node.kind == ZR_NODE_CONTAINER && !node.Is(PlanNode::kPresence))
             AddContainer(parent, node);
@@ -62,6 +64,7 @@ private:
     }
 
     Run &run_;
+    bool isConfig_;
     std::pmr::string value_;
 };
 
@@ -69,11 +72,13 @@ private:
 
 void AddDefaults(Run &run)
 {
-    Filler filler(run);
-    filler.Fill(run.tree.root, run.plan.root);
-    for (size_t i = 0; i < run.tree.elements.size(); ++i) // grows meanwhile
-        if (run.tree.elements[i]->plan->Is(PlanNode::kFills))
-            filler.Fill(*run.tree.elements[i], *run.tree.elements[i]->plan);
+    ForEachView(run, [&](bool isConfig) {
+        Filler filler(run, isConfig);
+        filler.Fill(run.tree.root, run.plan.root);
+        for (size_t i = 0; i < run.tree.elements.size(); ++i) // grows meanwhile
+            if (run.tree.elements[i]->plan->Is(PlanNode::kFills))
+                filler.Fill(*run.tree.elements[i], *run.tree.elements[i]->plan);
+    });
 }
 
 } // namespace zr::data

@@ -8,7 +8,8 @@ namespace {
 
 class Asker {
 public:
-    explicit Asker(Run &run) : run_(run) {}
+    // Asks for configuration, or for the rest.
+    Asker(Run &run, bool isConfig) : run_(run), isConfig_(isConfig) {}
 
     void Ask(Element &parent, const PlanNode &schemaNode)
     {
@@ -23,7 +24,8 @@ private:
             return;
         if (node.kind == ZR_NODE_CHOICE)
             AskChoice(parent, node);
-        else if (run_.IsEdit()) // the rest may be in the datastore already
+        else if (node.Is(PlanNode::kConfig) != isConfig_ ||
+                 run_.IsEdit()) // the datastore may have what is not there
             return;
         else if (node.minElements != 0)
             AskEntries(parent, node);
@@ -47,6 +49,17 @@ private:
     void AskChoice(Element &parent, const PlanNode &choice)
     {
         const PlanNode *chosen = FindCase(run_, parent, choice);
+        if (choice.Is(PlanNode::kConfig) == isConfig_)
+            JudgeChoice(parent, choice, chosen);
+        if (chosen == nullptr)
+            return;
+        if (chosen->kind == ZR_NODE_CASE)
+            Ask(parent, *chosen);
+        else
+            AskOne(parent, *chosen);
+    }
+    void JudgeChoice(Element &parent, const PlanNode &choice, const PlanNode *chosen)
+    {
         if (chosen == nullptr) {
             if (choice.Is(PlanNode::kMandatory) && !run_.IsEdit() &&
                 IsAllowed(run_, parent, choice))
@@ -58,10 +71,6 @@ private:
                 run_.faults.Add(FaultAt(*FirstOf(run_, parent, *other), ZR_ERROR_TAG_BAD_ELEMENT),
                                 {"\"", other->name, "\" and \"", chosen->name, "\" of choice \"",
                                  choice.name, "\" exclude each other"});
-        if (chosen->kind == ZR_NODE_CASE)
-            Ask(parent, *chosen);
-        else
-            AskOne(parent, *chosen);
     }
     // The path leads to the node that lacks it (RFC 7950, section 15.6).
     void MissChoice(Element &parent, const PlanNode &choice)
@@ -74,20 +83,23 @@ private:
     }
 
     Run &run_;
+    bool isConfig_;
 };
 
 } // namespace
 
 void CheckMandatory(Run &run)
 {
-    Asker asker(run);
-    if (!run.tree.root.isContext)
-        asker.Ask(run.tree.root, run.plan.root);
-    for (size_t i = 0; i < run.tree.elements.size(); ++i) { // placeholders come and go
-        Element &element = *run.tree.elements[i];
-        if (element.plan->Is(PlanNode::kAsks) && !element.isContext)
-            asker.Ask(element, *element.plan);
-    }
+    ForEachView(run, [&](bool isConfig) {
+        Asker asker(run, isConfig);
+        if (!run.tree.root.isContext)
+            asker.Ask(run.tree.root, run.plan.root);
+        for (size_t i = 0; i < run.tree.elements.size(); ++i) { // placeholders come and go
+            Element &element = *run.tree.elements[i];
+            if (element.plan->Is(PlanNode::kAsks) && !element.isContext)
+                asker.Ask(element, *element.plan);
+        }
+    });
 }
 
 } // namespace zr::data

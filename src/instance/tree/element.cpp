@@ -9,7 +9,7 @@
 namespace zr::data {
 
 Tree::Tree(Arena &anArena, const Plan &plan, std::pmr::memory_resource *memory)
-    : arena(anArena), elements(memory)
+    : arena(anArena), elements(memory), states_(memory)
 {
     doc.type = XML_DOCUMENT_NODE;
     doc.doc = &doc;
@@ -21,6 +21,10 @@ Element *Tree::Add(Element &parent, const PlanNode &plan, const xmlNode *source,
 {
     auto *element = arena.NewArray<Element>(1);
     elements.push_back(element);
+    if (!plan.Is(PlanNode::kConfig) && parent.plan->Is(PlanNode::kConfig)) {
+        ShowState(true);
+        states_.push_back(element);
+    }
     element->plan = &plan;
     element->source = source;
     element->order = order;
@@ -35,13 +39,9 @@ Element *Tree::Add(Element &parent, const PlanNode &plan, const xmlNode *source,
     node.name = XmlText(plan.name);
     node.ns = const_cast<xmlNs *>(&plan.module->xml); // only read
     node.doc = &doc;
-    bool isTop = &parent == &root;
-    node.parent = isTop ? reinterpret_cast<xmlNode *>(&doc) : &parent.node;
-    xmlNode *&first = isTop ? doc.children : parent.node.children;
-    xmlNode *&last = isTop ? doc.last : parent.node.last;
-    node.prev = last;
-    (last != nullptr ? last->next : first) = &node;
-    last = &node;
+    // A document has its children where other nodes have theirs.
+    node.parent = &parent == &root ? reinterpret_cast<xmlNode *>(&doc) : &parent.node;
+    Link(node, node.parent->last);
 
     Element *&same = parent.firsts[plan.slot];
     if (same == nullptr)
@@ -69,14 +69,43 @@ void Tree::SetValue(Element &leaf, std::string_view value, const Type *type)
 
 void Tree::RemoveLast(Element &child)
 {
-    Element &parent = *child.parent;
-    bool isTop = &parent == &root;
-    xmlNode *&first = isTop ? doc.children : parent.node.children;
-    xmlNode *&last = isTop ? doc.last : parent.node.last;
-    last = child.node.prev;
-    (last != nullptr ? last->next : first) = nullptr;
-    parent.firsts[child.plan->slot] = nullptr; // it was absent before
+    Unlink(child.node);
+    child.parent->firsts[child.plan->slot] = nullptr; // it was absent before
     elements.pop_back();
+    if (!states_.empty() && states_.back() == &child)
+        states_.pop_back();
+}
+
+// Puts a node behind another one; as the first for null.
+void Tree::Link(xmlNode &node, xmlNode *before)
+{
+    xmlNode *&forward = before != nullptr ? before->next : node.parent->children;
+    node.prev = before;
+    node.next = forward;
+    (node.next != nullptr ? node.next->prev : node.parent->last) = &node;
+    forward = &node;
+}
+
+// The node keeps what it stands behind.
+void Tree::Unlink(xmlNode &node)
+{
+    (node.prev != nullptr ? node.prev->next : node.parent->children) = node.next;
+    (node.next != nullptr ? node.next->prev : node.parent->last) = node.prev;
+}
+
+// Taken out from the last to the first, each stands behind one that is still there when they are
+// put back from the first to the last.
+void Tree::ShowState(bool isShown)
+{
+    if (isShown == isStateShown_)
+        return;
+    isStateShown_ = isShown;
+    if (isShown)
+        for (Element *element : states_)
+            Link(element->node, element->node.prev);
+    else
+        for (auto element = states_.rbegin(); element != states_.rend(); ++element)
+            Unlink((*element)->node);
 }
 
 void Tree::Number()

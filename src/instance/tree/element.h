@@ -63,6 +63,15 @@ public:
     void SetValue(Element &leaf, std::string_view value, const Type *type);
     // Takes out the child that was added last.
     void RemoveLast(Element &child);
+    // Whether conditions see what is no configuration: those of configuration do not (RFC 7950,
+    // section 6.4.1). Each change costs as much as there is of it.
+    void ShowState(bool isShown);
+    bool HasState() const { return !states_.empty(); }
+    bool IsVisible(const PlanNode &plan) const
+    {
+        return isStateShown_ || plan.Is(PlanNode::kConfig);
+    }
+
     // Gives the nodes their places in document order, which makes libxml2 fast at sorting them.
     void Number();
 
@@ -75,6 +84,13 @@ public:
     xmlDoc doc = {};
     Element root = {};
     std::pmr::vector<Element *> elements; // in document order, defaults behind their time of adding
+
+private:
+    void Link(xmlNode &node, xmlNode *before);
+    void Unlink(xmlNode &node);
+
+    std::pmr::vector<Element *> states_; // those in configuration, in their order of adding
+    bool isStateShown_ = true;
 };
 
 } // namespace zr::data
