@@ -18,6 +18,27 @@
 extern "C" {
 #endif
 
+/** What stands for a bound of a range or length. */
+enum ZrBoundKind {
+    ZR_BOUND_NUMBER = 0, /**< a number */
+    ZR_BOUND_MIN = 1,    /**< "min", whose number is not known before a value is checked */
+    ZR_BOUND_MAX = 2     /**< "max", likewise */
+};
+
+/** One bound of a segment of a range or length. */
+typedef struct ZrTypeBound {
+    uint32_t kind;           /**< a ::ZrBoundKind */
+    uint32_t fractionDigits; /**< the number is scaled by ten to the power of these: those of a
+                                  decimal64 in its own range; in the range of a derived type those
+                                  with which the number is written; else 0 */
+    uint64_t number;         /**< its 64-bit pattern, signed when the type is or it is negative; 0
+                                  when it is none */
+} ZrTypeBound;
+
+/** Receives one segment of a range or length. */
+typedef uint32_t (*ZrBoundsScanFunc)(const ZrTypeBound *start, const ZrTypeBound *end,
+                                     void *userData);
+
 /**
  * Tells which built-in type a type statement names.
  *
@@ -114,6 +135,24 @@ ZR_API uint32_t ZR_TYPE_ScanNameValuePair(const ZrtRealType *type, ZrNameValueSc
  */
 ZR_API uint32_t ZR_TYPE_ScanStartEndPair(const ZrtRealType *type, ZrStartEndScanFunc callback,
                                          void *userData);
+
+/**
+ * Lists the segments of a type's length, then of its range, like ZR_TYPE_ScanStartEndPair(), and
+ * tells "min" and "max" from numbers, and how decimals are scaled.
+ *
+ * In the range of a type that names a typedef of a decimal64, numbers are written with digits of
+ * their own; without #ZR_CTX_STANDARD they are whole.
+ *
+ * @param type      a type; null gives #ZR_ERR_INVALID
+ * @param callback  called per segment, with bounds that last as long as the call; a result other
+ *                  than 0 ends the scan; null gives #ZR_ERR_INVALID
+ * @param userData  handed to the callback as it is
+ * @retval ZR_OK           every segment was listed, or there are none
+ * @retval ZR_ERR_INVALID  a null argument
+ * @return otherwise the callback's result that ended the scan
+ */
+ZR_API uint32_t ZR_TYPE_ScanBounds(const ZrtRealType *type, ZrBoundsScanFunc callback,
+                                   void *userData);
 
 /**
  * Lists the member types of a union in the order in which they are tried (RFC 7950, section 9.12).

@@ -6,6 +6,7 @@
 #include "foundation/array.h"
 #include "types/chains.h"
 #include "types/constraints.h"
+#include "types/range.h"
 #include "types/real_type.h"
 
 namespace {
@@ -135,6 +136,54 @@ uint32_t ZR_TYPE_ScanStartEndPair(const ZrtRealType *type, ZrStartEndScanFunc ca
         return scan != nullptr && slot.body != nullptr
                    ? scan(slot.body, type->baseType, callback, userData)
                    : 0;
+    });
+}
+
+namespace {
+
+ZrTypeBound Bound(uint64_t number, uint32_t flags, uint32_t minFlag, uint32_t maxFlag,
+                  uint32_t fractionDigits)
+{
+    if ((flags & (minFlag | maxFlag)) != 0)
+        return {(flags & minFlag) != 0 ? uint32_t{ZR_BOUND_MIN} : uint32_t{ZR_BOUND_MAX}, 0, 0};
+    return {ZR_BOUND_NUMBER, fractionDigits, number};
+}
+
+uint32_t ScanBoundsOf(const ZrtConsRange *range, uint32_t baseType, uint32_t fractionDigits,
+                      ZrBoundsScanFunc callback, void *userData)
+{
+    for (uint32_t i = 0; i < range->segCount; ++i) {
+        ZrtGenericSeg segment = zr::ReadSegment(range, i, baseType);
+        uint32_t flags = segment.flags;
+        bool isOwn = (flags & ZRT_SEG_DECIMAL) != 0;
+        auto digits = [&](uint32_t shift) {
+            return isOwn ? flags >> shift & ZRT_SEG_DIGITS_MASK : fractionDigits;
+        };
+        ZrTypeBound start = Bound(segment.start, flags, ZRT_SEG_START_MIN, ZRT_SEG_START_MAX,
+                                  digits(ZRT_SEG_START_DIGITS_SHIFT));
+        ZrTypeBound end = Bound(segment.end, flags, ZRT_SEG_END_MIN, ZRT_SEG_END_MAX,
+                                digits(ZRT_SEG_END_DIGITS_SHIFT));
+        uint32_t result = callback(&start, &end, userData);
+        if (result != 0)
+            return result;
+    }
+    return 0;
+}
+
+} // namespace
+
+uint32_t ZR_TYPE_ScanBounds(const ZrtRealType *type, ZrBoundsScanFunc callback, void *userData)
+{
+    if (type == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    uint32_t fractionDigits = ZR_TYPE_GetDecimal64Fraction(type);
+    return ScanSlots(type, [=](const ZrtConsSlot &slot) -> uint32_t {
+        bool isLength = slot.kind == ZRT_CONS_LENGTH;
+        if (slot.body == nullptr || (!isLength && slot.kind != ZRT_CONS_RANGE))
+            return 0;
+        return ScanBoundsOf(static_cast<const ZrtConsRange *>(slot.body),
+                            isLength ? uint32_t{ZRT_TYPE_UINT32} : type->baseType,
+                            isLength ? 0 : fractionDigits, callback, userData);
     });
 }
 

@@ -152,9 +152,10 @@ TEST(Validate, NeedsToKnowWhatTheFileIs)
     for (const char *options : {"", "--rpc --notification "}) {
         ToolRun run = RunTool(Validate(options + kRequests + "ping.xml"));
         EXPECT_EQ(run.status, 2);
-        EXPECT_EQ(
-            run.err,
-            "zrschema: validate takes either --rpc or --notification (see zrschema --help)\n");
+        EXPECT_EQ(run.err,
+                  "zrschema: validate takes one of --config, --data, --edit, --strict-rpc, "
+                  "--strict-reply, --strict-notification, --rpc and --notification "
+                  "(see zrschema --help)\n");
     }
     EXPECT_EQ(RunTool(Validate("--rpc /nonexistent.xml")).status, 2);
 }

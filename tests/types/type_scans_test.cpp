@@ -163,6 +163,44 @@ TEST(StartEndScan, ReadsMinAndMaxOfADerivedTypeAsZero)
     EXPECT_EQ(seen.texts, (Texts{"0..5", "7..0"}));
 }
 
+uint32_t SeeBoundKinds(const ZrTypeBound *start, const ZrTypeBound *end, void *userData)
+{
+    auto text = [](const ZrTypeBound &bound) {
+        if (bound.kind != ZR_BOUND_NUMBER)
+            return std::string(bound.kind == ZR_BOUND_MIN ? "min" : "max");
+        std::string number = std::to_string(static_cast<int64_t>(bound.number));
+        return bound.fractionDigits == 0 ? number
+                                         : number + "e-" + std::to_string(bound.fractionDigits);
+    };
+    return static_cast<Seen *>(userData)->Add(text(*start) + ".." + text(*end));
+}
+
+TEST(BoundsScan, TellsMinAndMaxOfADerivedType)
+{
+    Leaf leaf("<type name=\"t\"><range value=\"min..5|7..max\"/></type>",
+              "<typedef name=\"t\"><type name=\"int8\"/></typedef>");
+    Seen seen;
+    EXPECT_EQ(ZR_TYPE_ScanBounds(leaf.type(), SeeBoundKinds, &seen), ZR_OK);
+    EXPECT_EQ(seen.texts, (Texts{"min..5", "7..max"}));
+}
+
+TEST(BoundsScan, KnowsMinAndMaxOfABuiltInInteger)
+{
+    Leaf leaf("<type name=\"int8\"><range value=\"min..-1|1..max\"/></type>");
+    Seen seen;
+    EXPECT_EQ(ZR_TYPE_ScanBounds(leaf.type(), SeeBoundKinds, &seen), ZR_OK);
+    EXPECT_EQ(seen.texts, (Texts{"-128..-1", "1..127"}));
+}
+
+TEST(BoundsScan, TellsHowTheBoundsOfADecimal64AreScaled)
+{
+    Leaf leaf("<type name=\"decimal64\"><fraction-digits value=\"2\"/>"
+              "<range value=\"0.5..2\"/></type>");
+    Seen seen;
+    EXPECT_EQ(ZR_TYPE_ScanBounds(leaf.type(), SeeBoundKinds, &seen), ZR_OK);
+    EXPECT_EQ(seen.texts, Texts{"50e-2..200e-2"});
+}
+
 TEST(UnionScan, ListsMembersInOrder)
 {
     Leaf leaf("<type name=\"union\"><type name=\"string\"/><type name=\"int8\"/></type>");
@@ -233,6 +271,8 @@ TEST(EveryScan, StopsAtANonZeroResultAndRefusesNull)
         leaf.type(), ZR_TYPE_ScanNameValuePair, SeeName);
     ExpectScanRules<decltype(&ZR_TYPE_ScanStartEndPair), ZrStartEndScanFunc>(
         leaf.type(), ZR_TYPE_ScanStartEndPair, SeeBounds);
+    ExpectScanRules<decltype(&ZR_TYPE_ScanBounds), ZrBoundsScanFunc>(
+        leaf.type(), ZR_TYPE_ScanBounds, SeeBoundKinds);
     ExpectScanRules<decltype(&ZR_TYPE_ScanUnionSubType), ZrUnionScanFunc>(
         leaf.type(), ZR_TYPE_ScanUnionSubType, SeeMember);
     ExpectScanRules<decltype(&ZR_TYPE_ScanIdentRefBase), ZrIdentBaseScanFunc>(
@@ -249,6 +289,7 @@ TEST(EveryScan, PassesOverASlotWithoutABody)
         Seen seen;
         EXPECT_EQ(ZR_TYPE_ScanNameValuePair(&type, SeeName, &seen), ZR_OK);
         EXPECT_EQ(ZR_TYPE_ScanStartEndPair(&type, SeeBounds, &seen), ZR_OK);
+        EXPECT_EQ(ZR_TYPE_ScanBounds(&type, SeeBoundKinds, &seen), ZR_OK);
         EXPECT_EQ(ZR_TYPE_ScanUnionSubType(&type, SeeMember, &seen), ZR_OK);
         EXPECT_EQ(ZR_TYPE_ScanIdentRefBase(&type, SeeBase, &seen), ZR_OK);
         EXPECT_EQ(ZR_TYPE_ScanPatternInvertMatch(&type, SeePattern, &seen), ZR_OK);

@@ -129,11 +129,16 @@ void Run::PrintDocument(Json document)
         error.update(ToJson(problem));
         errors.push_back(error);
     }
-    if (document.is_array())
+    if (document.is_array()) {
         for (Json &item : document)
             item["errors"] = errors;
-    else
-        document["errors"] = errors;
+    } else {
+        Json &all = document["errors"]; // a command may have put its own there
+        for (Json &error : errors)
+            all.push_back(std::move(error));
+        if (all.is_null())
+            all = Json::array();
+    }
     Print(document.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 

@@ -1,9 +1,11 @@
-// zrschema validate: checks a request or a notification.
+// zrschema validate: checks requests and notifications as the library does, and whole data by RFC
+// 7950.
 #include <libxml/tree.h>
 
 #include <memory>
 
 #include "commands.h"
+#include "validate_data.h"
 #include "xml_text.h"
 
 namespace tool {
@@ -16,11 +18,51 @@ constexpr const char *kEventNamespace = "urn:ietf:params:xml:ns:netconf:notifica
 
 struct ValidateOptions {
     ModuleOptions modules;
-    std::string file;
+    DataChecks data;
+    std::string file; // of a request or notification
     bool rpc = false;
     bool notification = false;
     bool print = false;
+    bool config = false, state = false, edit = false, strictRpc = false, strictNotification = false;
 };
+
+// The kind that a command line names; each option is one.
+void ChooseKind(ValidateOptions &options)
+{
+    struct Row {
+        bool isGiven;
+        uint32_t kind; // 0 for what the library itself validates
+    };
+    const Row rows[] = {
+        {options.rpc, 0},
+        {options.notification, 0},
+        {options.config, ZR_DATA_CONFIG},
+        {options.state, ZR_DATA_CONFIG_AND_STATE},
+        {options.edit, ZR_DATA_EDIT},
+        {options.strictRpc, ZR_DATA_REQUEST},
+        {!options.data.operation.empty(), ZR_DATA_REPLY},
+        {options.strictNotification, ZR_DATA_NOTIFICATION},
+    };
+    int given = 0;
+    for (const Row &row : rows)
+        if (row.isGiven) {
+            ++given;
+            options.data.kind = row.kind;
+        }
+    if (given != 1)
+        throw UsageError{"validate takes one of --config, --data, --edit, --strict-rpc, "
+                         "--strict-reply, --strict-notification, --rpc and --notification"};
+    bool isMessage = options.data.kind == ZR_DATA_REQUEST || options.data.kind == ZR_DATA_REPLY ||
+                     options.data.kind == ZR_DATA_NOTIFICATION;
+    if (!isMessage && !options.data.datastore.empty())
+        throw UsageError{"--datastore is for --strict-rpc, --strict-reply and "
+                         "--strict-notification"};
+    if (options.data.kind == 0 && options.data.files.size() != 1)
+        throw UsageError{"--rpc and --notification take one file"};
+    if (options.data.kind != 0 && options.print)
+        throw UsageError{"--print is for --rpc and --notification"};
+    options.file = options.data.files.front();
+}
 
 struct Outcome {
     bool valid = false;
@@ -248,10 +290,11 @@ void PrintText(Run &run, const Outcome &outcome, bool print)
         run.Print(outcome.document);
 }
 
-int RunValidate(Run &run, const ValidateOptions &options)
+int RunValidate(Run &run, ValidateOptions &options)
 {
-    if (options.rpc == options.notification)
-        throw UsageError{"validate takes either --rpc or --notification"};
+    ChooseKind(options);
+    if (options.data.kind != 0)
+        return CheckDataFiles(run, options.modules, options.data);
     Session session(run, ZR_CTX_KEEP_PATTERNS, options.modules.directories);
     std::string text, reason = ReadInput(options.file, text);
     if (!reason.empty())
@@ -278,19 +321,39 @@ Json EmptyValidateDocument()
 void AddValidateCommand(CLI::App &app, Run &run, int &status)
 {
     auto options = std::make_shared<ValidateOptions>();
-    CLI::App *command = app.add_subcommand("validate", "check a request or a notification");
+    CLI::App *command = app.add_subcommand("validate", "check data, a request or a notification");
     AddNotes(*command,
-             "FILE is - for standard input. A request is taken out of its <rpc> and <action>, a\n"
+             "FILE is - for standard input. The root of data is any element that holds top-level\n"
+             "nodes. Without a datastore, leafrefs that lead out of a message are not followed.\n"
+             "A request is taken out of its <rpc> and <action>, a\n"
              "notification out of its <notification>, where they stand in one.\n"
              "Features start off: --feature and --all-features turn them on.");
-    command->add_flag("--rpc", options->rpc, "the file is a request: an rpc or an action");
-    command->add_flag("--notification", options->notification, "the file is a notification");
+    command->add_flag("--config", options->config, "the files are configuration, by RFC 7950");
+    command->add_flag("--data", options->state, "the files are configuration with state");
+    command->add_flag("--edit", options->edit,
+                      "the files are parts of configuration, or edit-config requests");
+    command->add_flag("--strict-rpc", options->strictRpc,
+                      "the files are requests: an rpc or an action, by RFC 7950");
+    command
+        ->add_option("--strict-reply", options->data.operation,
+                     "the files are replies of an rpc, or of an action (/MODULE:NODE/.../ACTION)")
+        ->type_name("MODULE:RPC");
+    command->add_flag("--strict-notification", options->strictNotification,
+                      "the files are notifications, by RFC 7950");
+    command
+        ->add_option("--datastore", options->data.datastore,
+                     "the data that conditions and leafrefs of strict messages look into")
+        ->type_name("FILE");
+    command->add_flag("--rpc", options->rpc,
+                      "the file is a request, as ZR_CTX_ValidateRpcDataTree() takes it");
+    command->add_flag("--notification", options->notification,
+                      "the file is a notification, as ZR_CTX_ValidateNotifDataTree() takes it");
     AddDirectoryOption(*command, options->modules.directories);
     AddModuleOption(*command, options->modules);
     AddFeatureOptions(*command, options->modules);
     command->add_flag("--print", options->print, "print the document as the check left it");
     AddJsonOption(*command);
-    command->add_option("file", options->file, "the XML file, - for standard input")
+    command->add_option("file", options->data.files, "the XML files, - for standard input")
         ->required()
         ->type_name("FILE|-");
     command->callback([options, &run, &status] { status = RunValidate(run, *options); });

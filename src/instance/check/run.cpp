@@ -44,7 +44,7 @@ void CheckDocument(Run &run, const xmlNode &root)
     }
     AddDefaults(run);
     run.tree.Number();
-    run.references.Clear();
+    run.references.Settle();
     CheckWhens(run);
     CheckLists(run);
     CheckMandatory(run);

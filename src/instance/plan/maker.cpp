@@ -7,6 +7,7 @@
 
 #include "instance/base/text.h"
 #include "instance/plan/expression.h"
+#include "instance/plan/lookup.h"
 #include "instance/plan/scan.h"
 #include "instance/plan/type_maker.h"
 #include "shared/names.h"
@@ -267,7 +268,9 @@ const Expression *Maker::ExpressionOf(const PlanNode &node, const char *source)
         std::pmr::string text(memory_);
         expression->fault = RewriteExpression(plan_, *node.module, source, text);
         if (expression->fault == nullptr) {
-            expression->text = plan_.arena.CopyText(text);
+            std::pmr::string withLookups(memory_);
+            AppendWithLookups(text, memory_, withLookups);
+            expression->text = plan_.arena.CopyText(withLookups);
             xmlXPathCompExpr *compiled =
                 xmlXPathCtxtCompile(checker_.get(), XmlText(expression->text));
             if (compiled == nullptr) {

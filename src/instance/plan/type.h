@@ -52,9 +52,6 @@ struct Type {
     uint32_t fractionDigits = 0;
     // A list for each link of the chain that restricts: the value must be in one of each list.
     std::span<std::span<Interval>> restrictions;
-    // A bound of zero in a typedef's restriction may be "min" or "max", which read as zero: the
-    // engine, which knows, is asked too.
-    bool isBoundOpen = false;
     std::span<PatternUse> patterns;
     std::span<NamedValue> names;
     std::span<const Identity *> identityBases;

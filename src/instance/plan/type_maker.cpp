@@ -18,25 +18,32 @@ bool IsSigned(uint32_t base)
 constexpr uint64_t kLeastSigned = uint64_t{1} << 63;
 constexpr uint64_t kGreatestSigned = kLeastSigned - 1;
 
-// In a restriction of a typedef, "min" and "max" read as zero. A segment that would be empty tells
-// which it is; of the others nothing is known, and they are read as wide as they may be meant.
-// Returns whether that was so.
-bool WidenBounds(std::span<Interval> segments, bool isSigned)
+// A number with so many fraction digits as one with others; the nearest that there is. Digits that
+// a type does not have are cut off.
+int64_t Rescale(int64_t number, uint32_t digits, uint32_t wanted)
 {
-    if (segments.empty())
-        return false;
-    Interval &first = segments.front(), &last = segments.back();
-    bool isOpen = false;
-    if (isSigned && first.start == 0) {
-        isOpen = static_cast<int64_t>(first.end) >= 0;
-        first.start = kLeastSigned;
-    }
-    if (last.end == 0) {
-        bool isEmpty = isSigned ? static_cast<int64_t>(last.start) > 0 : last.start > 0;
-        isOpen |= !isEmpty;
-        last.end = isSigned ? kGreatestSigned : std::numeric_limits<uint64_t>::max();
-    }
-    return isOpen;
+    for (; digits < wanted; ++digits)
+        if (__builtin_mul_overflow(number, int64_t{10}, &number))
+            return number < 0 ? std::numeric_limits<int64_t>::min()
+                              : std::numeric_limits<int64_t>::max();
+    for (; digits > wanted; --digits)
+        number /= 10;
+    return number;
+}
+
+// What a bound is for values of a type. "min" and "max" are those of what the type is derived from,
+// which is asked for itself: here any value is meant.
+uint64_t NumberOf(const ZrTypeBound &bound, const Type &type)
+{
+    bool isSigned = IsSigned(type.base);
+    if (bound.kind == ZR_BOUND_MIN)
+        return isSigned ? kLeastSigned : 0;
+    if (bound.kind == ZR_BOUND_MAX)
+        return isSigned ? kGreatestSigned : std::numeric_limits<uint64_t>::max();
+    if (type.base != ZRT_TYPE_DECIMAL64)
+        return bound.number;
+    return static_cast<uint64_t>(
+        Rescale(static_cast<int64_t>(bound.number), bound.fractionDigits, type.fractionDigits));
 }
 
 } // namespace
@@ -55,11 +62,11 @@ const Pattern *TypeMaker::PatternOf(std::string_view text)
 void TypeMaker::ReadLink(const ZrtRealType *source, Link &link)
 {
     std::pmr::memory_resource *memory = &plan_.memory;
-    std::pmr::vector<Interval> intervals(memory);
-    Scan(ZR_TYPE_ScanStartEndPair, source, [&](uint64_t start, uint64_t end) {
-        intervals.push_back({start, end});
+    std::pmr::vector<Segment> segments(memory);
+    Scan(ZR_TYPE_ScanBounds, source, [&](const ZrTypeBound *start, const ZrTypeBound *end) {
+        segments.push_back({*start, *end});
     });
-    link.intervals = Keep(plan_.arena, intervals);
+    link.segments = Keep(plan_.arena, segments);
 
     std::pmr::vector<NamedValue> names(memory);
     Scan(ZR_TYPE_ScanNameValuePair, source, [&](const char *name, const char *, int64_t value) {
@@ -89,18 +96,15 @@ const TypeMaker::Link &TypeMaker::LinkOf(const ZrtRealType *source)
     return place->second;
 }
 
-void TypeMaker::Restrict(Type &type, const ZrtRealType *link, bool isTypedefUse,
+void TypeMaker::Restrict(Type &type, const ZrtRealType *link,
                          std::pmr::vector<std::span<Interval>> &restrictions)
 {
     const Link &own = LinkOf(link);
-    if (!own.intervals.empty()) {
-        std::span<Interval> segments = own.intervals;
-        if (isTypedefUse) { // the copy is this type's: the same link may restrict another base
-            std::pmr::vector<Interval> copy(segments.begin(), segments.end(), &plan_.memory);
-            type.isBoundOpen |= WidenBounds(copy, IsSigned(type.base));
-            segments = Keep(plan_.arena, copy);
-        }
-        restrictions.push_back(segments);
+    if (!own.segments.empty()) { // the same link may restrict another base elsewhere
+        std::pmr::vector<Interval> intervals(&plan_.memory);
+        for (const Segment &segment : own.segments)
+            intervals.push_back({NumberOf(segment.start, type), NumberOf(segment.end, type)});
+        restrictions.push_back(Keep(plan_.arena, intervals));
     }
     if (type.names.empty()) // the outermost list is the narrowest
         type.names = own.names;
@@ -131,7 +135,7 @@ const Type *TypeMaker::Make(const PlanNode &leaf, const ZrtRealType *source)
     std::pmr::vector<std::span<Interval>> restrictions(memory);
     std::pmr::vector<PatternUse> patterns(memory);
     for (const ZrtRealType *link : chain) {
-        Restrict(*type, link, link != innermost, restrictions);
+        Restrict(*type, link, restrictions);
         std::span<PatternUse> own = LinkOf(link).patterns;
         patterns.insert(patterns.end(), own.begin(), own.end());
     }

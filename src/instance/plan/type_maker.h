@@ -18,9 +18,12 @@ public:
     const Type *Make(const PlanNode &leaf, const ZrtRealType *source);
 
 private:
+    struct Segment {
+        ZrTypeBound start, end;
+    };
     // What one link of a chain of typedefs says itself; shared by all types that go through it.
     struct Link {
-        std::span<Interval> intervals;
+        std::span<Segment> segments;
         std::span<PatternUse> patterns;
         std::span<NamedValue> names;
         std::span<const Identity *> bases;
@@ -28,7 +31,7 @@ private:
     const Link &LinkOf(const ZrtRealType *source);
     void ReadLink(const ZrtRealType *source, Link &link);
     const Pattern *PatternOf(std::string_view text);
-    void Restrict(Type &type, const ZrtRealType *link, bool isTypedefUse,
+    void Restrict(Type &type, const ZrtRealType *link,
                   std::pmr::vector<std::span<Interval>> &restrictions);
     void FindTarget(const PlanNode &leaf, const char *path, Type &type);
 

@@ -36,13 +36,6 @@ bool IsWithin(const Type &type, uint64_t number, bool isSigned)
     });
 }
 
-// What a restriction leaves open is the engine's to say (see WidenBounds()).
-bool EngineTakes(const ValueScope &scope, const Type &type, const Canonical &canonical)
-{
-    return !type.isBoundOpen || ZR_NODE_FindRealTypeMatchedValue(scope.leaf.source, ZR_VALUE_STRING,
-                                                                 canonical.c_str()) != nullptr;
-}
-
 struct Digits {
     bool isNegative = false;
     std::string_view text; // without the sign
@@ -114,13 +107,12 @@ const char *ReadInteger(const ValueScope &scope, const Type &type, std::string_v
         return "it is out of range";
     AppendNumber(out, magnitude, isNegative);
     uint64_t number = isNegative ? ~magnitude + 1 : magnitude;
-    if (!IsWithin(type, number, width.isSigned) || !EngineTakes(scope, type, out))
+    if (!IsWithin(type, number, width.isSigned))
         return "it is out of range";
     return nullptr;
 }
 
-const char *ReadDecimal(const ValueScope &scope, const Type &type, std::string_view text,
-                        Canonical &out)
+const char *ReadDecimal(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
 {
     Digits digits = SplitSign(text);
     size_t point = std::min(digits.text.find('.'), digits.text.size());
@@ -149,20 +141,17 @@ const char *ReadDecimal(const ValueScope &scope, const Type &type, std::string_v
     if (isNegative)
         out += '-';
     ((out += whole) += '.') += fraction.empty() ? std::string_view("0") : fraction;
-    if (!IsWithin(type, isNegative ? ~magnitude + 1 : magnitude, true) ||
-        !EngineTakes(scope, type, out))
+    if (!IsWithin(type, isNegative ? ~magnitude + 1 : magnitude, true))
         return "it is out of range";
     return nullptr;
 }
 
 // ---- texts
 
-const char *ReadString(const ValueScope &scope, const Type &type, std::string_view text,
-                       Canonical &out)
+const char *ReadString(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
 {
     out += text;
-    if (!type.restrictions.empty() &&
-        (!IsWithin(type, CountCharacters(text), false) || !EngineTakes(scope, type, out)))
+    if (!type.restrictions.empty() && !IsWithin(type, CountCharacters(text), false))
         return "its length is out of range";
     for (const PatternUse &use : type.patterns)
         if (Matches(*use.pattern, out.c_str()) == use.inverted)
@@ -171,8 +160,7 @@ const char *ReadString(const ValueScope &scope, const Type &type, std::string_vi
 }
 
 // Base64 (RFC 4648, section 4); lines may be broken.
-const char *ReadBinary(const ValueScope &scope, const Type &type, std::string_view text,
-                       Canonical &out)
+const char *ReadBinary(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
 {
     constexpr std::string_view kAlphabet =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -185,7 +173,7 @@ const char *ReadBinary(const ValueScope &scope, const Type &type, std::string_vi
                                    kAlphabet) != std::string_view::npos)
         return "it is not base64";
     uint64_t octets = digits / 4 * 3 + (digits % 4 == 0 ? 0 : digits % 4 - 1);
-    if (!IsWithin(type, octets, false) || !EngineTakes(scope, type, out))
+    if (!IsWithin(type, octets, false))
         return "its length is out of range";
     return nullptr;
 }

@@ -3,11 +3,14 @@
 #include <libxml/xpathInternals.h>
 
 #include <algorithm>
+#include <deque>
 #include <new>
 
 #include "instance/base/text.h"
+#include "instance/plan/lookup.h"
 #include "instance/tree/value.h"
 #include "instance/xpath/evaluator.h"
+#include "shared/names.h"
 
 namespace zr::data {
 
@@ -16,13 +19,20 @@ namespace {
 // The arguments of one call and its result, on libxml2's stack.
 class Call {
 public:
-    explicit Call(xmlXPathParserContext *parser)
-        : parser_(parser), evaluator_(*static_cast<Evaluator *>(parser->context->extra))
+    Call(xmlXPathParserContext *parser, int arguments)
+        : parser_(parser), evaluator_(*static_cast<Evaluator *>(parser->context->extra)),
+          arguments_(static_cast<size_t>(arguments))
     {
     }
 
+    size_t arguments() const { return arguments_; }
+
     Evaluator &evaluator() const { return evaluator_; }
 
+    bool IsNodeSet() const
+    {
+        return parser_->value != nullptr && parser_->value->type == XPATH_NODESET;
+    }
     // Arguments are popped from the last to the first.
     bool PopString(std::pmr::string &out)
     {
@@ -31,7 +41,7 @@ public:
         xmlFree(text);
         return parser_->error == XPATH_EXPRESSION_OK;
     }
-    // The nodes, in document order, that are elements of the tree.
+    // The nodes, in document order, that are elements of the tree, and its root.
     bool PopElements(std::pmr::vector<Element *> &out)
     {
         if (parser_->value == nullptr || parser_->value->type != XPATH_NODESET) {
@@ -41,9 +51,12 @@ public:
         xmlNodeSet *nodes = xmlXPathPopNodeSet(parser_);
         if (nodes != nullptr) {
             xmlXPathNodeSetSort(nodes);
-            for (int i = 0; i < nodes->nodeNr; ++i)
+            for (int i = 0; i < nodes->nodeNr; ++i) {
                 if (nodes->nodeTab[i]->type == XML_ELEMENT_NODE)
                     out.push_back(ElementOf(nodes->nodeTab[i]));
+                else if (nodes->nodeTab[i]->type == XML_DOCUMENT_NODE)
+                    out.push_back(&evaluator_.tree.root);
+            }
         }
         xmlXPathFreeNodeSet(nodes);
         return true;
@@ -58,6 +71,7 @@ public:
 private:
     xmlXPathParserContext *parser_;
     Evaluator &evaluator_;
+    size_t arguments_;
 };
 
 using Elements = std::pmr::vector<Element *>;
@@ -169,16 +183,108 @@ void BitIsSet(Call &call)
     call.Push(xmlXPathNewBoolean(isSet));
 }
 
+// zr-entries(PARENTS, 'm:list', 'm:key', VALUE...): entries by their keys, which stands in the
+// place of a step with predicates (see plan/lookup.h). A value is a string or a node-set, any node
+// of which may be equal.
+class EntryFinder {
+public:
+    explicit EntryFinder(Call &call)
+        : call_(call), memory_(call.evaluator().memory()), names_(memory_), values_(memory_),
+          texts_(memory_)
+    {
+    }
+
+    bool PopArguments()
+    {
+        for (size_t left = (call_.arguments() - 2) / 2; left != 0; --left) {
+            Strings &values = values_.emplace_back();
+            if (!PopValues(values) || !call_.PopString(names_.emplace_back()))
+                return false;
+        }
+        return call_.PopString(list_) && call_.PopElements(parents_);
+    }
+    void Run()
+    {
+        Evaluator &evaluator = call_.evaluator();
+        Elements found(memory_);
+        for (Element *parent : parents_) {
+            const PlanNode *list = FindPlan(*parent->plan, list_);
+            if (list == nullptr || !evaluator.tree.IsVisible(*list))
+                continue;
+            std::pmr::vector<References::Wanted> wanted(memory_);
+            for (size_t i = names_.size(); i != 0; --i) // they were popped from the last
+                wanted.push_back({FindPlan(*list, names_[i - 1]), values_[i - 1]});
+            evaluator.references.FindEntries(*parent, *list, wanted, found);
+        }
+        xmlXPathObject *result = xmlXPathNewNodeSet(nullptr);
+        call_.Push(result);
+        for (Element *entry : found)
+            if (xmlXPathNodeSetAddUnique(result->nodesetval, &entry->node) != 0)
+                throw std::bad_alloc();
+    }
+
+private:
+    using Strings = std::pmr::vector<std::string_view>;
+
+    // Each text once. Those that are no values of the tree are kept here.
+    bool PopValues(Strings &out)
+    {
+        if (!call_.IsNodeSet()) {
+            if (!call_.PopString(texts_.emplace_back()))
+                return false;
+            out.push_back(texts_.back());
+            return true;
+        }
+        Elements nodes(memory_);
+        call_.PopElements(nodes);
+        for (Element *node : nodes)
+            out.push_back(node->plan->IsLeaf() ? node->value : TextOf(*node));
+        std::sort(out.begin(), out.end());
+        out.erase(std::unique(out.begin(), out.end()), out.end());
+        return true;
+    }
+    std::string_view TextOf(Element &node)
+    {
+        xmlChar *text = xmlXPathCastNodeToString(&node.node);
+        texts_.emplace_back(View(text));
+        xmlFree(text);
+        return texts_.back();
+    }
+    const PlanNode *FindPlan(const PlanNode &parent, std::string_view qualified) const
+    {
+        const Plan &plan = call_.evaluator().plan;
+        QName name = SplitName(qualified);
+        return plan.FindChild(parent, plan.FindModule(name.prefix), name.name);
+    }
+
+    Call &call_;
+    std::pmr::memory_resource *memory_;
+    std::pmr::string list_{memory_};
+    Elements parents_{memory_};
+    std::pmr::vector<std::pmr::string> names_;
+    std::pmr::vector<Strings> values_;
+    std::pmr::deque<std::pmr::string> texts_; // which stay in their place
+};
+
+void Entries(Call &call)
+{
+    EntryFinder finder(call);
+    if (finder.PopArguments())
+        finder.Run();
+}
+
 // What a function throws must not pass through libxml2.
+constexpr int kAny = -1;
+
 template <void (*kFunction)(Call &), int kArguments>
 void Invoke(xmlXPathParserContext *parser, int arguments)
 {
-    if (arguments != kArguments) {
+    if (kArguments != kAny && arguments != kArguments) {
         xmlXPathErr(parser, XPATH_INVALID_ARITY);
         return;
     }
     try {
-        Call call(parser);
+        Call call(parser, arguments);
         kFunction(call);
     } catch (const std::bad_alloc &) {
         static_cast<Evaluator *>(parser->context->extra)->isOutOfMemory = true;
@@ -198,6 +304,7 @@ constexpr Function kFunctions[] = {
     {"derived-from-or-self", Invoke<DerivedFromOrSelf, 2>},
     {"enum-value", Invoke<EnumValue, 1>},
     {"bit-is-set", Invoke<BitIsSet, 2>},
+    {kEntriesFunction.data(), Invoke<Entries, kAny>},
 };
 
 } // namespace

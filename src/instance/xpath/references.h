@@ -1,5 +1,6 @@
-// What leafrefs point to (RFC 7950, section 9.9), from an index: the values of all instances of a
-// leaf below one element are collected once; and instance-identifiers, step by step.
+// What leafrefs point to (RFC 7950, section 9.9), and entries by the values of their leafs, from an
+// index: the values of all instances of a leaf below one element are collected once. And
+// instance-identifiers, step by step.
 #pragma once
 
 #include <memory_resource>
@@ -25,12 +26,25 @@ public:
         const Hit *next;
     };
     const Hit *Find(Element &leaf, const Type &leafref);
+    // The entries of a list below a parent that have one of some values in each of some leafs, in
+    // document order for each value of the first leaf.
+    struct Wanted {
+        const PlanNode *leaf; // null for one that is not in the schema: no entry has it
+        std::span<const std::string_view> values;
+    };
+    void FindEntries(Element &parent, const PlanNode &list, std::span<const Wanted> wanted,
+                     std::pmr::vector<Element *> &out);
     // What the canonical form of an instance-identifier leads to (section 9.13); null when it is
     // not there.
     Element *FindPath(std::string_view path);
 
-    // Forgets what was collected: the tree has changed.
-    void Clear() { indexes_.clear(); }
+    // From here on nothing is added to the tree that a leafref may mean. Before, what may come into
+    // use by default is collected each time anew, and keys once.
+    void Settle()
+    {
+        indexes_.clear();
+        isSettled_ = true;
+    }
 
     // One condition of a step of a path: [m:key='value'], [.='value'] or [3].
     struct Predicate {
@@ -43,24 +57,30 @@ private:
     struct Key {
         const Element *anchor;
         const PlanNode *target;
+        const PlanNode *second; // another leaf of the same entry; null for one leaf alone
         bool operator==(const Key &) const = default;
     };
     struct KeyHash {
         size_t operator()(const Key &key) const
         {
-            return std::hash<const void *>()(key.anchor) * 31 +
-                   std::hash<const void *>()(key.target);
+            std::hash<const void *> hash;
+            return (hash(key.anchor) * 31 + hash(key.target)) * 31 + hash(key.second);
         }
     };
-    const Index &IndexOf(Element &anchor, const PlanNode &target);
+    const Index &IndexOf(Element &anchor, const PlanNode &target, const PlanNode *second = nullptr);
+    std::string_view TextFor(const Element &leaf, const PlanNode *second);
+    void AddHits(const Index &index, std::string_view text, std::span<const Wanted> rest,
+                 std::pmr::vector<Element *> &out) const;
+    bool HasValues(const Element &entry, std::span<const Wanted> wanted) const;
     bool Fits(const Element &element, std::span<const Predicate> predicates,
               uint32_t position) const;
-    void Collect(Element &anchor, const PlanNode &target, Index &index);
+    void Collect(Element &anchor, const PlanNode &target, const PlanNode *second, Index &index);
 
     const Plan &plan_;
     Tree &tree_;
     std::pmr::memory_resource *memory_;
     std::pmr::unordered_map<Key, Index, KeyHash> indexes_;
+    bool isSettled_ = false;
 };
 
 } // namespace zr::data

@@ -61,6 +61,28 @@ TEST(Decimal64, IsWrittenWithOneDigitAtLeastBehindThePoint)
         EXPECT_FALSE(Takes(type, bad)) << bad;
 }
 
+TEST(Decimal64, KeepsTheRangesOfItsTypedefs)
+{
+    const std::string base = "typedef t { type decimal64 { fraction-digits 2; range \"-3..9\"; } }";
+    const std::string type = "t { range \"min..-1 | 1.5..2 | 7..max\"; }";
+    for (const char *good : {"-3", "-1.00", "1.5", "1.50", "2.0", "7", "9.00"})
+        EXPECT_TRUE(Takes(type, good, base)) << good;
+    for (const char *bad : {"-3.01", "-0.99", "1.49", "2.01", "6.99", "9.01"})
+        EXPECT_FALSE(Takes(type, bad, base)) << bad;
+}
+
+TEST(Union, KeepsTheRangesOfItsMembers)
+{
+    const std::string base = "typedef t { type int8 { range \"-5..5\"; } }"
+                             " typedef s { type string { length \"2..4\"; } }";
+    const std::string type = "union { type t { range \"0..max\"; } type s { length \"3..max\"; } }";
+    EXPECT_TRUE(Takes(type, "0", base));
+    EXPECT_TRUE(Takes(type, "5", base));
+    EXPECT_TRUE(Takes(type, "abcd", base));
+    for (const char *bad : {"6", "-1", "ab", "abcde"})
+        EXPECT_FALSE(Takes(type, bad, base)) << bad;
+}
+
 TEST(String, HasALengthInCharacters)
 {
     EXPECT_TRUE(Takes("string { length 2; }", "\xC3\xA4\xC3\xB6"));
