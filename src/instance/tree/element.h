@@ -26,6 +26,7 @@ struct Element {
     const Type *type;       // of a leaf: the member of a union that took the value, or the leaf's
     uint32_t order; // among the elements of the data; what defaults stand in has it, for them
     bool isDefault;
+    bool isTagged; // stands in the data, which says that it is a default (RFC 6243, section 6)
     bool
         isFaulty; // its value is none of its type, or a key is missing: not to be looked into again
 };

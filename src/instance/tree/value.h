@@ -31,6 +31,9 @@ struct ValueResult {
 ValueResult ReadValue(const ValueScope &scope, const Type &type, std::string_view text,
                       std::pmr::string &canonical);
 
+// Whether a canonical value is one that the schema gives a leaf by default.
+bool IsDefaultValue(const Plan &plan, const PlanNode &leaf, std::string_view canonical);
+
 // The identity that a text means; null when there is none.
 const Identity *FindIdentity(const ValueScope &scope, std::string_view text);
 

@@ -57,10 +57,19 @@ const ZrDataPlan *Schema::plan()
 
 Texts Schema::CheckDocument(const std::string &document, uint32_t kind)
 {
+    return CheckWith(ZR_DATA_CheckText, document, kind);
+}
+
+Texts Schema::CheckJson(const std::string &document, uint32_t kind)
+{
+    return CheckWith(ZR_DATA_CheckJson, document, kind);
+}
+
+Texts Schema::CheckWith(CheckFunc *check, const std::string &document, uint32_t kind)
+{
     ZrDataOptions options = {kind, 0, 0};
     ZrDataResult *result = nullptr;
-    uint32_t status =
-        ZR_DATA_CheckText(plan(), &options, document.data(), document.size(), &result);
+    uint32_t status = check(plan(), &options, document.data(), document.size(), &result);
     Texts errors;
     lines_.clear();
     warnings_.clear();

@@ -33,11 +33,16 @@ public:
     Texts Check(const std::string &data, uint32_t kind = ZR_DATA_CONFIG);
     // The same of a whole document.
     Texts CheckDocument(const std::string &document, uint32_t kind = ZR_DATA_CONFIG);
+    // The same of a document in JSON.
+    Texts CheckJson(const std::string &document, uint32_t kind = ZR_DATA_CONFIG);
     // The lines and warnings of the last check.
     const std::vector<uint32_t> &lines() const { return lines_; }
     const Texts &warnings() const { return warnings_; }
 
 private:
+    using CheckFunc = decltype(ZR_DATA_CheckText);
+    Texts CheckWith(CheckFunc *check, const std::string &document, uint32_t kind);
+
     ZrCtx *ctx_;
     ZrDataPlan *plan_ = nullptr;
     std::vector<std::pair<std::string, std::string>> sources_;
