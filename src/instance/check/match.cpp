@@ -192,6 +192,14 @@ bool Matcher::IsShaped(Element &parent, const PlanNode &plan, const JsonNode &va
     return plan.kind == ZR_NODE_LIST && value.kind == JsonKind::Object;
 }
 
+bool HasUnknownAnnotation(const xmlNode &node)
+{
+    for (const xmlAttr *at = node.properties; at != nullptr; at = at->next)
+        if (at->ns == nullptr || !IsIdentifier(View(at->name)))
+            return true;
+    return false;
+}
+
 // What JSON can write and data has no place for (RFC 7951, sections 5.5 and 5.6).
 void Matcher::CheckAny(const Element &any)
 {
@@ -214,6 +222,9 @@ void Matcher::CheckAny(const Element &any)
                 refuse(value, ZR_ERROR_TAG_INVALID_VALUE, "is null, which stands as [null] alone");
             if (isData && value.kind == JsonKind::Array && value.isEntry)
                 refuse(value, ZR_ERROR_TAG_INVALID_VALUE, "is an array in an array");
+            if (isInner && HasUnknownAnnotation(*at))
+                refuse(value, ZR_ERROR_TAG_UNKNOWN_ATTRIBUTE,
+                       "has an annotation of no module, or the same one twice");
         }
         at = NextNode(*at, *any.source);
     }

@@ -122,7 +122,7 @@ public:
         doc_->type = XML_DOCUMENT_NODE;
         doc_->doc = doc_;
         doc_->_private = const_cast<char *>(&kJsonMark);
-        base_ = NewSpace("urn:ietf:params:xml:ns:netconf:base:1.0");
+        base_ = NewSpace("urn:ietf:params:xml:ns:netconf:base:1.0", nullptr);
     }
 
     // The functions of a parser's listener.
@@ -159,11 +159,12 @@ private:
         bool isArray;
     };
 
-    const xmlNs *NewSpace(const char *uri)
+    const xmlNs *NewSpace(const char *uri, const char *prefix)
     {
         auto *space = arena_.NewArray<xmlNs>(1);
         space->type = XML_NAMESPACE_DECL;
         space->href = XmlText(uri);
+        space->prefix = XmlText(prefix);
         return space;
     }
     JsonName *Intern(std::string_view name);
@@ -388,7 +389,7 @@ const xmlNs *Builder::SpaceOf(const JsonName &annotation)
 {
     for (const AnnotationSpace &row : kAnnotationSpaces)
         if (row.module == annotation.prefix)
-            return NewSpace(row.uri);
+            return NewSpace(row.uri, row.module.data());
     return annotation.module != nullptr ? &annotation.module->xml : nullptr;
 }
 
@@ -403,7 +404,9 @@ void Builder::AddAttributes(JsonNode &target, const JsonNode &annotations)
         attribute->doc = doc_;
         attribute->parent = &target.node;
         attribute->name = at->name;
-        attribute->ns = const_cast<xmlNs *>(SpaceOf(*reinterpret_cast<JsonNode *>(at)->name));
+        auto &member = *reinterpret_cast<JsonNode *>(at);
+        // One that stands twice is unknown the second time.
+        attribute->ns = member.isRepeated ? nullptr : const_cast<xmlNs *>(SpaceOf(*member.name));
         bool hasText = at->children != nullptr && at->children->type == XML_TEXT_NODE;
         attribute->children = attribute->last = hasText ? at->children : nullptr;
         *end = attribute;

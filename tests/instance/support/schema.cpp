@@ -26,6 +26,14 @@ Schema::Schema(const std::string &body) : ctx_(ZR_CTX_Create(0))
         Add("m", body);
 }
 
+Schema::Schema(const std::string &folder, const Texts &modules)
+    : ctx_(ZR_CTX_Create(ZR_CTX_LOAD_IMPORTS))
+{
+    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, folder.c_str()), ZR_OK);
+    for (const std::string &module : modules)
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx_, module.c_str()), ZR_OK) << module;
+}
+
 Schema::~Schema()
 {
     ZR_DATA_DeletePlan(plan_);
@@ -82,6 +90,31 @@ Texts Schema::CheckWith(CheckFunc *check, const std::string &document, uint32_t 
     EXPECT_EQ(status, errors.empty() ? ZR_DATA_OK : ZR_DATA_ERR_FAULTY);
     ZR_DATA_DeleteResult(result);
     return errors;
+}
+
+std::string Schema::Write(const std::string &document, const ZrDataWriteOptions &how, uint32_t kind)
+{
+    ZrDataOptions options = {kind, 0, 0};
+    ZrDataResult *result = nullptr;
+    ZrDataDocument *read = nullptr;
+    auto *readText = document.starts_with('{') ? ZR_DATA_ReadJson : ZR_DATA_ReadXml;
+    EXPECT_EQ(readText(plan(), &options, document.data(), document.size(), &read, &result),
+              ZR_DATA_OK)
+        << (ZR_DATA_GetError(result, 0) == nullptr ? "" : Describe(*ZR_DATA_GetError(result, 0)))
+        << " in " << document;
+    ZR_DATA_DeleteResult(result);
+    std::string text;
+    if (read != nullptr) {
+        EXPECT_EQ(ZR_DATA_WriteText(read, &how, AppendTo, &text), ZR_DATA_OK);
+    }
+    ZR_DATA_DeleteDocument(read);
+    return text;
+}
+
+int AppendTo(const char *text, size_t length, void *string)
+{
+    static_cast<std::string *>(string)->append(text, length);
+    return 0;
 }
 
 Texts Schema::Check(const std::string &data, uint32_t kind)

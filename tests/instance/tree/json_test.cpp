@@ -219,6 +219,18 @@ TEST(Json, AnnotationsAreWhatAttributesAreInXml)
                 IsEmpty());
 }
 
+TEST(Json, AnnotationsInAnydataAreOfModules)
+{
+    Schema schema("anydata d;");
+    EXPECT_THAT(schema.CheckJson(R"({"m:d": {"a": 1, "@a": {"m:x": 1, "ietf-netconf:y": 2}}})"),
+                IsEmpty());
+    EXPECT_THAT(schema.CheckJson(R"({"m:d": {"a": {"@": {"n:x": 1}}, "b": 1, "@b": {"m:x y": 1},
+                                             "c": 1, "@c": {"m:x": 1, "m:x": 2}}})"),
+                ElementsAre(StartsWith("unknown-attribute /d/a: "),
+                            StartsWith("unknown-attribute /d/b: "),
+                            StartsWith("unknown-attribute /d/c: ")));
+}
+
 // RFC 6243, section 4.5.2.
 TEST(Json, ALeafThatIsTaggedAsDefaultHasTheSchemasValue)
 {
