@@ -85,6 +85,21 @@ int64_t LiveBlocks()
     return g_liveBlocks;
 }
 
+void *Memory::Allocate(size_t size, void *user)
+{
+    auto &self = *static_cast<Memory *>(user);
+    if (++self.count == self.failAt)
+        return nullptr;
+    ++self.live;
+    return std::malloc(size);
+}
+
+void Memory::Release(void *block, void *user)
+{
+    --static_cast<Memory *>(user)->live;
+    std::free(block);
+}
+
 void FailAllocation(int64_t n)
 {
     g_failAt = n;

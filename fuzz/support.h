@@ -45,6 +45,16 @@ int64_t LiveBlocks();
 // The n-th allocation from now on fails (0: the next one); with a negative number none does.
 void FailAllocation(int64_t n);
 
+// Memory of a library beside the engine, handed to it as hooks.
+struct Memory {
+    size_t live = 0;   // blocks
+    size_t count = 0;  // allocations so far
+    size_t failAt = 0; // the one that fails, from 1; 0: none does
+
+    static void *Allocate(size_t size, void *user);
+    static void Release(void *block, void *user);
+};
+
 // A number below `bound` that the text decides, for a choice that the input does not spell out.
 uint32_t PickBy(std::string_view text, uint32_t bound);
 

@@ -7,8 +7,6 @@
 
 #include <zryang/zryang.h>
 
-#include <cstdlib>
-
 namespace {
 
 using namespace zrfuzz;
@@ -23,24 +21,6 @@ Goal g_limited("a limit is reached");
 
 constexpr std::string_view kSeparator = "\n%%\n";
 constexpr uint64_t kNodeLimit = 5000;
-
-struct Memory {
-    size_t live = 0, count = 0, failAt = 0;
-
-    static void *Allocate(size_t size, void *user)
-    {
-        auto &self = *static_cast<Memory *>(user);
-        if (++self.count == self.failAt)
-            return nullptr;
-        ++self.live;
-        return std::malloc(size);
-    }
-    static void Release(void *block, void *user)
-    {
-        --static_cast<Memory *>(user)->live;
-        std::free(block);
-    }
-};
 
 struct Heard {
     size_t errors = 0, warnings = 0;

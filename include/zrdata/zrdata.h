@@ -72,7 +72,8 @@ enum ZrDataKind {
  * Where a plan, and the results that are made with it, have their memory from. What libxml2 needs
  * to parse a text, to match a pattern and to evaluate a condition comes from libxml2's own
  * allocator; it is given back when the check ends, but for patterns, which live as long as the
- * plan.
+ * plan. Reading JSON takes a copy of the longest token, and a bit for each object and array that is
+ * open, from the C++ heap meanwhile.
  */
 typedef struct ZrDataMemory {
     /** Returns a block of `size` bytes that is aligned for any type, or null. Any thread may call
@@ -227,6 +228,31 @@ ZR_DATA_API uint32_t ZR_DATA_ScanPlanProblems(const ZrDataPlan *plan, ZrDataProb
  * @note Any number of checks may run at the same time with one plan.
  */
 ZR_DATA_API uint32_t ZR_DATA_CheckText(const ZrDataPlan *plan, const ZrDataOptions *options,
+                                       const char *text, size_t length, ZrDataResult **resultOut);
+
+/**
+ * Checks data that is JSON text (RFC 7951).
+ *
+ * The text is one object whose members are top-level data nodes, each with the name of its module;
+ * one member `ietf-restconf:data` that holds them all (RFC 8040, section 3.1) is taken out. Of a
+ * reply the members are output parameters; the request of an rpc, and a notification at the top,
+ * are one member with the name of it. Actions, and notifications inside data, have no form in JSON
+ * here, and neither have the attributes of edits. Every
+ * check, message and path is that of the same data in XML, and lines are those of this text: of a
+ * member its name's, of an array's value its own. A value whose JSON type is not that of its node
+ * is a fault with the tag invalid-value, a member that stands in its object twice one with
+ * bad-element. Text that is not well-formed is one fault with the tag malformed-message, with the
+ * line, and the column in the message.
+ *
+ * @param plan       the plan
+ * @param options    how to check; only read
+ * @param text       the document in UTF-8
+ * @param length     its bytes, at most 2,147,483,647
+ * @param resultOut  as for ZR_DATA_CheckText()
+ * @return as ZR_DATA_CheckText()
+ * @note As ZR_DATA_CheckText().
+ */
+ZR_DATA_API uint32_t ZR_DATA_CheckJson(const ZrDataPlan *plan, const ZrDataOptions *options,
                                        const char *text, size_t length, ZrDataResult **resultOut);
 
 /**

@@ -14,6 +14,7 @@ void AddPrepareCommand(CLI::App &app, Run &run, int &status);
 void AddNodeCommand(CLI::App &app, Run &run, int &status);
 void AddValueCommand(CLI::App &app, Run &run, int &status);
 void AddValidateCommand(CLI::App &app, Run &run, int &status);
+void AddConvertCommand(CLI::App &app, Run &run, int &status);
 
 // The documents of commands that fail before they have a result.
 Json EmptyTreeDocument();
@@ -22,6 +23,7 @@ Json EmptyPrepareDocument();
 Json EmptyNodeDocument();
 Json EmptyValueDocument();
 Json EmptyValidateDocument();
+Json EmptyConvertDocument();
 
 // Adds -p; the options for features; -m; --json; --standard; what --help says at its end.
 void AddDirectoryOption(CLI::App &command, std::vector<std::string> &directories);

@@ -77,6 +77,7 @@ constexpr Command kCommands[] = {
     {"node",     AddNodeCommand,     EmptyNodeDocument},
     {"value",    AddValueCommand,    EmptyValueDocument},
     {"validate", AddValidateCommand, EmptyValidateDocument},
+    {"convert",  AddConvertCommand,  EmptyConvertDocument},
 };
 // clang-format on
 

@@ -33,6 +33,22 @@ std::string_view TakeWord(std::string_view &text)
     return word;
 }
 
+bool IsDefaultTag(const xmlAttr &attribute)
+{
+    return attribute.ns != nullptr && View(attribute.ns->href) == kDefaultsNamespace &&
+           View(attribute.name) == "default";
+}
+
+const xmlNode *NextNode(const xmlNode &at, const xmlNode &top)
+{
+    if (at.children != nullptr)
+        return at.children;
+    const xmlNode *next = &at;
+    while (next != &top && next->next == nullptr)
+        next = next->parent;
+    return next == &top ? nullptr : next->next;
+}
+
 void AppendLiteral(std::pmr::string &out, std::string_view text)
 {
     if (text.find('\'') == std::string_view::npos) {

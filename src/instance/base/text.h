@@ -42,6 +42,13 @@ uint64_t CountCharacters(std::string_view text);
 // Takes the next word off the front of a text; "" when there is none.
 std::string_view TakeWord(std::string_view &text);
 
+// The namespace of the attribute "default" (RFC 6243, section 6).
+inline constexpr std::string_view kDefaultsNamespace = "urn:ietf:params:xml:ns:netconf:default:1.0";
+bool IsDefaultTag(const xmlAttr &attribute);
+
+// The node behind one in document order, in the tree below `top`; null at its end.
+const xmlNode *NextNode(const xmlNode &at, const xmlNode &top);
+
 // Appends a literal of XPath that stands for the text: quotes that it does not hold, or a call of
 // concat() where it holds both.
 void AppendLiteral(std::pmr::string &out, std::string_view text);

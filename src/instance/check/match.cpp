@@ -4,6 +4,7 @@
 
 #include "instance/base/text.h"
 #include "instance/check/edit.h"
+#include "instance/tree/json_node.h"
 #include "instance/tree/value.h"
 
 namespace zr::data {
@@ -69,7 +70,11 @@ const PlanModule *Matcher::ModuleOf(const Element &parent, const xmlNode &source
         lastNs_ = source.ns;
         lastModule_ = lastNs_ == nullptr ? nullptr : run_.plan.FindNamespace(View(source.ns->href));
     }
-    if (lastModule_ == nullptr) {
+    if (lastModule_ != nullptr)
+        return lastModule_;
+    if (const JsonNode *member = AsJson(&source)) {
+        TellNoModule(parent, *member);
+    } else {
         Fault fault = At(parent, source, ZR_ERROR_TAG_UNKNOWN_NAMESPACE);
         if (source.ns == nullptr)
             faults_.Add(fault, {"element \"", View(source.name), "\" has no namespace"});
@@ -115,7 +120,9 @@ void Matcher::CheckAttributes(Element &element)
 {
     for (const xmlAttr *attribute = element.source->properties; attribute != nullptr;
          attribute = attribute->next) {
-        if (run_.IsEdit() && IsEditAttribute(*attribute))
+        bool isKnown = run_.IsEdit() ? IsEditAttribute(*attribute)
+                                     : element.plan->IsLeaf() && IsDefaultTag(*attribute);
+        if (isKnown)
             continue;
         Fault fault = FaultAt(element, ZR_ERROR_TAG_UNKNOWN_ATTRIBUTE);
         fault.badAttribute = reinterpret_cast<const char *>(attribute->name);
@@ -123,6 +130,26 @@ void Matcher::CheckAttributes(Element &element)
     }
     if (run_.IsEdit())
         ReadEditAttributes(run_, element);
+}
+
+// RFC 6243, sections 4.5.2 and 6.
+void Matcher::ReadDefaultTag(Element &leaf)
+{
+    for (const xmlAttr *attribute = leaf.source->properties; attribute != nullptr;
+         attribute = attribute->next) {
+        if (!IsDefaultTag(*attribute))
+            continue;
+        std::string_view text =
+            attribute->children == nullptr ? "" : View(attribute->children->content);
+        leaf.isTagged = text == "true" || text == "1";
+        if (!leaf.isTagged && text != "false" && text != "0")
+            faults_.Add(FaultAt(leaf, ZR_ERROR_TAG_BAD_ATTRIBUTE),
+                        {"attribute \"default\" is neither true nor false"});
+        if (leaf.isTagged && !leaf.isFaulty && !IsDefaultValue(run_.plan, *leaf.plan, leaf.value))
+            faults_.Add(FaultAt(leaf, ZR_ERROR_TAG_INVALID_VALUE),
+                        {"\"", leaf.value, "\" is tagged as the default of \"", leaf.plan->name,
+                         "\", which it is not"});
+    }
 }
 
 void Matcher::ReadLeaf(Element &leaf)
@@ -196,12 +223,19 @@ Element *Matcher::Visit(Element &parent, const xmlNode &source)
     }
     CountElement();
     const PlanNode *plan = Match(parent, source);
-    if (plan == nullptr || !IsTaken(parent, *plan, source))
+    const JsonNode *json = AsJson(&source);
+    if (plan == nullptr || (json != nullptr && !IsShaped(parent, *plan, *json)) ||
+        !IsTaken(parent, *plan, source))
         return nullptr;
     Element &element = Add(parent, *plan, source);
     if (plan->IsLeaf())
         ReadLeaf(element);
-    CheckPlace(element);
+    if (plan->IsLeaf() && source.properties != nullptr && !run_.IsEdit())
+        ReadDefaultTag(element);
+    if (plan->IsAny() && json != nullptr)
+        CheckAny(element);
+    if (json == nullptr) // its members have no order
+        CheckPlace(element);
     return plan->IsLeaf() || plan->IsAny() ? nullptr : &element;
 }
 

@@ -7,6 +7,8 @@
 
 namespace zr::data {
 
+struct JsonNode;
+
 class Matcher {
 public:
     // Faults and warnings go where they are wanted: those of a datastore are not the message's.
@@ -42,8 +44,14 @@ private:
     void CheckText(const Element &parent, const xmlNode &source);
     void CheckAttributes(Element &element);
     void ReadLeaf(Element &leaf);
+    void ReadDefaultTag(Element &leaf);
     void CheckPlace(const Element &element);
     void CheckKeyPlace(const Element &key, const PlanNode &before);
+
+    // Of JSON alone.
+    void TellNoModule(const Element &parent, const JsonNode &member);
+    bool IsShaped(Element &parent, const PlanNode &plan, const JsonNode &value);
+    void CheckAny(const Element &any);
 
     Run &run_;
     Faults &faults_, &warnings_;

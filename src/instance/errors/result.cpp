@@ -2,8 +2,10 @@
 
 #include <iterator>
 
+#include "instance/base/text.h"
 #include "instance/errors/path.h"
 #include "instance/errors/rpc_error.h"
+#include "instance/tree/json_node.h"
 
 namespace zr::data {
 
@@ -18,6 +20,8 @@ uint32_t LineOf(const Fault &fault)
         source = at->source; // a default has the line of what it stands in
     if (source == nullptr)
         return fault.line;
+    if (const JsonNode *json = AsJson(source))
+        return json->line;
     long line = xmlGetLineNo(const_cast<xmlNode *>(source));
     return line > 0 ? static_cast<uint32_t>(line) : 0;
 }

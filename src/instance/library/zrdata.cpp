@@ -3,64 +3,18 @@
 #include <zrdata/zrdata.h>
 
 #include <climits>
-#include <new>
-#include <stdexcept>
 
-#include "instance/check/run.h"
+#include "instance/check/input.h"
 #include "instance/errors/result.h"
 #include "instance/errors/rpc_error.h"
+#include "instance/library/boundary.h"
 #include "instance/plan/maker.h"
-#include "instance/tree/parse.h"
 
 using namespace zr::data;
-
-struct ZrDataPlan {
-    explicit ZrDataPlan(const ZrDataMemory &hooks) : plan(hooks) {}
-    Plan plan;
-};
-
-struct ZrDataResult {
-    explicit ZrDataResult(const ZrDataMemory &hooks) : result(hooks) {}
-    Result result;
-};
 
 namespace {
 
 constexpr ZrDataMemory kMalloc = zr::MallocHooks<ZrDataMemory>();
-
-// Runs a piece of work and turns memory that runs out into a status.
-template <typename Work> uint32_t Guard(Work work) noexcept
-{
-    try {
-        return work();
-    } catch (const std::bad_alloc &) {
-        return ZR_DATA_ERR_NO_MEMORY;
-    } catch (const std::length_error &) { // a text longer than the machine can address
-        return ZR_DATA_ERR_NO_MEMORY;
-    }
-}
-
-// Takes an object apart and gives its block back.
-template <typename Object> void Destroy(Object *object, const ZrDataMemory &hooks)
-{
-    object->~Object();
-    hooks.release(object, hooks.user);
-}
-
-// Makes an object in a block of the hooks; null when there is no memory for it. The constructors
-// take no memory that they could not give back.
-template <typename Object> Object *Construct(const ZrDataMemory &hooks)
-{
-    void *place = hooks.allocate(sizeof(Object), hooks.user);
-    if (place == nullptr)
-        return nullptr;
-    try {
-        return new (place) Object(hooks);
-    } catch (const std::bad_alloc &) {
-        hooks.release(place, hooks.user);
-        return nullptr;
-    }
-}
 
 bool IsUsable(const Plan &plan, const ZrDataOptions &options)
 {
@@ -158,18 +112,17 @@ uint32_t ZR_DATA_CheckText(const ZrDataPlan *plan, const ZrDataOptions *options,
     if (text == nullptr || length > INT_MAX)
         return ZR_DATA_ERR_INVALID;
     XmlDoc doc(nullptr, xmlFreeDoc); // there until the lines of the faults are known
-    return Check(plan, options, resultOut, [&](Run &run) {
-        ParseFault parseFault(run.memory);
-        doc = ParseXml(text, length, parseFault);
-        if (doc) {
-            CheckDocument(run, *xmlDocGetRootElement(doc.get()));
-        } else {
-            Fault fault;
-            fault.tag = ZR_ERROR_TAG_MALFORMED_MESSAGE;
-            fault.line = parseFault.line;
-            run.faults.Add(fault, {parseFault.message});
-        }
-    });
+    return Check(plan, options, resultOut, [&](Run &run) { CheckXml(run, {text, length}, doc); });
+}
+
+uint32_t ZR_DATA_CheckJson(const ZrDataPlan *plan, const ZrDataOptions *options, const char *text,
+                           size_t length, ZrDataResult **resultOut)
+{
+    if (resultOut != nullptr)
+        *resultOut = nullptr;
+    if (text == nullptr || length > INT_MAX)
+        return ZR_DATA_ERR_INVALID;
+    return Check(plan, options, resultOut, [&](Run &run) { CheckJson(run, {text, length}); });
 }
 
 uint32_t ZR_DATA_CheckTree(const ZrDataPlan *plan, const ZrDataOptions *options, const void *root,

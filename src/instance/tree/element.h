@@ -37,6 +37,7 @@ struct Element {
     uint32_t order;      // among the elements of the data; what defaults stand in has it, for them
     Operation operation; // its own, or that of the element it stands in
     bool isDefault;
+    bool isTagged; // stands in the data, which says that it is a default (RFC 6243, section 6)
     // Its value is none of its type, or a key is missing: not to be looked into again.
     bool isFaulty;
     // Conditions see it, but it is not judged: it is of the datastore that a message is held

@@ -24,12 +24,19 @@ void RefuseDeclaration(void *user, const xmlChar *, const xmlChar *, const xmlCh
 
 } // namespace
 
+void KeepBlanks(xmlParserCtxt &parser)
+{
+    parser.keepBlanks = 1;
+    parser.sax->ignorableWhitespace = parser.sax->characters;
+}
+
 XmlDoc ParseXml(const char *text, size_t length, ParseFault &fault)
 {
     std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(),
                                                                         xmlFreeParserCtxt);
     if (!parser)
         throw std::bad_alloc();
+    KeepBlanks(*parser);
     bool hasDeclaration = false;
     parser->_private = &hasDeclaration;
     parser->sax->internalSubset = RefuseDeclaration;

@@ -1,6 +1,7 @@
 // XML text to a tree of libxml2's.
 #pragma once
 
+#include <libxml/parser.h>
 #include <libxml/tree.h>
 
 #include <cstdint>
@@ -18,6 +19,10 @@ struct ParseFault {
     std::pmr::string message; // one line
     uint32_t line = 0;
 };
+
+// Makes a parser keep text that is blank: a leaf may hold it, and libxml2's default is the
+// process's, which anybody may have changed.
+void KeepBlanks(xmlParserCtxt &parser);
 
 // Returns null, with what is wrong, for a text that is not well-formed or has a document type
 // declaration. Throws std::bad_alloc. The text has at most INT_MAX bytes.

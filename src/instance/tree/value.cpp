@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "instance/base/text.h"
+#include "instance/tree/json_node.h"
 #include "shared/names.h"
 #include "shared/xpath_tokens.h"
 
@@ -235,6 +236,9 @@ const PlanModule *FindPrefix(const ValueScope &scope, std::string_view prefix)
             return own;
         return plan.FindModule(prefix);
     }
+    if (AsJson(scope.element) != nullptr) // RFC 7951, section 6.8
+        return prefix.empty() ? plan.FindNamespace(View(scope.element->ns->href))
+                              : plan.FindModule(prefix);
     // Only read: the declaration of "xml" alone would be added to the tree.
     if (prefix == "xml")
         return nullptr;
@@ -299,7 +303,8 @@ private:
         tokens_.Advance();
         return true;
     }
-    // Every name has a prefix in XML; in a default it may be left out.
+    // Every name has a prefix in XML. In a default it may be left out, and in JSON where the module
+    // is that of the node before (RFC 7951, section 6.11).
     const PlanNode *TakeName(const PlanNode &parent)
     {
         fault_ = kMalformed;
@@ -307,10 +312,12 @@ private:
         if (token.kind != XPathKind::Name)
             return nullptr;
         QName name = SplitName(token.text);
-        if (name.prefix.empty() && scope_.element != nullptr)
+        bool inherits = AsJson(scope_.element) != nullptr && parent.module != nullptr;
+        if (name.prefix.empty() && scope_.element != nullptr && !inherits)
             return nullptr;
         fault_ = "it leads to no node of the schema";
-        const PlanModule *module = FindPrefix(scope_, name.prefix);
+        const PlanModule *module =
+            name.prefix.empty() && inherits ? parent.module : FindPrefix(scope_, name.prefix);
         if (module == nullptr)
             return nullptr;
         ((out_ += module->name) += ':') += name.name;
@@ -435,11 +442,23 @@ ValueResult ReadValue(const ValueScope &scope, const Type &given, std::string_vi
         }
         return {"no member of the union takes it", type};
     }
+    if (const JsonNode *value = AsJson(scope.element))
+        if (const char *fault = CheckKind(*value, type->base))
+            return {fault, type};
     ReadFunc read = kReaders[type->base];
     if (read != nullptr)
         return {read(inner, *type, text, canonical), type};
     canonical = text;
     return {nullptr, type};
+}
+
+bool IsDefaultValue(const Plan &plan, const PlanNode &leaf, std::string_view canonical)
+{
+    std::pmr::string value(&plan.memory);
+    return std::any_of(leaf.defaults.begin(), leaf.defaults.end(), [&](std::string_view text) {
+        return ReadValue({plan, leaf, nullptr}, *leaf.type, text, value).fault == nullptr &&
+               value == canonical;
+    });
 }
 
 } // namespace zr::data

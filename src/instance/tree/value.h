@@ -33,6 +33,8 @@ ValueResult ReadValue(const ValueScope &scope, const Type &type, std::string_vie
 
 // The module that a prefix means; null when there is none.
 const PlanModule *FindPrefix(const ValueScope &scope, std::string_view prefix);
+// Whether a canonical value is one that the schema gives a leaf by default.
+bool IsDefaultValue(const Plan &plan, const PlanNode &leaf, std::string_view canonical);
 
 // The identity that a text means; null when there is none.
 const Identity *FindIdentity(const ValueScope &scope, std::string_view text);

@@ -29,6 +29,14 @@ Schema::Schema(const std::string &body, uint32_t flags) : ctx_(ZR_CTX_Create(fla
         Add("m", body);
 }
 
+Schema::Schema(const std::string &folder, const Texts &modules)
+    : ctx_(ZR_CTX_Create(ZR_CTX_LOAD_IMPORTS))
+{
+    EXPECT_EQ(ZR_CTX_SetSearchDir(ctx_, folder.c_str()), ZR_OK);
+    for (const std::string &module : modules)
+        EXPECT_EQ(ZR_CTX_LoadModule(ctx_, module.c_str()), ZR_OK) << module;
+}
+
 Schema::~Schema()
 {
     ZR_DATA_DeletePlan(plan_);
@@ -65,11 +73,10 @@ ZrDataOptions Options(uint32_t kind)
     return options;
 }
 
-Texts Schema::Run(const ZrDataOptions &options, const std::string &document)
+Texts Schema::Run(CheckFunc *check, const ZrDataOptions &options, const std::string &document)
 {
     ZrDataResult *result = nullptr;
-    uint32_t status =
-        ZR_DATA_CheckText(plan(), &options, document.data(), document.size(), &result);
+    uint32_t status = check(plan(), &options, document.data(), document.size(), &result);
     Texts errors;
     lines_.clear();
     warnings_.clear();
@@ -88,7 +95,12 @@ Texts Schema::Run(const ZrDataOptions &options, const std::string &document)
 
 Texts Schema::CheckDocument(const std::string &document, uint32_t kind)
 {
-    return Run(Options(kind), document);
+    return Run(ZR_DATA_CheckText, Options(kind), document);
+}
+
+Texts Schema::CheckJson(const std::string &document, uint32_t kind)
+{
+    return Run(ZR_DATA_CheckJson, Options(kind), document);
 }
 
 Texts Schema::CheckMessage(const std::string &document, uint32_t kind, const std::string &datastore,
@@ -102,7 +114,32 @@ Texts Schema::CheckMessage(const std::string &document, uint32_t kind, const std
                                   nullptr, 0));
         options.datastore = xmlDocGetRootElement(store.get());
     }
-    return Run(options, document);
+    return Run(ZR_DATA_CheckText, options, document);
+}
+
+std::string Schema::Write(const std::string &document, const ZrDataWriteOptions &how, uint32_t kind)
+{
+    ZrDataOptions options = Options(kind);
+    ZrDataResult *result = nullptr;
+    ZrDataDocument *read = nullptr;
+    auto *readText = document.starts_with('{') ? ZR_DATA_ReadJson : ZR_DATA_ReadXml;
+    EXPECT_EQ(readText(plan(), &options, document.data(), document.size(), &read, &result),
+              ZR_DATA_OK)
+        << (ZR_DATA_GetError(result, 0) == nullptr ? "" : Describe(*ZR_DATA_GetError(result, 0)))
+        << " in " << document;
+    ZR_DATA_DeleteResult(result);
+    std::string text;
+    if (read != nullptr) {
+        EXPECT_EQ(ZR_DATA_WriteText(read, &how, AppendTo, &text), ZR_DATA_OK);
+    }
+    ZR_DATA_DeleteDocument(read);
+    return text;
+}
+
+int AppendTo(const char *text, size_t length, void *string)
+{
+    static_cast<std::string *>(string)->append(text, length);
+    return 0;
 }
 
 Texts Schema::Check(const std::string &data, uint32_t kind)

@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <zrdata/zrdata.h>
+#include <zrdata/write.h>
 #include <zrschema/zrschema.h>
 
 #include <string>
@@ -20,6 +20,8 @@ class Schema {
 public:
     // A YANG 1.1 module "m" with that body: namespace urn:m, prefix m.
     explicit Schema(const std::string &body = "", uint32_t flags = ZR_CTX_STANDARD);
+    // Prepared modules of a folder, with what they import.
+    Schema(const std::string &folder, const Texts &modules);
     ~Schema();
     Schema(const Schema &) = delete;
     Schema &operator=(const Schema &) = delete;
@@ -42,22 +44,31 @@ public:
                        const std::string &datastore = "", const char *operation = nullptr);
     // The faults of the last check as XML.
     const Texts &xml() const { return xml_; }
+    // The same of a document in JSON.
+    Texts CheckJson(const std::string &document, uint32_t kind = ZR_DATA_CONFIG);
+    // A valid document, XML or JSON, as it is written with the options.
+    std::string Write(const std::string &document, const ZrDataWriteOptions &how,
+                      uint32_t kind = ZR_DATA_CONFIG);
     // The lines and warnings of the last check.
     const std::vector<uint32_t> &lines() const { return lines_; }
     const Texts &warnings() const { return warnings_; }
 
 private:
+    using CheckFunc = decltype(ZR_DATA_CheckText);
+    Texts Run(CheckFunc *check, const ZrDataOptions &options, const std::string &document);
+
     ZrCtx *ctx_;
     ZrDataPlan *plan_ = nullptr;
     std::vector<std::pair<std::string, std::string>> sources_;
     std::vector<uint32_t> lines_;
     Texts warnings_, xml_;
-
-    Texts Run(const ZrDataOptions &options, const std::string &document);
 };
 
 // "TAG[APP-TAG] PATH: MESSAGE", paths with "m:" left out.
 std::string Describe(const ZrDataError &error);
+
+// A callback that appends to a std::string.
+int AppendTo(const char *text, size_t length, void *string);
 
 // The wrapper of Check() around a text.
 std::string Wrap(const std::string &data);
