@@ -5,85 +5,16 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <iterator>
-#include <map>
-#include <nlohmann/json.hpp>
 #include <unordered_map>
 #include <vector>
 
 #include "instance/base/text.h"
+#include "instance/tree/json_text.h"
 #include "shared/names.h"
 
 namespace zr::data {
 
 namespace {
-
-// nlohmann-json makes strings without asking anybody for an allocator: theirs finds the memory of
-// the parse that its thread is in.
-thread_local std::pmr::memory_resource *t_memory = nullptr;
-
-class MemoryScope {
-public:
-    explicit MemoryScope(std::pmr::memory_resource *memory) : outer_(t_memory)
-    {
-        t_memory = memory;
-    }
-    ~MemoryScope() { t_memory = outer_; }
-    MemoryScope(const MemoryScope &) = delete;
-    MemoryScope &operator=(const MemoryScope &) = delete;
-
-private:
-    std::pmr::memory_resource *outer_;
-};
-
-template <typename T> struct ScopeAllocator {
-    using value_type = T;
-
-    ScopeAllocator() = default;
-    template <typename U> ScopeAllocator(const ScopeAllocator<U> &) noexcept {}
-    T *allocate(size_t count)
-    {
-        return static_cast<T *>(t_memory->allocate(count * sizeof(T), alignof(T)));
-    }
-    void deallocate(T *block, size_t count)
-    {
-        t_memory->deallocate(block, count * sizeof(T), alignof(T));
-    }
-    bool operator==(const ScopeAllocator &) const = default;
-};
-
-using JsonString = std::basic_string<char, std::char_traits<char>, ScopeAllocator<char>>;
-using Json = nlohmann::basic_json<std::map, std::vector, JsonString>;
-
-// The text as the parser reads it, one character after another. The parser reads one character too
-// far behind a number: the line is that of the last character that was read, so that a line feed
-// there does not count yet.
-class LineIterator {
-public:
-    using iterator_category = std::input_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const char *;
-    using reference = const char &;
-
-    LineIterator(const char *at, uint32_t *line) : at_(at), line_(line) {}
-
-    reference operator*() const { return *at_; }
-    LineIterator &operator++()
-    {
-        *line_ += isBehindFeed_;
-        isBehindFeed_ = *at_ == '\n';
-        ++at_;
-        return *this;
-    }
-    bool operator==(const LineIterator &other) const { return at_ == other.at_; }
-    bool operator!=(const LineIterator &other) const { return at_ != other.at_; }
-
-private:
-    const char *at_;
-    uint32_t *line_;
-    bool isBehindFeed_ = false;
-};
 
 // XML has no way to write these, and they are no characters of YANG (RFC 7950, section 14).
 bool IsUnfit(std::string_view text)
@@ -146,8 +77,8 @@ public:
 
     const xmlNode *Root();
 
-    uint32_t line = 1;
-    std::string_view text;
+    uint32_t line = 1;     // of the last character that was read
+    std::string_view text; // the whole
 
 private:
     struct Frame {
@@ -414,11 +345,19 @@ void Builder::AddAttributes(JsonNode &target, const JsonNode &annotations)
     }
 }
 
+// Whether a value can stand for the annotations of one node: an object, or null in an array for
+// none of them.
+bool IsAnnotation(const JsonNode &value)
+{
+    return value.kind == JsonKind::Object || value.kind == JsonKind::Empty ||
+           (value.kind == JsonKind::Null && value.isEntry);
+}
+
 // "@" says something of its object, "@a" of the member "a", value by value where that is an array.
 // What says something of nothing stays where it is, and is told as unknown.
 void Builder::Annotate(JsonNode &object, JsonNode &annotation)
 {
-    if (annotation.name->text == "@") {
+    if (annotation.name->text == "@" && IsAnnotation(annotation)) {
         AddAttributes(object, annotation);
         Remove(annotation.node);
         return;
@@ -427,10 +366,11 @@ void Builder::Annotate(JsonNode &object, JsonNode &annotation)
     JsonNode *target = name.object == &object.node ? name.first : nullptr;
     JsonNode *at = &annotation;
     while (at != nullptr && target != nullptr) {
-        if (at->kind == JsonKind::Object)
-            AddAttributes(*target, *at);
         auto *next = const_cast<JsonNode *>(NextEntry(*at)); // of a tree that is still made
-        Remove(at->node);
+        if (IsAnnotation(*at)) {
+            AddAttributes(*target, *at);
+            Remove(at->node);
+        }
         at = next;
         target = const_cast<JsonNode *>(NextEntry(*target));
     }

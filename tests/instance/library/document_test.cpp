@@ -2,6 +2,7 @@
 #include <libxml/parser.h>
 
 #include <cstdlib>
+#include <thread>
 
 #include "support/schema.h"
 
@@ -11,7 +12,7 @@ using testing::StartsWith;
 
 namespace {
 
-constexpr ZrDataOptions kConfig = {ZR_DATA_CONFIG, 0, 0};
+const ZrDataOptions kConfig = Options(ZR_DATA_CONFIG);
 constexpr ZrDataWriteOptions kXml = {ZR_DATA_XML, ZR_DATA_EXPLICIT, 0};
 
 struct Read {
@@ -116,6 +117,28 @@ TEST(Document, OfATreeWithCharactersThatXmlCannotWriteMakesNoTree)
     EXPECT_EQ(ZR_DATA_ReadTree(schema.plan(), &kConfig, doc, &document, &result),
               ZR_DATA_ERR_INVALID);
     xmlFreeDoc(doc);
+}
+
+TEST(Document, IsWrittenByManyThreadsAtOnce)
+{
+    Schema schema("list l { key k; leaf k { type int16; } leaf a { type int8; default 1; } }");
+    std::string data;
+    for (int i = 0; i < 1000; ++i)
+        data += "<l><k>" + std::to_string(i) + "</k></l>";
+    Read read(schema, Wrap(data));
+    std::vector<std::string> texts(4);
+    std::vector<std::thread> threads;
+    for (size_t i = 0; i < texts.size(); ++i)
+        threads.emplace_back([&, i] {
+            ZrDataWriteOptions how = {i % 2 == 0 ? ZR_DATA_XML : ZR_DATA_JSON, ZR_DATA_REPORT_ALL,
+                                      0};
+            ZR_DATA_WriteText(read.document, &how, AppendTo, &texts[i]);
+        });
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_EQ(texts[0], texts[2]);
+    EXPECT_EQ(texts[1], texts[3]);
+    EXPECT_EQ(schema.Write(texts[0], {ZR_DATA_JSON, ZR_DATA_EXPLICIT, 0}), texts[1]);
 }
 
 // The blocks that are held, and the allocation that fails.

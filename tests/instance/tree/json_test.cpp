@@ -214,6 +214,10 @@ TEST(Json, AnnotationsAreWhatAttributesAreInXml)
                 ElementsAre(StartsWith("unknown-element /c/@b: ")));
     EXPECT_THAT(schema.CheckJson(R"({"m:c": {"v": [1], "@v": [null, {"x:y": 1}]}})"),
                 ElementsAre(StartsWith("unknown-element /c/@v: ")));
+    EXPECT_THAT(schema.CheckJson(R"({"m:c": {"@": 5, "a": 1, "@a": "x", "v": [1], "@v": [true]}})"),
+                ElementsAre(StartsWith("unknown-element /c/@: "),
+                            StartsWith("unknown-element /c/@a: "),
+                            StartsWith("unknown-element /c/@v: ")));
     EXPECT_THAT(schema.CheckJson(R"({"m:c": {"a": 1,
                                      "@a": {"ietf-netconf-with-defaults:default": true}}})"),
                 IsEmpty());

@@ -144,7 +144,7 @@ TEST(Defaults, ATreeIsTheTextsAndTheCallersOwn)
     Schema schema("container c { leaf a { type int8; default 1; } leaf b { type string; } }");
     std::string text = Wrap("<c><b>x</b></c>");
     xmlDoc *given = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, 0);
-    ZrDataOptions options = {ZR_DATA_CONFIG, 0, 0};
+    ZrDataOptions options = Options(ZR_DATA_CONFIG);
     ZrDataResult *result = nullptr;
     ZrDataDocument *document = nullptr;
     ASSERT_EQ(
