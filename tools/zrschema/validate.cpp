@@ -275,25 +275,25 @@ Json EmptyValidateDocument()
         {"valid", nullptr}, {"error", nullptr}, {"defaults", Json::array()}, {"document", nullptr}};
 }
 
-void AddValidateCommand(CLI::App &app, Run &run, int &status)
+void AddValidateCommand(CommandLine &line, Run &run)
 {
     auto options = std::make_shared<ValidateOptions>();
-    CLI::App *command = app.add_subcommand("validate", "check a request or a notification");
-    AddNotes(*command,
-             "FILE is - for standard input. A request is taken out of its <rpc> and <action>, a\n"
-             "notification out of its <notification>, where they stand in one.\n"
-             "Features start off: --feature and --all-features turn them on.");
-    command->add_flag("--rpc", options->rpc, "the file is a request: an rpc or an action");
-    command->add_flag("--notification", options->notification, "the file is a notification");
-    AddDirectoryOption(*command, options->modules.directories);
-    AddModuleOption(*command, options->modules);
-    AddFeatureOptions(*command, options->modules);
-    command->add_flag("--print", options->print, "print the document as the check left it");
-    AddJsonOption(*command);
-    command->add_option("file", options->file, "the XML file, - for standard input")
-        ->required()
-        ->type_name("FILE|-");
-    command->callback([options, &run, &status] { status = RunValidate(run, *options); });
+    Command command =
+        line.Add("validate", "check a request or a notification",
+                 WithModuleNote("FILE is - for standard input. A request is taken out of its <rpc> "
+                                "and <action>, a\nnotification out of its <notification>, where "
+                                "they stand in one.\nFeatures start off: --feature and "
+                                "--all-features turn them on."));
+    command.Flag("--rpc", "the file is a request: an rpc or an action", options->rpc);
+    command.Flag("--notification", "the file is a notification", options->notification);
+    AddDirectoryOption(command, options->modules.directories);
+    AddModuleOption(command, options->modules);
+    AddFeatureOptions(command, options->modules);
+    command.Flag("--print", "print the document as the check left it", options->print);
+    command.Json();
+    command.Text("file", "FILE|-", "the XML file, - for standard input", options->file,
+                 Need::kRequired);
+    command.OnRun([options, &run] { return RunValidate(run, *options); });
 }
 
 } // namespace tool
