@@ -32,6 +32,7 @@ if(ZR_MACHINE STREQUAL "i386")
 else()
     set(CMAKE_C_COMPILER ${zr_triplet}-gcc)
     set(CMAKE_CXX_COMPILER ${zr_triplet}-g++)
+    set(CMAKE_CXX_FLAGS_INIT "-Wno-psabi") # notes on what GCC 7 passed in other ways
     set(CMAKE_CROSSCOMPILING_EMULATOR qemu-${CMAKE_SYSTEM_PROCESSOR}-static -L /usr/${zr_triplet}
         CACHE STRING "runs programs of that machine")
 endif()

@@ -171,7 +171,7 @@ TEST_F(Dictionary, UnlinksFromTheMiddleTheEndAndTheHeadOfAChain)
     std::vector<std::string> texts = Colliding(4);
     for (const std::string &text : texts)
         ZR_DICT_Insert(&dict_, text.c_str());
-    for (size_t gone : {1, 3, 0, 2}) {
+    for (size_t gone : {1u, 3u, 0u, 2u}) {
         ZR_DICT_Remove(&dict_, texts[gone].c_str());
         texts[gone].clear();
         const ZrDictEntry *entry = dict_.buckets[5].head;

@@ -331,7 +331,7 @@ TEST(ConsumeIdentNameFromTail, FindsTheIdentifierThatEndsAtTheLength)
 
 TEST(ConsumeIdentNameFromTail, StopsBeforeTheTextWhenAllOfItIsAnIdentifier)
 {
-    const char *text = "/name" + 1;
+    const char *text = &"/name"[1];
     const char *stop = nullptr;
     EXPECT_EQ(ZR_UTL_ConsumeIdentNameFromTail(text, 4, &stop), 4u);
     EXPECT_EQ(stop, text - 1);

@@ -232,8 +232,8 @@ void BadModules(World &world)
         "<augment target-node='relative'/>",
         "<augment target-node='/m:none'/>",
         "<deviation target-node='/q:none'/>",
-        "<leaf name='l'><type name='identityref'><base name='b'/></type><default "
-        "value='q:b'/></leaf>",
+        ("<leaf name='l'><type name='identityref'><base name='b'/></type>"
+         "<default value='q:b'/></leaf>"),
         "<leaf name='l'><type name='string'/><must condition='q:x'/></leaf>",
         "<leaf name='l'><type name='none'/></leaf>",
     };

@@ -165,20 +165,22 @@ Json EmptyCheckDocument()
     return {{"modules", Json::array()}, {"loaded", 0}, {"failed", 0}};
 }
 
-void AddCheckCommand(CLI::App &app, Run &run, int &status)
+void AddCheckCommand(CommandLine &line, Run &run)
 {
     auto options = std::make_shared<CheckOptions>();
-    CLI::App *command = app.add_subcommand("check", "load modules and report what went wrong");
-    AddNotes(*command, "Warnings tell of what the library passes over, such as uses and grouping: "
-                       "YIN is to be\nprepared (see docs/yin.md). They are no failure.");
-    AddDirectoryOption(*command, options->directories);
-    command->add_flag("--imports", options->imports, "also load what the modules import");
-    AddStandardOption(*command, options->standard);
-    AddJsonOption(*command);
-    command->add_flag("--all", options->all,
-                      "check every module of the directories, imported modules first");
-    command->add_option("modules", options->modules, "the modules to check")->type_name("MODULE");
-    command->callback([options, &run, &status] { status = RunCheck(run, *options); });
+    Command command =
+        line.Add("check", "load modules and report what went wrong",
+                 WithModuleNote("Warnings tell of what the library passes over, such as uses and "
+                                "grouping: YIN is to be\nprepared (see docs/yin.md). They are no "
+                                "failure."));
+    AddDirectoryOption(command, options->directories);
+    command.Flag("--imports", "also load what the modules import", options->imports);
+    AddStandardOption(command, options->standard);
+    command.Json();
+    command.Flag("--all", "check every module of the directories, imported modules first",
+                 options->all);
+    command.Texts("modules", "MODULE", "the modules to check", options->modules);
+    command.OnRun([options, &run] { return RunCheck(run, *options); });
 }
 
 } // namespace tool

@@ -2,10 +2,9 @@
 #include <zrdata/write.h>
 
 #include <memory>
-#include <new>
 
 #include "commands.h"
-#include "xml_text.h"
+#include "data_files.h"
 
 namespace tool {
 
@@ -43,41 +42,7 @@ uint32_t Choose(const char *option, const std::string &word, const Choice (&choi
     throw UsageError{std::string(option) + " is one of " + words + ", not " + word};
 }
 
-using Plan = std::unique_ptr<ZrDataPlan, decltype(&ZR_DATA_DeletePlan)>;
 using DataDocument = std::unique_ptr<ZrDataDocument, decltype(&ZR_DATA_DeleteDocument)>;
-using Result = std::unique_ptr<ZrDataResult, decltype(&ZR_DATA_DeleteResult)>;
-
-uint32_t OrThrow(uint32_t status)
-{
-    if (status == ZR_DATA_ERR_NO_MEMORY)
-        throw std::bad_alloc();
-    return status;
-}
-
-// The first character that is not blank tells, behind a byte order mark.
-bool IsJson(const std::string &text)
-{
-    size_t start = text.compare(0, 3, "\xef\xbb\xbf") == 0 ? 3 : 0;
-    start = text.find_first_not_of(" \t\r\n", start);
-    return start != std::string::npos && (text[start] == '{' || text[start] == '[');
-}
-
-void SayAll(Run &run, const ZrDataResult *result, const std::string &file)
-{
-    auto say = [&](const ZrDataError &error, bool isWarning) {
-        run.Say({std::string(error.path) + ": " + error.message + " (" +
-                     ZR_DATA_GetTagName(error.tag) + ")",
-                 "", file, static_cast<long>(error.line), isWarning});
-    };
-    size_t found = 0;
-    size_t count = ZR_DATA_GetErrorCount(result, &found);
-    for (size_t i = 0; i < count; ++i)
-        say(*ZR_DATA_GetError(result, i), false);
-    if (found > count)
-        run.Complain("and " + std::to_string(found - count) + " more");
-    for (size_t i = 0; i < ZR_DATA_GetWarningCount(result, nullptr); ++i)
-        say(*ZR_DATA_GetWarning(result, i), true);
-}
 
 int Append(const char *text, size_t length, void *user)
 {
@@ -89,9 +54,7 @@ int Append(const char *text, size_t length, void *user)
 bool Convert(Session &session, const ConvertOptions &options, const ZrDataWriteOptions &how,
              const std::string &text, std::string &out)
 {
-    ZrDataPlan *madePlan = nullptr;
-    OrThrow(ZR_DATA_CreatePlan(session.ctx(), nullptr, &madePlan));
-    Plan plan(madePlan, ZR_DATA_DeletePlan);
+    DataPlan plan = MakePlan(session.ctx());
     ZrDataOptions check = {};
     check.kind = options.withState ? ZR_DATA_CONFIG_AND_STATE : ZR_DATA_CONFIG;
     auto *read = IsJson(text) ? ZR_DATA_ReadJson : ZR_DATA_ReadXml;
@@ -100,7 +63,7 @@ bool Convert(Session &session, const ConvertOptions &options, const ZrDataWriteO
     uint32_t status =
         OrThrow(read(plan.get(), &check, text.data(), text.size(), &madeDocument, &madeResult));
     DataDocument document(madeDocument, ZR_DATA_DeleteDocument);
-    Result result(madeResult, ZR_DATA_DeleteResult);
+    DataResult result(madeResult, ZR_DATA_DeleteResult);
     if (status == ZR_DATA_ERR_INVALID) {
         session.run().Complain(options.file + " is longer than 2 GiB");
         return false;
@@ -116,9 +79,7 @@ int RunConvert(Run &run, const ConvertOptions &options)
     ZrDataWriteOptions how = {Choose("--to", options.format, kFormats),
                               Choose("--defaults", options.defaults, kDefaults), kIndent};
     Session session(run, ZR_CTX_STANDARD, options.modules.directories);
-    std::string text, reason = ReadInput(options.file, text);
-    if (!reason.empty())
-        throw UsageError{"cannot read " + options.file + ": " + reason};
+    std::string text = ReadOrThrow(options.file);
     std::vector<std::string> modules;
     if (!session.SetUp(options.modules, modules))
         return kExitFailed; // what is not in the schema would be called a fault of the data
@@ -139,32 +100,28 @@ Json EmptyConvertDocument()
     return {{"document", nullptr}};
 }
 
-void AddConvertCommand(CLI::App &app, Run &run, int &status)
+void AddConvertCommand(CommandLine &line, Run &run)
 {
     auto options = std::make_shared<ConvertOptions>();
-    CLI::App *command = app.add_subcommand("convert", "write data as XML or JSON");
-    AddNotes(
-        *command,
-        "FILE is XML, with any element around the data, or JSON, which is seen from its first\n"
-        "character; - is standard input. It is configuration, which is checked as a whole:\n"
-        "what has faults is not written.\n"
-        "Features start off: --feature and --all-features turn them on.");
-    command->add_option("--to", options->format, "what to write: xml or json")
-        ->required()
-        ->type_name("FORMAT");
-    command
-        ->add_option("--defaults", options->defaults,
-                     "explicit (as it is), trim, report-all or report-all-tagged (RFC 6243)")
-        ->type_name("MODE");
-    command->add_flag("--data", options->withState, "the data is configuration with state");
-    AddDirectoryOption(*command, options->modules.directories);
-    AddModuleOption(*command, options->modules);
-    AddFeatureOptions(*command, options->modules);
-    AddJsonOption(*command);
-    command->add_option("file", options->file, "the data, - for standard input")
-        ->required()
-        ->type_name("FILE|-");
-    command->callback([options, &run, &status] { status = RunConvert(run, *options); });
+    Command command = line.Add(
+        "convert", "write data as XML or JSON",
+        WithModuleNote(
+            "FILE is XML, with any element around the data, or JSON, which is seen from its first\n"
+            "character; - is standard input. It is configuration, which is checked as a whole:\n"
+            "what has faults is not written.\n"
+            "Features start off: --feature and --all-features turn them on."));
+    command.Text("--to", "FORMAT", "what to write: xml or json", options->format, Need::kRequired);
+    command.Text("--defaults", "MODE",
+                 "explicit (as it is), trim, report-all or report-all-tagged (RFC 6243)",
+                 options->defaults);
+    command.Flag("--data", "the data is configuration with state", options->withState);
+    AddDirectoryOption(command, options->modules.directories);
+    AddModuleOption(command, options->modules);
+    AddFeatureOptions(command, options->modules);
+    command.Json();
+    command.Text("file", "FILE|-", "the data, - for standard input", options->file,
+                 Need::kRequired);
+    command.OnRun([options, &run] { return RunConvert(run, *options); });
 }
 
 } // namespace tool

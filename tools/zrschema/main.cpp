@@ -1,58 +1,40 @@
 // zrschema: prepares and loads modules, and prints, checks and uses them.
 #include <algorithm>
 #include <new>
-#include <sstream>
 
-#include "close_names.h"
 #include "commands.h"
 
 namespace tool {
 
-void AddDirectoryOption(CLI::App &command, std::vector<std::string> &directories)
+std::string WithModuleNote(const std::string &notes)
 {
-    command
-        .add_option("-p,--path", directories,
-                    "a directory that is searched for modules, YANG or YIN")
-        ->required()
-        ->type_name("DIR")
-        ->allow_extra_args(false);
+    return notes + "\nMODULE is a module's name, NAME@REVISION, or a file.";
 }
 
-void AddFeatureOptions(CLI::App &command, ModuleOptions &options)
+void AddDirectoryOption(Command &command, Words &directories)
 {
-    command
-        .add_option("--feature", options.features,
-                    "a feature to turn on; MODULE:* turns all of a module's features on")
-        ->type_name("MODULE:NAME")
-        ->allow_extra_args(false);
-    command.add_flag("--all-features", options.allFeatures, "turn all features of every module on");
+    command.Texts("-p,--path", "DIR", "a directory that is searched for modules, YANG or YIN",
+                  directories, Need::kRequired);
 }
 
-void AddModuleOption(CLI::App &command, ModuleOptions &options)
+void AddFeatureOptions(Command &command, ModuleOptions &options)
 {
-    command.add_option("-m,--module", options.modules, "a module to load, with what it imports")
-        ->required()
-        ->type_name("MODULE")
-        ->allow_extra_args(false);
+    command.Texts("--feature", "MODULE:NAME",
+                  "a feature to turn on; MODULE:* turns all of a module's features on",
+                  options.features);
+    command.Flag("--all-features", "turn all features of every module on", options.allFeatures);
 }
 
-void AddJsonOption(CLI::App &command)
+void AddModuleOption(Command &command, ModuleOptions &options)
 {
-    // Whether it is there is known before the command line is parsed, since mistakes in the rest
-    // of it are told in the document too.
-    command.add_flag("--json")->description("print one JSON document, also when something fails");
+    command.Texts("-m,--module", "MODULE", "a module to load, with what it imports",
+                  options.modules, Need::kRequired);
 }
 
-void AddStandardOption(CLI::App &command, bool &standard)
+void AddStandardOption(Command &command, bool &standard)
 {
-    command.add_flag("--standard", standard,
-                     "take what RFC 7950 allows where the library's own limits are narrower");
-}
-
-void AddNotes(CLI::App &command, const std::string &notes)
-{
-    command.footer(notes + "\nMODULE is a module's name, NAME@REVISION, or a file.");
-    command.set_version_flag("--version", "zrschema " ZR_VERSION);
+    command.Flag("--standard",
+                 "take what RFC 7950 allows where the library's own limits are narrower", standard);
 }
 
 namespace {
@@ -63,14 +45,14 @@ constexpr const char *kNotes =
     "<notification>.\n"
     "Exit status: 0 all well, 1 something failed, 2 wrong usage.";
 
-struct Command {
+struct Entry {
     const char *name;
-    void (*add)(CLI::App &app, Run &run, int &status);
+    void (*add)(CommandLine &line, Run &run);
     Json (*emptyDocument)();
 };
 
 // clang-format off
-constexpr Command kCommands[] = {
+constexpr Entry kCommands[] = {
     {"tree",     AddTreeCommand,     EmptyTreeDocument},
     {"check",    AddCheckCommand,    EmptyCheckDocument},
     {"prepare",  AddPrepareCommand,  EmptyPrepareDocument},
@@ -81,74 +63,29 @@ constexpr Command kCommands[] = {
 };
 // clang-format on
 
-using Words = std::vector<std::string>;
-
 bool AsksForJson(const Words &words)
 {
     auto end = std::find(words.begin(), words.end(), "--"); // what follows are no options
     return std::find(words.begin(), end, "--json") != end;
 }
 
-std::string NoSuchCommand(const std::string &word)
+int ParseAndRun(int argc, char **argv, const Words &words, Run &run)
 {
-    std::vector<std::string> names;
-    for (const Command &command : kCommands)
-        names.push_back(command.name);
-    return "no such command: " + word + DidYouMean(CloseNames(word, names));
-}
-
-std::string NoSuchOption(const CLI::App &command, const std::string &word)
-{
-    std::vector<std::string> names;
-    for (const CLI::Option *option : command.get_options())
-        for (const std::string &name : option->get_lnames())
-            names.push_back("--" + name);
-    std::string close = DidYouMean(CloseNames(word.substr(0, word.find('=')), names));
-    return "no such option: " + word +
-           (close.empty() ? "; a value that begins with - stands behind --" : close);
-}
-
-// What is wrong with the command line: a word that means nothing, or else what the parser says.
-std::string Explain(const CLI::App &app, const Words &words, const CLI::ParseError &error)
-{
-    if (app.get_subcommands().empty())
-        return words.empty() ? error.what() : NoSuchCommand(words.front());
-    for (const std::string &word : app.remaining(true))
-        if (word.size() > 1 && word.front() == '-')
-            return NoSuchOption(*app.get_subcommands().front(), word);
-    return error.what();
-}
-
-int Parse(int argc, char **argv, const Words &words, Run &run)
-{
-    CLI::App app(
+    CommandLine line(
         "Loads YANG modules, as sources or in prepared YIN, and prints, checks and uses them.",
-        "zrschema");
-    app.set_version_flag("--version", "zrschema " ZR_VERSION);
-    app.footer(kNotes);
-    app.require_subcommand(1);
-    int status = kExitOk;
-    for (const Command &command : kCommands) {
-        command.add(app, run, status);
+        kNotes);
+    for (const Entry &command : kCommands) {
+        command.add(line, run);
         if (!words.empty() && words.front() == command.name)
             run.SetEmptyDocument(command.emptyDocument());
     }
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError &error) {
-        if (error.get_exit_code() != 0)
-            throw UsageError{Explain(app, words, error)};
-        std::stringstream out; // --help and --version
-        app.exit(error, out, out);
-        run.Print(out.str());
-    }
-    return status;
+    return line.Execute(argc, argv, run);
 }
 
 int Execute(int argc, char **argv, const Words &words, Run &run)
 {
     try {
-        return Parse(argc, argv, words, run);
+        return ParseAndRun(argc, argv, words, run);
     } catch (const UsageError &error) {
         run.Complain(error.message + " (see zrschema --help)");
         return kExitUsage;

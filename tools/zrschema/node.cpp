@@ -254,21 +254,19 @@ Json EmptyNodeDocument()
     return Json::object();
 }
 
-void AddNodeCommand(CLI::App &app, Run &run, int &status)
+void AddNodeCommand(CommandLine &line, Run &run)
 {
     auto options = std::make_shared<NodeOptions>();
-    CLI::App *command = app.add_subcommand("node", "describe a schema node");
-    AddNotes(*command, "Features start off: a node that depends on one is shown as not enabled.");
-    AddDirectoryOption(*command, options->modules.directories);
-    AddModuleOption(*command, options->modules);
-    AddFeatureOptions(*command, options->modules);
-    AddJsonOption(*command);
-    command
-        ->add_option("path", options->path,
-                     "the node's schema path, such as /module:container/leaf")
-        ->required()
-        ->type_name("PATH");
-    command->callback([options, &run, &status] { status = RunNode(run, *options); });
+    Command command = line.Add(
+        "node", "describe a schema node",
+        WithModuleNote("Features start off: a node that depends on one is shown as not enabled."));
+    AddDirectoryOption(command, options->modules.directories);
+    AddModuleOption(command, options->modules);
+    AddFeatureOptions(command, options->modules);
+    command.Json();
+    command.Text("path", "PATH", "the node's schema path, such as /module:container/leaf",
+                 options->path, Need::kRequired);
+    command.OnRun([options, &run] { return RunNode(run, *options); });
 }
 
 } // namespace tool

@@ -154,43 +154,34 @@ Json EmptyPrepareDocument()
     return {{"modules", Json::array()}};
 }
 
-void AddPrepareCommand(CLI::App &app, Run &run, int &status)
+void AddPrepareCommand(CommandLine &line, Run &run)
 {
     auto options = std::make_shared<PrepareOptions>();
-    CLI::App *command =
-        app.add_subcommand("prepare", "check YANG sources and write them as prepared YIN");
-    command->footer("Nothing is written for a module with an error; warnings are none. What is "
-                    "wrong is said as\n"
-                    "FILE:LINE:COLUMN: error: MESSAGE.\n"
-                    "MODULE is a module's name, whose newest revision is taken, or NAME@REVISION.");
-    command->set_version_flag("--version", "zrschema " ZR_VERSION);
-    command->add_option("-p,--path", options->directories, "a directory with YANG sources")
-        ->required()
-        ->type_name("DIR")
-        ->allow_extra_args(false);
-    command->add_option("-o,--output", options->output, "the directory for NAME.yin of each module")
-        ->type_name("OUTDIR");
-    command->add_flag("--stdout", options->toStandardOutput, "print one module instead");
-    command
-        ->add_option("--features", options->features,
-                     "the features of a module that are on, for expressions that prepared YIN "
-                     "cannot hold; * is all")
-        ->type_name("MODULE:NAME,NAME...")
-        ->allow_extra_args(false);
-    command
-        ->add_option("--dependencies", options->dependencies,
-                     "write the sources of each prepared file as a rule for make")
-        ->type_name("FILE");
-    command->add_flag("--strip", options->strip, "leave descriptions, references and contacts out");
-    command
-        ->add_option("--node-limit", options->nodeLimit,
-                     "the most nodes that a module may expand to; 1000000 when nothing is said")
-        ->type_name("COUNT")
-        ->check(CLI::PositiveNumber);
-    command->add_flag("--all", options->all, "prepare every module of the directories");
-    AddJsonOption(*command);
-    command->add_option("modules", options->modules, "the modules to prepare")->type_name("MODULE");
-    command->callback([options, &run, &status] { status = RunPrepare(run, *options); });
+    Command command = line.Add(
+        "prepare", "check YANG sources and write them as prepared YIN",
+        "Nothing is written for a module with an error; warnings are none. What is wrong is said "
+        "as\nFILE:LINE:COLUMN: error: MESSAGE.\n"
+        "MODULE is a module's name, whose newest revision is taken, or NAME@REVISION.");
+    command.Texts("-p,--path", "DIR", "a directory with YANG sources", options->directories,
+                  Need::kRequired);
+    command.Text("-o,--output", "OUTDIR", "the directory for NAME.yin of each module",
+                 options->output);
+    command.Flag("--stdout", "print one module instead", options->toStandardOutput);
+    command.Texts("--features", "MODULE:NAME,NAME...",
+                  "the features of a module that are on, for expressions that prepared YIN cannot "
+                  "hold; * is all",
+                  options->features);
+    command.Text("--dependencies", "FILE",
+                 "write the sources of each prepared file as a rule for make",
+                 options->dependencies);
+    command.Flag("--strip", "leave descriptions, references and contacts out", options->strip);
+    command.Count("--node-limit", "COUNT",
+                  "the most nodes that a module may expand to; 1000000 when nothing is said",
+                  options->nodeLimit);
+    command.Flag("--all", "prepare every module of the directories", options->all);
+    command.Json();
+    command.Texts("modules", "MODULE", "the modules to prepare", options->modules);
+    command.OnRun([options, &run] { return RunPrepare(run, *options); });
 }
 
 } // namespace tool

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstring>
 
+template class nlohmann::basic_json<nlohmann::ordered_map>;
+
 namespace tool {
 
 namespace {

@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+// Compiled in run.cpp alone; here it would be in every file.
+extern template class nlohmann::basic_json<nlohmann::ordered_map>;
+
 namespace tool {
 
 using Json = nlohmann::ordered_json;

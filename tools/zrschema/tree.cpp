@@ -55,19 +55,19 @@ Json EmptyTreeDocument()
     return {{"trees", Json::array()}};
 }
 
-void AddTreeCommand(CLI::App &app, Run &run, int &status)
+void AddTreeCommand(CommandLine &line, Run &run)
 {
     auto options = std::make_shared<TreeOptions>();
-    CLI::App *command = app.add_subcommand("tree", "print modules as text trees (RFC 8340)");
-    AddNotes(*command, "Features start off; nodes that depend on one that is off are not printed.");
-    AddDirectoryOption(*command, options->directories);
-    AddFeatureOptions(*command, *options);
-    AddStandardOption(*command, options->standard);
-    AddJsonOption(*command);
-    command->add_option("modules", options->modules, "the modules to print")
-        ->required()
-        ->type_name("MODULE");
-    command->callback([options, &run, &status] { status = RunTree(run, *options); });
+    Command command =
+        line.Add("tree", "print modules as text trees (RFC 8340)",
+                 WithModuleNote(
+                     "Features start off; nodes that depend on one that is off are not printed."));
+    AddDirectoryOption(command, options->directories);
+    AddFeatureOptions(command, *options);
+    AddStandardOption(command, options->standard);
+    command.Json();
+    command.Texts("modules", "MODULE", "the modules to print", options->modules, Need::kRequired);
+    command.OnRun([options, &run] { return RunTree(run, *options); });
 }
 
 } // namespace tool

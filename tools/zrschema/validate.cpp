@@ -318,45 +318,44 @@ Json EmptyValidateDocument()
         {"valid", nullptr}, {"error", nullptr}, {"defaults", Json::array()}, {"document", nullptr}};
 }
 
-void AddValidateCommand(CLI::App &app, Run &run, int &status)
+void AddValidateCommand(CommandLine &line, Run &run)
 {
     auto options = std::make_shared<ValidateOptions>();
-    CLI::App *command = app.add_subcommand("validate", "check data, a request or a notification");
-    AddNotes(*command,
-             "FILE is - for standard input. The root of data is any element that holds top-level\n"
-             "nodes. Without a datastore, leafrefs that lead out of a message are not followed.\n"
-             "A request is taken out of its <rpc> and <action>, a\n"
-             "notification out of its <notification>, where they stand in one.\n"
-             "Features start off: --feature and --all-features turn them on.");
-    command->add_flag("--config", options->config, "the files are configuration, by RFC 7950");
-    command->add_flag("--data", options->state, "the files are configuration with state");
-    command->add_flag("--edit", options->edit,
-                      "the files are parts of configuration, or edit-config requests");
-    command->add_flag("--strict-rpc", options->strictRpc,
-                      "the files are requests: an rpc or an action, by RFC 7950");
-    command
-        ->add_option("--strict-reply", options->data.operation,
-                     "the files are replies of an rpc, or of an action (/MODULE:NODE/.../ACTION)")
-        ->type_name("MODULE:RPC");
-    command->add_flag("--strict-notification", options->strictNotification,
-                      "the files are notifications, by RFC 7950");
-    command
-        ->add_option("--datastore", options->data.datastore,
-                     "the data that conditions and leafrefs of strict messages look into")
-        ->type_name("FILE");
-    command->add_flag("--rpc", options->rpc,
-                      "the file is a request, as ZR_CTX_ValidateRpcDataTree() takes it");
-    command->add_flag("--notification", options->notification,
-                      "the file is a notification, as ZR_CTX_ValidateNotifDataTree() takes it");
-    AddDirectoryOption(*command, options->modules.directories);
-    AddModuleOption(*command, options->modules);
-    AddFeatureOptions(*command, options->modules);
-    command->add_flag("--print", options->print, "print the document as the check left it");
-    AddJsonOption(*command);
-    command->add_option("file", options->data.files, "the XML files, - for standard input")
-        ->required()
-        ->type_name("FILE|-");
-    command->callback([options, &run, &status] { status = RunValidate(run, *options); });
+    Command command = line.Add(
+        "validate", "check data, a request or a notification",
+        WithModuleNote(
+            "FILE is - for standard input. The root of data is any element that holds top-level\n"
+            "nodes. Without a datastore, leafrefs that lead out of a message are not followed.\n"
+            "A request is taken out of its <rpc> and <action>, a\n"
+            "notification out of its <notification>, where they stand in one.\n"
+            "Features start off: --feature and --all-features turn them on."));
+    command.Flag("--config", "the files are configuration, by RFC 7950", options->config);
+    command.Flag("--data", "the files are configuration with state", options->state);
+    command.Flag("--edit", "the files are parts of configuration, or edit-config requests",
+                 options->edit);
+    command.Flag("--strict-rpc", "the files are requests: an rpc or an action, by RFC 7950",
+                 options->strictRpc);
+    command.Text("--strict-reply", "MODULE:RPC",
+                 "the files are replies of an rpc, or of an action (/MODULE:NODE/.../ACTION)",
+                 options->data.operation);
+    command.Flag("--strict-notification", "the files are notifications, by RFC 7950",
+                 options->strictNotification);
+    command.Text("--datastore", "FILE",
+                 "the data that conditions and leafrefs of strict messages look into",
+                 options->data.datastore);
+    command.Flag("--rpc", "the file is a request, as ZR_CTX_ValidateRpcDataTree() takes it",
+                 options->rpc);
+    command.Flag("--notification",
+                 "the file is a notification, as ZR_CTX_ValidateNotifDataTree() takes it",
+                 options->notification);
+    AddDirectoryOption(command, options->modules.directories);
+    AddModuleOption(command, options->modules);
+    AddFeatureOptions(command, options->modules);
+    command.Flag("--print", "print the document as the check left it", options->print);
+    command.Json();
+    command.Texts("file", "FILE|-", "the files, XML or JSON, - for standard input",
+                  options->data.files, Need::kRequired);
+    command.OnRun([options, &run] { return RunValidate(run, *options); });
 }
 
 } // namespace tool

@@ -1,95 +1,81 @@
 #include "validate_data.h"
 
-#include <memory>
-#include <new>
+#include <zrdata/write.h>
 
+#include <memory>
+
+#include "data_files.h"
 #include "xml_text.h"
 
 namespace tool {
 
 namespace {
 
-using Plan = std::unique_ptr<ZrDataPlan, void (*)(ZrDataPlan *)>;
-using Result = std::unique_ptr<ZrDataResult, void (*)(ZrDataResult *)>;
-
-uint32_t OrThrow(uint32_t status)
+// Says what is wrong with a file, or keeps it for the document.
+void Tell(Run &run, Json &errors, const ZrDataResult *result, const std::string &file)
 {
-    if (status == ZR_DATA_ERR_NO_MEMORY)
-        throw std::bad_alloc();
-    return status;
-}
-
-Plan MakePlan(const ZrCtx *ctx)
-{
-    ZrDataPlan *plan = nullptr;
-    OrThrow(ZR_DATA_CreatePlan(ctx, nullptr, &plan));
-    return Plan(plan, ZR_DATA_DeletePlan);
-}
-
-std::string Read(const std::string &file)
-{
-    std::string text, reason = ReadInput(file, text);
-    if (!reason.empty())
-        throw UsageError{"cannot read " + file + ": " + reason};
-    return text;
-}
-
-// Says a fault, or keeps it for the document.
-void Tell(Run &run, Json &errors, const std::string &file, const ZrDataError &error, bool isWarning)
-{
-    Problem problem{error.message, "", file, static_cast<long>(error.line), isWarning};
-    std::string tag = ZR_DATA_GetTagName(error.tag);
-    if (run.json()) {
-        errors.push_back({{"tag", tag},
+    if (!run.json()) {
+        SayAll(run, result, file);
+        return;
+    }
+    auto keep = [&](const ZrDataError &error, bool isWarning) {
+        errors.push_back({{"tag", ZR_DATA_GetTagName(error.tag)},
                           {"app-tag", TextOrNull(error.appTag)},
                           {"path", error.path},
                           {"bad-element", TextOrNull(error.badElement)},
                           {"bad-attribute", TextOrNull(error.badAttribute)}});
-        errors.back().update(ToJson(problem));
-        return;
-    }
-    std::string tags = error.appTag == nullptr ? tag : tag + ", " + error.appTag;
-    problem.message = std::string(error.path) + ": " + error.message + " (" + tags + ")";
-    run.Say(problem);
-}
-
-void TellAll(Run &run, Json &errors, const std::string &file, const ZrDataResult *result)
-{
-    size_t found = 0, count = ZR_DATA_GetErrorCount(result, &found);
-    for (size_t i = 0; i < count; ++i)
-        Tell(run, errors, file, *ZR_DATA_GetError(result, i), false);
-    if (found > count)
-        run.Say({std::to_string(found - count) + " more faults", "", file});
+        errors.back().update(
+            ToJson({error.message, "", file, static_cast<long>(error.line), isWarning}));
+    };
+    for (size_t i = 0; i < ZR_DATA_GetErrorCount(result, nullptr); ++i)
+        keep(*ZR_DATA_GetError(result, i), false);
     for (size_t i = 0; i < ZR_DATA_GetWarningCount(result, nullptr); ++i)
-        Tell(run, errors, file, *ZR_DATA_GetWarning(result, i), true);
+        keep(*ZR_DATA_GetWarning(result, i), true);
 }
 
 bool CheckFile(Run &run, Json &errors, const ZrDataPlan *plan, const ZrDataOptions &options,
                const std::string &file)
 {
-    std::string text = Read(file);
+    std::string text = ReadOrThrow(file);
+    auto *check = IsJson(text) ? ZR_DATA_CheckJson : ZR_DATA_CheckText;
     ZrDataResult *made = nullptr;
-    uint32_t status = OrThrow(ZR_DATA_CheckText(plan, &options, text.data(), text.size(), &made));
-    Result result(made, ZR_DATA_DeleteResult);
+    uint32_t status = OrThrow(check(plan, &options, text.data(), text.size(), &made));
+    DataResult result(made, ZR_DATA_DeleteResult);
     if (status == ZR_DATA_ERR_INVALID)
         throw UsageError{options.kind == ZR_DATA_REPLY
                              ? std::string("no rpc or action is called ") + options.operation
                              : "cannot check " + file};
-    TellAll(run, errors, file, result.get());
+    Tell(run, errors, result.get(), file);
     if (!run.json())
         run.Print(file + (status == ZR_DATA_OK ? ": valid\n" : ": not valid\n"));
     return status == ZR_DATA_OK;
 }
 
-Document ReadDatastore(Run &run, const std::string &file)
+// The datastore as a tree; null after a fault, which is said. Its faults as data are told with each
+// message that looks into it, but JSON has to have none.
+Document ReadDatastore(Run &run, const ZrDataPlan *plan, const std::string &file)
 {
-    if (file.empty())
-        return Document(nullptr, xmlFreeDoc);
+    std::string text = ReadOrThrow(file);
     XmlFault fault;
-    Document document = ParseXml(Read(file), fault);
-    if (document == nullptr)
-        run.Say({fault.reason, "", file, fault.line});
-    return document;
+    if (!IsJson(text)) {
+        Document document = ParseXml(text, fault);
+        if (document == nullptr)
+            run.Say({fault.reason, "", file, fault.line});
+        return document;
+    }
+    ZrDataOptions options = {};
+    options.kind = ZR_DATA_CONFIG_AND_STATE;
+    ZrDataDocument *made = nullptr;
+    ZrDataResult *result = nullptr;
+    OrThrow(ZR_DATA_ReadJson(plan, &options, text.data(), text.size(), &made, &result));
+    DataResult faults(result, ZR_DATA_DeleteResult);
+    std::unique_ptr<ZrDataDocument, decltype(&ZR_DATA_DeleteDocument)> document(
+        made, ZR_DATA_DeleteDocument);
+    SayAll(run, result, file);
+    void *tree = nullptr;
+    if (document != nullptr)
+        OrThrow(ZR_DATA_WriteTree(made, ZR_DATA_EXPLICIT, &tree));
+    return Document(static_cast<xmlDoc *>(tree), xmlFreeDoc);
 }
 
 } // namespace
@@ -100,10 +86,12 @@ int CheckDataFiles(Run &run, const ModuleOptions &modules, const DataChecks &che
     std::vector<std::string> names;
     if (!session.SetUp(modules, names))
         return kExitFailed; // no verdict on a schema that is not what was asked for
-    Document datastore = ReadDatastore(run, checks.datastore);
+    DataPlan plan = MakePlan(session.ctx());
+    Document datastore(nullptr, xmlFreeDoc);
+    if (!checks.datastore.empty())
+        datastore = ReadDatastore(run, plan.get(), checks.datastore);
     if (datastore == nullptr && !checks.datastore.empty())
         return kExitFailed;
-    Plan plan = MakePlan(session.ctx());
     ZrDataOptions options = {};
     options.kind = checks.kind;
     options.operation = checks.operation.c_str();

@@ -97,24 +97,20 @@ Json EmptyValueDocument()
     return Json::array({answer});
 }
 
-void AddValueCommand(CLI::App &app, Run &run, int &status)
+void AddValueCommand(CommandLine &line, Run &run)
 {
     auto options = std::make_shared<ValueOptions>();
-    CLI::App *command = app.add_subcommand("value", "check values against a leaf's type");
-    AddNotes(*command, "A refused value is shown with what was expected. Values that begin with - "
-                       "stand behind --.");
-    AddDirectoryOption(*command, options->modules.directories);
-    AddModuleOption(*command, options->modules);
-    AddJsonOption(*command);
-    command
-        ->add_option("path", options->path,
-                     "the leaf's schema path, such as /module:container/leaf")
-        ->required()
-        ->type_name("PATH");
-    command->add_option("values", options->values, "the values to check")
-        ->required()
-        ->type_name("VALUE");
-    command->callback([options, &run, &status] { status = RunValue(run, *options); });
+    Command command = line.Add(
+        "value", "check values against a leaf's type",
+        WithModuleNote("A refused value is shown with what was expected. Values that begin with - "
+                       "stand behind --."));
+    AddDirectoryOption(command, options->modules.directories);
+    AddModuleOption(command, options->modules);
+    command.Json();
+    command.Text("path", "PATH", "the leaf's schema path, such as /module:container/leaf",
+                 options->path, Need::kRequired);
+    command.Texts("values", "VALUE", "the values to check", options->values, Need::kRequired);
+    command.OnRun([options, &run] { return RunValue(run, *options); });
 }
 
 } // namespace tool

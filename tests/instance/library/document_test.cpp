@@ -45,7 +45,7 @@ TEST(Document, IsMadeOfValidDataAlone)
     EXPECT_THAT(Describe(*ZR_DATA_GetError(bad.result, 0)), StartsWith("invalid-value /a: "));
     Read malformed(schema, "<a>");
     EXPECT_EQ(malformed.status, ZR_DATA_ERR_FAULTY);
-    Read unknown(schema, Wrap(""), {77, 0, 0});
+    Read unknown(schema, Wrap(""), Options(77));
     EXPECT_EQ(unknown.status, ZR_DATA_ERR_INVALID);
     EXPECT_EQ(unknown.result, nullptr);
     ZR_DATA_DeleteDocument(nullptr);

@@ -95,7 +95,7 @@ TEST(PreparedImports, ThatCannotBeReadAreReported)
     };
     for (const auto &[text, report] : cases)
         EXPECT_THAT(ReportsOfPrepared(text), testing::Contains("y.yin:" + report)) << text;
-    for (size_t depth : {220, 100000}) {
+    for (size_t depth : {220u, 100000u}) {
         std::string deep;
         for (size_t i = 0; i < depth; ++i)
             deep += "<container name='c'>";
