@@ -205,7 +205,10 @@ void Matcher::CheckAny(const Element &any)
 {
     bool isData = any.plan->kind == ZR_NODE_ANYDATA;
     auto refuse = [&](const JsonNode &value, uint32_t tag, std::string_view reason) {
-        run_.faults.Add(At(any, value.node, tag), {"member \"", value.name->text, "\" ", reason});
+        Fault fault = At(any, value.node, tag);
+        fault.child = {}; // the schema has no path into it
+        fault.childModule = nullptr;
+        run_.faults.Add(fault, {"member \"", value.name->text, "\" ", reason});
     };
     const xmlNode *at = any.source;
     while (at != nullptr) {
