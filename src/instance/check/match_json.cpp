@@ -61,7 +61,10 @@ void Matcher::CheckAny(const Element &any)
 {
     bool isData = any.plan->kind == ZR_NODE_ANYDATA;
     auto refuse = [&](const JsonNode &value, uint32_t tag, std::string_view reason) {
-        faults_.Add(At(any, value.node, tag), {"member \"", value.name->text, "\" ", reason});
+        Fault fault = At(any, value.node, tag);
+        fault.child = {}; // the schema has no path into it
+        fault.childModule = nullptr;
+        faults_.Add(fault, {"member \"", value.name->text, "\" ", reason});
     };
     const xmlNode *at = any.source;
     while (at != nullptr) {

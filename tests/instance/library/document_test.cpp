@@ -119,6 +119,21 @@ TEST(Document, OfATreeWithCharactersThatXmlCannotWriteMakesNoTree)
     xmlFreeDoc(doc);
 }
 
+TEST(Document, MakesATreeOfAnyDepth)
+{
+    Schema schema("anydata d;");
+    std::string open, close;
+    for (int i = 0; i < 100000; ++i) {
+        open += "<a>";
+        close += "</a>";
+    }
+    Read read(schema, Wrap("<d>" + open + close + "</d>"));
+    void *tree = nullptr;
+    EXPECT_EQ(ZR_DATA_WriteTree(read.document, ZR_DATA_EXPLICIT, &tree), ZR_DATA_OK);
+    EXPECT_NE(tree, nullptr);
+    xmlFreeDoc(static_cast<xmlDoc *>(tree));
+}
+
 TEST(Document, IsWrittenByManyThreadsAtOnce)
 {
     Schema schema("list l { key k; leaf k { type int16; } leaf a { type int8; default 1; } }");
