@@ -1,13 +1,12 @@
-// Checking whole configurations by RFC 7950 against parsing their text, and making the plan of the
-// real modules against loading them.
+// Checking configuration with libzrdata against parsing the same text, at three sizes, and making a
+// plan of the published modules against loading them.
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 #include <zrdata/zrdata.h>
 #include <zrschema/zrschema.h>
+#include <zryang/zryang.h>
 
 #include <filesystem>
-#include <iterator>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -17,181 +16,170 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// What the list of ten leaves asks besides, and the largest cost of a check over a parse.
-struct Schema {
+// What the entries ask for; each level has what those before it have.
+enum Level { kPlain = 0, kReferences = 1, kConditions = 2 };
+
+struct LevelRow {
+    Level level;
     const char *name;
-    bool hasReferences; // a second key, a unique, two leafrefs
-    bool hasConditions; // two on each entry
+    const char *what;
     double aim;
 };
-constexpr Schema kSchemas[] = {
-    {"without conditions", false, false, 1.5},
-    {"with keys, unique and leafrefs", true, false, 2.5},
-    {"with conditions besides", true, true, 4.0},
+constexpr LevelRow kLevels[] = {
+    {kPlain, "Plain", "configuration", 1.5},
+    {kReferences, "References", "with unique and two leafrefs", 2.5},
+    {kConditions, "Conditions", "with two conditions an entry besides", 4},
 };
-constexpr int64_t kFew = 1000, kSome = 10000, kMany = 100000;
+constexpr int kSizes[] = {1000, 10000, 100000};
 
-std::string Leaf(const std::string &name, const std::string &type, const std::string &rest = "")
+std::string ModuleText(Level level)
 {
-    return "<leaf name='" + name + "'>" + rest + type + "</leaf>";
+    auto from = [&](Level least, const char *text) { return level >= least ? text : ""; };
+    auto leafref = [&](const std::string &path) {
+        return level >= kReferences ? "leafref { path '" + path + "'; }" : std::string("string;");
+    };
+    return std::string("module m { yang-version 1.1; namespace urn:m; prefix m;"
+                       " list peer { key name; leaf name { type string; }"
+                       "  leaf kind { type string; default a; } }"
+                       " container top { list entry { key name;") +
+           from(kReferences, "unique \"address port\";") +
+           from(kConditions, "must \"/peer[name = current()/peer]/kind = 'a'\";") +
+           "leaf name { type string; } leaf address { type string; } leaf port { type uint16; }"
+           "leaf enabled { type boolean; default true; } leaf peer { type " +
+           leafref("/m:peer/m:name") + " } leaf other { type " + leafref("../../entry/name") +
+           " } leaf mtu { type uint32 { range 68..9000; }" +
+           from(kConditions, "when \"../enabled = 'true'\";") +
+           "} leaf speed { type decimal64 { fraction-digits 2; } }"
+           "leaf mode { type enumeration { enum auto; enum fixed; } }"
+           "leaf note { type string { length 0..64; } } } } }";
 }
 
-std::string ModuleText(const Schema &schema)
+std::string DataText(int entries)
 {
-    bool references = schema.hasReferences;
-    std::string when = schema.hasConditions ? "<when condition=\"../kind = 'fast'\"/>" : "";
-    std::string must = schema.hasConditions ? "<must condition=\"../size &lt;= 100000\"/>" : "";
-    std::string string = "<type name='string'/>";
-    std::string reference =
-        references ? "<type name='leafref'><path value='/b:entry/b:name'/></type>" : string;
-    return "<module name='b' xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:b='urn:b'>"
-           "<namespace uri='urn:b'/><prefix value='b'/>"
-           "<identity name='color'/><identity name='red'><base name='color'/></identity>"
-           "<list name='entry'><key value='" +
-           std::string(references ? "name size" : "name") + "'/>" +
-           (references ? "<unique tag='offset text'/>" : "") +
-           Leaf("name", "<type name='string'><length value='1..64'/></type>") +
-           Leaf("size", "<type name='uint32'/>", must) +
-           Leaf("offset", "<type name='int64'><range value='-1000000..1000000'/></type>") +
-           Leaf("kind", "<type name='enumeration'><enum name='slow'/><enum name='fast'/></type>") +
-           Leaf("boost", "<type name='uint8'/>", when) + Leaf("text", string) +
-           Leaf("either", "<type name='union'><type name='uint16'/><type name='boolean'/></type>") +
-           Leaf("other", reference) + Leaf("next", reference) +
-           Leaf("color", "<type name='identityref'><base name='color'/></type>") +
-           "</list></module>";
-}
-
-const std::string &Configuration(int64_t entries)
-{
-    static std::map<int64_t, std::string> texts;
-    std::string &text = texts[entries];
-    if (!text.empty())
-        return text;
-    text = "<config xmlns=\"urn:b\" xmlns:b=\"urn:b\">";
-    for (int64_t i = 0; i < entries; ++i) {
+    std::string text = "<config xmlns=\"urn:m\">\n";
+    for (int i = 0; i < entries / 10; ++i)
+        text += "<peer><name>p" + std::to_string(i) + "</name></peer>\n";
+    text += "<top>\n";
+    for (int i = 0; i < entries; ++i) {
         std::string number = std::to_string(i);
-        text += "<entry><name>entry-" + number + "</name><size>" + std::to_string(i % 100000) +
-                "</size><offset>-" + std::to_string(i % 1000) +
-                "</offset><kind>fast</kind><boost>" + std::to_string(i % 256) +
-                "</boost><text>the text of entry " + number + "</text><either>" +
-                (i % 2 == 0 ? "true" : "17") + "</either><other>entry-" + number +
-                "</other><next>entry-" + std::to_string((i + 1) % entries) +
-                "</next><color>b:red</color></entry>";
+        text += "  <entry>\n    <name>e" + number + "</name>\n    <address>10.0.0." + number +
+                "</address>\n    <port>" + std::to_string(i % 60000) +
+                "</port>\n    <enabled>true</enabled>\n    <peer>p" +
+                std::to_string(i % (entries / 10)) + "</peer>\n    <other>e" +
+                std::to_string(i / 2) +
+                "</other>\n    <mtu>1500</mtu>\n    <speed>1.25</speed>\n"
+                "    <mode>auto</mode>\n    <note>a note on it</note>\n  </entry>\n";
     }
-    text += "</config>";
-    return text;
+    return text + "</top>\n</config>\n";
 }
 
-xmlDoc *Parse(const std::string &text)
+ZrCtx *LoadSource(const std::string &source)
 {
-    return xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
-                         XML_PARSE_NOBLANKS | XML_PARSE_NONET | XML_PARSE_HUGE);
-}
-
-void ParseConfiguration(benchmark::State &state)
-{
-    const std::string &text = Configuration(state.range(0));
-    for (auto _ : state)
-        xmlFreeDoc(Parse(text));
-}
-
-// The second argument is a row of kSchemas.
-void CheckConfiguration(benchmark::State &state)
-{
-    const std::string &text = Configuration(state.range(0));
+    ZrYang *yang = ZR_YANG_Create(nullptr);
+    ZR_YANG_AddText(yang, "m", source.data(), source.size());
+    char *prepared = nullptr;
+    ZR_YANG_PrepareToText(yang, "m", &prepared, nullptr);
     ZrCtx *ctx = ZR_CTX_Create(ZR_CTX_STANDARD);
+    if (prepared != nullptr)
+        ZR_CTX_LoadMemory(ctx, prepared);
+    ZR_YANG_FreeText(yang, prepared);
+    ZR_YANG_Delete(yang);
+    return ctx;
+}
+
+void CheckData(benchmark::State &state, Level level, int entries)
+{
+    std::string text = DataText(entries);
+    ZrCtx *ctx = LoadSource(ModuleText(level));
     ZrDataPlan *plan = nullptr;
-    if (ZR_CTX_LoadMemory(ctx, ModuleText(kSchemas[state.range(1)]).c_str()) != ZR_OK ||
-        ZR_DATA_CreatePlan(ctx, nullptr, &plan) != ZR_DATA_OK)
-        state.SkipWithError("the module does not load");
-    xmlDoc *document = Parse(text);
+    ZR_DATA_CreatePlan(ctx, nullptr, &plan);
     ZrDataOptions options = {};
     options.kind = ZR_DATA_CONFIG;
     for (auto _ : state) {
         ZrDataResult *result = nullptr;
-        if (ZR_DATA_CheckTree(plan, &options, xmlDocGetRootElement(document), &result) !=
-            ZR_DATA_OK) {
-            state.SkipWithError("the configuration is refused");
-            ZR_DATA_DeleteResult(result);
-            break;
-        }
+        if (ZR_DATA_CheckText(plan, &options, text.data(), text.size(), &result) != ZR_DATA_OK)
+            state.SkipWithError("the data has faults");
         ZR_DATA_DeleteResult(result);
     }
-    xmlFreeDoc(document);
     ZR_DATA_DeletePlan(plan);
     ZR_CTX_Delete(ctx);
 }
 
-ZrCtx *LoadRealModules()
+void ParseData(benchmark::State &state, int entries)
+{
+    std::string text = DataText(entries);
+    for (auto _ : state)
+        xmlFreeDoc(xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
+                                 XML_PARSE_NONET | XML_PARSE_HUGE));
+}
+
+// ---- plans
+
+ZrCtx *LoadPublished()
 {
     ZrCtx *ctx = ZR_CTX_Create(ZR_CTX_STANDARD | ZR_CTX_LOAD_IMPORTS);
     ZR_CTX_SetSearchDir(ctx, ZR_CORPUS_DIR);
     for (const fs::directory_entry &entry : fs::directory_iterator(ZR_CORPUS_DIR))
-        if (entry.path().extension() == ".yin")
-            ZR_CTX_LoadModule(ctx, entry.path().stem().c_str());
+        ZR_CTX_LoadModule(ctx, entry.path().stem().c_str());
     return ctx;
 }
 
 void LoadForPlan(benchmark::State &state)
 {
-    for (auto _ : state) {
-        ZrCtx *ctx = LoadRealModules();
-        state.PauseTiming();
-        ZR_CTX_Delete(ctx);
-        state.ResumeTiming();
-    }
+    for (auto _ : state)
+        ZR_CTX_Delete(LoadPublished());
 }
 
 void MakePlan(benchmark::State &state)
 {
-    ZrCtx *ctx = LoadRealModules();
+    ZrCtx *ctx = LoadPublished();
     for (auto _ : state) {
         ZrDataPlan *plan = nullptr;
-        if (ZR_DATA_CreatePlan(ctx, nullptr, &plan) != ZR_DATA_OK)
-            state.SkipWithError("no plan can be made");
+        ZR_DATA_CreatePlan(ctx, nullptr, &plan);
         ZR_DATA_DeletePlan(plan);
     }
     ZR_CTX_Delete(ctx);
 }
 
-std::string Name(int64_t entries, size_t schema)
+std::string NameOf(const char *what, int entries)
 {
-    return "CheckConfiguration/" + std::to_string(entries) + "/" + std::to_string(schema);
+    return std::string(what) + "/" + std::to_string(entries);
 }
 
-std::optional<double> GrowthOf(size_t schema)
+void RegisterLevel(const LevelRow &row)
 {
-    auto many = bench::CpuTime(Name(kMany, schema)), few = bench::CpuTime(Name(kFew, schema));
-    if (!many || !few)
-        return std::nullopt;
-    return *many / static_cast<double>(kMany) / (*few / static_cast<double>(kFew));
+    std::string check = std::string("CheckData") + row.name;
+    for (int entries : kSizes) {
+        benchmark::RegisterBenchmark(
+            NameOf(check.c_str(), entries).c_str(),
+            [&row, entries](benchmark::State &state) { CheckData(state, row.level, entries); });
+        bench::AddTimeRatio(std::string("checking data / parsing it: ") + row.what + " (" +
+                                std::to_string(entries) + " entries)",
+                            row.aim, NameOf(check.c_str(), entries), NameOf("ParseData", entries));
+    }
+    bench::AddRatio(std::string("cost of one entry among 100000 / among 1000: ") + row.what, 1.2,
+                    [check]() -> std::optional<double> {
+                        auto many = bench::CpuTime(NameOf(check.c_str(), 100000));
+                        auto few = bench::CpuTime(NameOf(check.c_str(), 1000));
+                        if (!many || !few)
+                            return std::nullopt;
+                        return *many / 100 / *few;
+                    });
 }
 
 const bool g_registered = [] {
-    for (int64_t entries : {kFew, kSome, kMany}) {
-        benchmark::RegisterBenchmark("ParseConfiguration", ParseConfiguration)
-            ->Arg(entries)
-            ->Unit(benchmark::kMillisecond);
-        for (size_t i = 0; i < std::size(kSchemas); ++i) {
-            benchmark::RegisterBenchmark("CheckConfiguration", CheckConfiguration)
-                ->Args({entries, static_cast<int64_t>(i)})
-                ->Unit(benchmark::kMillisecond);
-            bench::AddTimeRatio(std::string("configuration ") + kSchemas[i].name + " / parse (" +
-                                    std::to_string(entries) + " entries)",
-                                kSchemas[i].aim, Name(entries, i),
-                                "ParseConfiguration/" + std::to_string(entries));
-        }
+    for (int entries : kSizes)
+        benchmark::RegisterBenchmark(
+            NameOf("ParseData", entries).c_str(),
+            [entries](benchmark::State &state) { ParseData(state, entries); });
+    for (const LevelRow &row : kLevels)
+        RegisterLevel(row);
+    if (fs::is_directory(ZR_CORPUS_DIR)) {
+        benchmark::RegisterBenchmark("LoadForPlan", LoadForPlan);
+        benchmark::RegisterBenchmark("MakePlan", MakePlan);
+        bench::AddTimeRatio("making a plan of the published modules / loading them", 0.5,
+                            "MakePlan", "LoadForPlan");
     }
-    for (size_t i = 0; i < std::size(kSchemas); ++i)
-        bench::AddRatio("one entry among " + std::to_string(kMany) + " / among " +
-                            std::to_string(kFew) + ", configuration " + kSchemas[i].name,
-                        1.2, [i] { return GrowthOf(i); });
-    if (!fs::is_directory(ZR_CORPUS_DIR))
-        return true;
-    benchmark::RegisterBenchmark("LoadForPlan", LoadForPlan)->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("MakePlan", MakePlan)->Unit(benchmark::kMillisecond);
-    bench::AddTimeRatio("making the plan of the real modules / loading them", 0.5, "MakePlan",
-                        "LoadForPlan");
     return true;
 }();
 

@@ -90,12 +90,33 @@ void Matcher::AddUnknown(const Element &parent, const xmlNode &source)
                 {"element \"", View(source.name), "\" is not in the schema here"});
 }
 
+namespace {
+
+// Children mostly come in the order of the schema: the one behind the last is looked at first.
+const PlanNode *FindChild(const Plan &plan, const Element &parent, const PlanModule *module,
+                          std::string_view name)
+{
+    auto isIt = [&](const PlanNode &node) { return node.module == module && node.name == name; };
+    const PlanNode *last = nullptr;
+    if (parent.node.last != nullptr && parent.parent != nullptr) // a root has its children apart
+        last = reinterpret_cast<const Element *>(parent.node.last)->plan;
+    if (last != nullptr && isIt(*last))
+        return last;
+    std::span<PlanNode *> children = parent.plan->dataChildren;
+    size_t next = last == nullptr ? 0 : last->slot + size_t{1};
+    if (next < children.size() && isIt(*children[next]))
+        return children[next];
+    return plan.FindChild(*parent.plan, module, name);
+}
+
+} // namespace
+
 const PlanNode *Matcher::Match(const Element &parent, const xmlNode &source)
 {
     const PlanModule *module = ModuleOf(parent, source);
     if (module == nullptr)
         return nullptr;
-    const PlanNode *plan = run_.plan.FindChild(*parent.plan, module, View(source.name));
+    const PlanNode *plan = FindChild(run_.plan, parent, module, View(source.name));
     if (plan == nullptr)
         AddUnknown(parent, source);
     return plan;

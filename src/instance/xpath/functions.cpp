@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <memory>
 #include <new>
 
 #include "instance/base/text.h"
@@ -15,6 +16,13 @@
 namespace zr::data {
 
 namespace {
+
+// What libxml2 hands out, which is given back also when memory runs out.
+struct XmlFree {
+    void operator()(xmlChar *text) const { xmlFree(text); }
+};
+using XmlString = std::unique_ptr<xmlChar, XmlFree>;
+using NodeSet = std::unique_ptr<xmlNodeSet, decltype(&xmlXPathFreeNodeSet)>;
 
 // The arguments of one call and its result, on libxml2's stack.
 class Call {
@@ -36,9 +44,8 @@ public:
     // Arguments are popped from the last to the first.
     bool PopString(std::pmr::string &out)
     {
-        xmlChar *text = xmlXPathPopString(parser_);
-        out = View(text);
-        xmlFree(text);
+        XmlString text(xmlXPathPopString(parser_));
+        out = View(text.get());
         return parser_->error == XPATH_EXPRESSION_OK;
     }
     // The nodes, in document order, that are elements of the tree, and its root.
@@ -48,9 +55,9 @@ public:
             xmlXPathErr(parser_, XPATH_INVALID_TYPE);
             return false;
         }
-        xmlNodeSet *nodes = xmlXPathPopNodeSet(parser_);
+        NodeSet nodes(xmlXPathPopNodeSet(parser_), xmlXPathFreeNodeSet);
         if (nodes != nullptr) {
-            xmlXPathNodeSetSort(nodes);
+            xmlXPathNodeSetSort(nodes.get());
             for (int i = 0; i < nodes->nodeNr; ++i) {
                 if (nodes->nodeTab[i]->type == XML_ELEMENT_NODE)
                     out.push_back(ElementOf(nodes->nodeTab[i]));
@@ -58,7 +65,6 @@ public:
                     out.push_back(&evaluator_.tree.root);
             }
         }
-        xmlXPathFreeNodeSet(nodes);
         return true;
     }
     void Push(xmlXPathObject *result)
@@ -245,10 +251,8 @@ private:
     }
     std::string_view TextOf(Element &node)
     {
-        xmlChar *text = xmlXPathCastNodeToString(&node.node);
-        texts_.emplace_back(View(text));
-        xmlFree(text);
-        return texts_.back();
+        XmlString text(xmlXPathCastNodeToString(&node.node));
+        return texts_.emplace_back(View(text.get()));
     }
     const PlanNode *FindPlan(const PlanNode &parent, std::string_view qualified) const
     {
