@@ -25,7 +25,8 @@ void ExpectUsageError(const std::string &arguments)
 
 TEST(Usage, HelpAndVersionAreEverywhere)
 {
-    for (const char *command : {"", "tree ", "check ", "node ", "value ", "validate ", "convert "}) {
+    for (const char *command :
+         {"", "tree ", "check ", "node ", "value ", "validate ", "convert "}) {
         ToolRun help = RunTool(std::string(command) + "--help");
         EXPECT_EQ(help.status, 0) << command;
         EXPECT_THAT(help.out, HasSubstr("--help"));
@@ -53,8 +54,7 @@ TEST(Usage, MistakesAreOneClearLine)
     ExpectUsageError("validate --rpc " + kExampleModules + " -m example-router");
     ExpectUsageError("convert " + kExampleModules + " -m example-router -");
     ExpectUsageError("convert --to yaml " + kExampleModules + " -m example-router -");
-    ExpectUsageError("convert --to xml --defaults all " + kExampleModules +
-                     " -m example-router -");
+    ExpectUsageError("convert --to xml --defaults all " + kExampleModules + " -m example-router -");
     ExpectUsageError("convert --to xml " + kExampleModules + " -m example-router /nowhere.xml");
 }
 

@@ -98,8 +98,7 @@ TEST(Rfc7951, Section6_9Empty)
 TEST(Rfc7951, Section6_10UnionByTheTypeOfTheValue)
 {
     Schema schema("leaf-list bar { type union { type uint16; type string; } }");
-    EXPECT_EQ(schema.Write(R"({"m:bar": [13, "13.5"]})", kJson),
-              R"({"m:bar":[13,"13.5"]})");
+    EXPECT_EQ(schema.Write(R"({"m:bar": [13, "13.5"]})", kJson), R"({"m:bar":[13,"13.5"]})");
     // XML does not tell the number from the string.
     EXPECT_EQ(schema.Write(schema.Write(R"({"m:bar":["13"]})", kXml), kJson), R"({"m:bar":[13]})");
 }
