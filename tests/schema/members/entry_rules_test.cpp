@@ -161,7 +161,7 @@ TEST(BytesHeld, AreTheSameWithoutTheBitWhateverIsSaidOfEntries)
 static_assert(sizeof(ZrNode) == 128);
 static_assert(sizeof(ZrsLeafListInfo) == 40);
 static_assert(sizeof(ZrsDeviate) == 56);
-static_assert(sizeof(ZrCtx) == 456);
+static_assert(sizeof(ZrCtx) == 464);
 static_assert(sizeof(ZrStandardCtx) == sizeof(ZrCtx) + sizeof(PalAvlTree));
 static_assert(sizeof(ZrsEntryRules) == 72);
 #else
