@@ -42,6 +42,7 @@ private:
     void CheckText(const Element &parent, const xmlNode &source);
     void CheckAttributes(Element &element);
     void ReadLeaf(Element &leaf);
+    std::string_view KeepValue(const Element &leaf, std::string_view value);
     void CheckPlace(const Element &element);
     void CheckKeyPlace(const Element &key, const PlanNode &before);
 
