@@ -59,7 +59,8 @@ private:
             Element *element = run_.tree.Add(parent, leaf, nullptr, parent.order);
             element->isDefault = true;
             element->isFaulty = result.fault != nullptr;
-            run_.tree.SetValue(*element, element->isFaulty ? text : value_, result.type);
+            std::string_view value = element->isFaulty ? text : value_;
+            run_.tree.SetValue(*element, run_.arena.CopyText(value), result.type);
         }
     }
 

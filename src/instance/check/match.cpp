@@ -173,6 +173,15 @@ void Matcher::ReadDefaultTag(Element &leaf)
     }
 }
 
+// A value that stands in the caller's tree as it is needs no copy.
+std::string_view Matcher::KeepValue(const Element &leaf, std::string_view value)
+{
+    const xmlNode *text = leaf.source->children;
+    if (text != nullptr && text->next == nullptr && View(text->content) == value)
+        return View(text->content);
+    return {run_.arena.CopyText(value), value.size()};
+}
+
 void Matcher::ReadLeaf(Element &leaf)
 {
     text_.clear();
@@ -193,7 +202,8 @@ void Matcher::ReadLeaf(Element &leaf)
     ValueResult result =
         ReadValue({run_.plan, *leaf.plan, leaf.source}, *leaf.plan->type, text_, value_);
     leaf.isFaulty = result.fault != nullptr;
-    run_.tree.SetValue(leaf, leaf.isFaulty ? text_ : value_, result.type);
+    std::string_view value = leaf.isFaulty ? text_ : value_;
+    run_.tree.SetValue(leaf, KeepValue(leaf, value), result.type);
     if (leaf.isFaulty)
         faults_.Add(FaultAt(leaf, ZR_ERROR_TAG_INVALID_VALUE),
                     {"\"", text_, "\" is no value of \"", leaf.plan->name, "\": ", result.fault});

@@ -45,6 +45,7 @@ private:
     void CheckAttributes(Element &element);
     void ReadLeaf(Element &leaf);
     void ReadDefaultTag(Element &leaf);
+    std::string_view KeepValue(const Element &leaf, std::string_view value);
     void CheckPlace(const Element &element);
     void CheckKeyPlace(const Element &key, const PlanNode &before);
 

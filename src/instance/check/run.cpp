@@ -43,7 +43,7 @@ void CheckDocument(Run &run, const xmlNode &root)
         return;
     }
     AddDefaults(run);
-    run.tree.Number();
+    run.tree.Complete();
     run.references.Settle();
     CheckWhens(run);
     CheckLists(run);

@@ -75,6 +75,7 @@ private:
     void CollectData(PlanNode &schemaParent, std::pmr::vector<PlanNode *> &out);
     void Finish(PlanNode &node);
     void FinishOne(PlanNode &node);
+    void FinishChildren(PlanNode &node);
     void ReadConditions(PlanNode &node);
     void ReadDefaults(PlanNode &node);
     void ReadList(PlanNode &node);
@@ -377,6 +378,16 @@ void Maker::Finish(PlanNode &node)
 {
     if (node.source != nullptr)
         FinishOne(node);
+    FinishChildren(node);
+    bool isReference = node.type != nullptr && node.type->requiresInstance;
+    bool isWatched = node.when != nullptr || !node.musts.empty() || node.IsRepeated() ||
+                     isReference || node.Is(PlanNode::kAsks) || node.Is(PlanNode::kFills) ||
+                     (node.schemaParent != nullptr && node.schemaParent->IsChoiceOrCase());
+    node.flags |= isWatched ? PlanNode::kWatched : 0;
+}
+
+void Maker::FinishChildren(PlanNode &node)
+{
     for (PlanNode *child : node.children) {
         Finish(*child);
         bool asks = child->Is(PlanNode::kMandatory) || child->minElements != 0;

@@ -54,7 +54,9 @@ struct PlanNode {
         // The same may come into use by default, or is a non-presence container.
         kFills = 64,
         // Operations or notifications are defined in it.
-        kSpeaks = 128
+        kSpeaks = 128,
+        // Something is asked of its instances beyond their names and values.
+        kWatched = 256
     };
 
     const ZrNode *source; // null for the root

@@ -20,7 +20,8 @@ Tree::Tree(Arena &anArena, const Plan &plan, std::pmr::memory_resource *memory)
 Element *Tree::Add(Element &parent, const PlanNode &plan, const xmlNode *source, uint32_t order)
 {
     auto *element = arena.NewArray<Element>(1);
-    elements.push_back(element);
+    if (plan.Is(PlanNode::kWatched))
+        elements.push_back(element);
     if (!plan.Is(PlanNode::kConfig) && parent.plan->Is(PlanNode::kConfig)) {
         ShowState(true);
         states_.push_back(element);
@@ -54,9 +55,15 @@ Element *Tree::Add(Element &parent, const PlanNode &plan, const xmlNode *source,
 
 void Tree::SetValue(Element &leaf, std::string_view value, const Type *type)
 {
-    leaf.value = {arena.CopyText(value), value.size()};
+    leaf.value = value;
     leaf.type = type;
-    if (value.empty())
+    if (hasTexts_)
+        AddText(leaf);
+}
+
+void Tree::AddText(Element &leaf)
+{
+    if (leaf.value.empty())
         return;
     auto *text = arena.NewArray<xmlNode>(1);
     text->type = XML_TEXT_NODE;
@@ -71,7 +78,8 @@ void Tree::RemoveLast(Element &child)
 {
     Unlink(child.node);
     child.parent->firsts[child.plan->slot] = nullptr; // it was absent before
-    elements.pop_back();
+    if (!elements.empty() && elements.back() == &child)
+        elements.pop_back();
     if (!states_.empty() && states_.back() == &child)
         states_.pop_back();
 }
@@ -108,13 +116,15 @@ void Tree::ShowState(bool isShown)
             Unlink((*element)->node);
 }
 
-void Tree::Number()
+// Calls `work` with each node in document order; a text that it adds is passed over.
+template <typename Work> void Tree::ForEachNode(Work work)
 {
-    ptrdiff_t number = 0;
+    bool wasShown = isStateShown_;
+    ShowState(true);
     xmlNode *at = doc.children;
     while (at != nullptr) {
-        if (at->type == XML_ELEMENT_NODE) // where libxml2 itself keeps it
-            at->content = reinterpret_cast<xmlChar *>(-++number);
+        if (at->type == XML_ELEMENT_NODE)
+            work(*ElementOf(at));
         if (at->children != nullptr) {
             at = at->children;
             continue;
@@ -123,6 +133,25 @@ void Tree::Number()
             at = at->parent;
         at = at->next;
     }
+    ShowState(wasShown);
+}
+
+void Tree::MakeTexts()
+{
+    hasTexts_ = true;
+    ForEachNode([&](Element &element) {
+        if (element.plan->IsLeaf())
+            AddText(element);
+    });
+}
+
+void Tree::Number()
+{
+    isNumbered_ = true;
+    ptrdiff_t number = 0;
+    ForEachNode([&](Element &element) { // where libxml2 itself keeps it
+        element.node.content = reinterpret_cast<xmlChar *>(-++number);
+    });
 }
 
 } // namespace zr::data

@@ -59,7 +59,7 @@ class Tree {
 public:
     Tree(Arena &arena, const Plan &plan, std::pmr::memory_resource *memory);
 
-    // Appends a child. Leafs have their value set by SetValue().
+    // Appends a child. Leafs have their value set by SetValue(), which is not copied.
     Element *Add(Element &parent, const PlanNode &plan, const xmlNode *source, uint32_t order);
     void SetValue(Element &leaf, std::string_view value, const Type *type);
     // Takes out the child that was added last.
@@ -73,8 +73,17 @@ public:
         return isStateShown_ || plan.Is(PlanNode::kConfig);
     }
 
-    // Gives the nodes their places in document order, which makes libxml2 fast at sorting them.
-    void Number();
+    // Makes ready for XPath what is made when the first condition comes alone: the texts of leafs,
+    // and the places of nodes in document order, which make libxml2 fast at sorting them.
+    void Prepare()
+    {
+        if (!hasTexts_)
+            MakeTexts();
+        if (isWhole_ && !isNumbered_)
+            Number();
+    }
+    // From here on nothing is added that stays.
+    void Complete() { isWhole_ = true; }
 
     Element *First(const Element &parent, const PlanNode &child) const
     {
@@ -84,14 +93,20 @@ public:
     Arena &arena;
     xmlDoc doc = {};
     Element root = {};
-    std::pmr::vector<Element *> elements; // in document order, defaults behind their time of adding
+    // Those of which something is asked, in document order, defaults behind their time of adding.
+    std::pmr::vector<Element *> elements;
 
 private:
+    void MakeTexts();
+    void AddText(Element &leaf);
+    void Number();
+    template <typename Work> void ForEachNode(Work work);
     void Link(xmlNode &node, xmlNode *before);
     void Unlink(xmlNode &node);
 
     std::pmr::vector<Element *> states_; // those in configuration, in their order of adding
     bool isStateShown_ = true;
+    bool hasTexts_ = false, isWhole_ = false, isNumbered_ = false;
 };
 
 } // namespace zr::data

@@ -75,6 +75,7 @@ Truth Evaluator::Evaluate(const Expression &given, Element &context)
     }
     if (context_ == nullptr)
         Prepare();
+    tree.Prepare();
     xmlResetError(&context_->lastError);
     xmlXPathCompExpr *&compiled = compiled_[given.number];
     if (compiled == nullptr)
