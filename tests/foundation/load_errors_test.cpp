@@ -325,7 +325,8 @@ TEST(LoadErrorStore, RecordingFailsCleanlyWhenAnyAllocationFails)
     ZR_CTX_SetCurYinFile(ctx, "m.yin");
     auto recording = [&](const char *message) {
         return zrtest::FailEachAllocation(guard, [&](zrtest::FailPoint &memory) {
-            int32_t status = memory.Run([&] { return ZR_CTX_AddModError(ctx, "m", "%s", message); });
+            int32_t status =
+                memory.Run([&] { return ZR_CTX_AddModError(ctx, "m", "%s", message); });
             EXPECT_EQ(status, memory.Failed() ? ZR_ERR_NO_MEMORY : ZR_OK);
             EXPECT_EQ(ZR_CTX_GetErrNodeByModName(ctx, "m") == nullptr, memory.Failed());
             ZR_CTX_DeleteErrNodeByModName(ctx->errMng, "m");

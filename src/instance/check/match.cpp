@@ -4,7 +4,7 @@
 
 #include "instance/base/text.h"
 #include "instance/check/edit.h"
-#include "instance/tree/json_node.h"
+#include "instance/check/match_json.h"
 #include "instance/tree/value.h"
 
 namespace zr::data {
@@ -73,7 +73,7 @@ const PlanModule *Matcher::ModuleOf(const Element &parent, const xmlNode &source
     if (lastModule_ != nullptr)
         return lastModule_;
     if (const JsonNode *member = AsJson(&source)) {
-        TellNoModule(parent, *member);
+        TellNoModule(faults_, At(parent, source, 0), *member);
     } else {
         Fault fault = At(parent, source, ZR_ERROR_TAG_UNKNOWN_NAMESPACE);
         if (source.ns == nullptr)
@@ -255,7 +255,8 @@ Element *Matcher::Visit(Element &parent, const xmlNode &source)
     CountElement();
     const PlanNode *plan = Match(parent, source);
     const JsonNode *json = AsJson(&source);
-    if (plan == nullptr || (json != nullptr && !IsShaped(parent, *plan, *json)) ||
+    if (plan == nullptr ||
+        (json != nullptr && !IsShaped(faults_, warnings_, At(parent, source, 0), *plan, *json)) ||
         !IsTaken(parent, *plan, source))
         return nullptr;
     Element &element = Add(parent, *plan, source);
@@ -264,7 +265,7 @@ Element *Matcher::Visit(Element &parent, const xmlNode &source)
     if (plan->IsLeaf() && source.properties != nullptr && !run_.IsEdit())
         ReadDefaultTag(element);
     if (plan->IsAny() && json != nullptr)
-        CheckAny(element);
+        CheckAny(faults_, FaultAt(element, 0), element);
     if (json == nullptr) // its members have no order
         CheckPlace(element);
     return plan->IsLeaf() || plan->IsAny() ? nullptr : &element;

@@ -7,8 +7,6 @@
 
 namespace zr::data {
 
-struct JsonNode;
-
 class Matcher {
 public:
     // Faults and warnings go where they are wanted: those of a datastore are not the message's.
@@ -48,11 +46,6 @@ private:
     std::string_view KeepValue(const Element &leaf, std::string_view value);
     void CheckPlace(const Element &element);
     void CheckKeyPlace(const Element &key, const PlanNode &before);
-
-    // Of JSON alone.
-    void TellNoModule(const Element &parent, const JsonNode &member);
-    bool IsShaped(Element &parent, const PlanNode &plan, const JsonNode &value);
-    void CheckAny(const Element &any);
 
     Run &run_;
     Faults &faults_, &warnings_;
