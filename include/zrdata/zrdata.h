@@ -235,14 +235,15 @@ ZR_DATA_API uint32_t ZR_DATA_CheckText(const ZrDataPlan *plan, const ZrDataOptio
  *
  * The text is one object whose members are top-level data nodes, each with the name of its module;
  * one member `ietf-restconf:data` that holds them all (RFC 8040, section 3.1) is taken out. Of a
- * reply the members are output parameters; the request of an rpc, and a notification at the top,
- * are one member with the name of it. Actions, and notifications inside data, have no form in JSON
- * here, and neither have the attributes of edits. Every
- * check, message and path is that of the same data in XML, and lines are those of this text: of a
- * member its name's, of an array's value its own. A value whose JSON type is not that of its node
- * is a fault with the tag invalid-value, a member that stands in its object twice one with
- * bad-element. Text that is not well-formed is one fault with the tag malformed-message, with the
- * line, and the column in the message.
+ * reply the members are output parameters. A request or notification is one member: the rpc or
+ * notification, the top-level node that leads to the action or notification, or
+ * `ietf-restconf:notification` (RFC 8040, section 6.4), which holds it with its eventTime. Of the
+ * attributes of an edit the operation is an annotation, `ietf-netconf:operation`; the others have no
+ * form in JSON. Every check, message and path is that of the same data in XML, and lines are those
+ * of this text: of a member its name's, of an array's value its own. A value whose JSON type is not
+ * that of its node is a fault with the tag invalid-value, a member that stands in its object twice
+ * one with bad-element. Text that is not well-formed, and a message that is not alone, is one fault
+ * with the tag malformed-message, with the line; the message of the first has the column.
  *
  * @param plan       the plan
  * @param options    how to check; only read

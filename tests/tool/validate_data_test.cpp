@@ -139,3 +139,48 @@ TEST(ValidateData, RefusesADatastoreThatIsNoXml)
     EXPECT_THAT(run.err, StartsWith("zrschema: " + store + ":"));
     EXPECT_EQ(run.out, "");
 }
+
+namespace {
+
+constexpr const char *kJson = R"({"example-router:router": {"hostname": "r1", "interfaces":
+  {"interface": [{"name": "eth0", "type": "example-types:ethernet"}]}}})";
+
+} // namespace
+
+TEST(ValidateData, TakesJsonToo)
+{
+    EXPECT_EQ(RunTool(Validate("--config -"), kJson).out, "-: valid\n");
+    ToolRun run = RunTool(Validate("--config -"), "{\n\"example-router:router\": {\n"
+                                                  "\"hostname\": 1}}");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("zrschema: -:3: error: /example-router:router/"
+                                   "example-router:hostname: "));
+    EXPECT_EQ(RunTool(Validate("--strict-rpc -"), R"({"example-router:ping": {}})").err,
+              RunTool(Validate("--strict-rpc -"), "<ping xmlns=\"urn:example:router\"/>").err);
+}
+
+TEST(ValidateData, TakesADatastoreInJsonThatHasNoFaults)
+{
+    Folder folder;
+    std::string store = folder.Add("store.json", kJson);
+    std::string event = kRequests + "interface-down.xml";
+    EXPECT_EQ(RunTool(Validate("--strict-notification --datastore " + store + " " + event)).out,
+              event + ": valid\n");
+    std::string faulty = folder.Add("faulty.json", R"({"example-router:none": 1})");
+    ToolRun run = RunTool(Validate("--strict-notification --datastore " + faulty + " " + event));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("zrschema: " + faulty + ":1: error: /example-router:none: "));
+    EXPECT_EQ(run.out, "");
+}
+
+TEST(ValidateData, SaysHowManyFaultsAreLeftOut)
+{
+    std::string many;
+    for (int i = 0; i < 103; ++i)
+        many += "<x/>";
+    std::string data = Router("<hostname>r1</hostname>" + many);
+    EXPECT_THAT(RunTool(Validate("--config -"), data).err, HasSubstr("-: error: 3 more faults\n"));
+    json errors = json::parse(RunTool(Validate("--config --json -"), data).out)["errors"];
+    ASSERT_EQ(errors.size(), 101u);
+    EXPECT_EQ(errors[100]["message"], "3 more faults");
+}

@@ -44,13 +44,18 @@ Problem ProblemOf(const ZrDataError &error, const std::string &file, bool isWarn
             static_cast<long>(error.line), isWarning};
 }
 
-void SayAll(Run &run, const ZrDataResult *result, const std::string &file)
+void SayHowManyMore(Run &run, const ZrDataResult *result, const std::string &file)
 {
     size_t found = 0, count = ZR_DATA_GetErrorCount(result, &found);
-    for (size_t i = 0; i < count; ++i)
-        run.Say(ProblemOf(*ZR_DATA_GetError(result, i), file, false));
     if (found > count)
         run.Say({std::to_string(found - count) + " more faults", "", file});
+}
+
+void SayAll(Run &run, const ZrDataResult *result, const std::string &file)
+{
+    for (size_t i = 0; i < ZR_DATA_GetErrorCount(result, nullptr); ++i)
+        run.Say(ProblemOf(*ZR_DATA_GetError(result, i), file, false));
+    SayHowManyMore(run, result, file);
     for (size_t i = 0; i < ZR_DATA_GetWarningCount(result, nullptr); ++i)
         run.Say(ProblemOf(*ZR_DATA_GetWarning(result, i), file, true));
 }

@@ -24,6 +24,8 @@ bool IsJson(const std::string &text);
 
 // A fault or warning as it is said: "PATH: MESSAGE (TAG, APP-TAG)".
 Problem ProblemOf(const ZrDataError &error, const std::string &file, bool isWarning);
+// Says how many faults were found beyond those that are kept.
+void SayHowManyMore(Run &run, const ZrDataResult *result, const std::string &file);
 // Says all faults and warnings.
 void SayAll(Run &run, const ZrDataResult *result, const std::string &file);
 

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "commands.h"
+#include "data_files.h"
 #include "validate_data.h"
 #include "xml_text.h"
 
@@ -19,7 +20,6 @@ constexpr const char *kEventNamespace = "urn:ietf:params:xml:ns:netconf:notifica
 struct ValidateOptions {
     ModuleOptions modules;
     DataChecks data;
-    std::string file; // of a request or notification
     bool rpc = false;
     bool notification = false;
     bool print = false;
@@ -61,7 +61,6 @@ void ChooseKind(ValidateOptions &options)
         throw UsageError{"--rpc and --notification take one file"};
     if (options.data.kind != 0 && options.print)
         throw UsageError{"--print is for --rpc and --notification"};
-    options.file = options.data.files.front();
 }
 
 struct Outcome {
@@ -220,7 +219,7 @@ Outcome Validate(Session &session, const ValidateOptions &options, const std::st
     XmlFault fault;
     Document whole = ParseXml(text, fault);
     if (whole == nullptr) {
-        session.run().Say({fault.reason, "", options.file, fault.line});
+        session.run().Say({fault.reason, "", options.data.files.front(), fault.line});
         return RefuseText(session.ctx());
     }
     xmlNode *element = Unwrap(xmlDocGetRootElement(whole.get()), options.notification);
@@ -296,9 +295,7 @@ int RunValidate(Run &run, ValidateOptions &options)
     if (options.data.kind != 0)
         return CheckDataFiles(run, options.modules, options.data);
     Session session(run, ZR_CTX_KEEP_PATTERNS, options.modules.directories);
-    std::string text, reason = ReadInput(options.file, text);
-    if (!reason.empty())
-        throw UsageError{"cannot read " + options.file + ": " + reason};
+    std::string text = ReadOrThrow(options.data.files.front());
     std::vector<std::string> modules;
     if (!session.SetUp(options.modules, modules))
         return kExitFailed; // no verdict on a schema that is not what was asked for

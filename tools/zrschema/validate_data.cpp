@@ -31,6 +31,7 @@ void Tell(Run &run, Json &errors, const ZrDataResult *result, const std::string 
         keep(*ZR_DATA_GetError(result, i), false);
     for (size_t i = 0; i < ZR_DATA_GetWarningCount(result, nullptr); ++i)
         keep(*ZR_DATA_GetWarning(result, i), true);
+    SayHowManyMore(run, result, file);
 }
 
 bool CheckFile(Run &run, Json &errors, const ZrDataPlan *plan, const ZrDataOptions &options,

@@ -43,6 +43,7 @@ uint64_t CountCharacters(std::string_view text);
 std::string_view TakeWord(std::string_view &text);
 
 // The namespace of the attribute "default" (RFC 6243, section 6).
+inline constexpr const char *kEventNamespace = "urn:ietf:params:xml:ns:netconf:notification:1.0";
 inline constexpr std::string_view kDefaultsNamespace = "urn:ietf:params:xml:ns:netconf:default:1.0";
 bool IsDefaultTag(const xmlAttr &attribute);
 

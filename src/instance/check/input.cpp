@@ -6,26 +6,17 @@ namespace zr::data {
 
 namespace {
 
-const xmlNode *CheckRoot(Run &run, const xmlNode *root, const ParseFault &parseFault)
+void AddMalformed(Run &run, uint32_t line, std::string_view message)
 {
-    if (root != nullptr) {
-        CheckDocument(run, *root);
-        return root;
-    }
     Fault fault;
     fault.tag = ZR_ERROR_TAG_MALFORMED_MESSAGE;
-    fault.line = parseFault.line;
-    run.faults.Add(fault, {parseFault.message});
-    return nullptr;
+    fault.line = line;
+    run.faults.Add(fault, {message});
 }
 
-// A message in JSON is the one member of the object.
-const xmlNode *MessageIn(const xmlNode &wrapper)
+bool IsMessage(uint32_t kind)
 {
-    const xmlNode *member = xmlFirstElementChild(const_cast<xmlNode *>(&wrapper));
-    bool isAlone =
-        member != nullptr && member == xmlLastElementChild(const_cast<xmlNode *>(&wrapper));
-    return isAlone ? member : &wrapper;
+    return kind == ZR_DATA_REQUEST || kind == ZR_DATA_NOTIFICATION;
 }
 
 } // namespace
@@ -34,16 +25,33 @@ const xmlNode *CheckXml(Run &run, std::string_view text, XmlDoc &doc)
 {
     ParseFault fault(run.memory);
     doc = ParseXml(text.data(), text.size(), fault);
-    return CheckRoot(run, doc ? xmlDocGetRootElement(doc.get()) : nullptr, fault);
+    if (!doc) {
+        AddMalformed(run, fault.line, fault.message);
+        return nullptr;
+    }
+    const xmlNode *root = xmlDocGetRootElement(doc.get());
+    CheckDocument(run, *root);
+    return root;
 }
 
 const xmlNode *CheckJson(Run &run, std::string_view text)
 {
     ParseFault fault(run.memory);
     const xmlNode *root = ParseJson(run.plan, run.arena, run.memory, text, fault);
-    bool isMessage =
-        run.options.kind == ZR_DATA_REQUEST || run.options.kind == ZR_DATA_NOTIFICATION;
-    return CheckRoot(run, root != nullptr && isMessage ? MessageIn(*root) : root, fault);
+    if (root == nullptr) {
+        AddMalformed(run, fault.line, fault.message);
+        return nullptr;
+    }
+    if (IsMessage(run.options.kind)) {
+        const xmlNode *message = root->children;
+        if (message == nullptr || message->next != nullptr) {
+            AddMalformed(run, root->line, "a message is the one member of the object");
+            return nullptr;
+        }
+        root = message;
+    }
+    CheckDocument(run, *root);
+    return root;
 }
 
 } // namespace zr::data

@@ -3,11 +3,22 @@
 #include "instance/base/text.h"
 #include "instance/check/envelope.h"
 #include "instance/check/match.h"
+#include "instance/tree/json_node.h"
 #include "instance/tree/value.h"
 
 namespace zr::data {
 
 namespace {
+
+// The kinds of messages that are looked for: at the top, and inside data; 0 for none.
+struct Wanted {
+    uint32_t atTop, inData;
+    const char *name; // of those inside data
+};
+constexpr Wanted kRpc = {ZR_NODE_RPC, 0, nullptr};
+constexpr Wanted kAction = {0, ZR_NODE_ACTION, "action"};
+constexpr Wanted kOperation = {ZR_NODE_RPC, ZR_NODE_ACTION, "action"};
+constexpr Wanted kNotification = {ZR_NODE_NOTIFICATION, ZR_NODE_NOTIFICATION, "notification"};
 
 class MessageReader {
 public:
@@ -17,24 +28,8 @@ public:
         run_.tree.root.isContext = true;
     }
 
-    // An operation at the top of the schema.
-    void ReadRpc(const xmlNode &source)
-    {
-        matcher_.CountElement();
-        Element &root = run_.tree.root;
-        const PlanModule *module = matcher_.ModuleOf(root, source);
-        if (module == nullptr)
-            return;
-        const Message *rpc = run_.plan.FindMessage(*root.plan, module, View(source.name));
-        if (rpc == nullptr || rpc->kind != ZR_NODE_RPC) {
-            matcher_.AddUnknown(root, source);
-            return;
-        }
-        ReadContent(root, *rpc->request, source);
-    }
-
-    // Follows the nodes that lead from the top to an action or notification of the kind `wanted`.
-    void ReadNested(const xmlNode &top, uint32_t wanted)
+    // Follows the nodes that lead from the top to the message.
+    void Read(const xmlNode &top, const Wanted &wanted)
     {
         Element *at = &run_.tree.root;
         const xmlNode *step = &top;
@@ -44,17 +39,18 @@ public:
             if (module == nullptr)
                 return;
             const Message *message = run_.plan.FindMessage(*at->plan, module, View(step->name));
-            if (message != nullptr && message->kind == wanted) {
+            if (message != nullptr &&
+                message->kind == (step == &top ? wanted.atTop : wanted.inData)) {
                 ReadContent(*at, *message->request, *step);
                 return;
             }
             const PlanNode *plan = run_.plan.FindChild(*at->plan, module, View(step->name));
-            if (plan == nullptr || plan->IsLeaf() || plan->IsAny()) {
+            if (plan == nullptr || plan->IsLeaf() || plan->IsAny() || wanted.inData == 0) {
                 matcher_.AddUnknown(*at, *step);
                 return;
             }
             at = &Enter(*at, *plan, *step);
-            step = NextStep(*at, *step, wanted == ZR_NODE_NOTIFICATION ? "notification" : "action");
+            step = NextStep(*at, *step, wanted.name);
         }
     }
 
@@ -245,9 +241,9 @@ void ReadRequest(Run &run, const xmlNode &root)
     if (operation == nullptr)
         return;
     if (!IsNamed(*operation, "action", kYangNamespace))
-        reader.ReadRpc(*operation);
+        reader.Read(*operation, AsJson(operation) != nullptr ? kOperation : kRpc);
     else if (const xmlNode *top = TakeOnly(run, *operation, nullptr, "top-level node"))
-        reader.ReadNested(*top, ZR_NODE_ACTION);
+        reader.Read(*top, kAction);
 }
 
 void ReadReply(Run &run, const xmlNode &root)
@@ -261,7 +257,7 @@ void ReadNotification(Run &run, const xmlNode &root)
     ReadDatastore(run);
     MessageReader reader(run);
     if (const xmlNode *top = OpenNotification(run, root))
-        reader.ReadNested(*top, ZR_NODE_NOTIFICATION);
+        reader.Read(*top, kNotification);
 }
 
 } // namespace zr::data

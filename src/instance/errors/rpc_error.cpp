@@ -5,6 +5,7 @@
 
 #include "instance/base/text.h"
 #include "instance/errors/path.h"
+#include "shared/escapes.h"
 
 namespace zr::data {
 
@@ -51,43 +52,18 @@ constexpr Info kInfos[] = {
 
 constexpr std::string_view kOfYang = " xmlns=\"urn:ietf:params:xml:ns:yang:1\"";
 
-void AppendEscaped(Text &out, std::string_view text)
-{
-    for (char c : text) {
-        switch (c) {
-        case '<':
-            out += "&lt;";
-            break;
-        case '>':
-            out += "&gt;";
-            break;
-        case '&':
-            out += "&amp;";
-            break;
-        case '"':
-            out += "&quot;";
-            break;
-        case '\r': // else a reader takes it for the end of a line
-            out += "&#13;";
-            break;
-        default:
-            out += c;
-        }
-    }
-}
-
 void AppendElement(Text &out, std::string_view name, std::string_view content,
                    std::string_view attributes = {})
 {
     (((out += '<') += name) += attributes) += '>';
-    AppendEscaped(out, content);
+    AppendEscaped(out, content, EscapeInText);
     ((out += "</") += name) += '>';
 }
 
 void AppendDeclaration(Text &out, const ZrDataPrefix &prefix)
 {
     ((out += " xmlns:") += prefix.prefix) += "=\"";
-    AppendEscaped(out, prefix.namespaceUri);
+    AppendEscaped(out, prefix.namespaceUri, EscapeInAttribute);
     out += '"';
 }
 

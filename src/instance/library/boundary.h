@@ -4,10 +4,10 @@
 #include <zrdata/zrdata.h>
 
 #include <new>
-#include <stdexcept>
 
 #include "instance/errors/result.h"
 #include "instance/plan/plan.h"
+#include "shared/guard.h"
 
 struct ZrDataPlan {
     explicit ZrDataPlan(const ZrDataMemory &hooks) : plan(hooks) {}
@@ -24,13 +24,7 @@ namespace zr::data {
 // Runs a piece of work and turns memory that runs out into a status.
 template <typename Work> uint32_t Guard(Work work) noexcept
 {
-    try {
-        return work();
-    } catch (const std::bad_alloc &) {
-        return ZR_DATA_ERR_NO_MEMORY;
-    } catch (const std::length_error &) { // a text longer than the machine can address
-        return ZR_DATA_ERR_NO_MEMORY;
-    }
+    return zr::Guard<ZR_DATA_ERR_NO_MEMORY>(work);
 }
 
 // Takes an object apart and gives its block back.

@@ -40,7 +40,10 @@ constexpr AnnotationSpace kAnnotationSpaces[] = {
     {"ietf-netconf", "urn:ietf:params:xml:ns:netconf:base:1.0"},
     {"ietf-netconf-with-defaults", kDefaultsNamespace.data()},
 };
+// The members that hold all else of a document of RESTCONF's (RFC 8040, sections 3.1 and 6.4). The
+// elements of the second are those of NETCONF in XML.
 constexpr std::string_view kRestconfData = "ietf-restconf:data";
+constexpr std::string_view kRestconfNotification = "ietf-restconf:notification";
 
 // What the parser calls; it builds the tree. Its functions have the names that nlohmann-json asks
 // for.
@@ -138,6 +141,10 @@ JsonName *Builder::Intern(std::string_view name)
     made->prefix = parts.prefix;
     made->local = parts.name.data();
     made->module = parts.prefix.empty() ? nullptr : plan_.FindModule(parts.prefix);
+    if (name == kRestconfNotification)
+        made->space = NewSpace(kEventNamespace, nullptr);
+    else if (made->module != nullptr)
+        made->space = &made->module->xml;
     names_.emplace(made->text, made);
     return made;
 }
@@ -189,8 +196,8 @@ JsonNode *Builder::Add(JsonKind kind)
         made->line = frame.keyLine;
     frame.last = made;
     node.name = XmlText(frame.name->local);
-    if (frame.name->module != nullptr)
-        node.ns = const_cast<xmlNs *>(&frame.name->module->xml);
+    if (frame.name->space != nullptr)
+        node.ns = const_cast<xmlNs *>(frame.name->space);
     else if (frame.name->prefix.empty() && frame.parent != root_)
         node.ns = frame.parent->node.ns; // RFC 7951, section 4
     Append(frame.parent->node, node);
@@ -376,7 +383,7 @@ void Builder::Annotate(JsonNode &object, JsonNode &annotation)
     }
 }
 
-// A datastore in the member that RESTCONF has for it (RFC 8040, section 3.1) is taken out.
+// A datastore in the member that RESTCONF has for it is taken out.
 const xmlNode *Builder::Root()
 {
     auto *only = reinterpret_cast<JsonNode *>(root_->node.children);

@@ -28,6 +28,7 @@ struct JsonName {
     std::string_view prefix;  // what stands before its colon; "" when there is none
     const char *local;        // what stands behind it
     const PlanModule *module; // of the prefix; null when there is none
+    const xmlNs *space;       // of its elements; null where it is that of the object around
     bool isAnnotation;        // "@..." (RFC 7952, section 5.2)
     // The last object that was read with such a member, and the member there.
     const xmlNode *object;

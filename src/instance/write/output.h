@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "shared/escapes.h"
+
 namespace zr::data {
 
 // What the callback answered when it stopped the writing; thrown.
@@ -60,15 +62,7 @@ private:
 // one that stands for itself.
 template <typename Escape> void WriteEscaped(Output &out, std::string_view text, Escape escape)
 {
-    size_t start = 0;
-    for (size_t i = 0; i < text.size(); ++i) {
-        auto replacement = escape(text[i]);
-        if (std::string_view(replacement).empty())
-            continue;
-        out << text.substr(start, i - start) << std::string_view(replacement);
-        start = i + 1;
-    }
-    out << text.substr(start);
+    PutEscaped(text, escape, [&](std::string_view part) { out << part; });
 }
 
 } // namespace zr::data

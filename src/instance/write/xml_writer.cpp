@@ -8,43 +8,13 @@
 #include "instance/base/text.h"
 #include "instance/tree/json_node.h"
 #include "instance/write/write.h"
+#include "shared/escapes.h"
 #include "shared/names.h"
 #include "shared/xpath_tokens.h"
 
 namespace zr::data {
 
 namespace {
-
-const char *EscapeInText(char c)
-{
-    switch (c) {
-    case '<':
-        return "&lt;";
-    case '>':
-        return "&gt;";
-    case '&':
-        return "&amp;";
-    case '\r':
-        return "&#13;";
-    default:
-        return "";
-    }
-}
-
-// White space in the value of an attribute would become blanks.
-const char *EscapeInAttribute(char c)
-{
-    switch (c) {
-    case '"':
-        return "&quot;";
-    case '\n':
-        return "&#10;";
-    case '\t':
-        return "&#9;";
-    default:
-        return EscapeInText(c);
-    }
-}
 
 std::string_view UriOf(const xmlNs *space)
 {

@@ -5,6 +5,7 @@
 #include <new>
 #include <string>
 
+#include "shared/guard.h"
 #include "yang/library/workspace.h"
 #include "yang/names/files.h"
 
@@ -22,13 +23,7 @@ constexpr ZrYangMemory kMalloc = zr::MallocHooks<ZrYangMemory>();
 // Runs a piece of work and turns memory that runs out into a status.
 template <typename Work> uint32_t Guard(Work work) noexcept
 {
-    try {
-        return work();
-    } catch (const std::bad_alloc &) {
-        return ZR_YANG_ERR_NO_MEMORY;
-    } catch (const std::length_error &) { // a text longer than the machine can address
-        return ZR_YANG_ERR_NO_MEMORY;
-    }
+    return zr::Guard<ZR_YANG_ERR_NO_MEMORY>(work);
 }
 
 // The same for what makes reports, which are told at its end.

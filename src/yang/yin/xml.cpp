@@ -1,47 +1,8 @@
 #include "yang/yin/xml.h"
 
+#include "shared/escapes.h"
+
 namespace zr::yang {
-
-namespace {
-
-// White space in an attribute would be read as blanks, and a carriage return anywhere as a line
-// feed.
-std::string_view ReferenceOf(char c, bool isAttribute)
-{
-    switch (c) {
-    case '&':
-        return "&amp;";
-    case '<':
-        return "&lt;";
-    case '>':
-        return "&gt;";
-    case '\r':
-        return "&#13;";
-    case '"':
-        return isAttribute ? "&quot;" : "";
-    case '\n':
-        return isAttribute ? "&#10;" : "";
-    case '\t':
-        return isAttribute ? "&#9;" : "";
-    default:
-        return "";
-    }
-}
-
-} // namespace
-
-void AppendEscaped(std::pmr::string &out, std::string_view text, bool isAttribute)
-{
-    size_t copied = 0;
-    for (size_t i = 0; i < text.size(); ++i) {
-        std::string_view reference = ReferenceOf(text[i], isAttribute);
-        if (reference.empty())
-            continue;
-        out.append(text, copied, i - copied).append(reference);
-        copied = i + 1;
-    }
-    out.append(text, copied);
-}
 
 void XmlText::Name(std::string_view prefix, std::string_view name)
 {
@@ -75,7 +36,7 @@ void XmlText::Open(std::string_view prefix, std::string_view name)
 void XmlText::Attribute(std::string_view name, std::string_view value)
 {
     ((text_ += ' ') += name) += "=\"";
-    AppendEscaped(text_, value, true);
+    AppendEscaped(text_, value, EscapeInAttribute);
     text_ += '"';
 }
 
@@ -100,7 +61,7 @@ void XmlText::TextElement(std::string_view prefix, std::string_view name, std::s
     text_ += '<';
     Name(prefix, name);
     text_ += '>';
-    AppendEscaped(text_, text, false);
+    AppendEscaped(text_, text, EscapeInText);
     text_ += "</";
     Name(prefix, name);
     text_ += ">\n";

@@ -33,7 +33,4 @@ private:
     bool isTagOpen_ = false;
 };
 
-// Appends a text with the characters that XML or a reader of it would change as references.
-void AppendEscaped(std::pmr::string &out, std::string_view text, bool isAttribute);
-
 } // namespace zr::yang

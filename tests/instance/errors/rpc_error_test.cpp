@@ -39,7 +39,7 @@ TEST(RpcError, NamesTheElementWhereItsTagAsksForIt)
                 HasSubstr("<error-info><bad-element>x</bad-element></error-info>"));
     EXPECT_THAT(FirstError(schema, "<c><b>1</b><x xmlns=\"urn:&quot;x&quot;\"/></c>"),
                 HasSubstr("<error-info><bad-element>x</bad-element>"
-                          "<bad-namespace>urn:&quot;x&quot;</bad-namespace></error-info>"));
+                          "<bad-namespace>urn:\"x\"</bad-namespace></error-info>"));
     EXPECT_THAT(FirstError(schema, "<c a=\"1\"><b>1</b></c>"),
                 HasSubstr("<error-info><bad-attribute>a</bad-attribute>"
                           "<bad-element>c</bad-element></error-info>"));

@@ -123,7 +123,7 @@ TEST(ErrorXml, IsAnRpcErrorThatDeclaresTheNamespacesOfItsPath)
                  "<error-type>application</error-type><error-tag>missing-element</error-tag>"
                  "<error-severity>error</error-severity>"
                  "<error-path xmlns:m=\"urn:m\">/m:c/m:a</error-path>"
-                 "<error-message xml:lang=\"en\">&quot;a&quot; is missing</error-message>"
+                 "<error-message xml:lang=\"en\">\"a\" is missing</error-message>"
                  "<error-info><bad-element>a</bad-element></error-info></rpc-error>");
     EXPECT_EQ(ZR_DATA_GetErrorXml(result, 1), nullptr);
     ZR_DATA_DeleteResult(result);

@@ -274,4 +274,72 @@ TEST(Json, MayBeOfAnyDepth)
                 IsEmpty());
 }
 
+TEST(Json, AMessageIsTheOneMemberOfTheObject)
+{
+    Schema schema("rpc r { input { leaf a { type int8; } } }"
+                  "notification n { leaf b { type int8; mandatory true; } }");
+    EXPECT_THAT(schema.CheckJson(R"({"m:r": {"a": 1}})", ZR_DATA_REQUEST), IsEmpty());
+    EXPECT_THAT(schema.CheckJson(R"({"m:r": {"a": "x"}})", ZR_DATA_REQUEST),
+                ElementsAre(StartsWith("invalid-value /r/a: ")));
+    EXPECT_THAT(schema.CheckJson(R"({"m:n": {"b": 1}})", ZR_DATA_NOTIFICATION), IsEmpty());
+    EXPECT_THAT(schema.CheckJson(R"({"m:n": {}})", ZR_DATA_NOTIFICATION),
+                ElementsAre(StartsWith("missing-element /n/b: ")));
+}
+
+TEST(Json, NoMessageAndMoreThanOneAreRefused)
+{
+    Schema schema("rpc r; rpc s;");
+    for (const char *document : {"{}", R"({"m:r": {}, "m:s": {}})", R"({"m:r": [{}, {}]})"})
+        EXPECT_THAT(schema.CheckJson(document, ZR_DATA_REQUEST),
+                    ElementsAre("malformed-message /: a message is the one member of the object"))
+            << document;
+    EXPECT_THAT(schema.CheckJson(R"({"m:t": {}})", ZR_DATA_REQUEST),
+                ElementsAre("unknown-element /t: element \"t\" is not in the schema here"));
+}
+
+TEST(Json, ActionsAndNotificationsStandInTheNodesThatLeadToThem)
+{
+    Schema schema(
+        "list l { key k; leaf k { type int8; } action r { input { leaf a { type int8; } } }"
+        "notification n { leaf b { type int8; } } }");
+    EXPECT_THAT(schema.CheckJson(R"({"m:l": [{"k": 1, "r": {"a": 1}}]})", ZR_DATA_REQUEST),
+                IsEmpty());
+    EXPECT_THAT(schema.CheckJson(R"({"m:l": [{"k": 1, "r": {"a": "1"}}]})", ZR_DATA_REQUEST),
+                ElementsAre(StartsWith("invalid-value /l[k='1']/r/a: ")));
+    EXPECT_THAT(schema.CheckJson(R"({"m:l": [{"r": {}}]})", ZR_DATA_REQUEST),
+                ElementsAre(StartsWith("missing-element /l[1]/k: ")));
+    EXPECT_THAT(schema.CheckJson(R"({"m:l": [{"k": 1, "n": {"b": 1}}]})", ZR_DATA_NOTIFICATION),
+                IsEmpty());
+    EXPECT_THAT(schema.CheckJson(R"({"m:l": [{"k": 1, "r": {}}]})", ZR_DATA_NOTIFICATION),
+                ElementsAre(StartsWith("unknown-element /l[k='1']/r: ")));
+}
+
+TEST(Json, ANotificationMayStandInItsEnvelope)
+{
+    Schema schema("notification n { leaf b { type int8; } }");
+    const std::string event = R"("m:n": {"b": 1})", time = R"("eventTime": "2026-01-02T03:04:05Z")";
+    auto check = [&](const std::string &members) {
+        return schema.CheckJson("{\"ietf-restconf:notification\": {" + members + "}}",
+                                ZR_DATA_NOTIFICATION);
+    };
+    EXPECT_THAT(check(time + ", " + event), IsEmpty());
+    EXPECT_THAT(check(event), ElementsAre(StartsWith("missing-element /ncEvent:notification: ")));
+    EXPECT_THAT(check(time), ElementsAre(StartsWith("missing-element /ncEvent:notification: ")));
+    EXPECT_THAT(check(R"("eventTime": 1, )" + event),
+                ElementsAre(StartsWith("invalid-value /ncEvent:eventTime: ")));
+}
+
+TEST(Json, AnEditHasItsOperationsAsAnnotations)
+{
+    Schema schema("container c { leaf a { type int8; mandatory true; } } list l { key k; leaf k {"
+                  "type int8; } }");
+    EXPECT_THAT(schema.CheckJson(R"({"m:c": {"@": {"ietf-netconf:operation": "delete"}},
+        "m:l": [{"@": {"ietf-netconf:operation": "create"}, "k": 1}]})",
+                                 ZR_DATA_EDIT),
+                IsEmpty());
+    EXPECT_THAT(schema.CheckJson(R"({"m:c": {"@a": {"ietf-netconf:operation": "x"}, "a": 1}})",
+                                 ZR_DATA_EDIT),
+                ElementsAre(StartsWith("bad-attribute /c/a: ")));
+}
+
 } // namespace datatest
