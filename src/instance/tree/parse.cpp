@@ -13,7 +13,7 @@ namespace {
 // Without a declaration there are no entities but XML's own, so that nothing is fetched and nothing
 // grows; a text of any depth and size may be read then.
 constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
-                         XML_PARSE_HUGE | XML_PARSE_BIG_LINES;
+                         XML_PARSE_HUGE | XML_PARSE_BIG_LINES | XML_PARSE_COMPACT;
 
 void RefuseDeclaration(void *user, const xmlChar *, const xmlChar *, const xmlChar *)
 {
