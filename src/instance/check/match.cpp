@@ -137,13 +137,20 @@ bool Matcher::IsTaken(Element &parent, const PlanNode &plan, const xmlNode &sour
     return true;
 }
 
+// Of a type that the engine does not keep, so that any value is taken (RFC 7952, section 3).
+bool Matcher::IsAnnotation(const xmlAttr &attribute) const
+{
+    return attribute.ns != nullptr &&
+           run_.plan.HasAnnotation(View(attribute.ns->href), View(attribute.name));
+}
+
 void Matcher::CheckAttributes(Element &element)
 {
     for (const xmlAttr *attribute = element.source->properties; attribute != nullptr;
          attribute = attribute->next) {
         bool isKnown = run_.IsEdit() ? IsEditAttribute(*attribute)
                                      : element.plan->IsLeaf() && IsDefaultTag(*attribute);
-        if (isKnown)
+        if (isKnown || IsAnnotation(*attribute))
             continue;
         Fault fault = FaultAt(element, ZR_ERROR_TAG_UNKNOWN_ATTRIBUTE);
         fault.badAttribute = reinterpret_cast<const char *>(attribute->name);

@@ -40,6 +40,7 @@ private:
     const PlanNode *Match(const Element &parent, const xmlNode &source);
     bool IsTaken(Element &parent, const PlanNode &plan, const xmlNode &source);
     void CheckText(const Element &parent, const xmlNode &source);
+    bool IsAnnotation(const xmlAttr &attribute) const;
     void CheckAttributes(Element &element);
     void ReadLeaf(Element &leaf);
     void ReadDefaultTag(Element &leaf);

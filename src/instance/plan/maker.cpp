@@ -44,8 +44,10 @@ public:
     void Run()
     {
         Scan(ZR_CTX_ScanAllModules, plan_.ctx, [&](ZrMod *module) { AddModule(module); });
-        for (PlanModule *module : plan_.modules)
+        for (PlanModule *module : plan_.modules) {
             AddIdentities(*module);
+            AddAnnotations(*module);
+        }
         for (auto &[name, identity] : plan_.identities)
             CloseIdentity(*identity);
         AddChildren(plan_.root, [&](auto add) {
@@ -65,6 +67,7 @@ public:
 private:
     void AddModule(ZrMod *source);
     void AddIdentities(PlanModule &module);
+    void AddAnnotations(PlanModule &module);
     void CloseIdentity(Identity &identity);
     template <typename ScanChildren> void AddChildren(PlanNode &parent, ScanChildren scan);
     PlanNode *AddNode(ZrNode *source, PlanNode &schemaParent);
@@ -127,6 +130,19 @@ void Maker::AddIdentities(PlanModule &module)
         identity->name = identity->qualified.substr(module.name.size() + 1);
         plan_.identities.emplace(identity->qualified, identity);
     });
+}
+
+void Maker::AddAnnotations(PlanModule &module)
+{
+    std::pmr::vector<std::string_view> names(memory_);
+    auto add = [&](const ZrsExtInst *, const char *definer, const char *name,
+                   const char *argument) {
+        if (View(definer) == "ietf-yang-metadata" && View(name) == "annotation" &&
+            argument != nullptr)
+            names.push_back(plan_.arena.Copy(argument));
+    };
+    Scan(ZR_MOD_ScanAllExtInsts, module.source, add);
+    module.annotations = Keep(plan_.arena, names);
 }
 
 // The bases of an identity, and theirs: each is looked at once.

@@ -90,6 +90,13 @@ const PlanModule *Plan::FindNamespace(std::string_view uri) const
     return Find(modulesByNamespace, uri);
 }
 
+bool Plan::HasAnnotation(std::string_view uri, std::string_view name) const
+{
+    const PlanModule *module = FindNamespace(uri);
+    return module != nullptr && std::find(module->annotations.begin(), module->annotations.end(),
+                                          name) != module->annotations.end();
+}
+
 const PlanNode *Plan::FindChild(const PlanNode &parent, const PlanModule *module,
                                 std::string_view name) const
 {

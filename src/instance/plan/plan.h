@@ -20,6 +20,7 @@ struct PlanModule {
     std::string_view name; // NUL-terminated
     ZrMod *source;
     xmlNs xml; // its namespace, under its name as the prefix, for the elements of trees
+    std::span<const std::string_view> annotations; // names of those that it defines (RFC 7952)
 };
 
 // An expression in the form in which libxml2 evaluates it: each name with its module's name as the
@@ -125,6 +126,8 @@ public:
     Plan &operator=(const Plan &) = delete;
 
     const PlanModule *FindModule(std::string_view name) const;
+    // Whether a module that is loaded defines an annotation of that name.
+    bool HasAnnotation(std::string_view uri, std::string_view name) const;
     const PlanModule *FindNamespace(std::string_view uri) const;
     // A data child, also one inside choices and cases; null when there is none.
     const PlanNode *FindChild(const PlanNode &parent, const PlanModule *module,

@@ -329,6 +329,21 @@ TEST(Json, ANotificationMayStandInItsEnvelope)
                 ElementsAre(StartsWith("invalid-value /ncEvent:eventTime: ")));
 }
 
+TEST(Json, AnnotationsAreThoseThatAModuleDefines)
+{
+    Schema schema;
+    schema.Add("ietf-yang-metadata", "extension annotation { argument name; }");
+    schema.Add("m", "import ietf-yang-metadata { prefix md; } md:annotation seen { type string; }"
+                    "leaf a { type int8; } leaf-list v { type int8; }");
+    EXPECT_THAT(schema.CheckJson(R"({"m:a": 1, "@m:a": {"m:seen": "x"}, "m:v": [1, 2],
+        "@m:v": [null, {"m:seen": "y"}]})"),
+                IsEmpty());
+    EXPECT_THAT(schema.Check("<a xmlns:m='urn:m' m:seen='x'>1</a>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<a xmlns:m='urn:m' m:lost='x' seen='y'>1</a>"),
+                ElementsAre(StartsWith("unknown-attribute /a: attribute \"lost\""),
+                            StartsWith("unknown-attribute /a: attribute \"seen\"")));
+}
+
 TEST(Json, AnEditHasItsOperationsAsAnnotations)
 {
     Schema schema("container c { leaf a { type int8; mandatory true; } } list l { key k; leaf k {"
