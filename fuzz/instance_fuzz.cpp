@@ -2,13 +2,17 @@
 // written in every way and read again.
 //
 // Input: parts that begin with a line "=== NAME". "=== module" is a YANG source; "=== config" and
-// "=== data" are documents, JSON where they begin with "{", else XML. A document is also read with
-// an allocation failing that its text decides.
+// "=== data" are documents, JSON where they begin with "{", else XML; "=== edit", "=== request" and
+// "=== notification" are held against the last of these in XML before them. Each is also checked
+// with an allocation failing that its text decides.
 #include "support.h"
 
+#include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <zrdata/write.h>
 #include <zryang/zryang.h>
+
+#include <memory>
 
 namespace {
 
@@ -20,6 +24,9 @@ Goal g_faulty("a document has faults");
 Goal g_malformed("a text is neither XML nor JSON");
 Goal g_warned("a valid document has a warning");
 Goal g_any("content that no schema describes is written");
+Goal g_edited("an edit is valid for a datastore");
+Goal g_notEdited("an edit does not fit a datastore");
+Goal g_sent("a message is valid");
 Goal g_completed("a default is written");
 Goal g_trimmed("a default is left out");
 Goal g_tagged("a default is tagged");
@@ -79,16 +86,44 @@ void Load(ZrCtx *ctx, const Input &input)
     ZR_YANG_Delete(yang);
 }
 
-// A document that was read, and what was found.
+struct Kind {
+    std::string_view name;
+    uint32_t kind;
+};
+constexpr Kind kMessages[] = {
+    {"edit", ZR_DATA_EDIT},
+    {"request", ZR_DATA_REQUEST},
+    {"notification", ZR_DATA_NOTIFICATION},
+};
+
+// 0 for a document of data.
+uint32_t MessageKind(std::string_view name)
+{
+    for (const Kind &row : kMessages)
+        if (row.name == name)
+            return row.kind;
+    return 0;
+}
+
+// A document that was read, or a message that was checked, and what was found.
 struct Reading {
-    Reading(const ZrDataPlan *plan, const std::string &kind, const std::string &text)
+    Reading(const ZrDataPlan *plan, const std::string &kind, const std::string &text,
+            xmlDoc *datastore = nullptr)
     {
         ZrDataOptions options = {};
-        options.kind = kind == "config" ? ZR_DATA_CONFIG : ZR_DATA_CONFIG_AND_STATE;
+        options.kind = MessageKind(kind);
         options.stepLimit = kStepLimit;
-        auto *read = text.starts_with('{') ? ZR_DATA_ReadJson : ZR_DATA_ReadXml;
-        status = read(plan, &options, text.data(), text.size(), &document, &result);
-        Check((status == ZR_DATA_OK) == (document != nullptr), "valid data is a document");
+        options.datastore = xmlDocGetRootElement(datastore);
+        bool isJson = text.starts_with('{');
+        if (options.kind != 0) {
+            auto *check = isJson ? ZR_DATA_CheckJson : ZR_DATA_CheckText;
+            status = check(plan, &options, text.data(), text.size(), &result);
+        } else {
+            options.kind = kind == "config" ? ZR_DATA_CONFIG : ZR_DATA_CONFIG_AND_STATE;
+            auto *read = isJson ? ZR_DATA_ReadJson : ZR_DATA_ReadXml;
+            status = read(plan, &options, text.data(), text.size(), &document, &result);
+            Check((status == ZR_DATA_OK) == (document != nullptr), "valid data is a document");
+        }
         Check((status == ZR_DATA_ERR_NO_MEMORY) == (result == nullptr), "a check has a result");
     }
     ~Reading()
@@ -176,16 +211,22 @@ void FollowDocument(const Input &input, const ZrDataPlan *plan, const std::strin
     }
 }
 
-void ReadShortOfMemory(const ZrDataPlan *plan, Memory &memory, const Part &document)
+void ReadShortOfMemory(const ZrDataPlan *plan, Memory &memory, const Part &document, xmlDoc *store)
 {
     size_t before = memory.live;
     memory.failAt = memory.count + 1 + PickBy(document.text, kMaxAllocations);
     {
-        Reading reading(plan, document.name, document.text);
+        Reading reading(plan, document.name, document.text, store);
         g_noMemory.MeetIf(reading.status == ZR_DATA_ERR_NO_MEMORY);
     }
     memory.failAt = 0;
     Check(memory.live == before, "a check gives every block back");
+}
+
+xmlDoc *ParseXml(const std::string &text)
+{
+    return xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
+                         XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
 }
 
 void FollowAll(const Input &input, const ZrCtx *ctx, Memory &memory)
@@ -198,14 +239,22 @@ void FollowAll(const Input &input, const ZrCtx *ctx, Memory &memory)
         return 0;
     };
     ZR_DATA_ScanPlanProblems(plan, hear, nullptr);
+    std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> store(nullptr, xmlFreeDoc);
     for (const Part &document : input.documents) {
-        ReadShortOfMemory(plan, memory, document);
+        ReadShortOfMemory(plan, memory, document, store.get());
         bool isJson = document.text.starts_with('{');
-        Reading reading(plan, document.name, document.text);
+        Reading reading(plan, document.name, document.text, store.get());
         Check(reading.status == ZR_DATA_OK || reading.status == ZR_DATA_ERR_FAULTY,
               "a check has a stated status");
         LookAtResult(reading);
-        if (reading.status != ZR_DATA_OK)
+        uint32_t message = MessageKind(document.name);
+        bool isOfStore = message == ZR_DATA_EDIT && store != nullptr;
+        g_edited.MeetIf(isOfStore && reading.status == ZR_DATA_OK);
+        g_notEdited.MeetIf(isOfStore && reading.status == ZR_DATA_ERR_FAULTY);
+        g_sent.MeetIf(message > ZR_DATA_EDIT && reading.status == ZR_DATA_OK);
+        if (message == 0 && !isJson)
+            store.reset(ParseXml(document.text));
+        if (message != 0 || reading.status != ZR_DATA_OK)
             continue;
         (isJson ? g_json : g_xml).MeetIf(true);
         FollowDocument(input, plan, document.name, reading, isJson ? ZR_DATA_JSON : ZR_DATA_XML);

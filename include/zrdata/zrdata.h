@@ -98,7 +98,9 @@ typedef struct ZrDataOptions {
         state and configuration. Its conditions and leafrefs look into that data (RFC 7950, section
         6.4.1), with the defaults in use there. It is only read, and not judged: where it has
         faults there is a warning. Null for none: conditions see the defaults alone, and leafrefs
-        that lead out of the message are not followed. Of data and edits it is not looked at. */
+        that lead out of the message are not followed. Of an edit: the datastore that it is made
+        for; what its operations find there, or do not, is told as data-exists, data-missing and
+        missing-instance. Of data it is not looked at. */
     const void *datastore;
 } ZrDataOptions;
 
@@ -238,12 +240,12 @@ ZR_DATA_API uint32_t ZR_DATA_CheckText(const ZrDataPlan *plan, const ZrDataOptio
  * reply the members are output parameters. A request or notification is one member: the rpc or
  * notification, the top-level node that leads to the action or notification, or
  * `ietf-restconf:notification` (RFC 8040, section 6.4), which holds it with its eventTime. Of the
- * attributes of an edit the operation is an annotation, `ietf-netconf:operation`; the others have no
- * form in JSON. Every check, message and path is that of the same data in XML, and lines are those
- * of this text: of a member its name's, of an array's value its own. A value whose JSON type is not
- * that of its node is a fault with the tag invalid-value, a member that stands in its object twice
- * one with bad-element. Text that is not well-formed, and a message that is not alone, is one fault
- * with the tag malformed-message, with the line; the message of the first has the column.
+ * attributes of an edit the operation is an annotation, `ietf-netconf:operation`; the others have
+ * no form in JSON. Every check, message and path is that of the same data in XML, and lines are
+ * those of this text: of a member its name's, of an array's value its own. A value whose JSON type
+ * is not that of its node is a fault with the tag invalid-value, a member that stands in its object
+ * twice one with bad-element. Text that is not well-formed, and a message that is not alone, is one
+ * fault with the tag malformed-message, with the line; the message of the first has the column.
  *
  * @param plan       the plan
  * @param options    how to check; only read

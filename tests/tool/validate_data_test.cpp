@@ -111,6 +111,20 @@ TEST(ValidateData, ChecksRequestsRepliesAndEdits)
     EXPECT_EQ(RunTool(Validate("--data -"), Router(kInterface)).status, 0);
 }
 
+TEST(ValidateData, HoldsAnEditAgainstADatastore)
+{
+    Folder folder;
+    std::string store = folder.Add("store.xml", Router("<hostname>r1</hostname>"));
+    auto edit = [&](const char *operation) {
+        return RunTool(Validate("--edit --datastore " + store + " -"),
+                       Router(std::string("<hostname xmlns:nc='urn:ietf:params:xml:ns:netconf:base:"
+                                          "1.0' nc:operation='") +
+                              operation + "'>r2</hostname>"));
+    };
+    EXPECT_EQ(edit("replace").out, "-: valid\n");
+    EXPECT_THAT(edit("create").err, HasSubstr("cannot be created (data-exists)"));
+}
+
 TEST(ValidateData, IsToldWhatItCannotDo)
 {
     const std::pair<std::string, const char *> lines[] = {

@@ -52,10 +52,10 @@ void ChooseKind(ValidateOptions &options)
     if (given != 1)
         throw UsageError{"validate takes one of --config, --data, --edit, --strict-rpc, "
                          "--strict-reply, --strict-notification, --rpc and --notification"};
-    bool isMessage = options.data.kind == ZR_DATA_REQUEST || options.data.kind == ZR_DATA_REPLY ||
-                     options.data.kind == ZR_DATA_NOTIFICATION;
-    if (!isMessage && !options.data.datastore.empty())
-        throw UsageError{"--datastore is for --strict-rpc, --strict-reply and "
+    bool isWhole =
+        options.data.kind == ZR_DATA_CONFIG || options.data.kind == ZR_DATA_CONFIG_AND_STATE;
+    if ((isWhole || options.data.kind == 0) && !options.data.datastore.empty())
+        throw UsageError{"--datastore is for --edit, --strict-rpc, --strict-reply and "
                          "--strict-notification"};
     if (options.data.kind == 0 && options.data.files.size() != 1)
         throw UsageError{"--rpc and --notification take one file"};
@@ -338,7 +338,7 @@ void AddValidateCommand(CommandLine &line, Run &run)
     command.Flag("--strict-notification", "the files are notifications, by RFC 7950",
                  options->strictNotification);
     command.Text("--datastore", "FILE",
-                 "the data that conditions and leafrefs of strict messages look into",
+                 "the data that strict messages look into, or that an edit is made for",
                  options->data.datastore);
     command.Flag("--rpc", "the file is a request, as ZR_CTX_ValidateRpcDataTree() takes it",
                  options->rpc);

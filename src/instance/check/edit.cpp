@@ -139,18 +139,30 @@ private:
     {
         std::string_view text = TextOf(attribute);
         const PlanNode &plan = *element_.plan;
-        const char *fault = plan.kind == ZR_NODE_LIST ? ReadKeys(text) : ReadFor(plan, text);
+        bool isList = plan.kind == ZR_NODE_LIST;
+        std::span<std::string_view> values = NewValues(isList ? plan.keys.size() : 1);
+        const char *fault = isList ? ReadKeys(text, values) : ReadFor(plan, text, values[0]);
         if (fault != nullptr)
             AddBad(row, text, fault);
+        else
+            run_.anchors.push_back({&element_, values, row.name});
     }
-    const char *ReadFor(const PlanNode &leaf, std::string_view text)
+    std::span<std::string_view> NewValues(size_t count)
     {
-        return ReadValue({run_.plan, leaf, element_.source}, *leaf.type, text, canonical_).fault;
+        return {run_.arena.NewArray<std::string_view>(count), count};
+    }
+    const char *ReadFor(const PlanNode &leaf, std::string_view text, std::string_view &value)
+    {
+        const char *fault =
+            ReadValue({run_.plan, leaf, element_.source}, *leaf.type, text, canonical_).fault;
+        value = run_.arena.Copy(canonical_);
+        return fault;
     }
 
     // "[p:type='fruit'][p:name='apple']": each key once, in any order.
-    const char *ReadKeys(std::string_view text)
+    const char *ReadKeys(std::string_view text, std::span<std::string_view> values)
     {
+        std::span<const PlanNode *const> keys = element_.plan->keys;
         constexpr const char *kMalformed = "it is no list of keys";
         std::pmr::vector<const PlanNode *> named(run_.memory);
         XPathTokens tokens(text);
@@ -172,11 +184,14 @@ private:
             const PlanNode *key = FindKey(*name);
             if (key == nullptr || std::find(named.begin(), named.end(), key) != named.end())
                 return "it names what is no key, or one twice";
-            if (const char *fault = ReadFor(*key, value->substr(1, value->size() - 2)))
+            auto place =
+                static_cast<size_t>(std::find(keys.begin(), keys.end(), key) - keys.begin());
+            if (const char *fault =
+                    ReadFor(*key, value->substr(1, value->size() - 2), values[place]))
                 return fault;
             named.push_back(key);
         }
-        return named.size() == element_.plan->keys.size() ? nullptr : "a key is missing";
+        return named.size() == keys.size() ? nullptr : "a key is missing";
     }
     const PlanNode *FindKey(std::string_view qualified) const
     {

@@ -200,24 +200,23 @@ private:
     std::pmr::string text_, value_;
 };
 
-// Reads the datastore that a message is held against. What is wrong with it is not the message's.
-void ReadDatastore(Run &run)
+} // namespace
+
+void ReadDatastore(Run &run, Faults &warnings)
 {
     auto *root = static_cast<const xmlNode *>(run.options.datastore);
     if (root == nullptr)
         return;
-    Faults faults(run.arena, run.memory, 0), warnings(run.arena, run.memory, 0);
+    Faults itsFaults(run.arena, run.memory, 0), itsWarnings(run.arena, run.memory, 0);
     run.tree.root.isContext = true;
-    Matcher(run, faults, warnings).WalkChildren(run.tree.root, *root);
-    if (faults.found() != 0) {
+    Matcher(run, itsFaults, itsWarnings).WalkChildren(run.tree.root, *root);
+    if (itsFaults.found() != 0) {
         Fault warning;
         warning.tag = ZR_ERROR_TAG_INVALID_VALUE;
-        run.warnings.Add(warning, {"the datastore has faults: what could not be read of it is as "
-                                   "if it was not there"});
+        warnings.Add(warning, {"the datastore has faults: what could not be read of it is as if it "
+                               "was not there"});
     }
 }
-
-} // namespace
 
 void ReadData(Run &run, const xmlNode &root)
 {
@@ -235,7 +234,7 @@ void ReadEdit(Run &run, const xmlNode &root)
 
 void ReadRequest(Run &run, const xmlNode &root)
 {
-    ReadDatastore(run);
+    ReadDatastore(run, run.warnings);
     MessageReader reader(run);
     const xmlNode *operation = OpenRpc(run, root);
     if (operation == nullptr)
@@ -248,13 +247,13 @@ void ReadRequest(Run &run, const xmlNode &root)
 
 void ReadReply(Run &run, const xmlNode &root)
 {
-    ReadDatastore(run);
+    ReadDatastore(run, run.warnings);
     MessageReader(run).ReadReplyOf(*run.plan.FindOperation(run.options.operation), root);
 }
 
 void ReadNotification(Run &run, const xmlNode &root)
 {
-    ReadDatastore(run);
+    ReadDatastore(run, run.warnings);
     MessageReader reader(run);
     if (const xmlNode *top = OpenNotification(run, root))
         reader.Read(*top, kNotification);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "instance/check/edit_target.h"
+
 namespace zr::data {
 
 namespace {
@@ -40,6 +42,7 @@ void CheckDocument(Run &run, const xmlNode &root)
     if (run.IsEdit()) {
         CheckLists(run);
         CheckMandatory(run);
+        CheckTargets(run);
         return;
     }
     AddDefaults(run);

@@ -7,6 +7,14 @@
 
 namespace zr::data {
 
+// An entry of an edit that is put before or after another one: the keys of that, in the order of
+// the list's, or its value.
+struct EditAnchor {
+    const Element *entry;
+    std::span<const std::string_view> values;
+    const char *attribute; // that names it
+};
+
 struct Run {
     static constexpr uint32_t kErrorLimit = 100;
     static constexpr uint64_t kStepLimit = 10'000'000;
@@ -14,7 +22,7 @@ struct Run {
     Run(const Plan &aPlan, const ZrDataOptions &someOptions, std::pmr::memory_resource *aMemory)
         : plan(aPlan), options(someOptions), memory(aMemory), arena(memory),
           faults(arena, memory, Limit()), warnings(arena, memory, Limit()),
-          tree(arena, aPlan, memory), references(aPlan, tree, memory),
+          tree(arena, aPlan, memory), anchors(memory), references(aPlan, tree, memory),
           evaluator(aPlan, tree, references,
                     someOptions.stepLimit != 0 ? someOptions.stepLimit : kStepLimit, memory)
     {
@@ -33,6 +41,7 @@ struct Run {
     Arena arena;
     Faults faults, warnings;
     Tree tree;
+    std::pmr::vector<EditAnchor> anchors;
     References references;
     Evaluator evaluator;
 
@@ -46,6 +55,10 @@ void ReadEdit(Run &run, const xmlNode &root);
 void ReadRequest(Run &run, const xmlNode &root);
 void ReadReply(Run &run, const xmlNode &root);
 void ReadNotification(Run &run, const xmlNode &root);
+
+// Reads the datastore that a message or an edit is held against into the tree. What is wrong with
+// it is not theirs: it is one of the warnings.
+void ReadDatastore(Run &run, Faults &warnings);
 
 // What follows, on all elements.
 void AddDefaults(Run &run);

@@ -44,8 +44,14 @@ const References::Hit *References::Find(Element &leaf, const Type &leafref)
     }
     if (anchor == nullptr)
         return nullptr;
-    const Index &index = IndexOf(*anchor, *leafref.target);
-    auto found = index.find(leaf.value);
+    return FindValue(*anchor, *leafref.target, leaf.value);
+}
+
+const References::Hit *References::FindValue(Element &anchor, const PlanNode &target,
+                                             std::string_view value)
+{
+    const Index &index = IndexOf(anchor, target);
+    auto found = index.find(value);
     return found == index.end() ? nullptr : found->second;
 }
 

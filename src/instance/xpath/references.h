@@ -34,6 +34,8 @@ public:
     };
     void FindEntries(Element &parent, const PlanNode &list, std::span<const Wanted> wanted,
                      std::pmr::vector<Element *> &out);
+    // The entries of a leaf-list below a parent with a value; null when there are none.
+    const Hit *FindValue(Element &parent, const PlanNode &leafList, std::string_view value);
     // What the canonical form of an instance-identifier leads to (section 9.13); null when it is
     // not there.
     Element *FindPath(std::string_view path);

@@ -213,4 +213,21 @@ TEST(Memory, ThatRunsOutInAnEditLeavesNothingBehind)
               ZR_DATA_ERR_FAULTY);
 }
 
+TEST(Memory, ThatRunsOutInAnEditOfADatastoreLeavesNothingBehind)
+{
+    Schema schema("list l { key \"k j\"; leaf k { type string; } leaf j { type string; }"
+                  "  leaf-list v { type string; ordered-by user; } }");
+    std::string store = Wrap("<l><k>1</k><j>1</j><v>a</v></l><x/>");
+    xmlDoc *doc = xmlReadMemory(store.data(), static_cast<int>(store.size()), nullptr, nullptr, 0);
+    ZrDataOptions options = Options(ZR_DATA_EDIT);
+    options.datastore = xmlDocGetRootElement(doc);
+    EXPECT_EQ(FailEachAllocation(schema, options,
+                                 "<c xmlns:y=\"urn:ietf:params:xml:ns:yang:1\" xmlns=\"urn:m\""
+                                 " xmlns:n=\"urn:ietf:params:xml:ns:netconf:base:1.0\">"
+                                 "<l><k>1</k><j>1</j><v y:insert=\"after\" y:value=\"a\">b</v></l>"
+                                 "<l n:operation=\"delete\"><k>1</k><j>2</j></l></c>"),
+              ZR_DATA_ERR_FAULTY);
+    xmlFreeDoc(doc);
+}
+
 } // namespace datatest

@@ -129,4 +129,92 @@ TEST(Data, HasNoAttributesOfEdits)
                 ElementsAre("unknown-attribute /a: attribute \"operation\" is not known"));
 }
 
+namespace {
+
+const std::string kHosts =
+    "container hosts { presence p; list host { key \"name zone\"; leaf name { type string; }"
+    "  leaf zone { type int8; } leaf note { type string; } leaf-list tag { type int8; } } }"
+    "container plain { leaf a { type int8; } }";
+
+// What an edit finds in a datastore with the host "a" of zone 1.
+Texts EditHosts(const std::string &edit, const std::string &defaultOperation = "")
+{
+    Schema schema(kHosts);
+    std::string config =
+        "<config xmlns:xc=\"urn:ietf:params:xml:ns:netconf:base:1.0\">" + edit + "</config>";
+    if (!defaultOperation.empty())
+        config =
+            EditConfig("<default-operation>" + defaultOperation + "</default-operation>" + config);
+    return schema.CheckMessage(config, ZR_DATA_EDIT,
+                               "<data><hosts xmlns=\"urn:m\"><host><name>a</name><zone>1</zone>"
+                               "<note>x</note><tag>7</tag></host></hosts></data>");
+}
+
+std::string Hosts(const std::string &inner)
+{
+    return "<hosts xmlns=\"urn:m\">" + inner + "</hosts>";
+}
+
+} // namespace
+
+TEST(EditOfADatastore, CreatesWhatIsNotThere)
+{
+    EXPECT_THAT(EditHosts(Hosts("<host xc:operation='create'><name>a</name><zone>2</zone></host>")),
+                IsEmpty());
+    EXPECT_THAT(
+        EditHosts(Hosts("<host xc:operation='create'><name>a</name><zone>+1</zone></host>")),
+        ElementsAre("data-exists /hosts/host[name='a'][zone='1']: \"host\" is there and "
+                    "cannot be created"));
+    EXPECT_THAT(
+        EditHosts(Hosts("<host><name>a</name><zone>1</zone>"
+                        "<note xc:operation='create'>y</note>"
+                        "<tag xc:operation='create'>7</tag>"
+                        "<tag xc:operation='create'>8</tag></host>")),
+        ElementsAre(StartsWith("data-exists /hosts/host[name='a'][zone='1']/note: "),
+                    StartsWith("data-exists /hosts/host[name='a'][zone='1']/tag[.='7']: ")));
+    EXPECT_THAT(EditHosts("<hosts xmlns='urn:m' xc:operation='create'/>"),
+                ElementsAre(StartsWith("data-exists /hosts: ")));
+}
+
+TEST(EditOfADatastore, DeletesWhatIsThere)
+{
+    EXPECT_THAT(EditHosts(Hosts("<host xc:operation='delete'><name>a</name><zone>1</zone></host>")),
+                IsEmpty());
+    EXPECT_THAT(EditHosts(Hosts("<host xc:operation='delete'><name>b</name><zone>1</zone></host>"
+                                "<host xc:operation='remove'><name>c</name><zone>1</zone></host>")),
+                ElementsAre("data-missing /hosts/host[name='b'][zone='1']: \"host\" is not there"));
+    EXPECT_THAT(
+        EditHosts(Hosts("<host><name>b</name><zone>1</zone><note xc:operation='delete'/>"
+                        "<tag xc:operation='delete'>7</tag></host>")),
+        ElementsAre(StartsWith("data-missing /hosts/host[name='b'][zone='1']/note: "),
+                    StartsWith("data-missing /hosts/host[name='b'][zone='1']/tag[.='7']: ")));
+    EXPECT_THAT(EditHosts("<plain xmlns='urn:m' xc:operation='delete'/>"),
+                ElementsAre(StartsWith("data-missing /plain: ")));
+}
+
+TEST(EditOfADatastore, LooksIntoNothingThatIsReplaced)
+{
+    EXPECT_THAT(EditHosts(Hosts("<host xc:operation='replace'><name>a</name><zone>1</zone>"
+                                "<note xc:operation='create'>y</note></host>")),
+                IsEmpty());
+    EXPECT_THAT(EditHosts(Hosts("<host><name>b</name><zone>1</zone><note>y</note></host>")),
+                IsEmpty())
+        << "a merge makes what is not there";
+}
+
+TEST(EditOfADatastore, WithoutADefaultOperationNamesWhatIsThere)
+{
+    EXPECT_THAT(EditHosts(Hosts("<host><name>a</name><zone>1</zone>"
+                                "<tag xc:operation='create'>8</tag></host>"),
+                          "none"),
+                IsEmpty());
+    EXPECT_THAT(EditHosts(Hosts("<host><name>b</name><zone>1</zone>"
+                                "<tag xc:operation='create'>8</tag></host>"),
+                          "none"),
+                ElementsAre("data-missing /hosts/host[name='b'][zone='1']: \"host\" is not there"));
+    EXPECT_THAT(EditHosts("<plain xmlns='urn:m'><a xc:operation='create'>1</a></plain>", "none"),
+                IsEmpty())
+        << "a container without presence is always there";
+}
+
 } // namespace datatest
