@@ -25,6 +25,13 @@ enum ZrBoundKind {
     ZR_BOUND_MAX = 2     /**< "max", likewise */
 };
 
+/** What a type says of the instance that a value refers to (RFC 7950, section 9.9.3). */
+enum ZrRequireInstance {
+    ZR_INSTANCE_NOT_SAID = 0, /**< nothing */
+    ZR_INSTANCE_OPTIONAL = 1, /**< it may be there */
+    ZR_INSTANCE_REQUIRED = 2  /**< it must be there */
+};
+
 /** One bound of a segment of a range or length. */
 typedef struct ZrTypeBound {
     uint32_t kind;           /**< a ::ZrBoundKind */
@@ -69,6 +76,19 @@ ZR_API uint32_t ZR_TYPE_GetDecimal64Fraction(const ZrtRealType *type);
 ZR_API const char *ZR_TYPE_GetTypeConsDataLeafrefPath(const ZrtRealType *type);
 
 /**
+ * Gives the path of a leafref with its predicates (RFC 7950, section 9.9.2).
+ *
+ * Names have the names of their modules in place of prefixes. A name without one in a predicate is
+ * of the module of the leaf or leaf-list that has the type. Only contexts with #ZR_CTX_STANDARD
+ * keep predicates.
+ *
+ * @param type  a type; null is allowed
+ * @return the path; what ZR_TYPE_GetTypeConsDataLeafrefPath() returns for a path without predicates
+ *         and in a context without #ZR_CTX_STANDARD. It belongs to the type
+ */
+ZR_API const char *ZR_TYPE_GetLeafrefPathWithPredicates(const ZrtRealType *type);
+
+/**
  * Tells whether the target of a leafref must be there (RFC 7950, section 9.9.3).
  *
  * @param type  a type; null is allowed
@@ -76,6 +96,21 @@ ZR_API const char *ZR_TYPE_GetTypeConsDataLeafrefPath(const ZrtRealType *type);
  *         for null and for a type statement without "path"
  */
 ZR_API uint32_t ZR_TYPE_GetLeafrefRequireInstance(const ZrtRealType *type);
+
+/**
+ * Tells what a type statement says of the instance that a value refers to, for leafrefs,
+ * instance-identifiers and what is derived from them (RFC 7950, sections 9.9.3 and 9.13.1).
+ *
+ * A type that names a typedef speaks for itself: when it says nothing, the typedef holds, which
+ * ZR_TYPE_IterRealTypeDerivedName() leads to.
+ *
+ * @param type  a type; null is allowed
+ * @return #ZR_INSTANCE_REQUIRED by "require-instance" "true", and for a leafref or
+ *         instance-identifier without the statement; #ZR_INSTANCE_OPTIONAL by "false";
+ *         #ZR_INSTANCE_NOT_SAID for any other type without the statement, for null, and in a
+ *         context without #ZR_CTX_STANDARD
+ */
+ZR_API uint32_t ZR_TYPE_GetRequireInstance(const ZrtRealType *type);
 
 /**
  * Walks the chain of typedefs behind a type, from the typedef that it names to the one that is

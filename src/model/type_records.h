@@ -18,11 +18,16 @@ enum ZrtConsKind : uint32_t {
     ZRT_CONS_KIND_COUNT = 10
 };
 
-// Bits of ZrtRealType::boundsFlags.
+// Bits of ZrtRealType::flags.
 enum : uint16_t {
     ZRT_BOUNDS_GIVEN = 0x1,    // the type carries a range or length
     ZRT_BOUNDS_EXPLICIT = 0x2, // its bounds stand for themselves
-    ZRT_BOUNDS_RELATIVE = 0x4  // "min" or "max" refer to the parent typedef's bounds
+    ZRT_BOUNDS_RELATIVE = 0x4, // "min" or "max" refer to the parent typedef's bounds
+
+    // "require-instance", in contexts with ZR_CTX_STANDARD: neither bit where nothing is said.
+    ZRT_INSTANCE_OPTIONAL = 0x8,
+    ZRT_INSTANCE_REQUIRED = 0x10, // also by a leafref or instance-identifier that says nothing
+    ZRT_INSTANCE_BITS = 0x18
 };
 
 struct ZrtConsSlot {
@@ -32,7 +37,7 @@ struct ZrtConsSlot {
 
 struct ZrtRealType {
     uint32_t baseType; // ZrtBuiltInType
-    uint16_t boundsFlags;
+    uint16_t flags;
     uint16_t consCount;
     ZrtConsSlot *constraints; // ascending by kind
 };
@@ -111,8 +116,16 @@ struct ZrtConsRange {
 };
 
 struct ZrtConsPath {
-    const char *path;
-    uint32_t requireInstance;
+    const char *path;         // without predicates
+    uint32_t requireInstance; // 0 or 1, and ZRT_PATH_HAS_PREDICATES
+};
+
+// The body is a ZrtConsFullPath.
+constexpr uint32_t ZRT_PATH_HAS_PREDICATES = 0x2;
+
+// A path with predicates, in contexts with ZR_CTX_STANDARD.
+struct ZrtConsFullPath : ZrtConsPath {
+    const char *fullPath;
 };
 
 struct ZrtPatternItem {

@@ -82,12 +82,22 @@ void *ZRT_CONS_CreateConsDataBodyWithPath(uint32_t)
     return zr::New<ZrtConsPath>();
 }
 
+ZrtConsPath *zr::CreateFullPath()
+{
+    auto *path = zr::New<ZrtConsFullPath>();
+    if (path != nullptr)
+        path->requireInstance = ZRT_PATH_HAS_PREDICATES;
+    return path;
+}
+
 void ZRT_CONS_DestroyConsDataBodyWithPath(ZrCtx *ctx, void *body)
 {
     auto *path = static_cast<ZrtConsPath *>(body);
     if (path == nullptr)
         return;
     zr::Release(&ctx->dict, path->path);
+    if (ZrtConsFullPath *full = zr::FullPathOf(path); full != nullptr)
+        zr::Release(&ctx->dict, full->fullPath);
     zr::Free(path);
 }
 
@@ -96,11 +106,18 @@ void *ZRT_CONS_CopyConsDataBodyWithPath(ZrCtx *ctx, const void *body)
     const auto *source = static_cast<const ZrtConsPath *>(body);
     if (ctx == nullptr || source == nullptr)
         return nullptr;
-    zr::Owned<ZrtConsPath> copy(zr::New<ZrtConsPath>());
-    if (!copy || !zr::Intern(&ctx->dict, copy->path, source->path))
+    const ZrtConsFullPath *full = zr::FullPathOf(source);
+    ZrtConsPath *copy = full != nullptr ? zr::CreateFullPath() : zr::New<ZrtConsPath>();
+    if (copy == nullptr)
         return nullptr;
     copy->requireInstance = source->requireInstance;
-    return copy.release();
+    if (!zr::Intern(&ctx->dict, copy->path, source->path) ||
+        (full != nullptr &&
+         !zr::Intern(&ctx->dict, zr::FullPathOf(copy)->fullPath, full->fullPath))) {
+        ZRT_CONS_DestroyConsDataBodyWithPath(ctx, copy);
+        return nullptr;
+    }
+    return copy;
 }
 
 const char *ZRT_CONS_GetConsDataLeafrefPath(const void *body)

@@ -198,6 +198,26 @@ ZR_API ZrtConsScanStartEndFunc ZRT_CONS_GetConsDataScanStartEndFunc(uint32_t kin
 ZR_API ZrtDefaultCheckFunc ZRT_CONS_GetBaseTypeDefRestrictCheckFunc(uint32_t baseType);
 }
 
+// Paths of leafrefs.
+
+namespace zr {
+
+// A zero-filled body for a path with predicates; null when memory runs out.
+ZrtConsPath *CreateFullPath();
+
+// The body with its predicates; null for one that has none.
+inline ZrtConsFullPath *FullPathOf(ZrtConsPath *path)
+{
+    bool isFull = path != nullptr && (path->requireInstance & ZRT_PATH_HAS_PREDICATES) != 0;
+    return isFull ? static_cast<ZrtConsFullPath *>(path) : nullptr;
+}
+inline const ZrtConsFullPath *FullPathOf(const ZrtConsPath *path)
+{
+    return FullPathOf(const_cast<ZrtConsPath *>(path));
+}
+
+} // namespace zr
+
 // Values handed on to another type: a union's member or a leafref's target.
 
 namespace zr {

@@ -209,7 +209,7 @@ void SetBoundsFlags(ZrtRealType *type, bool usesMinMax)
 {
     bool relative = type->baseType == ZRT_TYPE_DERIVED && usesMinMax;
     uint32_t kind = relative ? ZRT_BOUNDS_RELATIVE : ZRT_BOUNDS_EXPLICIT;
-    type->boundsFlags = static_cast<uint16_t>(type->boundsFlags | ZRT_BOUNDS_GIVEN | kind);
+    type->flags = static_cast<uint16_t>(type->flags | ZRT_BOUNDS_GIVEN | kind);
 }
 
 } // namespace

@@ -93,7 +93,7 @@ void ZRT_TYPE_DestroyZrtRealTypeInner(ZrCtx *ctx, ZrtRealType *type)
         return;
     ZRT_TYPE_DestroyTypeConstraintArray(ctx, type);
     type->baseType = ZRT_TYPE_DERIVED;
-    type->boundsFlags = 0;
+    type->flags = 0;
 }
 
 void ZRT_TYPE_DestroyZrtRealType(ZrCtx *ctx, ZrtRealType *type)
@@ -122,8 +122,9 @@ uint32_t ZRT_TYPE_CopyZrtRealTypeInner(ZrCtx *ctx, ZrtRealType *destination,
     if (ctx == nullptr || destination == nullptr || source == nullptr)
         return ZR_ERR_NO_MEMORY;
     if (source->consCount == 0) {
-        // A type without slots has no bounds, so there are no flags to take over.
+        // A type without slots has no bounds, so there are no flags of these to take over.
         destination->baseType = source->baseType;
+        destination->flags = static_cast<uint16_t>(source->flags & ZRT_INSTANCE_BITS);
         destination->consCount = 0;
         destination->constraints = nullptr;
         return ZR_OK;
@@ -131,7 +132,7 @@ uint32_t ZRT_TYPE_CopyZrtRealTypeInner(ZrCtx *ctx, ZrtRealType *destination,
     if (ZRT_TYPE_ExpandConstraintArray(destination, source->consCount) != ZR_OK)
         return ZR_ERR_NO_MEMORY;
     destination->baseType = source->baseType;
-    destination->boundsFlags = source->boundsFlags;
+    destination->flags = source->flags;
     for (uint32_t i = 0; i < source->consCount; ++i) {
         if (!CopySlot(ctx, destination->constraints[i], source->constraints[i])) {
             ZRT_TYPE_DestroyZrtRealTypeInner(ctx, destination);

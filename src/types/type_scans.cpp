@@ -89,11 +89,24 @@ const char *ZR_TYPE_GetTypeConsDataLeafrefPath(const ZrtRealType *type)
     return ZRT_CONS_GetConsDataLeafrefPath(ZRT_TYPE_GetTypeConsDataByConsType(type, ZRT_CONS_PATH));
 }
 
+const char *ZR_TYPE_GetLeafrefPathWithPredicates(const ZrtRealType *type)
+{
+    const auto *path = BodyOf<ZrtConsPath>(type, ZRT_CONS_PATH);
+    const ZrtConsFullPath *full = zr::FullPathOf(path);
+    return full != nullptr ? full->fullPath : ZRT_CONS_GetConsDataLeafrefPath(path);
+}
+
 uint32_t ZR_TYPE_GetLeafrefRequireInstance(const ZrtRealType *type)
 {
-    const auto *path =
-        static_cast<const ZrtConsPath *>(ZRT_TYPE_GetTypeConsDataByConsType(type, ZRT_CONS_PATH));
-    return path != nullptr ? path->requireInstance : 0;
+    const auto *path = BodyOf<ZrtConsPath>(type, ZRT_CONS_PATH);
+    return path != nullptr ? path->requireInstance & ~ZRT_PATH_HAS_PREDICATES : 0;
+}
+
+uint32_t ZR_TYPE_GetRequireInstance(const ZrtRealType *type)
+{
+    if (type == nullptr || (type->flags & ZRT_INSTANCE_BITS) == 0)
+        return ZR_INSTANCE_NOT_SAID;
+    return (type->flags & ZRT_INSTANCE_REQUIRED) != 0 ? ZR_INSTANCE_REQUIRED : ZR_INSTANCE_OPTIONAL;
 }
 
 uint32_t ZR_TYPE_IterRealTypeDerivedName(const ZrtRealType *type, const ZrCtx *ctx,

@@ -47,9 +47,9 @@ void EnterBounds(const ZrtRealType *type, ZrtValidateCtx *validation)
 {
     if (validation->explicitBounds != 0)
         ++validation->explicitBounds;
-    else if ((type->boundsFlags & ZRT_BOUNDS_EXPLICIT) != 0)
+    else if ((type->flags & ZRT_BOUNDS_EXPLICIT) != 0)
         validation->explicitBounds = 1;
-    else if ((type->boundsFlags & ZRT_BOUNDS_RELATIVE) != 0)
+    else if ((type->flags & ZRT_BOUNDS_RELATIVE) != 0)
         validation->parentBounds = 1;
 }
 

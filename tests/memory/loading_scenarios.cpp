@@ -40,7 +40,7 @@ const char *const kStatements = R"yin(
   <description><text>Up.</text></description></enum><enum name="down"/></type></leaf>
   <leaf name="b"><type name="bits"><bit name="x"><position value="2"/></bit><bit name="y"/></type>
   </leaf><leaf name="u"><type name="union"><type name="int8"/><type name="leafref">
-  <path value="../m:e"/></type></type></leaf></notification>)yin";
+  <path value="../m:n[m:e=current()/../m:e]/m:e"/></type></type></leaf></notification>)yin";
 
 void Directories(World &world)
 {

@@ -11,6 +11,7 @@
 #include "schema/deviation/deviation.h"
 #include "schema/members/entry_rules.h"
 #include "schema/nodes/node.h"
+#include "types/constraints.h"
 
 namespace zrtest {
 
@@ -75,6 +76,8 @@ std::string DumpSlot(const ZrtConsSlot &slot)
     case ZRT_CONS_PATH: {
         const auto *body = static_cast<const ZrtConsPath *>(slot.body);
         text += " " + Text(body->path) + std::to_string(body->requireInstance);
+        if (const ZrtConsFullPath *full = zr::FullPathOf(body))
+            text += Text(full->fullPath);
         break;
     }
     case ZRT_CONS_PATTERN: {
@@ -200,8 +203,7 @@ std::string DumpEntryRules(const ZrNode *node)
 
 std::string DumpType(const ZrtRealType *type)
 {
-    std::string text =
-        "[" + std::to_string(type->baseType) + "/" + std::to_string(type->boundsFlags);
+    std::string text = "[" + std::to_string(type->baseType) + "/" + std::to_string(type->flags);
     for (int i = 0; i < type->consCount; ++i)
         text += DumpSlot(type->constraints[i]);
     return text + "]";

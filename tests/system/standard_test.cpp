@@ -243,6 +243,119 @@ TEST_F(Standard, GivesAugmentedNodesTheAccessOfTheTargetThatTheyHave)
     EXPECT_EQ(Access("/b:c/a:k/x"), "a");
 }
 
+// What a type keeps of references: its own "PATH NUMBER", and in brackets what its typedefs and
+// members keep; 2 for "require-instance" "true", 1 for "false", 0 for nothing.
+std::string References(const ZrCtx *ctx, const ZrtRealType *type)
+{
+    struct Walk {
+        const ZrCtx *ctx;
+        const ZrtRealType *type;
+        std::string text;
+    };
+    Walk walk = {ctx, type,
+                 OrDash(ZR_TYPE_GetLeafrefPathWithPredicates(type)) + " " +
+                     std::to_string(ZR_TYPE_GetRequireInstance(type))};
+    auto appendMember = [](const char *, const char *, const ZrtRealType *member, void *user) {
+        auto *self = static_cast<Walk *>(user);
+        self->text += " [" + References(self->ctx, member) + "]";
+        return 0u;
+    };
+    auto appendLink = [](const char *, const char *, const ZrtRealType *link, void *user) {
+        auto *self = static_cast<Walk *>(user);
+        if (link != self->type)
+            self->text += " [" + References(self->ctx, link) + "]";
+        return 1u; // the link itself goes on
+    };
+    ZR_TYPE_ScanUnionSubType(type, appendMember, &walk);
+    ZR_TYPE_IterRealTypeDerivedName(type, ctx, appendLink, &walk);
+    return walk.text;
+}
+
+const std::string kKeptPath =
+    "../../x:port[x:name = current()/../x:name][slot=current()/../s]/x:speed";
+const std::string kSpeed = Leafref(kKeptPath);
+
+// Typedefs, members of unions, augments and deviations that are references.
+struct Referring {
+    std::string x = List("port", "name slot", Leaf("name") + Leaf("slot") + Leaf("speed"));
+    std::string b =
+        Import("x") + TypeDef("speed", kSpeed) + Leaf("own", kSpeed) +
+        Leaf("derived", Type("speed")) + Leaf("either", Type("union", Type("int8") + kSpeed)) +
+        Leaf("plain", Leafref("../x:port/x:name")) + Leaf("other", "string") + Container("c");
+    std::string a = Import("b") + Import("x") + Augment("/b:c", Leaf("l", kSpeed));
+    std::string d = Import("b") + Import("x") + Deviation("/b:other", "replace", kSpeed);
+};
+
+TEST_F(Standard, KeepsPredicatesOfLeafrefsWithTheModuleOfEachName)
+{
+    Referring modules;
+    Have("x", modules.x);
+    Have("b", modules.b);
+    Have("a", modules.a);
+    Have("d", modules.d);
+    auto kept = [&](const std::string &path) {
+        return References(ctx_, ZR_NODE_GetRealType(Node(path)));
+    };
+    const std::string path = kKeptPath + " 2";
+    EXPECT_EQ(kept("/b:own"), path);
+    EXPECT_STREQ(ZR_TYPE_GetTypeConsDataLeafrefPath(ZR_NODE_GetRealType(Node("/b:own"))),
+                 "../../x:port/speed");
+    EXPECT_EQ(kept("/b:derived"), "- 0 [" + path + "]") << "the typedef has it";
+    EXPECT_EQ(kept("/b:either"), "- 0 [- 0] [" + path + "]");
+    EXPECT_EQ(kept("/b:plain"), "../x:port/name 2");
+    EXPECT_EQ(kept("/b:c/a:l"), path);
+    EXPECT_EQ(kept("/b:other"), path);
+    EXPECT_EQ(Unload("d"), ZR_OK);
+    EXPECT_EQ(kept("/b:other"), "- 0");
+    EXPECT_THAT(Errors(), IsEmpty());
+}
+
+TEST_F(Standard, GivesPathsTheNamesOfModulesForPrefixes)
+{
+    Have("x", Referring().x);
+    Have("b", Import("x", "p") + Leaf("l", Leafref("/p:port[ p:name=current()/../b:n ]/p:speed")) +
+                  Leaf("n"));
+    EXPECT_EQ(References(ctx_, ZR_NODE_GetRealType(Node("/b:l"))),
+              "/x:port[ x:name=current()/../b:n ]/x:speed 2");
+}
+
+TEST_F(Standard, RefusesAPredicateOfALeafrefThatItCannotRead)
+{
+    for (const char *path : {"/b:l[q:k=current()/../b:x]/b:v", "/b:l[b:k='x]/b:v"}) {
+        Write("b", Leaf("r", Leafref(path)));
+        EXPECT_EQ(Load("b"), ZR_ERR_INVALID) << path;
+        EXPECT_THAT(Errors(), testing::Contains("b: Failed to parse value \"leafref\" of statement "
+                                                "\"type\"."));
+    }
+}
+
+TEST_F(Standard, KeepsRequireInstanceOfEveryTypeThatSaysIt)
+{
+    auto said = [](const std::string &value) {
+        return Statement("require-instance", "value", value);
+    };
+    Have("b",
+         TypeDef("free", Type("instance-identifier", said("false"))) +
+             Leaf("id", "instance-identifier") + Leaf("derived", Type("free")) +
+             Leaf("strict", Type("free", said("true"))) +
+             Leaf("ref", Type("leafref", Statement("path", "value", "../id") + said("false"))) +
+             LeafList("any", Type("union", Type("instance-identifier") + Type("free"))) +
+             Leaf("text", "string"));
+    Have("d",
+         Import("b") + Deviation("/b:text", "replace", Type("instance-identifier", said("false"))));
+    auto kept = [&](const std::string &path) {
+        return References(ctx_, ZR_NODE_GetRealType(Node(path)));
+    };
+    EXPECT_EQ(kept("/b:id"), "- 2");
+    EXPECT_EQ(kept("/b:derived"), "- 0 [- 1]");
+    EXPECT_EQ(kept("/b:strict"), "- 2 [- 1]");
+    EXPECT_EQ(kept("/b:ref"), "../b:id 1");
+    EXPECT_EQ(kept("/b:any"), "- 0 [- 2] [- 0 [- 1]]");
+    EXPECT_EQ(kept("/b:text"), "- 1");
+    EXPECT_EQ(Unload("d"), ZR_OK);
+    EXPECT_EQ(kept("/b:text"), "- 0");
+}
+
 struct Wrong {
     const char *where;
     std::string body;
@@ -314,6 +427,15 @@ class WithoutStandard : public Application {
 protected:
     void SetUp() override { Start(); }
 };
+
+TEST_F(WithoutStandard, ReferencesAreKeptWithoutPredicates)
+{
+    Have("b", Leaf("r", Leafref("/b:l[q:k='x][]/b:v")) +
+                  Leaf("i", Type("instance-identifier",
+                                 Statement("require-instance", "value", "false"))));
+    EXPECT_EQ(References(ctx_, ZR_NODE_GetRealType(Node("/b:r"))), "/b:l/v 0");
+    EXPECT_EQ(References(ctx_, ZR_NODE_GetRealType(Node("/b:i"))), "- 0");
+}
 
 TEST_F(WithoutStandard, NothingOfItIsKeptOrTaken)
 {

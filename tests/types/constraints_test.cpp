@@ -318,4 +318,22 @@ TEST(LeafrefCopy, IsNullWhicheverAllocationFails)
     EXPECT_EQ(points, 3u); // the body, and two blocks for the path
 }
 
+TEST(LeafrefCopy, HasThePredicatesOfAPathThatIsKeptWhole)
+{
+    zrtest::TestContext ctx;
+    ZrtConsFullPath body = {{"/m:l/a", 1 | ZRT_PATH_HAS_PREDICATES}, "/m:l[m:k=current()/../b]/a"};
+    uint64_t points = zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
+        auto *copy = static_cast<ZrtConsPath *>(
+            memory.Run([&] { return ZRT_CONS_CopyConsDataBodyWithPath(ctx, &body); }));
+        ASSERT_EQ(copy == nullptr, memory.Failed());
+        if (copy != nullptr) {
+            EXPECT_STREQ(copy->path, body.path);
+            EXPECT_STREQ(zr::FullPathOf(copy)->fullPath, body.fullPath);
+            EXPECT_EQ(copy->requireInstance, body.requireInstance);
+        }
+        ZRT_CONS_DestroyConsDataBodyWithPath(ctx, copy);
+    });
+    EXPECT_EQ(points, 5u); // the body, and two blocks for each path
+}
+
 } // namespace

@@ -182,7 +182,7 @@ public:
     Parsed(const Parsed &) = delete;
     Parsed &operator=(const Parsed &) = delete;
 
-    uint32_t flags() const { return type_.boundsFlags; }
+    uint32_t flags() const { return type_.flags; }
     const ZrtConsRange &body() const { return *body_; }
     std::string Segment(uint32_t index, uint32_t readAs) const
     {

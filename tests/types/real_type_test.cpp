@@ -48,7 +48,7 @@ struct Describer {
         const char *moduleName = nullptr;
         const char *name = ZRT_TYPE_GetInheritedTypDefName(type, &moduleName);
         const char *path = ZR_TYPE_GetTypeConsDataLeafrefPath(type);
-        text += std::to_string(type->baseType) + "/" + std::to_string(type->boundsFlags) + "/" +
+        text += std::to_string(type->baseType) + "/" + std::to_string(type->flags) + "/" +
                 std::to_string(type->consCount) + (name != nullptr ? name : "") +
                 (path != nullptr ? path : "") + std::to_string(ZR_TYPE_GetDecimal64Fraction(type)) +
                 ";";
@@ -213,9 +213,18 @@ TEST(CopyType, WithoutSlotsCopiesTheBaseTypeAlone)
     ZrtRealType destination = {};
     EXPECT_EQ(ZRT_TYPE_CopyZrtRealTypeInner(ctx, &destination, &source), ZR_OK);
     EXPECT_EQ(destination.baseType, uint32_t{ZRT_TYPE_INT8});
-    EXPECT_EQ(destination.boundsFlags, 0);
+    EXPECT_EQ(destination.flags, 0);
     EXPECT_EQ(destination.consCount, 0);
     EXPECT_EQ(destination.constraints, nullptr);
+}
+
+TEST(CopyType, WithoutSlotsTakesOverRequireInstance)
+{
+    zrtest::TestContext ctx;
+    ZrtRealType source = {ZRT_TYPE_INSTANCE_IDENTIFIER, ZRT_INSTANCE_OPTIONAL, 0, nullptr};
+    ZrtRealType destination = {};
+    EXPECT_EQ(ZRT_TYPE_CopyZrtRealTypeInner(ctx, &destination, &source), ZR_OK);
+    EXPECT_EQ(destination.flags, ZRT_INSTANCE_OPTIONAL);
 }
 
 TEST(CopyType, OfASlotWithoutABodyFailsAndLeavesTheDestinationEmpty)

@@ -106,6 +106,23 @@ TEST(LeafrefRequireInstance, IsTrueUnlessTheTypeSaysOtherwise)
     EXPECT_EQ(ZR_TYPE_GetLeafrefRequireInstance(nullptr), 0u);
 }
 
+TEST(PathWithPredicates, IsThePathAloneWhereNoneAreKept)
+{
+    Leaf leaf("<type name=\"leafref\"><path value=\"../l[k = current()/../b]/a\"/></type>");
+    EXPECT_STREQ(ZR_TYPE_GetLeafrefPathWithPredicates(leaf.type()),
+                 ZR_TYPE_GetTypeConsDataLeafrefPath(leaf.type()));
+    Leaf other("<type name=\"int8\"/>");
+    EXPECT_EQ(ZR_TYPE_GetLeafrefPathWithPredicates(other.type()), nullptr);
+    EXPECT_EQ(ZR_TYPE_GetLeafrefPathWithPredicates(nullptr), nullptr);
+}
+
+TEST(RequireInstance, IsNotSaidWhereItIsNotKept)
+{
+    Leaf leaf("<type name=\"instance-identifier\"><require-instance value=\"false\"/></type>");
+    EXPECT_EQ(ZR_TYPE_GetRequireInstance(leaf.type()), ZR_INSTANCE_NOT_SAID);
+    EXPECT_EQ(ZR_TYPE_GetRequireInstance(nullptr), ZR_INSTANCE_NOT_SAID);
+}
+
 TEST(NameValueScan, ListsEnumsWithSignedValues)
 {
     Leaf leaf("<type name=\"enumeration\"><enum name=\"a\"><value value=\"-5\"/></enum>"

@@ -161,7 +161,33 @@ uint32_t ReadRequireInstance(const xmlNode *element)
     return value == nullptr || value[0] != 'f';
 }
 
+bool KeepsPredicates(const ZrMod *module, const xmlNode *element)
+{
+    const char *path = zr::MarkedChildArgument(element, ZRT_CONS_PATH);
+    return zr::IsStandard(module->ctx) && path != nullptr && std::strchr(path, '[') != nullptr;
+}
+
+// The path of a leafref is kept twice: for the schema without its predicates, and whole for data.
+uint32_t KeepPredicates(ZrMod *module, ZrtConsPath *leafref, const char *path)
+{
+    ZrtConsFullPath *full = zr::FullPathOf(leafref);
+    if (full == nullptr)
+        return ZR_OK;
+    zr::Owned<char> fullPath(ZRS_LOADER_TransPrefix2ModNameInLiteral(module, path));
+    return fullPath ? Intern(module, full->fullPath, fullPath.get()) : uint32_t{ZR_ERR_INVALID};
+}
+
 } // namespace
+
+uint16_t zr::ReadInstanceFlags(const ZrMod *module, const xmlNode *element, uint32_t baseType)
+{
+    bool refers = baseType == ZRT_TYPE_LEAFREF || baseType == ZRT_TYPE_INSTANCE_IDENTIFIER;
+    bool speaks =
+        refers || zr::FirstChildNamed(element, KeywordOf(ZRS_STMT_REQUIRE_INSTANCE)) != nullptr;
+    if (!speaks || !zr::IsStandard(module->ctx))
+        return 0;
+    return ReadRequireInstance(element) != 0 ? ZRT_INSTANCE_REQUIRED : ZRT_INSTANCE_OPTIONAL;
+}
 
 uint32_t ZRT_LOADER_FillConsDataAndAllPathSeg(ZrMod *module, ZrtRealType * /*type*/, void *body,
                                               xmlNode *element, uint32_t /*count*/)
@@ -170,13 +196,15 @@ uint32_t ZRT_LOADER_FillConsDataAndAllPathSeg(ZrMod *module, ZrtRealType * /*typ
     const char *path = zr::MarkedChildArgument(element, ZRT_CONS_PATH);
     if (path == nullptr || leafref->path != nullptr)
         return ZR_ERR_INVALID;
-    leafref->requireInstance = ReadRequireInstance(element);
+    leafref->requireInstance =
+        (leafref->requireInstance & ZRT_PATH_HAS_PREDICATES) | ReadRequireInstance(element);
     if (path[0] != '.' && path[0] != '/')
         return ZR_ERR_INVALID;
     zr::Owned<char> jsonPath(ZR_XPATH_TransformToJsonFormat(module, path));
     if (!jsonPath)
         return ZR_ERR_INVALID;
-    return Intern(module, leafref->path, jsonPath.get());
+    uint32_t status = Intern(module, leafref->path, jsonPath.get());
+    return status == ZR_OK ? KeepPredicates(module, leafref, path) : status;
 }
 
 uint32_t ZRT_LOADER_FillOneConsSegUnion(ZrMod *module, xmlNode *element, void *item,
@@ -367,12 +395,19 @@ uint32_t ItemsToCreate(uint32_t kind, uint32_t count)
     return kind == ZRT_CONS_LENGTH || kind == ZRT_CONS_RANGE ? 0 : count;
 }
 
+void *CreateBody(const ZrMod *module, uint32_t kind, uint32_t count, const xmlNode *element)
+{
+    if (kind == ZRT_CONS_PATH && KeepsPredicates(module, element))
+        return zr::CreateFullPath();
+    return ZRT_CONS_GetConsDataCreateBodyFunc(kind)(ItemsToCreate(kind, count));
+}
+
 uint32_t FillSlot(ZrMod *module, ZrtRealType *type, uint32_t kind, uint32_t count, xmlNode *element)
 {
     ZrtConsSlot &slot = type->constraints[type->consCount];
     if (slot.body != nullptr)
         return ZR_ERR_INVALID;
-    slot.body = ZRT_CONS_GetConsDataCreateBodyFunc(kind)(ItemsToCreate(kind, count));
+    slot.body = CreateBody(module, kind, count, element);
     if (slot.body == nullptr)
         return ZR_ERR_NO_MEMORY;
     slot.kind = kind;

@@ -54,6 +54,9 @@ uint32_t CountAndMarkRestrictions(xmlNode *element, ZrtTypeSubElemCount *counter
 bool HasTypeMark(const xmlNode *element, uint32_t mark);
 // The argument of the first child with the kind's mark, or null.
 const char *MarkedChildArgument(const xmlNode *element, uint32_t kind);
+// What a type of that ZrtBuiltInType says with "require-instance", as a bit of ZrtRealType::flags;
+// 0 where it says nothing, and in contexts without ZR_CTX_STANDARD (type_fill.cpp).
+uint16_t ReadInstanceFlags(const ZrMod *module, const xmlNode *element, uint32_t baseType);
 
 } // namespace zr
 

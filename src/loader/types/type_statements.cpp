@@ -76,6 +76,7 @@ uint32_t ZRT_LOADER_ParseTypeStmt(ZrMod *module, xmlNode *element, uint32_t /*pa
         return status;
     }
     type->baseType = baseType;
+    type->flags = zr::ReadInstanceFlags(module, element, baseType);
     if (counters.counts[ZRT_CONS_KIND_COUNT] == 0)
         return ZR_OK;
     status = ZRT_TYPE_ExpandConstraintArray(type, counters.counts[ZRT_CONS_KIND_COUNT]);

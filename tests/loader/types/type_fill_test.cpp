@@ -176,7 +176,7 @@ TEST(RangeFill, OfADecimal64KnowsItsFractionDigitsWhereverTheyStand)
     TypeSnippet snippet("<type name=\"decimal64\"><range value=\"1.25..2\"/>"
                         "<fraction-digits value=\"2\"/></type>");
     EXPECT_EQ(snippet.status(), ZR_OK);
-    EXPECT_EQ(snippet.type().boundsFlags, ZRT_BOUNDS_GIVEN | ZRT_BOUNDS_EXPLICIT);
+    EXPECT_EQ(snippet.type().flags, ZRT_BOUNDS_GIVEN | ZRT_BOUNDS_EXPLICIT);
     TypeSnippet none("<type name=\"decimal64\"><range value=\"1.25..2\"/></type>");
     EXPECT_EQ(none.status(), ZR_ERR_INVALID);
 }
@@ -185,8 +185,7 @@ TEST(RangeFill, TogetherWithALengthSetsTheFlagsOfBoth)
 {
     TypeSnippet snippet("<type name=\"t:a\"><range value=\"1..max\"/><length value=\"1\"/></type>");
     EXPECT_EQ(snippet.status(), ZR_OK);
-    EXPECT_EQ(snippet.type().boundsFlags,
-              ZRT_BOUNDS_GIVEN | ZRT_BOUNDS_EXPLICIT | ZRT_BOUNDS_RELATIVE);
+    EXPECT_EQ(snippet.type().flags, ZRT_BOUNDS_GIVEN | ZRT_BOUNDS_EXPLICIT | ZRT_BOUNDS_RELATIVE);
 }
 
 std::string String(const std::string &pattern)
