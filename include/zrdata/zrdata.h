@@ -95,12 +95,12 @@ typedef struct ZrDataOptions {
         names of modules where they change. Else it is not looked at. */
     const char *operation;
     /** Of a message: the wrapper element (xmlNode *) of the data that it is sent to or comes from,
-        state and configuration. Its conditions and leafrefs look into that data (RFC 7950, section
-        6.4.1), with the defaults in use there. It is only read, and not judged: where it has
-        faults there is a warning. Null for none: conditions see the defaults alone, and leafrefs
-        that lead out of the message are not followed. Of an edit: the datastore that it is made
-        for; what its operations find there, or do not, is told as data-exists, data-missing and
-        missing-instance. Of data it is not looked at. */
+        state and configuration. Its conditions and references look into that data (RFC 7950,
+        section 6.4.1), with the defaults in use there. It is only read, and not judged: where it
+        has faults there is a warning. Null for none: conditions see the defaults alone, and
+        references that lead out of the message are not followed. Of an edit: the datastore that
+        it is made for; what its operations find there, or do not, is told as data-exists,
+        data-missing and missing-instance. Of data it is not looked at. */
     const void *datastore;
 } ZrDataOptions;
 
@@ -145,8 +145,9 @@ typedef int (*ZrDataProblemFunc)(const char *nodePath, const char *expression, c
 /**
  * Makes the plan of what a context has loaded.
  *
- * The context is best made with #ZR_CTX_STANDARD: without it numbers of entries and "unique" are
- * not known and not checked, and keys count in the order of their leafs.
+ * The context is best made with #ZR_CTX_STANDARD: without it numbers of entries, "unique",
+ * predicates of leafrefs and "require-instance" of instance-identifiers are not known and not
+ * checked, and keys count in the order of their leafs.
  *
  * Features count as they are now: a node whose features are off, and what stands below it, is
  * unknown to the plan (RFC 7950, section 5.6.2).
@@ -185,8 +186,9 @@ ZR_DATA_API uint32_t ZR_DATA_IsPlanCurrent(const ZrDataPlan *plan);
 
 /**
  * Lists the expressions that the plan cannot use: conditions that are no XPath 1.0 or name modules
- * that are not loaded, and leafref paths that lead to no node. A condition of these is a fault of
- * the data where it would have to be evaluated; a leafref of these takes any value.
+ * that are not loaded, and leafref paths that lead to no leaf or have predicates that are none of
+ * theirs (RFC 7950, section 9.9.2). A condition of these is a fault of the data where it would have
+ * to be evaluated; a leafref of these takes any value.
  *
  * @param plan      the plan; null gives #ZR_DATA_ERR_INVALID
  * @param callback  called for each; null gives #ZR_DATA_ERR_INVALID

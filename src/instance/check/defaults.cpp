@@ -61,6 +61,7 @@ private:
             element->isFaulty = result.fault != nullptr;
             std::string_view value = element->isFaulty ? text : value_;
             run_.tree.SetValue(*element, run_.arena.CopyText(value), result.type);
+            run_.tree.SetMember(*element, result.member, text);
         }
     }
 

@@ -115,9 +115,7 @@ private:
     {
         found_.clear();
         if (plan.kind == ZR_NODE_LEAF_LIST) {
-            for (auto *hit = in.references.FindValue(parent, plan, values[0]); hit != nullptr;
-                 hit = hit->next)
-                found_.push_back(hit->leaf);
+            in.references.FindValues(parent, plan, values[0], found_);
         } else {
             std::pmr::vector<References::Wanted> wanted(run_.memory);
             for (size_t i = 0; i < values.size(); ++i)

@@ -163,34 +163,4 @@ void CheckLists(Run &run)
             checker.Check(*element);
 }
 
-namespace {
-
-// Whether a leaf is in data that the check was not given: outside a message without a datastore.
-bool IsElsewhere(const Run &run, const PlanNode &target)
-{
-    if (!run.tree.root.isContext || run.options.datastore != nullptr)
-        return false;
-    const PlanNode *at = &target;
-    while (at != nullptr && !at->IsMessage())
-        at = at->parent;
-    return at == nullptr;
-}
-
-} // namespace
-
-void CheckReferences(Run &run)
-{
-    for (Element *element : run.tree.elements) {
-        const Type *type = element->plan->type;
-        if (element->isContext || type == nullptr || !type->requiresInstance ||
-            type->target == nullptr || element->isFaulty || IsElsewhere(run, *type->target) ||
-            run.references.Find(*element, *type) != nullptr)
-            continue;
-        Fault fault = FaultAt(*element, ZR_ERROR_TAG_DATA_MISSING);
-        fault.appTag = "instance-required";
-        run.faults.Add(fault, {"\"", element->plan->name, "\" refers to \"", element->value,
-                               "\", which is not there"});
-    }
-}
-
 } // namespace zr::data

@@ -211,7 +211,9 @@ void Matcher::ReadLeaf(Element &leaf)
     leaf.isFaulty = result.fault != nullptr;
     std::string_view value = leaf.isFaulty ? text_ : value_;
     run_.tree.SetValue(leaf, KeepValue(leaf, value), result.type);
-    if (leaf.isFaulty)
+    if (!leaf.isFaulty)
+        run_.tree.SetMember(leaf, result.member, {});
+    else
         faults_.Add(FaultAt(leaf, ZR_ERROR_TAG_INVALID_VALUE),
                     {"\"", text_, "\" is no value of \"", leaf.plan->name, "\": ", result.fault});
 }

@@ -48,6 +48,7 @@ void CheckDocument(Run &run, const xmlNode &root)
     AddDefaults(run);
     run.tree.Complete();
     run.references.Settle();
+    SettleUnions(run);
     CheckWhens(run);
     CheckLists(run);
     CheckMandatory(run);

@@ -62,6 +62,7 @@ void ReadDatastore(Run &run, Faults &warnings);
 
 // What follows, on all elements.
 void AddDefaults(Run &run);
+void SettleUnions(Run &run);
 void CheckWhens(Run &run);
 void CheckLists(Run &run);
 void CheckMandatory(Run &run);

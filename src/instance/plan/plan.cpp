@@ -110,6 +110,17 @@ const Message *Plan::FindMessage(const PlanNode &parent, const PlanModule *modul
                                         : nullptr;
 }
 
+const PlanNode *Plan::FindOwnMessage(const PlanNode &leaf, const PlanNode &parent,
+                                     const PlanModule *module, std::string_view name)
+{
+    const PlanNode *at = &leaf;
+    while (at != nullptr && !at->IsMessage())
+        at = at->parent;
+    bool isMeant =
+        at != nullptr && at->parent == &parent && at->module == module && name == at->name;
+    return isMeant ? at : nullptr;
+}
+
 const Message *Plan::FindOperation(std::string_view path) const
 {
     const PlanNode *at = &root;

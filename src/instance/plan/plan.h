@@ -5,6 +5,7 @@
 #include <libxml/tree.h>
 #include <zrschema/zrschema.h>
 
+#include <algorithm>
 #include <memory_resource>
 #include <span>
 #include <string_view>
@@ -135,6 +136,10 @@ public:
     // An operation or notification that is defined in a data node or at the top.
     const Message *FindMessage(const PlanNode &parent, const PlanModule *module,
                                std::string_view name) const;
+    // The message that a leaf stands in, as a child of the node in which the message is defined;
+    // null when another child is asked for.
+    static const PlanNode *FindOwnMessage(const PlanNode &leaf, const PlanNode &parent,
+                                          const PlanModule *module, std::string_view name);
     // An operation by a path of names, "MODULE:RPC" or "/MODULE:NODE/.../ACTION"; null when there
     // is none.
     const Message *FindOperation(std::string_view path) const;
@@ -155,6 +160,14 @@ public:
     std::pmr::vector<const Expression *> expressions;
     std::pmr::vector<Problem> problems;
 };
+
+// A copy of the items that lives as long as the plan.
+template <typename T> std::span<T> Keep(Arena &arena, const std::pmr::vector<T> &items)
+{
+    T *kept = arena.NewArray<T>(items.size());
+    std::copy(items.begin(), items.end(), kept);
+    return {kept, items.size()};
+}
 
 bool IsDerived(const Identity &identity, const Identity &base);
 

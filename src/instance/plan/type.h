@@ -46,6 +46,20 @@ struct Identity {
     std::span<const Identity *> ancestors; // what it is derived from, over any number of steps
 };
 
+// A predicate of a leafref's path, [leaf = current()/../x/y]: with the values of what stands so
+// many levels above the leafref, and from there down these nodes.
+struct PathPredicate {
+    const PlanNode *leaf; // of the list
+    uint32_t upward;
+    std::span<const PlanNode *> downward;
+};
+
+// A step of a leafref's path that has predicates.
+struct PathStep {
+    const PlanNode *list;
+    std::span<PathPredicate> predicates;
+};
+
 struct Type {
     const ZrtRealType *source = nullptr; // as it stands at the node or in the union
     uint32_t base = ZRT_TYPE_NONE;       // a ZrtBuiltInType at the end of the chain
@@ -55,13 +69,24 @@ struct Type {
     std::span<PatternUse> patterns;
     std::span<NamedValue> names;
     std::span<const Identity *> identityBases;
+    // Of a union: those of a union among them stand in its place.
     std::span<const Type *> members;
     // Of a leafref: what it points to, null when nothing is there; how many levels its path goes up
     // before it goes down, or kFromRoot.
     static constexpr uint32_t kFromRoot = ~0u;
     const PlanNode *target = nullptr;
     uint32_t upward = 0;
+    std::span<PathStep> steps; // that have predicates, from the highest to the lowest
+    // Of a leafref or instance-identifier, or of any member of a union.
     bool requiresInstance = false;
+
+    // Whether its values refer to instances.
+    bool IsReference() const
+    {
+        return base == ZRT_TYPE_LEAFREF || base == ZRT_TYPE_INSTANCE_IDENTIFIER;
+    }
+    // Whether any member of the union does so.
+    bool hasReferences = false;
 };
 
 } // namespace zr::data

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "instance/plan/leafref.h"
 #include "instance/plan/scan.h"
-#include "shared/names.h"
 
 namespace zr::data {
 
@@ -112,6 +112,28 @@ void TypeMaker::Restrict(Type &type, const ZrtRealType *link,
         type.identityBases = own.bases;
 }
 
+namespace {
+
+void AddMember(const Type &member, std::pmr::vector<const Type *> &members)
+{
+    if (member.base == ZRT_TYPE_UNION)
+        members.insert(members.end(), member.members.begin(), member.members.end());
+    else
+        members.push_back(&member);
+}
+
+// What the outermost type of a chain says that says anything. A context that does not keep it knows
+// it of leafrefs alone.
+bool RequiresInstance(const std::pmr::vector<const ZrtRealType *> &chain)
+{
+    for (const ZrtRealType *link : chain)
+        if (uint32_t said = ZR_TYPE_GetRequireInstance(link); said != ZR_INSTANCE_NOT_SAID)
+            return said == ZR_INSTANCE_REQUIRED;
+    return ZR_TYPE_GetLeafrefRequireInstance(chain.back()) != 0;
+}
+
+} // namespace
+
 const Type *TypeMaker::Make(const PlanNode &leaf, const ZrtRealType *source)
 {
     std::pmr::memory_resource *memory = &plan_.memory;
@@ -145,70 +167,18 @@ const Type *TypeMaker::Make(const PlanNode &leaf, const ZrtRealType *source)
     std::pmr::vector<const Type *> members(memory);
     Scan(ZR_TYPE_ScanUnionSubType, innermost,
          [&](const char *, const char *, const ZrtRealType *member) {
-             members.push_back(Make(leaf, member));
+             AddMember(*Make(leaf, member), members);
          });
     type->members = Keep(plan_.arena, members);
-    if (const char *path = ZR_TYPE_GetTypeConsDataLeafrefPath(innermost))
-        FindTarget(leaf, path, *type);
-    type->requiresInstance = ZR_TYPE_GetLeafrefRequireInstance(innermost) != 0;
+    if (const char *path = ZR_TYPE_GetLeafrefPathWithPredicates(innermost))
+        CompileLeafref(plan_, leaf, path, *type);
+    auto isRequired = [](const Type *member) { return member->requiresInstance; };
+    auto refers = [](const Type *member) { return member->IsReference(); };
+    type->hasReferences = std::any_of(members.begin(), members.end(), refers);
+    type->requiresInstance = type->IsReference()
+                                 ? RequiresInstance(chain)
+                                 : std::any_of(members.begin(), members.end(), isRequired);
     return type;
-}
-
-namespace {
-
-// The message that a leaf stands in, as a child of the data in which the message is defined; null
-// when another child is asked for.
-const PlanNode *FindOwnMessage(const PlanNode &leaf, const PlanNode &parent,
-                               const PlanModule *module, std::string_view name)
-{
-    const PlanNode *at = &leaf;
-    while (at != nullptr && !at->IsMessage())
-        at = at->parent;
-    bool isMeant =
-        at != nullptr && at->parent == &parent && at->module == module && name == at->name;
-    return isMeant ? at : nullptr;
-}
-
-} // namespace
-
-// The path comes without its predicates, each step as MODULE:NAME or NAME (RFC 7950,
-// section 9.9.2).
-void TypeMaker::FindTarget(const PlanNode &leaf, const char *path, Type &type)
-{
-    std::string_view rest = path;
-    const PlanNode *at = &leaf;
-    if (rest.starts_with('/')) {
-        at = &plan_.root;
-        type.upward = Type::kFromRoot;
-    }
-    const PlanModule *module = leaf.module;
-    while (at != nullptr && !rest.empty()) {
-        size_t length = std::min(rest.find('/'), rest.size());
-        std::string_view step = rest.substr(0, length);
-        rest.remove_prefix(std::min(length + 1, rest.size()));
-        while (!step.empty() && step.front() == ' ')
-            step.remove_prefix(1);
-        while (!step.empty() && step.back() == ' ')
-            step.remove_suffix(1);
-        if (step.empty() || step == ".")
-            continue;
-        if (step == "..") {
-            ++type.upward;
-            at = at->parent;
-            continue;
-        }
-        QName name = SplitName(step);
-        if (!name.prefix.empty())
-            module = plan_.FindModule(name.prefix);
-        const PlanNode *child = plan_.FindChild(*at, module, name.name);
-        if (child == nullptr)
-            child = plan_.FindChild(*at, leaf.module, name.name);
-        at = child != nullptr ? child : FindOwnMessage(leaf, *at, module, name.name);
-    }
-    if (at != nullptr && at->IsLeaf())
-        type.target = at;
-    else
-        plan_.AddProblem(leaf, path, "the path leads to no leaf");
 }
 
 } // namespace zr::data

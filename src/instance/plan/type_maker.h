@@ -33,18 +33,9 @@ private:
     const Pattern *PatternOf(std::string_view text);
     void Restrict(Type &type, const ZrtRealType *link,
                   std::pmr::vector<std::span<Interval>> &restrictions);
-    void FindTarget(const PlanNode &leaf, const char *path, Type &type);
 
     Plan &plan_;
     std::pmr::unordered_map<const ZrtRealType *, Link> links_;
 };
-
-// A copy of the items that lives as long as the plan.
-template <typename T> std::span<T> Keep(Arena &arena, const std::pmr::vector<T> &items)
-{
-    T *kept = arena.NewArray<T>(items.size());
-    std::copy(items.begin(), items.end(), kept);
-    return {kept, items.size()};
-}
 
 } // namespace zr::data

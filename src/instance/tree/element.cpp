@@ -9,7 +9,7 @@
 namespace zr::data {
 
 Tree::Tree(Arena &anArena, const Plan &plan, std::pmr::memory_resource *memory)
-    : arena(anArena), elements(memory), states_(memory)
+    : arena(anArena), elements(memory), members(memory), states_(memory)
 {
     doc.type = XML_DOCUMENT_NODE;
     doc.doc = &doc;
@@ -63,6 +63,7 @@ void Tree::SetValue(Element &leaf, std::string_view value, const Type *type)
 
 void Tree::AddText(Element &leaf)
 {
+    leaf.node.children = leaf.node.last = nullptr;
     if (leaf.value.empty())
         return;
     auto *text = arena.NewArray<xmlNode>(1);

@@ -7,6 +7,7 @@
 
 #include <memory_resource>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "instance/base/memory.h"
@@ -62,6 +63,17 @@ public:
     // Appends a child. Leafs have their value set by SetValue(), which is not copied.
     Element *Add(Element &parent, const PlanNode &plan, const xmlNode *source, uint32_t order);
     void SetValue(Element &leaf, std::string_view value, const Type *type);
+    // The member of a union with references that took the value of a leaf; `given` is the text of a
+    // default, as the schema has it.
+    struct Member {
+        uint32_t number;
+        std::string_view given;
+    };
+    void SetMember(const Element &leaf, uint32_t number, std::string_view given)
+    {
+        if (leaf.plan->type->hasReferences)
+            members.insert_or_assign(&leaf, Member{number, given});
+    }
     // Takes out the child that was added last.
     void RemoveLast(Element &child);
     // Whether conditions see what is no configuration: those of configuration do not (RFC 7950,
@@ -95,6 +107,7 @@ public:
     Element root = {};
     // Those of which something is asked, in document order, defaults behind their time of adding.
     std::pmr::vector<Element *> elements;
+    std::pmr::unordered_map<const Element *, Member> members;
 
 private:
     void MakeTexts();

@@ -154,11 +154,8 @@ public:
             if (!Take(XPathKind::Slash, "/"))
                 return kMalformed;
             at = TakeName(*at);
-            if (at == nullptr)
+            if (at == nullptr || !TakePredicates(*at))
                 return fault_;
-            while (tokens_.at().kind == XPathKind::OpenBracket)
-                if (!TakePredicate(*at))
-                    return fault_;
         } while (tokens_.at().kind != XPathKind::End);
         return nullptr;
     }
@@ -194,20 +191,53 @@ private:
             return nullptr;
         ((out_ += module->name) += ':') += name.name;
         tokens_.Advance();
-        return scope_.plan.FindChild(parent, module, name.name);
+        const PlanNode *child = scope_.plan.FindChild(parent, module, name.name);
+        return child != nullptr ? child
+                                : Plan::FindOwnMessage(scope_.leaf, parent, module, name.name);
     }
-    bool TakePredicate(const PlanNode &node)
+    // All keys of a list, the value of a leaf-list, or the position in a list without keys.
+    bool TakePredicates(const PlanNode &node)
     {
-        Take(XPathKind::OpenBracket);
-        fault_ = kMalformed;
-        if (!Take(XPathKind::Number)) {
-            if (!Take(XPathKind::Dot) && TakeName(node) == nullptr)
-                return false;
+        std::span<const PlanNode *> keys = node.keys;
+        std::pmr::vector<const PlanNode *> named(out_.get_allocator().resource());
+        while (tokens_.at().kind == XPathKind::OpenBracket) {
+            Take(XPathKind::OpenBracket);
+            const PlanNode *leaf = nullptr;
+            bool isTaken = false;
             fault_ = kMalformed;
-            if (!Take(XPathKind::Operator, "=") || !Take(XPathKind::Literal))
+            if (node.kind == ZR_NODE_LIST && keys.empty()) {
+                isTaken = named.empty() && Take(XPathKind::Number);
+            } else {
+                leaf =
+                    node.kind == ZR_NODE_LEAF_LIST && Take(XPathKind::Dot) ? &node : TakeName(node);
+                bool isMeant =
+                    leaf == &node || std::find(keys.begin(), keys.end(), leaf) != keys.end();
+                fault_ = leaf != nullptr ? kMalformed : fault_;
+                isTaken = isMeant && std::find(named.begin(), named.end(), leaf) == named.end() &&
+                          Take(XPathKind::Operator, "=") && TakeValue(*leaf);
+            }
+            if (!isTaken || !Take(XPathKind::CloseBracket))
                 return false;
+            named.push_back(leaf);
         }
-        return Take(XPathKind::CloseBracket);
+        fault_ = "it does not name all keys of a list";
+        return named.size() >= keys.size();
+    }
+    // A value in its canonical form. One that its type does not take is none of any instance.
+    bool TakeValue(const PlanNode &leaf)
+    {
+        const XPathToken token = tokens_.at();
+        if (token.kind != XPathKind::Literal)
+            return false;
+        std::string_view text = token.text.substr(1, token.text.size() - 2);
+        std::pmr::string value(out_.get_allocator());
+        ValueScope scope = scope_;
+        scope.isQuoted = true;
+        bool isValue = ReadValue(scope, *leaf.type, text, value).fault == nullptr;
+        ((out_ += token.text.front()) += isValue ? std::string_view(value) : text) +=
+            token.text.front();
+        tokens_.Advance();
+        return true;
     }
 
     const ValueScope &scope_;
@@ -305,16 +335,11 @@ ValueResult ReadValue(const ValueScope &scope, const Type &given, std::string_vi
     }
     canonical.clear();
     // Prefixes of a default are those of the node that has it.
-    ValueScope inner{scope.plan, scope.element == nullptr ? scope.leaf : *leaf, scope.element};
-    if (type->base == ZRT_TYPE_UNION) {
-        for (const Type *member : type->members) {
-            ValueResult result = ReadValue(inner, *member, text, canonical);
-            if (result.fault == nullptr)
-                return result;
-        }
-        return {"no member of the union takes it", type};
-    }
-    if (const JsonNode *value = AsJson(scope.element))
+    ValueScope inner{scope.plan, scope.element == nullptr ? scope.leaf : *leaf, scope.element,
+                     scope.isQuoted};
+    if (type->base == ZRT_TYPE_UNION)
+        return ReadMember(inner, *type, 0, text, canonical);
+    if (const JsonNode *value = scope.isQuoted ? nullptr : AsJson(scope.element))
         if (const char *fault = CheckKind(*value, type->base))
             return {fault, type};
     ReadFunc read = kReaders[type->base];
@@ -322,6 +347,18 @@ ValueResult ReadValue(const ValueScope &scope, const Type &given, std::string_vi
         return {read(inner, *type, text, canonical), type};
     canonical = text;
     return {nullptr, type};
+}
+
+ValueResult ReadMember(const ValueScope &scope, const Type &type, uint32_t first,
+                       std::string_view text, std::pmr::string &canonical)
+{
+    for (uint32_t number = first; number < type.members.size(); ++number) {
+        ValueResult result = ReadValue(scope, *type.members[number], text, canonical);
+        result.member = number;
+        if (result.fault == nullptr)
+            return result;
+    }
+    return {"no member of the union takes it", &type};
 }
 
 bool IsDefaultValue(const Plan &plan, const PlanNode &leaf, std::string_view canonical)

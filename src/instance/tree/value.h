@@ -19,17 +19,22 @@ struct ValueScope {
     // The element whose namespaces are in scope; null for a default of the schema, whose prefixes
     // are names of modules, and which may be written in other ways (RFC 7950, section 9.2.1).
     const xmlNode *element;
+    bool isQuoted = false; // it stands in a string of JSON, whatever its type
 };
 
 struct ValueResult {
     const char *fault = nullptr; // null: the type takes the value
     const Type *type = nullptr;  // the member of a union, or what a leafref points to
+    uint32_t member = 0;         // the number of the member
 };
 
 // Reads a text as a value; the canonical form goes into `canonical`, which is undefined after a
 // fault.
 ValueResult ReadValue(const ValueScope &scope, const Type &type, std::string_view text,
                       std::pmr::string &canonical);
+// The same for a union, whose members are tried from the given one on.
+ValueResult ReadMember(const ValueScope &scope, const Type &type, uint32_t first,
+                       std::string_view text, std::pmr::string &canonical);
 
 // The module that a prefix means; null when there is none.
 const PlanModule *FindPrefix(const ValueScope &scope, std::string_view prefix);

@@ -160,9 +160,14 @@ void XmlWriter::DeclareModules(const Element &leaf)
     if (base == ZRT_TYPE_IDENTITYREF)
         DeclareModule(SplitName(leaf.value).prefix);
     if (base == ZRT_TYPE_INSTANCE_IDENTIFIER)
-        for (XPathTokens tokens(leaf.value); tokens.at().kind != XPathKind::End; tokens.Advance())
-            if (tokens.at().kind == XPathKind::Name)
-                DeclareModule(SplitName(tokens.at().text).prefix);
+        for (XPathTokens tokens(leaf.value); tokens.at().kind != XPathKind::End; tokens.Advance()) {
+            std::string_view text = tokens.at().text;
+            if (tokens.at().kind == XPathKind::Literal) // an identity may be a key
+                text = text.substr(1, text.size() - 2);
+            else if (tokens.at().kind != XPathKind::Name)
+                continue;
+            DeclareModule(SplitName(text).prefix);
+        }
 }
 
 void XmlWriter::DeclarePrefix(const xmlNs &space)

@@ -106,22 +106,20 @@ void Deref(Call &call)
         return;
     xmlXPathObject *result = xmlXPathNewNodeSet(nullptr);
     call.Push(result);
-    if (nodes.empty() || nodes[0]->plan->type == nullptr)
+    if (nodes.empty())
         return;
     Element &leaf = *nodes[0];
-    const Type &type = *leaf.plan->type;
-    auto add = [&](Element &target) {
-        if (xmlXPathNodeSetAddUnique(result->nodesetval, &target.node) != 0)
-            throw std::bad_alloc();
-    };
-    if (type.base == ZRT_TYPE_LEAFREF && type.target != nullptr) {
-        for (const References::Hit *hit = evaluator.references.Find(leaf, type); hit != nullptr;
-             hit = hit->next)
-            add(*hit->leaf);
-    } else if (leaf.type != nullptr && leaf.type->base == ZRT_TYPE_INSTANCE_IDENTIFIER) {
+    const Type *type = ReferenceOf(evaluator.tree, leaf);
+    Elements targets(evaluator.memory());
+    if (type != nullptr && type->base == ZRT_TYPE_INSTANCE_IDENTIFIER && !leaf.isFaulty)
         if (Element *target = evaluator.references.FindPath(leaf.value))
-            add(*target);
-    }
+            targets.push_back(target);
+    if (type != nullptr && type->target != nullptr)
+        evaluator.references.Find(leaf, *type, targets);
+    for (Element *target : targets)
+        if (evaluator.tree.IsVisible(*target->plan) &&
+            xmlXPathNodeSetAddUnique(result->nodesetval, &target->node) != 0)
+            throw std::bad_alloc();
 }
 
 // Whether any node is an identityref whose value is derived from an identity, or is that one.

@@ -107,6 +107,34 @@ TEST_F(Published, InterfacesNeedNamesAndTypes)
                 testing::SizeIs(4));
 }
 
+TEST_F(Published, ANotificationNamesAVirtualRouterOfItsOwnInterface)
+{
+    Load({"ietf-interfaces", "iana-if-type", "ietf-ip", "ietf-vrrp"});
+    auto interface = [](const std::string &name, const std::string &id) {
+        return "<interface><name>" + name +
+               "</name><type>ianaift:ethernetCsmacd</type>"
+               "<ipv4 xmlns=\"urn:ietf:params:xml:ns:yang:ietf-ip\">"
+               "<vrrp xmlns=\"urn:ietf:params:xml:ns:yang:ietf-vrrp\"><vrrp-instance><vrid>" +
+               id + "</vrid></vrrp-instance></vrrp></ipv4></interface>";
+    };
+    auto notify = [&](const std::string &name, const std::string &id) {
+        return schema_.CheckMessage(
+            "<vrrp-virtual-router-error-event xmlns=\"urn:ietf:params:xml:ns:yang:ietf-vrrp\">"
+            "<interface>" +
+                name + "</interface><ipv4><vrid>" + id +
+                "</vrid></ipv4><virtual-router-error-reason>interval-error"
+                "</virtual-router-error-reason></vrrp-virtual-router-error-event>",
+            ZR_DATA_NOTIFICATION,
+            "<data>" + Interfaces(interface("eth0", "1") + interface("eth1", "2")) + "</data>");
+    };
+    EXPECT_THAT(notify("eth0", "1"), IsEmpty());
+    EXPECT_THAT(notify("eth1", "2"), IsEmpty());
+    EXPECT_THAT(notify("eth1", "1"),
+                ElementsAre("data-missing[instance-required] "
+                            "/ietf-vrrp:vrrp-virtual-router-error-event/ietf-vrrp:ipv4/"
+                            "ietf-vrrp:vrid: \"vrid\" refers to \"1\", which is not there"));
+}
+
 TEST_F(Published, AddressesOfInterfacesAreValid)
 {
     Load({"ietf-interfaces", "iana-if-type", "ietf-ip"});

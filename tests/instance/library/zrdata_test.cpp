@@ -187,6 +187,26 @@ TEST(Memory, ThatRunsOutAnywhereLeavesNothingBehind)
               ZR_DATA_ERR_FAULTY);
 }
 
+TEST(Memory, ThatRunsOutAmongReferencesLeavesNothingBehind)
+{
+    Schema schema(
+        "list l { key \"k j\"; leaf k { type int8; } leaf j { type string; }"
+        "  leaf-list v { type string; } }"
+        " leaf-list of { type int8; } leaf j { type string; default x; }"
+        " leaf r { type leafref { path \"../l[k = current()/../of][j = current()/../j]/v\"; }"
+        "  must \"deref(.)/../j\"; }"
+        " leaf-list id { type instance-identifier; must \"deref(.)\"; }"
+        " leaf-list u { type union { type leafref { path \"/l/k\"; }"
+        "  type instance-identifier; type string { length 2; } } must \"deref(.)\"; }");
+    EXPECT_EQ(
+        FailEachAllocation(schema, Options(ZR_DATA_CONFIG),
+                           "<c xmlns=\"urn:m\" xmlns:m=\"urn:m\"><l><k>1</k><j>x</j><v>a</v></l>"
+                           "<l><k>2</k><j>x</j></l><of>+2</of><of>1</of><r>a</r>"
+                           "<id>/m:l[m:k='+1'][m:j='x']</id><id>/m:of[.='+3']</id>"
+                           "<u>1</u><u>+3</u><u>300</u><u>/m:of[.='1']</u></c>"),
+        ZR_DATA_ERR_FAULTY);
+}
+
 TEST(Memory, ThatRunsOutInAMessageLeavesNothingBehind)
 {
     Schema schema("list l { key k; leaf k { type string; }"
