@@ -51,6 +51,10 @@ struct Value {
 };
 Value Read(const Node &parent, const Node &leaf, const std::string &text)
 {
+    if (!leaf.list.empty()) {
+        const Node &list = *Find(parent, leaf.list);
+        return Read(list, *Find(list, leaf.reference), text);
+    }
     if (!leaf.reference.empty())
         return Read(parent, *Find(parent, leaf.reference), text);
     if (!leaf.words.empty())
@@ -121,6 +125,19 @@ private:
         if (values.empty() && !node.defaultValue.empty() && IsInUse(schema, node, parent) &&
             IsTrue(node.when, schema, parent))
             values.push_back(node.defaultValue);
+        return values;
+    }
+    // Those of the entries that the chooser names.
+    static std::vector<std::string> ChosenValues(const Node &schema, const Node &leaf,
+                                                 const Element &parent)
+    {
+        std::vector<std::string> choosers = ValuesOf(schema, leaf.chooser, parent), values;
+        const Node &list = *Find(schema, leaf.list);
+        for (const Element *entry : InstancesOf(parent, leaf.list))
+            for (const std::string &key : ValuesOf(list, leaf.key, *entry))
+                if (std::count(choosers.begin(), choosers.end(), key) != 0)
+                    for (const std::string &value : ValuesOf(list, leaf.reference, *entry))
+                        values.push_back(value);
         return values;
     }
     static bool IsTrue(const Condition &condition, const Node &schema, const Element &parent)
@@ -201,7 +218,9 @@ private:
             faults.push_back("operation-failed[must-violation] " + path);
         if (node.reference.empty())
             return;
-        std::vector<std::string> targets = ValuesOf(schema, node.reference, parent);
+        std::vector<std::string> targets = node.list.empty()
+                                               ? ValuesOf(schema, node.reference, parent)
+                                               : ChosenValues(schema, node, parent);
         if (std::count(targets.begin(), targets.end(), value) == 0)
             faults.push_back("data-missing[instance-required] " + path);
     }

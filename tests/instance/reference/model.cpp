@@ -60,8 +60,33 @@ private:
             node.high = 4 + static_cast<int>(chance_.Of(6));
         }
     }
+    // A reference into a list, whose key is an enumeration like the leaf that chooses the entry.
+    bool MakeChosen(Node &node, const Node &parent)
+    {
+        const Node *list = nullptr;
+        const Node *chooser = nullptr;
+        for (const auto &sibling : parent.children) {
+            if (sibling->kind == Kind::kList && !sibling->children[0]->words.empty())
+                list = sibling.get();
+            if (sibling->kind == Kind::kLeaf && !sibling->words.empty())
+                chooser = sibling.get();
+        }
+        if (list == nullptr || chooser == nullptr)
+            return false;
+        std::vector<const Node *> targets;
+        for (const auto &child : list->children)
+            if (child->IsLeaf() && child->reference.empty())
+                targets.push_back(child.get());
+        node.reference = targets[chance_.Of(static_cast<uint32_t>(targets.size()))]->name;
+        node.list = list->name;
+        node.key = list->children[0]->name;
+        node.chooser = chooser->name;
+        return true;
+    }
     void MakeLeaf(Node &node, const Node &parent)
     {
+        if (MakeChosen(node, parent))
+            return;
         const Node *target = nullptr;
         for (const auto &sibling : parent.children)
             if (sibling->kind == Kind::kLeafList && chance_.In(2))
@@ -141,6 +166,9 @@ std::string TextOf(const Condition &condition)
 
 std::string TypeOf(const Node &node)
 {
+    if (!node.list.empty())
+        return "type leafref { path \"../" + node.list + "[" + node.key + " = current()/../" +
+               node.chooser + "]/" + node.reference + "\"; }";
     if (!node.reference.empty())
         return "type leafref { path \"../" + node.reference + "\"; }";
     if (node.words.empty())
@@ -235,8 +263,27 @@ private:
             return; // there is nothing to refer to
         parent.children.push_back(std::move(element));
     }
+    // Mostly that of the entry which is chosen; now and then of the last one.
+    std::string ChosenValue(const Element &parent, const Node &node)
+    {
+        std::string wanted, value;
+        for (const Element &sibling : parent.children)
+            if (sibling.name == node.chooser)
+                wanted = sibling.value;
+        bool isAny = chance_.In(4);
+        for (const Element &sibling : parent.children) {
+            if (sibling.name != node.list || (!isAny && sibling.children[0].value != wanted))
+                continue;
+            for (const Element &leaf : sibling.children)
+                if (leaf.name == node.reference)
+                    value = leaf.value;
+        }
+        return value;
+    }
     std::string ValueOf(const Element &parent, const Node &node)
     {
+        if (!node.list.empty())
+            return ChosenValue(parent, node);
         if (!node.reference.empty()) {
             for (const Element &sibling : parent.children)
                 if (sibling.name == node.reference)

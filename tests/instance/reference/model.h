@@ -34,11 +34,13 @@ struct Condition {
 struct Node {
     Kind kind;
     std::string name;
-    // Of leafs and leaf-lists: words of an enumeration, numbers of a range, or a reference to an
-    // entry of the leaf-list beside it.
+    // Of leafs and leaf-lists: words of an enumeration, numbers of a range, a reference to an entry
+    // of the leaf-list beside it, or one into the list beside it, to those entries that have in
+    // `key` the value of `chooser`, beside it too.
     std::vector<std::string> words;
     int low = 0, high = 0;
     std::string reference;
+    std::string list, key, chooser;
     std::string defaultValue; // "" for none
     bool mandatory = false;
     size_t minimum = 0, maximum = 0; // of entries; 0 for any number
