@@ -198,30 +198,33 @@ private:
     // All keys of a list, the value of a leaf-list, or the position in a list without keys.
     bool TakePredicates(const PlanNode &node)
     {
-        std::span<const PlanNode *> keys = node.keys;
+        bool hasPosition = node.kind == ZR_NODE_LIST && node.keys.empty();
         std::pmr::vector<const PlanNode *> named(out_.get_allocator().resource());
         while (tokens_.at().kind == XPathKind::OpenBracket) {
             Take(XPathKind::OpenBracket);
-            const PlanNode *leaf = nullptr;
-            bool isTaken = false;
             fault_ = kMalformed;
-            if (node.kind == ZR_NODE_LIST && keys.empty()) {
-                isTaken = named.empty() && Take(XPathKind::Number);
-            } else {
-                leaf =
-                    node.kind == ZR_NODE_LEAF_LIST && Take(XPathKind::Dot) ? &node : TakeName(node);
-                bool isMeant =
-                    leaf == &node || std::find(keys.begin(), keys.end(), leaf) != keys.end();
-                fault_ = leaf != nullptr ? kMalformed : fault_;
-                isTaken = isMeant && std::find(named.begin(), named.end(), leaf) == named.end() &&
-                          Take(XPathKind::Operator, "=") && TakeValue(*leaf);
-            }
-            if (!isTaken || !Take(XPathKind::CloseBracket))
+            const PlanNode *leaf = hasPosition ? &node : TakeTested(node);
+            if (leaf == nullptr || std::find(named.begin(), named.end(), leaf) != named.end())
                 return false;
             named.push_back(leaf);
+            bool isTaken = hasPosition ? Take(XPathKind::Number)
+                                       : Take(XPathKind::Operator, "=") && TakeValue(*leaf);
+            if (!isTaken || !Take(XPathKind::CloseBracket))
+                return false;
         }
         fault_ = "it does not name all keys of a list";
-        return named.size() >= keys.size();
+        return named.size() >= node.keys.size();
+    }
+    // What a predicate tests: a leaf-list itself, or a key.
+    const PlanNode *TakeTested(const PlanNode &node)
+    {
+        if (node.kind == ZR_NODE_LEAF_LIST)
+            return Take(XPathKind::Dot) ? &node : nullptr;
+        const PlanNode *leaf = TakeName(node);
+        if (leaf != nullptr)
+            fault_ = kMalformed;
+        bool isKey = std::find(node.keys.begin(), node.keys.end(), leaf) != node.keys.end();
+        return isKey ? leaf : nullptr;
     }
     // A value in its canonical form. One that its type does not take is none of any instance.
     bool TakeValue(const PlanNode &leaf)
