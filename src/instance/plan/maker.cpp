@@ -288,12 +288,12 @@ const Expression *Maker::ExpressionOf(const PlanNode &node, const char *source)
             xmlXPathCompExpr *compiled =
                 xmlXPathCtxtCompile(checker_.get(), XmlText(expression->text));
             if (compiled == nullptr) {
-                if (IsShortOfMemory(checker_->lastError))
-                    throw std::bad_alloc();
                 expression->text = nullptr;
                 expression->fault = "it is no XPath 1.0 expression";
             }
             xmlXPathFreeCompExpr(compiled);
+            if (IsShortOfMemory(checker_->lastError))
+                throw std::bad_alloc();
         }
     }
     const Expression *expression = place->second;

@@ -80,7 +80,7 @@ Truth Evaluator::Evaluate(const Expression &given, Element &context)
     xmlXPathCompExpr *&compiled = compiled_[given.number];
     if (compiled == nullptr)
         compiled = xmlXPathCtxtCompile(context_, XmlText(given.text));
-    if (compiled == nullptr)
+    if (compiled == nullptr || IsShortOfMemory(context_->lastError)) // it may lack a part
         return Explain();
     bool isRoot = &context == &tree.root;
     current = isRoot ? reinterpret_cast<xmlNode *>(&tree.doc) : &context.node;
