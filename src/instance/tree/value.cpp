@@ -28,7 +28,7 @@ bool HasNoncharacter(std::string_view text)
     for (auto at = std::find_if(text.begin(), text.end(), isHigh); at != text.end();
          at = std::find_if(at + 1, text.end(), isHigh)) {
         auto byte = [&](int i) { // what XML takes is whole
-            return static_cast<unsigned char>(at + i < text.end() ? at[i] : 0);
+            return static_cast<unsigned char>(text.end() - at > i ? at[i] : 0);
         };
         if (byte(0) == 0xEF && byte(1) == 0xB7 && byte(2) >= 0x90 && byte(2) <= 0xAF)
             return true;
