@@ -1,10 +1,12 @@
-// A long-running process: the memory held after many rounds is what it was after the first ones.
+// A long-running process, of the engine and of checks of whole data: the memory held after many
+// rounds is what it was after the first ones.
 //
 // ZR_ENDURANCE_ROUNDS sets the number of rounds, more than the hundred that come first.
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
 #include <libxml/xmlmemory.h>
+#include <zrdata/write.h>
 #include <zrschema/memory.h>
 
 #include <cstdio>
@@ -201,6 +203,130 @@ TEST_F(Endurance, ContextsComeAndGo)
         TestContext ctx(ZR_CTX_KEEP_PATTERNS);
         EXPECT_EQ(ctx.LoadBody("m", kBody), ZR_OK);
         Validate(ctx, number);
+    });
+    EXPECT_EQ(g_held, before);
+}
+
+// ---- whole data
+
+const char *const kDataBody = R"yin(
+<leaf name="mode"><type name="string"><pattern value="[a-z]+"/></type><default value="on"/></leaf>
+<list name="l"><key value="k"/><unique tag="v"/><leaf name="k"><type name="string"/></leaf>
+  <leaf name="v"><when condition="../../mode = 'on'"/><type name="int32"/>
+    <must condition="re-match(., '[0-9]*') and . > -1"/></leaf>
+  <leaf name="r"><type name="leafref"><path value="../../l/k"/></type>
+    <must condition="/l[k = current()]/v"/></leaf></list>
+<rpc name="op"><input><leaf name="to"><type name="leafref"><path value="/l/k"/></type></leaf></input>
+  </rpc><anydata name="any"/>)yin";
+
+const ZrDataMemory kCounted = {[](size_t size, void *) { return Malloc(size); },
+                               [](void *block, void *) { Free(block); }, nullptr};
+
+ZrDataOptions DataOptions(uint32_t kind, const xmlDoc *datastore = nullptr)
+{
+    ZrDataOptions options = {};
+    options.kind = kind;
+    if (datastore != nullptr)
+        options.datastore = xmlDocGetRootElement(const_cast<xmlDoc *>(datastore));
+    return options;
+}
+
+// Looks at all that came of a check, and forgets it.
+void ExpectFaults(uint32_t status, ZrDataResult *result, size_t faults)
+{
+    EXPECT_EQ(status, faults == 0 ? uint32_t{ZR_DATA_OK} : uint32_t{ZR_DATA_ERR_FAULTY});
+    EXPECT_EQ(ZR_DATA_GetErrorCount(result, nullptr), faults);
+    for (size_t i = 0; i < ZR_DATA_GetErrorCount(result, nullptr); ++i)
+        EXPECT_NE(ZR_DATA_GetErrorXml(result, i), nullptr);
+    ZR_DATA_DeleteResult(result);
+}
+
+void CheckXml(const ZrDataPlan *plan, const ZrDataOptions &options, const std::string &text,
+              size_t faults)
+{
+    ZrDataResult *result = nullptr;
+    uint32_t status = ZR_DATA_CheckText(plan, &options, text.data(), text.size(), &result);
+    ExpectFaults(status, result, faults);
+}
+
+int CountPiece(const char *, size_t length, void *count)
+{
+    *static_cast<size_t *>(count) += length;
+    return 0;
+}
+
+// Reads data and writes it in all forms.
+void WriteAll(const ZrDataPlan *plan, const std::string &text)
+{
+    ZrDataOptions options = DataOptions(ZR_DATA_CONFIG);
+    ZrDataDocument *document = nullptr;
+    ZrDataResult *result = nullptr;
+    auto *read = text.front() == '{' ? ZR_DATA_ReadJson : ZR_DATA_ReadXml;
+    EXPECT_EQ(read(plan, &options, text.data(), text.size(), &document, &result), ZR_DATA_OK);
+    ZR_DATA_DeleteResult(result);
+    for (uint32_t format : {ZR_DATA_XML, ZR_DATA_JSON}) {
+        size_t count = 0;
+        ZrDataWriteOptions how = {format, ZR_DATA_REPORT_ALL_TAGGED, 2};
+        EXPECT_EQ(ZR_DATA_WriteText(document, &how, CountPiece, &count), ZR_DATA_OK);
+        EXPECT_GT(count, text.size() / 2);
+    }
+    void *tree = nullptr;
+    EXPECT_EQ(ZR_DATA_WriteTree(document, ZR_DATA_REPORT_ALL, &tree), ZR_DATA_OK);
+    xmlFreeDoc(static_cast<xmlDoc *>(tree));
+    ZR_DATA_DeleteDocument(document);
+}
+
+void CheckData(const ZrDataPlan *plan, const std::string &number)
+{
+    const std::string data = "<c xmlns='urn:m'><any><x" + number + "/></any><l><k>" + number +
+                             "</k><v>" + number + "</v></l><l><k>b</k><r>" + number + "</r></l>";
+    CheckXml(plan, DataOptions(ZR_DATA_CONFIG), data + "</c>", 0);
+    CheckXml(plan, DataOptions(ZR_DATA_CONFIG),
+             data + "<l><k>b</k><v>-1</v><r>x</r></l><n" + number + "/><mode>9</mode></c>", 7);
+    CheckXml(plan, DataOptions(ZR_DATA_CONFIG), data, 1);
+    CheckXml(plan, DataOptions(ZR_DATA_EDIT),
+             "<c xmlns='urn:m' xmlns:n='urn:ietf:params:xml:ns:netconf:base:1.0'>"
+             "<l n:operation='none'><k>" +
+                 number + "</k></l></c>",
+             1);
+    const std::string store = data + "</c>";
+    xmlDoc *doc = xmlReadMemory(store.data(), static_cast<int>(store.size()), nullptr, nullptr, 0);
+    const std::string open = "<op xmlns='urn:m'><to>", close = "</to></op>";
+    CheckXml(plan, DataOptions(ZR_DATA_REQUEST, doc), open + number + close, 0);
+    CheckXml(plan, DataOptions(ZR_DATA_REQUEST, doc), open + "-" + number + close, 1);
+    ZrDataOptions options = DataOptions(ZR_DATA_CONFIG);
+    ZrDataResult *result = nullptr;
+    uint32_t status = ZR_DATA_CheckTree(plan, &options, xmlDocGetRootElement(doc), &result);
+    ExpectFaults(status, result, 0);
+    xmlFreeDoc(doc);
+    const std::string json = R"({"m:l": [{"k": ")" + number + R"(", "v": )" + number + "}";
+    WriteAll(plan, store);
+    WriteAll(plan, json + "]}");
+    const std::string faulty = json + R"(, {"v": "x)" + number + R"("}]})";
+    status = ZR_DATA_CheckJson(plan, &options, faulty.data(), faulty.size(), &result);
+    ExpectFaults(status, result, 2);
+}
+
+TEST_F(Endurance, DataIsCheckedAndWrittenWithOnePlan)
+{
+    TestContext ctx(ZR_CTX_STANDARD);
+    ASSERT_EQ(ctx.LoadBody("m", kDataBody), ZR_OK);
+    ZrDataPlan *plan = nullptr;
+    ASSERT_EQ(ZR_DATA_CreatePlan(ctx, &kCounted, &plan), ZR_DATA_OK);
+    ExpectSteady("data", Rounds(), [&](long number) { CheckData(plan, std::to_string(number)); });
+    ZR_DATA_DeletePlan(plan);
+}
+
+TEST_F(Endurance, PlansComeAndGoWithTheirModules)
+{
+    Held before = g_held;
+    ExpectSteady("plans", Rounds(), [&](long number) {
+        TestContext ctx(ZR_CTX_STANDARD);
+        EXPECT_EQ(ctx.LoadBody("m", kDataBody), ZR_OK);
+        ZrDataPlan *plan = nullptr;
+        EXPECT_EQ(ZR_DATA_CreatePlan(ctx, &kCounted, &plan), ZR_DATA_OK);
+        CheckData(plan, std::to_string(number));
+        ZR_DATA_DeletePlan(plan);
     });
     EXPECT_EQ(g_held, before);
 }

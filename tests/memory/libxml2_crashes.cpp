@@ -17,8 +17,17 @@
 //         xmlMemSetup(free, Malloc, realloc, strdup);
 //         xmlRegFreeRegexp(xmlRegexpCompile((const xmlChar *)"a"));
 //     }
+//
+// xmlXPathCompiledEvalToBoolean() goes on without the context that it evaluates in, and with values
+// that it could not make. It crashes here, as it does with later allocations of most expressions:
+//
+//     xmlXPathContext *context = xmlXPathNewContext(NULL);
+//     xmlXPathCompExpr *expression = xmlXPathCompile((const xmlChar *)"1");
+//     left = 0; /* of Malloc() above */
+//     xmlXPathCompiledEvalToBoolean(expression, context);
 #include <dlfcn.h>
 #include <libxml/xmlregexp.h>
+#include <libxml/xpath.h>
 
 #include "support/alloc.h"
 
@@ -28,4 +37,12 @@ extern "C" xmlRegexp *xmlRegexpCompile(const xmlChar *regexp)
         reinterpret_cast<xmlRegexp *(*)(const xmlChar *)>(dlsym(RTLD_NEXT, "xmlRegexpCompile"));
     zrtest::XmlAllocGuard::Pause pause;
     return compile(regexp);
+}
+
+extern "C" int xmlXPathCompiledEvalToBoolean(xmlXPathCompExpr *expression, xmlXPathContext *context)
+{
+    static const auto evaluate = reinterpret_cast<int (*)(xmlXPathCompExpr *, xmlXPathContext *)>(
+        dlsym(RTLD_NEXT, "xmlXPathCompiledEvalToBoolean"));
+    zrtest::XmlAllocGuard::Pause pause;
+    return evaluate(expression, context);
 }

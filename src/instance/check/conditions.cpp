@@ -63,24 +63,89 @@ const PlanNode *FindCase(const Run &run, const Element &parent, const PlanNode &
 
 namespace {
 
-void CheckWhen(Run &run, const PlanNode &owner, Element &context, Element &element)
+// While one of these lives, conditions do not see some of the nodes: those of a choice or case, or
+// all instances of a node but the first, which looks empty (RFC 7950, section 7.21.5).
+class Hidden {
+public:
+    Hidden(Run &run, const PlanNode &owner, Element &first)
+        : tree_(run.tree), first_(first.node), hidden_(run.memory)
+    {
+        tree_.ShowState(!owner.Is(PlanNode::kConfig));
+        tree_.Prepare(); // which goes through the nodes that are seen, and adds to them
+        children_ = first_.children;
+        last_ = first_.last;
+        if (owner.IsChoiceOrCase()) {
+            HideAll(*first.parent, owner);
+        } else {
+            HideRow(first.nextSame);
+            first_.children = first_.last = nullptr;
+        }
+    }
+    ~Hidden()
+    {
+        for (auto element = hidden_.rbegin(); element != hidden_.rend(); ++element)
+            tree_.Unhide(**element);
+        first_.children = children_;
+        first_.last = last_;
+    }
+    Hidden(const Hidden &) = delete;
+    Hidden &operator=(const Hidden &) = delete;
+
+private:
+    void HideRow(Element *first)
+    {
+        for (Element *at = first; at != nullptr; at = at->nextSame) {
+            hidden_.push_back(at);
+            tree_.Hide(*at);
+        }
+    }
+    void HideAll(Element &parent, const PlanNode &schemaNode)
+    {
+        for (const PlanNode *child : schemaNode.children) {
+            if (child->IsChoiceOrCase())
+                HideAll(parent, *child);
+            else
+                HideRow(tree_.First(parent, *child));
+        }
+    }
+
+    Tree &tree_;
+    xmlNode &first_;
+    std::pmr::vector<Element *> hidden_;
+    xmlNode *children_ = nullptr, *last_ = nullptr; // of the first
+};
+
+// Whether the condition of a node, choice or case leaves a place for the instances of a node.
+bool HasPlace(Run &run, const PlanNode &owner, Element &first)
 {
-    if (Holds(run, owner, *owner.when, context, FaultAt(element, 0)))
-        return;
-    element.isFaulty = true;
-    run.faults.Add(FaultAt(element, ZR_ERROR_TAG_UNKNOWN_ELEMENT),
-                   {"\"", element.plan->name, "\" has no place here: its condition \"",
-                    owner.when->source, "\" is false"});
+    if (owner.when == nullptr)
+        return true;
+    Hidden hidden(run, owner, first);
+    Element &context = owner.IsChoiceOrCase() ? *first.parent : first;
+    return Holds(run, owner, *owner.when, context, FaultAt(first, 0));
 }
 
-void CheckWhensOf(Run &run, Element &element)
+void Refuse(Run &run, const PlanNode &owner, Element &first)
 {
-    if (element.plan->when != nullptr)
-        CheckWhen(run, *element.plan, element, element);
-    for (const PlanNode *at = element.plan->schemaParent; at->IsChoiceOrCase() && !element.isFaulty;
-         at = at->schemaParent)
-        if (at->when != nullptr)
-            CheckWhen(run, *at, *element.parent, element);
+    for (Element *at = &first; at != nullptr; at = at->nextSame) {
+        at->isFaulty = true;
+        run.faults.Add(FaultAt(*at, ZR_ERROR_TAG_UNKNOWN_ELEMENT),
+                       {"\"", at->plan->name, "\" has no place here: its condition \"",
+                        owner.when->source, "\" is false"});
+    }
+}
+
+// All instances in one parent have or have not a place together.
+void CheckWhensOf(Run &run, Element &first)
+{
+    const PlanNode *owner = first.plan;
+    do {
+        if (!HasPlace(run, *owner, first)) {
+            Refuse(run, *owner, first);
+            return;
+        }
+        owner = owner->schemaParent;
+    } while (owner->IsChoiceOrCase());
 }
 
 void CheckMustsOf(Run &run, Element &element)
@@ -105,7 +170,7 @@ void CheckWhens(Run &run)
     ForEachView(run, [&](bool isConfig) {
         for (Element *element : run.tree.elements)
             // Those of defaults were looked at before they were added.
-            if (!element->isContext && !element->isDefault &&
+            if (!element->isContext && !element->isDefault && element->lastSame != nullptr &&
                 element->plan->Is(PlanNode::kConfig) == isConfig)
                 CheckWhensOf(run, *element);
     });

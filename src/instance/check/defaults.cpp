@@ -9,11 +9,16 @@ namespace {
 
 class Filler {
 public:
-    // Adds configuration, or the rest.
-    Filler(Run &run, bool isConfig) : run_(run), isConfig_(isConfig), value_(run.memory) {}
+    // Adds configuration, or the rest, of one rank.
+    Filler(Run &run, bool isConfig, uint32_t rank)
+        : run_(run), isConfig_(isConfig), rank_(rank), value_(run.memory)
+    {
+    }
 
     void Fill(Element &parent, const PlanNode &schemaNode)
     {
+        if (schemaNode.lastRank < rank_)
+            return;
         for (const PlanNode *child : schemaNode.children)
             FillOne(parent, *child);
     }
@@ -25,7 +30,7 @@ private:
             return;
         if (node.kind == ZR_NODE_CHOICE)
             FillChoice(parent, node);
-        else if (node.Is(PlanNode::kConfig) != isConfig_ ||
+        else if (node.Is(PlanNode::kConfig) != isConfig_ || node.rank != rank_ ||
                  run_.tree.First(parent, node) != nullptr)
             return;
         else if (node.kind == ZR_NODE_CONTAINER && !node.Is(PlanNode::kPresence))
@@ -35,6 +40,8 @@ private:
     }
     void FillChoice(Element &parent, const PlanNode &choice)
     {
+        if (choice.rank > rank_ || choice.lastRank < rank_)
+            return;
         const PlanNode *chosen = FindCase(run_, parent, choice);
         if (chosen == nullptr)
             chosen = choice.defaultCase;
@@ -42,7 +49,7 @@ private:
             return;
         if (chosen->kind != ZR_NODE_CASE) // it stands in the choice without one
             FillOne(parent, *chosen);
-        else if (IsAllowed(run_, parent, *chosen))
+        else if (chosen->rank <= rank_ && IsAllowed(run_, parent, *chosen))
             Fill(parent, *chosen);
     }
     // Its own turn comes when the walk over the elements reaches it.
@@ -67,6 +74,7 @@ private:
 
     Run &run_;
     bool isConfig_;
+    uint32_t rank_;
     std::pmr::string value_;
 };
 
@@ -75,11 +83,13 @@ private:
 void AddDefaults(Run &run)
 {
     ForEachView(run, [&](bool isConfig) {
-        Filler filler(run, isConfig);
-        filler.Fill(run.tree.root, run.plan.root);
-        for (size_t i = 0; i < run.tree.elements.size(); ++i) // grows meanwhile
-            if (run.tree.elements[i]->plan->Is(PlanNode::kFills))
-                filler.Fill(*run.tree.elements[i], *run.tree.elements[i]->plan);
+        for (uint32_t rank = 0; rank <= run.plan.lastRank; ++rank) {
+            Filler filler(run, isConfig, rank);
+            filler.Fill(run.tree.root, run.plan.root);
+            for (size_t i = 0; i < run.tree.elements.size(); ++i) // grows meanwhile
+                if (run.tree.elements[i]->plan->Is(PlanNode::kFills))
+                    filler.Fill(*run.tree.elements[i], *run.tree.elements[i]->plan);
+        }
     });
 }
 

@@ -5,6 +5,7 @@
 
 #include <new>
 
+#include "instance/base/xml_errors.h"
 #include "instance/errors/result.h"
 #include "instance/plan/plan.h"
 #include "shared/guard.h"
@@ -21,10 +22,12 @@ struct ZrDataResult {
 
 namespace zr::data {
 
-// Runs a piece of work and turns memory that runs out into a status.
+// Runs a piece of work and turns memory that runs out, also libxml2's, into a status.
 template <typename Work> uint32_t Guard(Work work) noexcept
 {
-    return zr::Guard<ZR_DATA_ERR_NO_MEMORY>(work);
+    XmlErrors errors;
+    uint32_t status = zr::Guard<ZR_DATA_ERR_NO_MEMORY>(work);
+    return errors.isOutOfMemory() ? uint32_t{ZR_DATA_ERR_NO_MEMORY} : status;
 }
 
 // Takes an object apart and gives its block back.

@@ -134,8 +134,12 @@ uint32_t ZR_DATA_WriteTree(const ZrDataDocument *document, uint32_t defaults, vo
         *treeOut = nullptr;
     if (document == nullptr || treeOut == nullptr || defaults > ZR_DATA_REPORT_ALL_TAGGED)
         return ZR_DATA_ERR_INVALID;
-    return Guard([&]() -> uint32_t {
-        *treeOut = WriteXmlTree(JobOf(*document, defaults, 0)).release();
-        return *treeOut != nullptr ? ZR_DATA_OK : ZR_DATA_ERR_INVALID;
+    XmlDoc tree(nullptr, xmlFreeDoc);
+    uint32_t status = Guard([&]() -> uint32_t {
+        tree = WriteXmlTree(JobOf(*document, defaults, 0));
+        return tree != nullptr ? ZR_DATA_OK : ZR_DATA_ERR_INVALID;
     });
+    if (status == ZR_DATA_OK)
+        *treeOut = tree.release();
+    return status;
 }

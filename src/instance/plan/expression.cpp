@@ -75,6 +75,11 @@ const char *AppendName(const Plan &plan, const PlanModule &module, std::string_v
 
 } // namespace
 
+std::span<const std::string_view> FunctionNames()
+{
+    return kFunctions;
+}
+
 const char *RewriteExpression(const Plan &plan, const PlanModule &module, std::string_view source,
                               std::pmr::string &out)
 {

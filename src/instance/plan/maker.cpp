@@ -6,8 +6,11 @@
 #include <memory>
 
 #include "instance/base/text.h"
+#include "instance/base/xml_errors.h"
 #include "instance/plan/expression.h"
+#include "instance/plan/inherited.h"
 #include "instance/plan/lookup.h"
+#include "instance/plan/order.h"
 #include "instance/plan/scan.h"
 #include "instance/plan/type_maker.h"
 #include "shared/names.h"
@@ -34,7 +37,8 @@ class Maker {
 public:
     explicit Maker(Plan &plan)
         : plan_(plan), memory_(&plan.memory), types_(plan), expressions_(&plan.memory),
-          sides_(&plan.memory), checker_(xmlXPathNewContext(nullptr), xmlXPathFreeContext)
+          sides_(&plan.memory), augments_(&plan.memory),
+          checker_(xmlXPathNewContext(nullptr), xmlXPathFreeContext)
     {
         if (!checker_)
             throw std::bad_alloc();
@@ -59,9 +63,15 @@ public:
             NumberData(*side, *side);
             side->slot = static_cast<uint32_t>(side->parent->dataChildren.size());
         }
-        Finish(plan_.root);
-        for (PlanNode *side : sides_)
-            Finish(*side);
+        for (PlanModule *module : plan_.modules)
+            ReadAugments(*module);
+        Orderer orderer(plan_);
+        sides_.push_back(&plan_.root);
+        for (PlanNode *top : sides_) {
+            Finish(*top);
+            orderer.Add(*top);
+        }
+        orderer.Run();
     }
 
 private:
@@ -76,6 +86,7 @@ private:
     PlanNode *AddSide(ZrNode *source, ZrNode *content, PlanNode &parent);
     void NumberData(PlanNode &dataParent, PlanNode &schemaParent);
     void CollectData(PlanNode &schemaParent, std::pmr::vector<PlanNode *> &out);
+    void ReadAugments(const PlanModule &module);
     void Finish(PlanNode &node);
     void FinishOne(PlanNode &node);
     void FinishChildren(PlanNode &node);
@@ -102,6 +113,8 @@ private:
     };
     std::pmr::unordered_map<Key, const Expression *, KeyHash> expressions_;
     std::pmr::vector<PlanNode *> sides_; // of all messages
+    // The conditions of augments, by the choices and cases that they add.
+    std::pmr::unordered_map<const ZrNode *, const char *> augments_;
     XPathContext checker_;
 };
 
@@ -295,6 +308,8 @@ const Expression *Maker::ExpressionOf(const PlanNode &node, const char *source)
                 expression->fault = "it is no XPath 1.0 expression";
             }
             xmlXPathFreeCompExpr(compiled);
+            if (IsShortOfMemory(checker_->lastError))
+                throw std::bad_alloc();
         }
     }
     const Expression *expression = place->second;
@@ -303,9 +318,27 @@ const Expression *Maker::ExpressionOf(const PlanNode &node, const char *source)
     return expression;
 }
 
+void Maker::ReadAugments(const PlanModule &module)
+{
+    Scan(ZR_MOD_IterScanAugmentNode, module.source, [&](ZrNode *augment, uint32_t) {
+        const char *when = ZR_NODE_GetWhenCond(augment);
+        if (when == nullptr)
+            return;
+        Scan(ZR_NODE_IterScanChildrenNode, augment, [&](ZrNode *child, uint32_t) {
+            uint32_t kind = ZR_NODE_GetNodeType(child);
+            if (kind == ZR_NODE_CHOICE || kind == ZR_NODE_CASE)
+                augments_.emplace(child, when);
+        });
+    });
+}
+
 void Maker::ReadConditions(PlanNode &node)
 {
-    if (const char *when = ZR_NODE_GetWhenCond(node.source))
+    const char *when = ZR_NODE_GetWhenCond(node.source);
+    auto augment = augments_.find(node.source);
+    if (when != nullptr && augment != augments_.end())
+        when = plan_.arena.CopyText(AtParent(when, augment->second, memory_));
+    if (when != nullptr)
         node.when = ExpressionOf(node, when);
     std::pmr::vector<Condition> musts(memory_);
     Scan(ZR_NODE_ScanAllMusts, node.source,
@@ -316,9 +349,11 @@ void Maker::ReadConditions(PlanNode &node)
 }
 
 // A typedef's default is in force where the node says none, is not mandatory and asks for no
-// entries (RFC 7950, sections 7.6.1 and 7.7.2).
+// entries (RFC 7950, sections 7.6.1 and 7.7.2). Keys have none (section 7.8.2).
 void Maker::ReadDefaults(PlanNode &node)
 {
+    if (node.Is(PlanNode::kKey))
+        return;
     std::pmr::vector<std::string_view> defaults(memory_);
     Scan(ZR_NODE_ScanAllDefaults, node.source, [&](const char *text) { defaults.push_back(text); });
     if (node.kind == ZR_NODE_CHOICE) {
@@ -329,7 +364,7 @@ void Maker::ReadDefaults(PlanNode &node)
     }
     const char *ofType = ZR_NODE_GetTypedefDefaultStr(node.source);
     if (defaults.empty() && ofType != nullptr && !node.Is(PlanNode::kMandatory) &&
-        node.minElements == 0 && !node.Is(PlanNode::kKey))
+        node.minElements == 0)
         defaults.push_back(ofType);
     node.defaults = Keep(plan_.arena, defaults);
 }

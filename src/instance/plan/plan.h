@@ -73,6 +73,8 @@ struct PlanNode {
     uint32_t slot;                      // its place among the parent's slots
     uint32_t slotCount;                 // dataChildren, and one for a message if it kSpeaks
     uint32_t minElements, maxElements;  // 0: no maximum
+    // Defaults come into use rank by rank: this node's, and the last of what is directly in it.
+    uint32_t rank, lastRank;
     std::span<const PlanNode *> keys;
     std::span<std::span<UniquePath>> uniques;
     const Expression *when;
@@ -151,6 +153,7 @@ public:
     const ZrCtx *ctx = nullptr;
     uint64_t stamp = 0; // of the context's modules when the plan was made
     PlanNode root = {};
+    uint32_t lastRank = 0; // of all nodes
     std::pmr::vector<PlanModule *> modules;
     std::pmr::unordered_map<std::string_view, PlanModule *> modulesByName, modulesByNamespace;
     std::pmr::unordered_map<ChildKey, PlanNode *, ChildKeyHash> childrenByName;

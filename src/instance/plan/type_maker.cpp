@@ -31,15 +31,27 @@ int64_t Rescale(int64_t number, uint32_t digits, uint32_t wanted)
     return number;
 }
 
-// What a bound is for values of a type. "min" and "max" are those of what the type is derived from,
-// which is asked for itself: here any value is meant.
-uint64_t NumberOf(const ZrTypeBound &bound, const Type &type)
+// What all values of a built-in type lie between.
+Interval LimitsOf(uint32_t base)
 {
-    bool isSigned = IsSigned(type.base);
+    if (base >= ZRT_TYPE_INT8 && base < ZRT_TYPE_INT64) {
+        uint64_t greatest = (uint64_t{1} << ((8u << (base - ZRT_TYPE_INT8)) - 1)) - 1;
+        return {~greatest, greatest};
+    }
+    if (base >= ZRT_TYPE_UINT8 && base < ZRT_TYPE_UINT64)
+        return {0, (uint64_t{1} << (8u << (base - ZRT_TYPE_UINT8))) - 1};
+    if (IsSigned(base))
+        return {kLeastSigned, kGreatestSigned};
+    return {0, std::numeric_limits<uint64_t>::max()};
+}
+
+// What a bound is for values of a type; "min" and "max" are those of what the type is derived from.
+uint64_t NumberOf(const ZrTypeBound &bound, const Type &type, const Interval &limits)
+{
     if (bound.kind == ZR_BOUND_MIN)
-        return isSigned ? kLeastSigned : 0;
+        return limits.start;
     if (bound.kind == ZR_BOUND_MAX)
-        return isSigned ? kGreatestSigned : std::numeric_limits<uint64_t>::max();
+        return limits.end;
     if (type.base != ZRT_TYPE_DECIMAL64)
         return bound.number;
     return static_cast<uint64_t>(
@@ -96,20 +108,39 @@ const TypeMaker::Link &TypeMaker::LinkOf(const ZrtRealType *source)
     return place->second;
 }
 
-void TypeMaker::Restrict(Type &type, const ZrtRealType *link,
+// Adds what a link asks for to what those below it ask for, whose last one ends where "min" and
+// "max" are. The same link may restrict another base elsewhere.
+void TypeMaker::Restrict(const Type &type, const Link &link,
                          std::pmr::vector<std::span<Interval>> &restrictions)
 {
-    const Link &own = LinkOf(link);
-    if (!own.segments.empty()) { // the same link may restrict another base elsewhere
-        std::pmr::vector<Interval> intervals(&plan_.memory);
-        for (const Segment &segment : own.segments)
-            intervals.push_back({NumberOf(segment.start, type), NumberOf(segment.end, type)});
-        restrictions.push_back(Keep(plan_.arena, intervals));
+    if (link.segments.empty())
+        return;
+    Interval limits = LimitsOf(type.base);
+    if (!restrictions.empty())
+        limits = {restrictions.back().front().start, restrictions.back().back().end};
+    std::pmr::vector<Interval> intervals(&plan_.memory);
+    for (const Segment &segment : link.segments)
+        intervals.push_back(
+            {NumberOf(segment.start, type, limits), NumberOf(segment.end, type, limits)});
+    restrictions.push_back(Keep(plan_.arena, intervals));
+}
+
+// The outermost list is the narrowest. It need not repeat the values and positions, which are those
+// of the list in which all names are first (RFC 7950, sections 9.6.4.2 and 9.7.4.2).
+void TypeMaker::NarrowNames(Type &type, std::span<NamedValue> ofLink)
+{
+    if (type.names.empty() || ofLink.empty()) {
+        type.names = type.names.empty() ? ofLink : type.names;
+        return;
     }
-    if (type.names.empty()) // the outermost list is the narrowest
-        type.names = own.names;
-    if (type.identityBases.empty())
-        type.identityBases = own.bases;
+    std::pmr::vector<NamedValue> names(type.names.begin(), type.names.end(), &plan_.memory);
+    for (NamedValue &row : names) {
+        auto isSame = [&](const NamedValue &other) { return other.name == row.name; };
+        auto found = std::find_if(ofLink.begin(), ofLink.end(), isSame);
+        if (found != ofLink.end())
+            row.value = found->value;
+    }
+    type.names = Keep(plan_.arena, names);
 }
 
 namespace {
@@ -156,11 +187,15 @@ const Type *TypeMaker::Make(const PlanNode &leaf, const ZrtRealType *source)
     type->fractionDigits = ZR_TYPE_GetDecimal64Fraction(innermost);
     std::pmr::vector<std::span<Interval>> restrictions(memory);
     std::pmr::vector<PatternUse> patterns(memory);
-    for (const ZrtRealType *link : chain) {
-        Restrict(*type, link, restrictions);
-        std::span<PatternUse> own = LinkOf(link).patterns;
-        patterns.insert(patterns.end(), own.begin(), own.end());
+    for (const ZrtRealType *one : chain) {
+        const Link &link = LinkOf(one);
+        NarrowNames(*type, link.names);
+        if (type->identityBases.empty())
+            type->identityBases = link.bases;
+        patterns.insert(patterns.end(), link.patterns.begin(), link.patterns.end());
     }
+    for (auto link = chain.rbegin(); link != chain.rend(); ++link)
+        Restrict(*type, LinkOf(*link), restrictions);
     type->restrictions = Keep(plan_.arena, restrictions);
     type->patterns = Keep(plan_.arena, patterns);
 

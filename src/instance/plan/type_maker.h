@@ -31,8 +31,9 @@ private:
     const Link &LinkOf(const ZrtRealType *source);
     void ReadLink(const ZrtRealType *source, Link &link);
     const Pattern *PatternOf(std::string_view text);
-    void Restrict(Type &type, const ZrtRealType *link,
+    void Restrict(const Type &type, const Link &link,
                   std::pmr::vector<std::span<Interval>> &restrictions);
+    void NarrowNames(Type &type, std::span<NamedValue> ofLink);
 
     Plan &plan_;
     std::pmr::unordered_map<const ZrtRealType *, Link> links_;

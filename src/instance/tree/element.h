@@ -94,6 +94,17 @@ public:
         if (isWhole_ && !isNumbered_)
             Number();
     }
+    // Takes nodes out of what conditions see, until they are put back in the order of a stack.
+    void Hide(Element &element)
+    {
+        if (IsVisible(*element.plan) || !element.parent->plan->Is(PlanNode::kConfig))
+            Unlink(element.node);
+    }
+    void Unhide(Element &element)
+    {
+        if (IsVisible(*element.plan) || !element.parent->plan->Is(PlanNode::kConfig))
+            Link(element.node, element.node.prev);
+    }
     // From here on nothing is added that stays.
     void Complete() { isWhole_ = true; }
 

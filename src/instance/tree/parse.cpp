@@ -43,7 +43,8 @@ XmlDoc ParseXml(const char *text, size_t length, ParseFault &fault)
     XmlDoc doc(
         xmlCtxtReadMemory(parser.get(), text, static_cast<int>(length), nullptr, nullptr, kOptions),
         xmlFreeDoc);
-    if (parser->lastError.code == XML_ERR_NO_MEMORY)
+    bool hasReason = doc || hasDeclaration || parser->lastError.message != nullptr;
+    if (parser->lastError.code == XML_ERR_NO_MEMORY || !hasReason)
         throw std::bad_alloc();
     if (hasDeclaration) {
         fault.message = "a document type declaration is not taken";

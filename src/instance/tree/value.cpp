@@ -21,9 +21,28 @@ using ReadFunc = const char *(*)(const ValueScope &, const Type &, std::string_v
 
 // ---- texts
 
+// U+FDD0 to U+FDEF and the last two of each plane, which XML takes (RFC 7950, section 9.4).
+bool HasNoncharacter(std::string_view text)
+{
+    auto isHigh = [](char c) { return static_cast<unsigned char>(c) >= 0xEF; };
+    for (auto at = std::find_if(text.begin(), text.end(), isHigh); at != text.end();
+         at = std::find_if(at + 1, text.end(), isHigh)) {
+        auto byte = [&](int i) { // what XML takes is whole
+            return static_cast<unsigned char>(text.end() - at > i ? at[i] : 0);
+        };
+        if (byte(0) == 0xEF && byte(1) == 0xB7 && byte(2) >= 0x90 && byte(2) <= 0xAF)
+            return true;
+        if (byte(0) >= 0xF0 && (byte(1) & 0x0F) == 0x0F && byte(2) == 0xBF && byte(3) >= 0xBE)
+            return true;
+    }
+    return false;
+}
+
 const char *ReadString(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
 {
     out += text;
+    if (HasNoncharacter(text))
+        return "it holds a character that is none";
     if (!type.restrictions.empty() && !IsWithin(type, CountCharacters(text), false))
         return "its length is out of range";
     for (const PatternUse &use : type.patterns)
@@ -317,7 +336,8 @@ const Pattern &PatternCache::Get(std::string_view text)
 const Identity *FindIdentity(const ValueScope &scope, std::string_view text)
 {
     QName name = SplitName(text);
-    const PlanModule *module = FindPrefix(scope, name.prefix);
+    bool isName = name.prefix.empty() == (name.name.size() == text.size()); // ":x" is none
+    const PlanModule *module = isName ? FindPrefix(scope, name.prefix) : nullptr;
     if (module == nullptr)
         return nullptr;
     std::pmr::string qualified(module->name, &scope.plan.memory);

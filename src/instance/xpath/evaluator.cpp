@@ -5,6 +5,7 @@
 #include <new>
 
 #include "instance/base/text.h"
+#include "instance/base/xml_errors.h"
 #include "instance/xpath/functions.h"
 
 namespace zr::data {
@@ -45,8 +46,7 @@ Truth Evaluator::Explain()
 {
     constexpr int kOffset = static_cast<int>(XML_XPATH_EXPRESSION_OK) - XPATH_EXPRESSION_OK;
     int code = context_->lastError.code - kOffset;
-    if (isOutOfMemory || code == XPATH_MEMORY_ERROR ||
-        context_->lastError.code == XML_ERR_NO_MEMORY)
+    if (isOutOfMemory || IsShortOfMemory(context_->lastError))
         throw std::bad_alloc();
     if (code == XPATH_OP_LIMIT_EXCEEDED)
         return Truth::Exceeded;
@@ -80,12 +80,14 @@ Truth Evaluator::Evaluate(const Expression &given, Element &context)
     xmlXPathCompExpr *&compiled = compiled_[given.number];
     if (compiled == nullptr)
         compiled = xmlXPathCtxtCompile(context_, XmlText(given.text));
-    if (compiled == nullptr)
+    if (compiled == nullptr || IsShortOfMemory(context_->lastError)) // it may lack a part
         return Explain();
     bool isRoot = &context == &tree.root;
     current = isRoot ? reinterpret_cast<xmlNode *>(&tree.doc) : &context.node;
     expression = &given;
     context_->node = current;
+    // Of the whole expression the context is one node (RFC 7950, section 6.4.1).
+    context_->contextSize = context_->proximityPosition = 1;
     context_->opCount = 0;
     int truth = xmlXPathCompiledEvalToBoolean(compiled, context_);
     if (truth < 0)

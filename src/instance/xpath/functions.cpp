@@ -8,6 +8,7 @@
 #include <new>
 
 #include "instance/base/text.h"
+#include "instance/plan/expression.h"
 #include "instance/plan/lookup.h"
 #include "instance/tree/value.h"
 #include "instance/xpath/evaluator.h"
@@ -311,11 +312,15 @@ constexpr Function kFunctions[] = {
 
 } // namespace
 
+// libxml2 does not tell when it had no memory for all of them, its own ones included.
 bool RegisterFunctions(xmlXPathContext &context)
 {
-    return std::all_of(std::begin(kFunctions), std::end(kFunctions), [&](const Function &row) {
-        return xmlXPathRegisterFunc(&context, XmlText(row.name), row.function) == 0;
-    });
+    auto isThere = [&](std::string_view name) {
+        return xmlXPathFunctionLookup(&context, XmlText(name.data())) != nullptr;
+    };
+    for (const Function &row : kFunctions)
+        xmlXPathRegisterFunc(&context, XmlText(row.name), row.function);
+    return std::ranges::all_of(FunctionNames(), isThere) && isThere(kEntriesFunction);
 }
 
 } // namespace zr::data

@@ -194,4 +194,80 @@ TEST(RpcReply, OfAnOperationThatIsNotThereIsNotChecked)
     }
 }
 
+TEST(Rpc, HasItsInputsMandatoryLeafsWhereTheirParentIs)
+{
+    Schema schema(
+        "rpc r { input { container n { leaf a { type int8; mandatory true; } }"
+        "  container p { presence x; leaf b { type int8; mandatory true; } }"
+        "  choice o { mandatory true; leaf x { type empty; } leaf y { type empty; } } } }");
+    auto request = [&](const std::string &input) {
+        return schema.CheckMessage("<r xmlns=\"urn:m\">" + input + "</r>", ZR_DATA_REQUEST);
+    };
+    EXPECT_THAT(request("<n><a>1</a></n><x/>"), IsEmpty());
+    EXPECT_THAT(request("<n><a>1</a></n><p/><x/>"),
+                ElementsAre("missing-element /r/p/b: \"b\" is missing"));
+    EXPECT_THAT(request("<x/>"), ElementsAre("missing-element /r/n/a: \"a\" is missing"));
+    EXPECT_THAT(request("<n><a>1</a></n>"),
+                ElementsAre("data-missing[missing-choice] /r: nothing of choice \"o\" is there"));
+    EXPECT_THAT(request("<n><a>1</a></n><x/><y/>"), ElementsAre(StartsWith("bad-element /r/y: ")));
+}
+
+TEST(Rpc, HasItsInputsDefaultsInUse)
+{
+    Schema schema("rpc r { input { leaf a { type int8; default 1; }"
+                  "  leaf-list l { type int8; default 2; default 3; }"
+                  "  leaf sum { type int8; must '. = ../a + sum(../l)'; } } }");
+    auto request = [&](const std::string &input) {
+        return schema.CheckMessage("<r xmlns=\"urn:m\">" + input + "</r>", ZR_DATA_REQUEST);
+    };
+    EXPECT_THAT(request("<sum>6</sum>"), IsEmpty());
+    EXPECT_THAT(request("<l>9</l><sum>10</sum>"), IsEmpty());
+    EXPECT_THAT(request("<l>9</l><sum>6</sum>"),
+                ElementsAre(StartsWith("operation-failed[must-violation] /r/sum: ")));
+}
+
+TEST(Rpc, HasNoParameterWhoseConditionIsFalse)
+{
+    Schema schema("rpc r { input { leaf a { type int8; } leaf b { when '../a'; type int8; } }"
+                  "  output { leaf c { type int8; } leaf d { when '../c = 1'; type int8; } } }");
+    auto request = [&](const std::string &input) {
+        return schema.CheckMessage("<r xmlns=\"urn:m\">" + input + "</r>", ZR_DATA_REQUEST);
+    };
+    auto reply = [&](const std::string &output) {
+        return schema.CheckMessage("<x xmlns=\"urn:m\">" + output + "</x>", ZR_DATA_REPLY, "",
+                                   "m:r");
+    };
+    EXPECT_THAT(request("<a>1</a><b>1</b>"), IsEmpty());
+    EXPECT_THAT(request("<b>1</b>"), ElementsAre(StartsWith("unknown-element /r/b: ")));
+    EXPECT_THAT(reply("<c>1</c><d>1</d>"), IsEmpty());
+    EXPECT_THAT(reply("<c>2</c><d>1</d>"), ElementsAre(StartsWith("unknown-element /r/d: ")));
+}
+
+TEST(RpcReply, HasItsOutputsDefaultsInUse)
+{
+    Schema schema("rpc r { output { leaf a { type int8; default 1; }"
+                  "  leaf-list l { type int8; default 2; default 3; }"
+                  "  leaf sum { type int8; must '. = ../a + sum(../l)'; } } }");
+    auto reply = [&](const std::string &output) {
+        return schema.CheckMessage("<x xmlns=\"urn:m\">" + output + "</x>", ZR_DATA_REPLY, "",
+                                   "m:r");
+    };
+    EXPECT_THAT(reply("<sum>6</sum>"), IsEmpty());
+    EXPECT_THAT(reply("<a>2</a><sum>6</sum>"),
+                ElementsAre(StartsWith("operation-failed[must-violation] /r/sum: ")));
+}
+
+TEST(RpcReply, IsWarnedOfParametersInAnotherOrder)
+{
+    Schema schema("rpc r { output { leaf a { type int8; } leaf b { type int8; } } }");
+    EXPECT_THAT(
+        schema.CheckMessage("<x xmlns=\"urn:m\"><a>1</a><b>1</b></x>", ZR_DATA_REPLY, "", "m:r"),
+        IsEmpty());
+    EXPECT_THAT(schema.warnings(), IsEmpty());
+    EXPECT_THAT(
+        schema.CheckMessage("<x xmlns=\"urn:m\"><b>1</b><a>1</a></x>", ZR_DATA_REPLY, "", "m:r"),
+        IsEmpty());
+    EXPECT_THAT(schema.warnings(), ElementsAre(StartsWith("bad-element /r/a: ")));
+}
+
 } // namespace datatest

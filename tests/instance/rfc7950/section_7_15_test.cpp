@@ -114,4 +114,66 @@ TEST(Action, GivesTheParametersOfItsOutputAlone)
                             StartsWith("unknown-element /server[1]/reset/delay: ")));
 }
 
+TEST(Action, NeedsAllContainersAndListsThatLeadToIt)
+{
+    Schema schema(kServers);
+    EXPECT_THAT(schema.CheckMessage(Server(kKeys + "<stop/>"), ZR_DATA_REQUEST),
+                ElementsAre(StartsWith("unknown-element /server[name='a'][zone='z']/stop: ")))
+        << "the container between is left out";
+    EXPECT_THAT(schema.CheckMessage(Action("<reset xmlns=\"urn:m\"><delay>1</delay></reset>"),
+                                    ZR_DATA_REQUEST),
+                testing::Contains(StartsWith("unknown-element /reset: ")));
+}
+
+TEST(Action, IsTheOnlyOneInARequest)
+{
+    Schema schema(kServers);
+    EXPECT_THAT(schema.CheckMessage(Action("<box xmlns=\"urn:m\"><open/></box>"
+                                           "<box xmlns=\"urn:m\"><open/></box>"),
+                                    ZR_DATA_REQUEST),
+                ElementsAre(StartsWith("bad-element /box: ")));
+    EXPECT_THAT(schema.CheckMessage(Server(kKeys + "<reset><delay>1</delay></reset>"
+                                                   "<unit><stop/></unit>"),
+                                    ZR_DATA_REQUEST),
+                ElementsAre(StartsWith("bad-element /server[name='a'][zone='z']/unit: ")));
+}
+
+TEST(Action, HasItsInputsMandatoryLeafsAndDefaults)
+{
+    Schema schema("container c { action a { input { leaf x { type int8; mandatory true; }"
+                  "  leaf d { type int8; default 4; must 'not(. < ../x)'; } } } }");
+    auto request = [&](const std::string &input) {
+        return schema.CheckMessage(Action("<c xmlns=\"urn:m\"><a>" + input + "</a></c>"),
+                                   ZR_DATA_REQUEST);
+    };
+    EXPECT_THAT(request("<x>4</x>"), IsEmpty());
+    EXPECT_THAT(request("<x>5</x>"),
+                ElementsAre(StartsWith("operation-failed[must-violation] /c/a/d: ")));
+    EXPECT_THAT(request("<d>5</d>"), ElementsAre("missing-element /c/a/x: \"x\" is missing"));
+}
+
+TEST(Action, IsWarnedOfParametersInAnotherOrder)
+{
+    Schema schema(
+        "container c { action a { input { leaf x { type int8; } leaf y { type int8; } } } }");
+    EXPECT_THAT(schema.CheckMessage(Action("<c xmlns=\"urn:m\"><a><y>1</y><x>1</x></a></c>"),
+                                    ZR_DATA_REQUEST),
+                IsEmpty());
+    EXPECT_THAT(schema.warnings(), ElementsAre(StartsWith("bad-element /c/a/x: ")));
+}
+
+TEST(Action, WithoutOutputIsAnsweredByOk)
+{
+    Schema schema(kServers);
+    auto reply = [&](const std::string &inner) {
+        return schema.CheckMessage("<rpc-reply xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\">" +
+                                       inner + "</rpc-reply>",
+                                   ZR_DATA_REPLY, "", "/m:box/open");
+    };
+    EXPECT_THAT(reply("<ok/>"), IsEmpty());
+    EXPECT_THAT(reply(""), ElementsAre(StartsWith("missing-element /nc:rpc-reply: ")));
+    EXPECT_THAT(reply("<x xmlns=\"urn:m\"/>"),
+                testing::Contains(StartsWith("unknown-element /box/open/x: ")));
+}
+
 } // namespace datatest

@@ -110,4 +110,46 @@ TEST(Notification, MayHoldAValueTwiceAndInAnyOrder)
     EXPECT_THAT(schema.warnings(), IsEmpty());
 }
 
+TEST(Notification, HasItsMandatoryLeafsWhereTheirParentIs)
+{
+    Schema schema("notification n { container c { leaf a { type int8; mandatory true; } }"
+                  "  container p { presence x; leaf b { type int8; mandatory true; } } }");
+    auto event = [&](const std::string &inner) {
+        return schema.CheckMessage("<n xmlns=\"urn:m\">" + inner + "</n>", ZR_DATA_NOTIFICATION);
+    };
+    EXPECT_THAT(event("<c><a>1</a></c>"), IsEmpty());
+    EXPECT_THAT(event("<p/>"),
+                testing::UnorderedElementsAre("missing-element /n/c/a: \"a\" is missing",
+                                              "missing-element /n/p/b: \"b\" is missing"));
+}
+
+TEST(Notification, HasItsDefaultsInUse)
+{
+    Schema schema("notification n { leaf a { type int8; default 1; }"
+                  "  leaf-list l { type int8; default 2; default 3; } must 'a + sum(l) = 6'; }");
+    auto event = [&](const std::string &inner) {
+        return schema.CheckMessage("<n xmlns=\"urn:m\">" + inner + "</n>", ZR_DATA_NOTIFICATION);
+    };
+    EXPECT_THAT(event(""), IsEmpty());
+    EXPECT_THAT(event("<l>5</l>"), IsEmpty());
+    EXPECT_THAT(event("<a>2</a>"),
+                ElementsAre(StartsWith("operation-failed[must-violation] /n: ")));
+}
+
+TEST(Notification, InsideDataNeedsAllContainersAndListsThatLeadToIt)
+{
+    Schema schema("container c { container d { notification n; }"
+                  "  list l { key k; leaf k { type int8; } notification e; } }");
+    auto event = [&](const std::string &inner) {
+        return schema.CheckMessage(Event("<c xmlns=\"urn:m\">" + inner + "</c>"),
+                                   ZR_DATA_NOTIFICATION);
+    };
+    EXPECT_THAT(event("<d><n/></d>"), IsEmpty());
+    EXPECT_THAT(event("<n/>"), ElementsAre(StartsWith("unknown-element /c/n: ")));
+    EXPECT_THAT(event("<l><k>1</k><e/></l>"), IsEmpty());
+    EXPECT_THAT(event("<l><e/></l>"),
+                ElementsAre("missing-element /c/l[1]/k: key \"k\" is missing"));
+    EXPECT_THAT(event("<e/>"), ElementsAre(StartsWith("unknown-element /c/e: ")));
+}
+
 } // namespace datatest

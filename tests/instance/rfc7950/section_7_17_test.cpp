@@ -1,4 +1,4 @@
-// RFC 7950, sections 7.17 and 7.18: the augment and identity statements.
+// RFC 7950, section 7.17: the augment statement.
 #include "support/schema.h"
 
 namespace datatest {
@@ -51,16 +51,72 @@ TEST(Augment, AddsParametersToOperationsAndNotifications)
                 ElementsAre(StartsWith("invalid-value /e/n:b: ")));
 }
 
-TEST(Identity, OfAnotherModuleIsNamedByItsPrefixInTheData)
+TEST(Augment, AddsNodesInItsOwnNamespace)
 {
-    Schema schema("identity base; leaf v { type identityref { base base; } }");
-    schema.Add("n", "import m { prefix m; } identity one { base m:base; }");
-    EXPECT_THAT(schema.Check("<v xmlns:q=\"urn:n\">q:one</v>"), IsEmpty());
-    EXPECT_THAT(schema.Check("<v xmlns:q=\"urn:m\">q:one</v>"),
-                ElementsAre(StartsWith("invalid-value /v: ")));
-    EXPECT_THAT(schema.Check("<v xmlns:q=\"urn:m\">q:base</v>"),
-                ElementsAre(StartsWith("invalid-value /v: ")))
-        << "the base itself is not derived from it";
+    Schema schema("container c { leaf a { type string; } }");
+    schema.Add(
+        "n",
+        "import m { prefix m; } augment \"/m:c\" { leaf b { type string; must \"../m:a = .\"; } }");
+    EXPECT_THAT(schema.Check("<c><a>1</a><b xmlns=\"urn:n\">1</b></c>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<c><a>1</a><b>1</b></c>"),
+                ElementsAre("unknown-element /c/b: element \"b\" is not in the schema here"));
+    EXPECT_EQ(schema.Check("<c><a>1</a><b xmlns=\"urn:n\">2</b></c>").size(), 1u);
+}
+
+TEST(Augment, AddsCasesAndMandatoryNodesWhereItsConditionIsTrue)
+{
+    Schema schema("container c { leaf on { type empty; } container i; }");
+    schema.Add("n", "import m { prefix m; } augment /m:c/m:i { when '../m:on';"
+                    "  leaf-list a { type int8; min-elements 1; }"
+                    "  choice o { mandatory true; leaf x { type empty; } } }");
+    EXPECT_THAT(schema.Check(""), IsEmpty());
+    EXPECT_THAT(schema.Check("<c><on/><i><a xmlns=\"urn:n\">1</a><x xmlns=\"urn:n\"/></i></c>"),
+                IsEmpty());
+    EXPECT_THAT(
+        schema.Check("<c><on/></c>"),
+        testing::UnorderedElementsAre(StartsWith("operation-failed[too-few-elements] /c/i/n:a: "),
+                                      StartsWith("data-missing[missing-choice] /c/i: ")));
+}
+
+TEST(Augment, JoinsItsConditionWithThoseOfItsNodes)
+{
+    Schema schema("container c { leaf type { type string; } leaf v { type int8; } container none { "
+                  "presence x; } choice o; }");
+    schema.Add("n", "import m { prefix m; }"
+                    " augment /m:c { when \"m:type = 'x' and not(m:none)\";"
+                    "  choice p { when 'm:v < 5'; leaf a { type int8; } } leaf b { when '../m:v > "
+                    "5'; type int8; } }"
+                    " augment /m:c/m:o { when \"m:type = 'y'\"; case q { when 'm:v'; leaf d { type "
+                    "int8; } } }");
+    auto check = [&](const char *type, const char *v, const char *leaf) {
+        return schema
+            .Check(std::string("<c><type>") + type + "</type><v>" + v + "</v><" + leaf +
+                   " xmlns=\"urn:n\">1</" + leaf + "></c>")
+            .size();
+    };
+    EXPECT_EQ(check("x", "1", "a"), 0u);
+    EXPECT_EQ(check("x", "6", "a"), 1u);
+    EXPECT_EQ(check("y", "1", "a"), 1u);
+    EXPECT_EQ(check("x", "6", "b"), 0u);
+    EXPECT_EQ(check("y", "6", "b"), 1u);
+    EXPECT_EQ(check("y", "1", "d"), 0u);
+    EXPECT_EQ(check("x", "1", "d"), 1u);
+}
+
+TEST(Augment, OfAnAugmentedNodeHasItsOwnNamespaceToo)
+{
+    Schema schema("container c;");
+    schema.Add("n",
+               "import m { prefix m; } augment /m:c { container i { leaf a { type int8; } } }");
+    schema.Add("o", "import m { prefix m; } import n { prefix n; }"
+                    " augment /m:c/n:i { leaf a { type int8; must '../n:a = .'; } }");
+    auto check = [&](const char *value) {
+        return schema.Check(std::string("<c><i xmlns=\"urn:n\"><a xmlns=\"urn:o\">") + value +
+                            "</a><a>1</a></i></c>");
+    };
+    EXPECT_THAT(check("1"), IsEmpty()) << "two leafs of one name, in any order";
+    EXPECT_THAT(check("2"),
+                ElementsAre(StartsWith("operation-failed[must-violation] /c/n:i/o:a: ")));
 }
 
 } // namespace datatest

@@ -4,6 +4,10 @@
 namespace datatest {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
+using testing::UnorderedElementsAre;
 
 TEST(Container, MayBeEmptyOrLeftOut)
 {
@@ -63,6 +67,56 @@ TEST(Must, SeesDefaultsThatAreInUse)
                   "  leaf b { type int8; default 5; } }");
     EXPECT_THAT(schema.Check("<c><a>y</a></c>"), ElementsAre());
     EXPECT_THAT(schema.Check("<c><a>y</a><b>6</b></c>"), testing::SizeIs(1));
+}
+
+TEST(Must, IsAskedOfEachNodeThatTheDataHas)
+{
+    Schema schema("list l { key k; must \"v != 'bad'\"; leaf k { type string; }"
+                  "  leaf v { type string; must \"string-length(.) = 3\"; } }"
+                  " leaf-list n { type int8; must '. < 5'; }");
+    EXPECT_THAT(schema.Check("<l><k>1</k><v>yes</v></l><n>1</n><n>2</n>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<l><k>1</k><v>bad</v></l><l><k>2</k><v>long</v></l><n>1</n><n>5</n>"
+                             "<n>6</n>"),
+                ElementsAre(StartsWith("operation-failed[must-violation] /l[k='1']: "),
+                            StartsWith("operation-failed[must-violation] /l[k='2']/v: "),
+                            StartsWith("operation-failed[must-violation] /n[.='5']: "),
+                            StartsWith("operation-failed[must-violation] /n[.='6']: ")));
+    EXPECT_THAT(schema.Check(""), IsEmpty());
+}
+
+TEST(Must, OfOneNodeIsToldForEachThatIsFalse)
+{
+    Schema schema("leaf a { type int8; must '. > 3'; must '. < 9'; must '. mod 2 = 0'; }");
+    EXPECT_THAT(schema.Check("<a>4</a>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<a>1</a>"), SizeIs(2));
+}
+
+TEST(Must, OfAContainerWithoutPresenceIsAskedAlsoWhereItDoesNotStand)
+{
+    Schema schema("container n { must '../on'; } leaf on { type empty; }"
+                  " container p { presence x; must '../on'; }");
+    EXPECT_THAT(schema.Check("<on/>"), IsEmpty());
+    EXPECT_THAT(schema.Check(""), ElementsAre(StartsWith("operation-failed[must-violation] /n: ")));
+    EXPECT_THAT(schema.Check("<p/>"),
+                UnorderedElementsAre(StartsWith("operation-failed[must-violation] /p: "),
+                                     StartsWith("operation-failed[must-violation] /n: ")));
+}
+
+TEST(Must, OfADefaultThatIsInUseIsAsked)
+{
+    Schema schema(
+        "leaf a { type int8; default 5; must '../b < .'; } leaf b { type int8; default 1; }");
+    EXPECT_THAT(schema.Check(""), IsEmpty());
+    EXPECT_THAT(schema.Check("<b>7</b>"),
+                ElementsAre(StartsWith("operation-failed[must-violation] /a: ")));
+}
+
+TEST(Must, OfStateIsAskedOfStateAlone)
+{
+    Schema schema("leaf a { type int8; } leaf s { config false; type int8; must '../a = .'; }");
+    EXPECT_THAT(schema.Check("<a>1</a><s>1</s>", ZR_DATA_CONFIG_AND_STATE), IsEmpty());
+    EXPECT_THAT(schema.Check("<a>1</a><s>2</s>", ZR_DATA_CONFIG_AND_STATE),
+                ElementsAre(StartsWith("operation-failed[must-violation] /s: ")));
 }
 
 } // namespace datatest

@@ -1,10 +1,11 @@
-// RFC 7950, section 7.6: the leaf statement; 7.7: the leaf-list statement.
+// RFC 7950, section 7.6: the leaf statement.
 #include "support/schema.h"
 
 namespace datatest {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 TEST(Leaf, StandsOnce)
 {
@@ -60,13 +61,73 @@ TEST(Leaf, TakesTheDefaultOfItsType)
     EXPECT_THAT(schema.Check("<c/>"), IsEmpty());
 }
 
-TEST(LeafList, HoldsAValueOnceInConfiguration)
+TEST(Leaf, ThatIsMandatoryAtTheTopIsAlwaysAskedFor)
 {
-    Schema schema("leaf-list a { type int8; } leaf-list s { config false; type int8; }");
-    EXPECT_THAT(schema.Check("<a>1</a><a>2</a>"), IsEmpty());
-    EXPECT_THAT(schema.Check("<a>1</a><a>+1</a>"),
-                ElementsAre("bad-element /a[.='1']: the value \"1\" stands here a second time"));
-    EXPECT_THAT(schema.Check("<s>1</s><s>1</s>", ZR_DATA_CONFIG_AND_STATE), IsEmpty());
+    Schema schema("leaf a { type string; mandatory true; }");
+    EXPECT_THAT(schema.Check("<a>1</a>"), IsEmpty());
+    EXPECT_THAT(schema.Check(""), ElementsAre("missing-element /a: \"a\" is missing"));
+}
+
+TEST(Leaf, ThatIsMandatoryInACaseIsAskedForWhereAnotherNodeOfTheCaseIs)
+{
+    Schema schema(
+        "choice o { case x { leaf b { type empty; }"
+        "   container n { leaf a { type string; mandatory true; } leaf c { type empty; } } }"
+        "  leaf y { type empty; } }");
+    EXPECT_THAT(schema.Check(""), IsEmpty());
+    EXPECT_THAT(schema.Check("<y/>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<b/><n><a>1</a></n>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<b/>"), ElementsAre("missing-element /n/a: \"a\" is missing"));
+    EXPECT_THAT(schema.Check("<n><c/></n>"), ElementsAre("missing-element /n/a: \"a\" is missing"));
+}
+
+TEST(Leaf, HasItsDefaultAtTheTopAndInContainersWithoutPresence)
+{
+    Schema schema("leaf a { type int8; default 1; } container n { container i {"
+                  "  leaf b { type int8; default 2; } } }"
+                  " leaf sum { type int8; must '. = ../a + ../n/i/b'; }");
+    EXPECT_THAT(schema.Check("<sum>3</sum>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<sum>3</sum><a>2</a>"), SizeIs(1)) << "its value stands for it";
+}
+
+TEST(Leaf, HasItsDefaultInEachEntryAndContainerWithPresenceThatIsThere)
+{
+    Schema schema("list l { key k; leaf k { type string; } leaf a { type int8; default 1; } }"
+                  " container p { presence x; leaf b { type int8; default 1; } }"
+                  " leaf n { type int8; must '. = count(../l/a) + count(../p/b)'; }");
+    EXPECT_THAT(schema.Check("<n>0</n>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<l><k>1</k></l><l><k>2</k></l><p/><n>3</n>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<p/><n>0</n>"), SizeIs(1));
+}
+
+TEST(Leaf, HasItsDefaultInAContainerOfTheChosenCase)
+{
+    Schema schema("container c { choice o { case x { leaf a { type empty; }"
+                  "   container n { leaf b { type int8; default 1; } } } leaf y { type empty; } }"
+                  "  must 'count(n/b) = count(a)'; }");
+    EXPECT_THAT(schema.Check(""), IsEmpty());
+    EXPECT_THAT(schema.Check("<c><y/></c>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<c><a/></c>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<c><n/></c>"), SizeIs(1)) << "the case is chosen by any node";
+}
+
+TEST(Leaf, WithItsOwnDefaultDoesNotTakeThatOfItsType)
+{
+    Schema schema("typedef t { type int8; default 1; }"
+                  " leaf a { type t; default 2; must '. = 2'; }"
+                  " leaf b { type t; mandatory true; }");
+    EXPECT_THAT(schema.Check("<b>1</b>"), IsEmpty());
+    EXPECT_THAT(schema.Check(""), ElementsAre("missing-element /b: \"b\" is missing"))
+        << "what is mandatory takes no default from its type";
+}
+
+TEST(Leaf, ThatIsALeafOfAKeyTakesNoDefault)
+{
+    Schema schema("typedef t { type string; default x; }"
+                  " list l { key \"a b\"; leaf a { type t; } leaf b { type int8; default 1; } }");
+    EXPECT_THAT(schema.Check("<l><a>1</a><b>2</b></l>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<l/>"), ElementsAre("missing-element /l[1]/a: key \"a\" is missing",
+                                                  "missing-element /l[1]/b: key \"b\" is missing"));
 }
 
 } // namespace datatest

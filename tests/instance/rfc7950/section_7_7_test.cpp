@@ -109,4 +109,53 @@ TEST(Elements, AreNotCountedInAContextThatDoesNotKeepTheirNumbers)
     EXPECT_THAT(schema.Check("<a>1</a>"), IsEmpty());
 }
 
+TEST(LeafList, HasItsDefaultsInTheChosenCaseAlone)
+{
+    Schema schema("container c { choice o { case x { leaf a { type empty; }"
+                  "   leaf-list v { type int8; default 1; default 2; } } leaf y { type empty; } }"
+                  "  must 'count(v) = 2 * count(a)'; }");
+    EXPECT_THAT(schema.Check("<c/>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<c><y/></c>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<c><a/></c>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<c><v>1</v></c>"), SizeIs(1));
+}
+
+TEST(LeafList, HasItsDefaultsWhereItsParentIs)
+{
+    Schema schema("container p { presence x; leaf-list v { type int8; default 1; default 2; } }"
+                  " leaf n { type int8; must '. = sum(../p/v)'; }");
+    EXPECT_THAT(schema.Check("<n>0</n>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<p/><n>3</n>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<p><v>7</v></p><n>3</n>"), SizeIs(1));
+}
+
+TEST(LeafList, ComparesCanonicalValues)
+{
+    Schema schema("identity b; identity i { base b; } leaf-list a { type identityref { base b; } }"
+                  " leaf-list d { type decimal64 { fraction-digits 2; } }");
+    EXPECT_THAT(schema.Check("<d>1</d><d>1.01</d>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<d>1.50</d><d>+1.5</d>"), SizeIs(1));
+    EXPECT_THAT(schema.Check("<a>i</a><a xmlns:x=\"urn:m\">x:i</a>"), SizeIs(1));
+}
+
+TEST(LeafList, OfParametersMayHoldAValueTwice)
+{
+    Schema schema(
+        "rpc r { input { leaf-list a { type int8; } } output { leaf-list b { type int8; } } }");
+    EXPECT_THAT(schema.CheckMessage("<r xmlns=\"urn:m\"><a>1</a><a>1</a></r>", ZR_DATA_REQUEST),
+                IsEmpty());
+    EXPECT_THAT(schema.CheckMessage("<x><b xmlns=\"urn:m\">1</b><b xmlns=\"urn:m\">1</b></x>",
+                                    ZR_DATA_REPLY, "", "m:r"),
+                IsEmpty());
+}
+
+TEST(LeafList, HasItsEntriesInTheOrderOfTheUser)
+{
+    Schema schema("leaf-list a { type int8; ordered-by user; } leaf b { type int8; }");
+    EXPECT_EQ(
+        schema.Write(Wrap("<a>3</a><b>9</b><a>1</a><a>2</a>"), {ZR_DATA_XML, ZR_DATA_EXPLICIT, 0}),
+        Wrap("<a>3</a><a>1</a><a>2</a><b>9</b>"))
+        << "other nodes may stand between them";
+}
+
 } // namespace datatest

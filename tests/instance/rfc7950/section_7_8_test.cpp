@@ -1,10 +1,12 @@
-// RFC 7950, section 7.8: the list statement; 7.9: the choice statement.
+// RFC 7950, section 7.8: the list statement.
 #include "support/schema.h"
 
 namespace datatest {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
+using testing::UnorderedElementsAre;
 
 constexpr const char *kUsers =
     "list user { key \"name type\"; leaf name { type string; } leaf type { type string; }"
@@ -96,33 +98,92 @@ TEST(List, TellsTheLineOfEachFault)
     EXPECT_THAT(schema.lines(), ElementsAre(2, 5));
 }
 
-TEST(Choice, TakesOneCase)
+TEST(List, ComparesKeysInTheirCanonicalForm)
 {
-    Schema schema("container food { choice snack { case sports { leaf pretzel { type empty; }"
-                  "  leaf beer { type empty; } } leaf chocolate { type empty; } } }");
-    EXPECT_THAT(schema.Check("<food><pretzel/><beer/></food>"), IsEmpty());
-    EXPECT_THAT(schema.Check("<food><pretzel/><chocolate/></food>"),
-                ElementsAre("bad-element /food/chocolate: \"chocolate\" and \"sports\" of choice "
-                            "\"snack\" exclude each other"));
+    Schema schema("list l { key \"a b\"; leaf a { type int8; }"
+                  "  leaf b { type bits { bit x; bit y; } } }");
+    EXPECT_THAT(schema.Check("<l><a>1</a><b>x</b></l><l><a>1</a><b>x y</b></l>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<l><a>1</a><b>x y</b></l><l><a>+01</a><b>y x</b></l>"),
+                ElementsAre(StartsWith("bad-element /l[a='1'][b='x y']: ")));
 }
 
-TEST(Choice, ThatIsMandatoryIsMissed)
+TEST(List, OfStateNeedsNoKeys)
 {
-    Schema schema("container c { presence p; choice how { mandatory true; leaf a { type empty; }"
-                  "  leaf b { type empty; } } }");
-    EXPECT_THAT(schema.Check("<c><a/></c>"), IsEmpty());
-    EXPECT_THAT(schema.Check("<c/>"),
-                ElementsAre("data-missing[missing-choice] /c: nothing of choice \"how\" is there"));
+    Schema schema("list l { config false; leaf a { type int8; } }"
+                  " list k { config false; key a; leaf a { type int8; } }");
+    EXPECT_THAT(schema.Check("<l><a>1</a></l><l><a>1</a></l><l/>", ZR_DATA_CONFIG_AND_STATE),
+                IsEmpty());
+    EXPECT_THAT(schema.Check("<k><a>1</a></k><k><a>1</a></k>", ZR_DATA_CONFIG_AND_STATE),
+                ElementsAre(StartsWith("bad-element /k[a='1']: ")));
+    EXPECT_THAT(schema.Check("<k/>", ZR_DATA_CONFIG_AND_STATE),
+                ElementsAre("missing-element /k[1]/a: key \"a\" is missing"));
 }
 
-TEST(Choice, AsksForTheMandatoryNodesOfTheChosenCaseAlone)
+TEST(List, HasItsKeysAlsoInParameters)
 {
-    Schema schema("container c { choice how { case x { leaf a { type string; }"
-                  "  leaf b { type string; mandatory true; } } leaf d { type string; } } }");
-    EXPECT_THAT(schema.Check("<c/>"), IsEmpty());
-    EXPECT_THAT(schema.Check("<c><d>1</d></c>"), IsEmpty());
-    EXPECT_THAT(schema.Check("<c><a>1</a></c>"),
-                ElementsAre("missing-element /c/b: \"b\" is missing"));
+    Schema schema("rpc r { input { list l { key a; leaf a { type int8; } leaf b { type int8; } }"
+                  "  list f { leaf b { type int8; } } } }");
+    auto request = [&](const std::string &input) {
+        return schema.CheckMessage("<r xmlns=\"urn:m\">" + input + "</r>", ZR_DATA_REQUEST);
+    };
+    EXPECT_THAT(request("<l><a>1</a></l><l><a>2</a></l><f><b>1</b></f><f><b>1</b></f>"), IsEmpty());
+    EXPECT_THAT(request("<l><b>1</b></l>"),
+                ElementsAre("missing-element /r/l[1]/a: key \"a\" is missing"));
+    EXPECT_THAT(request("<l><a>1</a></l><l><a>1</a></l>"),
+                ElementsAre(StartsWith("bad-element /r/l[a='1']: ")));
+}
+
+TEST(List, HasSeveralUniqueStatements)
+{
+    Schema schema(
+        "list l { key k; unique a; unique \"a b\"; unique c; leaf k { type int8; }"
+        "  leaf a { type int8; } leaf b { type int8; } leaf c { type int8; default 7; } }");
+    EXPECT_THAT(
+        schema.Check("<l><k>1</k><a>1</a><b>1</b></l><l><k>2</k><a>2</a><b>1</b><c>1</c></l>"),
+        IsEmpty());
+    EXPECT_THAT(
+        schema.Check("<l><k>1</k><a>1</a><b>1</b></l><l><k>2</k><a>1</a><b>2</b><c>7</c></l>"),
+        UnorderedElementsAre(
+            "operation-failed[data-not-unique] /l[k='2']: another entry has the same \"a\"",
+            "operation-failed[data-not-unique] /l[k='2']: another entry has the same \"c\""));
+}
+
+TEST(List, IsUniqueAmongTheEntriesOfOneParent)
+{
+    Schema schema("list o { key k; leaf k { type int8; } list l { key k; unique a;"
+                  "  leaf k { type int8; } leaf a { type int8; } } }");
+    EXPECT_THAT(schema.Check("<o><k>1</k><l><k>1</k><a>1</a></l></o>"
+                             "<o><k>2</k><l><k>1</k><a>1</a></l></o>"),
+                IsEmpty());
+    EXPECT_THAT(schema.Check("<o><k>1</k><l><k>1</k><a>1</a></l><l><k>2</k><a>1</a></l></o>"),
+                ElementsAre(StartsWith("operation-failed[data-not-unique] /o[k='1']/l[k='2']: ")));
+}
+
+TEST(List, OfStateHasItsUniqueLeafsToo)
+{
+    Schema schema("list l { config false; unique a; leaf a { type int8; } }");
+    EXPECT_THAT(schema.Check("<l><a>1</a></l><l><a>2</a></l><l/><l/>", ZR_DATA_CONFIG_AND_STATE),
+                IsEmpty());
+    EXPECT_THAT(schema.Check("<l><a>1</a></l><l><a>1</a></l>", ZR_DATA_CONFIG_AND_STATE),
+                ElementsAre(StartsWith("operation-failed[data-not-unique] /l[2]: ")));
+}
+
+TEST(List, HasItsEntriesInTheOrderOfTheUser)
+{
+    Schema schema("list l { key k; ordered-by user; leaf k { type int8; } } leaf b { type int8; }");
+    EXPECT_EQ(schema.Write(Wrap("<l><k>3</k></l><b>9</b><l><k>1</k></l>"),
+                           {ZR_DATA_XML, ZR_DATA_EXPLICIT, 0}),
+              Wrap("<l><k>3</k></l><l><k>1</k></l><b>9</b>"));
+}
+
+TEST(List, HasNumbersOfEntriesLikeALeafList)
+{
+    Schema schema("list l { key k; min-elements 1; max-elements 2; leaf k { type int8; } }");
+    EXPECT_THAT(schema.Check("<l><k>1</k></l><l><k>2</k></l>"), IsEmpty());
+    EXPECT_THAT(schema.Check(""),
+                ElementsAre(StartsWith("operation-failed[too-few-elements] /l: ")));
+    EXPECT_THAT(schema.Check("<l><k>1</k></l><l><k>2</k></l><l><k>3</k></l>"),
+                ElementsAre(StartsWith("operation-failed[too-many-elements] /l: ")));
 }
 
 } // namespace datatest

@@ -118,4 +118,68 @@ TEST(Payload, InsertsNothingThatItDeletes)
                 ElementsAre(StartsWith("bad-attribute /entry[")));
 }
 
+TEST(Data, HasNodesOfItsModulesAlone)
+{
+    Schema schema("container c { leaf a { type int8; } } rpc r; notification n;");
+    EXPECT_THAT(schema.Check("<c><a>1</a></c>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<a>1</a>"), ElementsAre(StartsWith("unknown-element /a: ")));
+    EXPECT_THAT(schema.Check("<c><c/></c>"), ElementsAre(StartsWith("unknown-element /c/c: ")));
+    EXPECT_THAT(schema.Check("<c xmlns=\"urn:none\"/>"),
+                ElementsAre(StartsWith("unknown-namespace /c: ")));
+    EXPECT_THAT(schema.Check("<r/>"), ElementsAre(StartsWith("unknown-element /r: ")));
+    EXPECT_THAT(schema.Check("<n/>"), ElementsAre(StartsWith("unknown-element /n: ")));
+}
+
+TEST(Data, IsHeldAgainstTheConstraintsOfItsKind)
+{
+    // One rule, of configuration, state, parameters and a notification.
+    const std::string rule =
+        "leaf a { type int8; must '. > 0'; } leaf b { type int8 { range 1..9; } }";
+    Schema schema("container c { " + rule + " } container s { config false; " + rule +
+                  " }"
+                  " rpc r { input { " +
+                  rule + " } output { " + rule + " } } notification n { " + rule + " }");
+    const std::string good = "<a>1</a><b>1</b>", bad = "<a>0</a><b>0</b>";
+    auto check = [&](const std::string &inner) {
+        auto in = [&](const char *name) {
+            return std::string("<") + name + " xmlns=\"urn:m\">" + inner + "</" + name + ">";
+        };
+        return std::vector<size_t>{schema.Check(in("c")).size(),
+                                   schema.Check(in("s"), ZR_DATA_CONFIG_AND_STATE).size(),
+                                   schema.CheckMessage(in("r"), ZR_DATA_REQUEST).size(),
+                                   schema.CheckMessage(in("r"), ZR_DATA_REPLY, "", "m:r").size(),
+                                   schema.CheckMessage(in("n"), ZR_DATA_NOTIFICATION).size()};
+    };
+    EXPECT_THAT(check(good), testing::Each(0u));
+    EXPECT_THAT(check(bad), testing::Each(2u));
+}
+
+TEST(Data, IsAskedForNothingBelowWhatHasNoPlace)
+{
+    Schema schema("feature f; leaf on { type empty; }"
+                  " container w { when '../on'; leaf a { type int8; mandatory true; }"
+                  "  leaf-list l { type int8; min-elements 1; }"
+                  "  choice o { mandatory true; leaf x { type empty; } } }"
+                  " container i { if-feature f; leaf b { type int8; mandatory true; }"
+                  "  list k { key n; min-elements 1; leaf n { type int8; } } }");
+    EXPECT_THAT(schema.Check(""), IsEmpty());
+    EXPECT_THAT(schema.Check("<on/>"), testing::SizeIs(3));
+    ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(schema.ctx(), "m"), "f");
+    EXPECT_THAT(schema.Check(""), testing::SizeIs(2));
+}
+
+TEST(Payload, IsWellFormed)
+{
+    for (const char *bad : {"<c>", "<c><a>1</c></a>", "<c a=1/>", "&none;"})
+        EXPECT_THAT(Edit(bad), ElementsAre(StartsWith("malformed-message "))) << bad;
+}
+
+TEST(Payload, HasTheHierarchyOfTheSchema)
+{
+    EXPECT_THAT(Edit("<c><a>1</a></c>"), IsEmpty());
+    EXPECT_THAT(Edit("<a>1</a>"), ElementsAre(StartsWith("unknown-element /a: ")));
+    EXPECT_THAT(Edit("<c>text</c>"), ElementsAre(StartsWith("bad-element /c: ")));
+    EXPECT_THAT(Edit("<c><a>1</a><a>2</a></c>"), ElementsAre(StartsWith("bad-element /c/a: ")));
+}
+
 } // namespace datatest

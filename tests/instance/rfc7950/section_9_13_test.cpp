@@ -1,5 +1,6 @@
-// RFC 7950, section 9.13: instance-identifiers, and whether what they name is there.
+// RFC 7950, section 9.13: the instance-identifier type, and whether what a value names is there.
 #include "support/schema.h"
+#include "support/value.h"
 
 namespace datatest {
 
@@ -44,6 +45,15 @@ testing::Matcher<Texts> NotThere(const std::string &value)
 }
 
 } // namespace
+
+TEST(InstanceIdentifier, LeadsToANodeOfTheSchema)
+{
+    const std::string list = "list l { key k; leaf k { type string; } leaf a { type string; } }";
+    const std::string type = "instance-identifier { require-instance false; }";
+    EXPECT_TRUE(Takes(type, "/m:l[ m:k = 'x' ]/m:a", list));
+    for (const char *bad : {"", "l", "/l", "/m:none", "/m:l[m:k]", "/x:l", "/m:l/"})
+        EXPECT_FALSE(Takes(type, bad, list)) << bad;
+}
 
 TEST(InstanceIdentifier, NamesAnEntryByItsKeys)
 {

@@ -80,6 +80,37 @@ TEST(Rfc7951, Section5_6Anyxml)
     EXPECT_EQ(schema.Write(json, kJson), json);
 }
 
+TEST(Rfc7951, Section6_1NumbersOf64BitsAreStrings)
+{
+    Schema schema(
+        "container c { leaf a { type int8; } leaf b { type uint32; } leaf c { type int64; }"
+        " leaf d { type uint64; } leaf e { type decimal64 { fraction-digits 2; } } }");
+    EXPECT_THAT(Follow(schema, R"({"m:c":{"a":-5,"b":4294967295,"c":"-9223372036854775808",)"
+                               R"("d":"18446744073709551615","e":"3.14"}})"),
+                HasSubstr("<e>3.14</e>"));
+    for (const char *bad : {R"({"m:c": {"a": "5"}})", R"({"m:c": {"c": 5}})",
+                            R"({"m:c": {"e": 3.14}})", R"({"m:c": {"a": 5.0}})"})
+        EXPECT_THAT(schema.CheckJson(bad),
+                    testing::ElementsAre(testing::StartsWith("invalid-value ")))
+            << bad;
+}
+
+TEST(Rfc7951, Section6_2To6_7StringsAndBooleans)
+{
+    Schema schema(
+        "container c { leaf s { type string; } leaf b { type boolean; }"
+        " leaf e { type enumeration { enum one; } } leaf f { type bits { bit x; bit y; } }"
+        " leaf d { type binary; } leaf r { type leafref { path ../n; } }"
+        " leaf n { type uint8; } }");
+    EXPECT_THAT(Follow(schema, R"({"m:c":{"s":"a \"b\" \\","b":true,"e":"one","f":"x y",)"
+                               R"("d":"QUJD","r":7,"n":7}})"),
+                HasSubstr("<f>x y</f><d>QUJD</d><r>7</r>"));
+    for (const char *bad :
+         {R"({"m:c": {"s": 1}})", R"({"m:c": {"b": "true"}})", R"({"m:c": {"e": 0}})",
+          R"({"m:c": {"f": ["x"]}})", R"({"m:c": {"r": "7", "n": 7}})"})
+        EXPECT_FALSE(schema.CheckJson(bad).empty()) << bad;
+}
+
 TEST(Rfc7951, Section6_8Identityref)
 {
     Schema schema;

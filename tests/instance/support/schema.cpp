@@ -43,13 +43,25 @@ Schema::~Schema()
     ZR_CTX_Delete(ctx_);
 }
 
+void Schema::Decide(const std::string &module, const std::string &feature, bool isOn)
+{
+    decisions_.push_back({module, feature, isOn});
+}
+
 void Schema::Add(const std::string &name, const std::string &body)
 {
-    sources_.emplace_back(name, ModuleText(name, body));
+    AddSource(name, ModuleText(name, body));
+}
+
+void Schema::AddSource(const std::string &name, const std::string &source)
+{
+    sources_.emplace_back(name, source);
     ZrYang *yang = ZR_YANG_Create(nullptr);
     ZR_YANG_SetReportFunc(yang, FailWith, nullptr);
     for (const auto &[known, text] : sources_)
         ZR_YANG_AddText(yang, known.c_str(), text.data(), text.size());
+    for (const Decision &one : decisions_)
+        ZR_YANG_SetFeature(yang, one.module.c_str(), one.feature.c_str(), one.isOn);
     char *prepared = nullptr;
     EXPECT_EQ(ZR_YANG_PrepareToText(yang, name.c_str(), &prepared, nullptr), ZR_YANG_OK);
     EXPECT_EQ(ZR_CTX_LoadMemory(ctx_, prepared), ZR_OK);

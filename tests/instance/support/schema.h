@@ -26,8 +26,12 @@ public:
     Schema(const Schema &) = delete;
     Schema &operator=(const Schema &) = delete;
 
+    // Whether a feature is on in the expressions of the modules that are added next.
+    void Decide(const std::string &module, const std::string &feature, bool isOn);
     // A further module, with the namespace urn:NAME and the prefix NAME.
     void Add(const std::string &name, const std::string &body);
+    // The same from the whole source of a module.
+    void AddSource(const std::string &name, const std::string &source);
     ZrCtx *ctx() const { return ctx_; }
 
     // Plans are made when data is first checked, and again when the context has changed.
@@ -60,6 +64,11 @@ private:
     ZrCtx *ctx_;
     ZrDataPlan *plan_ = nullptr;
     std::vector<std::pair<std::string, std::string>> sources_;
+    struct Decision {
+        std::string module, feature;
+        bool isOn;
+    };
+    std::vector<Decision> decisions_;
     std::vector<uint32_t> lines_;
     Texts warnings_, xml_;
 };
