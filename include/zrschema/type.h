@@ -32,6 +32,13 @@ enum ZrRequireInstance {
     ZR_INSTANCE_REQUIRED = 2  /**< it must be there */
 };
 
+/** The restrictions that may say how their violation is reported (RFC 7950, section 7.5.4). */
+enum ZrRestriction {
+    ZR_RESTRICTION_LENGTH = 0, /**< the length of a type */
+    ZR_RESTRICTION_RANGE = 1,  /**< its range */
+    ZR_RESTRICTION_PATTERN = 2 /**< one of its patterns */
+};
+
 /** One bound of a segment of a range or length. */
 typedef struct ZrTypeBound {
     uint32_t kind;           /**< a ::ZrBoundKind */
@@ -235,6 +242,37 @@ ZR_API uint32_t ZR_TYPE_ScanIdentRefBase(const ZrtRealType *type, ZrIdentBaseSca
  */
 ZR_API uint32_t ZR_TYPE_ScanPatternInvertMatch(const ZrtRealType *type, ZrPatternScanFunc callback,
                                                void *userData);
+
+/**
+ * Gives the "error-message" of a range, length or pattern: what a server reports of a value that it
+ * refuses (RFC 7950, sections 7.5.4.1 and 8.3.1).
+ *
+ * Only the restrictions that the type statement itself gives are asked, not those of a typedef that
+ * it names. Only contexts with #ZR_CTX_STANDARD keep the messages.
+ *
+ * @param type         a type; null is allowed
+ * @param restriction  a ::ZrRestriction
+ * @param index        the place of the pattern in the order of ZR_TYPE_ScanPatternInvertMatch(),
+ *                     from 0; 0 for a length or range
+ * @return the text, which belongs to the type; null when there is no such restriction, when it says
+ *         none, and in a context without #ZR_CTX_STANDARD
+ */
+ZR_API const char *ZR_TYPE_GetErrorMessage(const ZrtRealType *type, uint32_t restriction,
+                                           uint32_t index);
+
+/**
+ * Gives the "error-app-tag" of a range, length or pattern (RFC 7950, section 7.5.4.2), like
+ * ZR_TYPE_GetErrorMessage() its message.
+ *
+ * @param type         a type; null is allowed
+ * @param restriction  a ::ZrRestriction
+ * @param index        the place of the pattern in the order of ZR_TYPE_ScanPatternInvertMatch(),
+ *                     from 0; 0 for a length or range
+ * @return the text, which belongs to the type; null when there is no such restriction, when it says
+ *         none, and in a context without #ZR_CTX_STANDARD
+ */
+ZR_API const char *ZR_TYPE_GetErrorAppTag(const ZrtRealType *type, uint32_t restriction,
+                                          uint32_t index);
 
 #ifdef __cplusplus
 }

@@ -356,6 +356,72 @@ TEST_F(Standard, KeepsRequireInstanceOfEveryTypeThatSaysIt)
     EXPECT_EQ(kept("/b:text"), "- 0");
 }
 
+// What a type says of violations, "RESTRICTION MESSAGE, APP-TAG;" each, with its typedefs and
+// members in brackets.
+std::string Violations(const ZrCtx *ctx, const ZrtRealType *type)
+{
+    struct Walk {
+        const ZrCtx *ctx;
+        const ZrtRealType *type;
+        std::string text;
+    };
+    Walk walk = {ctx, type, ""};
+    for (uint32_t restriction = ZR_RESTRICTION_LENGTH; restriction <= ZR_RESTRICTION_PATTERN;
+         ++restriction) {
+        for (uint32_t index = 0; index < 3; ++index) {
+            const char *message = ZR_TYPE_GetErrorMessage(type, restriction, index);
+            const char *appTag = ZR_TYPE_GetErrorAppTag(type, restriction, index);
+            if (message != nullptr || appTag != nullptr)
+                walk.text += std::to_string(restriction) + "." + std::to_string(index) + " " +
+                             OrDash(message) + ", " + OrDash(appTag) + ";";
+        }
+    }
+    auto append = [](const char *, const char *, const ZrtRealType *other, void *user) {
+        auto *self = static_cast<Walk *>(user);
+        if (other != self->type)
+            self->text += "[" + Violations(self->ctx, other) + "]";
+        return 1u; // a typedef itself goes on
+    };
+    auto appendMember = [](const char *, const char *, const ZrtRealType *member, void *user) {
+        auto *self = static_cast<Walk *>(user);
+        self->text += "[" + Violations(self->ctx, member) + "]";
+        return 0u;
+    };
+    ZR_TYPE_IterRealTypeDerivedName(type, ctx, append, &walk);
+    ZR_TYPE_ScanUnionSubType(type, appendMember, &walk);
+    return walk.text;
+}
+
+const std::string kSmall = Type("int8", Range("1..9", ErrorMessage("Large.")));
+const std::string kWord = Type("string", Length("1..9", ErrorAppTag("long")) + Pattern("a.*") +
+                                             Pattern(".*z", ErrorMessage("No z.")));
+
+TEST_F(Standard, KeepsWhatRestrictionsSayOfViolations)
+{
+    Have("x", TypeDef("small", kSmall));
+    Have("b", Import("x") + TypeDef("word", kWord) + Leaf("own", kWord) +
+                  Leaf("derived", Type("word", Pattern("b", ErrorAppTag("b")))) +
+                  Leaf("foreign", "x:small") + Leaf("either", Type("union", kSmall + kWord)) +
+                  Leaf("plain", Type("int8", Range("1"))) + Leaf("other", "string") +
+                  Container("c"));
+    Have("a", Import("b") + Augment("/b:c", LeafList("l", kSmall)));
+    Have("d", Import("b") + Deviation("/b:other", "replace", kWord));
+    auto kept = [&](const std::string &path) {
+        return Violations(ctx_, ZR_NODE_GetRealType(Node(path)));
+    };
+    const std::string word = "0.0 -, long;2.1 No z., -;", small = "1.0 Large., -;";
+    EXPECT_EQ(kept("/b:own"), word);
+    EXPECT_EQ(kept("/b:derived"), "2.0 -, b;[" + word + "]");
+    EXPECT_EQ(kept("/b:foreign"), "[" + small + "]");
+    EXPECT_EQ(kept("/b:either"), "[" + small + "][" + word + "]");
+    EXPECT_EQ(kept("/b:plain"), "");
+    EXPECT_EQ(kept("/b:c/a:l"), small);
+    EXPECT_EQ(kept("/b:other"), word);
+    EXPECT_EQ(Unload("d"), ZR_OK);
+    EXPECT_EQ(kept("/b:other"), "");
+    EXPECT_THAT(Errors(), IsEmpty());
+}
+
 struct Wrong {
     const char *where;
     std::string body;
@@ -435,6 +501,13 @@ TEST_F(WithoutStandard, ReferencesAreKeptWithoutPredicates)
                                  Statement("require-instance", "value", "false"))));
     EXPECT_EQ(References(ctx_, ZR_NODE_GetRealType(Node("/b:r"))), "/b:l/v 0");
     EXPECT_EQ(References(ctx_, ZR_NODE_GetRealType(Node("/b:i"))), "- 0");
+}
+
+TEST_F(WithoutStandard, NothingIsKeptOfViolationsThatRestrictionsName)
+{
+    Have("b", Leaf("own", kWord) + Leaf("odd", Type("int8", Range("1", "<error-message/>"))));
+    EXPECT_EQ(Violations(ctx_, ZR_NODE_GetRealType(Node("/b:own"))), "");
+    EXPECT_THAT(Errors(), IsEmpty());
 }
 
 TEST_F(WithoutStandard, NothingOfItIsKeptOrTaken)
