@@ -159,6 +159,39 @@ ZR_API uint32_t ZR_TYPE_ScanNameValuePair(const ZrtRealType *type, ZrNameValueSc
                                           void *userData);
 
 /**
+ * Lists the features that an enum or bit depends on (RFC 7950, section 7.20.2).
+ *
+ * Only contexts with #ZR_CTX_STANDARD keep them.
+ *
+ * @param type      a type; null gives #ZR_ERR_INVALID
+ * @param index     the place of the name in the order of ZR_TYPE_ScanNameValuePair(), from 0; a
+ *                  place where none stands has no features
+ * @param callback  called per "if-feature"; a result other than 0 ends the scan; null gives
+ *                  #ZR_ERR_INVALID
+ * @param userData  handed to the callback as it is
+ * @retval ZR_OK           every feature was listed, or there are none
+ * @retval ZR_ERR_INVALID  a null argument
+ * @return otherwise the callback's result that ended the scan
+ */
+ZR_API uint32_t ZR_TYPE_ScanNameIfFeatures(const ZrtRealType *type, uint32_t index,
+                                           ZrIfFeatureScanFunc callback, void *userData);
+
+/**
+ * Tells whether every feature that an enum or bit depends on is enabled (RFC 7950, section 7.20.2).
+ *
+ * Only the "if-feature" statements of that type statement count: one that restricts a typedef and
+ * the typedef may each make the same name depend on others. A feature that is not known counts as
+ * disabled. Validation of rpcs, actions and notifications takes the name either way.
+ *
+ * @param type   a type; null gives 0
+ * @param ctx    the context of its module; null gives 0
+ * @param index  the place of the name in the order of ZR_TYPE_ScanNameValuePair(), from 0; a place
+ *               where none stands gives 0
+ * @return 1 or 0; 1 for every name in a context without #ZR_CTX_STANDARD
+ */
+ZR_API uint32_t ZR_TYPE_IsNameEnabled(const ZrtRealType *type, const ZrCtx *ctx, uint32_t index);
+
+/**
  * Lists the segments of a type's length, then of its range, in the order in which they are written
  * (RFC 7950, sections 9.2.4 and 9.4.4).
  *

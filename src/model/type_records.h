@@ -149,15 +149,22 @@ struct ZrtConsUnion {
     ZrtRealType *items;
 };
 
-// What a restriction of a type says beside itself, in contexts with ZR_CTX_STANDARD.
+// What a restriction of a type says beside itself, or an "if-feature" of a bit or enum, in contexts
+// with ZR_CTX_STANDARD.
 struct ZrtTypeNote {
-    uint16_t kind;        // of the restriction: ZRT_CONS_LENGTH, ZRT_CONS_PATTERN or ZRT_CONS_RANGE
-    uint16_t index;       // its place among those of the kind
+    uint16_t kind; // ZRT_CONS_LENGTH, ZRT_CONS_PATTERN, ZRT_CONS_RANGE, ZRT_CONS_BIT, ZRT_CONS_ENUM
+    uint16_t index;       // the place of the restriction, bit or enum among those of the kind
     const char *texts[2]; // ZRT_NOTE_...; either may be null
 };
 
 // The places of ZrtTypeNote::texts.
-enum : uint32_t { ZRT_NOTE_ERROR_MESSAGE = 0, ZRT_NOTE_ERROR_APP_TAG = 1 };
+enum : uint32_t {
+    ZRT_NOTE_ERROR_MESSAGE = 0,
+    ZRT_NOTE_ERROR_APP_TAG = 1,
+    // Of a bit or enum, whose notes are one for each feature that it depends on.
+    ZRT_NOTE_MODULE = 0,
+    ZRT_NOTE_FEATURE = 1
+};
 
 struct ZrtTypeNotes {
     uint16_t count;

@@ -1,7 +1,8 @@
-// What the restrictions of a type say beside themselves, in contexts with ZR_CTX_STANDARD: the
+// What the parts of a type say beside themselves, in contexts with ZR_CTX_STANDARD: the
 // error-message and error-app-tag of ranges, lengths and patterns (RFC 7950, sections 7.5.4.1 and
-// 7.5.4.2). Few types have notes, so they stand in one more slot behind those that are counted,
-// which only a type with notes has and no walk over the slots of a type meets.
+// 7.5.4.2), and the features that bits and enums depend on (section 7.20.2). Few types have notes,
+// so they stand in one more slot behind those that are counted, which only a type with notes has
+// and no walk over the slots of a type meets.
 #pragma once
 
 #include "foundation/context_record.h"

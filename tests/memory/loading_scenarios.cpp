@@ -38,7 +38,8 @@ const char *const kStatements = R"yin(
   <pattern value="^a+$"><error-app-tag value="a"/></pattern></type></leaf></input><output><leaf name="o"><type name="binary"/></leaf>
   </output></rpc>
 <notification name="n"><leaf name="e"><type name="enumeration"><enum name="up"><value value="3"/>
-  <description><text>Up.</text></description></enum><enum name="down"/></type></leaf>
+  <description><text>Up.</text></description></enum><enum name="down"><if-feature name="m:f"/>
+  </enum></type></leaf>
   <leaf name="b"><type name="bits"><bit name="x"><position value="2"/></bit><bit name="y"/></type>
   </leaf><leaf name="u"><type name="union"><type name="int8"/><type name="leafref">
   <path value="../m:n[m:e=current()/../m:e]/m:e"/></type></type></leaf></notification>)yin";

@@ -422,6 +422,75 @@ TEST_F(Standard, KeepsWhatRestrictionsSayOfViolations)
     EXPECT_THAT(Errors(), IsEmpty());
 }
 
+// The names of a type whose features are on.
+Texts EnabledNames(const ZrCtx *ctx, const ZrtRealType *type)
+{
+    struct Walk {
+        const ZrCtx *ctx;
+        const ZrtRealType *type;
+        uint32_t index;
+        Texts names;
+    };
+    Walk walk = {ctx, type, 0, {}};
+    auto append = [](const char *name, const char *, int64_t, void *user) {
+        auto *self = static_cast<Walk *>(user);
+        if (ZR_TYPE_IsNameEnabled(self->type, self->ctx, self->index++) != 0)
+            self->names.emplace_back(name);
+        return 0u;
+    };
+    EXPECT_EQ(ZR_TYPE_ScanNameValuePair(type, append, &walk), ZR_OK);
+    return walk.names;
+}
+
+std::string Enums(const std::string &condition)
+{
+    return Type("enumeration",
+                Statement("enum", "name", "always") +
+                    Statement("enum", "name", "rare", Statement("if-feature", "name", condition)));
+}
+
+TEST_F(Standard, KeepsTheFeaturesOfEnums)
+{
+    Have("x", Statement("feature", "name", "f"));
+    Have("b", Import("x") + Leaf("own", Enums("x:f")) + Leaf("other") + Container("c"));
+    Have("a", Import("b") + Import("x", "y") + Augment("/b:c", Leaf("l", Enums("y:f"))));
+    Have("d", Import("b") + Import("x") + Deviation("/b:other", "replace", Enums("x:f")));
+    for (const char *path : {"/b:own", "/b:other", "/b:c/a:l"}) {
+        const ZrtRealType *type = ZR_NODE_GetRealType(Node(path));
+        EXPECT_THAT(EnabledNames(ctx_, type), ElementsAre("always")) << path;
+        ZR_MOD_EnableFeature(Module("x"), "f");
+        EXPECT_THAT(EnabledNames(ctx_, type), ElementsAre("always", "rare")) << path;
+        ZR_MOD_DisableFeature(Module("x"), "f");
+        EXPECT_EQ(Check(path, "rare"), ZR_OK) << "a validation takes it either way";
+    }
+}
+
+TEST_F(Standard, TellsTheFeaturesOfIdentities)
+{
+    Have("b", Statement("feature", "name", "f") +
+                  Statement("identity", "name", "i", Statement("if-feature", "name", "f")));
+    const ZrsIdentity *identity = nullptr;
+    auto take = [](const ZrsIdentity *found, void *out) {
+        *static_cast<const ZrsIdentity **>(out) = found;
+        return 0u;
+    };
+    ASSERT_EQ(ZR_MOD_ScanAllIdentity(Module("b"), take, &identity), ZR_OK);
+    Texts features;
+    auto append = [](const char *module, const char *feature, void *out) {
+        static_cast<Texts *>(out)->push_back(std::string(module) + ":" + feature);
+        return 0u;
+    };
+    EXPECT_EQ(ZR_MOD_ScanIdentityIfFeatures(identity, append, &features), ZR_OK);
+    EXPECT_THAT(features, ElementsAre("b:f"));
+    EXPECT_EQ(ZR_MOD_ScanIdentityIfFeatures(identity, nullptr, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_ScanIdentityIfFeatures(nullptr, append, &features), ZR_OK);
+    EXPECT_EQ(ZR_MOD_IsIdentityEnabled(identity, ctx_), 0u);
+    ZR_MOD_EnableFeature(Module("b"), "f");
+    EXPECT_EQ(ZR_MOD_IsIdentityEnabled(identity, ctx_), 1u);
+    EXPECT_EQ(ZR_MOD_IsIdentityEnabled(identity, nullptr), 0u);
+    EXPECT_EQ(ZR_MOD_IsIdentityEnabled(nullptr, ctx_), 0u);
+}
+
 struct Wrong {
     const char *where;
     std::string body;

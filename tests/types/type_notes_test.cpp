@@ -1,5 +1,6 @@
 #include "types/type_notes.h"
 
+#include <zrschema/module.h>
 #include <zrschema/type.h>
 
 #include "support/alloc.h"
@@ -87,6 +88,72 @@ TEST(Notes, AreCopiedWithTheTypeWhicheverAllocationFails)
         }
         ZRT_TYPE_DestroyZrtRealTypeInner(leaf.context(), &copy);
     });
+}
+
+// What the names of an enumeration depend on, as "MODULE:FEATURE " each.
+std::string Features(const ZrtRealType *type, uint32_t index)
+{
+    std::string text;
+    auto append = [](const char *module, const char *feature, void *out) {
+        *static_cast<std::string *>(out) += std::string(module) + ":" + feature + " ";
+        return 0u;
+    };
+    EXPECT_EQ(ZR_TYPE_ScanNameIfFeatures(type, index, append, &text), ZR_OK);
+    return text;
+}
+
+std::string IfFeature(const std::string &name)
+{
+    return Statement("if-feature", "name", name);
+}
+
+const std::string kFeatures = Statement("feature", "name", "f") + Statement("feature", "name", "g");
+const std::string kNames =
+    Type("enumeration", Statement("enum", "name", "a") +
+                            Statement("enum", "name", "b", IfFeature("f") + IfFeature("m:g")) +
+                            Statement("enum", "name", "c", IfFeature("g")));
+
+TEST(FeaturesOfAName, AreThoseOfTheEnumOrBit)
+{
+    Leaf leaf(kNames, kFeatures, ZR_CTX_STANDARD);
+    EXPECT_EQ(Features(leaf.type(), 0), "");
+    EXPECT_EQ(Features(leaf.type(), 1), "m:f m:g ");
+    EXPECT_EQ(Features(leaf.type(), 2), "m:g ");
+    EXPECT_EQ(Features(leaf.type(), 3), "");
+    Leaf bits(Type("bits", Statement("bit", "name", "x", IfFeature("f"))), kFeatures,
+              ZR_CTX_STANDARD);
+    EXPECT_EQ(Features(bits.type(), 0), "m:f ");
+    auto stop = [](const char *, const char *, void *) { return 7u; };
+    EXPECT_EQ(ZR_TYPE_ScanNameIfFeatures(leaf.type(), 1, stop, nullptr), 7u);
+    EXPECT_EQ(ZR_TYPE_ScanNameIfFeatures(nullptr, 1, stop, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_TYPE_ScanNameIfFeatures(leaf.type(), 1, nullptr, nullptr), ZR_ERR_INVALID);
+}
+
+TEST(FeaturesOfAName, AllHaveToBeOn)
+{
+    Leaf leaf(kNames, kFeatures, ZR_CTX_STANDARD);
+    ZrCtx *ctx = leaf.context();
+    ZrMod *module = ZR_CTX_GetModuleByModName(ctx, "m");
+    auto enabled = [&](uint32_t index) { return ZR_TYPE_IsNameEnabled(leaf.type(), ctx, index); };
+    EXPECT_EQ(enabled(0), 1u);
+    EXPECT_EQ(enabled(1), 0u);
+    ZR_MOD_EnableFeature(module, "g");
+    EXPECT_EQ(enabled(1), 0u);
+    EXPECT_EQ(enabled(2), 1u);
+    ZR_MOD_EnableFeature(module, "f");
+    EXPECT_EQ(enabled(1), 1u);
+    EXPECT_EQ(enabled(3), 0u) << "there is no fourth";
+    EXPECT_EQ(ZR_TYPE_IsNameEnabled(leaf.type(), nullptr, 0), 0u);
+    EXPECT_EQ(ZR_TYPE_IsNameEnabled(nullptr, ctx, 0), 0u);
+    EXPECT_EQ(leaf.Check("b"), ZR_OK);
+}
+
+TEST(FeaturesOfAName, AreNotKeptWithoutTheStandard)
+{
+    Leaf leaf(kNames, kFeatures);
+    EXPECT_EQ(Features(leaf.type(), 1), "");
+    EXPECT_EQ(ZR_TYPE_IsNameEnabled(leaf.type(), leaf.context(), 1), 1u);
+    EXPECT_EQ(zr::NotesOf(leaf.type()), nullptr);
 }
 
 } // namespace

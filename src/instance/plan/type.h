@@ -49,6 +49,7 @@ struct PatternUse {
 struct NamedValue {
     std::string_view name;
     int64_t value;
+    bool isEnabled; // the features that it depends on are on
 };
 
 struct Identity {

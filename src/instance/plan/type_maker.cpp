@@ -101,7 +101,8 @@ void TypeMaker::ReadLink(const ZrtRealType *source, Link &link)
 
     std::pmr::vector<NamedValue> names(memory);
     Scan(ZR_TYPE_ScanNameValuePair, source, [&](const char *name, const char *, int64_t value) {
-        names.push_back({name, value});
+        auto index = static_cast<uint32_t>(names.size());
+        names.push_back({name, value, ZR_TYPE_IsNameEnabled(source, plan_.ctx, index) != 0});
     });
     link.names = Keep(plan_.arena, names);
 
@@ -149,7 +150,8 @@ void TypeMaker::Restrict(const Type &type, const Link &link,
 }
 
 // The outermost list is the narrowest. It need not repeat the values and positions, which are those
-// of the list in which all names are first (RFC 7950, sections 9.6.4.2 and 9.7.4.2).
+// of the list in which all names are first (RFC 7950, sections 9.6.4.2 and 9.7.4.2). Each list may
+// make a name depend on features.
 void TypeMaker::NarrowNames(Type &type, std::span<NamedValue> ofLink)
 {
     if (type.names.empty() || ofLink.empty()) {
@@ -160,8 +162,10 @@ void TypeMaker::NarrowNames(Type &type, std::span<NamedValue> ofLink)
     for (NamedValue &row : names) {
         auto isSame = [&](const NamedValue &other) { return other.name == row.name; };
         auto found = std::find_if(ofLink.begin(), ofLink.end(), isSame);
-        if (found != ofLink.end())
+        if (found != ofLink.end()) {
             row.value = found->value;
+            row.isEnabled &= found->isEnabled;
+        }
     }
     type.names = Keep(plan_.arena, names);
 }

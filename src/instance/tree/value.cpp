@@ -85,10 +85,12 @@ ValueFault ReadEmpty(const ValueScope &, const Type &, std::string_view text, Ca
 
 // ---- names
 
+// One whose features are off is none.
 const NamedValue *FindName(const Type &type, std::string_view name)
 {
-    auto found = std::find_if(type.names.begin(), type.names.end(),
-                              [&](const NamedValue &row) { return row.name == name; });
+    auto found = std::find_if(type.names.begin(), type.names.end(), [&](const NamedValue &row) {
+        return row.name == name && row.isEnabled;
+    });
     return found == type.names.end() ? nullptr : &*found;
 }
 

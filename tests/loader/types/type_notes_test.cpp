@@ -54,11 +54,23 @@ TEST(TypeNotes, ThatCannotBeReadAreAnError)
     }
 }
 
+TEST(TypeNotes, OfABitThatNamesNoFeatureAreAnError)
+{
+    for (const char *name : {"q:f", "a or b", ""}) {
+        std::string text = std::string("<type name=\"bits\"><bit name=\"x\"><if-feature name=\"") +
+                           name + "\"/></bit></type>";
+        EXPECT_EQ(TypeSnippet(text, ZR_CTX_STANDARD).status(), ZR_ERR_INVALID) << name;
+        EXPECT_EQ(TypeSnippet(text).status(), ZR_OK) << "passed over without the standard";
+    }
+}
+
 TEST(TypeNotes, FailCleanlyWhicheverAllocationFails)
 {
     YinElement element("<type name=\"string\"><length value=\"1\"><error-message>"
                        "<value>text</value></error-message><error-app-tag value=\"tag\"/></length>"
-                       "<pattern value=\"p\"><error-app-tag value=\"other\"/></pattern></type>");
+                       "<pattern value=\"p\"><error-app-tag value=\"other\"/></pattern>"
+                       "<enum name=\"e\"><if-feature name=\"f\"/><if-feature name=\"g\"/></enum>"
+                       "</type>");
     zrtest::FailEachAllocation([&](zrtest::FailPoint &memory) {
         SnippetModule module(ZR_CTX_STANDARD);
         ZrtRealType type = {};
