@@ -351,6 +351,32 @@ ZR_API uint32_t ZR_MOD_ScanAllIdentity(const ZrMod *module, ZrIdentityScanFunc c
 ZR_API uint32_t ZR_MOD_ScanIdentityBase(const ZrsIdentity *identity, ZrIdentBaseScanFunc callback,
                                         void *userData);
 
+/**
+ * Scans the features that an identity depends on (RFC 7950, section 7.20.2).
+ *
+ * @param identity  an identity, from a scan; null gives 0
+ * @param callback  called for each "if-feature" in order; null gives #ZR_ERR_INVALID
+ * @param userData  handed to the callback; may be null
+ * @retval ZR_OK           all were scanned; there may be none
+ * @retval ZR_ERR_INVALID  a null callback
+ * @return any other value: the result with which the callback stopped the scan
+ */
+ZR_API uint32_t ZR_MOD_ScanIdentityIfFeatures(const ZrsIdentity *identity,
+                                              ZrIfFeatureScanFunc callback, void *userData);
+
+/**
+ * Tells whether every feature that an identity depends on is enabled (RFC 7950, section 7.20.2).
+ *
+ * Only the identity's own "if-feature" statements count, not those of its bases. A feature that is
+ * not known counts as disabled. Validation of rpcs, actions and notifications takes the identity
+ * either way.
+ *
+ * @param identity  an identity, from a scan; null gives 0
+ * @param ctx       the context of its module; null gives 0
+ * @return 1 or 0
+ */
+ZR_API uint32_t ZR_MOD_IsIdentityEnabled(const ZrsIdentity *identity, const ZrCtx *ctx);
+
 /** @} */
 
 #ifdef __cplusplus

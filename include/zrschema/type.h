@@ -32,6 +32,13 @@ enum ZrRequireInstance {
     ZR_INSTANCE_REQUIRED = 2  /**< it must be there */
 };
 
+/** The restrictions that may say how their violation is reported (RFC 7950, section 7.5.4). */
+enum ZrRestriction {
+    ZR_RESTRICTION_LENGTH = 0, /**< the length of a type */
+    ZR_RESTRICTION_RANGE = 1,  /**< its range */
+    ZR_RESTRICTION_PATTERN = 2 /**< one of its patterns */
+};
+
 /** One bound of a segment of a range or length. */
 typedef struct ZrTypeBound {
     uint32_t kind;           /**< a ::ZrBoundKind */
@@ -152,6 +159,39 @@ ZR_API uint32_t ZR_TYPE_ScanNameValuePair(const ZrtRealType *type, ZrNameValueSc
                                           void *userData);
 
 /**
+ * Lists the features that an enum or bit depends on (RFC 7950, section 7.20.2).
+ *
+ * Only contexts with #ZR_CTX_STANDARD keep them.
+ *
+ * @param type      a type; null gives #ZR_ERR_INVALID
+ * @param index     the place of the name in the order of ZR_TYPE_ScanNameValuePair(), from 0; a
+ *                  place where none stands has no features
+ * @param callback  called per "if-feature"; a result other than 0 ends the scan; null gives
+ *                  #ZR_ERR_INVALID
+ * @param userData  handed to the callback as it is
+ * @retval ZR_OK           every feature was listed, or there are none
+ * @retval ZR_ERR_INVALID  a null argument
+ * @return otherwise the callback's result that ended the scan
+ */
+ZR_API uint32_t ZR_TYPE_ScanNameIfFeatures(const ZrtRealType *type, uint32_t index,
+                                           ZrIfFeatureScanFunc callback, void *userData);
+
+/**
+ * Tells whether every feature that an enum or bit depends on is enabled (RFC 7950, section 7.20.2).
+ *
+ * Only the "if-feature" statements of that type statement count: one that restricts a typedef and
+ * the typedef may each make the same name depend on others. A feature that is not known counts as
+ * disabled. Validation of rpcs, actions and notifications takes the name either way.
+ *
+ * @param type   a type; null gives 0
+ * @param ctx    the context of its module; null gives 0
+ * @param index  the place of the name in the order of ZR_TYPE_ScanNameValuePair(), from 0; a place
+ *               where none stands gives 0
+ * @return 1 or 0; 1 for every name in a context without #ZR_CTX_STANDARD
+ */
+ZR_API uint32_t ZR_TYPE_IsNameEnabled(const ZrtRealType *type, const ZrCtx *ctx, uint32_t index);
+
+/**
  * Lists the segments of a type's length, then of its range, in the order in which they are written
  * (RFC 7950, sections 9.2.4 and 9.4.4).
  *
@@ -235,6 +275,37 @@ ZR_API uint32_t ZR_TYPE_ScanIdentRefBase(const ZrtRealType *type, ZrIdentBaseSca
  */
 ZR_API uint32_t ZR_TYPE_ScanPatternInvertMatch(const ZrtRealType *type, ZrPatternScanFunc callback,
                                                void *userData);
+
+/**
+ * Gives the "error-message" of a range, length or pattern: what a server reports of a value that it
+ * refuses (RFC 7950, sections 7.5.4.1 and 8.3.1).
+ *
+ * Only the restrictions that the type statement itself gives are asked, not those of a typedef that
+ * it names. Only contexts with #ZR_CTX_STANDARD keep the messages.
+ *
+ * @param type         a type; null is allowed
+ * @param restriction  a ::ZrRestriction
+ * @param index        the place of the pattern in the order of ZR_TYPE_ScanPatternInvertMatch(),
+ *                     from 0; 0 for a length or range
+ * @return the text, which belongs to the type; null when there is no such restriction, when it says
+ *         none, and in a context without #ZR_CTX_STANDARD
+ */
+ZR_API const char *ZR_TYPE_GetErrorMessage(const ZrtRealType *type, uint32_t restriction,
+                                           uint32_t index);
+
+/**
+ * Gives the "error-app-tag" of a range, length or pattern (RFC 7950, section 7.5.4.2), like
+ * ZR_TYPE_GetErrorMessage() its message.
+ *
+ * @param type         a type; null is allowed
+ * @param restriction  a ::ZrRestriction
+ * @param index        the place of the pattern in the order of ZR_TYPE_ScanPatternInvertMatch(),
+ *                     from 0; 0 for a length or range
+ * @return the text, which belongs to the type; null when there is no such restriction, when it says
+ *         none, and in a context without #ZR_CTX_STANDARD
+ */
+ZR_API const char *ZR_TYPE_GetErrorAppTag(const ZrtRealType *type, uint32_t restriction,
+                                          uint32_t index);
 
 #ifdef __cplusplus
 }

@@ -130,6 +130,22 @@ ZrsFeature *ZR_CTX_FindFeatureByModNameAndFeatName(const ZrCtx *ctx, const char 
     return ZRS_MOD_FindFeatureByName(FindModule(ctx, moduleName), featureName);
 }
 
+bool zr::IsFeatureOn(const ZrCtx *ctx, const char *moduleName, const char *featureName)
+{
+    const ZrsFeature *feature =
+        ctx != nullptr ? ZR_CTX_FindFeatureByModNameAndFeatName(ctx, moduleName, featureName)
+                       : nullptr;
+    return feature != nullptr && (feature->flags & ZRS_FEATURE_ENABLED) != 0;
+}
+
+bool zr::AreFeaturesOn(const ZrCtx *ctx, const ZrsIfFeature *conditions, uint32_t count)
+{
+    for (uint32_t i = 0; conditions != nullptr && i < count; ++i)
+        if (!IsFeatureOn(ctx, conditions[i].moduleName, conditions[i].featureName))
+            return false;
+    return true;
+}
+
 uint32_t zr::ImportTable::Make(const ZrsImport *imports, uint32_t capacity, Key key)
 {
     uint32_t size = 8;

@@ -39,6 +39,15 @@ ZR_API const char *ZRS_MOD_GetModuleNameByPrefix(const ZrMod *module, const char
 ZR_API char *ZRS_MOD_ConvertPrefixValToJsonFormat(const ZrMod *module, const char *value);
 }
 
+namespace zr {
+
+// Whether a feature of a loaded module is on; false for one that is not known.
+bool IsFeatureOn(const ZrCtx *ctx, const char *moduleName, const char *featureName);
+// Whether all of these are, which may be none.
+bool AreFeaturesOn(const ZrCtx *ctx, const ZrsIfFeature *conditions, uint32_t count);
+
+} // namespace zr
+
 // What prefixes mean while a file is read into a module. Prefixes are local to a file: a submodule
 // gives its module and its imports prefixes of its own.
 

@@ -27,7 +27,9 @@ enum : uint16_t {
     // "require-instance", in contexts with ZR_CTX_STANDARD: neither bit where nothing is said.
     ZRT_INSTANCE_OPTIONAL = 0x8,
     ZRT_INSTANCE_REQUIRED = 0x10, // also by a leafref or instance-identifier that says nothing
-    ZRT_INSTANCE_BITS = 0x18
+    ZRT_INSTANCE_BITS = 0x18,
+
+    ZRT_TYPE_HAS_NOTES = 0x20 // the slot behind those that are counted holds a ZrtTypeNotes
 };
 
 struct ZrtConsSlot {
@@ -145,6 +147,28 @@ struct ZrtConsPattern {
 struct ZrtConsUnion {
     uint16_t count;
     ZrtRealType *items;
+};
+
+// What a restriction of a type says beside itself, or an "if-feature" of a bit or enum, in contexts
+// with ZR_CTX_STANDARD.
+struct ZrtTypeNote {
+    uint16_t kind; // ZRT_CONS_LENGTH, ZRT_CONS_PATTERN, ZRT_CONS_RANGE, ZRT_CONS_BIT, ZRT_CONS_ENUM
+    uint16_t index;       // the place of the restriction, bit or enum among those of the kind
+    const char *texts[2]; // ZRT_NOTE_...; either may be null
+};
+
+// The places of ZrtTypeNote::texts.
+enum : uint32_t {
+    ZRT_NOTE_ERROR_MESSAGE = 0,
+    ZRT_NOTE_ERROR_APP_TAG = 1,
+    // Of a bit or enum, whose notes are one for each feature that it depends on.
+    ZRT_NOTE_MODULE = 0,
+    ZRT_NOTE_FEATURE = 1
+};
+
+struct ZrtTypeNotes {
+    uint16_t count;
+    ZrtTypeNote *items;
 };
 
 // The counters of one type statement: sub-statements by kind, then how many kinds occur.

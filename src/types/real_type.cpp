@@ -9,6 +9,7 @@
 #include "model/scope.h"
 #include "platform/memory.h"
 #include "types/constraints.h"
+#include "types/type_notes.h"
 
 namespace {
 
@@ -76,6 +77,7 @@ void ZRT_TYPE_DestroyTypeConstraintArray(ZrCtx *ctx, ZrtRealType *type)
 {
     if (type == nullptr)
         return;
+    zr::DestroyNotes(ctx, type);
     for (uint32_t i = 0; i < type->consCount; ++i) {
         ZrtConsSlot &slot = type->constraints[i];
         ZrtConsDestroyFunc destroy = ZRT_CONS_GetConsDataDestroyBodyFunc(slot.kind);
@@ -114,6 +116,18 @@ bool CopySlot(ZrCtx *ctx, ZrtConsSlot &slot, const ZrtConsSlot &source)
     return slot.body != nullptr;
 }
 
+// Into the array of slots, whose length fits.
+bool CopySlots(ZrCtx *ctx, ZrtRealType *destination, const ZrtRealType *source)
+{
+    for (uint32_t i = 0; i < source->consCount; ++i) {
+        if (!CopySlot(ctx, destination->constraints[i], source->constraints[i]))
+            return false;
+        ++destination->consCount;
+    }
+    const ZrtTypeNotes *notes = zr::NotesOf(source);
+    return notes == nullptr || zr::CopyNotes(ctx, destination, notes);
+}
+
 } // namespace
 
 uint32_t ZRT_TYPE_CopyZrtRealTypeInner(ZrCtx *ctx, ZrtRealType *destination,
@@ -129,18 +143,15 @@ uint32_t ZRT_TYPE_CopyZrtRealTypeInner(ZrCtx *ctx, ZrtRealType *destination,
         destination->constraints = nullptr;
         return ZR_OK;
     }
-    if (ZRT_TYPE_ExpandConstraintArray(destination, source->consCount) != ZR_OK)
+    uint32_t slotCount = source->consCount + (zr::NotesOf(source) != nullptr ? 1u : 0u);
+    if (ZRT_TYPE_ExpandConstraintArray(destination, slotCount) != ZR_OK)
         return ZR_ERR_NO_MEMORY;
     destination->baseType = source->baseType;
-    destination->flags = source->flags;
-    for (uint32_t i = 0; i < source->consCount; ++i) {
-        if (!CopySlot(ctx, destination->constraints[i], source->constraints[i])) {
-            ZRT_TYPE_DestroyZrtRealTypeInner(ctx, destination);
-            return ZR_ERR_NO_MEMORY;
-        }
-        ++destination->consCount;
-    }
-    return ZR_OK;
+    destination->flags = static_cast<uint16_t>(source->flags & ~ZRT_TYPE_HAS_NOTES);
+    if (CopySlots(ctx, destination, source))
+        return ZR_OK;
+    ZRT_TYPE_DestroyZrtRealTypeInner(ctx, destination);
+    return ZR_ERR_NO_MEMORY;
 }
 
 ZrtRealType *ZRT_TYPE_CopyZrtRealType(ZrCtx *ctx, const ZrtRealType *source)

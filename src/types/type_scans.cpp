@@ -4,10 +4,12 @@
 #include <iterator>
 
 #include "foundation/array.h"
+#include "model/scope.h"
 #include "types/chains.h"
 #include "types/constraints.h"
 #include "types/range.h"
 #include "types/real_type.h"
+#include "types/type_notes.h"
 
 namespace {
 
@@ -229,4 +231,63 @@ uint32_t ZR_TYPE_ScanPatternInvertMatch(const ZrtRealType *type, ZrPatternScanFu
     return ScanItems(patterns, [=](const ZrtPatternItem &item) {
         return callback(item.pattern, item.invertMatch != 0, userData, patterns->items);
     });
+}
+
+// The features that bits and enums depend on.
+
+namespace {
+
+struct Name {
+    uint32_t kind; // ZRT_CONS_BIT or ZRT_CONS_ENUM; ZRT_CONS_KIND_COUNT when there is none
+    uint32_t index;
+};
+
+// The name at a place in the order in which ZR_TYPE_ScanNameValuePair() lists names: bits first.
+Name NameAt(const ZrtRealType *type, uint32_t index)
+{
+    const auto *bits = BodyOf<ZrtConsBit>(type, ZRT_CONS_BIT);
+    const auto *enums = BodyOf<ZrtConsEnum>(type, ZRT_CONS_ENUM);
+    uint32_t bitCount = bits != nullptr ? bits->count : 0;
+    if (index < bitCount)
+        return {ZRT_CONS_BIT, index};
+    if (enums != nullptr && index - bitCount < enums->count)
+        return {ZRT_CONS_ENUM, index - bitCount};
+    return {ZRT_CONS_KIND_COUNT, 0};
+}
+
+// Calls `work(module, feature)` for each feature that a name depends on, until it returns non-zero.
+template <typename Work>
+uint32_t ForEachFeature(const ZrtRealType *type, const Name &name, Work work)
+{
+    const ZrtTypeNotes *notes = zr::NotesOf(type);
+    uint32_t result = 0;
+    for (uint32_t i = 0; notes != nullptr && i < notes->count && result == 0; ++i) {
+        const ZrtTypeNote &note = notes->items[i];
+        if (note.kind == name.kind && note.index == name.index)
+            result = work(note.texts[ZRT_NOTE_MODULE], note.texts[ZRT_NOTE_FEATURE]);
+    }
+    return result;
+}
+
+} // namespace
+
+uint32_t ZR_TYPE_ScanNameIfFeatures(const ZrtRealType *type, uint32_t index,
+                                    ZrIfFeatureScanFunc callback, void *userData)
+{
+    if (type == nullptr || callback == nullptr)
+        return ZR_ERR_INVALID;
+    return ForEachFeature(type, NameAt(type, index), [=](const char *module, const char *feature) {
+        return callback(module, feature, userData);
+    });
+}
+
+uint32_t ZR_TYPE_IsNameEnabled(const ZrtRealType *type, const ZrCtx *ctx, uint32_t index)
+{
+    const Name name = NameAt(type, index);
+    if (ctx == nullptr || name.kind == ZRT_CONS_KIND_COUNT)
+        return 0;
+    auto isOff = [=](const char *module, const char *feature) -> uint32_t {
+        return !zr::IsFeatureOn(ctx, module, feature);
+    };
+    return ForEachFeature(type, name, isOff) == 0;
 }

@@ -17,7 +17,8 @@ const char *const kStatements = R"yin(
 <identity name="base"/>
 <identity name="derived"><base name="base"/><if-feature name="m:f"/>
   <description><text>An identity.</text></description></identity>
-<typedef name="count"><type name="int16"><range value="1..10 | 20"/></type><default value="5"/>
+<typedef name="count"><type name="int16"><range value="1..10 | 20">
+  <error-message><value>Not so many.</value></error-message></range></type><default value="5"/>
   <units name="pieces"/></typedef>
 <container name="c"><presence value="p"/><when condition="m:a = 'x'"/><if-feature name="f"/>
   <must condition="m:l"><error-message><value>No list.</value></error-message>
@@ -34,10 +35,11 @@ const char *const kStatements = R"yin(
   <range value="min..1.5"/></type><default value="1"/><default value="0.5"/></leaf-list>
 <anydata name="ad"/><anyxml name="ax"><mandatory value="true"/></anyxml>
 <rpc name="r"><input><leaf name="i"><type name="string"><length value="1..5"/>
-  <pattern value="^a+$"/></type></leaf></input><output><leaf name="o"><type name="binary"/></leaf>
+  <pattern value="^a+$"><error-app-tag value="a"/></pattern></type></leaf></input><output><leaf name="o"><type name="binary"/></leaf>
   </output></rpc>
 <notification name="n"><leaf name="e"><type name="enumeration"><enum name="up"><value value="3"/>
-  <description><text>Up.</text></description></enum><enum name="down"/></type></leaf>
+  <description><text>Up.</text></description></enum><enum name="down"><if-feature name="m:f"/>
+  </enum></type></leaf>
   <leaf name="b"><type name="bits"><bit name="x"><position value="2"/></bit><bit name="y"/></type>
   </leaf><leaf name="u"><type name="union"><type name="int8"/><type name="leafref">
   <path value="../m:n[m:e=current()/../m:e]/m:e"/></type></type></leaf></notification>)yin";

@@ -12,6 +12,7 @@
 #include "schema/members/entry_rules.h"
 #include "schema/nodes/node.h"
 #include "types/constraints.h"
+#include "types/type_notes.h"
 
 namespace zrtest {
 
@@ -206,6 +207,12 @@ std::string DumpType(const ZrtRealType *type)
     std::string text = "[" + std::to_string(type->baseType) + "/" + std::to_string(type->flags);
     for (int i = 0; i < type->consCount; ++i)
         text += DumpSlot(type->constraints[i]);
+    const ZrtTypeNotes *notes = zr::NotesOf(type);
+    for (int i = 0; notes != nullptr && i < notes->count; ++i) {
+        const ZrtTypeNote &note = notes->items[i];
+        text += " note " + std::to_string(note.kind) + "." + std::to_string(note.index) +
+                Text(note.texts[0]) + Text(note.texts[1]);
+    }
     return text + "]";
 }
 

@@ -45,17 +45,26 @@ inline std::string Type(const std::string &name, const std::string &restrictions
 {
     return Statement("type", "name", name, restrictions);
 }
-inline std::string Range(const std::string &value)
+inline std::string Range(const std::string &value, const std::string &inside = "")
 {
-    return Statement("range", "value", value);
+    return Statement("range", "value", value, inside);
 }
-inline std::string Length(const std::string &value)
+inline std::string Length(const std::string &value, const std::string &inside = "")
 {
-    return Statement("length", "value", value);
+    return Statement("length", "value", value, inside);
 }
 inline std::string Pattern(const std::string &value, const std::string &inside = "")
 {
     return Statement("pattern", "value", value, inside);
+}
+// What a range, length, pattern or must says of a violation.
+inline std::string ErrorMessage(const std::string &text)
+{
+    return "<error-message><value>" + text + "</value></error-message>";
+}
+inline std::string ErrorAppTag(const std::string &tag)
+{
+    return Statement("error-app-tag", "value", tag);
 }
 inline std::string Leafref(const std::string &path)
 {

@@ -356,6 +356,141 @@ TEST_F(Standard, KeepsRequireInstanceOfEveryTypeThatSaysIt)
     EXPECT_EQ(kept("/b:text"), "- 0");
 }
 
+// What a type says of violations, "RESTRICTION MESSAGE, APP-TAG;" each, with its typedefs and
+// members in brackets.
+std::string Violations(const ZrCtx *ctx, const ZrtRealType *type)
+{
+    struct Walk {
+        const ZrCtx *ctx;
+        const ZrtRealType *type;
+        std::string text;
+    };
+    Walk walk = {ctx, type, ""};
+    for (uint32_t restriction = ZR_RESTRICTION_LENGTH; restriction <= ZR_RESTRICTION_PATTERN;
+         ++restriction) {
+        for (uint32_t index = 0; index < 3; ++index) {
+            const char *message = ZR_TYPE_GetErrorMessage(type, restriction, index);
+            const char *appTag = ZR_TYPE_GetErrorAppTag(type, restriction, index);
+            if (message != nullptr || appTag != nullptr)
+                walk.text += std::to_string(restriction) + "." + std::to_string(index) + " " +
+                             OrDash(message) + ", " + OrDash(appTag) + ";";
+        }
+    }
+    auto append = [](const char *, const char *, const ZrtRealType *other, void *user) {
+        auto *self = static_cast<Walk *>(user);
+        if (other != self->type)
+            self->text += "[" + Violations(self->ctx, other) + "]";
+        return 1u; // a typedef itself goes on
+    };
+    auto appendMember = [](const char *, const char *, const ZrtRealType *member, void *user) {
+        auto *self = static_cast<Walk *>(user);
+        self->text += "[" + Violations(self->ctx, member) + "]";
+        return 0u;
+    };
+    ZR_TYPE_IterRealTypeDerivedName(type, ctx, append, &walk);
+    ZR_TYPE_ScanUnionSubType(type, appendMember, &walk);
+    return walk.text;
+}
+
+const std::string kSmall = Type("int8", Range("1..9", ErrorMessage("Large.")));
+const std::string kWord = Type("string", Length("1..9", ErrorAppTag("long")) + Pattern("a.*") +
+                                             Pattern(".*z", ErrorMessage("No z.")));
+
+TEST_F(Standard, KeepsWhatRestrictionsSayOfViolations)
+{
+    Have("x", TypeDef("small", kSmall));
+    Have("b", Import("x") + TypeDef("word", kWord) + Leaf("own", kWord) +
+                  Leaf("derived", Type("word", Pattern("b", ErrorAppTag("b")))) +
+                  Leaf("foreign", "x:small") + Leaf("either", Type("union", kSmall + kWord)) +
+                  Leaf("plain", Type("int8", Range("1"))) + Leaf("other", "string") +
+                  Container("c"));
+    Have("a", Import("b") + Augment("/b:c", LeafList("l", kSmall)));
+    Have("d", Import("b") + Deviation("/b:other", "replace", kWord));
+    auto kept = [&](const std::string &path) {
+        return Violations(ctx_, ZR_NODE_GetRealType(Node(path)));
+    };
+    const std::string word = "0.0 -, long;2.1 No z., -;", small = "1.0 Large., -;";
+    EXPECT_EQ(kept("/b:own"), word);
+    EXPECT_EQ(kept("/b:derived"), "2.0 -, b;[" + word + "]");
+    EXPECT_EQ(kept("/b:foreign"), "[" + small + "]");
+    EXPECT_EQ(kept("/b:either"), "[" + small + "][" + word + "]");
+    EXPECT_EQ(kept("/b:plain"), "");
+    EXPECT_EQ(kept("/b:c/a:l"), small);
+    EXPECT_EQ(kept("/b:other"), word);
+    EXPECT_EQ(Unload("d"), ZR_OK);
+    EXPECT_EQ(kept("/b:other"), "");
+    EXPECT_THAT(Errors(), IsEmpty());
+}
+
+// The names of a type whose features are on.
+Texts EnabledNames(const ZrCtx *ctx, const ZrtRealType *type)
+{
+    struct Walk {
+        const ZrCtx *ctx;
+        const ZrtRealType *type;
+        uint32_t index;
+        Texts names;
+    };
+    Walk walk = {ctx, type, 0, {}};
+    auto append = [](const char *name, const char *, int64_t, void *user) {
+        auto *self = static_cast<Walk *>(user);
+        if (ZR_TYPE_IsNameEnabled(self->type, self->ctx, self->index++) != 0)
+            self->names.emplace_back(name);
+        return 0u;
+    };
+    EXPECT_EQ(ZR_TYPE_ScanNameValuePair(type, append, &walk), ZR_OK);
+    return walk.names;
+}
+
+std::string Enums(const std::string &condition)
+{
+    return Type("enumeration",
+                Statement("enum", "name", "always") +
+                    Statement("enum", "name", "rare", Statement("if-feature", "name", condition)));
+}
+
+TEST_F(Standard, KeepsTheFeaturesOfEnums)
+{
+    Have("x", Statement("feature", "name", "f"));
+    Have("b", Import("x") + Leaf("own", Enums("x:f")) + Leaf("other") + Container("c"));
+    Have("a", Import("b") + Import("x", "y") + Augment("/b:c", Leaf("l", Enums("y:f"))));
+    Have("d", Import("b") + Import("x") + Deviation("/b:other", "replace", Enums("x:f")));
+    for (const char *path : {"/b:own", "/b:other", "/b:c/a:l"}) {
+        const ZrtRealType *type = ZR_NODE_GetRealType(Node(path));
+        EXPECT_THAT(EnabledNames(ctx_, type), ElementsAre("always")) << path;
+        ZR_MOD_EnableFeature(Module("x"), "f");
+        EXPECT_THAT(EnabledNames(ctx_, type), ElementsAre("always", "rare")) << path;
+        ZR_MOD_DisableFeature(Module("x"), "f");
+        EXPECT_EQ(Check(path, "rare"), ZR_OK) << "a validation takes it either way";
+    }
+}
+
+TEST_F(Standard, TellsTheFeaturesOfIdentities)
+{
+    Have("b", Statement("feature", "name", "f") +
+                  Statement("identity", "name", "i", Statement("if-feature", "name", "f")));
+    const ZrsIdentity *identity = nullptr;
+    auto take = [](const ZrsIdentity *found, void *out) {
+        *static_cast<const ZrsIdentity **>(out) = found;
+        return 0u;
+    };
+    ASSERT_EQ(ZR_MOD_ScanAllIdentity(Module("b"), take, &identity), ZR_OK);
+    Texts features;
+    auto append = [](const char *module, const char *feature, void *out) {
+        static_cast<Texts *>(out)->push_back(std::string(module) + ":" + feature);
+        return 0u;
+    };
+    EXPECT_EQ(ZR_MOD_ScanIdentityIfFeatures(identity, append, &features), ZR_OK);
+    EXPECT_THAT(features, ElementsAre("b:f"));
+    EXPECT_EQ(ZR_MOD_ScanIdentityIfFeatures(identity, nullptr, nullptr), ZR_ERR_INVALID);
+    EXPECT_EQ(ZR_MOD_ScanIdentityIfFeatures(nullptr, append, &features), ZR_OK);
+    EXPECT_EQ(ZR_MOD_IsIdentityEnabled(identity, ctx_), 0u);
+    ZR_MOD_EnableFeature(Module("b"), "f");
+    EXPECT_EQ(ZR_MOD_IsIdentityEnabled(identity, ctx_), 1u);
+    EXPECT_EQ(ZR_MOD_IsIdentityEnabled(identity, nullptr), 0u);
+    EXPECT_EQ(ZR_MOD_IsIdentityEnabled(nullptr, ctx_), 0u);
+}
+
 struct Wrong {
     const char *where;
     std::string body;
@@ -435,6 +570,13 @@ TEST_F(WithoutStandard, ReferencesAreKeptWithoutPredicates)
                                  Statement("require-instance", "value", "false"))));
     EXPECT_EQ(References(ctx_, ZR_NODE_GetRealType(Node("/b:r"))), "/b:l/v 0");
     EXPECT_EQ(References(ctx_, ZR_NODE_GetRealType(Node("/b:i"))), "- 0");
+}
+
+TEST_F(WithoutStandard, NothingIsKeptOfViolationsThatRestrictionsName)
+{
+    Have("b", Leaf("own", kWord) + Leaf("odd", Type("int8", Range("1", "<error-message/>"))));
+    EXPECT_EQ(Violations(ctx_, ZR_NODE_GetRealType(Node("/b:own"))), "");
+    EXPECT_THAT(Errors(), IsEmpty());
 }
 
 TEST_F(WithoutStandard, NothingOfItIsKeptOrTaken)

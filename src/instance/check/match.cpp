@@ -214,7 +214,22 @@ void Matcher::ReadLeaf(Element &leaf)
     if (!leaf.isFaulty)
         run_.tree.SetMember(leaf, result.member, {});
     else
-        faults_.Add(FaultAt(leaf, ZR_ERROR_TAG_INVALID_VALUE),
+        AddInvalidValue(leaf, result);
+}
+
+// What the schema says of a value that a constraint refuses comes first (RFC 7950, section 8.3.1).
+void Matcher::AddInvalidValue(const Element &leaf, const ValueResult &result)
+{
+    Fault fault = FaultAt(leaf, ZR_ERROR_TAG_INVALID_VALUE);
+    const char *message = nullptr;
+    if (result.refusal != nullptr) {
+        fault.appTag = result.refusal->appTag;
+        message = result.refusal->message;
+    }
+    if (message != nullptr)
+        faults_.Add(fault, {message});
+    else
+        faults_.Add(fault,
                     {"\"", text_, "\" is no value of \"", leaf.plan->name, "\": ", result.fault});
 }
 

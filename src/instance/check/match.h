@@ -4,6 +4,7 @@
 #include <string>
 
 #include "instance/check/run.h"
+#include "instance/tree/value.h"
 
 namespace zr::data {
 
@@ -43,6 +44,7 @@ private:
     bool IsAnnotation(const xmlAttr &attribute) const;
     void CheckAttributes(Element &element);
     void ReadLeaf(Element &leaf);
+    void AddInvalidValue(const Element &leaf, const ValueResult &result);
     void ReadDefaultTag(Element &leaf);
     std::string_view KeepValue(const Element &leaf, std::string_view value);
     void CheckPlace(const Element &element);

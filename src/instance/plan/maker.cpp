@@ -10,6 +10,7 @@
 #include "instance/plan/expression.h"
 #include "instance/plan/inherited.h"
 #include "instance/plan/lookup.h"
+#include "instance/plan/modules.h"
 #include "instance/plan/order.h"
 #include "instance/plan/scan.h"
 #include "instance/plan/type_maker.h"
@@ -47,13 +48,6 @@ public:
 
     void Run()
     {
-        Scan(ZR_CTX_ScanAllModules, plan_.ctx, [&](ZrMod *module) { AddModule(module); });
-        for (PlanModule *module : plan_.modules) {
-            AddIdentities(*module);
-            AddAnnotations(*module);
-        }
-        for (auto &[name, identity] : plan_.identities)
-            CloseIdentity(*identity);
         AddChildren(plan_.root, [&](auto add) {
             for (PlanModule *module : plan_.modules)
                 Scan(ZR_MOD_IterScanTopmostNode, module->source, add);
@@ -75,10 +69,6 @@ public:
     }
 
 private:
-    void AddModule(ZrMod *source);
-    void AddIdentities(PlanModule &module);
-    void AddAnnotations(PlanModule &module);
-    void CloseIdentity(Identity &identity);
     template <typename ScanChildren> void AddChildren(PlanNode &parent, ScanChildren scan);
     PlanNode *AddNode(ZrNode *source, PlanNode &schemaParent);
     PlanNode *NewNode(ZrNode *source, PlanNode &schemaParent);
@@ -117,63 +107,6 @@ private:
     std::pmr::unordered_map<const ZrNode *, const char *> augments_;
     XPathContext checker_;
 };
-
-void Maker::AddModule(ZrMod *source)
-{
-    auto *module = plan_.arena.New<PlanModule>();
-    module->name = View(plan_.arena.CopyText(View(ZR_MOD_GetModuleName(source))));
-    module->source = source;
-    module->xml.type = XML_NAMESPACE_DECL;
-    module->xml.href = XmlText(plan_.arena.CopyText(View(ZR_MOD_GetModuleNs(source))));
-    module->xml.prefix = XmlText(module->name.data());
-    plan_.modules.push_back(module);
-    plan_.modulesByName.emplace(module->name, module);
-    plan_.modulesByNamespace.emplace(View(module->xml.href), module);
-}
-
-void Maker::AddIdentities(PlanModule &module)
-{
-    Scan(ZR_MOD_ScanAllIdentity, module.source, [&](const ZrsIdentity *source) {
-        std::pmr::string qualified(module.name, memory_);
-        (qualified += ':') += View(ZR_MOD_GetIdentityName(source));
-        auto *identity = plan_.arena.New<Identity>();
-        identity->module = &module;
-        identity->source = source;
-        identity->qualified = {plan_.arena.CopyText(qualified), qualified.size()};
-        identity->name = identity->qualified.substr(module.name.size() + 1);
-        plan_.identities.emplace(identity->qualified, identity);
-    });
-}
-
-void Maker::AddAnnotations(PlanModule &module)
-{
-    std::pmr::vector<std::string_view> names(memory_);
-    auto add = [&](const ZrsExtInst *, const char *definer, const char *name,
-                   const char *argument) {
-        if (View(definer) == "ietf-yang-metadata" && View(name) == "annotation" &&
-            argument != nullptr)
-            names.push_back(plan_.arena.Copy(argument));
-    };
-    Scan(ZR_MOD_ScanAllExtInsts, module.source, add);
-    module.annotations = Keep(plan_.arena, names);
-}
-
-// The bases of an identity, and theirs: each is looked at once.
-void Maker::CloseIdentity(Identity &identity)
-{
-    std::pmr::vector<const Identity *> ancestors(memory_);
-    auto addBase = [&](const char *module, const char *name) {
-        std::pmr::string qualified(module, memory_);
-        const Identity *base = plan_.FindIdentity((qualified += ':') += name);
-        if (base != nullptr &&
-            std::find(ancestors.begin(), ancestors.end(), base) == ancestors.end())
-            ancestors.push_back(base);
-    };
-    Scan(ZR_MOD_ScanIdentityBase, identity.source, addBase);
-    for (size_t next = 0; next < ancestors.size(); ++next)
-        Scan(ZR_MOD_ScanIdentityBase, ancestors[next]->source, addBase);
-    identity.ancestors = Keep(plan_.arena, ancestors);
-}
 
 template <typename ScanChildren> void Maker::AddChildren(PlanNode &parent, ScanChildren scan)
 {
@@ -461,6 +394,7 @@ void MakePlan(Plan &plan, const ZrCtx *ctx)
     plan.ctx = ctx;
     plan.stamp = StampOf(ctx);
     plan.root.flags = PlanNode::kConfig;
+    MakeModules(plan);
     Maker(plan).Run();
 }
 

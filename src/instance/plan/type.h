@@ -21,6 +21,18 @@ struct Interval {
     uint64_t start, end;
 };
 
+// What the schema says of a value that a constraint refuses; null where it says nothing.
+struct Refusal {
+    const char *message;
+    const char *appTag;
+};
+
+// The range or length of one link of a chain of typedefs: the value must be in one interval.
+struct Restriction {
+    std::span<Interval> intervals;
+    Refusal refusal;
+};
+
 // A pattern is compiled when the first value meets it; who is second throws its own away.
 struct Pattern {
     std::string_view text; // NUL-terminated
@@ -30,12 +42,14 @@ struct Pattern {
 struct PatternUse {
     const Pattern *pattern;
     bool inverted;
+    Refusal refusal;
 };
 
 // An enum with its value, or a bit with its position.
 struct NamedValue {
     std::string_view name;
     int64_t value;
+    bool isEnabled; // the features that it depends on are on
 };
 
 struct Identity {
@@ -64,8 +78,7 @@ struct Type {
     const ZrtRealType *source = nullptr; // as it stands at the node or in the union
     uint32_t base = ZRT_TYPE_NONE;       // a ZrtBuiltInType at the end of the chain
     uint32_t fractionDigits = 0;
-    // A list for each link of the chain that restricts: the value must be in one of each list.
-    std::span<std::span<Interval>> restrictions;
+    std::span<Restriction> restrictions; // of each link of the chain that restricts
     std::span<PatternUse> patterns;
     std::span<NamedValue> names;
     std::span<const Identity *> identityBases;

@@ -71,6 +71,24 @@ const Pattern *TypeMaker::PatternOf(std::string_view text)
     return pattern;
 }
 
+namespace {
+
+Refusal RefusalOf(const ZrtRealType *source, uint32_t restriction, uint32_t index)
+{
+    return {ZR_TYPE_GetErrorMessage(source, restriction, index),
+            ZR_TYPE_GetErrorAppTag(source, restriction, index)};
+}
+
+// A valid type has a range or a length, not both.
+Refusal RefusalOfBounds(const ZrtRealType *source)
+{
+    Refusal refusal = RefusalOf(source, ZR_RESTRICTION_RANGE, 0);
+    bool isSaid = refusal.message != nullptr || refusal.appTag != nullptr;
+    return isSaid ? refusal : RefusalOf(source, ZR_RESTRICTION_LENGTH, 0);
+}
+
+} // namespace
+
 void TypeMaker::ReadLink(const ZrtRealType *source, Link &link)
 {
     std::pmr::memory_resource *memory = &plan_.memory;
@@ -79,16 +97,20 @@ void TypeMaker::ReadLink(const ZrtRealType *source, Link &link)
         segments.push_back({*start, *end});
     });
     link.segments = Keep(plan_.arena, segments);
+    link.refusal = RefusalOfBounds(source);
 
     std::pmr::vector<NamedValue> names(memory);
     Scan(ZR_TYPE_ScanNameValuePair, source, [&](const char *name, const char *, int64_t value) {
-        names.push_back({name, value});
+        auto index = static_cast<uint32_t>(names.size());
+        names.push_back({name, value, ZR_TYPE_IsNameEnabled(source, plan_.ctx, index) != 0});
     });
     link.names = Keep(plan_.arena, names);
 
     std::pmr::vector<PatternUse> patterns(memory);
     Scan(ZR_TYPE_ScanPatternInvertMatch, source, [&](const char *text, uint32_t inverted) {
-        patterns.push_back({PatternOf(text), inverted != 0});
+        auto index = static_cast<uint32_t>(patterns.size());
+        patterns.push_back(
+            {PatternOf(text), inverted != 0, RefusalOf(source, ZR_RESTRICTION_PATTERN, index)});
     });
     link.patterns = Keep(plan_.arena, patterns);
 
@@ -111,22 +133,25 @@ const TypeMaker::Link &TypeMaker::LinkOf(const ZrtRealType *source)
 // Adds what a link asks for to what those below it ask for, whose last one ends where "min" and
 // "max" are. The same link may restrict another base elsewhere.
 void TypeMaker::Restrict(const Type &type, const Link &link,
-                         std::pmr::vector<std::span<Interval>> &restrictions)
+                         std::pmr::vector<Restriction> &restrictions)
 {
     if (link.segments.empty())
         return;
     Interval limits = LimitsOf(type.base);
-    if (!restrictions.empty())
-        limits = {restrictions.back().front().start, restrictions.back().back().end};
+    if (!restrictions.empty()) {
+        std::span<Interval> below = restrictions.back().intervals;
+        limits = {below.front().start, below.back().end};
+    }
     std::pmr::vector<Interval> intervals(&plan_.memory);
     for (const Segment &segment : link.segments)
         intervals.push_back(
             {NumberOf(segment.start, type, limits), NumberOf(segment.end, type, limits)});
-    restrictions.push_back(Keep(plan_.arena, intervals));
+    restrictions.push_back({Keep(plan_.arena, intervals), link.refusal});
 }
 
 // The outermost list is the narrowest. It need not repeat the values and positions, which are those
-// of the list in which all names are first (RFC 7950, sections 9.6.4.2 and 9.7.4.2).
+// of the list in which all names are first (RFC 7950, sections 9.6.4.2 and 9.7.4.2). Each list may
+// make a name depend on features.
 void TypeMaker::NarrowNames(Type &type, std::span<NamedValue> ofLink)
 {
     if (type.names.empty() || ofLink.empty()) {
@@ -137,8 +162,10 @@ void TypeMaker::NarrowNames(Type &type, std::span<NamedValue> ofLink)
     for (NamedValue &row : names) {
         auto isSame = [&](const NamedValue &other) { return other.name == row.name; };
         auto found = std::find_if(ofLink.begin(), ofLink.end(), isSame);
-        if (found != ofLink.end())
+        if (found != ofLink.end()) {
             row.value = found->value;
+            row.isEnabled &= found->isEnabled;
+        }
     }
     type.names = Keep(plan_.arena, names);
 }
@@ -185,7 +212,7 @@ const Type *TypeMaker::Make(const PlanNode &leaf, const ZrtRealType *source)
     type->source = source;
     type->base = ZR_TYPE_GetBuiltInBaseType(innermost);
     type->fractionDigits = ZR_TYPE_GetDecimal64Fraction(innermost);
-    std::pmr::vector<std::span<Interval>> restrictions(memory);
+    std::pmr::vector<Restriction> restrictions(memory);
     std::pmr::vector<PatternUse> patterns(memory);
     for (const ZrtRealType *one : chain) {
         const Link &link = LinkOf(one);

@@ -24,6 +24,7 @@ private:
     // What one link of a chain of typedefs says itself; shared by all types that go through it.
     struct Link {
         std::span<Segment> segments;
+        Refusal refusal; // of values that are in no segment
         std::span<PatternUse> patterns;
         std::span<NamedValue> names;
         std::span<const Identity *> bases;
@@ -31,8 +32,7 @@ private:
     const Link &LinkOf(const ZrtRealType *source);
     void ReadLink(const ZrtRealType *source, Link &link);
     const Pattern *PatternOf(std::string_view text);
-    void Restrict(const Type &type, const Link &link,
-                  std::pmr::vector<std::span<Interval>> &restrictions);
+    void Restrict(const Type &type, const Link &link, std::pmr::vector<Restriction> &restrictions);
     void NarrowNames(Type &type, std::span<NamedValue> ofLink);
 
     Plan &plan_;

@@ -7,6 +7,8 @@ namespace zr::data {
 
 namespace {
 
+constexpr const char *kOutOfRange = "it is out of range";
+
 // The bits of a number: of a signed one as two's complement.
 bool IsBelow(uint64_t a, uint64_t b, bool isSigned)
 {
@@ -62,18 +64,21 @@ void AppendNumber(Canonical &out, uint64_t magnitude, bool isNegative)
 
 } // namespace
 
-bool IsWithin(const Type &type, uint64_t number, bool isSigned)
+ValueFault CheckRanges(const Type &type, uint64_t number, bool isSigned, const char *fault)
 {
-    return std::all_of(type.restrictions.begin(), type.restrictions.end(), [&](auto segments) {
-        return std::any_of(segments.begin(), segments.end(), [&](const Interval &segment) {
-            return !IsBelow(number, segment.start, isSigned) &&
-                   !IsBelow(segment.end, number, isSigned);
-        });
-    });
+    for (const Restriction &restriction : type.restrictions) {
+        auto holds = [&](const Interval &interval) {
+            return !IsBelow(number, interval.start, isSigned) &&
+                   !IsBelow(interval.end, number, isSigned);
+        };
+        if (std::none_of(restriction.intervals.begin(), restriction.intervals.end(), holds))
+            return {fault, &restriction.refusal};
+    }
+    return {};
 }
 
-const char *ReadInteger(const ValueScope &scope, const Type &type, std::string_view text,
-                        Canonical &out)
+ValueFault ReadInteger(const ValueScope &scope, const Type &type, std::string_view text,
+                       Canonical &out)
 {
     const Width &width = *std::find_if(std::begin(kWidths), std::end(kWidths),
                                        [&](const Width &row) { return row.type == type.base; });
@@ -93,15 +98,13 @@ const char *ReadInteger(const ValueScope &scope, const Type &type, std::string_v
     if (width.isSigned && !isNegative)
         --limit;
     if (!isRead || magnitude > limit || (isNegative && !width.isSigned))
-        return "it is out of range";
+        return kOutOfRange;
     AppendNumber(out, magnitude, isNegative);
     uint64_t number = isNegative ? ~magnitude + 1 : magnitude;
-    if (!IsWithin(type, number, width.isSigned))
-        return "it is out of range";
-    return nullptr;
+    return CheckRanges(type, number, width.isSigned, kOutOfRange);
 }
 
-const char *ReadDecimal(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
+ValueFault ReadDecimal(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
 {
     Digits digits = SplitSign(text);
     size_t point = std::min(digits.text.find('.'), digits.text.size());
@@ -124,15 +127,13 @@ const char *ReadDecimal(const ValueScope &, const Type &type, std::string_view t
     uint64_t magnitude = 0;
     uint64_t limit = (uint64_t{1} << 63) - !digits.isNegative;
     if (!ReadDigits(out, 10, magnitude) || magnitude > limit)
-        return "it is out of range";
+        return kOutOfRange;
     bool isNegative = digits.isNegative && magnitude != 0;
     out.clear();
     if (isNegative)
         out += '-';
     ((out += whole) += '.') += fraction.empty() ? std::string_view("0") : fraction;
-    if (!IsWithin(type, isNegative ? ~magnitude + 1 : magnitude, true))
-        return "it is out of range";
-    return nullptr;
+    return CheckRanges(type, isNegative ? ~magnitude + 1 : magnitude, true, kOutOfRange);
 }
 
 } // namespace zr::data

@@ -7,13 +7,24 @@ namespace zr::data {
 
 using Canonical = std::pmr::string;
 
-// Whether a number, of a signed type as two's complement, is in every range of a type.
-bool IsWithin(const Type &type, uint64_t number, bool isSigned);
+// What is wrong with a text; null: nothing. A fault that a constraint finds comes with what the
+// schema says of it.
+struct ValueFault {
+    ValueFault() = default;
+    ValueFault(const char *what, const Refusal *said = nullptr) : text(what), refusal(said) {}
 
-// They append the canonical form, and return what is wrong with the text, or null.
-const char *ReadInteger(const ValueScope &scope, const Type &type, std::string_view text,
-                        Canonical &out);
-const char *ReadDecimal(const ValueScope &scope, const Type &type, std::string_view text,
-                        Canonical &out);
+    const char *text = nullptr;
+    const Refusal *refusal = nullptr;
+};
+
+// Holds a number, of a signed type as two's complement, against every range of a type, or a length
+// against every length; `fault` is what to say of one that is out of them.
+ValueFault CheckRanges(const Type &type, uint64_t number, bool isSigned, const char *fault);
+
+// They append the canonical form, and return what is wrong with the text.
+ValueFault ReadInteger(const ValueScope &scope, const Type &type, std::string_view text,
+                       Canonical &out);
+ValueFault ReadDecimal(const ValueScope &scope, const Type &type, std::string_view text,
+                       Canonical &out);
 
 } // namespace zr::data

@@ -17,7 +17,9 @@ namespace {
 // A leafref may point to a leafref; who points at himself is stopped here.
 constexpr uint32_t kMostLeafrefs = 64;
 
-using ReadFunc = const char *(*)(const ValueScope &, const Type &, std::string_view, Canonical &);
+using ReadFunc = ValueFault (*)(const ValueScope &, const Type &, std::string_view, Canonical &);
+
+constexpr const char *kWrongLength = "its length is out of range";
 
 // ---- texts
 
@@ -38,21 +40,23 @@ bool HasNoncharacter(std::string_view text)
     return false;
 }
 
-const char *ReadString(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
+ValueFault ReadString(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
 {
     out += text;
     if (HasNoncharacter(text))
         return "it holds a character that is none";
-    if (!type.restrictions.empty() && !IsWithin(type, CountCharacters(text), false))
-        return "its length is out of range";
+    if (!type.restrictions.empty())
+        if (ValueFault fault = CheckRanges(type, CountCharacters(text), false, kWrongLength);
+            fault.text != nullptr)
+            return fault;
     for (const PatternUse &use : type.patterns)
         if (Matches(*use.pattern, out.c_str()) == use.inverted)
-            return "a pattern refuses it";
-    return nullptr;
+            return {"a pattern refuses it", &use.refusal};
+    return {};
 }
 
 // Base64 (RFC 4648, section 4); lines may be broken.
-const char *ReadBinary(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
+ValueFault ReadBinary(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
 {
     constexpr std::string_view kAlphabet =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -65,40 +69,40 @@ const char *ReadBinary(const ValueScope &, const Type &type, std::string_view te
                                    kAlphabet) != std::string_view::npos)
         return "it is not base64";
     uint64_t octets = digits / 4 * 3 + (digits % 4 == 0 ? 0 : digits % 4 - 1);
-    if (!IsWithin(type, octets, false))
-        return "its length is out of range";
-    return nullptr;
+    return CheckRanges(type, octets, false, kWrongLength);
 }
 
-const char *ReadBoolean(const ValueScope &, const Type &, std::string_view text, Canonical &out)
+ValueFault ReadBoolean(const ValueScope &, const Type &, std::string_view text, Canonical &out)
 {
     out = text;
     return text == "true" || text == "false" ? nullptr : "it is neither true nor false";
 }
 
-const char *ReadEmpty(const ValueScope &, const Type &, std::string_view text, Canonical &)
+ValueFault ReadEmpty(const ValueScope &, const Type &, std::string_view text, Canonical &)
 {
     return text.empty() ? nullptr : "the type empty takes no text";
 }
 
 // ---- names
 
+// One whose features are off is none.
 const NamedValue *FindName(const Type &type, std::string_view name)
 {
-    auto found = std::find_if(type.names.begin(), type.names.end(),
-                              [&](const NamedValue &row) { return row.name == name; });
+    auto found = std::find_if(type.names.begin(), type.names.end(), [&](const NamedValue &row) {
+        return row.name == name && row.isEnabled;
+    });
     return found == type.names.end() ? nullptr : &*found;
 }
 
-const char *ReadEnumeration(const ValueScope &, const Type &type, std::string_view text,
-                            Canonical &out)
+ValueFault ReadEnumeration(const ValueScope &, const Type &type, std::string_view text,
+                           Canonical &out)
 {
     out = text;
     return FindName(type, text) != nullptr ? nullptr : "it is none of the enums";
 }
 
 // The canonical order is that of the positions (RFC 7950, section 9.7.2).
-const char *ReadBits(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
+ValueFault ReadBits(const ValueScope &, const Type &type, std::string_view text, Canonical &out)
 {
     std::pmr::vector<const NamedValue *> bits(out.get_allocator().resource());
     for (std::string_view word = TakeWord(text); !word.empty(); word = TakeWord(text)) {
@@ -142,8 +146,8 @@ const PlanModule *FindPrefix(const ValueScope &scope, std::string_view prefix)
 
 namespace {
 
-const char *ReadIdentity(const ValueScope &scope, const Type &type, std::string_view text,
-                         Canonical &out)
+ValueFault ReadIdentity(const ValueScope &scope, const Type &type, std::string_view text,
+                        Canonical &out)
 {
     const Identity *identity = FindIdentity(scope, text);
     if (identity == nullptr)
@@ -268,7 +272,7 @@ private:
     const char *fault_ = kMalformed;
 };
 
-const char *ReadPath(const ValueScope &scope, const Type &, std::string_view text, Canonical &out)
+ValueFault ReadPath(const ValueScope &scope, const Type &, std::string_view text, Canonical &out)
 {
     return PathReader(scope, text, out).Read();
 }
@@ -366,8 +370,10 @@ ValueResult ReadValue(const ValueScope &scope, const Type &given, std::string_vi
         if (const char *fault = CheckKind(*value, type->base))
             return {fault, type};
     ReadFunc read = kReaders[type->base];
-    if (read != nullptr)
-        return {read(inner, *type, text, canonical), type};
+    if (read != nullptr) {
+        ValueFault fault = read(inner, *type, text, canonical);
+        return {fault.text, type, 0, fault.refusal};
+    }
     canonical = text;
     return {nullptr, type};
 }

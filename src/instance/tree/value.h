@@ -26,6 +26,9 @@ struct ValueResult {
     const char *fault = nullptr; // null: the type takes the value
     const Type *type = nullptr;  // the member of a union, or what a leafref points to
     uint32_t member = 0;         // the number of the member
+    // What the schema says of the fault, when a range, length or pattern refuses the value; else
+    // null.
+    const Refusal *refusal = nullptr;
 };
 
 // Reads a text as a value; the canonical form goes into `canonical`, which is undefined after a

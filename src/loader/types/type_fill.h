@@ -58,6 +58,16 @@ const char *MarkedChildArgument(const xmlNode *element, uint32_t kind);
 // 0 where it says nothing, and in contexts without ZR_CTX_STANDARD (type_fill.cpp).
 uint16_t ReadInstanceFlags(const ZrMod *module, const xmlNode *element, uint32_t baseType);
 
+// What the parts of a type say beside themselves (type_notes.cpp).
+
+// How many notes the marked children of a type statement make; 0 in contexts without
+// ZR_CTX_STANDARD.
+uint32_t CountTypeNotes(const ZrMod *module, const xmlNode *element);
+// Fills the notes of a type that has room for them behind its slots. ZR_OK; ZR_ERR_NO_MEMORY;
+// ZR_ERR_INVALID for a statement that is malformed or repeated, which is recorded, and for more
+// than 65,535 notes.
+uint32_t FillTypeNotes(ZrMod *module, ZrtRealType *type, xmlNode *element, uint32_t count);
+
 } // namespace zr
 
 extern "C" {

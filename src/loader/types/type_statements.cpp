@@ -79,10 +79,14 @@ uint32_t ZRT_LOADER_ParseTypeStmt(ZrMod *module, xmlNode *element, uint32_t /*pa
     type->flags = zr::ReadInstanceFlags(module, element, baseType);
     if (counters.counts[ZRT_CONS_KIND_COUNT] == 0)
         return ZR_OK;
-    status = ZRT_TYPE_ExpandConstraintArray(type, counters.counts[ZRT_CONS_KIND_COUNT]);
+    uint32_t noteCount = zr::CountTypeNotes(module, element);
+    status = ZRT_TYPE_ExpandConstraintArray(type, counters.counts[ZRT_CONS_KIND_COUNT] +
+                                                      (noteCount != 0 ? 1u : 0u));
     if (status != ZR_OK)
         return status;
     status = ZRT_LOADER_FillAllTypeConstraint(module, type, element, &counters);
+    if (status == ZR_OK && noteCount != 0)
+        status = zr::FillTypeNotes(module, type, element, noteCount);
     if (status != ZR_OK)
         zr::RecordBadValue(module, name, ZRS_STMT_TYPE);
     return status;

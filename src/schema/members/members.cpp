@@ -203,9 +203,7 @@ uint32_t ZR_CTX_IsModFeatureEnable(const ZrCtx *ctx, const char *moduleName,
 {
     if (ctx == nullptr || moduleName == nullptr || featureName == nullptr)
         return ZR_ERR_INVALID;
-    const ZrsFeature *feature =
-        ZR_CTX_FindFeatureByModNameAndFeatName(ctx, moduleName, featureName);
-    return feature != nullptr && (feature->flags & ZRS_FEATURE_ENABLED) != 0;
+    return zr::IsFeatureOn(ctx, moduleName, featureName);
 }
 
 uint32_t ZR_CTX_DisableModFeature(ZrCtx *ctx, const char *moduleName, const char *featureName)

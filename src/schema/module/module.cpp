@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "model/node_record.h"
+#include "model/scope.h"
 #include "schema/lookup/lookup.h"
 #include "schema/members/ext_inst.h"
 
@@ -224,4 +225,23 @@ uint32_t ZR_MOD_ScanIdentityBase(const ZrsIdentity *identity, ZrIdentBaseScanFun
     return ScanRecords(identity->bases, identity->baseCount, [=](const ZrsIdentBase &base) {
         return callback(base.moduleName, base.identityName, userData, identity->bases);
     });
+}
+
+uint32_t ZR_MOD_ScanIdentityIfFeatures(const ZrsIdentity *identity, ZrIfFeatureScanFunc callback,
+                                       void *userData)
+{
+    if (identity == nullptr)
+        return 0;
+    if (callback == nullptr)
+        return ZR_ERR_INVALID;
+    return ScanRecords(identity->ifFeatures, identity->ifFeatureCount,
+                       [=](const ZrsIfFeature &condition) {
+                           return callback(condition.moduleName, condition.featureName, userData);
+                       });
+}
+
+uint32_t ZR_MOD_IsIdentityEnabled(const ZrsIdentity *identity, const ZrCtx *ctx)
+{
+    return identity != nullptr && ctx != nullptr &&
+           zr::AreFeaturesOn(ctx, identity->ifFeatures, identity->ifFeatureCount);
 }

@@ -5,6 +5,7 @@
 #include "foundation/text.h"
 #include "model/module_records.h"
 #include "model/node_record.h"
+#include "model/scope.h"
 #include "platform/memory.h"
 #include "platform/strings.h"
 #include "schema/members/entry_rules.h"
@@ -135,16 +136,7 @@ uint32_t ZR_NODE_IsEnabled(const ZrNode *node)
 {
     if (node == nullptr || node->module == nullptr)
         return 0;
-    if (node->ifFeatures == nullptr)
-        return 1;
-    for (uint32_t i = 0; i < node->ifFeatureCount; ++i) {
-        const ZrsIfFeature *entry = &node->ifFeatures[i];
-        // The answer may also be ZR_ERR_INVALID, for a name that is missing.
-        if (ZR_CTX_IsModFeatureEnable(node->module->ctx, entry->moduleName, entry->featureName) !=
-            1)
-            return 0;
-    }
-    return 1;
+    return zr::AreFeaturesOn(node->module->ctx, node->ifFeatures, node->ifFeatureCount);
 }
 
 // Scans of what a node holds in lists: conditions, features, defaults.

@@ -40,4 +40,22 @@ TEST(Identity, WithSeveralBasesIsDerivedFromAllOfThem)
     EXPECT_THAT(schema.Check("<v>d</v><w>d</w>"), ElementsAre(StartsWith("invalid-value /w: ")));
 }
 
+TEST(Identity, WhoseFeaturesAreOffIsNone)
+{
+    Schema schema("feature f; identity a; identity b { base a; if-feature f; }"
+                  " identity c { base b; } identity d { base a; base b; }"
+                  " leaf v { type identityref { base a; } } leaf w { type identityref { base b; } }"
+                  " leaf x { type int8; must \"derived-from-or-self(../v, 'b')\"; }");
+    EXPECT_THAT(schema.Check("<v>b</v>"), ElementsAre("invalid-value /v: \"b\" is no value of "
+                                                      "\"v\": there is no such identity"));
+    EXPECT_THAT(schema.Check("<v>d</v>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<v>c</v>"), ElementsAre(StartsWith("invalid-value /v: ")))
+        << "its base is not there";
+    EXPECT_THAT(schema.Check("<w>c</w>"), ElementsAre(StartsWith("invalid-value /w: ")));
+    EXPECT_THAT(schema.Check("<v>d</v><x>1</x>"), ElementsAre(StartsWith("operation-failed")));
+    ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(schema.ctx(), "m"), "f");
+    EXPECT_THAT(schema.Check("<v>b</v><w>c</w><x>1</x>"), IsEmpty());
+    EXPECT_THAT(schema.Check("<v>c</v>"), IsEmpty());
+}
+
 } // namespace datatest

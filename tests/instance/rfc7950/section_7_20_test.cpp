@@ -150,4 +150,15 @@ TEST(Deviation, ChangesNumbersMandatoryAndState)
                                               StartsWith("unknown-element /c/s: ")));
 }
 
+TEST(Feature, OfAnotherModuleDecidesAboutEnumsToo)
+{
+    Schema schema("feature f; typedef t { type enumeration { enum a; enum b { if-feature f; } } }");
+    schema.Add("n", "import m { prefix q; } leaf v { type q:t; }"
+                    " leaf w { type enumeration { enum a; enum c { if-feature q:f; } } }");
+    EXPECT_THAT(schema.Check("<v xmlns=\"urn:n\">b</v><w xmlns=\"urn:n\">c</w>"),
+                testing::SizeIs(2));
+    ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(schema.ctx(), "m"), "f");
+    EXPECT_THAT(schema.Check("<v xmlns=\"urn:n\">b</v><w xmlns=\"urn:n\">c</w>"), IsEmpty());
+}
+
 } // namespace datatest

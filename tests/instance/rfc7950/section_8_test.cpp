@@ -118,6 +118,60 @@ TEST(Payload, InsertsNothingThatItDeletes)
                 ElementsAre(StartsWith("bad-attribute /entry[")));
 }
 
+TEST(Payload, IsRefusedAsTheConstraintSays)
+{
+    Schema schema(
+        "typedef port { type uint16 { range \"1..1000\" { error-message \"No port.\"; } } }"
+        " container c { leaf own { type port { range 1..9 { error-app-tag small; } } }"
+        "  leaf name { type string { length 2..4 { error-message \"Not so long.\";"
+        "    error-app-tag length; } pattern 'a.*' { error-app-tag first; } pattern '.*z';"
+        "    pattern '[a-z]*' { error-message \"Small letters.\"; } } }"
+        "  leaf octets { type binary { length 1 { error-app-tag one; } } }"
+        "  leaf part { type decimal64 { fraction-digits 1; range 0..1 {"
+        "    error-message \"No part.\"; } } }"
+        "  leaf ref { type leafref { path \"../own\"; } }"
+        "  leaf either { type union { type port; type string { length 2 {"
+        "    error-message never; } } } } }");
+    auto check = [&](const std::string &inner, uint32_t kind = ZR_DATA_CONFIG) {
+        Texts found = schema.Check("<c>" + inner + "</c>", kind);
+        return found.size() == 1 ? found[0] : "no single fault";
+    };
+    auto own = [&](const char *value) { return check(std::string("<own>") + value + "</own>"); };
+    EXPECT_EQ(own("10"), "invalid-value[small] /c/own: \"10\" is no value of \"own\": it is out of "
+                         "range");
+    EXPECT_EQ(own("1001"), "invalid-value /c/own: No port.") << "the typedef refuses it first";
+    EXPECT_EQ(own("x"), "invalid-value /c/own: \"x\" is no value of \"own\": it is no integer");
+    EXPECT_EQ(own("65536"), "invalid-value /c/own: \"65536\" is no value of \"own\": it is out of "
+                            "range")
+        << "no restriction but the type";
+    auto name = [&](const char *value) { return check(std::string("<name>") + value + "</name>"); };
+    EXPECT_EQ(name("a"), "invalid-value[length] /c/name: Not so long.");
+    EXPECT_EQ(name("bz"), "invalid-value[first] /c/name: \"bz\" is no value of \"name\": a pattern "
+                          "refuses it");
+    EXPECT_EQ(name("ab"), "invalid-value /c/name: \"ab\" is no value of \"name\": a pattern "
+                          "refuses it");
+    EXPECT_EQ(name("aBz"), "invalid-value /c/name: Small letters.");
+    EXPECT_EQ(check("<octets>AAAA</octets>").substr(0, 30), "invalid-value[one] /c/octets: ");
+    EXPECT_EQ(check("<part>1.1</part>"), "invalid-value /c/part: No part.");
+    EXPECT_EQ(check("<own>1</own><ref>2000</ref>"), "invalid-value /c/ref: No port.")
+        << "what the leafref leads to";
+    EXPECT_EQ(check("<either>abc</either>"), "invalid-value /c/either: \"abc\" is no value of "
+                                             "\"either\": no member of the union takes it");
+    EXPECT_THAT(schema.CheckJson("{\"m:c\": {\"own\": 1001}}"),
+                ElementsAre("invalid-value /c/own: No port."));
+    EXPECT_THAT(schema.CheckMessage("<config><c xmlns=\"urn:m\"><own>1001</own></c></config>",
+                                    ZR_DATA_EDIT),
+                ElementsAre("invalid-value /c/own: No port."));
+    EXPECT_THAT(schema.xml(), ElementsAre(testing::HasSubstr("No port.</error-message>")));
+}
+
+TEST(Payload, IsRefusedInTheLibrarysWordsWhereTheContextKeepsNoOthers)
+{
+    Schema schema("leaf a { type int8 { range 1 { error-message m; error-app-tag t; } } }", 0);
+    EXPECT_THAT(schema.Check("<a>2</a>"),
+                ElementsAre("invalid-value /a: \"2\" is no value of \"a\": it is out of range"));
+}
+
 TEST(Data, HasNodesOfItsModulesAlone)
 {
     Schema schema("container c { leaf a { type int8; } } rpc r; notification n;");

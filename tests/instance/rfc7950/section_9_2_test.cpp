@@ -80,4 +80,16 @@ TEST(Integer, OfADefaultMayBeHexadecimalOrOctal)
     EXPECT_TRUE(schema.Check("").empty());
 }
 
+TEST(Range, SaysWhatIsToldOfAValueThatIsOutOfIt)
+{
+    Schema schema("typedef t { type int8 { range 0..99 { error-message \"Of t.\"; } } }"
+                  " leaf v { type t { range \"1..9 | 20..max\" { error-message \"Of v.\";"
+                  " error-app-tag v; } } } leaf inherits { type t; }");
+    EXPECT_THAT(schema.Check("<v>10</v>"), testing::ElementsAre("invalid-value[v] /v: Of v."));
+    EXPECT_THAT(schema.Check("<v>100</v>"), testing::ElementsAre("invalid-value /v: Of t."));
+    EXPECT_THAT(schema.Check("<inherits>100</inherits>"),
+                testing::ElementsAre("invalid-value /inherits: Of t."));
+    EXPECT_THAT(schema.Check("<v>20</v>"), testing::IsEmpty());
+}
+
 } // namespace datatest

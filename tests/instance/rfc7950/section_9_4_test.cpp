@@ -87,4 +87,22 @@ TEST(String, HoldsNoControlCharacters)
             << bad;
 }
 
+TEST(String, IsRefusedInTheWordsOfItsLengthOrPattern)
+{
+    Schema schema("typedef t { type string { length 1..4 { error-app-tag length; }"
+                  " pattern '[a-z]*'; pattern 'x.*' { modifier invert-match;"
+                  "  error-message \"No x.\"; error-app-tag x; } } }"
+                  " leaf v { type t { pattern '.*b' { error-message \"A b.\"; } } }");
+    EXPECT_THAT(schema.Check("<v>ab</v>"), testing::IsEmpty());
+    EXPECT_THAT(
+        schema.Check("<v>abbbb</v>"),
+        testing::ElementsAre("invalid-value[length] /v: \"abbbb\" is no value of \"v\": its "
+                             "length is out of range"));
+    EXPECT_THAT(schema.Check("<v>ba</v>"), testing::ElementsAre("invalid-value /v: A b."));
+    EXPECT_THAT(schema.Check("<v>xb</v>"), testing::ElementsAre("invalid-value[x] /v: No x."));
+    EXPECT_THAT(schema.Check("<v>Ab</v>"),
+                testing::ElementsAre("invalid-value /v: \"Ab\" is no value of \"v\": a pattern "
+                                     "refuses it"));
+}
+
 } // namespace datatest

@@ -46,4 +46,29 @@ TEST(Enumeration, HasTheValuesThatItsNamesAreGiven)
     EXPECT_TRUE(schema.Check("<r>seven</r>").empty()) << "a restricted type keeps them";
 }
 
+TEST(Enumeration, HasNoNamesWhoseFeaturesAreOff)
+{
+    Schema schema("feature f; feature g;"
+                  " typedef t { type enumeration { enum a; enum b { if-feature f; } enum c; } }"
+                  " leaf v { type t; } leaf w { type t { enum b; enum c { if-feature g; } } }"
+                  " leaf x { type enumeration { enum a { if-feature \"f and g\"; } enum b; }"
+                  "  must 'enum-value(.) = 1'; }");
+    auto enable = [&](const char *feature) {
+        ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(schema.ctx(), "m"), feature);
+    };
+    EXPECT_TRUE(schema.Check("<v>a</v>").empty());
+    EXPECT_EQ(schema.Check("<v>b</v>"),
+              Texts{"invalid-value /v: \"b\" is no value of \"v\": it is none of the enums"});
+    EXPECT_EQ(schema.Check("<w>b</w>").size(), 1u) << "off where it is first named";
+    EXPECT_EQ(schema.Check("<w>c</w>").size(), 1u) << "off where it is named again";
+    EXPECT_TRUE(schema.Check("<x>b</x>").empty()) << "its value does not depend on the features";
+    EXPECT_EQ(schema.Check("<x>a</x>").size(), 1u);
+    EXPECT_EQ(schema.CheckJson("{\"m:v\": \"b\"}").size(), 1u);
+    enable("f");
+    EXPECT_TRUE(schema.Check("<v>b</v><w>b</w>").empty());
+    EXPECT_EQ(schema.Check("<w>c</w>").size(), 1u);
+    enable("g");
+    EXPECT_TRUE(schema.Check("<w>c</w>").empty());
+}
+
 } // namespace datatest

@@ -33,4 +33,15 @@ TEST(Bits, HaveThePositionsThatFollowOneAnother)
               "ten-mb-only disable-nagle", "disable-nagle ten-mb-only"));
 }
 
+TEST(Bits, HaveNoNamesWhoseFeaturesAreOff)
+{
+    Schema schema("feature f; leaf v { type bits { bit a; bit b { if-feature f; } bit c; } }");
+    EXPECT_TRUE(schema.Check("<v>a c</v>").empty());
+    EXPECT_EQ(schema.Check("<v>a b</v>"),
+              Texts{"invalid-value /v: \"a b\" is no value of \"v\": it "
+                    "names a bit that is not there"});
+    ZR_MOD_EnableFeature(ZR_CTX_GetModuleByModName(schema.ctx(), "m"), "f");
+    EXPECT_TRUE(schema.Check("<v>a b</v>").empty());
+}
+
 } // namespace datatest
