@@ -94,8 +94,9 @@ std::vector<Loaded> LoadEach(ZrCtx *ctx, const char *dir)
     for (const fs::path &path : paths) {
         std::string stem = path.stem().string();
         std::string name = stem.substr(0, stem.find('@'));
+        auto size = static_cast<size_t>(fs::file_size(path));
         if (!all.empty() && all.back().name == name) { // another file of the same module
-            all.back().text += fs::file_size(path);
+            all.back().text += size;
             continue;
         }
         size_t before = hooks.now;
@@ -104,7 +105,7 @@ std::vector<Loaded> LoadEach(ZrCtx *ctx, const char *dir)
         if (status != ZR_OK)
             std::fprintf(stderr, "footprint: %s is left out: status %u\n", name.c_str(), status);
         else
-            all.push_back({name, fs::file_size(path), hooks.now - before, both.peak - beforeBoth});
+            all.push_back({name, size, hooks.now - before, both.peak - beforeBoth});
     }
     return all;
 }
