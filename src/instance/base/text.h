@@ -42,8 +42,11 @@ uint64_t CountCharacters(std::string_view text);
 // Takes the next word off the front of a text; "" when there is none.
 std::string_view TakeWord(std::string_view &text);
 
-// The namespace of the attribute "default" (RFC 6243, section 6).
+// The namespaces of what carries requests and data (RFC 6241) and notifications (RFC 5277).
+inline constexpr const char *kNetconfNamespace = "urn:ietf:params:xml:ns:netconf:base:1.0";
 inline constexpr const char *kEventNamespace = "urn:ietf:params:xml:ns:netconf:notification:1.0";
+
+// The namespace of the attribute "default" (RFC 6243, section 6).
 inline constexpr std::string_view kDefaultsNamespace = "urn:ietf:params:xml:ns:netconf:default:1.0";
 bool IsDefaultTag(const xmlAttr &attribute);
 

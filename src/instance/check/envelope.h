@@ -9,7 +9,6 @@
 
 namespace zr::data {
 
-constexpr const char *kNetconfNamespace = "urn:ietf:params:xml:ns:netconf:base:1.0";
 constexpr const char *kYangNamespace = "urn:ietf:params:xml:ns:yang:1";
 constexpr const char *kNmdaNamespace = "urn:ietf:params:xml:ns:yang:ietf-netconf-nmda";
 

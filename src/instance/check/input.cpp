@@ -1,6 +1,7 @@
 #include "instance/check/input.h"
 
 #include "instance/tree/json.h"
+#include "instance/tree/json_node.h"
 
 namespace zr::data {
 
@@ -45,7 +46,7 @@ const xmlNode *CheckJson(Run &run, std::string_view text)
     if (IsMessage(run.options.kind)) {
         const xmlNode *message = root->children;
         if (message == nullptr || message->next != nullptr) {
-            AddMalformed(run, root->line, "a message is the one member of the object");
+            AddMalformed(run, AsJson(root)->line, "a message is the one member of the object");
             return nullptr;
         }
         root = message;

@@ -3,6 +3,7 @@
 #include "instance/base/text.h"
 #include "instance/check/envelope.h"
 #include "instance/check/match.h"
+#include "instance/check/match_json.h"
 #include "instance/tree/json_node.h"
 #include "instance/tree/value.h"
 
@@ -41,7 +42,8 @@ public:
             const Message *message = run_.plan.FindMessage(*at->plan, module, View(step->name));
             if (message != nullptr &&
                 message->kind == (step == &top ? wanted.atTop : wanted.inData)) {
-                ReadContent(*at, *message->request, *step);
+                if (IsFit(*at, *message->request, *step))
+                    ReadContent(*at, *message->request, *step);
                 return;
             }
             const PlanNode *plan = run_.plan.FindChild(*at->plan, module, View(step->name));
@@ -49,6 +51,8 @@ public:
                 matcher_.AddUnknown(*at, *step);
                 return;
             }
+            if (!IsFit(*at, *plan, *step))
+                return;
             at = &Enter(*at, *plan, *step);
             step = NextStep(*at, *step, wanted.name);
         }
@@ -81,6 +85,14 @@ public:
     }
 
 private:
+    // An array without entries leads nowhere, which is told of the step that is missing in it.
+    bool IsFit(const Element &parent, const PlanNode &plan, const xmlNode &source)
+    {
+        const JsonNode *json = AsJson(&source);
+        return json == nullptr || (plan.IsRepeated() && json->kind == JsonKind::Array) ||
+               IsShaped(run_.faults, run_.warnings, matcher_.At(parent, source, 0), plan, *json);
+    }
+
     void ReadContent(Element &parent, const PlanNode &side, const xmlNode &source)
     {
         Element &message = matcher_.Add(parent, side, source);

@@ -5,10 +5,10 @@
 
 #include <new>
 
-#include "instance/base/xml_errors.h"
 #include "instance/errors/result.h"
 #include "instance/plan/plan.h"
 #include "shared/guard.h"
+#include "shared/xml_reports.h"
 
 struct ZrDataPlan {
     explicit ZrDataPlan(const ZrDataMemory &hooks) : plan(hooks) {}
@@ -25,9 +25,9 @@ namespace zr::data {
 // Runs a piece of work and turns memory that runs out, also libxml2's, into a status.
 template <typename Work> uint32_t Guard(Work work) noexcept
 {
-    XmlErrors errors;
+    XmlReports reports;
     uint32_t status = zr::Guard<ZR_DATA_ERR_NO_MEMORY>(work);
-    return errors.isOutOfMemory() ? uint32_t{ZR_DATA_ERR_NO_MEMORY} : status;
+    return reports.isOutOfMemory() ? uint32_t{ZR_DATA_ERR_NO_MEMORY} : status;
 }
 
 // Takes an object apart and gives its block back.

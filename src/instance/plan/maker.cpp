@@ -6,7 +6,6 @@
 #include <memory>
 
 #include "instance/base/text.h"
-#include "instance/base/xml_errors.h"
 #include "instance/plan/expression.h"
 #include "instance/plan/inherited.h"
 #include "instance/plan/lookup.h"
@@ -15,6 +14,7 @@
 #include "instance/plan/scan.h"
 #include "instance/plan/type_maker.h"
 #include "shared/names.h"
+#include "shared/xml_reports.h"
 
 namespace zr::data {
 

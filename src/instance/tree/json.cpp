@@ -37,7 +37,7 @@ struct AnnotationSpace {
     const char *uri;
 };
 constexpr AnnotationSpace kAnnotationSpaces[] = {
-    {"ietf-netconf", "urn:ietf:params:xml:ns:netconf:base:1.0"},
+    {"ietf-netconf", kNetconfNamespace},
     {"ietf-netconf-with-defaults", kDefaultsNamespace.data()},
 };
 // The members that hold all else of a document of RESTCONF's (RFC 8040, sections 3.1 and 6.4). The
@@ -56,7 +56,7 @@ public:
         doc_->type = XML_DOCUMENT_NODE;
         doc_->doc = doc_;
         doc_->_private = const_cast<char *>(&kJsonMark);
-        base_ = NewSpace("urn:ietf:params:xml:ns:netconf:base:1.0", nullptr);
+        base_ = NewSpace(kNetconfNamespace, nullptr);
     }
 
     // The functions of a parser's listener.

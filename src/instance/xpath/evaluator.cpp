@@ -5,8 +5,8 @@
 #include <new>
 
 #include "instance/base/text.h"
-#include "instance/base/xml_errors.h"
 #include "instance/xpath/functions.h"
+#include "shared/xml_reports.h"
 
 namespace zr::data {
 
@@ -44,8 +44,7 @@ void Evaluator::Prepare()
 // What libxml2 says of an evaluation that came to no end.
 Truth Evaluator::Explain()
 {
-    constexpr int kOffset = static_cast<int>(XML_XPATH_EXPRESSION_OK) - XPATH_EXPRESSION_OK;
-    int code = context_->lastError.code - kOffset;
+    int code = XPathErrorOf(context_->lastError);
     if (isOutOfMemory || IsShortOfMemory(context_->lastError))
         throw std::bad_alloc();
     if (code == XPATH_OP_LIMIT_EXCEEDED)

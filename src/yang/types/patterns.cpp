@@ -3,6 +3,7 @@
 #include <libxml/xmlerror.h>
 #include <libxml/xmlregexp.h>
 
+#include "shared/xml_reports.h"
 #include <algorithm>
 #include <iterator>
 #include <memory>
@@ -246,22 +247,6 @@ namespace {
 constexpr size_t kMostClasses = 64;
 constexpr size_t kLongest = 10000;
 
-// While one lives, libxml2 tells this thread's errors to nobody.
-class Silence {
-public:
-    Silence() : func_(xmlStructuredError), context_(xmlStructuredErrorContext)
-    {
-        xmlSetStructuredErrorFunc(nullptr, [](void *, auto *) {});
-    }
-    ~Silence() { xmlSetStructuredErrorFunc(context_, func_); }
-    Silence(const Silence &) = delete;
-    Silence &operator=(const Silence &) = delete;
-
-private:
-    xmlStructuredErrorFunc func_;
-    void *context_;
-};
-
 const xmlChar *AsXml(const std::pmr::string &text)
 {
     return reinterpret_cast<const xmlChar *>(text.c_str());
@@ -275,7 +260,7 @@ Match MatchPattern(std::string_view pattern, std::string_view text,
     auto classes = static_cast<size_t>(std::count(pattern.begin(), pattern.end(), '['));
     if (classes > kMostClasses || pattern.size() > kLongest || text.size() > kLongest)
         return Match::Open;
-    Silence silence;
+    XmlReports reports; // to nobody else
     std::unique_ptr<xmlRegexp, decltype(&xmlRegFreeRegexp)> compiled(
         xmlRegexpCompile(AsXml(std::pmr::string(pattern, memory))), xmlRegFreeRegexp);
     if (compiled == nullptr)

@@ -2,6 +2,7 @@
 #include <libxml/parser.h>
 
 #include <cstdlib>
+#include <memory>
 
 #include "support/schema.h"
 
@@ -170,6 +171,17 @@ uint32_t FailEachAllocation(const Schema &schema, const ZrDataOptions &options,
     return status;
 }
 
+// The same of a message or an edit with a datastore.
+uint32_t FailEachAllocation(const Schema &schema, ZrDataOptions options,
+                            const std::string &datastore, const std::string &text)
+{
+    std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> doc(
+        xmlReadMemory(datastore.data(), static_cast<int>(datastore.size()), nullptr, nullptr, 0),
+        xmlFreeDoc);
+    options.datastore = xmlDocGetRootElement(doc.get());
+    return FailEachAllocation(schema, options, text);
+}
+
 } // namespace
 
 TEST(Memory, ThatRunsOutAnywhereLeavesNothingBehind)
@@ -212,15 +224,11 @@ TEST(Memory, ThatRunsOutInAMessageLeavesNothingBehind)
     Schema schema("list l { key k; leaf k { type string; }"
                   "  action a { input { leaf v { type int8; must '../../k = 1'; } } } }");
     std::string store = Wrap("<l><k>1</k></l><l><k>2</k></l>");
-    xmlDoc *doc = xmlReadMemory(store.data(), static_cast<int>(store.size()), nullptr, nullptr, 0);
-    ZrDataOptions options = Options(ZR_DATA_REQUEST);
-    options.datastore = xmlDocGetRootElement(doc);
-    EXPECT_EQ(FailEachAllocation(schema, options,
+    EXPECT_EQ(FailEachAllocation(schema, Options(ZR_DATA_REQUEST), store,
                                  "<rpc xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\">"
                                  "<action xmlns=\"urn:ietf:params:xml:ns:yang:1\">"
                                  "<l xmlns=\"urn:m\"><k>2</k><a><v>1</v></a></l></action></rpc>"),
               ZR_DATA_ERR_FAULTY);
-    xmlFreeDoc(doc);
 }
 
 TEST(Memory, ThatRunsOutInAnEditLeavesNothingBehind)
@@ -247,7 +255,6 @@ TEST(Memory, ThatRunsOutInAnEditOfADatastoreLeavesNothingBehind)
                                  "<l><k>1</k><j>1</j><v y:insert=\"after\" y:value=\"a\">b</v></l>"
                                  "<l n:operation=\"delete\"><k>1</k><j>2</j></l></c>"),
               ZR_DATA_ERR_FAULTY);
-    xmlFreeDoc(doc);
 }
 
 } // namespace datatest

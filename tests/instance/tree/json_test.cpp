@@ -293,6 +293,8 @@ TEST(Json, NoMessageAndMoreThanOneAreRefused)
         EXPECT_THAT(schema.CheckJson(document, ZR_DATA_REQUEST),
                     ElementsAre("malformed-message /: a message is the one member of the object"))
             << document;
+    schema.CheckJson("\n\n{}", ZR_DATA_REQUEST);
+    EXPECT_THAT(schema.lines(), ElementsAre(3u));
     EXPECT_THAT(schema.CheckJson(R"({"m:t": {}})", ZR_DATA_REQUEST),
                 ElementsAre("unknown-element /t: element \"t\" is not in the schema here"));
 }
@@ -312,6 +314,23 @@ TEST(Json, ActionsAndNotificationsStandInTheNodesThatLeadToThem)
                 IsEmpty());
     EXPECT_THAT(schema.CheckJson(R"({"m:l": [{"k": 1, "r": {}}]})", ZR_DATA_NOTIFICATION),
                 ElementsAre(StartsWith("unknown-element /l[k='1']/r: ")));
+}
+
+TEST(Json, WhatLeadsToAMessageHasTheShapeOfItsNode)
+{
+    Schema schema("container c { list l { key k; leaf k { type int8; } action r; } } rpc s;");
+    auto check = [&](const char *document) { return schema.CheckJson(document, ZR_DATA_REQUEST); };
+    for (const char *document : {R"({"m:s": null})", R"({"m:s": ""})"})
+        EXPECT_THAT(check(document), ElementsAre(HasSubstr("it must be an object in JSON")));
+    EXPECT_THAT(check(R"({"m:s": [{}]})"), ElementsAre(HasSubstr("it must be no array in JSON")));
+    EXPECT_THAT(check(R"({"m:c": [{"l": [{"k": 1, "r": {}}]}]})"),
+                ElementsAre(HasSubstr("it must be no array in JSON")));
+    EXPECT_THAT(check(R"({"m:c": {"l": {"k": 1, "r": {}}}})"),
+                ElementsAre(HasSubstr("it must be an array in JSON")));
+    EXPECT_THAT(check(R"({"m:c": {"l": [{"k": 1, "r": null}]}})"),
+                ElementsAre(HasSubstr("it must be an object in JSON")));
+    EXPECT_THAT(check(R"({"m:c": {"l": []}})"),
+                testing::Contains(HasSubstr("no action stands in")));
 }
 
 TEST(Json, ANotificationMayStandInItsEnvelope)

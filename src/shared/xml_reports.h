@@ -1,4 +1,4 @@
-// What libxml2 reports while it works for the library: nothing of it is printed or reaches the
+// What libxml2 reports while it works for a library: nothing of it is printed or reaches the
 // application's handler, and a shortage of memory is noticed, which many of libxml2's functions
 // tell in no other way.
 #pragma once
@@ -7,18 +7,18 @@
 #include <libxml/xmlerror.h>
 #include <libxml/xpath.h>
 
-namespace zr::data {
+namespace zr {
 
 // Takes the reports of its thread for the length of a scope.
-class XmlErrors {
+class XmlReports {
 public:
-    XmlErrors() : handler_(xmlStructuredError), context_(xmlStructuredErrorContext)
+    XmlReports() : handler_(xmlStructuredError), context_(xmlStructuredErrorContext)
     {
         xmlSetStructuredErrorFunc(this, Take);
     }
-    ~XmlErrors() { xmlSetStructuredErrorFunc(context_, handler_); }
-    XmlErrors(const XmlErrors &) = delete;
-    XmlErrors &operator=(const XmlErrors &) = delete;
+    ~XmlReports() { xmlSetStructuredErrorFunc(context_, handler_); }
+    XmlReports(const XmlReports &) = delete;
+    XmlReports &operator=(const XmlReports &) = delete;
 
     // Whether libxml2 was short of memory: what it found or made meanwhile may lack a part.
     bool isOutOfMemory() const { return isOutOfMemory_; }
@@ -28,7 +28,7 @@ private:
     static void Take(void *self, auto *error)
     {
         if (error != nullptr && error->code == XML_ERR_NO_MEMORY)
-            static_cast<XmlErrors *>(self)->isOutOfMemory_ = true;
+            static_cast<XmlReports *>(self)->isOutOfMemory_ = true;
     }
 
     xmlStructuredErrorFunc handler_;
@@ -36,11 +36,15 @@ private:
     bool isOutOfMemory_ = false;
 };
 
-// The same for an XPath context, which keeps its errors for itself.
-inline bool IsShortOfMemory(const xmlError &ofContext)
+// The last error of an XPath context, which keeps its errors for itself: an xmlXPathError.
+inline int XPathErrorOf(const xmlError &ofContext)
 {
     constexpr int kOffset = static_cast<int>(XML_XPATH_EXPRESSION_OK) - XPATH_EXPRESSION_OK;
-    return ofContext.code == XML_ERR_NO_MEMORY || ofContext.code == XPATH_MEMORY_ERROR + kOffset;
+    return ofContext.code - kOffset;
+}
+inline bool IsShortOfMemory(const xmlError &ofContext)
+{
+    return ofContext.code == XML_ERR_NO_MEMORY || XPathErrorOf(ofContext) == XPATH_MEMORY_ERROR;
 }
 
-} // namespace zr::data
+} // namespace zr
