@@ -1,13 +1,13 @@
 #include "yang/types/patterns.h"
 
-#include <libxml/xmlerror.h>
 #include <libxml/xmlregexp.h>
 
-#include "shared/xml_reports.h"
 #include <algorithm>
 #include <iterator>
 #include <memory>
 #include <string>
+
+#include "shared/xml_reports.h"
 
 namespace zr::yang {
 

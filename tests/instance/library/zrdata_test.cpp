@@ -246,10 +246,7 @@ TEST(Memory, ThatRunsOutInAnEditOfADatastoreLeavesNothingBehind)
     Schema schema("list l { key \"k j\"; leaf k { type string; } leaf j { type string; }"
                   "  leaf-list v { type string; ordered-by user; } }");
     std::string store = Wrap("<l><k>1</k><j>1</j><v>a</v></l><x/>");
-    xmlDoc *doc = xmlReadMemory(store.data(), static_cast<int>(store.size()), nullptr, nullptr, 0);
-    ZrDataOptions options = Options(ZR_DATA_EDIT);
-    options.datastore = xmlDocGetRootElement(doc);
-    EXPECT_EQ(FailEachAllocation(schema, options,
+    EXPECT_EQ(FailEachAllocation(schema, Options(ZR_DATA_EDIT), store,
                                  "<c xmlns:y=\"urn:ietf:params:xml:ns:yang:1\" xmlns=\"urn:m\""
                                  " xmlns:n=\"urn:ietf:params:xml:ns:netconf:base:1.0\">"
                                  "<l><k>1</k><j>1</j><v y:insert=\"after\" y:value=\"a\">b</v></l>"
