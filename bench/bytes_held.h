@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the engine holds, counted in its allocation hooks by all benchmarks of one run.
 #pragma once
 

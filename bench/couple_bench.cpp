@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Coupling and unloading at two sizes each: the cost must grow with the nodes, not with their
 // square.
 #include <benchmark/benchmark.h>

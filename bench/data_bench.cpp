@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Checking configuration with libzrdata against parsing the same text, at three sizes, and making a
 // plan of the published modules against loading them.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Modules as published ones are in their proportions, under names that all differ: what a server of
 // a thousand modules loads.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Loading the real modules: processor time against parsing alone, and memory held against the size
 // of the text.
 #include <benchmark/benchmark.h>

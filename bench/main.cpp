@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Runs the benchmarks and prints the table of ratios.
 #include <benchmark/benchmark.h>
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Modules as files of a folder that is there as long as the object.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The value of 100,000 characters that takes the longest with a published pattern.
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Preparing the published modules from their sources: processor time against reading what comes out
 // with libxml2, and memory held against the size of the sources.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The ratios that a run of the benchmarks ends with.
 #pragma once
 

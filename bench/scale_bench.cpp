@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Many modules whose names differ, and one of very many nodes: what each costs, and whether a
 // module among many costs more than among few.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a server does when it starts: a context, four hundred modules from a search directory, and
 // the first look at each of them. tools/profile_start tells what of it takes how long.
 #include <benchmark/benchmark.h>

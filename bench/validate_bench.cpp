@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Validating a request of many list entries against parsing its text and against RELAX NG.
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>

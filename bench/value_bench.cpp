@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Value checks of each kind of type, as values a second and against reading the value from its XML
 // element.
 #include <benchmark/benchmark.h>

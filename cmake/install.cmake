@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Installation: libraries, headers, program, and for each library a pkg-config file and a CMake
 # package. Each library is a component of its own, and the package zrschema finds the others as its
 # components: find_package(zrschema COMPONENTS yang data patterns).

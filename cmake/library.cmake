@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # How the libraries are made: each of objects that unit tests link as well, shared, or static where
 # BUILD_SHARED_LIBS is off.
 function(zr_add_library name)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Programs for another machine on a 64-bit Debian; ZR_MACHINE names it, as the presets do. libxml2, RE2
 # and what they depend on are unpacked, not installed, into build/MACHINE-sysroot, and the programs find
 # them there at run time. g++-12-multilib makes and this machine runs 32-bit programs; for the others

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Validates a request in a file: defaults are reported, the first fault is shown.
 #include <zrschema/zrschema.h>
 

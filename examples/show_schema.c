@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* Loads a module and prints each of its nodes with its path: a walk over a schema in C99. */
 #include <stdio.h>
 #include <zrschema/zrschema.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Requests, actions and notifications against a fixed schema: as text, as the caller's tree, and as
 // a notification.
 #include "requests.h"

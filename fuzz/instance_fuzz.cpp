@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Modules and documents together: sources are prepared and loaded, documents checked, completed,
 // written in every way and read again.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Several YIN files, loaded by name and from memory, coupled, printed and unloaded in an order that
 // the input gives, with an allocation failing here and there.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Schema paths over two fixed modules: lookups, splits, the module-name form, and the targets of
 // augments, deviations and leafrefs.
 #include "support.h"

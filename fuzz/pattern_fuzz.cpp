@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Patterns and values, both from the input, where compiled patterns are kept and where they are
 // not: a leaf's own patterns, those of a typedef and its leaf, of a union's member, and of a type
 // that a deviation has put in the place of another.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Runs a fuzz target over files and over the files of folders, in the order of their names. With
 // --goals, they are all of the target's saved inputs, which together meet its goals.
 #include <algorithm>

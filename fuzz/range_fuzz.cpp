@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A range or length expression on a type, and one on a typedef below it.
 //
 // Input: a line that picks the type, a line with the typedef's expression, and the leaf's

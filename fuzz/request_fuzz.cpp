@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Requests and notifications against schemas, both from the input: what a stranger's module makes
 // of a stranger's request.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One text, validated as a request and as a notification, with the promises about both checked.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Values against leaves of every type, as a string and as the text of an element.
 //
 // Input: a byte that picks the leaf, then the value.

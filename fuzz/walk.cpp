@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A reader that asks a module everything that can be asked.
 #include "support.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Mutations that know elements: most changes of single bytes only make a text that is no XML.
 #include <cstdint>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // XPath expressions, evaluated at every element of a fixed tree, and as conditions in a module.
 #include "support.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // YANG sources: read, checked, expanded and written.
 //
 // Input: a byte for the allocation that fails, 0 for none, a byte of options, and then sources with

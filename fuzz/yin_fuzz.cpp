@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One YIN text, loaded from memory, read in every way and unloaded.
 #include "support.h"
 

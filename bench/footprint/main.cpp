@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the engine takes while it runs, as Markdown: memory held by the real modules and at the peak
 // of a load, and the stack that real schemas and schemas made to be deep need.
 #include <libxml/parser.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file write.h
  * Data that was checked, to be written: as XML or JSON (RFC 7951), or as a tree of libxml2's, with

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file zrdata.h
  * Checking whole data by RFC 7950: configuration, configuration with state, edits, and messages,

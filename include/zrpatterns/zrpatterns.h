@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file zrpatterns.h
  * Patterns in linear time: a matcher for ZR_CTX_SetPatternMatcher(), and its functions by

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file context.h
  * Contexts: creation, callbacks, search directories, loading and lookups.

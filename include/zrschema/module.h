@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file module.h
  * Queries on loaded modules: header, typedefs, identities, features, and scans.

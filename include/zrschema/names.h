@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file names.h
  * Names and sentences for the numbers of the interface, for messages, logs and protocols.

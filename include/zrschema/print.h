@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file print.h
  * Printing a schema as an indented text tree, in the style of YANG tree diagrams (RFC 8340).

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file type.h
  * Queries and scans on compiled types: the "type" statements of leaves, leaf-lists, typedefs and

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file types.h
  * The types, numbers and callback signatures that every header of the library shares.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file validation.h
  * Validation of requests and notifications, and the error records that it gives.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /** @file zrschema.h  The whole interface of the library. */
 #ifndef ZRSCHEMA_ZRSCHEMA_H
 #define ZRSCHEMA_ZRSCHEMA_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file zryang.h
  * Preparing YANG modules: reads the `.yang` sources of RFC 7950 (YANG 1.1) and RFC 6020 (YANG 1),

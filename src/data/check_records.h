@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The records of a validation run: the run itself, its error, its list of added default nodes.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The road of a run: match, complete, when, must, mandatory.
 #include <zrschema/node.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Default completion, by kind of schema node.
 #include <zrschema/node.h>
 

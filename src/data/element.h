@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the phases of a run ask about an element and about its schema node, which every matched
 // element carries in _private.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "data/element_conditions.h"
 
 #include <zrschema/node.h>

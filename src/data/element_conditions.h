@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The conditions of one element, as the passes over a tree and the search for missing nodes ask
 // for them, and what a run remembers between them.
 #pragma once

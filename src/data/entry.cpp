@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The entry points for applications: what comes in, what is kept and what is taken back.
 #include <zrschema/validation.h>
 

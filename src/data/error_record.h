@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The making of error records. The first fault of a run wins: no field is ever overwritten.
 #pragma once
 

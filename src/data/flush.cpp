@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Matching: every element is matched to its schema node and checked. The first fault ends it.
 #include <zrschema/context.h>
 #include <zrschema/node.h>

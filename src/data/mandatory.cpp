@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The search for mandatory nodes that are missing, by kind of schema node.
 #include <zrschema/node.h>
 

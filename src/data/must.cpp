@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The pass over the "must" conditions. Only matched elements are gone into, one function call a
 // level, so the schema bounds the depth.
 #include "data/element.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A validation run and its phases, in the order in which a run goes through them.
 //
 // Each phase walks the tree by itself and calls no other; check_run.cpp shows how they follow one

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a run changes in an instance tree: the elements that default completion adds, how they are
 // marked, listed, placed and kept, and what is taken out.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a tree needs before a run, and what is taken back from it afterwards.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The pass over the "when" conditions.
 #include "data/element.h"
 #include "data/element_conditions.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Counted arrays: one block, the count kept by the owner, grown exactly.
 //
 // An empty array is a null pointer. An array grows by the elements that its owner is about to add,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The context record; every folder above reads it, the functions stand in the foundation's headers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The string dictionary: equal texts share one reference-counted copy.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A second way into a dictionary whose chains have become long. The chains stay what they are; the
 // index finds an entry, the one before it and the end of a chain without a walk.
 #pragma once

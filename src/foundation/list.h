@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Circular doubly linked lists: the head stands in the owner, the link first in each item, under
 // the name `link`, so that a link is its item. No other file turns links into items.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The store of load errors and warnings, keyed by module name.
 //
 // The store is the one part of a context with a lock of its own. Each operation takes it for its

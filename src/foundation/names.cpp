@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The names of the interface's numbers.
 #include <zrschema/names.h>
 #include <zrschema/version.h>

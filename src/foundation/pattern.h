@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Regular expressions of XML Schema, the dialect of the "pattern" statement: an expression matches
 // a text when it matches the whole of it. Nothing here prints or reports.
 #pragma once

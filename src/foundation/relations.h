@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which modules change which other modules.
 //
 // A relation says that the nodes of one module, the target, are added to or changed by another

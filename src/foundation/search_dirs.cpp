@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "foundation/search_dirs.h"
 
 #include "foundation/context_record.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The list of directories in which YIN files are searched, and the name of the file being loaded.
 #pragma once
 

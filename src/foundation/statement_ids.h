@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The numbers of the YIN statements and of the stages of loading.
 #pragma once
 

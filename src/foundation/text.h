@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // String copies, number readers and the tokenisers of names and schema paths.
 //
 // An identifier character is an ASCII letter, a digit, "_", "-" or "."; the rule of YANG for the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Coupling of a module that has just been linked into the context: its typedef references, its
 // augments and its deviations, and the relations that let other modules' changes find it again.
 #pragma once

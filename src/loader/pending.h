@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The list of modules still to be loaded, or to be removed and loaded again.
 #pragma once
 

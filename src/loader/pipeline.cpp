@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How a module comes into a context, whole: its files are found, handed out one by one, read, and
 // merged into one record; the module is linked into the context and coupled; its imports follow.
 // Each phase stands in a file of its own and calls no other.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From a module name to a loaded module of the context: files found, read, merged, linked, coupled.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Unloading a module with everything that depends on it, and loading the dependent modules again.
 //
 // A deviation cannot be reverted in place, and an augment that was coupled keeps what it inherited.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Contexts: their taking apart, and their modules. The functions of an application stand in
 // zrschema/context.h.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The module record, and the small records that modules and nodes hold in counted arrays. All
 // strings are interned in the context's dictionary; each record holds a reference of its own to
 // each of them.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The data tree seen through the schema tree (RFC 7950, section 3: choice, case, input, output and
 // augment have no instance in data, so their children stand where they would).
 #include "model/navigation.h"

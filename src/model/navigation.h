@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Ways through the schema tree: by name, and as the data tree goes, which passes through the nodes
 // that have no instance in data (choice, case, input, output, augment) as if their children stood
 // in their place.

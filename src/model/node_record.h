@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The schema node record, its flags and its per-kind information.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Members of a module by their names, and what a prefix means in it.
 #pragma once
 

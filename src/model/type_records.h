@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The type record and the bodies of its constraint slots.
 #pragma once
 

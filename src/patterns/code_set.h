@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Sets of Unicode code points as ranges.
 #pragma once
 

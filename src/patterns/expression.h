@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The syntax tree of a pattern (XML Schema's volume of datatypes, appendix F), and its parser.
 #pragma once
 

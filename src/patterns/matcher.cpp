@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The public functions. Every exception ends here.
 #include <re2/re2.h>
 #include <zrpatterns/zrpatterns.h>

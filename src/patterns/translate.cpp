@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Where RE2 can say what a class says, the class is written in RE2's words. It has neither
 // subtraction nor the categories of what no character has (C, Cn): such a class is computed as a
 // set and written as ranges.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A pattern's syntax tree in RE2's words.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The sets of characters that the escapes of XML Schema's patterns name (its volume of datatypes,
 // appendix F): what does not change with Unicode's version. Which code points a category has,
 // RE2 knows.

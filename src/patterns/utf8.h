@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // UTF-8 (RFC 3629), without surrogates and overlong forms.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Intrusive AVL trees of records that carry their own link.
 //
 // The tree is a balanced binary search tree over links that stand inside the caller's records, so

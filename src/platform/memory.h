@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The allocation hooks and the helpers through which every block is had and given back.
 #pragma once
 

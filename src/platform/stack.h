@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A stack of pointers with a fixed capacity.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Text: comparison, search, conversion, character classes, and bounds-checked copies.
 #pragma once
 

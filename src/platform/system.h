@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the operating system gives on POSIX calls: files, directory search, the clock.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // XML through libxml2: reads of a tree, a walk over it without recursion, and the way from text to
 // tree.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <libxml/encoding.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>

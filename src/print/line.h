@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One line of the tree while it is written into the print buffer.
 #pragma once
 

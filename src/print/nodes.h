@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is shared about the nodes of a tree: which are printed, and how a level follows from the one
 // above.
 #pragma once

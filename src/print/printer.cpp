@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "print/printer.h"
 
 #include "model/module_records.h"

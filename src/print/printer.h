@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The tree printer: renders schema nodes as an indented text tree (RFC 8340) into a fixed buffer,
 // which is handed to the application whenever it is nearly full.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Characters that stand as references in XML, and texts with what must be escaped replaced.
 #pragma once
 

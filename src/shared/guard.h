@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Where exceptions end: at the boundary of a library whose callers write C.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Memory of the libraries beside the engine: a standard memory resource over the caller's two
 // functions, and what lives as long as its owner.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Identifiers (RFC 7950, section 6.2), and names with a prefix.
 #pragma once
 

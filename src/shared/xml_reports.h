@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What libxml2 reports while it works for a library: nothing of it is printed or reaches the
 // application's handler, and a shortage of memory is noticed, which many of libxml2's functions
 // tell in no other way.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The tokens of XPath 1.0 (section 3.7).
 #pragma once
 

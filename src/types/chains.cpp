@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Chains: from typedef to typedef, and from leafref to leafref.
 #include "types/chains.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the kinds of constraints share, and the bodies that are one record: the reference of a
 // derived type and the path of a leafref.
 #include "types/constraints.h"

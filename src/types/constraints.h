@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The operations of each constraint kind, as the dispatch tables list them: those on records stand
 // in real_type.cpp, the checks in value_check.cpp, the scans in type_scans.cpp.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a built-in type demands of a value by itself, before any restriction (RFC 7950, section 9).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The bases of an identityref and the check of its values (RFC 7950, section 9.10).
 #include <libxml/tree.h>
 #include <zrschema/context.h>

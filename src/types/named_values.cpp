@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The bits of a bits type and the check of its values (RFC 7950, section 9.7).
 #include <cstring>
 

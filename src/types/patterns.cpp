@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The patterns of a type and the check of its values (RFC 7950, section 9.4.5).
 //
 // A pattern is compiled for each value, or, in a context that keeps compiled patterns, by the

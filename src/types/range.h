@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Segments of ranges and lengths: their widths, how they are stored, read and compared.
 #pragma once
 

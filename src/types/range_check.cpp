@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The value checks of ranges and lengths, and the default check of the integer types.
 #include <cstring>
 

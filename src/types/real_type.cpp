@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Type records: copied, destroyed, asked for their constraints, resolved to typedefs.
 #include "types/real_type.h"
 

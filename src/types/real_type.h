@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Operations on type records: copied, destroyed, asked, resolved, and a value checked against one.
 #pragma once
 

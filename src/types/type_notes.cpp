@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "types/type_notes.h"
 
 #include <zrschema/type.h>

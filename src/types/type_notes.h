@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the parts of a type say beside themselves, in contexts with ZR_CTX_STANDARD: the
 // error-message and error-app-tag of ranges, lengths and patterns (RFC 7950, sections 7.5.4.1 and
 // 7.5.4.2), and the features that bits and enums depend on (section 7.20.2). Few types have notes,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The public queries and scans on types.
 #include <zrschema/type.h>
 

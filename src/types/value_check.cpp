@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The check of a value against a type: the order of the checks, and the kinds of constraints that
 // hand the value on to another type: typedef references, unions and leafrefs.
 #include <zrschema/types.h>

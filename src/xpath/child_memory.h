@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the conditions of one run have found by name among the many children of an element.
 //
 // A condition on each of 100,000 list entries may ask for a leaf that stands behind them all, or

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The evaluation context and the moves on its two stacks.
 #include "foundation/text.h"
 #include "platform/memory.h"

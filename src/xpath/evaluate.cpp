@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The evaluator: the loop over operands and operators, and its entries.
 #include "xpath/evaluate.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The XPath evaluator for "when" and "must" (RFC 7950, sections 7.21.5 and 7.5.3).
 //
 // It decides conditions of a small subset of XPath 1.0: a node is one node, not a set; a step goes

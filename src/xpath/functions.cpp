@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The functions of conditions. Adding one: its function, which may stand in the unnamed namespace,
 // and its row in the table.
 #include "xpath/evaluate.h"

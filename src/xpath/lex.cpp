@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The token list: building it, reading it, and what a token's type says about it.
 #include "xpath/lex.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The XPath tokenizer: one expression becomes a flat array of tokens.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The evaluator's values: freeing them and turning one kind into another.
 #include "xpath/object.h"
 

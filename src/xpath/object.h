@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The evaluator's values, and their conversions (XPath 1.0, sections 4.2 to 4.4).
 #pragma once
 

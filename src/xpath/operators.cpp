@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The binary operators: what they do, and when one that waits on the operator stack is applied.
 #include "xpath/evaluate.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Schema paths: the module-name form of a prefixed path, and the split of a target path.
 #include "xpath/path_forms.h"
 #include "foundation/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Two text services over schema paths: the module-name form and the split of a target path.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the conditions of one run share: each expression, ready to be evaluated, and what was found
 // among the many children of an element.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Location paths: from node to node, one step at a time.
 #include "xpath/evaluate.h"
 

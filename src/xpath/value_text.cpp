@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "xpath/value_text.h"
 
 #include <zrschema/context.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The value of a leaf element as text, identities in module-name form.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the shared library gives to the dynamic linker, and what it asks of it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The real modules in many orders: the schema that results is always the same.
 #include <algorithm>
 #include <filesystem>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The real modules: each loads alone, with what it imports, and with all others.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

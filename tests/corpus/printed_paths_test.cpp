@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // On the real modules: the path printed for a node finds that node again.
 #include <gtest/gtest.h>
 

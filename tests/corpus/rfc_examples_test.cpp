@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Requests and notifications of RFCs against the real modules: each as published, and broken in
 // several ways with the record that a reader of the schema expects.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Every typedef of ietf-inet-types and ietf-yang-types (RFC 9911) with good and bad values.
 #include <gtest/gtest.h>
 

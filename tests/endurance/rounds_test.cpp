@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A long-running process, of the engine and of checks of whole data: the memory held after many
 // rounds is what it was after the first ones.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A context without the folders above: nothing is loaded into it, and it is taken apart here.
 #pragma once
 

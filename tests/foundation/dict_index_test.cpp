@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A dictionary of many texts: what can be seen of it is what it would be without its index.
 #include "foundation/dict_index.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* Touches every library: a program that links with all of them. */
 #include <stdio.h>
 #include <zrdata/write.h>

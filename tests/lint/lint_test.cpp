@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The static checks of tools/lint, in a small tree of their own: each finds what is planted for it,
 // and a tool that does not do its work is never taken for one that found nothing.
 #include <gmock/gmock.h>
@@ -351,6 +352,21 @@ TEST_F(Lint, FindsFilesOfTwoSubjects)
         text += "int number" + std::to_string(line) + ";\n";
     Write("src/platform/long.cpp", text);
     ExpectFinds("sizes", "src/platform/long.cpp: 451 lines");
+}
+
+TEST_F(Lint, FindsSourcesThatDoNotNameTheirLicence)
+{
+    const std::string line = "SPDX-License-Identifier: Apache-2.0\n";
+    for (const fs::path name :
+         {"tools/zrschema/main.cpp", "src/platform/text.cpp", "src/platform/text.h",
+          "include/zrschema/types.h", "include/zryang/zryang.h", "include/zrdata/zrdata.h",
+          "include/zrpatterns/zrpatterns.h"})
+        Write(name, "// " + line + ReadFile(root_ / name));
+    EXPECT_EQ(Run("licence").status, 0) << Run("licence").text;
+    Write("src/platform/script.py", "#!/usr/bin/env python3\n# " + line);
+    EXPECT_EQ(Run("licence").status, 0);
+    Write("src/platform/text.h", "#pragma once\n\n// " + line);
+    ExpectFinds("licence", "src/platform/text.h: no");
 }
 
 TEST_F(Lint, FindsNamesThatAreDeclaredOrExportedOnly)

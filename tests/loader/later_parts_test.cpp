@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A part of a module that arrives when the module is loaded and coupled with others.
 #include <filesystem>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Three modules in all six orders, loaded once and again: one schema.
 #include <algorithm>
 #include <functional>

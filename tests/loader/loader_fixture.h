@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Single statements parsed into the record of a module that is not loaded.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Sets of modules that augment and deviate each other, made from a seed.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A module split into parts that merge into it again.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Parts that arrive one by one, over many sets of modules that augment and deviate each other: the
 // schema is the one that all parts at once give.
 #include "loader/part_sets.h"

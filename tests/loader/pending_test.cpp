@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "loader/pending.h"
 
 #include "loader/unload_fixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A "type" or "typedef" statement on its own: parsed from text, compiled in a module that stands in
 // no tree.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Modules in a directory of their own, and pending tables, for the tests of unloading.
 #pragma once
 

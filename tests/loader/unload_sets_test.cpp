@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Unloading over many sets of modules that augment and deviate each other.
 #include "loader/module_sets.h"
 #include "loader/unload_fixture.h"

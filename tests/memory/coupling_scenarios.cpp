@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Scenarios of augments, deviations, unload and reload, and of changes to nodes.
 #include "memory/scenario.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Checks of whole data while libxml2's n-th allocation fails, for every n: each gives the verdict
 // that it gives with all its memory, or says that memory ran out. Nothing crashes or stays behind.
 #include <gtest/gtest.h>

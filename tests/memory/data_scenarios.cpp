@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Scenarios of value checks, validation, completion, conditions, error records and printing.
 #include "memory/scenario.h"
 #include "support/matcher.h"

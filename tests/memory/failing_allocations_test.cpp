@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Every scenario with its n-th allocation failing, for every n: that of the engine, alone and with
 // all later ones, or that which libxml2 makes for it. Nothing may crash or leak, every operation
 // gives one of its stated statuses, a failure does not go unsaid, and the context is as good as new

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the other tests stand on: the failing-allocation loop, and the words of a failed comparison.
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Where libxml2 2.9.14 itself crashes when it is short of memory: these functions, in the place of
 // its own, let no allocation of theirs fail.
 //

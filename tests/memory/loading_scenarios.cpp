@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Scenarios of contexts, loading, submodules, suffixed parts and failing loads.
 #include "memory/scenario.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Scenarios of the library's use, which are run over and over with allocations failing.
 #pragma once
 

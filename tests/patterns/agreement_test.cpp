@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Patterns and values of which each is asked of three: of this library, of the reference, which
 // tells what XML Schema says, and of libxml2's matcher, which is the engine's built-in one. The
 // library always says what the reference says. Where libxml2 does not, the difference has to belong

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A context of the engine with this library's matcher.
 #include <gtest/gtest.h>
 #include <zrpatterns/zrpatterns.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The public functions of libzrpatterns.
 #include <gtest/gtest.h>
 #include <zrpatterns/zrpatterns.h>

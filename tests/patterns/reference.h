@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What an expression matches, told by walking over its tree with sets of positions: slow, and plain
 // enough to be seen to be right. And texts that an expression matches.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "print/nodes.h"
 
 #include "model/module_records.h"

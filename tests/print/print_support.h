@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the printer's tests share: printing into a string, and contexts with modules from strings.
 #pragma once
 

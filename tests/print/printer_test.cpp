@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/module_records.h"
 
 #include "model/node_record.h"

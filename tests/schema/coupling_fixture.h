@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Small modules from strings for the tests of augments, deviations and change events.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Two modules of one name to be merged, typedefs and leafs made by hand, and the messages.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A context with counted allocations, modules made by hand, and failing allocations.
 #pragma once
 

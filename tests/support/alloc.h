@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Allocations for tests: counted, and chosen ones made to fail.
 #pragma once
 

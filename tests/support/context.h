@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A context for tests, YIN from strings, and what the context recorded.
 #pragma once
 

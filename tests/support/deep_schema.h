@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Schemas that were made to be as deep as can be loaded, and requests for them; the module is "m".
 #pragma once
 

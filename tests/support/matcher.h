@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A matcher from outside with rules of its own, which counts what is asked of it: a value matches
 // the pattern that it equals. A pattern that starts with "refuse" is refused, for one that starts
 // with "short" memory runs out, and one that starts with "open" is never decided.

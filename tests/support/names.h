@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How the numbers of the interface read when a comparison with their constant fails:
 // "ZR_ERR_INVALID (22)" and not "22".
 #pragma once

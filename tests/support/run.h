@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Runs of the validator for tests: every request goes through as text and as a caller's tree, and
 // the caller's tree is looked at before and after.
 #pragma once

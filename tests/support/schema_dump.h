@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The whole schema of a context as text, for comparing two contexts.
 #pragma once
 

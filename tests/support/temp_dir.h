@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A directory for a test's files.
 #pragma once
 

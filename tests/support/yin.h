@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // YIN from small pieces, for tests that put a module together; and the requests for its data.
 #pragma once
 

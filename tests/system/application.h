@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An application of the library: a folder of modules, a context over it, and what it is told.
 //
 // A module's text here is its body alone: the namespace is urn:NAME, the prefix NAME.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Coupling: augments and deviations of one module change the schema of another, whichever of the
 // two is loaded first.
 #include "application.h"

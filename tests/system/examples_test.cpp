@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The bundled example modules, loaded and asked about.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Features: what is optional in a schema, and how a server says which of it is there.
 #include "application.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a server tells of its schema, and how a client finds its way through data: the whole of it
 // by the public interface.
 #include <gmock/gmock.h>

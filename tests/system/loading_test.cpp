@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Loading: which files make a module, what comes along with it, and what stays when it fails.
 #include "application.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The allocation hooks: every block of the library is the application's.
 #include <atomic>
 #include <cstdlib>

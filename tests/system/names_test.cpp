@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Names: the numbers of the interface in words, for logs and for protocols.
 #include "application.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Printing: a module, or one node with its ancestors, as a tree diagram.
 #include "application.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Queries: what a module, a node and a type say of themselves, and how one leads to the other.
 #include "application.h"
 

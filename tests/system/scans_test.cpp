@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Scans: a callback is called for each of many; 0 goes on, any other result stops and comes back.
 #include "application.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The stack that a schema needs that was made to be as deep as can be loaded. The guide says how
 // much; a program that gives less to its threads ends here in the test's child process.
 #include <gtest/gtest.h>

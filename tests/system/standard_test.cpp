@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // ZR_CTX_STANDARD: what such a context keeps and takes beyond the others.
 #include "application.h"
 

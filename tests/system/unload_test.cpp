@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Unloading: afterwards the schema is as if the module had never been there; what depends on it is
 // loaded again.
 #include "application.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Validation: a request or notification is held against the schema; the first fault is described
 // in one record, from which an rpc-error is written.
 #include <libxml/parser.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Values: what a leaf takes, which rule refuses the rest, and which type it was that took a value.
 #include <libxml/parser.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Contexts know nothing of each other: each thread has its own.
 #include <gtest/gtest.h>
 

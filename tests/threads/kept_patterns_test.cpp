@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Kept patterns that eight threads meet for the first time at the same moment.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The store of load errors has a lock of its own: it is read while errors are recorded.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One context that eight threads read at the same time: each gets what a single one gets.
 #include <gtest/gtest.h>
 #include <libxml/parser.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One plan of libzrdata that eight threads check data with at the same time.
 #include <gtest/gtest.h>
 #include <zrdata/zrdata.h>

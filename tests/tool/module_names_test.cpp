@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Modules that are named in other ways than by their names.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Output on a terminal, and such as cannot be written.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

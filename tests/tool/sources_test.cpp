@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The commands on folders that hold sources, or sources and prepared modules.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

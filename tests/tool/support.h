@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Runs the command-line program and catches what it prints.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // zrschema validate with the kinds of RFC 7950.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // For every built-in type a table of values with the exact status, through both kinds of input.
 #include <algorithm>
 #include <vector>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A reference to a typedef, as a body that stands in no type.
 #pragma once
 

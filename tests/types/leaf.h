@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A leaf of a given type in a module of its own, its values through both kinds of input, and the
 // typedefs and unions of such types.
 #pragma once

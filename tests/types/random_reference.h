@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A second witness for value checks: the rules of ranges, lengths and enumerations written down
 // plainly, over types that are made at random. Nothing of the library is used here.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Thousands of random types and values against the plain reference of random_reference.h.
 #include <set>
 

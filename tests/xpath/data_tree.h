@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An instance tree for evaluator tests, every element of which is a leaf of type string.
 #pragma once
 

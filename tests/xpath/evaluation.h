@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One evaluation for tests: a token list and a context with its stacks over a data tree.
 #pragma once
 

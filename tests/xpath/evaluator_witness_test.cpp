@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The evaluator against two witnesses: a plain recursive reference, on every expression, and
 // libxml2's XPath, on those for which the subset and XPath 1.0 agree.
 #include <gtest/gtest.h>

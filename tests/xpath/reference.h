@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A second opinion on conditions: the rules of the evaluator written down once more, as plainly as
 // possible, over a tree of its own. It shares no code with the library.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The tokens of a condition, for the second opinion in reference.h.
 #pragma once
 

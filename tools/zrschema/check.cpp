@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // zrschema check: loads modules and reports what went wrong.
 #include <algorithm>
 #include <iterator>

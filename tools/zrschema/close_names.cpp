@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "close_names.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Names that somebody may have meant.
 #pragma once
 

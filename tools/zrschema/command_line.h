@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The command line as the commands see it. What parses it, CLI11, is known to command_line.cpp
 // alone: its header takes seconds to compile.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The commands of the program; each adds itself to the command line and runs when it is chosen.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // zrschema convert: writes data as XML or JSON, with its defaults or without them.
 #include <zrdata/write.h>
 

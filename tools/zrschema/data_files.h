@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Files of data and what libzrdata says of them, for the commands that check and convert data.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Schema nodes by what somebody wrote on the command line, and by leafref paths.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // zrschema: prepares and loads modules, and prints, checks and uses them.
 #include <algorithm>
 #include <new>

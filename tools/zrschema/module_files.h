@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The YIN files of the search directories: which modules there are, what they import, and which
 // file somebody means.
 #pragma once

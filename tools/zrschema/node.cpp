@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // zrschema node: describes one schema node.
 #include "commands.h"
 #include "lookup.h"

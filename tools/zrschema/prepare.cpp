@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // zrschema prepare: writes prepared YIN of YANG sources.
 #include <cerrno>
 #include <cstring>

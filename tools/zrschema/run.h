@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What one run of the program says: its result on standard output, and beside it what went wrong.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a run works on: a context, its search directories, what was loaded and what went wrong.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The YANG sources of the search directories: what libzryang makes of them, and what it reports.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // zrschema tree: prints modules as text trees.
 #include "commands.h"
 

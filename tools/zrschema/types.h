@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What types are called, and what they take.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // zrschema validate: checks requests and notifications as the library does, and whole data by RFC
 // 7950.
 #include <libxml/tree.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Checking whole data and messages by RFC 7950 with libzrdata.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // zrschema value: says for each value whether a leaf takes it.
 #include <cstdio>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Texts from files and standard input, and XML documents from texts.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One YIN file, read without the library: what it names, and what the library will pass over.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A look at the text of a YIN file that makes it needless to parse most of it: a folder of many
 // modules is put in order by what stands at their beginnings.
 #pragma once

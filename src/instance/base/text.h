@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Texts: libxml2's and the library's own, whole names, and characters.
 #pragma once
 

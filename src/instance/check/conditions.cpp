@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // "when" and "must" (RFC 7950, sections 7.21.5 and 7.5.3).
 #include "instance/check/conditions.h"
 

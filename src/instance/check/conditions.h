@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Conditions and what stands in choices, as several phases ask for them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Defaults that are in use (RFC 7950, sections 7.6.1 and 7.7.2), and the non-presence containers
 // that conditions see (section 6.4.1), become part of the instance tree.
 #include "instance/check/conditions.h"

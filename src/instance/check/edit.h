@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The attributes of edits (RFC 6241, section 7.2; RFC 7950, sections 7.7.9 and 7.8.6).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An edit against the datastore that it is made for.
 #pragma once
 

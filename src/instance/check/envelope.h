@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The elements that carry data and messages (RFC 6241, RFC 5277 and RFC 7950, section 7.15.2).
 #pragma once
 

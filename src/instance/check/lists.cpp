@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Lists and leaf-lists: keys, equal entries, "unique" and "max-elements" (RFC 7950, sections 7.7
 // and 7.8). "min-elements" is asked for where other things that must be there are.
 #include <algorithm>

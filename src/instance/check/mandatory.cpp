@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What must be there (RFC 7950, sections 7.6.5, 7.7.5 and 7.9.4), and the cases of a choice, of
 // which one may be there (section 7.9).
 #include "instance/check/conditions.h"

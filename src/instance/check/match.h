@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The first phase: every element gets its schema node and is read into the instance tree.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What only a document in JSON has: its shapes, and members without a module. `at` names the place
 // of a fault, whose tag is put in here.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Readers of the kinds of documents: data, edits, and messages, whose operation or notification
 // stands in its place in the data (RFC 7950, sections 6.4.1, 7.14, 7.15 and 7.16).
 #include "instance/base/text.h"

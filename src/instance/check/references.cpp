@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What values refer to: leafrefs and instance-identifiers with "require-instance", also as members
 // of unions (RFC 7950, sections 9.9, 9.12 and 9.13).
 #include "instance/base/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One check: what its phases work on, and the phases in their order.
 #pragma once
 

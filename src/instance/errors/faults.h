@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Faults: what is wrong with the data, as values that are collected and put in document order at
 // the end.
 #pragma once

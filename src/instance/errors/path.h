@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Where a fault is, as an instance-identifier whose prefixes are names of modules.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a check hands out: faults and warnings as the public records, with their paths, and as XML.
 #pragma once
 

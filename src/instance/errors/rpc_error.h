@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Faults as XML (RFC 6241, section 4.3 and appendix A; RFC 7950, section 15).
 #pragma once
 

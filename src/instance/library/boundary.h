@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The boundary of the library: its objects as callers hold them, and where exceptions end.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The public functions for documents: data that was checked, to be written.
 #include <zrdata/write.h>
 

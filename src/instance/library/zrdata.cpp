@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The public functions. Nothing that is thrown goes beyond them: memory that runs out becomes a
 // status.
 #include <zrdata/zrdata.h>

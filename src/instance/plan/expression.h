@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Expressions for libxml2's XPath: every name with the name of its module as the prefix, so that
 // one set of prefixes serves all expressions of a plan.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What an augment's "when" becomes on the choices and cases that it adds. The engine passes it to
 // each node of the augment, rewritten to begin one level below the augment's target; but a choice
 // or case has no level of its own, so that its condition is evaluated at the parent (RFC 7950,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The paths of leafrefs (RFC 7950, section 9.9.2), compiled for an index.
 #pragma once
 

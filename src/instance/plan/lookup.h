@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Steps of expressions that name entries by their keys, in a form that an index answers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Making a plan from what a context has loaded.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The modules of a plan, and what they define beside nodes: identities and annotations.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The order in which defaults come into use. A condition sees the defaults of what it looks at
 // (RFC 7950, section 6.4.1), so that a default with a condition waits for those that the condition
 // names, and these for theirs.

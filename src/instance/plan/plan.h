@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The plan: what the modules of a context mean for data. Made once, never changed afterwards, used
 // by any number of threads.
 #pragma once

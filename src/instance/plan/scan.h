@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Scans of the engine with work that may throw: what is thrown must not pass through the engine, so
 // that it is caught in the callback and thrown again behind the scan.
 #pragma once

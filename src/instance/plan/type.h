@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Types as data needs them: what a type's whole chain of typedefs asks of a value, compiled from
 // the public queries (RFC 7950, section 9).
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Compiling types (RFC 7950, section 9) from the public queries.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The instance tree: the data as the checks and libxml2's XPath see it. Its nodes are libxml2's by
 // shape alone: they stand in an arena, are never given to a function of libxml2 that changes or
 // frees them, and hold canonical values.

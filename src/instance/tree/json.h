@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // JSON text to a tree in the shape of libxml2's.
 #pragma once
 

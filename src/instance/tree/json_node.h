@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Data that was JSON (RFC 7951), in the shape of a tree of libxml2's: what reads a caller's tree
 // reads this one too, and asks for a JsonNode where the encodings differ.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What nlohmann-json is given to read a text: strings from the caller's memory, and an iterator
 // that counts lines.
 #pragma once

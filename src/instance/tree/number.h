@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Values that are numbers, and the ranges of numbers and lengths (RFC 7950, sections 9.2 to 9.4).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // XML text to a tree of libxml2's.
 #pragma once
 

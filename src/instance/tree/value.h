@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Values: whether a type takes a text, and the canonical form of what it takes (RFC 7950, sections
 // 9.1 to 9.13).
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Text on its way to the caller's callback.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The elements of an instance tree that are written, in the schema's order.
 #pragma once
 

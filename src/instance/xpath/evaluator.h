@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Evaluating the conditions of a plan on an instance tree, by libxml2's XPath with the functions of
 // RFC 7950, section 10. One evaluator serves one check.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The functions that YANG adds to XPath (RFC 7950, section 10).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What leafrefs and instance-identifiers refer to (RFC 7950, sections 9.9 and 9.13), and entries by
 // the values of their leafs, from an index: the values of all instances of a leaf below one element
 // are collected once.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // "import" and "include" of the files of one module: its own, and those of its submodules.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A module is read in three steps, and so is each submodule, but that it has no header of its own:
 // the header statements, the linkage, with the included files in their places, and the body.
 #include "loader/files/module_content.h"

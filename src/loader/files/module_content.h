@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From the document of a file to a module record: header, linkage and body statements, and the
 // content of the submodules that are included.
 #pragma once

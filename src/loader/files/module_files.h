@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The files of a module: found in the search directories, handed out in the order in which they are
 // to be loaded, and read.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The statements that set one property of a node: flag bits, key, condition texts, musts.
 #include <string_view>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which sub-statements each kind of schema node takes, and where they go.
 #pragma once
 

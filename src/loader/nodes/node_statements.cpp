@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The parsers of the data-definition statements: each makes a schema node, parses its children by
 // the table of its kind, and links the finished node into its parent.
 #include "foundation/context_record.h"

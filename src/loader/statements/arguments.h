@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What most statement parsers share: reading arguments and children, keeping texts, recording what
 // is wrong, and bringing texts into module-name form.
 #pragma once

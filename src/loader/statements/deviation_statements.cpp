@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // "deviation" and "deviate" (RFC 7950, section 7.20.3) into the records that are applied to their
 // targets once those are loaded.
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The sub-statement engine: rows of allowed sub-statements drive the parsing of an element's
 // children. An element carries the id of its statement in its application field (`_private`) once
 // it has been classified and accepted; an element without that mark is skipped.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The statements on the entries of lists and leaf-lists, which contexts with ZR_CTX_STANDARD keep:
 // "min-elements", "max-elements" and "unique". The table of statements has no parser for them,
 // since all other contexts pass them over.

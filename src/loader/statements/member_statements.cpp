@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The members of a module that are no data: features, identities, extensions, the references to
 // features and identities, and the instances of extensions.
 #include <string_view>

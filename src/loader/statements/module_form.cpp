@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Conditions and defaults in module-name form.
 #include <cstring>
 

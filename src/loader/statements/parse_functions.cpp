@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The parser of every statement, a table and nothing else: the one way up in the loader. A
 // statement holds statements, so that the engine, which every parser uses, calls the parsers
 // through it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The keywords of YIN and the way from a name to its statement: the first letter selects a small
 // map, so that a name is compared with a handful of keywords at the most.
 #include <cstring>

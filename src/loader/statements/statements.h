@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The statements of YIN (RFC 7950, section 13): the row of each, which names its number, its
 // keyword and its parser; the parsers; and the way from a name to a statement.
 #pragma once

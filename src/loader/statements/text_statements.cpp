@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Statements that carry one text: header values, revision, descriptions, units, defaults, messages.
 #include <string_view>
 

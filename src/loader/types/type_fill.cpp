@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The slots of a type, kind by kind.
 #include "loader/types/type_fill.h"
 

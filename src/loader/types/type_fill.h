@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Filling the constraint slots of a type from the children of its statement.
 //
 // Counting the children leaves each kind's mark bit in the `_private` word of the elements; the

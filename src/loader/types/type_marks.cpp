@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which children of a type statement are restrictions, and of which kind.
 #include <cstring>
 #include <iterator>

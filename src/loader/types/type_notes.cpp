@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the parts of a type say beside themselves: "error-message" and "error-app-tag" of
 // restrictions (RFC 7950, sections 7.5.4.1 and 7.5.4.2), "if-feature" of bits and enums
 // (section 7.20.2).

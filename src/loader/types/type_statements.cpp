@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // "type" and "typedef" (RFC 7950, sections 7.3 and 7.4).
 #include <cstring>
 

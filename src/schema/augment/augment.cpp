@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Coupling and uncoupling of one augment, and the "input" and "output" nodes that it may need.
 #include "schema/augment/augment.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Augments (RFC 7950, section 7.17): conditions passed down, coupling and uncoupling.
 //
 // An augment is a node whose name is its target path and whose children are the nodes that it

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What an augment passes down to the nodes that it adds: its "when" and its if-features.
 #include <cstring>
 #include <string_view>

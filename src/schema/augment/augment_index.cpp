@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "schema/augment/augment_index.h"
 
 #include <zrschema/node.h>

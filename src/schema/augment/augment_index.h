@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The augments of many modules by target path, by target and by the nodes that they added, for a
 // run of deviations that take nodes away.
 #pragma once

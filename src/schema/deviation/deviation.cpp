@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Deviations, one by one and all of a module.
 #include "schema/deviation/deviation.h"
 

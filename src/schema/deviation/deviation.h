@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Deviations (RFC 7950, section 7.20.3) applied to their live targets.
 //
 // A deviation changes its target in place and cannot be reverted: the modules that it changed are

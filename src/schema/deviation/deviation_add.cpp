@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // "deviate add": properties that the target does not have yet.
 #include "foundation/array.h"
 #include "schema/deviation/deviation_steps.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // "deviate delete": properties that the target must have, with the very values given.
 #include <algorithm>
 #include <utility>

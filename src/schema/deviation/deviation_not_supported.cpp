@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // "deviate not-supported": the target goes, and with it every augment that points into it.
 //
 // The rule is the same in whatever order modules arrive: an augment whose target a loaded module's

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // "deviate replace": other values for properties that the target has.
 #include "foundation/array.h"
 #include "schema/deviation/deviation_steps.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How a deviate is applied: a table of steps, one property each, with the message that sums up a
 // step's failure; what the steps of all kinds share; and what deviations in a row share.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Nodes by name: the children of one node, the top-level nodes of one module and the nodes that its
 // augments add, for many lookups in a row.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Schema nodes by schema node identifier (RFC 7950, section 6.5), by target path, and by the names
 // of elements.
 #include "schema/lookup/lookup.h"

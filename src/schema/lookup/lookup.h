@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Schema nodes by path, and what a target path says of its target.
 //
 // Paths are in module-name form: a step carries a module's name where the path enters that module,

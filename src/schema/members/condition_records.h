@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The conditions that hang on modules' members and nodes: if-feature entries (RFC 7950, section
 // 7.20.2) and must records (section 7.5.3), in counted arrays. Strings are interned, so equality is
 // equality of pointers. Statuses are ZR_OK, ZR_ERR_INVALID for a bad argument and

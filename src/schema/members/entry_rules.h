@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What lists and leaf-lists say of their entries, in contexts with ZR_CTX_STANDARD: "min-elements",
 // "max-elements", "unique" and the order of keys. The records stand in a tree of the context; their
 // owners are nodes and deviates, which stay where they are as long as they live. Contexts without

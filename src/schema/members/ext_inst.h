@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Extension instances in counted arrays: uses of "extension" statements (RFC 7950, section 7.19),
 // each with the instances that stand below it. Strings are interned, so equality is equality of
 // pointers. Statuses are ZR_OK, ZR_ERR_INVALID for a bad argument and ZR_ERR_NO_MEMORY.

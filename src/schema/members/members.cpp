@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The members of a module that are records of their own, but for deviations.
 #include "schema/members/members.h"
 

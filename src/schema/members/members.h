@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The members of a module, kind by kind. The operations of all kinds are alike:
 //
 // Fill, Set     interns the texts into a zeroed record. ZR_ERR_INVALID for a missing argument,

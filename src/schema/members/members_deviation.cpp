@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The deviations of a module and their deviates (RFC 7950, section 7.20.3).
 #include "foundation/array.h"
 #include "schema/members/condition_records.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A module that is coupled when a further part of it arrives: coupled augments step aside, and the
 // module's nodes become again what its files say.
 #include <zrschema/context.h>

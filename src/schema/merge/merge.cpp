@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Merging of the members of a module, and of whole modules.
 #include "schema/merge/merge.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Merging one module record into another of the same context: the parts of a module that stands in
 // several files. Global definitions that the destination lacks are added, those that it has must
 // agree, and schema nodes that it lacks are moved into its tree. A failure stops the merge; what

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Merging of schema trees, and the typedef references of what is merged.
 #include <zrschema/node.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the modules that augment or deviate a module do when it is loaded or about to go.
 #include "foundation/list.h"
 #include "foundation/load_errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Whole modules: birth, the augments of one, what it does when others come and go, its end and the
 // end of all. What applications ask of a module stands in zrschema/module.h.
 #pragma once

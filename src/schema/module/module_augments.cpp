@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The augments of one module: coupled with a relation to each target's module, and uncoupled again.
 #include "foundation/array.h"
 #include "foundation/load_errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The end of modules and of contexts.
 #include "foundation/array.h"
 #include "foundation/load_errors.h"

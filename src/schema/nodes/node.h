@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Schema nodes: creation, destruction, copies, links, inherited flags, list keys, leaf-list
 // defaults, extension instances, paths. What applications ask of a node stands in zrschema/node.h.
 #pragma once

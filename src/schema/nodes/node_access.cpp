@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a schema node says of itself: its properties, what it holds in lists, its path.
 #include <zrschema/context.h>
 #include <zrschema/node.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Birth, copies and death of schema nodes, and the per-kind information that comes and goes with
 // them.
 #include <iterator>

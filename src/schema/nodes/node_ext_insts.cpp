@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The extension instances of schema nodes.
 #include "foundation/array.h"
 #include "model/module_records.h"

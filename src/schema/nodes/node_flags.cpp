@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Flags that pass from a node to the nodes below it, "config" (RFC 7950, section 7.21.1) and the
 // NACM defaults (RFC 8341, section 3.2.2); and the one that marks the keys of a list.
 #include <cstring>

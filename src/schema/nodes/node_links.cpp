@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Links between schema nodes: parent, children, siblings, and the heads of the top-level chains.
 #include "model/module_records.h"
 #include "schema/nodes/node.h"

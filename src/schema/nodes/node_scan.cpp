@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Walks over schema nodes: a subtree, the children of a node, the siblings from a node on.
 #include <zrschema/node.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a leaf or leaf-list says of its values: type, default, units, leafref target, checks.
 #include <algorithm>
 

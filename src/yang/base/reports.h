@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Reports: what is wrong with the sources, as values that are collected and told at the end.
 #pragma once
 

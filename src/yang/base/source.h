@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A source: the text of one file, what is known of it before it means anything, and the characters
 // that it may hold.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a module's author must get right beyond names and types (RFC 7950): conditions, values, and
 // what the schema nodes are when groupings are expanded.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Deviations: whether what they change is there (RFC 7950, section 7.20.3).
 #include <algorithm>
 #include <iterator>

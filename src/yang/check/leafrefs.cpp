@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Leafrefs: their paths, and where these lead (RFC 7950, section 9.9).
 #include <algorithm>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Schema nodes: config, defaults, mandatory, the numbers of elements, keys (RFC 7950, sections 7.5
 // to 7.9).
 #include <iterator>

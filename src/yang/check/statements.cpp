@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What can be seen of statements before they are expanded.
 #include <algorithm>
 

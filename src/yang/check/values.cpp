@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Defaults: whether a text is a value of a type (RFC 7950, section 9).
 #include <algorithm>
 #include <unordered_set>

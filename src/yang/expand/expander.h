@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Expansion: from the statements of a module to its schema nodes, with every "uses" replaced by the
 // nodes of its grouping, refined and augmented (RFC 7950, section 7.13), and the module's augments
 // put in their places (section 7.17).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A whole module: its tree, extension instances with nodes in them, and its augments.
 #include <algorithm>
 #include <iterator>

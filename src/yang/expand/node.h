@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Schema nodes: what statements become where they are used, with groupings expanded.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A workspace: everything between the public functions and the rooms, and the order in which a
 // module goes through these.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The catalog: which sources there are under which names, and reading the one that is meant.
 #pragma once
 

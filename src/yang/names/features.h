@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // if-feature expressions (RFC 7950, section 7.20.2): reading them, and what they come to when it is
 // known which features are on.
 #pragma once

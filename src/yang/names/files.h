@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The files of sources: reading them whole, and listing directories.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Linkage: from files to modules, with the submodules that they include and what they import.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Links: what each name in the statements of a module means, and circles of definitions.
 #pragma once
 

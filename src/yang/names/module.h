@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Modules, the files that they are made of, and what is defined in them.
 #pragma once
 

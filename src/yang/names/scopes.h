@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Scopes: what is defined where, and finding what a name means at a place (RFC 7950, sections 5.5
 // and 6.2.1).
 #pragma once

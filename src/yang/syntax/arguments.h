@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What arguments must look like, by their forms (RFC 7950, section 14).
 #pragma once
 

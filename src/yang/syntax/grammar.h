@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which sub-statements a statement takes, and how often (RFC 7950, sections 7, 9 and 14).
 #pragma once
 

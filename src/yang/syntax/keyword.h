@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The keywords of YANG, each with its argument: how it is called in YIN and what it may say.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From characters to tokens (RFC 7950, section 6.1): words, strings, braces and semicolons;
 // comments and white space are passed over.
 #pragma once

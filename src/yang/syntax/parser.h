@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From tokens to a tree of statements.
 #pragma once
 

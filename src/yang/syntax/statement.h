@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A statement: keyword, argument and sub-statements, as they stand in a source.
 #pragma once
 

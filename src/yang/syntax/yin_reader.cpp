@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "yang/syntax/yin_reader.h"
 
 #include <libxml/parser.h>

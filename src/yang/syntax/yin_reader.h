@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From prepared YIN to a tree of statements: a source may import a module of which there is no
 // other file. The XML is libxml2's to read.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Ranges and lengths (RFC 7950, sections 9.2.4 and 9.4.4): ascending intervals of numbers.
 #pragma once
 

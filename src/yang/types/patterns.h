@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Patterns: the regular expressions of XML Schema (RFC 7950, section 9.4.5).
 #pragma once
 

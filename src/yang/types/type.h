@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Types as they come out when typedefs are followed (RFC 7950, section 9).
 #pragma once
 

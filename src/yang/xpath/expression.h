@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // XPath expressions as "must" and "when" have them: their syntax, and what somebody who walks
 // through one wants to hear of (XPath 1.0; RFC 7950, sections 6.4 and 10).
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Expressions in the form in which a prepared module holds them: with that module's prefixes, and
 // for another context node where they were inherited from a statement around their nodes.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The prefixes of a prepared module: those of its own file, and such as what comes from other files
 // needs besides.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Statements as elements, with their arguments in the names of the prepared module.
 #include "yang/expand/expander.h"
 #include "yang/syntax/arguments.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Prepared YIN (RFC 7950, section 13): a module with its submodules, its groupings expanded.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // XML text as it is written: elements with attributes, indented by their depth.
 #pragma once
 

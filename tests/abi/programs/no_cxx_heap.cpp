@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Loads, couples, prints, validates and unloads with a C++ heap that aborts when it is touched.
 #include <zrschema/zrschema.h>
 

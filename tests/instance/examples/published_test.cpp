@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Examples of RFC 8343 (interfaces), RFC 8344 (addresses) and RFC 8349 (routing), with the
 // published modules.
 #include "support/schema.h"

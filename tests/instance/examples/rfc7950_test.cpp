@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The usage examples of RFC 7950 that have data, a section each.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The public functions for documents: statuses, callbacks, memory.
 #include <libxml/parser.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The public functions: statuses, results, memory.
 #include <libxml/parser.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which steps of expressions an index answers.
 #include "instance/plan/lookup.h"
 

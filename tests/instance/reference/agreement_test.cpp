@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // libzrdata against the slow checker, on generated schemas and documents.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What RFC 7950 has to say of a document, found the slow way: every rule is looked up again for
 // every element, in the tree as it was written.
 #pragma once

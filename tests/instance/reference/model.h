@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Small generated schemas and documents of them, for the comparison of libzrdata with a checker
 // that is slow and simple.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The examples of RFC 6241: the edits of section 7.2 on the datastore that they are made for, and
 // replies of sections 4.3 and 4.4.
 #include "support/schema.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 6241, section 7.2: the data of <edit-config>.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 10: the functions of XPath expressions.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 15.7: an entry is put beside one that is there.
 #include "support/schema.h"
 

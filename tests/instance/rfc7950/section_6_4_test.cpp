@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 6.4: XPath evaluations, and what they see of the data.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 7.13: the uses statement; section 7.12: the grouping statement.
 #include "support/schema.h"
 

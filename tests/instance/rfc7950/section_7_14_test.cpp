@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 7.14: the rpc statement. The envelope is that of RFC 6241, section 4.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 7.15: the action statement.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 7.16: the notification statement. The envelope is that of RFC 5277.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 7.18: the identity statement.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 7.7: the leaf-list statement, with the statements on numbers of entries.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 8: constraints; what an edit is held against when it is read (section 8.3.1).
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 9.10: the identityref type.
 #include "support/value.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 9.12: the union type, and members that refer to instances.
 #include "support/schema.h"
 #include "support/value.h"

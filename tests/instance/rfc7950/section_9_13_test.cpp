@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 9.13: the instance-identifier type, and whether what a value names is there.
 #include "support/schema.h"
 #include "support/value.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 9.3: the decimal64 type.
 #include "support/value.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // RFC 7950, section 9.9: the leafref type, and paths with predicates.
 #include "support/schema.h"
 

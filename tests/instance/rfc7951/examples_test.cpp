@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The examples of RFC 7951, each read, written as XML and written back.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Examples of RFC 8040, read and written: its jukebox, a datastore, and tagged defaults.
 #include "support/schema.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A schema from YANG sources, data that is checked against it, and what is found.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One value of one type, as section 9 of RFC 7950 looks at it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Reading JSON: what its members and values become, by RFC 7951 and, for annotations, RFC 7952.
 #include "support/schema.h"
 

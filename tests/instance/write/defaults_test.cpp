@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The modes of RFC 6243, and where defaults stand.
 #include <libxml/parser.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is written reads back to the same data: documents that are made by chance, in both
 // encodings and all modes.
 #include <random>

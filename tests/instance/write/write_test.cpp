@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writing data: its order, its values, namespaces and escapes.
 #include "support/schema.h"
 

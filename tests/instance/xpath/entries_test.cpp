@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Conditions that name entries by their keys, which an index answers: the same as the steps say.
 #include "support/schema.h"
 

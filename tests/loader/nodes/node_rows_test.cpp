@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which statements may stand in a schema node, and how often: the tables of sub-statements of
 // RFC 7950, sections 7.5 to 7.17, tried on modules that are loaded.
 #include <gmock/gmock.h>

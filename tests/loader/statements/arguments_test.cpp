@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What may stand as a name: identifiers, in every statement that gives one.
 #include "loader/statements/arguments.h"
 

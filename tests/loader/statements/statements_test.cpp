@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The statements of YIN by their keywords, and which of them are read.
 #include "loader/statements/statements.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "schema/coupling_fixture.h"
 
 #include "schema/deviation/deviation_steps.h"

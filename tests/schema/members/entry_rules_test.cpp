@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "schema/members/entry_rules.h"
 
 #include <gmock/gmock.h>

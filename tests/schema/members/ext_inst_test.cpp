@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "schema/members/ext_inst.h"
 
 #include "schema/record_fixture.h"

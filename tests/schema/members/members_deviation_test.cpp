@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "foundation/array.h"
 #include "schema/members/condition_records.h"
 #include "schema/members/ext_inst.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "schema/merge/merge.h"
 
 #include "loader/files/module_content.h"

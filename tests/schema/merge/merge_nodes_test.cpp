@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "schema/merge/merge.h"
 
 #include "schema/members/ext_inst.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "schema/record_fixture.h"
 
 #include "schema/nodes/node.h"

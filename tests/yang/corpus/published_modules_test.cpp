@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The published modules: each is prepared without an error, and the engine prints the same tree of
 // it as of the module that was prepared elsewhere.
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Modules from texts, what preparing them gives, and what is reported.
 #pragma once
 
