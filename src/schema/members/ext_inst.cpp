@@ -168,6 +168,8 @@ uint32_t ScanExtInsts(const ZrsExtInst *array, uint32_t count, ZrExtInstScanFunc
 {
     for (uint32_t i = 0; array != nullptr && i < count; ++i) {
         const ZrsExtInst *record = &array[i];
+        if (record->extensionName == nullptr) // memory ran out while it was merged in
+            continue;
         uint32_t result =
             callback(record, record->moduleName, record->extensionName, record->argument, userData);
         if (result != 0)

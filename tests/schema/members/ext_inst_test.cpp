@@ -386,6 +386,22 @@ TEST_F(ExtInst, SubtractWithoutMemoryLeavesTheArray)
     }
 }
 
+TEST_F(ExtInst, OneThatMemoryRanOutForIsNotScanned)
+{
+    ASSERT_EQ(Append("m", "a"), ZR_OK);
+    ASSERT_EQ(Append("m", "b"), ZR_OK);
+    ZrsExtInst source;
+    ASSERT_EQ(ZRS_EXT_FillExtInst(dict_, &source, "m", "c", nullptr), ZR_OK);
+    AddChildren(&source);
+    guard_.FailAt(1);
+    EXPECT_EQ(ZRS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &source), ZR_ERR_NO_MEMORY);
+    guard_.Stop();
+    std::string seen;
+    EXPECT_EQ(zr::ScanExtInsts(array_, count_, CollectInstance, &seen), 0u);
+    EXPECT_EQ(seen, "m:a(-)m:b(-)");
+    ZRS_EXT_ClearExtInst(dict_, &source);
+}
+
 TEST_F(ExtInst, ChildrenAreScannedInOrderOneLevelAtATime)
 {
     ASSERT_EQ(Append("m", "a"), ZR_OK);
