@@ -144,7 +144,11 @@ protected:
     void BuildLibraryNamed(const std::string &name, const std::string &code) const
     {
         Write("library.c", code);
-        ASSERT_EQ(Shell("gcc -shared -fPIC -o build/release/lib/lib" + name + ".so library.c"), 0);
+        Write("library.map", exports_);
+        ASSERT_EQ(
+            Shell("gcc -shared -fPIC -Wl,--version-script=library.map -o build/release/lib/lib" +
+                  name + ".so library.c"),
+            0);
         fs::remove(root_ / "library.c");
     }
 
@@ -202,6 +206,9 @@ protected:
     }
 
     fs::path root_;
+    // How the names of libraries that are built next are exported.
+    std::string exports_ = "V_1.0 { global: ZR_One; ZR_Two; ZR_YANG_One; ZR_PATTERNS_One; "
+                           "ZR_DATA_One; }; V_INTERNAL_1 { global: ZR_*; };";
 };
 
 // Tools, and the checks that cannot be made without them.
@@ -378,6 +385,15 @@ TEST_F(Lint, FindsNamesThatAreDeclaredOrExportedOnly)
     ExpectFinds("exports", "exported but not declared: ZR_Three");
     Write("src/platform/three.h", "extern \"C\" {\nZR_API extern int ZR_Three;\n}\n");
     EXPECT_EQ(Run("exports").status, 0);
+    exports_ = "V_1.0 { global: ZR_*; };";
+    BuildLibrary("int ZR_One(int n) { return n; }\nint ZR_Two(int n) { return n; }\nint ZR_Three;");
+    ExpectFinds("exports", "internal name of version V_1.0: ZR_Three");
+    exports_ = "V_INTERNAL_1 { global: ZR_*; };";
+    BuildLibrary("int ZR_One(int n) { return n; }\nint ZR_Two(int n) { return n; }\nint ZR_Three;");
+    ExpectFinds("exports", "public name of version V_INTERNAL_1: ZR_One");
+    exports_ = "{ global: ZR_*; };";
+    BuildLibrary("int ZR_One(int n) { return n; }\nint ZR_Two(int n) { return n; }\nint ZR_Three;");
+    ExpectFinds("exports", "exported without a version: ZR_One");
     Append("src/platform/three.h", "ZR_API int (*ZR_Function(int))(int);\n");
     ExpectNotChecked("exports", {"src/platform/three.h"});
 }
