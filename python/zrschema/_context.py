@@ -229,15 +229,15 @@ class Context:
         with self._loading:
             before = {module.name: [feature for feature, is_on in module.features.items() if is_on]
                       for module in self if module.name != name}
-            with self._schema.lock.writing:
+            with self._schema.lock.writing:  # nobody sees the schema without what comes back
                 context = self._schema.open()
                 self._schema.generation += 1
                 status = engine.ZR_CTX_UnloadModule(context, encoded(name))
+                for lost in [lost for lost in before if lost not in self]:
+                    self._restore(lost, before[lost])
+                gone = [lost for lost in before if lost not in self]
             if status == Status.ERR_NO_MEMORY:
                 raise MemoryError
-            for lost in [lost for lost in before if lost not in self]:
-                self._restore(lost, before[lost])
-            gone = [lost for lost in before if lost not in self]
         if gone:
             raise LoadError(f"with {name} went " + ", ".join(gone),
                             [problem for lost in gone for problem in self._problems_of(lost)],

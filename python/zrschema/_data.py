@@ -77,6 +77,10 @@ _on_problem = collector("ZrDataProblemFunc", lambda node, expression, message, u
                         PlanProblem(text(node), text(expression), text(message)))
 
 
+#: What the library writes again.
+_WRITTEN = {Kind.CONFIG, Kind.CONFIG_AND_STATE}
+
+
 def _require(status: int) -> None:
     """Raises what a status says that is no verdict."""
     if status in (DataStatus.OK, DataStatus.ERR_FAULTY):
@@ -123,9 +127,8 @@ class _Plan:
 class _Document:
     """Data without faults, ready to be written."""
 
-    def __init__(self, plan: _Plan, pointer: Any, datastore: Optional["Datastore"]) -> None:
+    def __init__(self, plan: _Plan, pointer: Any) -> None:
         self._plan = plan
-        self._datastore = datastore  # which the document may refer to
         keep = plan.open()
         library = data_library()
         self._pointer: Any = ffi.gc(pointer, lambda document, plan=keep:
@@ -167,7 +170,10 @@ class Datastore:
 
 
 class Result:
-    """What a check has found. It is true when the data is valid; then it can be written again."""
+    """What a check has found. It is true when the data is valid.
+
+    Valid data, configuration alone or with state, can be written again.
+    """
 
     def __init__(self, errors: Tuple[Fault, ...], warnings: Tuple[Fault, ...], found: int,
                  document: Optional[_Document]) -> None:
@@ -182,19 +188,21 @@ class Result:
     @property
     def valid(self) -> bool:
         """Whether the data has no faults."""
-        return self._document is not None
+        return not self.errors
 
     def __bool__(self) -> bool:
         return self.valid
 
     def require_valid(self) -> "Result":
         """Raises `InvalidDataError` when there are faults; else returns the result itself."""
-        self._written()
+        if self.errors:
+            raise InvalidDataError(f"the data has {self.error_count} faults", self.errors)
         return self
 
     def _written(self) -> _Document:
+        self.require_valid()
         if self._document is None:
-            raise InvalidDataError(f"the data has {self.error_count} faults", self.errors)
+            raise Error("edits and messages are not written again")
         return self._document
 
     def to_xml(self, defaults: Defaults = Defaults.EXPLICIT, indent: int = 2) -> str:
@@ -256,11 +264,16 @@ class Validator:
             options.datastore = datastore._tree.root
         library = data_library()
         as_json = is_json(content) if format is None else format == Format.JSON
-        read = library.ZR_DATA_ReadJson if as_json else library.ZR_DATA_ReadXml
         found, made = ffi.new("ZrDataDocument **"), ffi.new("ZrDataResult **")
         with self._plan.schema.lock:
-            _require(read(self._plan.open(), options, content, len(content), found, made))
-            document = None if found[0] == ffi.NULL else _Document(self._plan, found[0], datastore)
+            arguments = self._plan.open(), options, content, len(content)
+            if kind in _WRITTEN:
+                read = library.ZR_DATA_ReadJson if as_json else library.ZR_DATA_ReadXml
+                _require(read(*arguments, found, made))
+            else:
+                check = library.ZR_DATA_CheckJson if as_json else library.ZR_DATA_CheckText
+                _require(check(*arguments, made))
+            document = None if found[0] == ffi.NULL else _Document(self._plan, found[0])
         try:
             return _result(made[0], document, file, has_lines)
         finally:

@@ -9,7 +9,7 @@ from __future__ import annotations
 
 import threading
 import weakref
-from typing import Any, Callable, List, Optional, Protocol
+from typing import Any, Callable, Dict, List, Optional, Protocol
 
 from ._errors import StaleError
 from ._library import collect, encoded, engine, ffi, printed, text_or_none
@@ -18,23 +18,33 @@ from ._library import collect, encoded, engine, ffi, printed, text_or_none
 class SharedLock:
     """A lock that any number of readers have at the same time, or one writer alone.
 
-    The lock itself is the context manager of readers.
+    The lock itself is the context manager of readers. Who has it may take it again, but a reader
+    does not become a writer. New readers stand behind writers who wait.
     """
 
     def __init__(self) -> None:
-        self._changed = threading.Condition(threading.Lock())
-        self._readers = 0
+        # A writer has the lock of the condition all the time, readers only to come and go.
+        self._changed = threading.Condition(threading.RLock())
+        self._readers: Dict[int, int] = {}  # how often each thread is in
+        self._waiting = 0  # writers
+        self._depth = 0  # of the writer
         self.writing = _Writing(self)
 
     def __enter__(self) -> None:
-        with self._changed:  # which a writer has all the time
-            self._readers += 1
+        me = threading.get_ident()
+        with self._changed:
+            if self._waiting and not self._depth and me not in self._readers:
+                self._changed.wait_for(lambda: self._waiting == 0)
+            self._readers[me] = self._readers.get(me, 0) + 1
 
     def __exit__(self, *_: object) -> None:
+        me = threading.get_ident()
         with self._changed:
-            self._readers -= 1
-            if self._readers == 0:
-                self._changed.notify_all()
+            self._readers[me] -= 1
+            if self._readers[me] == 0:
+                del self._readers[me]
+                if self._waiting:
+                    self._changed.notify_all()
 
 
 class _Writing:
@@ -46,14 +56,24 @@ class _Writing:
     def __enter__(self) -> None:
         lock = self._lock
         lock._changed.acquire()
-        try:
-            lock._changed.wait_for(lambda: lock._readers == 0)
-        except BaseException:  # an interrupt, while waiting
-            lock._changed.release()
-            raise
+        if not lock._depth:
+            lock._waiting += 1
+            try:
+                lock._changed.wait_for(lambda: not lock._readers)
+            except BaseException:  # an interrupt, while waiting
+                lock._waiting -= 1
+                lock._changed.notify_all()
+                lock._changed.release()
+                raise
+            lock._waiting -= 1
+        lock._depth += 1
 
     def __exit__(self, *_: object) -> None:
-        self._lock._changed.release()
+        lock = self._lock
+        lock._depth -= 1
+        if not lock._depth:
+            lock._changed.notify_all()
+        lock._changed.release()
 
 
 class Dependent(Protocol):

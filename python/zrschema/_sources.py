@@ -100,7 +100,7 @@ class Workspace:
             reports = tuple(self._reports)
         if status == YangStatus.OK:
             return
-        if status in (YangStatus.ERR_NO_MEMORY, STOPPED):
+        if status in (YangStatus.ERR_NO_MEMORY, YangStatus.ERR_STOPPED):
             raise MemoryError
         if status == YangStatus.ERR_IO:
             raise OSError(number, os.strerror(number), what)
