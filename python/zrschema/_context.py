@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import os
 import threading
-from typing import Any, Dict, Iterable, Iterator, List, Optional, Set, Tuple
+from typing import Any, Callable, Dict, Iterable, Iterator, List, Optional, Set, Tuple
 
 from ._constants import ContextFlag, LoadErrorKind, Status
 from ._errors import LoadError, NotFoundError, PrepareError, Problem
@@ -38,7 +38,8 @@ class Context:
 
     def __init__(self, paths: Iterable[PathLike] = (), *, standard: bool = True,
                  descriptions: bool = True, units: bool = True, keep_patterns: bool = True,
-                 linear_patterns: bool = False, features: Iterable[str] = ()) -> None:
+                 linear_patterns: bool = False, features: Iterable[str] = (),
+                 on_report: Optional[Callable[[Problem], None]] = None) -> None:
         """Makes an empty context.
 
         standard        keep and take all of RFC 7950: what lists ask of their entries, the order of
@@ -49,6 +50,7 @@ class Context:
         linear_patterns match patterns in linear time, with libzrpatterns
         features        the features that are turned on when their module is loaded: "module:name",
                         "module:*", or "*" for all
+        on_report       hears the errors and warnings of each source that is prepared
         """
         flags = (standard * ContextFlag.STANDARD | descriptions * ContextFlag.KEEP_DESCRIPTIONS
                  | units * ContextFlag.KEEP_UNITS | keep_patterns * ContextFlag.KEEP_PATTERNS)
@@ -60,6 +62,7 @@ class Context:
             require(engine.ZR_CTX_SetPatternMatcher(pointer,
                                                     patterns_library().ZR_PATTERNS_GetMatcher()))
         self._features = tuple(features)
+        self._on_report = on_report
         self._loading = threading.RLock()  # one thread at a time loads
         self._sources: Optional[Workspace] = None
         self._source_names: Set[str] = set()
@@ -92,7 +95,8 @@ class Context:
         """The workspace that prepares the sources of the context's folders."""
         with self._loading:
             if self._sources is None:
-                self._sources = Workspace(self._paths, features=self._features)
+                self._sources = Workspace(self._paths, features=self._features,
+                                          on_report=self._on_report)
             return self._sources
 
     def add_source(self, name: str, source: str) -> None:

@@ -42,13 +42,15 @@ class Workspace:
     """Sources of modules in folders and texts, which are checked and written as prepared YIN.
 
     Features decide expressions such as "a or not b": `features` are those that are on,
-    "module:name", "module:*" or "*"; all others are off, where `features` is not None. Any number
-    of threads may use a workspace; they take turns.
+    "module:name", "module:*" or "*"; all others are off, where `features` is not None. Errors and
+    warnings are told to `on_report`, at the end of the call that has found them. Any number of
+    threads may use a workspace; they take turns.
     """
 
     def __init__(self, paths: Iterable[PathLike] = (), *,
                  features: Optional[Iterable[str]] = None, strip: bool = False,
-                 node_limit: Optional[int] = None) -> None:
+                 node_limit: Optional[int] = None,
+                 on_report: Optional[Callable[[Problem], None]] = None) -> None:
         self._library = sources_library()
         pointer = self._library.ZR_YANG_Create(ffi.NULL)
         if pointer == ffi.NULL:
@@ -56,6 +58,7 @@ class Workspace:
         self._pointer: Any = ffi.gc(pointer, self._library.ZR_YANG_Delete)
         self._lock = threading.RLock()
         self._is_busy = False
+        self._on_report = on_report
         self._reports: List[Problem] = []
         self._handle = ffi.new_handle(self._reports)
         self._library.ZR_YANG_SetReportFunc(pointer, _on_report, self._handle)
@@ -98,6 +101,9 @@ class Workspace:
                 self._is_busy = False
             number = ffi.errno
             reports = tuple(self._reports)
+        if self._on_report is not None:
+            for report in reports:
+                self._on_report(report)
         if status == YangStatus.OK:
             return
         if status in (YangStatus.ERR_NO_MEMORY, YangStatus.ERR_STOPPED):

@@ -25,7 +25,7 @@ class Pattern:
     is_inverted: bool = False
 
 
-_SIGNED = {BuiltInType.INT8, BuiltInType.INT16, BuiltInType.INT32, BuiltInType.INT64,
+SIGNED_TYPES = {BuiltInType.INT8, BuiltInType.INT16, BuiltInType.INT32, BuiltInType.INT64,
            BuiltInType.DECIMAL64}
 
 
@@ -121,7 +121,7 @@ class Type(Record):
         """The segments of its length or range, as written: pairs of the first and last value."""
         with self._schema.lock:
             chain = self._chain()
-            is_signed = engine.ZR_TYPE_GetBuiltInBaseType(chain[-1]) in _SIGNED
+            is_signed = engine.ZR_TYPE_GetBuiltInBaseType(chain[-1]) in SIGNED_TYPES
             for link in chain:
                 found = collect(engine.ZR_TYPE_ScanBounds, link, _on_bounds)
                 if found:
