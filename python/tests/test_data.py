@@ -192,6 +192,28 @@ def test_a_validator_is_renewed_when_the_context_changes(context, validator):
     assert zrschema.Validator(context).is_current
 
 
+def test_a_validator_is_renewed_when_a_module_was_loaded_anew(context, validator):
+    context.unload("example-routing")
+    context.load("example-routing")
+    assert not validator.is_current
+    with pytest.raises(zrschema.StaleError):
+        validator.check(ROUTER)
+
+
+def test_a_module_that_is_not_found_changes_nothing(context, validator):
+    node = context.node("/example-router:router")
+    with pytest.raises(zrschema.NotFoundError):
+        context.load("nothing")
+    assert validator.is_current and validator.check(ROUTER) and node.name == "router"
+
+
+def test_a_validator_is_renewed_when_features_change(context, validator):
+    context["example-router"].disable_feature("tunnels")
+    assert not validator.is_current
+    with pytest.raises(zrschema.StaleError, match="make a new validator"):
+        validator.check(ROUTER)
+
+
 def test_a_closed_validator_is_an_error(validator):
     result = validator.check(ROUTER)
     validator.close()

@@ -123,6 +123,17 @@ print(grown)
 """
 
 
+AT_THE_END = SCENARIO + """
+context = zrschema.Context([EXAMPLES / "modules"])
+context.load("example-routing")
+result = zrschema.Validator(context).check(ROUTER % 5)
+kept = [context, result, context.node("/example-router:router"), zrschema.Matcher("a"),
+        zrschema.Workspace(), zrschema._data, zrschema._library]
+kept.append(kept)
+sys.modules["kept"] = kept
+"""
+
+
 def run(script):
     examples = pathlib.Path(__file__).resolve().parents[2] / "examples"
     return subprocess.run([sys.executable, "-c", script, examples], capture_output=True, text=True,
@@ -131,6 +142,11 @@ def run(script):
 
 def test_no_block_of_the_engine_is_left_when_all_is_dropped():
     result = run(COUNT_BLOCKS)
+    assert (result.stdout, result.stderr, result.returncode) == ("", "", 0)
+
+
+def test_the_interpreter_may_end_with_objects_that_live():
+    result = run(AT_THE_END)
     assert (result.stdout, result.stderr, result.returncode) == ("", "", 0)
 
 

@@ -67,6 +67,13 @@ counter.join()
 """
 
 
+def test_no_other_thread_runs_beside_what_the_interpreter_does():
+    result = subprocess.run([sys.executable, "-c",
+                             COUNT_BESIDE.replace("WORK", "sum(range(1000))")],
+                            capture_output=True, text=True, timeout=300)
+    assert result.stdout == "no round beside the work\n"
+
+
 @pytest.mark.parametrize("work", ["validator.check(data)", "context.validate_rpc(data)",
                                   "zrschema.Context().load_text(yin)", 'workspace.prepare("m")'])
 def test_another_thread_runs_while_a_library_works(work):

@@ -205,6 +205,8 @@ class Context:
             context = self._schema.open()
             self._schema.generation += 1
             status = function(context, argument)
+            if status == Status.ERR_NOT_FOUND:  # nothing was read
+                self._schema.generation -= 1
         if status == Status.ERR_NO_MEMORY:
             raise MemoryError
         if status == Status.ERR_NOT_FOUND:

@@ -88,7 +88,7 @@ def _require(status: int) -> None:
     if status in (DataStatus.ERR_NO_MEMORY, STOPPED):
         raise MemoryError
     if status == DataStatus.ERR_STALE:
-        raise StaleError("the context has changed: make a new validator", status)
+        raise StaleError("the context has changed: make a new validator and check again", status)
     raise ValueError("an operation that is not there, or an argument out of its range")
 
 
@@ -115,6 +115,14 @@ class _Plan:
         if self._pointer is None:
             raise ValueError("the validator is closed")
         return self._pointer
+
+    def open_current(self) -> Any:
+        """The plan, which must be of the schema as it is. A schema that has been loaded anew may
+        look the same to the library, at the same addresses."""
+        pointer = self.open()
+        if self.generation != self.schema.generation:
+            _require(DataStatus.ERR_STALE)
+        return pointer
 
     def _close(self) -> None:
         if self._pointer is not None:
@@ -156,9 +164,7 @@ class _Document:
         return Tree(out[0])
 
     def _open(self) -> Any:
-        self._plan.open()
-        if self._plan.generation != self._plan.schema.generation:
-            raise StaleError("the context has changed since this was checked")
+        self._plan.open_current()
         return self._pointer
 
 
@@ -266,7 +272,7 @@ class Validator:
         as_json = is_json(content) if format is None else format == Format.JSON
         found, made = ffi.new("ZrDataDocument **"), ffi.new("ZrDataResult **")
         with self._plan.schema.lock:
-            arguments = self._plan.open(), options, content, len(content)
+            arguments = self._plan.open_current(), options, content, len(content)
             if kind in _WRITTEN:
                 read = library.ZR_DATA_ReadJson if as_json else library.ZR_DATA_ReadXml
                 _require(read(*arguments, found, made))
@@ -295,8 +301,11 @@ class Validator:
     @property
     def is_current(self) -> bool:
         """Whether the context is still as it was when the validator was made."""
-        with self._plan.schema.lock:
-            return bool(data_library().ZR_DATA_IsPlanCurrent(self._plan.open()))
+        plan = self._plan
+        with plan.schema.lock:
+            pointer = plan.open()
+            return bool(plan.generation == plan.schema.generation
+                        and data_library().ZR_DATA_IsPlanCurrent(pointer))
 
     @property
     def problems(self) -> Tuple[PlanProblem, ...]:

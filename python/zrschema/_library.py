@@ -25,7 +25,8 @@ def _open(name: str) -> Any:
     folder = os.environ.get(LIBRARY_PATH)
     path = os.path.join(folder, file) if folder else file
     try:
-        return ffi.dlopen(path)
+        # Objects may be freed at the very end, when the interpreter has closed what it opened.
+        return ffi.dlopen(path, os.RTLD_NOW | os.RTLD_NODELETE)
     except OSError as error:
         raise LibraryError(f"cannot open {file}: {error}; {LIBRARY_PATH} may name the folder "
                            "that it is in") from error
