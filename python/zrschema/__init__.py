@@ -42,3 +42,8 @@ __all__ = [
     "Result", "RpcError", "StaleError", "Type", "Validator", "Verdict", "Workspace",
     "__version__", "version", *_numbers,
 ]
+
+for _name in __all__:  # which is where everybody finds them, whatever file they stand in
+    if isinstance(globals()[_name], type):
+        globals()[_name].__module__ = __name__
+del _name

@@ -34,6 +34,16 @@ class Context:
     A context is iterated over for its modules and indexed by their names. Any number of threads may
     use one: what reads it runs side by side, and what changes it waits until nobody reads. Modules,
     nodes and validators keep their context; after `close()` they raise `ValueError`.
+
+    >>> with Context() as context:
+    ...     context.add_source("m", 'module m { namespace "urn:m"; prefix m; leaf a { type int8; } }')
+    ...     module = context.load("m")
+    ...     "m" in context, len(context), context["m"] == module, context.find("/m:b")
+    (True, 1, True, None)
+    >>> module.namespace
+    Traceback (most recent call last):
+      ...
+    ValueError: the context is closed
     """
 
     def __init__(self, paths: Iterable[PathLike] = (), *, standard: bool = True,

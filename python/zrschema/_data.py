@@ -240,6 +240,17 @@ class Validator:
 
     It is made of what is loaded, with the features that are on; when that changes, a new one is
     due, and `check()` raises `StaleError`. Any number of threads may check at the same time.
+
+    >>> import zrschema
+    >>> context = zrschema.Context()
+    >>> context.add_source("m", '''module m { namespace "urn:m"; prefix m;
+    ...   list l { key k; leaf k { type int8; } leaf a { type string; default "x"; } } }''')
+    >>> module = context.load("m")
+    >>> validator = zrschema.Validator(context)
+    >>> validator.check('{"m:l": [{"k": 1}, {"k": 1}]}').errors[0].tag_name
+    'bad-element'
+    >>> validator.check('{"m:l": [{"k": 1}]}').to_json(zrschema.Defaults.REPORT_ALL, indent=0)
+    '{"m:l":[{"k":1,"a":"x"}]}'
     """
 
     def __init__(self, context: Context) -> None:

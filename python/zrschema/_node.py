@@ -62,6 +62,16 @@ class Node(Record):
 
     A node is iterated over for its children in the schema, and indexed for those of data:
     `node["name"]` is the child element `name`, also one inside choices and cases.
+
+    >>> import zrschema
+    >>> context = zrschema.Context()
+    >>> context.add_source("m", '''module m { namespace "urn:m"; prefix m;
+    ...   container c { choice d { leaf a { type int8; default 5; } leaf b { type int8; } } } }''')
+    >>> node = context.load("m")["c"]
+    >>> [child.keyword for child in node], node["a"].path, node["a"].default
+    (['choice'], '/m:c/d/a/a', '5')
+    >>> [below.name for below in node.walk() if below.type is not None]
+    ['a', 'b']
     """
 
     __slots__ = ()

@@ -45,6 +45,14 @@ class Workspace:
     "module:name", "module:*" or "*"; all others are off, where `features` is not None. Errors and
     warnings are told to `on_report`, at the end of the call that has found them. Any number of
     threads may use a workspace; they take turns.
+
+    >>> workspace = Workspace()
+    >>> workspace.add_text("m", 'module m { namespace "urn:m"; prefix m; leaf a { } }')
+    >>> workspace.prepare("m")
+    Traceback (most recent call last):
+      ...
+    zrschema.PrepareError: cannot prepare m
+      m:1:41: error: "leaf" without "type"
     """
 
     def __init__(self, paths: Iterable[PathLike] = (), *,

@@ -53,6 +53,15 @@ class Type(Record):
 
     What a type says itself is told by the properties that `own_` stands before; the others also ask
     the typedefs that it is built on, the closest one first.
+
+    >>> import zrschema
+    >>> context = zrschema.Context()
+    >>> context.add_source("m", '''module m { namespace "urn:m"; prefix m;
+    ...   typedef t { type string { length "1..9"; pattern "[a-z]*"; } }
+    ...   leaf a { type t { pattern "x.*"; } } }''')
+    >>> type_ = context.load("m")["a"].type
+    >>> type_.name, type_.builtin.name, type_.bounds, len(type_.patterns), len(type_.own_patterns)
+    ('m:t', 'STRING', ((1, 9),), 2, 1)
     """
 
     __slots__ = ()
