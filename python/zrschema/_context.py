@@ -36,7 +36,7 @@ class Context:
     nodes and validators keep their context; after `close()` they raise `ValueError`.
 
     >>> with Context() as context:
-    ...     context.add_source("m", 'module m { namespace "urn:m"; prefix m; leaf a { type int8; } }')
+    ...     context.add_source("m", 'module m { namespace "urn:m"; prefix m; }')
     ...     module = context.load("m")
     ...     "m" in context, len(context), context["m"] == module, context.find("/m:b")
     (True, 1, True, None)

@@ -23,8 +23,9 @@ class SharedLock:
     """
 
     def __init__(self) -> None:
-        # A writer has the lock of the condition all the time, readers only to come and go.
-        self._changed = threading.Condition(threading.RLock())
+        # A writer has this all the time, readers only to come and go.
+        self._gate = threading.RLock()
+        self._changed = threading.Condition(self._gate)
         self._readers: Dict[int, int] = {}  # how often each thread is in
         self._waiting = 0  # writers
         self._depth = 0  # of the writer
@@ -32,19 +33,19 @@ class SharedLock:
 
     def __enter__(self) -> None:
         me = threading.get_ident()
-        with self._changed:
+        with self._gate:
             if self._waiting and not self._depth and me not in self._readers:
                 self._changed.wait_for(lambda: self._waiting == 0)
             self._readers[me] = self._readers.get(me, 0) + 1
 
     def __exit__(self, *_: object) -> None:
         me = threading.get_ident()
-        with self._changed:
-            self._readers[me] -= 1
-            if self._readers[me] == 0:
-                del self._readers[me]
-                if self._waiting:
-                    self._changed.notify_all()
+        with self._gate:
+            count = self._readers.pop(me) - 1
+            if count:
+                self._readers[me] = count
+            elif self._waiting:
+                self._changed.notify_all()
 
 
 class _Writing:
