@@ -25,6 +25,10 @@ def files(tmp_path_factory):
     (folder / "router.json").write_text('{"example-router:router": {"hostname": "a"}}')
     (folder / "bad.yang").write_text(
         'module bad {\n  namespace "urn:bad"; prefix b;\n  leaf a { type nothing; }\n}\n')
+    (folder / "wide.yin").write_text(
+        '<module name="wide" xmlns="urn:ietf:params:xml:ns:yang:yin:1"><namespace uri="urn:w"/>'
+        '<prefix value="w"/><leaf name="a"><type name="enumeration"><enum name="b">'
+        '<value value="2147483647"/></enum></type></leaf></module>')
     (folder / "out").mkdir()
     return folder
 
@@ -50,6 +54,8 @@ SAME = [
     ["check", *MODULES, "--imports", "example-routing"],
     ["check", "-p", ".", "bad"],
     ["check", "-p", ".", "bad", "--json"],
+    ["check", "-p", ".", "wide"],
+    ["check", "-p", ".", "--standard", "wide"],
     ["prepare", *MODULES, "--stdout", "example-router"],
     ["prepare", *MODULES, "-o", "out", "--all", "--strip", "--json"],
     ["prepare", *MODULES, "-o", "out", "--dependencies", "rules", "example-types"],

@@ -86,7 +86,7 @@ def run_check(run: Run, options: Options) -> int:
         run.complain("no module found: looked for module files NAME.yang, NAME.yin, NAME@*.yin in "
                      + " ".join(session.context.paths))
     for name in names:
-        session.try_to_load(name, options.imports)
+        session.try_to_load(name, options.imports, advises=True)
     problems: Dict[str, List[Problem]] = {}
     for problem in session.context.problems:
         problems.setdefault(problem.module or "", []).append(problem)

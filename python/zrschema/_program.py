@@ -8,7 +8,7 @@ import sys
 from typing import Any, Dict, List, Optional, Sequence, Tuple
 
 from ._context import Context
-from ._errors import LoadError, NotFoundError, PrepareError, Problem
+from ._errors import Error, LoadError, NotFoundError, PrepareError, Problem
 from ._module import Module
 
 OK, FAILED, WRONG_USAGE = 0, 1, 2
@@ -115,6 +115,7 @@ class Session:
                  all_features: bool = False, standard: bool = False, texts: bool = False) -> None:
         self.run = run
         self.features = features
+        self.is_standard = standard
         self.all_features = all_features
         try:
             self.context = Context(paths, standard=standard, descriptions=texts, units=texts,
@@ -137,17 +138,32 @@ class Session:
                 self.run.say(problem)
         return module
 
-    def try_to_load(self, name: str, imports: bool = True) -> Optional[Module]:
-        """Loads a module; says why it is not loaded."""
+    def try_to_load(self, name: str, imports: bool = True,
+                    advises: bool = False) -> Optional[Module]:
+        """Loads a module; says why it is not loaded, and perhaps with what it would be."""
         try:
             return self.context.load(name, imports=imports, strict=False)
         except PrepareError:
             self.run.complain(f"cannot load module {name}: its source has errors")
-        except (NotFoundError, LoadError):
+        except NotFoundError:
             self.run.complain(f"cannot load module {name}")
+        except LoadError:
+            self.run.complain(f"cannot load module {name}"
+                              + (self.advice(name) if advises else ""))
         except OSError as error:
             self.run.complain(f"cannot load module {name}: {error.strerror}")
         return None
+
+    def advice(self, name: str) -> str:
+        """What to say of a module that a context for all of RFC 7950 alone takes."""
+        if self.is_standard:
+            return ""
+        with Context(self.context.paths, standard=True, linear_patterns=True) as context:
+            try:
+                context.load(name, imports=False, strict=False)
+            except Error:
+                return ""
+        return "; it loads with --standard"
 
     def set_up(self, names: Sequence[str]) -> Tuple[bool, List[Tuple[str, Optional[Module]]]]:
         """Loads the modules and turns features on: whether all went well, and the modules."""
