@@ -2,6 +2,7 @@
 """What one run of `python3 -m zrschema` says, and the modules that it works on."""
 from __future__ import annotations
 
+import argparse
 import json
 import os
 import sys
@@ -12,6 +13,9 @@ from ._errors import Error, LoadError, NotFoundError, PrepareError, Problem
 from ._module import Module
 
 OK, FAILED, WRONG_USAGE = 0, 1, 2
+
+#: What the words of a command line say.
+Options = argparse.Namespace
 
 
 class UsageError(Exception):
@@ -194,3 +198,9 @@ class Session:
         self.run.complain(f"no such feature: {word}"
                           + (f" (module {name} is not loaded)" if module is None else ""))
         return False
+
+
+def session_of(run: Run, options: Options, **settings: bool) -> Session:
+    """The session of a command that has the options of modules."""
+    return Session(run, options.path, features=options.feature or (),
+                   all_features=options.all_features, **settings)
