@@ -3,11 +3,13 @@
 import subprocess
 import sys
 import threading
+import time
 
 import pytest
 
 import zrschema
 from conftest import EXAMPLES, ROUTER
+from zrschema._schema import SharedLock
 
 
 def run_threads(*functions):
@@ -80,6 +82,30 @@ def test_another_thread_runs_while_a_library_works(work):
     result = subprocess.run([sys.executable, "-c", COUNT_BESIDE.replace("WORK", work)],
                             capture_output=True, text=True, timeout=300)
     assert (result.stdout, result.stderr, result.returncode) == ("", "", 0)
+
+
+def test_a_writer_comes_before_later_readers_but_not_before_those_who_are_in():
+    lock, order = SharedLock(), []
+
+    def write():
+        with lock.writing, lock.writing, lock:
+            order.append("writer")
+
+    def read():
+        with lock:
+            order.append("later reader")
+
+    writer, reader = threading.Thread(target=write), threading.Thread(target=read)
+    with lock:
+        writer.start()
+        while not lock._waiting:
+            time.sleep(0)
+        reader.start()
+        with lock:  # again, while a writer waits
+            order.append("reader")
+    writer.join()
+    reader.join()
+    assert order == ["reader", "writer", "later reader"]
 
 
 def test_many_threads_check_with_one_validator(validator):
