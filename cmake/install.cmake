@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
 # Installation: libraries, headers, program, and for each library a pkg-config file and a CMake
 # package. Each library is a component of its own, and the package zrschema finds the others as its
-# components: find_package(zrschema COMPONENTS yang data patterns).
+# components: find_package(zrschema COMPONENTS yang data patterns). The component python is the Python
+# package (python/CMakeLists.txt).
 include(CMakePackageConfigHelpers)
 set(ZR_HOMEPAGE_URL "" CACHE STRING "where the project is at home, for pkg-config files")
 

@@ -74,7 +74,8 @@ typedef int (*ZrDataWriteFunc)(const char *text, size_t length, void *user);
  * @param documentOut  receives the document, to be deleted with ZR_DATA_DeleteDocument(), when the
  *                     status is #ZR_DATA_OK; else null
  * @param resultOut    as for ZR_DATA_CheckText()
- * @return as ZR_DATA_CheckText(); a null `documentOut` is #ZR_DATA_ERR_INVALID
+ * @return as ZR_DATA_CheckText(); a null `documentOut`, and a kind that is neither #ZR_DATA_CONFIG
+ *         nor #ZR_DATA_CONFIG_AND_STATE, is #ZR_DATA_ERR_INVALID
  * @note As ZR_DATA_CheckText().
  */
 ZR_DATA_API uint32_t ZR_DATA_ReadXml(const ZrDataPlan *plan, const ZrDataOptions *options,

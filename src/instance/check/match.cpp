@@ -145,13 +145,35 @@ bool Matcher::IsAnnotation(const xmlAttr &attribute) const
            run_.plan.HasAnnotation(View(attribute.ns->href), View(attribute.name));
 }
 
+namespace {
+
+uint32_t FindFilterMark(const ZrsExtInst *, const char *moduleName, const char *extensionName,
+                        const char *, void *userData)
+{
+    *static_cast<bool *>(userData) = std::string_view(moduleName) == "ietf-netconf" &&
+                                     View(extensionName) == "get-filter-element-attributes";
+    return *static_cast<bool *>(userData) ? 1 : 0;
+}
+
+// What the filter of a retrieval may carry (RFC 6241, sections 7.1 and 8.9.5.1).
+bool IsFilterAttribute(const PlanNode &plan, const xmlAttr &attribute)
+{
+    std::string_view name = View(attribute.name);
+    bool isFilter = false;
+    if (attribute.ns == nullptr && (name == "type" || name == "select"))
+        ZR_NODE_ScanAllExtInsts(plan.source, FindFilterMark, &isFilter);
+    return isFilter;
+}
+
+} // namespace
+
 void Matcher::CheckAttributes(Element &element)
 {
     for (const xmlAttr *attribute = element.source->properties; attribute != nullptr;
          attribute = attribute->next) {
         bool isKnown = run_.IsEdit() ? IsEditAttribute(*attribute)
                                      : element.plan->IsLeaf() && IsDefaultTag(*attribute);
-        if (isKnown || IsAnnotation(*attribute))
+        if (isKnown || IsAnnotation(*attribute) || IsFilterAttribute(*element.plan, *attribute))
             continue;
         Fault fault = FaultAt(element, ZR_ERROR_TAG_UNKNOWN_ATTRIBUTE);
         fault.badAttribute = reinterpret_cast<const char *>(attribute->name);
