@@ -1,10 +1,17 @@
 # SPDX-License-Identifier: Apache-2.0
-# Installation: libraries, headers, program, and for each library a pkg-config file and a CMake
-# package. Each library is a component of its own, and the package zrschema finds the others as its
-# components: find_package(zrschema COMPONENTS yang data patterns). The component python is the Python
-# package (python/CMakeLists.txt).
+# Installation: libraries, headers, program with its completion in shells, man pages, documents, and
+# for each library a pkg-config file and a CMake package. Each library is a component of its own, and
+# the package zrschema finds the others as its components:
+# find_package(zrschema COMPONENTS yang data patterns). The component python is the Python package
+# (python/CMakeLists.txt).
 include(CMakePackageConfigHelpers)
 set(ZR_HOMEPAGE_URL "" CACHE STRING "where the project is at home, for pkg-config files")
+set(ZR_BASH_COMPLETION_DIR ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+    CACHE STRING "folder of completions for bash")
+set(ZR_ZSH_COMPLETION_DIR ${CMAKE_INSTALL_DATADIR}/zsh/site-functions
+    CACHE STRING "folder of completions for zsh; that of Debian's packages is share/zsh/vendor-completions")
+set(ZR_FISH_COMPLETION_DIR ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
+    CACHE STRING "folder of completions for fish")
 
 # Folders as pkg-config files tell them: from their own place, since the prefix is known only when it
 # comes to installing; a folder that was given as an absolute path stays one.
@@ -68,6 +75,10 @@ function(zr_install_library name component description)
     install(FILES ${PROJECT_BINARY_DIR}/${name}Config.cmake
         ${PROJECT_BINARY_DIR}/${name}ConfigVersion.cmake DESTINATION ${package_dir}
         COMPONENT ${component})
+    if(ZR_BUILD_MAN)
+        install(DIRECTORY ${ZR_MAN_DIR}/${name}/man3 DESTINATION ${CMAKE_INSTALL_MANDIR}
+            COMPONENT ${component})
+    endif()
 endfunction()
 
 zr_install_library(zrschema schema "A YANG schema engine"
@@ -82,4 +93,16 @@ install(FILES ${PROJECT_BINARY_DIR}/include/zrschema/version.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zrschema COMPONENT schema)
 if(ZR_BUILD_TOOL)
     install(TARGETS zrschema_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+    install(FILES packaging/completions/zrschema.bash RENAME zrschema
+        DESTINATION ${ZR_BASH_COMPLETION_DIR} COMPONENT tool)
+    install(FILES packaging/completions/_zrschema DESTINATION ${ZR_ZSH_COMPLETION_DIR} COMPONENT tool)
+    install(FILES packaging/completions/zrschema.fish DESTINATION ${ZR_FISH_COMPLETION_DIR}
+        COMPONENT tool)
+    if(ZR_BUILD_MAN)
+        install(DIRECTORY ${ZR_MAN_DIR}/tool/man1 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT tool)
+    endif()
 endif()
+
+# As they lie here, so that they find each other.
+install(FILES README.md CHANGELOG.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc FILES_MATCHING PATTERN "*.md")

@@ -13,6 +13,30 @@ namespace {
 
 constexpr const char *kVersion = "zrschema " ZR_VERSION;
 
+CommandHelp HelpOf(const CLI::App &app, const Choices &choices)
+{
+    CommandHelp help{app.get_name(), app.get_description(), app.get_footer(), {}, {}};
+    for (const CLI::Option *option : app.get_options()) {
+        bool isWord = option->get_positional();
+        OptionHelp one{{}, "", option->get_description(), {}, option->get_required(), false};
+        for (const std::string &name : option->get_snames())
+            one.names.push_back("-" + name);
+        for (const std::string &name : option->get_lnames())
+            one.names.push_back("--" + name);
+        if (isWord)
+            one.names.push_back(option->get_name(true));
+        if (option->get_items_expected_max() > 0) {
+            one.value = option->get_type_name();
+            one.isRepeated = option->get_expected_max() > 1;
+        }
+        auto found = choices.find(option);
+        if (found != choices.end())
+            one.choices = found->second;
+        (isWord ? help.words : help.options).push_back(std::move(one));
+    }
+    return help;
+}
+
 void Finish(CLI::Option &option, const char *value, Need need)
 {
     option.type_name(value)->required(need == Need::kRequired);
@@ -61,6 +85,14 @@ void Command::Text(const char *names, const char *value, const char *help, std::
     Finish(*app_.add_option(names, target, help), value, need);
 }
 
+void Command::Choice(const char *names, const char *value, const char *help, const Words &choices,
+                     std::string &target, Need need)
+{
+    CLI::Option &option = *app_.add_option(names, target, help);
+    Finish(option, value, need);
+    choices_[&option] = choices;
+}
+
 void Command::Texts(const char *names, const char *value, const char *help, Words &target,
                     Need need)
 {
@@ -87,7 +119,7 @@ void Command::OnRun(std::function<int()> run)
     app_.callback([run = std::move(run), &status = status_] { status = run(); });
 }
 
-CommandLine::CommandLine(const char *help, const char *notes)
+CommandLine::CommandLine(const char *help, const std::string &notes)
     : app_(std::make_unique<CLI::App>(help, "zrschema")), status_(kExitOk)
 {
     app_->set_version_flag("--version", kVersion);
@@ -102,7 +134,15 @@ Command CommandLine::Add(const char *name, const char *help, const std::string &
     CLI::App &app = *app_->add_subcommand(name, help);
     app.footer(notes);
     app.set_version_flag("--version", kVersion);
-    return {app, status_};
+    return {app, status_, choices_};
+}
+
+std::vector<CommandHelp> CommandLine::Describe() const
+{
+    std::vector<CommandHelp> all = {HelpOf(*app_, choices_)};
+    for (const CLI::App *command : app_->get_subcommands([](const CLI::App *) { return true; }))
+        all.push_back(HelpOf(*command, choices_));
+    return all;
 }
 
 int CommandLine::Execute(int argc, char **argv, Run &run)

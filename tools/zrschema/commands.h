@@ -15,6 +15,14 @@ void AddValueCommand(CommandLine &line, Run &run);
 void AddValidateCommand(CommandLine &line, Run &run);
 void AddConvertCommand(CommandLine &line, Run &run);
 
+// For the shells' completion: the words are "complete", "--", and those of a command line after the
+// program's name. Prints what may stand in place of the last of them, each as a line "WORD TAB
+// HELP" or "WORD", or as ":files" or ":directories" where the shell knows better. A word that ends
+// with / : or = goes on.
+int Complete(const CommandLine &line, const Words &words, Run &run);
+// For the man pages: prints all commands with their options as one JSON document.
+int Describe(const CommandLine &line, const Words &words, Run &run);
+
 // The documents of commands that fail before they have a result.
 Json EmptyTreeDocument();
 Json EmptyCheckDocument();

@@ -31,6 +31,14 @@ constexpr Choice kDefaults[] = {{"explicit", ZR_DATA_EXPLICIT},
                                 {"report-all-tagged", ZR_DATA_REPORT_ALL_TAGGED}};
 constexpr uint32_t kIndent = 2;
 
+template <size_t kSize> Words WordsOf(const Choice (&choices)[kSize])
+{
+    Words words;
+    for (const Choice &choice : choices)
+        words.push_back(choice.word);
+    return words;
+}
+
 template <size_t kSize>
 uint32_t Choose(const char *option, const std::string &word, const Choice (&choices)[kSize])
 {
@@ -111,10 +119,11 @@ void AddConvertCommand(CommandLine &line, Run &run)
             "character; - is standard input. It is configuration, which is checked as a whole:\n"
             "what has faults is not written.\n"
             "Features start off: --feature and --all-features turn them on."));
-    command.Text("--to", "FORMAT", "what to write: xml or json", options->format, Need::kRequired);
-    command.Text("--defaults", "MODE",
-                 "explicit (as it is), trim, report-all or report-all-tagged (RFC 6243)",
-                 options->defaults);
+    command.Choice("--to", "FORMAT", "what to write: xml or json", WordsOf(kFormats),
+                   options->format, Need::kRequired);
+    command.Choice("--defaults", "MODE",
+                   "explicit (as it is), trim, report-all or report-all-tagged (RFC 6243)",
+                   WordsOf(kDefaults), options->defaults);
     command.Flag("--data", "the data is configuration with state", options->withState);
     AddDirectoryOption(command, options->modules.directories);
     AddModuleOption(command, options->modules);

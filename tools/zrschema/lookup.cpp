@@ -222,6 +222,27 @@ const ZrNode *FindNode(Session &session, const std::vector<std::string> &modules
     return node;
 }
 
+std::vector<std::string> PathsBelow(const Session &session, const std::string &path)
+{
+    std::vector<const ZrNode *> nodes;
+    std::string module, before = path;
+    if (path.size() > 2 && path.front() == '/' && path.back() == ':') {
+        module = path.substr(1, path.size() - 2);
+        nodes = TopNodesOf(session.Module(module));
+    } else if (const ZrNode *node = ZR_CTX_GetTargetNode(session.ctx(), path.c_str(), nullptr)) {
+        module = ModuleNameOf(node);
+        nodes = ChildrenOf(node);
+        before += "/";
+    }
+    std::vector<std::string> paths;
+    for (const ZrNode *node : nodes) {
+        std::string own = ModuleNameOf(node);
+        paths.push_back(before + (own == module ? "" : own + ":") + ZR_NODE_GetNodeName(node) +
+                        (ChildrenOf(node).empty() ? "" : "/"));
+    }
+    return paths;
+}
+
 const ZrNode *FollowLeafrefPath(const ZrCtx *ctx, const ZrNode *leaf, const std::string &path)
 {
     const ZrNode *node = !path.empty() && path.front() == '/' ? nullptr : leaf;

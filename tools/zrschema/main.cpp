@@ -43,8 +43,16 @@ namespace {
 constexpr const char *kNotes =
     "Features start off: --feature and --all-features turn them on.\n"
     "validate reads standard input for -, and takes what it checks out of <rpc>, <action> and\n"
-    "<notification>.\n"
-    "Exit status: 0 all well, 1 something failed, 2 wrong usage.";
+    "<notification>.\n";
+
+std::string ExitNote()
+{
+    std::string note;
+    for (const ExitMeaning &meaning : kExitMeanings)
+        note += (note.empty() ? "Exit status: " : ", ") + std::to_string(meaning.status) + " " +
+                meaning.text;
+    return note + ".";
+}
 
 struct Entry {
     const char *name;
@@ -64,6 +72,13 @@ constexpr Entry kCommands[] = {
 };
 // clang-format on
 
+// What the shells' completion and the build of the man pages ask; the help does not show them.
+struct HiddenEntry {
+    const char *name;
+    int (*run)(const CommandLine &line, const Words &words, Run &run);
+};
+constexpr HiddenEntry kHiddenCommands[] = {{"complete", Complete}, {"describe", Describe}};
+
 bool AsksForJson(const Words &words)
 {
     auto end = std::find(words.begin(), words.end(), "--"); // what follows are no options
@@ -74,12 +89,15 @@ int ParseAndRun(int argc, char **argv, const Words &words, Run &run)
 {
     CommandLine line(
         "Loads YANG modules, as sources or in prepared YIN, and prints, checks and uses them.",
-        kNotes);
+        kNotes + ExitNote());
     for (const Entry &command : kCommands) {
         command.add(line, run);
         if (!words.empty() && words.front() == command.name)
             run.SetEmptyDocument(command.emptyDocument());
     }
+    for (const HiddenEntry &command : kHiddenCommands)
+        if (!words.empty() && words.front() == command.name)
+            return command.run(line, words, run);
     return line.Execute(argc, argv, run);
 }
 

@@ -69,7 +69,7 @@ void Run::ShowProgress(const char *what, size_t done, size_t total, const std::s
 {
     constexpr std::chrono::seconds kPatience(1);
     static const bool isTerminal = isatty(STDERR_FILENO) == 1;
-    if (!isTerminal || std::chrono::steady_clock::now() - start_ < kPatience)
+    if (isSilent_ || !isTerminal || std::chrono::steady_clock::now() - start_ < kPatience)
         return;
     std::fprintf(stderr, "\r\033[K%s %zu/%zu %s", what, done, total, OneLine(name).c_str());
     showsProgress_ = true;
@@ -84,6 +84,8 @@ void Run::ClearProgress()
 
 void Run::Say(Problem problem)
 {
+    if (isSilent_)
+        return;
     ClearProgress();
     problem.message = OneLine(problem.message);
     if (problem.isSource) {

@@ -15,6 +15,12 @@ namespace tool {
 using Json = nlohmann::ordered_json;
 
 enum ExitStatus { kExitOk = 0, kExitFailed = 1, kExitUsage = 2 };
+struct ExitMeaning {
+    ExitStatus status;
+    const char *text;
+};
+constexpr ExitMeaning kExitMeanings[] = {
+    {kExitOk, "all well"}, {kExitFailed, "something failed"}, {kExitUsage, "wrong usage"}};
 
 // A mistake in the words of the command line.
 struct UsageError {
@@ -52,6 +58,9 @@ public:
     // The document of a run that fails before it has a result of its own.
     void SetEmptyDocument(Json document) { empty_ = std::move(document); }
 
+    // From now on nothing is said or kept.
+    void Silence() { isSilent_ = true; }
+
     // Says something on standard error, at once, and keeps it for the document.
     void Say(Problem problem);
     void Complain(const std::string &message);
@@ -74,6 +83,7 @@ public:
 
 private:
     bool json_;
+    bool isSilent_ = false;
     bool answered_ = false;
     bool showsProgress_ = false; // there is a line of it
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
