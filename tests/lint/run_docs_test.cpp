@@ -93,6 +93,8 @@ TEST_F(RunDocs, TakesThreeDotsForAnyLinesAndATildeForANumberThatIsAboutThat)
     const std::string session = "```console\n$ printf 'one\\ntwo\\nholds 110 KB\\n'\n";
     EXPECT_EQ(Run(session + "...\nholds ~100 KB\n```\n"), 0) << printed_;
     EXPECT_EQ(Run(session + "...\nholds ~200 KB\n```\n"), 1);
+    EXPECT_EQ(Run(session + "o...e\nt...\n...KB\n```\n"), 0) << printed_;
+    EXPECT_EQ(Run(session + "o...x\n...\n```\n"), 1);
     EXPECT_EQ(Run(session + "two\n...\n```\n"), 1);
 }
 
@@ -171,6 +173,7 @@ TEST_F(RunDocs, RefusesUnknownCommandsAndOptions)
     EXPECT_THAT(printed_, HasSubstr("page.md:2: no such command: ./dev fly"));
     EXPECT_EQ(Run("```console\n$ ./dev docs -R TEXT\n```\n"), 1);
     EXPECT_THAT(printed_, HasSubstr("page.md:2: no such option: ./dev docs -R"));
+    EXPECT_EQ(Run("```console\n$ ln -s `which true` device\n$ ./device\nnothing\n```\n"), 1); // another program
 }
 
 TEST_F(RunDocs, EndsWithStatusTwoWithoutAnInstalledProgram)
