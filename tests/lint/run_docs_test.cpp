@@ -173,7 +173,8 @@ TEST_F(RunDocs, RefusesUnknownCommandsAndOptions)
     EXPECT_THAT(printed_, HasSubstr("page.md:2: no such command: ./dev fly"));
     EXPECT_EQ(Run("```console\n$ ./dev docs -R TEXT\n```\n"), 1);
     EXPECT_THAT(printed_, HasSubstr("page.md:2: no such option: ./dev docs -R"));
-    EXPECT_EQ(Run("```console\n$ ln -s `which true` device\n$ ./device\nnothing\n```\n"), 1); // another program
+    EXPECT_EQ(Run("```console\n$ ln -s `which true` device\n$ ./device\nnothing\n```\n"),
+              1); // another program
 }
 
 TEST_F(RunDocs, EndsWithStatusTwoWithoutAnInstalledProgram)
