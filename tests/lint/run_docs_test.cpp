@@ -29,7 +29,8 @@ protected:
         Write("examples/sample.txt", "sample\n");
         WriteProgram("dev", "printf '  test [-R TEXT]\\n      runs\\n  docs\\n      writes\\n'");
         WriteProgram("prefix/bin/zrschema", "case $1 in --help) echo '  tree   prints';;"
-                                            " tree) echo '  -p,--path DIR';; esac");
+                                            " tree) echo '  -p,--path DIR';;"
+                                            " *) echo \"no such command: $1\";; esac");
         for (const char *library : {"zrschema", "zryang", "zrdata", "zrpatterns"})
             Write("prefix/lib/pkgconfig/" + std::string(library) + ".pc",
                   "Name: x\nDescription: x\nVersion: 1\n");
