@@ -25,6 +25,8 @@
 #include <stdint.h>
 #include <zrschema/types.h>
 
+/** @def ZR_DATA_API
+    Marks a function that the library exports under its own name. */
 #if defined(__GNUC__)
 #define ZR_DATA_API __attribute__((visibility("default")))
 #else

@@ -23,6 +23,8 @@
 #define ZRPATTERNS_ZRPATTERNS_H
 #include <stdint.h>
 #include <zrschema/types.h>
+/** @def ZR_PATTERNS_API
+    Marks a function that the library exports under its own name. */
 #if defined(__GNUC__)
 #define ZR_PATTERNS_API __attribute__((visibility("default")))
 #else

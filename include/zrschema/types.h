@@ -137,46 +137,46 @@ enum ZrPatternMatch {
 
 /** Kinds of schema node, as ZR_NODE_GetNodeType() returns them. */
 enum ZrNodeKind {
-    ZR_NODE_UNKNOWN = 0, /**< no node, or none of the kinds below */
-    ZR_NODE_CONTAINER = 1,
-    ZR_NODE_LEAF = 2,
-    ZR_NODE_LEAF_LIST = 3,
-    ZR_NODE_LIST = 4,
-    ZR_NODE_CHOICE = 5,
-    ZR_NODE_CASE = 6,
-    ZR_NODE_ANYDATA = 7,
-    ZR_NODE_ANYXML = 8,
-    ZR_NODE_ACTION = 9,
-    ZR_NODE_RPC = 10,
-    ZR_NODE_NOTIFICATION = 11,
-    ZR_NODE_INPUT = 12,
-    ZR_NODE_OUTPUT = 13,
-    ZR_NODE_AUGMENT = 14
+    ZR_NODE_UNKNOWN = 0,       /**< no node, or none of the kinds below */
+    ZR_NODE_CONTAINER = 1,     /**< RFC 7950, section 7.5 */
+    ZR_NODE_LEAF = 2,          /**< section 7.6 */
+    ZR_NODE_LEAF_LIST = 3,     /**< section 7.7 */
+    ZR_NODE_LIST = 4,          /**< section 7.8 */
+    ZR_NODE_CHOICE = 5,        /**< section 7.9 */
+    ZR_NODE_CASE = 6,          /**< section 7.9.2 */
+    ZR_NODE_ANYDATA = 7,       /**< section 7.10 */
+    ZR_NODE_ANYXML = 8,        /**< section 7.11 */
+    ZR_NODE_ACTION = 9,        /**< section 7.15 */
+    ZR_NODE_RPC = 10,          /**< section 7.14 */
+    ZR_NODE_NOTIFICATION = 11, /**< section 7.16 */
+    ZR_NODE_INPUT = 12,        /**< what an rpc or action takes, section 7.14.2 */
+    ZR_NODE_OUTPUT = 13,       /**< what an rpc or action gives, section 7.14.3 */
+    ZR_NODE_AUGMENT = 14       /**< section 7.17 */
 };
 
 /** Built-in types, as ZR_TYPE_GetBuiltInBaseType() returns them (RFC 7950, section 4.2.4). */
 enum ZrtBuiltInType {
-    ZRT_TYPE_DERIVED = 0, /**< the type statement names a typedef */
-    ZRT_TYPE_BINARY = 1,
-    ZRT_TYPE_BITS = 2,
-    ZRT_TYPE_BOOLEAN = 3,
-    ZRT_TYPE_DECIMAL64 = 4,
-    ZRT_TYPE_EMPTY = 5,
-    ZRT_TYPE_ENUMERATION = 6,
-    ZRT_TYPE_IDENTITYREF = 7,
-    ZRT_TYPE_INSTANCE_IDENTIFIER = 8,
-    ZRT_TYPE_INT8 = 9,
-    ZRT_TYPE_INT16 = 10,
-    ZRT_TYPE_INT32 = 11,
-    ZRT_TYPE_INT64 = 12,
-    ZRT_TYPE_LEAFREF = 13,
-    ZRT_TYPE_STRING = 14,
-    ZRT_TYPE_UINT8 = 15,
-    ZRT_TYPE_UINT16 = 16,
-    ZRT_TYPE_UINT32 = 17,
-    ZRT_TYPE_UINT64 = 18,
-    ZRT_TYPE_UNION = 19,
-    ZRT_TYPE_NONE = 20 /**< no type at all: the answer for a null record */
+    ZRT_TYPE_DERIVED = 0,             /**< the type statement names a typedef */
+    ZRT_TYPE_BINARY = 1,              /**< octets in base64, section 9.8 */
+    ZRT_TYPE_BITS = 2,                /**< a set of names, section 9.7 */
+    ZRT_TYPE_BOOLEAN = 3,             /**< "true" or "false", section 9.5 */
+    ZRT_TYPE_DECIMAL64 = 4,           /**< a number with a fixed number of decimals, section 9.3 */
+    ZRT_TYPE_EMPTY = 5,               /**< a leaf without a value, section 9.11 */
+    ZRT_TYPE_ENUMERATION = 6,         /**< one of several names, section 9.6 */
+    ZRT_TYPE_IDENTITYREF = 7,         /**< the name of an identity, section 9.10 */
+    ZRT_TYPE_INSTANCE_IDENTIFIER = 8, /**< the path of an instance, section 9.13 */
+    ZRT_TYPE_INT8 = 9,                /**< section 9.2 */
+    ZRT_TYPE_INT16 = 10,              /**< section 9.2 */
+    ZRT_TYPE_INT32 = 11,              /**< section 9.2 */
+    ZRT_TYPE_INT64 = 12,              /**< section 9.2 */
+    ZRT_TYPE_LEAFREF = 13,            /**< a value that another leaf has, section 9.9 */
+    ZRT_TYPE_STRING = 14,             /**< section 9.4 */
+    ZRT_TYPE_UINT8 = 15,              /**< section 9.2 */
+    ZRT_TYPE_UINT16 = 16,             /**< section 9.2 */
+    ZRT_TYPE_UINT32 = 17,             /**< section 9.2 */
+    ZRT_TYPE_UINT64 = 18,             /**< section 9.2 */
+    ZRT_TYPE_UNION = 19,              /**< a value of one of several types, section 9.12 */
+    ZRT_TYPE_NONE = 20                /**< no type at all: the answer for a null record */
 };
 
 /** How a scan arrived at a node. */
@@ -197,41 +197,47 @@ enum ZrValueInput {
 };
 
 /** Kinds of a recorded load error. */
-enum ZrLoadErrorKind { ZR_LOAD_ERROR = 0, ZR_LOAD_WARNING = 1 };
+enum ZrLoadErrorKind {
+    ZR_LOAD_ERROR = 0,  /**< a module, or a part of one, could not be loaded */
+    ZR_LOAD_WARNING = 1 /**< no search directory has a file of a module */
+};
 
 /** Error types of an error record (RFC 6241, section 4.3). */
 enum ZrErrorType {
-    ZR_ERROR_TYPE_TRANSPORT = 1,
-    ZR_ERROR_TYPE_RPC = 2,
-    ZR_ERROR_TYPE_PROTOCOL = 3,
-    ZR_ERROR_TYPE_APPLICATION = 4
+    ZR_ERROR_TYPE_TRANSPORT = 1,  /**< secure transport */
+    ZR_ERROR_TYPE_RPC = 2,        /**< the messages layer */
+    ZR_ERROR_TYPE_PROTOCOL = 3,   /**< the operations layer */
+    ZR_ERROR_TYPE_APPLICATION = 4 /**< the content, which the libraries look at */
 };
 
 /** Severities of an error record (RFC 6241, section 4.3). */
-enum ZrErrorSeverity { ZR_ERROR_SEVERITY_ERROR = 1, ZR_ERROR_SEVERITY_WARNING = 2 };
+enum ZrErrorSeverity {
+    ZR_ERROR_SEVERITY_ERROR = 1,  /**< the data is refused */
+    ZR_ERROR_SEVERITY_WARNING = 2 /**< RFC 6241 has it for later use */
+};
 
 /** Error tags of an error record (RFC 6241, appendix A). */
 enum ZrErrorTag {
-    ZR_ERROR_TAG_IN_USE = 1,
-    ZR_ERROR_TAG_INVALID_VALUE = 2,
-    ZR_ERROR_TAG_TOO_BIG = 3,
-    ZR_ERROR_TAG_MISSING_ATTRIBUTE = 4,
-    ZR_ERROR_TAG_BAD_ATTRIBUTE = 5,
-    ZR_ERROR_TAG_UNKNOWN_ATTRIBUTE = 6,
-    ZR_ERROR_TAG_MISSING_ELEMENT = 7,
-    ZR_ERROR_TAG_BAD_ELEMENT = 8,
-    ZR_ERROR_TAG_UNKNOWN_ELEMENT = 9,
-    ZR_ERROR_TAG_UNKNOWN_NAMESPACE = 10,
-    ZR_ERROR_TAG_ACCESS_DENIED = 11,
-    ZR_ERROR_TAG_LOCK_DENIED = 12,
-    ZR_ERROR_TAG_RESOURCE_DENIED = 13,
-    ZR_ERROR_TAG_ROLLBACK_FAILED = 14,
-    ZR_ERROR_TAG_DATA_EXISTS = 15,
-    ZR_ERROR_TAG_DATA_MISSING = 16,
-    ZR_ERROR_TAG_OPERATION_NOT_SUPPORTED = 17,
-    ZR_ERROR_TAG_OPERATION_FAILED = 18,
-    ZR_ERROR_TAG_PARTIAL_OPERATION = 19,
-    ZR_ERROR_TAG_MALFORMED_MESSAGE = 20
+    ZR_ERROR_TAG_IN_USE = 1,             /**< the request needs a resource that is in use */
+    ZR_ERROR_TAG_INVALID_VALUE = 2,      /**< a parameter has a value that it cannot have */
+    ZR_ERROR_TAG_TOO_BIG = 3,            /**< the request or its answer is too large */
+    ZR_ERROR_TAG_MISSING_ATTRIBUTE = 4,  /**< an expected attribute is not there */
+    ZR_ERROR_TAG_BAD_ATTRIBUTE = 5,      /**< an attribute has a value that it cannot have */
+    ZR_ERROR_TAG_UNKNOWN_ATTRIBUTE = 6,  /**< an attribute is not expected */
+    ZR_ERROR_TAG_MISSING_ELEMENT = 7,    /**< an expected element is not there */
+    ZR_ERROR_TAG_BAD_ELEMENT = 8,        /**< the value of an element is not right */
+    ZR_ERROR_TAG_UNKNOWN_ELEMENT = 9,    /**< an element is not expected */
+    ZR_ERROR_TAG_UNKNOWN_NAMESPACE = 10, /**< an element has a namespace that is not expected */
+    ZR_ERROR_TAG_ACCESS_DENIED = 11,     /**< the sender may not do it */
+    ZR_ERROR_TAG_LOCK_DENIED = 12,       /**< another session has the lock */
+    ZR_ERROR_TAG_RESOURCE_DENIED = 13,   /**< there are not enough resources */
+    ZR_ERROR_TAG_ROLLBACK_FAILED = 14,   /**< changes could not be taken back */
+    ZR_ERROR_TAG_DATA_EXISTS = 15,       /**< what was to be created is there already */
+    ZR_ERROR_TAG_DATA_MISSING = 16,      /**< data that the request needs is not there */
+    ZR_ERROR_TAG_OPERATION_NOT_SUPPORTED = 17, /**< the receiver does not do it */
+    ZR_ERROR_TAG_OPERATION_FAILED = 18,        /**< any other reason */
+    ZR_ERROR_TAG_PARTIAL_OPERATION = 19,       /**< a part was done; obsolete */
+    ZR_ERROR_TAG_MALFORMED_MESSAGE = 20        /**< the message is no well-formed XML */
 };
 
 /** An allocation hook: like malloc(). The size is in bytes. */

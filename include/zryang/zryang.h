@@ -16,6 +16,8 @@
 #define ZRYANG_ZRYANG_H
 #include <stddef.h>
 #include <stdint.h>
+/** @def ZR_YANG_API
+    Marks a function that the library exports under its own name. */
 #if defined(__GNUC__)
 #define ZR_YANG_API __attribute__((visibility("default")))
 #else
@@ -177,7 +179,7 @@ ZR_YANG_API uint32_t ZR_YANG_AddFile(ZrYang *yang, const char *path);
  * Adds a source from memory, which is preferred to what the directories hold under its name.
  *
  * @param yang    the workspace
- * @param name    what stands for the file in reports; the module's name, or NAME@REVISION, with or
+ * @param name    what stands for the file in reports; the module's name, or NAME\@REVISION, with or
  *                without ".yang", or with ".yin" for a prepared module that others may import
  * @param text    the source; copied
  * @param length  its bytes
@@ -247,7 +249,7 @@ ZR_YANG_API uint32_t ZR_YANG_ScanModules(ZrYang *yang, ZrYangNameFunc func, void
  * submodules', and those of what it imports.
  *
  * @param yang    the workspace
- * @param module  NAME or NAME@REVISION
+ * @param module  NAME or NAME\@REVISION
  * @param func    hears each path
  * @param user    handed to `func`
  * @return as ZR_YANG_PrepareToText(), and ZR_YANG_ERR_STOPPED when `func` asked to stop
@@ -261,7 +263,7 @@ ZR_YANG_API uint32_t ZR_YANG_ScanDependencies(ZrYang *yang, const char *module, 
  * The same sources, features and options give the same bytes in every run.
  *
  * @param yang       the workspace
- * @param module     NAME or NAME@REVISION
+ * @param module     NAME or NAME\@REVISION
  * @param textOut    receives the YIN document, NUL-terminated, which is the caller's, to be given
  *                   back with ZR_YANG_FreeText(); null when the module is not prepared
  * @param lengthOut  receives its bytes without the NUL; may be null
@@ -287,7 +289,7 @@ ZR_YANG_API void ZR_YANG_FreeText(ZrYang *yang, char *text);
  * written under another name and then renamed.
  *
  * @param yang       the workspace
- * @param module     NAME or NAME@REVISION
+ * @param module     NAME or NAME\@REVISION
  * @param directory  an existing directory
  * @return as ZR_YANG_PrepareToText(), and ZR_YANG_ERR_IO when the file cannot be written; errno
  *         says why

@@ -402,7 +402,9 @@ TEST_F(Lint, FindsNamesInDocumentsThatLeadNowhere)
 {
     Write("docs/guide.md", "`src/platform/text.h`, `text.cpp`, `src/platform/` and `ZR_One()`\n"
                            "[here](../docs/guide.md) and `build/made.h`, [there](other.md)\n");
-    Write("docs/other.md", "```\n`no/such.h` in an example\n```\n");
+    Write("docs/other.md",
+          "```\n`no/such.h` in an example\n```\n"
+          "Written here, `written.c`:\n\n```c\n```\n\n`written.c` can be named.\n");
     EXPECT_EQ(Run("docs").status, 0) << Run("docs").text;
     Write("docs/other.md",
           "as\n`src/platform/no.h` says,\n`src/gone/`, `ZR_GetNothing()`\n[x](no.md)\n");
